@@ -1,0 +1,62 @@
+#pragma once
+
+#include "app/globals.h"
+#include "diagnostics/CErrHandler.h"
+#include "platform/dao/Error.h"
+
+#include <QString>
+
+/// The two ways in which a failure is dealt with; there is no third.
+
+/// Puts a label on the procedure stack for as long as the scope lives.
+class ProcedureScope {
+public:
+    explicit ProcedureScope(const QString& label) { gErrHandler.Push(label); }
+    ~ProcedureScope() { gErrHandler.Pop(); }
+    ProcedureScope(const ProcedureScope&) = delete;
+    ProcedureScope& operator=(const ProcedureScope&) = delete;
+};
+
+/// Description, line break and source of every entry of the engine's error list, nothing between entries.
+QString lastDbErrorText();
+
+/// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise.
+void reportError(const dao::Error& error);
+
+/// Runs a step; a failure is reported and the caller goes on at its next statement.
+/// @return false after a failure
+template<class Step>
+bool attempt(Step&& step) {
+    try {
+        step();
+        return true;
+    } catch (const dao::Error& error) {
+        reportError(error);
+        return false;
+    }
+}
+
+enum class Trap { Done, Ignored, Aborted };
+
+/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore).
+/// @return true to retry; otherwise `outcome` tells
+bool standardErrorBox(const dao::Error& error, Trap& outcome);
+
+/// Runs a step under the standard error box: Retry runs it again, Ignore goes on, Abort sets the default pointer and tells
+/// the caller to leave.
+template<class Step>
+Trap trapped(Step&& step) {
+    for (;;) {
+        try {
+            step();
+            return Trap::Done;
+        } catch (const dao::Error& error) {
+            Trap outcome = Trap::Aborted;
+            if (!standardErrorBox(error, outcome))
+                return outcome;
+        }
+    }
+}
+
+/// The box of the language glue procedures ("Fehler bei: " ...).
+void ReportProcedureError(const dao::Error& error, const QString& procedure);

@@ -1,0 +1,169 @@
+#pragma once
+
+#include "platform/dao/Recordset.h"
+#include "platform/dao/Types.h"
+
+#include <QStringList>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace dao {
+
+class Database;
+using DatabasePtr = std::shared_ptr<Database>;
+
+/// A field to be made.
+struct FieldDefinition {
+    QString Name;
+    int Type = dbText;
+    int Size = 0;        ///< Text columns only; 0 without limit
+    int Attributes = 0;  ///< dbAutoIncrField: a counter that is the table's key and never reuses a number
+    bool Required = false;
+    /// A Double whose numbers are all whole is still a Double.
+};
+
+/// A table, or a link to a table in another file.
+///
+/// A definition from CreateTableDef lives apart until TableDefs::Append makes it real; changes to `Connect` and
+/// `SourceTableName` of a link that is there take effect when the table is next opened.
+class TableDef {
+public:
+    QString Name() const { return name_; }
+    int Attributes() const { return attributes_; }
+    QString Connect() const { return connect_; }
+    QString SourceTableName() const { return source_; }
+    void setConnect(const QString& connect);
+    void setSourceTableName(const QString& table);
+    /// Opens the linked file and the table in it. @throws Error 3011, 3024, 3044, 3343 ...
+    void RefreshLink();
+
+    static FieldDefinition CreateField(const QString& name, int type, int size = 0, int attributes = 0);
+    std::vector<FieldDefinition> Fields;  ///< of a definition to be appended
+    QStringList PrimaryKey;               ///< empty: the counter, if there is one
+    struct Index {
+        QString name;
+        QStringList fields;
+        bool unique = false;
+    };
+    std::vector<Index> Indexes;
+    /// The fields of the table as it stands in its file.
+    std::vector<ColumnInfo> columns() const;
+
+private:
+    friend class Database;
+    friend class TableDefs;
+    QString name_, connect_, source_;
+    int attributes_ = 0;
+    Database* owner_ = nullptr;
+};
+using TableDefPtr = std::shared_ptr<TableDef>;
+
+/// The tables and links of a database, in order of name.
+class TableDefs {
+public:
+    int Count() const;
+    TableDefPtr Item(int index) const;
+    TableDefPtr Item(const QString& name) const;  ///< @throws Error 3265
+    bool contains(const QString& name) const;
+    /// Makes the table or link. @throws Error 3010 exists, 3264 no field defined, 3027
+    void Append(const TableDefPtr& definition);
+    void Delete(const QString& name);  ///< a link: only the link. @throws Error 3265, 3027
+    void Refresh();
+
+private:
+    friend class Database;
+    explicit TableDefs(Database& owner) : owner_(owner) {}
+    Database& owner_;
+};
+
+class QueryDef {
+public:
+    QString Name() const { return name_; }
+    QString SQL() const { return sql_; }
+    /// Any text is kept; a text that is no SELECT fails when the query is opened.
+    void setSQL(const QString& sql);
+
+private:
+    friend class Database;
+    friend class QueryDefs;
+    QString name_, sql_;
+    Database* owner_ = nullptr;
+};
+using QueryDefPtr = std::shared_ptr<QueryDef>;
+
+class QueryDefs {
+public:
+    int Count() const;
+    QueryDefPtr Item(int index) const;
+    QueryDefPtr Item(const QString& name) const;  ///< @throws Error 3265
+    bool contains(const QString& name) const;
+    void Delete(const QString& name);  ///< @throws Error 3265
+    void Refresh();
+
+private:
+    friend class Database;
+    explicit QueryDefs(Database& owner) : owner_(owner) {}
+    Database& owner_;
+};
+
+/// Fast way to add many rows to one table: one prepared statement, no value objects.
+/// Columns are addressed by their place in the list the appender was opened with.
+class Appender {
+public:
+    virtual ~Appender() = default;
+    virtual void setNull(int column) = 0;
+    virtual void setNumber(int column, double number) = 0;  ///< whole numbers are stored as integers
+    virtual void setText(int column, const QString& text) = 0;
+    virtual void setUtf8(int column, const char* text, int bytes) = 0;
+    /// Columns that were not set since the last row are Null. @throws Error 3022, 3026, 3043 ...
+    virtual void appendRow() = 0;
+};
+
+/// A second file that is changed together with a database: what is done in it inside a transaction of the
+/// database's workspace is committed or rolled back with it as one.
+class Companion {
+public:
+    virtual ~Companion() = default;
+    virtual QStringList tableNames() const = 0;
+    virtual void createTable(const TableDef& definition) = 0;
+    virtual void dropTable(const QString& name) = 0;
+    virtual std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) = 0;
+    /// Lets the file go; not inside a transaction.
+    virtual void close() = 0;
+};
+
+/// One open database file.
+class Database {
+public:
+    virtual ~Database() = default;
+
+    virtual QString Name() const = 0;  ///< full path
+    virtual bool readOnly() const = 0;
+    /// A statement, or the bare name of a table, link or stored query.
+    /// @throws Error as engine.md's table of numbers has them: 3078, 3011, 3061, 3075, 3464, 3024, 3044, 3043, 3050 ...
+    virtual RecordsetPtr OpenRecordset(const QString& source, int type = dbOpenDynaset) = 0;
+    /// UPDATE, DELETE or INSERT; all or nothing. @throws Error, also without dbFailOnError
+    virtual void Execute(const QString& statement, int options = 0) = 0;
+    virtual int RecordsAffected() const = 0;
+
+    virtual class TableDefs& TableDefs() = 0;
+    virtual class QueryDefs& QueryDefs() = 0;
+    virtual TableDefPtr CreateTableDef(const QString& name) = 0;
+    /// Keeps the query at once. @throws Error 3012 exists
+    virtual QueryDefPtr CreateQueryDef(const QString& name, const QString& sql = QString()) = 0;
+
+    /// Writes links and stored queries that changed since they were last written, in one transaction. Until then they
+    /// live in memory, where every statement sees them. Never throws: a file that cannot be written keeps them in memory.
+    virtual void saveDefinitions() = 0;
+
+    virtual std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) = 0;
+    /// Opens (or makes) a file beside this one for common transactions. Not inside a transaction.
+    virtual std::unique_ptr<Companion> openCompanion(const QString& path) = 0;
+
+    /// Saves definitions, lets linked files go, closes. Recordsets in memory stay readable.
+    virtual void Close() = 0;
+    virtual bool isOpen() const = 0;
+};
+
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Where files lie, and the one way to join and take apart paths. Descriptions write a backslash; both
+/// separators are read on any system and the native one is written.
+namespace Paths {
+
+/// Folder and name joined by one native separator; an empty folder gives the name.
+QString join(const QString& folder, const QString& name);
+/// Every separator made native; a Windows drive of a path that came from elsewhere stays as text.
+QString native(const QString& path);
+/// What stands before the last separator, "" if there is none.
+QString folderOf(const QString& path);
+/// What stands behind the last separator.
+QString fileOf(const QString& path);
+
+/// The directory test: true when the path is not empty, a file or folder of that name is there (the name
+/// compared as the file system does, then without regard to case), and no error came up.
+bool exists(const QString& path);
+/// The path as it is spelled on disk when it differs only in case; the path itself otherwise.
+QString onDisk(const QString& path);
+
+/// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
+/// folder (prepared from the installed files when it is first needed). Never ends in a separator.
+QString applicationFolder();
+/// Forgets what applicationFolder() found; for tests that change the environment.
+void resetApplicationFolder();
+/// Folder of the registry stand-in's hives: VARIDEX_CONFIG for both if set, else the platform's.
+QString userConfigFolder();
+QString machineConfigFolder();
+
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+/// What code below the windows may ask of a user. One implementation each for Qt dialogs, a terminal and tests.
+namespace ui {
+
+enum class Icon { None, Information, Question, Exclamation, Critical };
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel, AbortRetryIgnore, RetryCancel };
+enum class Answer { Ok, Cancel, Abort, Retry, Ignore, Yes, No };
+enum class Pointer { Default, Wait };
+
+struct Box {
+    QString text;
+    QString title = QString();  ///< empty: the application's title
+    Icon icon = Icon::None;
+    Buttons buttons = Buttons::Ok;
+};
+
+struct FileChoice {
+    QString title;
+    QString filter;     ///< pairs "text|pattern" parted by "|"
+    QString extension;  ///< without a point
+    QString folder;
+    QString name;
+    bool save = false;
+};
+
+/// The answer that changes nothing: No, Cancel, Abort, or Ok where there is nothing else.
+Answer safeAnswer(Buttons buttons);
+
+class Asker {
+public:
+    virtual ~Asker() = default;
+
+    virtual Answer messageBox(const Box& box) = 0;
+    /// Nothing on Cancel.
+    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
+                                            const QString& proposal) = 0;
+    virtual std::optional<QString> chooseFile(const FileChoice& choice) = 0;
+    virtual std::optional<QString> chooseFolder(const QString& title) = 0;
+    virtual void setClipboard(const QString& text, const QString& html) = 0;
+    virtual void setPointer(Pointer pointer) = 0;
+    virtual Pointer pointer() const = 0;
+    virtual void beep() {}
+    virtual QStringList printers() const { return {}; }
+    /// Lets pending window events run once.
+    virtual void eventTurn() {}
+};
+
+/// The asker of the process; one that answers on the terminal until another is set.
+Asker& asker();
+/// Sets the asker (not owned) and returns the one before; nullptr sets the terminal's.
+Asker* setAsker(Asker* asker);
+
+/// Shows the wait pointer until the scope ends, then the default one.
+class WaitPointer {
+public:
+    WaitPointer() { asker().setPointer(Pointer::Wait); }
+    ~WaitPointer() { asker().setPointer(Pointer::Default); }
+    WaitPointer(const WaitPointer&) = delete;
+    WaitPointer& operator=(const WaitPointer&) = delete;
+};
+
+}

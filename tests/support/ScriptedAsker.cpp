@@ -1,0 +1,79 @@
+#include "support/ScriptedAsker.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+std::optional<QString> next(std::deque<QString>& queue, const QString& what) {
+    if (queue.empty()) {
+        ADD_FAILURE() << "no answer scripted for: " << qPrintable(what);
+        return std::nullopt;
+    }
+    QString text = queue.front();
+    queue.pop_front();
+    return text;
+}
+}
+
+ScriptedAsker::ScriptedAsker() : before_(ui::setAsker(this)) {}
+
+ScriptedAsker::~ScriptedAsker() {
+    ui::setAsker(before_);
+    EXPECT_TRUE(answers_.empty()) << "answers were scripted for boxes that never came";
+}
+
+ScriptedAsker& ScriptedAsker::answer(ui::Answer answer) {
+    answers_.push_back(answer);
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::input(const QString& text) {
+    inputs_.push_back(text);
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::file(const QString& path) {
+    files_.push_back(path);
+    return *this;
+}
+
+QStringList ScriptedAsker::texts() const {
+    QStringList all;
+    for (const ui::Box& box : boxes)
+        all << box.text;
+    return all;
+}
+
+ui::Answer ScriptedAsker::messageBox(const ui::Box& box) {
+    boxes.push_back(box);
+    if (box.buttons == ui::Buttons::Ok)
+        return ui::Answer::Ok;
+    if (answers_.empty()) {
+        ADD_FAILURE() << "no answer scripted for the box: " << qPrintable(box.text);
+        return ui::safeAnswer(box.buttons);
+    }
+    const ui::Answer answer = answers_.front();
+    answers_.pop_front();
+    return answer;
+}
+
+std::optional<QString> ScriptedAsker::inputBox(const QString& prompt, const QString&, const QString&) {
+    return next(inputs_, prompt);
+}
+
+std::optional<QString> ScriptedAsker::chooseFile(const ui::FileChoice& choice) {
+    return next(files_, choice.title);
+}
+
+std::optional<QString> ScriptedAsker::chooseFolder(const QString& title) {
+    return next(files_, title);
+}
+
+void ScriptedAsker::setClipboard(const QString& text, const QString& html) {
+    clipboardText = text;
+    clipboardHtml = html;
+}
+
+void ScriptedAsker::eventTurn() {
+    if (onEventTurn)
+        onEventTurn();
+}

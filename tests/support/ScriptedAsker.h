@@ -1,0 +1,42 @@
+#pragma once
+
+#include "platform/ui/Asker.h"
+
+#include <deque>
+#include <functional>
+#include <vector>
+
+/// An asker that answers from a script and records every text shown. A box that needs a choice and has no answer left fails the
+/// running test; a box with only OK is answered and recorded.
+class ScriptedAsker : public ui::Asker {
+public:
+    ScriptedAsker();
+    ~ScriptedAsker() override;
+
+    ScriptedAsker& answer(ui::Answer answer);
+    ScriptedAsker& input(const QString& text);
+    ScriptedAsker& file(const QString& path);
+
+    std::vector<ui::Box> boxes;  ///< every box shown, in order
+    std::function<void()> onEventTurn;
+    QString clipboardText, clipboardHtml;
+
+    QStringList texts() const;
+    /// Text of the last box, empty if none was shown.
+    QString lastText() const { return boxes.empty() ? QString() : boxes.back().text; }
+
+    ui::Answer messageBox(const ui::Box& box) override;
+    std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
+    std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
+    std::optional<QString> chooseFolder(const QString& title) override;
+    void setClipboard(const QString& text, const QString& html) override;
+    void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
+    ui::Pointer pointer() const override { return pointer_; }
+    void eventTurn() override;
+
+private:
+    ui::Asker* before_;
+    ui::Pointer pointer_ = ui::Pointer::Default;
+    std::deque<ui::Answer> answers_;
+    std::deque<QString> inputs_, files_;
+};
