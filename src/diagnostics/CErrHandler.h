@@ -37,6 +37,8 @@ private:
 
     QString title();
     QString stackText() const;
+    /// @param numbers the lines that only the program report has
+    QString reportText(const QString& heading, const QString& errorText, const QString& numbers) const;
     void writeProgramReport() const;
     void writeDatabaseReport(const QString& text) const;
 };

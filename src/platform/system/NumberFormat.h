@@ -16,7 +16,11 @@ void setDecimalSeparator(QChar separator);
 /// separators, "-0" never shows. @param decimals 0 to 15
 QString fixed(double number, int decimals);
 
-/// The language's plain form of a number: 15 significant digits, see dao::numberToText().
+/// The language's plain form of a number: 15 significant digits, see digits().
 QString plain(double number);
+
+/// The plain form with a given separator: 15 significant digits (half away from zero), no trailing zeros, whole numbers
+/// without a separator, from 1E+15 on and below 0.0001 as "1,5E+15", "1E-05". Zero is "0", whatever its sign.
+QString digits(double number, QChar separator);
 
 }

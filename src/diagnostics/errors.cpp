@@ -1,0 +1,43 @@
+#include "diagnostics/errors.h"
+
+#include "platform/dao/DBEngine.h"
+#include "platform/ui/Asker.h"
+
+using namespace Qt::StringLiterals;
+
+QString lastDbErrorText() {
+    const dao::Errors& errors = dao::DBEngine::instance().errors();
+    QString text;
+    for (int i = 0; i < errors.Count(); ++i)
+        text += errors.Item(i).description + u"\r\n"_s + errors.Item(i).source;
+    return text;
+}
+
+void reportError(const dao::Error& error) {
+    if (dao::DBEngine::instance().errors().Count() > 0)
+        gErrHandler.HandleDBError(lastDbErrorText());
+    else
+        gErrHandler.HandleError(error.number(), error.description());
+}
+
+bool standardErrorBox(const dao::Error& error, Trap& outcome) {
+    const ui::Answer answer = ui::asker().messageBox({QString::number(error.number()) + u"\r\n"_s + error.description(),
+                                                      TranslateText(u"Fehler"_s), ui::Icon::None,
+                                                      ui::Buttons::AbortRetryIgnore});
+    if (answer == ui::Answer::Retry)
+        return true;
+    outcome = answer == ui::Answer::Ignore ? Trap::Ignored : Trap::Aborted;
+    if (outcome == Trap::Aborted)
+        ui::asker().setPointer(ui::Pointer::Default);
+    return false;
+}
+
+void ReportProcedureError(const dao::Error& error, const QString& procedure) {
+    const bool german = gLanguage == 0;
+    const QString text = (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
+                         (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) +
+                         u"\r\n"_s + (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s +
+                         error.description();
+    ui::asker().messageBox({text, german ? u"VB-Laufzeitfehler"_s : u"VB-RuntimeError"_s, ui::Icon::Critical,
+                            ui::Buttons::Ok});
+}

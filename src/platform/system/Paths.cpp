@@ -1,0 +1,155 @@
+#include "platform/system/Paths.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString applicationFolderFound;
+
+bool isSeparator(QChar c) {
+    return c == u'/' || c == u'\\';
+}
+
+qsizetype lastSeparator(const QString& path) {
+    return std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\'));
+}
+
+QString withoutTrailingSeparators(QString path) {
+    while (path.size() > 1 && isSeparator(path.back()))
+        path.chop(1);
+    return path;
+}
+
+QString programFolder() {
+    if (QCoreApplication::instance())
+        return QCoreApplication::applicationDirPath();
+    const QString program = QFile::symLinkTarget(u"/proc/self/exe"_s);
+    return program.isEmpty() ? QDir::currentPath() : QFileInfo(program).absolutePath();
+}
+
+/// Where an installation puts the files that every user starts from.
+QString installedFolder(const QString& program) {
+    return QDir::cleanPath(program + u"/../share/varidex"_s);
+}
+
+/// Copies what is not there yet, each file whole or not at all.
+void prepareUserFolder(const QString& folder, const QString& installed) {
+    QDir().mkpath(folder);
+    for (const QFileInfo& file : QDir(installed).entryInfoList(QDir::Files)) {
+        const QString target = folder + u'/' + file.fileName();
+        const QString unfinished = target + u".new"_s;
+        if (QFileInfo::exists(target))
+            continue;
+        QFile::remove(unfinished);
+        if (!QFile::copy(file.filePath(), unfinished))
+            continue;
+        QFile::setPermissions(unfinished, QFile::permissions(unfinished) | QFileDevice::WriteOwner);
+        QFile::rename(unfinished, target);
+    }
+}
+
+QString findApplicationFolder() {
+    const QString home = qEnvironmentVariable("VARIDEX_HOME");
+    if (!home.isEmpty())
+        return home;
+    const QString program = programFolder();
+    const QString installed = installedFolder(program);
+    if (!QFileInfo(installed).isDir() && QFileInfo(program).isWritable())
+        return program;
+    const QString user = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s;
+    prepareUserFolder(user, installed);
+    return user;
+}
+
+/// The entry of a folder that is called like `name`, exactly so if there is one, else without regard to case.
+QString entryLike(const QString& folder, const QString& name) {
+    if (QFileInfo::exists(QDir(folder).filePath(name)))
+        return name;
+    const QStringList entries = QDir(folder.isEmpty() ? u"."_s : folder)
+                                    .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                                               QDir::Name);
+    for (const QString& entry : entries)
+        if (entry.compare(name, Qt::CaseInsensitive) == 0)
+            return entry;
+    return {};
+}
+
+}
+
+QString Paths::native(const QString& path) {
+    QString text = path;
+    for (QChar& c : text)
+        if (isSeparator(c))
+            c = QDir::separator();
+    return text;
+}
+
+QString Paths::join(const QString& folder, const QString& name) {
+    if (folder.isEmpty())
+        return native(name);
+    QString text = withoutTrailingSeparators(native(folder));
+    if (!isSeparator(text.back()))
+        text += QDir::separator();
+    qsizetype start = 0;
+    while (start < name.size() && isSeparator(name[start]))
+        ++start;
+    return text + native(name.mid(start));
+}
+
+QString Paths::folderOf(const QString& path) {
+    return path.left(std::max<qsizetype>(lastSeparator(path), 0));
+}
+
+QString Paths::fileOf(const QString& path) {
+    return path.mid(lastSeparator(path) + 1);
+}
+
+bool Paths::exists(const QString& path) {
+    return !path.isEmpty() && QFileInfo::exists(onDisk(path));
+}
+
+QString Paths::onDisk(const QString& path) {
+    const QString wanted = native(path);
+    if (wanted.isEmpty() || QFileInfo::exists(wanted))
+        return wanted;
+    QString found = isSeparator(wanted.front()) ? QString(QDir::separator()) : QString();
+    for (const QString& part : wanted.split(QDir::separator(), Qt::SkipEmptyParts)) {
+        const QString entry = part == u"."_s || part == u".."_s ? part : entryLike(found, part);
+        if (entry.isEmpty())
+            return wanted;
+        found = join(found, entry);
+    }
+    return found;
+}
+
+QString Paths::applicationFolder() {
+    if (applicationFolderFound.isEmpty())
+        applicationFolderFound = withoutTrailingSeparators(native(findApplicationFolder()));
+    return applicationFolderFound;
+}
+
+void Paths::resetApplicationFolder() {
+    applicationFolderFound.clear();
+}
+
+QString Paths::userConfigFolder() {
+    const QString config = qEnvironmentVariable("VARIDEX_CONFIG");
+    if (!config.isEmpty())
+        return withoutTrailingSeparators(native(config));
+    return join(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), u"varidex"_s);
+}
+
+QString Paths::machineConfigFolder() {
+    const QString config = qEnvironmentVariable("VARIDEX_CONFIG");
+    if (!config.isEmpty())
+        return withoutTrailingSeparators(native(config));
+    // The user's own folder comes first in the list; what follows belongs to the machine.
+    const QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
+    return join(folders.value(1, folders.value(0)), u"varidex"_s);
+}
