@@ -7,6 +7,9 @@
 /// Owner of the open catalogue; gDatabase is the one instance.
 class CDaoDatabase {
 public:
+    /// The engine must outlive the one instance, so it is brought up first.
+    CDaoDatabase() { dao::DBEngine::instance(); }
+
     /// The engine's database; null when none is open.
     dao::DatabasePtr CurrentDatabase() const { return current_; }
     dao::Workspace& CurrentWorkspace() const { return dao::DBEngine::instance().Workspaces(0); }

@@ -16,7 +16,10 @@ void CloseRc();
 /// True if the path is not empty and a file is there.
 bool fileExists(const QString& path);
 
+/// The one view and the switches of a catalogue that has no options of its own. @return true
 bool GetDefaultDatabaseOptions();
+/// Reads `tsys_Options` into gCatalogueOptions, gViews and gOptions.EnglishLanguage; views without a name or a table are
+/// left out and the following ones move up. Failures are reported. @return true
 bool GetDatabaseOptions();
 
 }

@@ -22,16 +22,20 @@ QString lastDbErrorText();
 
 /// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise.
 void reportError(const dao::Error& error);
+/// Hands an error to HandleError whatever the engine's list holds; opening and closing of a catalogue report so.
+inline void reportProgramError(const dao::Error& error) {
+    gErrHandler.HandleError(error.number(), error.description());
+}
 
 /// Runs a step; a failure is reported and the caller goes on at its next statement.
 /// @return false after a failure
 template<class Step>
-bool attempt(Step&& step) {
+bool attempt(Step&& step, void (*report)(const dao::Error&) = reportError) {
     try {
         step();
         return true;
     } catch (const dao::Error& error) {
-        reportError(error);
+        report(error);
         return false;
     }
 }

@@ -1,0 +1,50 @@
+#include "catalogue/CDaoPersistance.h"
+
+#include "diagnostics/errors.h"
+#include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
+
+#include <QDate>
+#include <QFile>
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isEmpty(const dao::RecordsetPtr& recordset) {
+    return !recordset || (recordset->Bof() && recordset->Eof());
+}
+
+/// Appends a failed statement to the statement log. A log that cannot be written is passed over: the failure itself is
+/// being reported already.
+void logStatement(const QString& statement) {
+    QFile log(Paths::join(Paths::applicationFolder(), u"Sql.log"_s));
+    if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
+        return;
+    const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
+    log.write((today + u'\n' + statement + u'\n').toUtf8());
+}
+
+}
+
+dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement,
+                                                int type) {
+    sql_ = statement;
+    const ui::WaitPointer wait;
+    const ProcedureScope scope(u"[CDaoPersistance.GetRecordset]"_s);
+    if (!database)
+        return nullptr;
+    try {
+        dao::RecordsetPtr recordset = database->OpenRecordset(statement, type);
+        if (!isEmpty(recordset)) {
+            recordset->MoveLast();
+            recordset->MoveFirst();
+        }
+        return recordset;
+    } catch (const dao::Error& error) {
+        logStatement(statement);
+        reportError(error);
+        return nullptr;
+    }
+}

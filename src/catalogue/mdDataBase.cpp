@@ -1,0 +1,100 @@
+#include "catalogue/mdDataBase.h"
+
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "diagnostics/errors.h"
+#include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Deletes every link of a database; the tables behind the links stay. Going backwards, a deletion moves nothing that is
+/// still to be looked at.
+void removeLinks(dao::Database& database) {
+    dao::TableDefs& tables = database.TableDefs();
+    for (int i = tables.Count() - 1; i >= 0; --i) {
+        const dao::TableDefPtr table = tables.Item(i);
+        if (table->Attributes() == dao::dbAttachedTable)
+            tables.Delete(table->Name());
+    }
+}
+
+void removeWorkDatabaseLinks() {
+    const QString work = Paths::join(Paths::applicationFolder(), u"stat.mdb"_s);
+    if (!mdDataBase::fileExists(work))
+        return;
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(work);
+    attempt([&] { removeLinks(*database); }, reportProgramError);
+    database->Close();
+}
+
+void reportMissingFile(const QString& file) {
+    const QString text = gLanguage == 0 ? u"Die Datenbankdatei: \r\n"_s + file + u"\r\nkann nicht gefunden werden."_s
+                                        : u"The File: \r\n"_s + file + u"\r\ncannot be found."_s;
+    ui::asker().messageBox({.text = text});
+}
+
+}
+
+namespace mdDataBase {
+
+qint16 OpenQXDatabase(const QString& file) {
+    const ProcedureScope scope(u"[mdDatabase.OpenQXDatabase]"_s);
+    gDatabase.CloseDatabase();
+    if (!fileExists(file)) {
+        reportMissingFile(file);
+        return 0;
+    }
+    gDatabase.setDatabase(file);
+    gDatabase.OpenQXDatabase();
+    if (gDatabase.State() != 1)
+        return gDatabase.State();
+    CloseRc();
+    // A file with neither table stays open, with the views of the catalogue before: the tables only decide where the
+    // view definitions come from.
+    if (gDatabase.TableExist(u"tsys_options"_s))
+        GetDatabaseOptions();
+    else if (gDatabase.TableExist(u"tkey_Study"_s))
+        GetDefaultDatabaseOptions();
+    return gDatabase.State();
+}
+
+qint16 OpenLastDataBase(const QString& file) {
+    const ProcedureScope scope(u"[mdDatabase.OpenLastDataBase]"_s);
+    if (!fileExists(file))
+        return 0;
+    gDatabase.setDatabase(file);
+    gDatabase.OpenQXDatabase();
+    if (gDatabase.State() == 1) {
+        CloseRc();
+        GetDatabaseOptions();
+    }
+    return gDatabase.State();
+}
+
+void CloseDataBase() {
+    const ProcedureScope scope(u"[mdDataBase.CloseDataBase]"_s);
+    if (gCatalogueOptions.RemoveTableLinksOnExitDB && gDatabase.State() == 1)
+        attempt([] { removeLinks(*gDatabase.CurrentDatabase()); }, reportProgramError);
+    gDatabase.CloseDatabase();
+    attempt(removeWorkDatabaseLinks, reportProgramError);
+    CloseRc();
+    gWindowSerials.fill(0);
+    if (gUnloadWindows)
+        gUnloadWindows();
+    ui::asker().setPointer(ui::Pointer::Default);
+}
+
+void CloseRc() {
+    const ProcedureScope scope(u"[mdDatabase.CloseRc]"_s);
+}
+
+bool fileExists(const QString& path) {
+    return Paths::exists(path) && !QFileInfo(Paths::onDisk(Paths::native(path))).isDir();
+}
+
+}
