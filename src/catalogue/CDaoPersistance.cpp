@@ -23,7 +23,7 @@ void logStatement(const QString& statement) {
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
         return;
     const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-    log.write((today + u'\n' + statement + u'\n').toUtf8());
+    log.write((today + u"\r\n"_s + statement + u"\r\n"_s).toUtf8());
 }
 
 }
