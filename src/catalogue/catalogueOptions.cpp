@@ -64,7 +64,8 @@ void readViewCell(const QString& name, const dao::Value& value) {
     const int column = viewColumn(name.mid(viewPrefix.size() + 1));
     if (view < 1 || view > gCatalogueOptions.NumberOfFrmExplorers || column == 0)
         return;
-    // Without a count among the options the table keeps its size; only one that has no views at all is sized here.
+    // Without a count among the options the table keeps its size; only one that has no views at all is sized
+    // here.
     if (view > gViews.lastRow())
         gViews.resize(gCatalogueOptions.NumberOfFrmExplorers);
     const QString text = value.toText();
@@ -111,7 +112,8 @@ void readOptions(const dao::RecordsetPtr& recordset) {
     const int name = recordset->indexOf(u"dt_OptionName"_s);
     const int value = recordset->indexOf(u"dt_OptionValue"_s);
     for (; !recordset->Eof(); recordset->MoveNext())
-        attempt([&] { readOption(recordset->value(name).toText(), recordset->value(value)); }, reportProgramError);
+        attempt([&] { readOption(recordset->value(name).toText(), recordset->value(value)); },
+                reportProgramError);
 }
 
 /// Takes out the views that have no name or no table; what follows moves to a lower number.
@@ -127,7 +129,7 @@ void closeGapsBetweenViews() {
     }
 }
 
-}
+} // namespace
 
 namespace mdDataBase {
 
@@ -156,9 +158,9 @@ bool GetDatabaseOptions() {
     resetBeforeReading();
     CDaoPersistance persistance;
     // Descending, so that the start view and the count of views are known when the rows of the views arrive.
-    const dao::RecordsetPtr recordset =
-        persistance.GetRecordset(gDatabase.CurrentDatabase(),
-                                 u"SELECT * FROM tsys_Options ORDER BY dt_OptionName DESC;"_s, dao::dbOpenDynaset);
+    const dao::RecordsetPtr recordset = persistance.GetRecordset(
+        gDatabase.CurrentDatabase(), u"SELECT * FROM tsys_Options ORDER BY dt_OptionName DESC;"_s,
+        dao::dbOpenDynaset);
     attempt([&] { readOptions(recordset); }, reportProgramError);
     closeGapsBetweenViews();
     if (recordset)
@@ -166,4 +168,4 @@ bool GetDatabaseOptions() {
     return true;
 }
 
-}
+} // namespace mdDataBase

@@ -12,8 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Deletes every link of a database; the tables behind the links stay. Going backwards, a deletion moves nothing that is
-/// still to be looked at.
+/// Deletes every link of a database; the tables behind the links stay. Going backwards, a deletion moves
+/// nothing that is still to be looked at.
 void removeLinks(dao::Database& database) {
     dao::TableDefs& tables = database.TableDefs();
     for (int i = tables.Count() - 1; i >= 0; --i) {
@@ -33,12 +33,13 @@ void removeWorkDatabaseLinks() {
 }
 
 void reportMissingFile(const QString& file) {
-    const QString text = gLanguage == 0 ? u"Die Datenbankdatei: \r\n"_s + file + u"\r\nkann nicht gefunden werden."_s
-                                        : u"The File: \r\n"_s + file + u"\r\ncannot be found."_s;
+    const QString text = gLanguage == 0
+                             ? u"Die Datenbankdatei: \r\n"_s + file + u"\r\nkann nicht gefunden werden."_s
+                             : u"The File: \r\n"_s + file + u"\r\ncannot be found."_s;
     ui::asker().messageBox({.text = text});
 }
 
-}
+} // namespace
 
 namespace mdDataBase {
 
@@ -54,8 +55,8 @@ qint16 OpenQXDatabase(const QString& file) {
     if (gDatabase.State() != 1)
         return gDatabase.State();
     CloseRc();
-    // A file with neither table stays open, with the views of the catalogue before: the tables only decide where the
-    // view definitions come from.
+    // A file with neither table stays open, with the views of the catalogue before: the tables only decide
+    // where the view definitions come from.
     if (gDatabase.TableExist(u"tsys_options"_s))
         GetDatabaseOptions();
     else if (gDatabase.TableExist(u"tkey_Study"_s))
@@ -97,4 +98,4 @@ bool fileExists(const QString& path) {
     return Paths::exists(path) && !QFileInfo(Paths::onDisk(Paths::native(path))).isDir();
 }
 
-}
+} // namespace mdDataBase

@@ -18,8 +18,8 @@ bool fileExists(const QString& path);
 
 /// The one view and the switches of a catalogue that has no options of its own. @return true
 bool GetDefaultDatabaseOptions();
-/// Reads `tsys_Options` into gCatalogueOptions, gViews and gOptions.EnglishLanguage; views without a name or a table are
-/// left out and the following ones move up. Failures are reported. @return true
+/// Reads `tsys_Options` into gCatalogueOptions, gViews and gOptions.EnglishLanguage; views without a name or
+/// a table are left out and the following ones move up. Failures are reported. @return true
 bool GetDatabaseOptions();
 
-}
+} // namespace mdDataBase

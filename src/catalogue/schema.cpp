@@ -40,7 +40,7 @@ dao::TableDef::Index index(const QString& table, const QStringList& fields) {
     return {u"ix_"_s + table + u'_' + fields.join(u'_'), fields, false};
 }
 
-}
+} // namespace
 
 QStringList Table::fieldNames() const {
     QStringList names;
@@ -159,7 +159,8 @@ Table parts() {
 }
 
 Table database() {
-    // The counter is there because a table whose rows are edited needs a key; its one row has none of its own.
+    // The counter is there because a table whose rows are edited needs a key; its one row has none of its
+    // own.
     return makeTable(u"tkey_Database"_s,
                      {{u"dt_DatabaseTitle", dao::dbText},
                       {u"dt_EnDatabaseTitle", dao::dbText},
@@ -250,4 +251,4 @@ void createCatalogueTables(dao::Database& database, const QStringList& studyView
         createCategoryView(database, suffix);
 }
 
-}
+} // namespace schema

@@ -6,18 +6,18 @@
 #include <QStringList>
 #include <vector>
 
-/// The tables of a catalogue and of its case files: names, fields, keys and the indexes that serve the statements which
-/// read them.
+/// The tables of a catalogue and of its case files: names, fields, keys and the indexes that serve the
+/// statements which read them.
 ///
-/// Text and memo fields have no size limit, except in the two comparison tables. Counters give the keys of entries and
-/// of assignments. Yes/No fields are never Null.
+/// Text and memo fields have no size limit, except in the two comparison tables. Counters give the keys of
+/// entries and of assignments. Yes/No fields are never Null.
 namespace schema {
 
 /// One table as it is to be made.
 struct Table {
     QString name;
     std::vector<dao::FieldDefinition> fields;
-    QStringList primaryKey;  ///< empty: the counter
+    QStringList primaryKey; ///< empty: the counter
     std::vector<dao::TableDef::Index> indexes;
 
     QStringList fieldNames() const;
@@ -60,4 +60,4 @@ void createCategoryView(dao::Database& database, const QString& suffix);
 void createCatalogueTables(dao::Database& database, const QStringList& studyViews = {QStringLiteral("Study")},
                            const QStringList& categoryViews = {});
 
-}
+} // namespace schema
