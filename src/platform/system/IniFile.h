@@ -4,7 +4,10 @@
 #include <memory>
 #include <optional>
 
-/// One ini file, read whole and written whole or not at all; UTF-8; backslashes, quotes, umlauts and ";" in values survive.
+/// One ini file, read whole and written whole or not at all; UTF-8 (a file that is not is read as Latin-1).
+///
+/// Sections and keys go without regard to case. Backslashes, quotes, umlauts, ";" and blanks at the ends of values
+/// survive; a line break in a value becomes a blank.
 class IniFile {
 public:
     /// Reads the file. False if it is there but cannot be read; a missing file is an empty one.

@@ -1,0 +1,169 @@
+#include "config/Options.h"
+
+#include "config/CProfile.h"
+#include "diagnostics/errors.h"
+#include "platform/dao/Value.h"
+
+#include <algorithm>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+Options gOptions;
+
+namespace {
+
+/// @throws dao::Error 13 for a text that is no truth value
+bool toBoolean(const QString& text) {
+    const QString word = text.trimmed().toLower();
+    if (word == u"true" || word == u"wahr")
+        return true;
+    if (word == u"false" || word == u"falsch")
+        return false;
+    return dao::Value(text).toDouble() != 0;
+}
+
+/// @throws dao::Error 13 for a text that is no number, 6 beyond 32 bits
+qint32 toLong(const QString& text) {
+    const qint64 number = dao::Value(text).toInteger();
+    if (number < std::numeric_limits<qint32>::min() || number > std::numeric_limits<qint32>::max())
+        dao::raiseRuntimeError(6);
+    return static_cast<qint32>(number);
+}
+
+template<class... Cases>
+struct Overload : Cases... {
+    using Cases::operator()...;
+};
+template<class... Cases>
+Overload(Cases...) -> Overload<Cases...>;
+
+/// Runs a conversion under its label; a text that does not convert is reported and the default stands.
+template<class Result>
+Result converted(const QString& label, const QString& text, Result byDefault, Result (*convert)(const QString&)) {
+    const ProcedureScope scope(label);
+    if (text.isEmpty())
+        return byDefault;
+    try {
+        return convert(text);
+    } catch (const dao::Error& error) {
+        gErrHandler.HandleError(error.number(), error.description());
+        return byDefault;
+    }
+}
+
+void fillEmptyFonts(Options& options) {
+    if (options.FixedFont.isEmpty())
+        options.FixedFont = u"Courier New"_s;
+    if (options.PropFont.isEmpty())
+        options.PropFont = u"Arial"_s;
+}
+
+QString keyOf(const OptionDescriptor& option) {
+    return QString::fromUtf16(option.key);
+}
+
+/// The options of the ini form in its order: three keys come at its end, one a little earlier than in the registry.
+std::vector<const OptionDescriptor*> iniOrder() {
+    const QStringList last = {u"ShowPercentSign"_s, u"CommaInPercent"_s, u"AskMissing"_s};
+    std::vector<const OptionDescriptor*> order;
+    for (const OptionDescriptor& option : optionDescriptors()) {
+        const QString key = keyOf(option);
+        if (!option.inIniFile || last.contains(key) || key == u"ShowValidSums")
+            continue;
+        if (key == u"NoColumnLabels")
+            order.push_back(findOption(u"ShowValidSums"_s));
+        order.push_back(&option);
+    }
+    for (const QString& key : last)
+        order.push_back(findOption(key));
+    return order;
+}
+
+void setFromIni(Options& options, const OptionDescriptor& option, const QString& text) {
+    const QString byDefault = QString::fromUtf16(option.iniDefault);
+    std::visit(Overload{
+                   [&](bool Options::*member) { options.*member = CBool_me(text, byDefault == u"True"); },
+                   [&](int Options::*member) { options.*member = CLng_me(text, byDefault.toInt()); },
+                   [&](QString Options::*member) { options.*member = text; },
+               },
+               option.member);
+}
+
+}
+
+const OptionDescriptor* findOption(const QString& key) {
+    const auto& table = optionDescriptors();
+    const auto found = std::find_if(table.begin(), table.end(), [&](const OptionDescriptor& option) {
+        return keyOf(option).compare(key, Qt::CaseInsensitive) == 0;
+    });
+    return found == table.end() ? nullptr : &*found;
+}
+
+QString optionText(const Options& options, const OptionDescriptor& option, bool iniForm) {
+    return std::visit(Overload{
+                          [&](bool Options::*member) {
+                              const bool on = options.*member;
+                              return iniForm ? (on ? u"True"_s : u"False"_s) : (on ? u"1"_s : u"0"_s);
+                          },
+                          [&](int Options::*member) { return QString::number(options.*member); },
+                          [&](QString Options::*member) { return options.*member; },
+                      },
+                      option.member);
+}
+
+bool setOptionFromText(Options& options, const OptionDescriptor& option, const QString& text) {
+    try {
+        std::visit(Overload{
+                       [&](bool Options::*member) { options.*member = toBoolean(text); },
+                       [&](int Options::*member) { options.*member = toLong(text); },
+                       [&](QString Options::*member) { options.*member = text; },
+                   },
+                   option.member);
+        return true;
+    } catch (const dao::Error&) {
+        return false;
+    }
+}
+
+bool CBool_me(const QString& value, bool byDefault) {
+    return converted(u"[Module1.CBool_me]"_s, value, byDefault, toBoolean);
+}
+
+qint32 CLng_me(const QString& value, qint32 byDefault) {
+    return converted(u"[Module1.CLng_me]"_s, value, byDefault, toLong);
+}
+
+void OptionsFromRegistry() {
+    gErrorTrapping = true;
+    for (const OptionDescriptor& option : optionDescriptors()) {
+        const QString stored = storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
+        if (!setOptionFromText(gOptions, option, stored))
+            setOptionFromText(gOptions, option, u"0"_s);
+        if (keyOf(option) == u"PropFont")
+            fillEmptyFonts(gOptions);
+    }
+}
+
+void OptionsFromIniFile(const QString& file) {
+    const ProcedureScope scope(u"[Module1.OptionsFromIniFile]"_s);
+    CProfile profile;
+    profile.ApplicationIniFile = file;
+    for (const OptionDescriptor* option : iniOrder())
+        setFromIni(gOptions, *option, profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
+    fillEmptyFonts(gOptions);
+    if (gOptions.PrintDatePosition.isEmpty())
+        gOptions.PrintDatePosition = u"topmiddle"_s;
+    if (gOptions.PrintPageNumberPosition.isEmpty())
+        gOptions.PrintPageNumberPosition = u"botmiddle"_s;
+}
+
+void OptionsToIniFile(const QString& file) {
+    const ProcedureScope scope(u"[Module1.OptionsToIniFile]"_s);
+    CProfile profile;
+    profile.ApplicationIniFile = file;
+    std::vector<QPair<QString, QString>> entries;
+    for (const OptionDescriptor* option : iniOrder())
+        entries.push_back({keyOf(*option), optionText(gOptions, *option, true)});
+    profile.WriteProfileEntries(profile.ApplicationExeFile(), entries);
+}
