@@ -7,6 +7,9 @@
 /// text back. Widths and heights are in twips (1/1440 inch).
 class ResultTable {
 public:
+    /// Cell alignments that the builders set; 0 is the column's own.
+    enum Alignment { LeftCenter = 1, RightTop = 6 };
+
     QString Tag;         ///< "Frequency", "Crosstab", "Trend", "Descriptives"
     int FixedRows = 0;
     int FixedCols = 0;
@@ -32,6 +35,8 @@ public:
 
     /// Exchanges two rows across all columns.
     void swapRows(int a, int b);
+    /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
+    void orderRows(int first, const std::vector<int>& order);
     /// Exchanges comma and point in every cell from a row and column on.
     void exchangeSeparators(int firstColumn, int firstRow);
 

@@ -1,0 +1,297 @@
+#include "tables/Frequency.h"
+
+#include "app/globals.h"
+#include "diagnostics/errors.h"
+#include "platform/system/NumberFormat.h"
+#include "platform/ui/Asker.h"
+#include "tables/labels.h"
+#include "tables/missing.h"
+
+#include <QHash>
+#include <algorithm>
+#include <array>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum Column { Wert, Auspraegung, Missing, Anzahl, Prozent, GueltProzent, KumulProzent };
+constexpr int rowHeight = 228;
+constexpr std::array<int, 7> firstWidths{500, 2000, 800, 800, 800, 800, 800};
+
+void warn(const QString& text) {
+    ui::asker().messageBox({.text = TranslateText(text), .icon = ui::Icon::Exclamation});
+}
+
+class FrequencyBuilder {
+public:
+    FrequencyBuilder(ResultTable& table, const FrequencyInput& input, bool& userMissing)
+        : table_(table), in_(input), bUserMissing_(userMissing) {}
+
+    BuildOutcome build();
+
+private:
+    ResultTable& table_;
+    const FrequencyInput& in_;
+    bool& bUserMissing_;
+    std::optional<MissingDefinition> definition_;
+    /// Marks of the table before, by value; a value's own mark goes with it wherever it arrives.
+    QHash<QString, QStringList> marks_;
+    std::vector<double> widths_ = std::vector<double>(7, 0.0);
+    std::vector<double> sortKeys_;
+    double total_ = 0, validTotal_ = 0;
+    int lastRow_ = 0;  ///< the row that the filling stood at when the counts ended
+    int dataRows_ = 0;
+    int sumRow_ = -1;  ///< once it is known
+
+    int dataRowsOfTable() const { return table_.Rows() - 3 - (in_.SeparateValidCases ? 1 : 0); }
+    bool marked(int row) const { return table_.Cell(Missing, row) == "X"_L1; }
+    double number(int column, int row) const { return dao::leadingNumber(table_.Cell(column, row), true); }
+    void write(int column, int row, const QString& text);
+    bool keepMarks();
+    void prepare();
+    BuildOutcome fill();
+    bool skipUnknown();
+    bool fillRow(int row);
+    void sort();
+    void writeSums(int validRow);
+    BuildOutcome percentages();
+    bool validPercent(int row, double count, double valid, qint64 cumulated, double& sum);
+    void finish();
+};
+
+void FrequencyBuilder::write(int column, int row, const QString& text) {
+    table_.setCell(column, row, text);
+    if (!in_.AutoColWidth || text.isEmpty())
+        return;
+    const double width = 1.2 * in_.textWidth(text);
+    double& widest = widths_[static_cast<size_t>(column)];
+    widest = std::max(widest, row == 0 || row == sumRow_ ? width + 50 : width);
+}
+
+/// Takes the marks from the table that is there. False if that table does not hold the values of `counts`.
+bool FrequencyBuilder::keepMarks() {
+    const int rows = dataRowsOfTable();
+    if (rows < 1 || table_.Cols() < 6)
+        return false;
+    for (int row = 1; row <= rows; ++row)
+        marks_[table_.Cell(Wert, row)].append(table_.Cell(Missing, row));
+    QHash<QString, int> arriving;
+    int arrivingRows = 0;
+    for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
+        if (in_.counts.value(1).isNull())
+            continue;
+        ++arrivingRows;
+        ++arriving[in_.counts.value(0).toText()];
+    }
+    if (arrivingRows != rows)
+        return false;
+    return std::all_of(arriving.keyBegin(), arriving.keyEnd(), [&](const QString& value) {
+        return marks_.value(value).size() == arriving.value(value);
+    });
+}
+
+void FrequencyBuilder::prepare() {
+    const int columns = in_.CumulatedPercent ? 7 : 6;
+    const bool empty = in_.counts.Bof() && in_.counts.Eof();
+    if (bUserMissing_ && (empty || !keepMarks()))
+        bUserMissing_ = false;
+    if (!bUserMissing_) {
+        table_.Clear();
+        table_.setRows(2);
+        table_.setCols(columns);
+        for (int column = 0; column < columns; ++column)
+            table_.setColWidth(column, firstWidths[static_cast<size_t>(column)]);
+        table_.setRowHeight(0, rowHeight);
+        table_.setRowHeight(1, rowHeight);
+    }
+    table_.setCols(columns);
+    table_.FixedRows = 1;
+    table_.FixedCols = 1;
+    const std::array<QString, 7> headers{u"Wert"_s,    u"Ausprägung"_s,   u"Missing"_s,      u"Anzahl"_s,
+                                         u"Prozent"_s, u"Gült.Prozent"_s, u"Kumul.Prozent"_s};
+    for (int column = 0; column < columns; ++column) {
+        write(column, 0, TranslateText(headers[static_cast<size_t>(column)]));
+        if (column >= Missing)
+            table_.setCellAlignment(column, 0, ResultTable::RightTop);
+    }
+    // Cells of an earlier run that stay in place must not be exchanged a second time.
+    if (bUserMissing_ && !in_.CommaInPercent && columns > KumulProzent)
+        table_.exchangeSeparators(KumulProzent, 1);
+    if (!empty)
+        in_.counts.MoveFirst();
+    if (in_.dtMissing)
+        definition_.emplace(*in_.dtMissing);
+}
+
+BuildOutcome FrequencyBuilder::build() {
+    prepare();
+    if (in_.counts.Eof())
+        return BuildOutcome::Empty;
+    BuildOutcome outcome = fill();
+    sort();
+    if (outcome != BuildOutcome::Complete)
+        return outcome;
+    sumRow_ = lastRow_ + 1;
+    writeSums(sumRow_ + (in_.SeparateValidCases ? 2 : 1));
+    outcome = percentages();
+    if (outcome == BuildOutcome::Complete)
+        finish();
+    return outcome;
+}
+
+/// Passes over rows whose count is Null. @return false when the counts ended
+bool FrequencyBuilder::skipUnknown() {
+    if (!in_.counts.value(1).isNull())
+        return true;
+    warn(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s);
+    while (!in_.counts.Eof() && in_.counts.value(1).isNull())
+        in_.counts.MoveNext();
+    return !in_.counts.Eof();
+}
+
+BuildOutcome FrequencyBuilder::fill() {
+    for (int row = 1;; ++row) {
+        lastRow_ = row;
+        if (!skipUnknown())
+            return BuildOutcome::Complete;
+        dataRows_ = row;
+        if (!fillRow(row))
+            return BuildOutcome::Aborted;
+        if (!bUserMissing_) {
+            table_.setRows(table_.Rows() + 1);
+            table_.setRowHeight(table_.Rows() - 1, rowHeight);
+        }
+        in_.counts.MoveNext();
+        if (in_.counts.Eof())
+            return BuildOutcome::Complete;
+        if (row == maxFrequencyRows) {
+            warn(u"25000 Zeilen erreicht, Abbruch"_s);
+            return BuildOutcome::Truncated;
+        }
+    }
+}
+
+/// @return false for Abort after a failed look-up
+bool FrequencyBuilder::fillRow(int row) {
+    const dao::Value value = in_.counts.value(0);
+    const dao::Value count = in_.counts.value(1);
+    const QString text = value.toText();
+    write(Wert, row, text);
+    total_ += count.toDouble();
+    std::optional<QString> label;
+    if (trapped([&] { label = labelOf(in_.labels, value); }) == Trap::Aborted)
+        return false;
+    write(Auspraegung, row, label.value_or(value.isNull() ? u"SYSMIS"_s : QString()));
+    table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
+    if (bUserMissing_)
+        write(Missing, row, marks_[text].takeFirst());
+    else if (value.isNull())
+        write(Missing, row, u"X"_s);
+    else
+        write(Missing, row,
+              definition_ && value.isNumeric() && definition_->contains(value.toDouble()) ? u"X"_s : QString());
+    table_.setCellAlignment(Missing, row, ResultTable::RightTop);
+    write(Anzahl, row, NumberFormat::fixed(count.toDouble(), 0));
+    if (!marked(row))
+        validTotal_ += count.toDouble();
+    sortKeys_.push_back(number(Wert, row));
+    return true;
+}
+
+/// Brings the rows in order of number, equal ones as they arrived. A text that is no number counts by the number it starts
+/// with, system-missing as 0. Cells are read with either decimal separator.
+void FrequencyBuilder::sort() {
+    std::vector<int> order(sortKeys_.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+        return sortKeys_[static_cast<size_t>(a)] < sortKeys_[static_cast<size_t>(b)];
+    });
+    table_.orderRows(1, order);
+}
+
+void FrequencyBuilder::writeSums(int validRow) {
+    table_.setRows(validRow + 1);
+    for (int row = sumRow_; row <= validRow; ++row) {
+        table_.setRowHeight(row, rowHeight);
+        for (int column = 0; column < table_.Cols(); ++column)
+            table_.setCell(column, row, QString());
+        table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
+        table_.setCellAlignment(Missing, row, ResultTable::RightTop);
+    }
+    write(Anzahl, sumRow_, NumberFormat::fixed(total_, 0));
+    write(Auspraegung, sumRow_, TranslateText(u"Summe"_s));
+    write(Auspraegung, validRow, TranslateText(u"Gültige Fälle"_s));
+    write(Anzahl, validRow, NumberFormat::fixed(validTotal_, 0));
+}
+
+/// Columns 4 to 6. The bases are taken back from the cells, so with weights they are the rounded counts.
+BuildOutcome FrequencyBuilder::percentages() {
+    const double all = number(Anzahl, sumRow_);
+    double valid = 0;
+    for (int row = 1; row <= dataRows_; ++row)
+        if (!marked(row))
+            valid += number(Anzahl, row);
+    double percentSum = 0, validSum = 0;
+    qint64 cumulated = 0;
+    for (int row = 1; row <= dataRows_; ++row) {
+        const double count = number(Anzahl, row);
+        if (all != 0) {
+            const double percent = count * 100.0 / all;
+            write(Prozent, row, NumberFormat::fixed(percent, 1));
+            percentSum += percent;
+        }
+        if (marked(row)) {
+            write(GueltProzent, row, u" "_s);
+        } else {
+            cumulated += static_cast<qint64>(count);
+            if (!validPercent(row, count, valid, cumulated, validSum))
+                return BuildOutcome::Aborted;
+        }
+        if (in_.cancelled && in_.cancelled())
+            return BuildOutcome::Cancelled;
+    }
+    write(Prozent, sumRow_, NumberFormat::fixed(percentSum, 1));
+    write(GueltProzent, sumRow_, NumberFormat::fixed(validSum, 1));
+    return BuildOutcome::Complete;
+}
+
+/// Counts that cancel out (negative weights) leave no base: a division by zero, as an error to be seen.
+/// @return false for Abort
+bool FrequencyBuilder::validPercent(int row, double count, double valid, qint64 cumulated, double& sum) {
+    if (count + valid == 0)
+        return true;
+    const Trap outcome = trapped([&] {
+        if (valid == 0)
+            dao::raiseRuntimeError(11);
+        const double percent = count / valid * 100.0;
+        write(GueltProzent, row, NumberFormat::fixed(percent, 1));
+        if (in_.CumulatedPercent)
+            write(KumulProzent, row,
+                  NumberFormat::fixed(static_cast<double>(cumulated) / valid * 100.0, 1));
+        sum += percent;
+    });
+    return outcome != Trap::Aborted;
+}
+
+void FrequencyBuilder::finish() {
+    bUserMissing_ = false;
+    if (!in_.CommaInPercent)
+        table_.exchangeSeparators(Anzahl, 1);
+    if (!in_.AutoColWidth)
+        return;
+    for (int column = 0; column < table_.Cols(); ++column)
+        table_.setColWidth(column, static_cast<int>(widths_[static_cast<size_t>(column)]));
+}
+
+}
+
+BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input, bool& bUserMissing) {
+    BuildOutcome outcome = BuildOutcome::Aborted;
+    trapped([&] {
+        outcome = BuildOutcome::Aborted;
+        outcome = FrequencyBuilder(table, input, bUserMissing).build();
+    });
+    return outcome;
+}

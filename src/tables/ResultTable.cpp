@@ -1,0 +1,75 @@
+#include "tables/ResultTable.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace {
+constexpr int defaultColWidth = 960;
+constexpr int defaultRowHeight = 240;
+
+QString exchanged(QString text) {
+    for (QChar& c : text) {
+        if (c == u',')
+            c = u'.';
+        else if (c == u'.')
+            c = u',';
+    }
+    return text;
+}
+}
+
+size_t ResultTable::index(int column, int row) const {
+    if (column < 0 || column >= cols_ || row < 0 || row >= rows_)
+        throw std::out_of_range("a cell outside its table");
+    return static_cast<size_t>(row) * static_cast<size_t>(cols_) + static_cast<size_t>(column);
+}
+
+void ResultTable::setRows(int rows) {
+    rows_ = std::max(rows, 0);
+    cells_.resize(static_cast<size_t>(rows_) * static_cast<size_t>(cols_));
+    heights_.resize(static_cast<size_t>(rows_), defaultRowHeight);
+}
+
+void ResultTable::setCols(int cols) {
+    cols = std::max(cols, 0);
+    if (cols == cols_)
+        return;
+    const int kept = std::min(cols, cols_);
+    std::vector<CellContent> cells(static_cast<size_t>(rows_) * static_cast<size_t>(cols));
+    for (int row = 0; row < rows_; ++row)
+        for (int column = 0; column < kept; ++column)
+            cells[static_cast<size_t>(row) * static_cast<size_t>(cols) + static_cast<size_t>(column)] =
+                std::move(cells_[index(column, row)]);
+    cells_ = std::move(cells);
+    cols_ = cols;
+    widths_.resize(static_cast<size_t>(cols), defaultColWidth);
+    colAlignments_.resize(static_cast<size_t>(cols), 0);
+}
+
+void ResultTable::Clear() {
+    std::fill(cells_.begin(), cells_.end(), CellContent());
+}
+
+void ResultTable::swapRows(int a, int b) {
+    if (a == b || cols_ == 0)
+        return;
+    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(index(0, a));
+    std::swap_ranges(first, first + cols_, cells_.begin() + static_cast<std::ptrdiff_t>(index(0, b)));
+}
+
+void ResultTable::orderRows(int first, const std::vector<int>& order) {
+    if (cols_ == 0 || std::is_sorted(order.begin(), order.end()))
+        return;
+    std::vector<CellContent> moved;
+    moved.reserve(order.size() * static_cast<size_t>(cols_));
+    for (const int row : order)
+        for (int column = 0; column < cols_; ++column)
+            moved.push_back(std::move(cells_[index(column, first + row)]));
+    std::move(moved.begin(), moved.end(), cells_.begin() + static_cast<std::ptrdiff_t>(index(0, first)));
+}
+
+void ResultTable::exchangeSeparators(int firstColumn, int firstRow) {
+    for (int row = firstRow; row < rows_; ++row)
+        for (int column = firstColumn; column < cols_; ++column)
+            setCell(column, row, exchanged(Cell(column, row)));
+}

@@ -1,0 +1,142 @@
+#include "tables/missing.h"
+
+#include "diagnostics/errors.h"
+#include "platform/system/NumberFormat.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString highestText = u"1,79769313486231E308"_s;
+const QString lowestText = u"-1,79769313486231E308"_s;
+
+void replaceFirst(QString& text, const QString& word, const QString& replacement) {
+    const qsizetype at = text.indexOf(word, 0, Qt::CaseInsensitive);
+    if (at >= 0)
+        text.replace(at, word.size(), replacement);
+}
+
+QString normalised(QString text) {
+    replaceFirst(text, u"highest"_s, highestText);
+    replaceFirst(text, u"lowest"_s, lowestText);
+    // The largest double as it prints would not read back.
+    replaceFirst(text, u"1,79769313486232e+308"_s, u"1,79769313486231E+308"_s);
+    replaceFirst(text, u"1,79769313486232e308"_s, highestText);
+    return text;
+}
+
+/// A stretch of a text, from a position up to another; one that ends before it starts is an invalid call.
+QString piece(const QString& text, qsizetype from, qsizetype to) {
+    if (to < from)
+        dao::raiseRuntimeError(5);
+    return text.mid(from, to - from);
+}
+
+double numberOf(const QString& text) {
+    const std::optional<double> number = dao::textToNumber(text);
+    if (!number)
+        dao::raiseRuntimeError(13);
+    return *number;
+}
+
+/// Reads one piece. @return false to leave the whole operation
+bool readPiece(double& number, const QString& text, qsizetype from, qsizetype to) {
+    const auto read = [&] { number = numberOf(piece(text, from, to)); };
+    if (gErrorTrapping)
+        return trapped(read) != Trap::Aborted;
+    read();
+    return true;
+}
+
+}
+
+MissingDefinition::MissingDefinition(const QString& text) {
+    if (!text.isEmpty() && !split(normalised(text)))
+        kind_ = Kind::None;
+}
+
+/// Classes the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form counts blanks
+/// and each piece starts one character behind its separator, as the definitions in catalogues have come to rely on.
+bool MissingDefinition::split(const QString& text) {
+    const qsizetype end = text.size();
+    const qsizetype thru = text.indexOf(u"thru"_s);
+    QString separator = u";"_s;
+    if (!text.contains(separator) && text.contains(u", "_s))
+        separator = u", "_s;
+    const qsizetype first = text.indexOf(separator);
+    const qsizetype second = first < 0 ? -1 : text.indexOf(separator, first + 1);
+
+    if (thru >= 0) {
+        kind_ = first < 0 ? Kind::Range : Kind::RangeAndOne;
+        return readPiece(d1_, text, 0, thru) && readPiece(d2_, text, thru + 4, first < 0 ? end : first) &&
+               (first < 0 || readPiece(d3_, text, first + 1, end));
+    }
+    if (first < 0) {
+        kind_ = Kind::One;
+        return readPiece(d1_, text, 0, end);
+    }
+    const bool three = separator.size() == 1 ? second >= 0 : text.count(u' ') >= 2;
+    kind_ = three ? Kind::Three : Kind::Two;
+    if (!three)
+        return readPiece(d1_, text, 0, first) && readPiece(d2_, text, first + 1, end);
+    return readPiece(d1_, text, 0, first) && readPiece(d2_, text, first + 1, second) &&
+           readPiece(d3_, text, second + 1, end);
+}
+
+bool MissingDefinition::contains(double number) const {
+    const bool inRange = std::min(d1_, d2_) <= number && number <= std::max(d1_, d2_);
+    switch (kind_) {
+    case Kind::None:
+        return false;
+    case Kind::One:
+        return number == d1_;
+    case Kind::Two:
+        return number == d1_ || number == d2_;
+    case Kind::Three:
+        return number == d1_ || number == d2_ || number == d3_;
+    case Kind::Range:
+        return inRange;
+    case Kind::RangeAndOne:
+        return inRange || number == d3_;
+    }
+    return false;
+}
+
+QString MissingDefinition::validCondition(const QString& fieldExpression) const {
+    const auto differs = [&](double number) { return fieldExpression + u" <> "_s + NumberFormat::plain(number); };
+    const QString outside = fieldExpression + u" < "_s + NumberFormat::plain(std::min(d1_, d2_)) + u" OR "_s +
+                            fieldExpression + u" > "_s + NumberFormat::plain(std::max(d1_, d2_));
+    QString condition;
+    switch (kind_) {
+    case Kind::None:
+        break;
+    case Kind::One:
+        condition = differs(d1_);
+        break;
+    case Kind::Two:
+        condition = differs(d1_) + u" AND "_s + differs(d2_);
+        break;
+    case Kind::Three:
+        condition = differs(d1_) + u" AND "_s + differs(d2_) + u" AND "_s + differs(d3_);
+        break;
+    case Kind::Range:
+        condition = outside;
+        break;
+    case Kind::RangeAndOne:
+        condition = u"("_s + outside + u") AND "_s + differs(d3_);
+        break;
+    }
+    condition.replace(u"-1,79769313486231E+308"_s, u"CDbl('-1,79769313486231E308')"_s);
+    condition.replace(u"1,79769313486231E+308"_s, u"CDbl('1,79769313486231E+308')"_s);
+    return condition;
+}
+
+bool IsMissing(const dao::Value& value, const QString& missingText) {
+    return !missingText.isEmpty() && MissingDefinition(missingText).contains(value.toDouble());
+}
+
+QString MissingToSql(const QString& fieldExpression, const QString& missingText) {
+    return MissingDefinition(missingText).validCondition(fieldExpression);
+}
