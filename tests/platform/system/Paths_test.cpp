@@ -1,0 +1,71 @@
+#include "platform/system/Paths.h"
+#include "support/TestHome.h"
+
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A path of the tests in the native form.
+QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
+void writeFile(const QString& path) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("x");
+}
+
+}
+
+TEST(Paths, BothSeparatorsAreReadAndTheNativeOneIsWritten) {
+    struct Case {
+        QString folder, name, joined;
+    };
+    const Case cases[] = {
+        {u"a"_s, u"b"_s, u"a/b"_s},           {u"a/"_s, u"b"_s, u"a/b"_s},
+        {u"a\\"_s, u"\\b"_s, u"a/b"_s},       {u""_s, u"b\\c"_s, u"b/c"_s},
+        {u"/"_s, u"b"_s, u"/b"_s},            {u"C:\\Daten"_s, u"QX1.mdb"_s, u"C:/Daten/QX1.mdb"_s},
+        {u"a b"_s, u"Übersicht.mdb"_s, u"a b/Übersicht.mdb"_s},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(Paths::join(c.folder, c.name), native(c.joined));
+    EXPECT_EQ(Paths::folderOf(u"C:\\a/b\\c.mdb"_s), u"C:\\a/b"_s);
+    EXPECT_EQ(Paths::fileOf(u"C:\\a/b\\c.mdb"_s), u"c.mdb"_s);
+    EXPECT_EQ(Paths::folderOf(u"c.mdb"_s), QString());
+    EXPECT_EQ(Paths::fileOf(u"c.mdb"_s), u"c.mdb"_s);
+}
+
+TEST(Paths, AFileIsFoundWithoutRegardToTheCaseOfAnyPartOfItsPath) {
+    const TestHome home;
+    QDir().mkpath(home.path(u"Daten/Wellen"_s));
+    writeFile(home.path(u"Daten/Wellen/Übersicht.mdb"_s));
+    const QString real = native(home.path(u"Daten/Wellen/Übersicht.mdb"_s));
+
+    EXPECT_TRUE(Paths::exists(real));
+    EXPECT_TRUE(Paths::exists(home.path(u"daten\\WELLEN\\übersicht.MDB"_s)));
+    EXPECT_EQ(Paths::onDisk(home.path(u"daten\\WELLEN\\übersicht.MDB"_s)), real);
+    EXPECT_TRUE(Paths::exists(home.path(u"DATEN"_s)));
+    EXPECT_FALSE(Paths::exists(home.path(u"Daten/Wellen/Uebersicht.mdb"_s)));
+    EXPECT_FALSE(Paths::exists(QString()));
+
+    // The exact spelling wins where two files differ only in case.
+    writeFile(home.path(u"Daten/WELLE.mdb"_s));
+    writeFile(home.path(u"Daten/welle.mdb"_s));
+    EXPECT_EQ(Paths::onDisk(home.path(u"Daten/welle.mdb"_s)), native(home.path(u"Daten/welle.mdb"_s)));
+}
+
+TEST(Paths, TheEnvironmentMovesApplicationFolderAndConfiguration) {
+    const TestHome home;
+    EXPECT_EQ(Paths::applicationFolder(), native(home.path(u"home"_s)));
+    EXPECT_EQ(Paths::userConfigFolder(), native(home.path(u"config"_s)));
+    EXPECT_EQ(Paths::machineConfigFolder(), native(home.path(u"config"_s)));
+    qputenv("VARIDEX_HOME", home.path(u"other/"_s).toUtf8());
+    EXPECT_EQ(Paths::applicationFolder(), native(home.path(u"home"_s))) << "found once, kept for the run";
+    Paths::resetApplicationFolder();
+    EXPECT_EQ(Paths::applicationFolder(), native(home.path(u"other"_s)));
+}
