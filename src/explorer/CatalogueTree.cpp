@@ -1,0 +1,238 @@
+#include "explorer/CatalogueTree.h"
+
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "catalogue/CDaoPersistance.h"
+#include "catalogue/schema.h"
+#include "config/Options.h"
+#include "diagnostics/errors.h"
+#include "platform/ui/Asker.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Deeper than any real tree; what goes beyond is damaged or made to do harm.
+constexpr int maxDepth = 500;
+
+/// Columns that the tree is read from, by the kind of view and the language of the contents.
+struct EntryColumns {
+    QString key, parent = u"fid"_s, text, description;
+
+    EntryColumns(bool study, bool english)
+        : key(study ? u"id_StudyNo"_s : u"id"_s),
+          text((english ? u"dt_En"_s : u"dt_"_s) + (study ? u"StudyTitle"_s : u"IndicatorName"_s)),
+          description((english ? u"dt_En"_s : u"dt_"_s) +
+                      (study ? u"StudyDescription"_s : u"IndicatorDescription"_s)) {}
+};
+
+struct Entry {
+    QString key, parentKey, text, description;
+};
+
+/// Reads entries from a recordset, its columns looked up once.
+class EntryReader {
+public:
+    EntryReader(const dao::Recordset& recordset, const EntryColumns& columns)
+        : recordset_(recordset), key_(recordset.indexOf(columns.key)),
+          parent_(recordset.indexOf(columns.parent)), text_(recordset.indexOf(columns.text)),
+          description_(recordset.indexOf(columns.description)) {}
+
+    Entry current() const { return {cell(key_), cell(parent_), cell(text_), cell(description_)}; }
+
+private:
+    const dao::Recordset& recordset_;
+    int key_, parent_, text_, description_;
+
+    QString cell(int column) const { return recordset_.value(column).toText(); }
+};
+
+/// A case database that moved shows as a missing folder, which the user can put right in the options.
+void reportTreeError(const dao::Error& error) {
+    if (error.number() != 3044) {
+        reportError(error);
+        return;
+    }
+    ui::asker().messageBox({.text = TranslateText(u"Pfad zur Datenbank"_s) + u' ' + gOptions.DatabasePath +
+                                    u'\\' + gOptions.DatabaseName + u' ' +
+                                    TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
+                                    TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
+                            .icon = ui::Icon::Exclamation});
+}
+
+bool isStudyView(int view) {
+    return gViews.at(view, ViewTable::Type) == u"1";
+}
+
+/// True if the key is that of a node or of one of those above it.
+bool isOnWayToRoot(const CatalogueNode* node, const QString& key) {
+    for (; node; node = node->Parent)
+        if (dao::compareTexts(node->Key, key) == 0)
+            return true;
+    return false;
+}
+
+class TreeBuilder {
+public:
+    TreeBuilder(CatalogueTree& tree, int view, bool english)
+        : tree_(tree), view_(view), study_(isStudyView(view)), columns_(study_, english),
+          table_(schema::entryTableName(gViews.at(view, ViewTable::Table))) {}
+
+    /// Adds the entries below a parent and, in a category view, what stands below them.
+    void addBelow(const QString& parent, int depth) {
+        const ProcedureScope scope(u"[Module1.Update_TreeView]"_s);
+        attempt(
+            [&] {
+                ui::asker().eventTurn();
+                CDaoPersistance persistance;
+                const dao::RecordsetPtr recordset = persistance.GetRecordset(
+                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenDynaset);
+                if (!recordset)
+                    return;
+                const EntryReader reader(*recordset, columns_);
+                for (; !recordset->Eof(); recordset->MoveNext())
+                    addEntry(reader.current(), depth);
+                recordset->Close();
+            },
+            reportTreeError);
+    }
+
+private:
+    CatalogueTree& tree_;
+    int view_;
+    bool study_;
+    EntryColumns columns_;
+    QString table_;
+
+    QString statement(const QString& parent) const {
+        return study_
+                   ? u"SELECT * FROM "_s + table_ + u" ORDER BY [fid], [order] ASC;"_s
+                   : u"SELECT * FROM "_s + table_ + u" WHERE [fid]="_s + parent + u" ORDER BY [order] ASC;"_s;
+    }
+
+    void addEntry(const Entry& entry, int depth) {
+        const bool added =
+            Update_TreeViewAddnode(tree_, entry.key, entry.parentKey, entry.text, entry.description, view_);
+        if (!added || study_)
+            return;
+        attempt(
+            [&] {
+                // The key goes into the statement as it stands, so nothing but a number may get there.
+                if (!dao::textToNumber(entry.key))
+                    dao::raiseRuntimeError(13);
+                if (depth >= maxDepth)
+                    throw dao::Error(
+                        28, u"The tree is deeper than %1 levels at the entry \"%2\"."_s.arg(maxDepth).arg(
+                                entry.key));
+                addBelow(entry.key, depth + 1);
+            },
+            reportTreeError);
+    }
+};
+
+} // namespace
+
+void CatalogueTree::clear() {
+    byKey_.clear();
+    nodes_.clear();
+}
+
+CatalogueNode& CatalogueTree::addRoot(const QString& key, const QString& text) {
+    return append(key, text, nullptr);
+}
+
+CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, const QString& text) {
+    CatalogueNode* parent = byKey_.value(parentKey.toCaseFolded());
+    if (!parent)
+        throw dao::Error(
+            35601, u"Element not found: the entry \"%1\" belongs to \"%2\", which is not in the tree."_s.arg(
+                       key.mid(1), parentKey.mid(1)));
+    if (isOnWayToRoot(parent, key))
+        throw dao::Error(
+            35602,
+            u"Key is not unique in collection: the entry \"%1\" stands below itself."_s.arg(key.mid(1)));
+    return append(key, text, parent);
+}
+
+CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
+    const QString folded = key.toCaseFolded();
+    if (byKey_.contains(folded))
+        throw dao::Error(
+            35602,
+            u"Key is not unique in collection: the entry \"%1\" is in the tree already."_s.arg(key.mid(1)));
+    CatalogueNode& node = nodes_.emplace_back();
+    node.Key = key;
+    node.Text = text;
+    node.Parent = parent;
+    node.Index = static_cast<int>(nodes_.size());
+    if (parent)
+        parent->Children.push_back(&node);
+    byKey_.insert(folded, &node);
+    return node;
+}
+
+const CatalogueNode* CatalogueTree::find(const QString& key) const {
+    return byKey_.value(key.toCaseFolded());
+}
+
+QChar viewLetter(int view) {
+    return QChar(static_cast<char16_t>(64 + view));
+}
+
+void Update_TreeView(CatalogueTree& tree, int view, bool english) {
+    const ui::WaitPointer wait;
+    const ProcedureScope scope(u"[Module1.Update_TreeView]"_s);
+    ui::asker().eventTurn();
+    tree.clear();
+    const auto name = gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish;
+    CatalogueNode& root = tree.addRoot(viewLetter(view) + u"0"_s, gViews.at(view, name));
+    root.Image = 2 * view + 4;
+    root.SelectedImage = 2 * view + 5;
+    root.ExpandedImage = root.Image + 1;
+    root.Expanded = true;
+    TreeBuilder(tree, view, english).addBelow(u"0"_s, 1);
+}
+
+bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey,
+                            const QString& text, const QString& description, int view) {
+    const ProcedureScope scope(u"[Module1.Update_TreeViewAddnode]"_s);
+    return attempt(
+        [&] {
+            const QString letter(viewLetter(view));
+            const bool described = !description.isEmpty() && description != u" ";
+            // An entry with a description keeps an empty name and fails without a parent; only a plain one
+            // falls back.
+            CatalogueNode& node = described ? tree.add(letter + parentKey, letter + key, text)
+                                            : tree.add(letter + (parentKey.isEmpty() ? u"0"_s : parentKey),
+                                                       letter + key, text.isEmpty() ? key : text);
+            node.Image = 2 * view + (described ? 23 : 4);
+            node.SelectedImage = node.Image + 1;
+            node.ExpandedImage = node.Image + 1;
+        },
+        reportTreeError);
+}
+
+std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view, bool english) {
+    const EntryColumns columns(isStudyView(view), english);
+    std::vector<UnreachedEntry> unreached;
+    CDaoPersistance persistance;
+    const dao::RecordsetPtr recordset = persistance.GetRecordset(
+        gDatabase.CurrentDatabase(),
+        u"SELECT * FROM "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
+            u" ORDER BY [fid], [order];"_s,
+        dao::dbOpenDynaset);
+    if (!recordset)
+        return unreached;
+    attempt([&] {
+        const EntryReader reader(*recordset, columns);
+        for (; !recordset->Eof(); recordset->MoveNext()) {
+            const Entry entry = reader.current();
+            // An entry of the root's own key is never in the tree, though the key is.
+            const CatalogueNode* node = tree.find(viewLetter(view) + entry.key);
+            if (!node || node == tree.root())
+                unreached.push_back({entry.key, entry.parentKey, entry.text});
+        }
+        recordset->Close();
+    });
+    return unreached;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "explorer/CatalogueTree.h"
+#include "explorer/ExplorerState.h"
+
+#include <QString>
+#include <vector>
+
+struct ListColumn {
+    QString Key; ///< VN, SN, WE, SY, VL, EL; a window may add ST, QT, EQ
+    int Width;   ///< twips
+    QString Heading;
+};
+
+/// One variable: its name, and a text for each further column of the list.
+struct VariableRow {
+    static constexpr int smallIcon = 24;
+
+    QString Text;
+    std::vector<QString> SubItems;
+    int Position = 0; ///< place in the statement's order
+
+    /// Text of a column, 0 being the name; sub-item 1 is the study number.
+    QString cell(int column) const;
+};
+
+/// The variables of the selected entry: columns, rows and how the user has sorted them.
+class VariableList {
+public:
+    std::vector<ListColumn> columns;
+    std::vector<VariableRow> rows;
+    QString Tag;          ///< Index of the node whose variables are shown
+    int selectedRow = -1; ///< -1 without a row
+
+    int sortKey = 0; ///< column
+    bool descending = false;
+    bool sorted = false;
+
+    /// Makes the columns anew; the first label column is that of the contents' language.
+    void makeColumns(bool english);
+    /// Rewrites the headings when the language of the user interface has changed; the year stays "Jahr" in
+    /// both.
+    void rewriteHeadings();
+    /// Place of a column, -1 if there is none.
+    int columnOf(const QString& key) const;
+
+    /// Ascending at first, reversed by a second click; in the first column a third click brings back the
+    /// statement's order.
+    void headerClicked(int column);
+    /// Orders the rows by what is set, equal ones as they stand in the statement; unsorted is the statement's
+    /// order.
+    void sort();
+};
+
+/// What the window does while its list is being filled; without a window there is nothing to do.
+class ListviewHost {
+public:
+    virtual ~ListviewHost() = default;
+    /// Title, mark in the tree and tag of the list changed.
+    virtual void nodeShown(const CatalogueNode&) {}
+    /// The rows, their order, the selected one and perhaps the width of the first column are new.
+    virtual void listFilled() {}
+    virtual void clearPanelA() {}
+    virtual void itemClick() {}
+    virtual void clearAssignmentList() {}
+};
+
+/// Fills the list with the variables of a node and remembers the node in the state. Without `force` a node
+/// that is shown already changes nothing. Failures are reported.
+void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state, VariableList& list,
+                     ListviewHost& host, int view);
+
+/// The statement that lists the variables of a node, with or without the table of variable groups.
+QString studyVariablesStatement(const QString& table, const QString& id, bool varGroups);
+QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id,
+                                   bool varGroups);
+/// Either, by the kind of view.
+QString nodeVariablesStatement(bool study, int view, const QString& id, bool varGroups);
