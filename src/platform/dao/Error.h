@@ -50,4 +50,7 @@ private:
     std::vector<Entry> entries_;
 };
 
+/// The one error list of the process; DBEngine::errors() hands it out.
+Errors& errorList();
+
 }

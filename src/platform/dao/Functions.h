@@ -13,11 +13,22 @@ inline constexpr char textCollation[] = "VXTEXT";
 /// and these functions where SQLite's own rules differ from the engine's:
 ///   vx_eq, vx_ne, vx_lt, vx_le, vx_gt, vx_ge (a, b)   compareValues(), Null in, Null out
 ///   vx_like(text, pattern)                            matchesPattern()
-///   vx_concat(a, b)                                   & : Null counts as empty text
-///   vx_val, vx_cdbl, vx_nz, vx_trim, vx_ucase, vx_lcase, vx_left, vx_mid, vx_right, vx_len, vx_instr, vx_text ...
-///   vx_add, vx_sub, vx_mul, vx_div, vx_neg ...        operands that may be texts; division by zero is error 11
+///   vx_bool(v)                                        a value as a condition: 1, 0 or Null
 ///   vx_key(v)                                         what values that compare equal share, for grouping mixed columns
-/// An error inside a function is kept and raised as the dao::Error it is, not as SQLite's.
+///   vx_text(v)                                        a number as the engine's text, Null stays Null
+///   vx_concat(a, b)                                   & : Null counts as empty text, two Nulls are Null
+///   vx_add (two texts are joined), vx_sub, vx_mul, vx_div, vx_idiv, vx_mod, vx_pow (a, b), vx_neg(a)
+///                                                     operands that may be texts; division by zero is error 11
+///   vx_val, vx_cdbl, vx_clng, vx_cint, vx_cbool, vx_int, vx_fix, vx_abs, vx_sgn, vx_sqr, vx_exp, vx_log (v),
+///   vx_round(v [, decimals]), vx_isnumeric(v)         numbers; Null in, Null out (vx_isnumeric: 0)
+///   vx_nz(v [, instead]), vx_cstr, vx_str, vx_trim, vx_ltrim, vx_rtrim, vx_ucase, vx_lcase, vx_len, vx_chr, vx_asc,
+///   vx_space (v), vx_left, vx_right (text, count), vx_mid(text, start [, count]),
+///   vx_instr([start,] text, part), vx_replace(text, part, by)
+///                                                     texts, counted in code points; Null in, Null out
+/// An error inside a function ends the statement and is kept until raiseFunctionError().
 void registerFunctions(sqlite3* connection);
+
+/// Throws the error that a function kept since the last call, as the dao::Error it is; returns if there is none.
+void raiseFunctionError();
 
 }

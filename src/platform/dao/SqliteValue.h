@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/dao/Value.h"
+
+struct sqlite3_context;
+struct sqlite3_stmt;
+struct sqlite3_value;
+
+/// Values on their way to and from SQLite.
+namespace dao {
+
+Value valueOf(sqlite3_value* value);
+/// A column of the current row of a statement.
+Value columnValue(sqlite3_stmt* statement, int column);
+void setResult(sqlite3_context* context, const Value& value);
+/// Binds a parameter (from 1); a double that is whole is bound as a whole number, as columns of doubles keep them.
+int bindValue(sqlite3_stmt* statement, int parameter, const Value& value);
+/// True for a double that a whole number of SQLite can stand for, so that it needs less room in a file.
+bool isWhole(double number);
+
+}
