@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/AnalysisRequest.h"
+#include "analysis/runTrap.h"
 #include "platform/dao/DBEngine.h"
 #include "tables/ResultTable.h"
 #include "tables/TableBuilder.h"
@@ -47,14 +48,6 @@ struct AnalysisView {
     bool cmdInstructionLoad = false, cmdTableLoad = false, cmdGraphLoad = false;  ///< enabled; delete likewise
     bool cmd_ClearTrend = false, cmd_SaveTrend = false;                           ///< enabled
     std::array<bool, 4> mode{};                                                   ///< modes that can be chosen
-};
-
-/// Time and pauses of a run, from outside so that a test need not wait.
-struct RunClock {
-    std::function<qint64()> milliseconds;
-    std::function<void()> pause;
-
-    static RunClock system();
 };
 
 /// The model of the analysis window: one request, its tables, its run. Works on the catalogue open in gDatabase.
@@ -122,6 +115,8 @@ public:
 
     // ---- the result
     ResultTable mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5;
+    /// Column of mfgGrid that a comparison's builder fills.
+    int mfgGridCol = 0;
     QString lblLabel;
     dao::RecordsetPtr counts;
     /// Studies, variables, counts (its Tag is the ResultCacheKey), labels, parts.
@@ -153,8 +148,8 @@ private:
 
     /// What the tables show beyond the text of the count statement: two requests may share that text and differ.
     struct Computation {
-        QString q, study, variable, variable2, missing;
-        bool includeMissingXTab = false;
+        QString q, study, variable, variable2, dtMissing, dtMissing2;
+        bool operator==(const Computation&) const = default;
     };
 
     QStringList variableChoices_;
@@ -165,19 +160,26 @@ private:
     bool hasParts_ = false;
     bool hasInstruction_ = false, hasTable_ = false, hasGraph_ = false;
     int tab_ = 0;
-    bool bRunning_ = false;
     RunFacts facts_;
     Computation last_;
+    bool lastIncludeMissingXTab_ = false;
+    QString selectionVariable_;
 
+    void openNow();
+    bool clickStudy(const QString& study);
+    void loadVariable2();
+    void loadPart();
     bool findStudy(const QString& study);
     bool findVariable(const QString& name);
+    BoundPicker pickedVariable() const;
     void loadVariables(const QString& statement);
     void loadWeights();
-    void loadParts(const QString& study);
+    void loadParts();
     void loadVariable(bool keepChoices);
-    QString groupName() const;
-    QString uniOfVariable(const QString& name) const;
-    RunOutcome runRequest();
-    RunOutcome refuse(const QString& text, bool clearTable);
+    void loadGroup();
+    void setFilterKind(FilterKind kind);
+    void runRequest();
+    RunOutcome dispatch();
+    RunOutcome refuse(const QString& text);
     void clearTable();
 };

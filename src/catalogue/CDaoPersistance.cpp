@@ -29,7 +29,8 @@ void logStatement(const QString& statement) {
 } // namespace
 
 dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement,
-                                                int type) {
+                                                int type,
+                                                const std::function<bool(const dao::Error&)>& callersOwn) {
     sql_ = statement;
     const ui::WaitPointer wait;
     const ProcedureScope scope(u"[CDaoPersistance.GetRecordset]"_s);
@@ -43,6 +44,8 @@ dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database
         }
         return recordset;
     } catch (const dao::Error& error) {
+        if (callersOwn && callersOwn(error))
+            throw;
         logStatement(statement);
         reportError(error);
         return nullptr;

@@ -1,0 +1,135 @@
+#include "analysis/AnalysisModel.h"
+
+#include "analysis/CreateSQL.h"
+#include "app/globals.h"
+#include "diagnostics/errors.h"
+#include "platform/ui/Asker.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The model whose run goes on. A statement under way must not meet another one, so there is one run at a time.
+AnalysisModel* runningModel = nullptr;
+
+class RunningScope {
+public:
+    explicit RunningScope(AnalysisModel* model) { runningModel = model; }
+    ~RunningScope() {
+        runningModel = nullptr;
+        ui::asker().setPointer(ui::Pointer::Default);
+    }
+    RunningScope(const RunningScope&) = delete;
+    RunningScope& operator=(const RunningScope&) = delete;
+};
+
+}
+
+bool AnalysisModel::running() {
+    return runningModel != nullptr;
+}
+
+RunOutcome AnalysisModel::changeTab(int tab) {
+    if (running()) {
+        if (runningModel == this) {
+            bCancelRun = true;
+            tab_ = tab;
+        }
+        return RunOutcome::NotRun;
+    }
+    bCancelRun = true;
+    tab_ = tab;
+    if (tab == 0)
+        return RunOutcome::NotRun;
+    facts_ = {};
+    facts_.outcome = RunOutcome::Refused;
+    trapped([this] { runRequest(); });
+    if (facts_.outcome == RunOutcome::Refused)
+        tab_ = 0;
+    return facts_.outcome;
+}
+
+/// The run of a tab change: current fields, the checks, the dispatcher.
+void AnalysisModel::runRequest() {
+    loadVariable(true);
+    if (request.mode == AnalysisMode::Comparison && request.lst_TrendVars.isEmpty()) {
+        refuse(u"Bitte eine Variable auswählen"_s);
+    } else if (request.dtTable.isEmpty() || request.dtField.isEmpty()) {
+        clearTable();
+        refuse(u"Bitte eine Variable auswählen"_s);
+    } else if (request.mode == AnalysisMode::Crosstab && (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
+        clearTable();
+        refuse(u"Bitte eine zweite Variable auswählen"_s);
+    } else {
+        TAB1();
+    }
+}
+
+void AnalysisModel::TAB1() {
+    if (running())
+        return;
+    bNewCalc = false;
+    facts_ = {};
+    const QString tagBefore = mfgGrid.Tag;
+    mfgGrid.Tag = tagOfMode(request.mode);
+    {
+        const RunningScope scope(this);
+        ui::asker().setPointer(ui::Pointer::Wait);
+        facts_.outcome = dispatch();
+    }
+    // A refused run leaves the table as it was: the tag goes on saying what that is.
+    if (facts_.outcome == RunOutcome::Refused && !dtData3.Tag.isEmpty())
+        mfgGrid.Tag = tagBefore;
+}
+
+RunOutcome AnalysisModel::dispatch() {
+    if (!builder())
+        return refuse(u"Diese Auswertung ist in dieser Version noch nicht enthalten."_s);
+    const bool first = !request.dtTable.isEmpty() && !request.dtField.isEmpty();
+    const bool second = !request.dtTable2.isEmpty() && !request.dtField2.isEmpty();
+    switch (request.mode) {
+    case AnalysisMode::Frequency:
+    case AnalysisMode::Descriptives:
+        return first ? CreateSQL(*this).run() : RunOutcome::NotRun;
+    case AnalysisMode::Crosstab:
+        if (request.dbcVariable.value.compare(request.dbcVariable2.value, Qt::CaseInsensitive) == 0)
+            return refuse(u"Doppelte Variablen"_s);
+        return first && second ? CreateSQL(*this).run() : RunOutcome::NotRun;
+    case AnalysisMode::Comparison:
+        return request.lst_TrendVars.isEmpty() ? RunOutcome::NotRun : CreateSQL(*this).run();
+    }
+    return RunOutcome::NotRun;
+}
+
+/// Shows why there is no run and goes to tab 0.
+RunOutcome AnalysisModel::refuse(const QString& text) {
+    ui::asker().messageBox({.text = TranslateText(text), .icon = ui::Icon::Exclamation});
+    tab_ = 0;
+    return RunOutcome::Refused;
+}
+
+/// Nothing valid is shown any more.
+void AnalysisModel::clearTable() {
+    mfgGrid.Clear();
+    dtData3.Tag.clear();
+    lblLabel.clear();
+}
+
+void AnalysisModel::cmdCalculate() {
+    if (running())
+        return;
+    const auto yes = [](const QString& question) {
+        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
+               ui::Answer::Yes;
+    };
+    if (!yes(u"Möchten Sie die Tabelle neuberechnen?"_s))
+        return;
+    if (yes(u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s)) {
+        request.sMissing = request.dtMissing;
+        bUserMissing = false;
+    } else {
+        bUserMissing = true;
+    }
+    dtData3.Tag.clear();
+    changeTab(1);
+}

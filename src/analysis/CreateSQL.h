@@ -1,0 +1,72 @@
+#pragma once
+
+#include "analysis/AnalysisModel.h"
+#include "analysis/statements.h"
+#include "analysis/userFilter.h"
+
+/// One run of a request: stores the query `q`, attaches the case tables, translates the filter, runs the count statement,
+/// calls the table builder and composes the title.
+///
+/// Every step answers whether the run goes on; the step that ends it has shown its words and set the outcome.
+class CreateSQL {
+public:
+    explicit CreateSQL(AnalysisModel& model);
+    ~CreateSQL();
+    CreateSQL(const CreateSQL&) = delete;
+    CreateSQL& operator=(const CreateSQL&) = delete;
+
+    RunOutcome run();
+
+private:
+    /// The working strings of one round.
+    struct Round {
+        QString study;
+        QString weightVariable;
+        QString qSql, nullSql;
+        QString folder;  ///< where the case files lie
+        CountFacts facts;
+        CountStatement statement;
+    };
+
+    AnalysisModel& m_;
+    AnalysisRequest& r_;
+    dao::DatabasePtr db_;
+    Round round_;
+    int number_ = 0;  ///< of the round, from 1
+    RunOutcome outcome_ = RunOutcome::Computed;
+    bool computed_ = false;
+
+    bool isComparison() const { return r_.mode == AnalysisMode::Comparison; }
+    const ComparisonEntry& entry() const { return r_.lst_TrendVars[number_ - 1]; }
+
+    bool step(const std::function<void()>& statement);
+    bool turn();
+    bool end(RunOutcome outcome);
+    bool clearAndEnd();
+    bool refuse(const QString& text);
+
+    void prepareComparison();
+    bool runRound();
+    void readRound();
+    void readComparisonRound();
+    QString partCriteria(const QString& id);
+    bool findCases();
+    bool addWeightToQuery();
+    std::optional<VariablePlace> findPlace(const QString& variable);
+    bool storeQuery();
+    bool attachTables();
+    bool findFolder();
+    bool attach(const QString& table, const QString& study);
+    bool warnOfUnweighted();
+    bool translateUserFilter();
+    void buildStatement();
+    bool askForMissing();
+    AnalysisModel::Computation computation() const;
+    bool isCurrent() const;
+    bool needsComputation() const;
+    bool openCounts();
+    bool storeStatistics();
+    bool openLabels();
+    bool build();
+    void writeComparisonHeader();
+};

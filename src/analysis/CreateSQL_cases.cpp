@@ -1,0 +1,215 @@
+#include "analysis/CreateSQL.h"
+
+#include "analysis/caseData.h"
+#include "analysis/userFilter.h"
+#include "app/globals.h"
+#include "config/Options.h"
+#include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
+
+/// The steps of a run that settle which cases it is about: the study's cases, their weight, their files, the filter.
+
+using namespace Qt::StringLiterals;
+
+void CreateSQL::readRound() {
+    CountFacts& facts = round_.facts;
+    if (isComparison()) {
+        readComparisonRound();
+    } else {
+        round_.study = r_.dbcStudy.value;
+        round_.weightVariable = r_.weightVariable();
+        facts.table = r_.dtTable;
+        facts.field = r_.dtField;
+        facts.variable = r_.dbcVariable.value;
+        facts.table2 = r_.dtTable2;
+        facts.field2 = r_.dtField2;
+        facts.variable2 = r_.dbcVariable2.value;
+    }
+    facts.mode = r_.mode;
+    facts.weightVariable = round_.weightVariable;
+    facts.weight = r_.Option3;
+    facts.chkDescGroup = r_.chkDescGroup;
+    facts.flip = r_.chkFlipXtab && m_.bCreationMode;
+    facts.part = r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
+    facts.partCriteria = r_.dtCriteria;
+    facts.userFilter = r_.optFilter == FilterKind::FilterUser && !r_.txtFilter.isEmpty();
+    facts.IncludeMissingDesc = gOptions.IncludeMissingDesc;
+    facts.IncludeNinXTabPercent = gOptions.IncludeNinXTabPercent;
+}
+
+/// Takes an entry as the round; its filter becomes the window's.
+void CreateSQL::readComparisonRound() {
+    const ComparisonEntry& e = entry();
+    round_.study = e.at(ComparisonEntry::Study);
+    round_.weightVariable = e.at(ComparisonEntry::Weight);
+    round_.facts.variable = e.at(ComparisonEntry::Variable);
+    round_.facts.table = e.at(ComparisonEntry::Table);
+    round_.facts.field = e.at(ComparisonEntry::Field);
+    r_.dtMissing = e.at(ComparisonEntry::Missing);
+    r_.dtYear = e.at(ComparisonEntry::Year);
+    r_.dtVarGroup = e.at(ComparisonEntry::Group);
+    const QString& filter = e.at(ComparisonEntry::Filter);
+    if (filter.isEmpty()) {
+        r_.optFilter = FilterKind::noFilter;
+        return;
+    }
+    r_.dbcParts = {e.at(ComparisonEntry::FilterInfo), e.at(ComparisonEntry::PartText)};
+    const bool part = !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
+    r_.optFilter = part ? FilterKind::FilterParts : FilterKind::FilterUser;
+    r_.txtFilter = filter;
+    // The entry's study need not be the one whose parts the window lists.
+    r_.dtCriteria = part ? partCriteria(r_.dbcParts.value) : QString();
+}
+
+QString CreateSQL::partCriteria(const QString& id) {
+    QString criteria;
+    step([&] {
+        const dao::RecordsetPtr parts = db_->OpenRecordset(u"tkey_Parts"_s);
+        parts->FindFirst(u"id_Part = "_s + id);
+        if (!parts->NoMatch())
+            criteria = parts->text(u"dt_SelectionCriteria"_s);
+    });
+    return criteria;
+}
+
+/// The study's cases: its own selection, or the first case table.
+bool CreateSQL::findCases() {
+    bool found = false;
+    QString own;
+    const bool done = step([&] {
+        const dao::RecordsetPtr studies = db_->OpenRecordset(AnalysisModel::studyQuerySource());
+        studies->FindFirst(u"id_StudyNo = '"_s + round_.study + u"'"_s);
+        found = !studies->NoMatch();
+        own = found ? studies->text(u"dt_query"_s) : QString();
+    });
+    if (!done)
+        return false;
+    if (!found)
+        return clearAndEnd();
+    round_.qSql = own.isEmpty() ? defaultCaseQuery(round_.study) : own;
+    return true;
+}
+
+bool CreateSQL::addWeightToQuery() {
+    const QString& weight = round_.weightVariable;
+    if (weight.isEmpty())
+        return true;
+    std::optional<VariablePlace> place;
+    if (!step([&] { place = findPlace(weight); }))
+        return false;
+    if (!place)
+        return refuse(weight + TranslateText(u"nicht gefunden"_s));
+    const std::optional<WeightedQuery> weighted = addWeight(round_.qSql, place->table, place->field);
+    if (!weighted)
+        return refuse(TranslateText(u"Fehler in Abfrage"_s));
+    round_.qSql = weighted->qSql;
+    round_.nullSql = weighted->nullSql;
+    return true;
+}
+
+/// Where a variable of the round's study lies. @throws dao::Error
+std::optional<VariablePlace> CreateSQL::findPlace(const QString& variable) {
+    const dao::RecordsetPtr variables = db_->OpenRecordset(u"tkey_Variable"_s);
+    variables->FindFirst(u"fi_StudyNo = '"_s + round_.study + u"' AND id_VarName ='"_s + variable + u"'"_s);
+    if (variables->NoMatch())
+        return std::nullopt;
+    return VariablePlace{variables->text(u"dt_TableName"_s), variables->text(u"dt_FieldName"_s)};
+}
+
+bool CreateSQL::storeQuery() {
+    m_.facts_.q << round_.qSql;
+    if (m_.onStatement)
+        m_.onStatement(u"q"_s, round_.qSql);
+    return step([this] {
+        EnsureQueryQ(*db_);
+        db_->QueryDefs().Item(u"q"_s)->setSQL(round_.qSql);
+    });
+}
+
+/// The data folder, or the catalogue's own where the study's file isn't in the former.
+bool CreateSQL::findFolder() {
+    const QString file = round_.study + u".mdb"_s;
+    const QString own = Paths::folderOf(db_->Name());
+    if (!gOptions.DataPath.isEmpty() && Paths::exists(Paths::join(gOptions.DataPath, file))) {
+        round_.folder = gOptions.DataPath;
+    } else if (Paths::exists(Paths::join(own, file))) {
+        round_.folder = own;
+    } else {
+        ui::asker().messageBox({.text = u"'"_s + Paths::join(gOptions.DataPath, file) + u"' "_s +
+                                        TranslateText(u"nicht gefunden."_s),
+                                .icon = ui::Icon::Exclamation});
+        return clearAndEnd();
+    }
+    return true;
+}
+
+bool CreateSQL::attach(const QString& table, const QString& study) {
+    return step([&] { AttachCaseTable(*db_, table, study, round_.folder); });
+}
+
+bool CreateSQL::attachTables() {
+    const CountFacts& facts = round_.facts;
+    if (!findFolder() || !attach(facts.table, round_.study))
+        return false;
+    if (!facts.table2.isEmpty() && !attach(facts.table2, round_.study))
+        return false;
+    const auto attachNamed = [this](const QString& table) {
+        QString study;
+        const bool named = step([&] {
+            const qsizetype underscore = table.indexOf(u'_');
+            if (underscore < 0)
+                dao::raiseRuntimeError(5);
+            study = table.left(underscore);
+        });
+        return named && attach(table, study);
+    };
+    const QString first = tableBehind(round_.qSql, u"FROM"_s);
+    if (!first.isEmpty() && first != "(q"_L1 && !attachNamed(first))
+        return false;
+    const QString joined = tableBehind(round_.qSql, u"JOIN"_s);
+    return joined.isEmpty() || attachNamed(joined);
+}
+
+bool CreateSQL::warnOfUnweighted() {
+    if (round_.weightVariable.isEmpty())
+        return true;
+    bool some = false;
+    if (!step([&] { some = !db_->OpenRecordset(round_.nullSql, dao::dbOpenSnapshot)->Eof(); }))
+        return false;
+    if (some)
+        ui::asker().messageBox({.text = TranslateText(
+                                    u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s),
+                                .icon = ui::Icon::Exclamation});
+    return true;
+}
+
+bool CreateSQL::translateUserFilter() {
+    CountFacts& facts = round_.facts;
+    if (!facts.userFilter)
+        return true;
+    FilterSurroundings around;
+    around.joinedAlready << facts.table;
+    if (r_.mode == AnalysisMode::Crosstab)
+        around.joinedAlready << facts.table2;
+    around.find = [this](const QString& word, bool& ended) {
+        std::optional<VariablePlace> place;
+        ended = !step([&] { place = findPlace(word); });
+        return place;
+    };
+    around.attach = [this](const QString& table) { return attach(table, round_.study); };
+    const FilterResult result = translateFilter(r_.txtFilter, around);
+    switch (result.failure) {
+    case FilterResult::Failure::None:
+        break;
+    case FilterResult::Failure::IllegalCharacter:
+        m_.tab_ = 0;
+        return refuse(TranslateText(u"Unerlaubtes Zeichen:"_s) + u" "_s + result.culprit);
+    case FilterResult::Failure::UnknownVariable:
+        return refuse(result.culprit + u" "_s + TranslateText(u"nicht gefunden"_s));
+    case FilterResult::Failure::Ended:
+        return false;
+    }
+    facts.filterSql = result.filterSql;
+    facts.joins = result.joins;
+    return true;
+}

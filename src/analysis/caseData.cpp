@@ -1,0 +1,38 @@
+#include "analysis/caseData.h"
+
+#include "app/globals.h"
+#include "config/Options.h"
+#include "platform/system/Paths.h"
+
+using namespace Qt::StringLiterals;
+
+QString caseFileOf(const QString& table, const QString& study, const QString& folder) {
+    const QString suffix = table.mid(table.lastIndexOf(u'_') + 1);
+    const QString first = Paths::join(folder, study + u'-' + suffix + u".mdb"_s);
+    return Paths::exists(first) ? first : Paths::join(folder, study + u".mdb"_s);
+}
+
+void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study, const QString& path) {
+    const QString connect = u";DATABASE="_s + caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
+    dao::TableDefs& tables = catalogue.TableDefs();
+    if (tables.contains(table)) {
+        const dao::TableDefPtr link = tables.Item(table);
+        if (link->SourceTableName() != table)
+            link->setSourceTableName(table);
+        if (link->Connect() != connect)
+            link->setConnect(connect);
+        return;
+    }
+    const dao::TableDefPtr link = catalogue.CreateTableDef(table);
+    link->setSourceTableName(table);
+    link->setConnect(connect);
+    tables.Append(link);
+    link->RefreshLink();
+}
+
+void EnsureQueryQ(dao::Database& catalogue) {
+    if (catalogue.QueryDefs().contains(u"q"_s))
+        return;
+    catalogue.CreateQueryDef(u"q"_s);
+    catalogue.QueryDefs().Refresh();
+}
