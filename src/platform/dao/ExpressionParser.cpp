@@ -1,8 +1,8 @@
 #include "platform/dao/ExpressionParser.h"
 
+#include "platform/dao/Value.h"
+
 #include <bit>
-#include <cmath>
-#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -237,7 +237,7 @@ ExpressionPtr ExpressionParser::readNumber(bool numberMayHaveComma) {
     }
     ExpressionPtr node = makeNode(Expression::Kind::Number, whole.position);
     node->isInteger = std::all_of(digits.cbegin(), digits.cend(), isPlain);
-    node->number = std::min(digits.toDouble(), std::numeric_limits<double>::max());
+    node->number = textToNumber(digits).value_or(0);
     return node;
 }
 

@@ -225,13 +225,13 @@ TEST(Limits, AStatementHasAGreatestLength) {
 
 TEST(Tree, IsFreedWithoutRecursion) {
     auto top = std::make_unique<dao::tree::Expression>();
-    for (int depth = 0; depth < 300000; ++depth) {
+    for (int depth = 0; depth < 100000; ++depth) {
         auto parent = std::make_unique<dao::tree::Expression>();
         parent->arguments.push_back(std::move(top));
         top = std::move(parent);
     }
     auto select = std::make_unique<dao::tree::Select>();
-    for (int depth = 0; depth < 300000; ++depth) {
+    for (int depth = 0; depth < 100000; ++depth) {
         auto next = std::make_unique<dao::tree::Select>();
         next->unionWith = std::move(select);
         select = std::move(next);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/dao/BoundExpression.h"
+
+#include <functional>
+
+namespace dao {
+
+/// What a SELECT inside an expression comes to.
+struct BoundSubquery {
+    QString sql;
+    ColumnInfo column;
+    Domain domain = Domain::Mixed;
+};
+
+/// Resolves the names of expressions and finds their types.
+class ExpressionBinder {
+public:
+    using SubqueryBinder = std::function<BoundSubquery(const tree::Select&, const Scope& outer)>;
+
+    /// @param unknownColumn error number for a name that no source has
+    /// @param subqueries    binds a SELECT inside an expression; without it there may be none
+    ExpressionBinder(const Scope& scope, int unknownColumn, SubqueryBinder subqueries)
+        : scope_(scope), unknownColumn_(unknownColumn), subqueries_(std::move(subqueries)) {}
+
+    /// An expression without aggregates. @throws Error 3061 or 3070 unknown column, 3085 unknown function, 3096 aggregate
+    BoundExpressionPtr bind(const tree::Expression& expression);
+    /// An expression of a SELECT list, HAVING or ORDER BY, where aggregates may stand.
+    BoundExpressionPtr bindWithAggregates(const tree::Expression& expression);
+    /// A condition. @throws Error 3464 for what can't be taken as one
+    BoundExpressionPtr bindCondition(const tree::Expression& expression, bool aggregates = false);
+
+private:
+    BoundExpressionPtr bindNode(const tree::Expression& expression);
+    BoundExpressionPtr bindColumn(const tree::Expression& expression);
+    BoundExpressionPtr bindFunction(const tree::Expression& expression);
+    BoundExpressionPtr bindAggregate(const tree::Expression& expression, Aggregate aggregate);
+    BoundExpressionPtr bindOperation(const tree::Expression& expression);
+    BoundExpressionPtr bindSubquery(const tree::Expression& expression);
+    void bindArguments(const tree::Expression& expression, BoundExpression& bound);
+
+    const Scope& scope_;
+    int unknownColumn_;
+    SubqueryBinder subqueries_;
+    bool aggregatesAllowed_ = false;
+    int depth_ = 0;
+};
+
+BoundExpressionPtr boundConstant(Value value, int type);
+
+}

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/dao/FromBinder.h"
+
+namespace dao {
+
+/// Binds the SELECTs inside expressions. @throws Error 3306 for one with several columns
+ExpressionBinder::SubqueryBinder subqueryBinder(BindContext& context);
+
+/// Binds one SELECT without what follows its UNION, and writes it.
+class SelectBinder {
+public:
+    /// The clauses of a SELECT as SQLite text, each with its keyword in front, empty if it isn't there.
+    struct Clauses {
+        QString list, from, where, groupBy, having, orderBy, limit;
+    };
+
+    SelectBinder(BindContext& context, const Scope* outer) : context_(context), scope_(outer), outer_(outer) {}
+
+    /// @param sorted  whether ORDER BY is this SELECT's own; a UNION's sorts the whole
+    /// @throws Error as bindStatement() does
+    void bind(const tree::Select& select, bool sorted);
+
+    std::vector<ColumnInfo> columns() const;
+    std::vector<Domain> domains() const;
+    /// How each column is written.
+    QStringList columnTexts() const;
+    /// The single table whose rows these are, if they can be edited.
+    const std::optional<TableInfo>& editableTable() const { return editable_; }
+
+    /// Name of the first source, quoted.
+    QString sourceName() const;
+
+    Clauses clauses() const;
+    /// The same as one branch of a UNION whose columns have the given types: without order, its texts under the
+    /// collation that finds equal rows.
+    QString unionBranch(const std::vector<Domain>& domains) const;
+
+    static QString compose(const Clauses& clauses);
+    /// A whole SELECT with all that its UNION joins.
+    static BoundSelect bindWhole(const tree::Select& select, BindContext& context, const Scope* outer);
+
+private:
+    struct Item {
+        BoundExpressionPtr expression;
+        QString alias;
+        QString name;
+    };
+    struct Order {
+        const BoundExpression* expression = nullptr;
+        int position = 0;  ///< of the item that it is, from 1
+        bool descending = false;
+    };
+
+    ExpressionBinder expressions() { return ExpressionBinder(scope_, 3061, subqueryBinder(context_)); }
+    void bindItems(const std::vector<tree::SelectItem>& items);
+    void expandStar(const QString& qualifier);
+    void nameItems();
+    void bindGrouping(const tree::Select& select);
+    void bindOrder(const std::vector<tree::OrderTerm>& terms);
+    Order bindOrderTerm(const tree::OrderTerm& term);
+    void checkGrouping() const;
+    bool isGrouped() const;
+    QString itemText(const Item& item) const;
+    QString orderText() const;
+
+    BindContext& context_;
+    Scope scope_;
+    const Scope* outer_;
+    BoundFrom from_;
+    std::vector<Item> items_;
+    BoundExpressionPtr where_, having_;
+    std::vector<BoundExpressionPtr> groupBy_;
+    std::vector<Order> orderBy_;
+    std::vector<BoundExpressionPtr> orderOnly_;  ///< what is sorted by without being selected
+    std::optional<TableInfo> editable_;
+    bool distinct_ = false;
+    int top_ = -1;
+};
+
+}

@@ -1,0 +1,357 @@
+#include "platform/dao/SqlWriter.h"
+
+#include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
+#include "platform/dao/ScalarFunctions.h"
+#include "platform/dao/SqlText.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+using tree::Operator;
+
+/// SQLite's own, loosest first: brackets are written only where they are needed, since its parser takes few of them.
+enum Precedence { OrLevel = 1, AndLevel, NotLevel, EqualityLevel, OrderLevel, BitLevel, SumLevel, ProductLevel,
+                  ConcatLevel, CollateLevel, UnaryLevel, AtomLevel };
+
+struct Written {
+    QString text;
+    int level = AtomLevel;
+};
+
+/// Some expressions are written twice, so that nesting them doubles the text at each step.
+constexpr qsizetype longestText = 4 * 1024 * 1024;
+
+const QString collate = u" COLLATE "_s + QString::fromLatin1(textCollation);
+
+Written value(const BoundExpression& expression);
+Written condition(const BoundExpression& expression);
+
+QString within(const Written& written, int level) {
+    if (written.text.size() > longestText)
+        raiseEngineError(3360);
+    return written.level < level ? u'(' + written.text + u')' : written.text;
+}
+
+QString call(const QString& function, const std::vector<BoundExpressionPtr>& arguments) {
+    QStringList texts;
+    for (const BoundExpressionPtr& argument : arguments)
+        texts << within(value(*argument), 0);
+    return function + u'(' + texts.join(u", "_s) + u')';
+}
+
+bool isNever(const BoundExpression& expression, Domain domain) {
+    return expression.domain != domain && expression.domain != Domain::Null;
+}
+
+bool bothIn(Domain domain, const BoundExpression& a, const BoundExpression& b) {
+    return !isNever(a, domain) && !isNever(b, domain);
+}
+
+struct Comparison {
+    Operator op;
+    QLatin1StringView symbol;
+    QLatin1StringView function;
+};
+
+constexpr std::array comparisons = {
+    Comparison{Operator::Equal, "="_L1, "vx_eq"_L1},        Comparison{Operator::NotEqual, "<>"_L1, "vx_ne"_L1},
+    Comparison{Operator::Less, "<"_L1, "vx_lt"_L1},         Comparison{Operator::LessOrEqual, "<="_L1, "vx_le"_L1},
+    Comparison{Operator::Greater, ">"_L1, "vx_gt"_L1},      Comparison{Operator::GreaterOrEqual, ">="_L1, "vx_ge"_L1},
+};
+
+Written compared(const BoundExpression& a, Operator op, const BoundExpression& b) {
+    const Comparison& comparison = *std::find_if(comparisons.begin(), comparisons.end(),
+                                                 [op](const Comparison& entry) { return entry.op == op; });
+    const bool numbers = bothIn(Domain::Number, a, b);
+    if (!numbers && !bothIn(Domain::Text, a, b))
+        return {comparison.function + u'(' + within(value(a), 0) + u", "_s + within(value(b), 0) + u')'};
+    const int level = op == Operator::Equal || op == Operator::NotEqual ? EqualityLevel : OrderLevel;
+    return {within(value(a), level + 1) + u' ' + comparison.symbol + u' ' +
+                (numbers ? within(value(b), level + 1) : within(value(b), CollateLevel) + collate),
+            level};
+}
+
+Written joined(const BoundExpression& expression, QLatin1StringView word, int level) {
+    QString text;
+    for (const BoundExpressionPtr& argument : expression.arguments)
+        text += (text.isEmpty() ? QString() : u' ' + word + u' ') + within(condition(*argument), level);
+    return {text, level};
+}
+
+Written negated(const Written& written) { return {u"NOT "_s + within(written, NotLevel), NotLevel}; }
+
+/// A condition as 1 or 0, never another number that is true.
+Written truth(const BoundExpression& expression) {
+    if (expression.isCondition || expression.domain != Domain::Number)
+        return condition(expression);
+    return {within(value(expression), OrderLevel) + u" <> 0"_s, EqualityLevel};
+}
+
+Written between(const BoundExpression& expression) {
+    const auto& a = expression.arguments;
+    const bool numbers = bothIn(Domain::Number, *a[0], *a[1]) && bothIn(Domain::Number, *a[0], *a[2]);
+    const bool texts = bothIn(Domain::Text, *a[0], *a[1]) && bothIn(Domain::Text, *a[0], *a[2]);
+    if (!numbers && !texts) {
+        const Written low = compared(*a[0], Operator::GreaterOrEqual, *a[1]);
+        const Written high = compared(*a[0], Operator::LessOrEqual, *a[2]);
+        return {within(low, AndLevel) + u" AND "_s + within(high, AndLevel), AndLevel};
+    }
+    return {within(value(*a[0]), CollateLevel) + (texts ? collate : QString()) + u" BETWEEN "_s +
+                within(value(*a[1]), OrderLevel) + u" AND "_s + within(value(*a[2]), OrderLevel),
+            EqualityLevel};
+}
+
+Written inSubquery(const BoundExpression& left, const BoundExpression& subquery) {
+    if (bothIn(Domain::Number, left, subquery))
+        return {within(value(left), OrderLevel) + u" IN ("_s + subquery.select + u')', EqualityLevel};
+    if (bothIn(Domain::Text, left, subquery))
+        return {within(value(left), CollateLevel) + collate + u" IN ("_s + subquery.select + u')', EqualityLevel};
+    return {u"vx_key("_s + within(value(left), 0) + u") IN (SELECT vx_key("_s +
+                quotedName(subquery.column.info.name) + u") FROM ("_s + subquery.select + u"))"_s,
+            EqualityLevel};
+}
+
+Written inList(const BoundExpression& expression) {
+    const auto& a = expression.arguments;
+    if (a.size() == 2 && a[1]->kind == BoundExpression::Kind::Subquery)
+        return inSubquery(*a[0], *a[1]);
+    const auto allIn = [&](Domain domain) {
+        return std::none_of(a.begin(), a.end(), [domain](const auto& side) { return isNever(*side, domain); });
+    };
+    const bool texts = !allIn(Domain::Number) && allIn(Domain::Text);
+    QStringList items;
+    if (!texts && !allIn(Domain::Number)) {
+        for (size_t i = 1; i < a.size(); ++i)
+            items << within(compared(*a[0], Operator::Equal, *a[i]), OrLevel);
+        return {items.join(u" OR "_s), OrLevel};
+    }
+    for (size_t i = 1; i < a.size(); ++i)
+        items << within(value(*a[i]), 0);
+    return {within(value(*a[0]), texts ? CollateLevel : OrderLevel) + (texts ? collate : QString()) + u" IN ("_s +
+                items.join(u", "_s) + u')',
+            EqualityLevel};
+}
+
+/// And, Or, Xor and Not of yes and no.
+Written logic(const BoundExpression& expression) {
+    switch (expression.op) {
+    case Operator::Or:
+        return joined(expression, "OR"_L1, OrLevel);
+    case Operator::And:
+        return joined(expression, "AND"_L1, AndLevel);
+    case Operator::Not:
+        return negated(condition(*expression.arguments[0]));
+    default:
+        return {within(truth(*expression.arguments[0]), OrderLevel) + u" <> "_s +
+                    within(truth(*expression.arguments[1]), OrderLevel),
+                EqualityLevel};
+    }
+}
+
+/// The same of two numbers, bit by bit.
+Written bits(const BoundExpression& expression) {
+    const auto whole = [&](size_t i) {
+        return u"vx_clng("_s + within(value(*expression.arguments[i]), 0) + u')';
+    };
+    switch (expression.op) {
+    case Operator::Not:
+        return {u'~' + whole(0), UnaryLevel};
+    case Operator::And:
+        return {whole(0) + u" & "_s + whole(1), BitLevel};
+    case Operator::Or:
+        return {whole(0) + u" | "_s + whole(1), BitLevel};
+    default:
+        return {u'(' + whole(0) + u" | "_s + whole(1) + u") & ~("_s + whole(0) + u" & "_s + whole(1) + u')', BitLevel};
+    }
+}
+
+Written conditionOperation(const BoundExpression& expression) {
+    const auto& a = expression.arguments;
+    switch (expression.op) {
+    case Operator::Or:
+    case Operator::And:
+    case Operator::Xor:
+    case Operator::Not:
+        return logic(expression);
+    case Operator::Like:
+        return {call(u"vx_like"_s, a)};
+    case Operator::NotLike:
+        return negated({call(u"vx_like"_s, a)});
+    case Operator::In:
+        return inList(expression);
+    case Operator::NotIn:
+        return negated(inList(expression));
+    case Operator::Between:
+        return between(expression);
+    case Operator::NotBetween:
+        return negated(between(expression));
+    case Operator::IsNull:
+        return {within(value(*a[0]), OrderLevel) + u" IS NULL"_s, EqualityLevel};
+    case Operator::IsNotNull:
+        return {within(value(*a[0]), OrderLevel) + u" IS NOT NULL"_s, EqualityLevel};
+    default:
+        return compared(*a[0], expression.op, *a[1]);
+    }
+}
+
+Written condition(const BoundExpression& expression) {
+    if (!expression.isCondition)
+        return expression.domain == Domain::Mixed
+                   ? Written{u"vx_bool("_s + within(value(expression), 0) + u')'}
+                   : value(expression);
+    if (expression.kind == BoundExpression::Kind::Function)
+        return {within(value(*expression.arguments[0]), OrderLevel) + u" IS NULL"_s, EqualityLevel};
+    return conditionOperation(expression);
+}
+
+Written arithmetic(const BoundExpression& expression) {
+    const auto& a = expression.arguments;
+    switch (expression.op) {
+    case Operator::Concatenate:
+        return {call(u"vx_concat"_s, a)};
+    case Operator::Add:
+        return {call(u"vx_add"_s, a)};
+    case Operator::Subtract:
+        return {call(u"vx_sub"_s, a)};
+    case Operator::Multiply:
+        return {call(u"vx_mul"_s, a)};
+    case Operator::Divide:
+        return {call(u"vx_div"_s, a)};
+    case Operator::IntegerDivide:
+        return {call(u"vx_idiv"_s, a)};
+    case Operator::Modulo:
+        return {call(u"vx_mod"_s, a)};
+    case Operator::Power:
+        return {call(u"vx_pow"_s, a)};
+    case Operator::Negate:
+        return {call(u"vx_neg"_s, a)};
+    default:
+        return bits(expression);
+    }
+}
+
+Written constant(const BoundExpression& expression) {
+    const Value& content = expression.value;
+    switch (content.kind()) {
+    case Value::Kind::Null:
+        return {u"NULL"_s};
+    case Value::Kind::Integer:
+        return {numberLiteral(content.toInteger()), UnaryLevel};
+    case Value::Kind::Double:
+        return {numberLiteral(content.toDouble()), UnaryLevel};
+    default:
+        return {quotedText(content.toText())};
+    }
+}
+
+Written function(const BoundExpression& expression) {
+    const auto& a = expression.arguments;
+    using Form = ScalarFunction::Form;
+    switch (expression.function->form) {
+    case Form::IIf:
+        return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) + u" ELSE "_s +
+                within(value(*a[2]), 0) + u" END"_s};
+    case Form::Nz: {
+        const QString instead = a.size() > 1                        ? within(value(*a[1]), 0)
+                                : a[0]->domain == Domain::Number ? u"0"_s
+                                                                 : u"''"_s;
+        return {u"coalesce("_s + within(value(*a[0]), 0) + u", "_s + instead + u')'};
+    }
+    default:
+        return {call(expression.function->sqlName(), a)};
+    }
+}
+
+Written aggregate(const BoundExpression& expression) {
+    if (expression.aggregate == Aggregate::CountRows)
+        return {u"count(*)"_s};
+    const BoundExpression& argument = *expression.arguments[0];
+    const QString text = within(value(argument), 0);
+    // A text among the numbers is read as one, or is an error: SQLite would take whatever digits it begins with.
+    const QString number = argument.domain == Domain::Mixed ? u"vx_cdbl("_s + text + u')' : text;
+    switch (expression.aggregate) {
+    case Aggregate::Sum:
+        return {u"sum("_s + number + u')'};
+    case Aggregate::Average:
+        return {u"avg("_s + number + u')'};
+    case Aggregate::Minimum:
+        return {u"min("_s + writeForOrder(argument) + u')'};
+    case Aggregate::Maximum:
+        return {u"max("_s + writeForOrder(argument) + u')'};
+    default:
+        return {u"count("_s + text + u')'};
+    }
+}
+
+Written value(const BoundExpression& expression) {
+    if (expression.isCondition)
+        return {u'-' + within(condition(expression), AtomLevel), UnaryLevel};
+    switch (expression.kind) {
+    case BoundExpression::Kind::Constant:
+        return constant(expression);
+    case BoundExpression::Kind::Column:
+        return {expression.column.sql};
+    case BoundExpression::Kind::Operation:
+        return arithmetic(expression);
+    case BoundExpression::Kind::Function:
+        return function(expression);
+    case BoundExpression::Kind::Aggregate:
+        return aggregate(expression);
+    case BoundExpression::Kind::Subquery:
+        break;
+    }
+    return {u'(' + expression.select + u')'};
+}
+
+}
+
+QString writeValue(const BoundExpression& expression) { return within(value(expression), 0); }
+
+QString writeCondition(const BoundExpression& expression) { return within(condition(expression), 0); }
+
+QString writeForGrouping(const BoundExpression& expression) {
+    if (expression.domain == Domain::Mixed)
+        return u"vx_key("_s + writeValue(expression) + u')';
+    return writeForOrder(expression);
+}
+
+QString writeForOrder(const BoundExpression& expression) {
+    const bool isText = expression.domain == Domain::Text || expression.domain == Domain::Mixed;
+    return isText ? within(value(expression), CollateLevel) + collate : writeValue(expression);
+}
+
+QString writeForField(const BoundExpression& expression, const ColumnInfo& field) {
+    const QString text = writeValue(expression);
+    if (expression.domain == Domain::Null)
+        return text;
+    if (isTextType(field.type)) {
+        if (expression.isConstant() && field.size > 0 && expression.value.toText().size() > field.size)
+            raiseEngineError(3163, field.name);
+        return expression.domain == Domain::Text ? text : u"vx_text("_s + text + u')';
+    }
+    if (!isNumericType(field.type))
+        return text;
+    if (expression.isTextConstant() && !textToNumber(expression.value.toText()))
+        raiseEngineError(3464, field.name);
+    switch (field.type) {
+    case dbBoolean:
+        return expression.type == dbBoolean ? text : u"vx_cbool("_s + text + u')';
+    case dbByte:
+    case dbInteger:
+    case dbLong: {
+        const bool fits = expression.type >= dbBoolean && expression.type <= field.type;
+        return fits ? text : u"vx_clng("_s + text + u')';
+    }
+    default:
+        return expression.domain == Domain::Number ? text : u"vx_cdbl("_s + text + u')';
+    }
+}
+
+}
