@@ -60,8 +60,9 @@ struct Column {
 
 readstat_error_t insert(readstat_writer_t* writer, Column& column, const Respondent& person) {
     const Answer answer = column.question.answer(person, column.random);
+    // Rounding from below leaves a negative zero, which statistics programs show apart from zero.
     if (const double* number = std::get_if<double>(&answer))
-        return readstat_insert_double_value(writer, column.variable, *number);
+        return readstat_insert_double_value(writer, column.variable, *number + 0.0);
     if (const std::string* text = std::get_if<std::string>(&answer))
         return readstat_insert_string_value(writer, column.variable, text->c_str());
     return readstat_insert_missing_value(writer, column.variable);
