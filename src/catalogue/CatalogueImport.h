@@ -26,19 +26,20 @@ private:
 
 /// A case table beyond the first, made up of certain variables.
 struct CaseTableWish {
-    QStringList variables;  ///< names as in the file, without regard to case
-    bool ownFile = false;   ///< in "<study>-<number>.mdb" instead of "<study>.mdb"
+    QStringList variables; ///< names as in the file, without regard to case
+    bool ownFile = false;  ///< in "<study>-<number>.mdb" instead of "<study>.mdb"
 };
 
-/// How one survey file becomes a study. What is not set comes from the file, or stays as it is when a study is replaced.
+/// How one survey file becomes a study. What is not set comes from the file, or stays as it is when a study
+/// is replaced.
 struct ImportSettings {
-    QString study;       ///< study number: letters and digits, a letter first
-    QString dataFolder;  ///< folder of the case file; empty: beside the catalogue
+    QString study;      ///< study number: letters and digits, a letter first
+    QString dataFolder; ///< folder of the case file; empty: beside the catalogue
     std::optional<QString> title, titleEnglish, year;
-    std::optional<QString> group;               ///< number of the group that the study belongs to
-    std::optional<QString> weightRe, weightHh;  ///< variables; an empty text: none
-    QString encoding;                           ///< of the texts in a file that says wrong or nothing about it
-    bool replace = false;                       ///< a study of that number may be there already
+    std::optional<QString> group;              ///< number of the group that the study belongs to
+    std::optional<QString> weightRe, weightHh; ///< variables; an empty text: none
+    QString encoding;                          ///< of the texts in a file that says wrong or nothing about it
+    bool replace = false;                      ///< a study of that number may be there already
     /// Tables 2, 3, ... All other variables fill table 1 and, beyond 254, the tables after these.
     std::vector<CaseTableWish> furtherTables;
     /// Called with the share done (0 to 1) now and then; false ends the import, which then fails.
@@ -49,7 +50,8 @@ struct ImportSettings {
 struct ImportReport {
     QString study;
     int cases = 0, variables = 0, tables = 0, labels = 0;
-    /// Everything above and everything that changed its name or was not taken over, one fact a line, in the user's language.
+    /// Everything above and everything that changed its name or was not taken over, one fact a line, in the
+    /// user's language.
     QStringList facts;
 };
 
@@ -57,12 +59,9 @@ struct ImportReport {
 ///
 ///     ImportGuard guard(cataloguePath);
 ///     SurveyImporter importer(catalogue, guard);
-///     importer.add(file, settings);              // before the transaction: reads the head, checks, opens the case file
-///     workspace.BeginTrans();
-///     reports = importer.write();                // on an exception: Rollback
-///     workspace.CommitTrans();
-///     importer.finish();
-///     guard.done();
+///     importer.add(file, settings);              // before the transaction: reads the head, checks, opens
+///     the case file workspace.BeginTrans(); reports = importer.write();                // on an exception:
+///     Rollback workspace.CommitTrans(); importer.finish(); guard.done();
 ///
 /// A transaction spans at most nine case files.
 class SurveyImporter {
@@ -73,13 +72,16 @@ public:
     /// Lets the case files go.
     ~SurveyImporter();
 
-    /// @throws ImportError for a bad number, file, group, weight or encoding, for a study or case file that is there and
+    /// @throws ImportError for a bad number, file, group, weight or encoding, for a study or case file that
+    /// is there and
     ///         not to be replaced; dao::Error when a case file cannot be opened
     void add(const QString& file, const ImportSettings& settings);
-    /// Writes the cases and the entries of every file added, inside a transaction of the catalogue's workspace.
+    /// Writes the cases and the entries of every file added, inside a transaction of the catalogue's
+    /// workspace.
     /// @throws ImportError for a file that cannot be read to its end or a cancelled import, dao::Error
     std::vector<ImportReport> write();
-    /// After the commit: lets the case files go and removes those of a replaced study that hold no table any more.
+    /// After the commit: lets the case files go and removes those of a replaced study that hold no table any
+    /// more.
     void finish();
 
 private:
@@ -92,8 +94,8 @@ private:
 
 /// Where and how to import one file.
 struct ImportRequest {
-    QString catalogue;  ///< made, with one study view, if it is not there
-    QString file;       ///< .sav, .zsav, .por or .dta
+    QString catalogue; ///< made, with one study view, if it is not there
+    QString file;      ///< .sav, .zsav, .por or .dta
     ImportSettings settings;
 };
 

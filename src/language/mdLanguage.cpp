@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "language/CCtrl.h"
 #include "language/CSys.h"
 #include "language/CText.h"
 #include "platform/system/ApplicationInfo.h"
@@ -119,4 +120,24 @@ qint16 mdLanguage::GetFormStatus() {
         showFailureWithPointer(settings, u"SysObject"_s);
     });
     return showForm;
+}
+
+void mdLanguage::SetCtrlProps(ControlHost& window) {
+    guarded(u"SetCtrlProps"_s, [&] {
+        CCtrl texts;
+        texts.DatabaseName = SystemTable::path();
+        texts.setCurrentForm(&window);
+        texts.SetControlProps();
+        showFailure(texts, u"CCtrlObject"_s);
+    });
+    ui::asker().setPointer(ui::Pointer::Default);
+}
+
+void mdLanguage::RefreshForms(const std::vector<ControlHost*>& windows) {
+    ui::asker().setPointer(ui::Pointer::Wait);
+    for (ControlHost* window : windows) {
+        SetCtrlProps(*window);
+        window->refreshTitles();
+    }
+    ui::asker().setPointer(ui::Pointer::Default);
 }

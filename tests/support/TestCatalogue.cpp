@@ -48,6 +48,9 @@ dao::FieldDefinition field(const QString& name, int type = dao::dbDouble) {
 
 TestCatalogue::TestCatalogue(const QString& folder, const QString& name)
     : path_(folder + u'/' + name), dataFolder_(folder + u"/data"_s) {
+    gViews.clear();
+    gCatalogueOptions = CatalogueOptions();
+    gOptions = Options();
     QDir().mkpath(dataFolder_);
     const dao::DatabasePtr database = workspace().CreateDatabase(path_);
     schema::createCatalogueTables(*database, {u"Study"_s}, {u"Category"_s, u"Trend"_s});

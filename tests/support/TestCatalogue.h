@@ -26,7 +26,8 @@ class TestCatalogue {
 public:
     using Row = std::initializer_list<std::pair<const char*, dao::Value>>;
 
-    /// Makes the folder `data` and the catalogue `name` with all its tables in the folder.
+    /// Sets the options and views of the process back to their defaults. Makes the folder `data` and the
+    /// catalogue `name` with all its tables in the folder.
     explicit TestCatalogue(const QString& folder, const QString& name = QStringLiteral("catalogue.mdb"));
     /// Closes the catalogue if it is still open for the system.
     ~TestCatalogue();

@@ -1,0 +1,60 @@
+#include "app/start.h"
+
+#include "app/globals.h"
+#include "catalogue/mdDataBase.h"
+#include "config/CProfile.h"
+#include "config/Options.h"
+#include "language/mdLanguage.h"
+#include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double shareOfScreen = 0.9;
+
+/// A stored number; what is no number counts as not stored.
+int storedNumber(const QString& name, int byDefault) {
+    bool isNumber = false;
+    const int number = storedSetting(name, byDefault).toString().toInt(&isNumber);
+    return isNumber ? number : byDefault;
+}
+
+void store(const QString& name, const QString& text) {
+    CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text, Registry::String);
+}
+
+}
+
+void Main::StartServices() {
+    ui::asker().setPointer(ui::Pointer::Wait);
+    mdLanguage::LoadTextTable();
+    OptionsFromRegistry();
+    mdLanguage::StartProgram();
+}
+
+qint16 Main::OpenDefDB() {
+    gOptions.DatabaseName = storedSetting(u"DatabaseName"_s, QString()).toString();
+    gOptions.DatabasePath = storedSetting(u"DatabasePath"_s, QString()).toString();
+    if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
+        return 0;
+    return mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
+}
+
+Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
+    return {storedNumber(u"MainLeft"_s, 0), storedNumber(u"MainTop"_s, 0),
+            storedNumber(u"MainWidth"_s, qRound(shareOfScreen * screenWidth)),
+            storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight))};
+}
+
+void Main::Stop(const std::optional<WindowPlace>& place) {
+    if (place) {
+        store(u"MainLeft"_s, QString::number(place->left));
+        store(u"MainTop"_s, QString::number(place->top));
+        store(u"MainWidth"_s, QString::number(place->width));
+        store(u"MainHeight"_s, QString::number(place->height));
+        store(u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s);
+    }
+    mdDataBase::CloseDataBase();
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+#include <optional>
+
+/// From the start of the process to the open catalogue, and its stop; windows are asked for through hooks only.
+namespace Main {
+
+/// Text table, options, error handler, language, and the start window if one is set (mdLanguage::showStartWindow).
+void StartServices();
+
+/// Opens the catalogue that the settings name; the names are read from them again first.
+/// @return the state reached, 1 open; 0 also when the settings name none
+qint16 OpenDefDB();
+
+/// Place of the main window in twips.
+struct WindowPlace {
+    int left = 0, top = 0, width = 0, height = 0;
+};
+/// The stored place; what is not stored is 0 for the corner and nine tenths of the screen for the size.
+WindowPlace StoredPlace(int screenWidth, int screenHeight);
+
+/// What is done when the main window unloads: place and contents switch are stored, the catalogue is closed.
+/// @param place nothing for a minimised window, which leaves both as they were stored before
+void Stop(const std::optional<WindowPlace>& place);
+
+}

@@ -1,0 +1,341 @@
+#include "catalogue/CatalogueImport.h"
+
+#include "catalogue/CaseTables.h"
+#include "catalogue/ImportGuard.h"
+#include "catalogue/StudyWriter.h"
+#include "catalogue/SurveyReader.h"
+#include "catalogue/importTexts.h"
+#include "catalogue/schema.h"
+#include "platform/system/Paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+/// One survey file on its way into the catalogue.
+struct SurveyImporter::Job {
+    QString file;
+    ImportSettings settings;
+    QString study, folder, fileWeight;
+    SurveyReader reader;
+    SurveyFile head;
+    std::vector<VariableNames> names;
+    std::vector<CaseTable> tables;
+    TaggedCodes codes;
+    CaseWriter writer;
+    std::map<QString, std::unique_ptr<dao::Companion>> files; ///< by path
+    QStringList emptied;
+    qint64 cutTexts = 0;
+
+    Job(const QString& path, const ImportSettings& wishes)
+        : file(path), settings(wishes), reader(path, wishes.encoding), head(reader.readHead()), codes(head),
+          writer(head, codes) {
+        QStringList originals;
+        for (const SurveyVariable& variable : head.variables)
+            originals << variable.name;
+        names = variableNames(originals);
+        if (head.weight >= 0 && isNumeric(static_cast<size_t>(head.weight)))
+            fileWeight = names[static_cast<size_t>(head.weight)].name;
+    }
+
+    bool isNumeric(size_t variable) const {
+        return !head.variables[variable].isText &&
+               !timeFormat(head.variables[variable].format, head.stata).isTime();
+    }
+
+    dao::Companion& fileOf(const CaseTable& table) { return *files.at(caseFileOf(folder, study, table)); }
+
+    /// The weight as the catalogue will call it. @throws ImportError unless it is a numeric variable of the
+    /// file
+    void resolveWeight(std::optional<QString>& weight) const {
+        if (!weight || weight->isEmpty())
+            return;
+        for (size_t i = 0; i < names.size(); ++i) {
+            if (names[i].original.compare(*weight, Qt::CaseInsensitive) != 0 &&
+                names[i].name.compare(*weight, Qt::CaseInsensitive) != 0)
+                continue;
+            if (!isNumeric(i))
+                throw ImportError(
+                    said(u"Gewicht %1 ist keine Zahlenvariable"_s, u"Weight %1 is not a numeric variable"_s)
+                        .arg(*weight));
+            weight = names[i].name;
+            return;
+        }
+        throw ImportError(said(u"Gewicht %1: Die Datei hat keine solche Variable"_s,
+                               u"Weight %1: The file has no such variable"_s)
+                              .arg(*weight));
+    }
+
+    void dropOldTables();
+    void fill(dao::Database& catalogue, const std::function<bool(double)>& progress);
+    QStringList facts(const ImportReport& report, const StudyContent& content,
+                      const QStringList& studyFacts) const;
+};
+
+namespace {
+
+/// Names of the study's case files that are in the folder: "<study>.mdb" and "<study>-<number>.mdb".
+QStringList presentCaseFiles(const QString& folder, const QString& study) {
+    const QRegularExpression name(u"^%1(-\\d+)?\\.mdb$"_s.arg(study),
+                                  QRegularExpression::CaseInsensitiveOption);
+    QStringList paths;
+    for (const QFileInfo& entry : QDir(folder).entryInfoList(QDir::Files | QDir::Hidden))
+        if (name.match(entry.fileName()).hasMatch() && entry.size() > 0)
+            paths << Paths::join(folder, entry.fileName());
+    return paths;
+}
+
+bool sameFile(const QString& a, const QString& b) {
+    return QFileInfo(a).absoluteFilePath().compare(QFileInfo(b).absoluteFilePath(), Qt::CaseInsensitive) ==
+               0 ||
+           (QFileInfo::exists(a) && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath());
+}
+
+/// Rolls back unless it was committed.
+class Transaction {
+public:
+    explicit Transaction(dao::Workspace& workspace) : workspace_(workspace) { workspace_.BeginTrans(); }
+    ~Transaction() {
+        if (open_)
+            try {
+                workspace_.Rollback();
+            } catch (const dao::Error&) {
+                // The failure that led here is the one to be told; the files roll back when they are next
+                // opened.
+            }
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void commit() {
+        workspace_.CommitTrans();
+        open_ = false;
+    }
+
+private:
+    dao::Workspace& workspace_;
+    bool open_ = true;
+};
+
+/// Closes a database however the scope ends.
+struct Closing {
+    dao::DatabasePtr database;
+    explicit Closing(dao::DatabasePtr opened) : database(std::move(opened)) {}
+    ~Closing() { database->Close(); }
+    Closing(const Closing&) = delete;
+    Closing& operator=(const Closing&) = delete;
+};
+
+} // namespace
+
+void SurveyImporter::Job::dropOldTables() {
+    const QRegularExpression own(u"^%1_\\d+$"_s.arg(study), QRegularExpression::CaseInsensitiveOption);
+    for (const auto& [path, companion] : files)
+        for (const QString& table : companion->tableNames())
+            if (own.match(table).hasMatch())
+                companion->dropTable(table);
+}
+
+void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<bool(double)>& progress) {
+    do {
+        writer.reset();
+        dropOldTables();
+        for (const CaseTable& table : tables) {
+            const schema::Table description = schema::cases(table.name, writer.fields(table, names));
+            fileOf(table).createTable(*schema::definition(catalogue, description));
+        }
+        for (const CaseTable& table : tables)
+            writer.addTable(
+                table, fileOf(table).openAppender(
+                           table.name, schema::cases(table.name, writer.fields(table, names)).fieldNames()));
+        cutTexts = reader.readRows(head, writer, progress);
+    } while (codes.settle());
+    for (const auto& [path, companion] : files)
+        if (companion->tableNames().isEmpty())
+            emptied << path;
+}
+
+QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyContent& content,
+                                       const QStringList& studyFacts) const {
+    QStringList tableNames;
+    for (const CaseTable& table : tables)
+        tableNames << table.name;
+    QStringList lines{
+        said(u"Studie: %1"_s, u"Study: %1"_s).arg(study),
+        said(u"Fälle: %1"_s, u"Cases: %1"_s).arg(report.cases),
+        said(u"Variablen: %1"_s, u"Variables: %1"_s).arg(report.variables),
+        said(u"Tabellen: %1 (%2)"_s, u"Tables: %1 (%2)"_s).arg(report.tables).arg(tableNames.join(u", "_s)),
+        said(u"Wertelabels: %1"_s, u"Value labels: %1"_s).arg(report.labels)};
+    lines << studyFacts << content.facts;
+    for (const QString& extra : head.extras)
+        lines << said(u"Nicht übernommen: %1"_s, u"Not taken over: %1"_s).arg(extra);
+    const auto counted = [&](const std::vector<qint64>& counts, const QString& german,
+                             const QString& english) {
+        for (size_t i = 0; i < counts.size(); ++i)
+            if (counts[i] > 0)
+                lines << said(german, english).arg(names[i].name).arg(counts[i]);
+    };
+    counted(writer.noDates(), u"%1: %2 Werte sind kein Datum und stehen als Zahl da"_s,
+            u"%1: %2 values are no date and stand as numbers"_s);
+    counted(writer.infinite(), u"%1: %2 unendliche Werte sind leer"_s, u"%1: %2 infinite values are empty"_s);
+    if (cutTexts > 0)
+        lines << said(u"%1 Texte waren mitten in einem Zeichen abgeschnitten; das halbe Zeichen fehlt"_s,
+                      u"%1 texts were cut off within a character; the half character is left out"_s)
+                     .arg(cutTexts);
+    if (head.rows < 0 && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
+        lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen"_s,
+                      u"The file does not say how many cases it has, it was read to its end"_s);
+    return lines;
+}
+
+SurveyImporter::SurveyImporter(const dao::DatabasePtr& catalogue, ImportGuard& guard,
+                               const QString& studyTable)
+    : catalogue_(catalogue), guard_(guard), studyTable_(studyTable) {}
+
+SurveyImporter::~SurveyImporter() = default;
+
+void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
+    if (const QString fault = studyNumberFault(settings.study); !fault.isEmpty())
+        throw ImportError(fault);
+    const StudyWriter entries(*catalogue_, studyTable_, settings.study);
+    if (entries.isGroup())
+        throw ImportError(said(u"%1 ist eine Gruppe"_s, u"%1 is a group"_s).arg(entries.study()));
+    const bool added = std::any_of(jobs_.begin(), jobs_.end(), [&](const auto& other) {
+        return other->study.compare(settings.study, Qt::CaseInsensitive) == 0;
+    });
+    if (added || (entries.exists() && !settings.replace))
+        throw ImportError(said(u"Die Studie %1 gibt es schon; mit --replace wird sie ersetzt"_s,
+                               u"There is a study %1 already; --replace replaces it"_s)
+                              .arg(entries.study()));
+    if (settings.group && !settings.group->isEmpty() && *settings.group != u"0"_s &&
+        !entries.groupExists(*settings.group))
+        throw ImportError(
+            said(u"Die Gruppe %1 gibt es nicht"_s, u"There is no group %1"_s).arg(*settings.group));
+
+    auto job = std::make_unique<Job>(file, settings);
+    job->study = entries.study();
+    job->resolveWeight(job->settings.weightRe);
+    job->resolveWeight(job->settings.weightHh);
+    job->tables = shareOutVariables(job->study, job->names, settings.furtherTables);
+    job->folder = settings.dataFolder.isEmpty() ? QFileInfo(catalogue_->Name()).absolutePath()
+                                                : Paths::native(settings.dataFolder);
+    if (!QFileInfo(job->folder).isDir())
+        throw ImportError(
+            said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(job->folder));
+
+    const QStringList present = presentCaseFiles(job->folder, job->study);
+    if (!present.isEmpty() && !settings.replace)
+        throw ImportError(said(u"Die Datei %1 ist schon da; mit --replace wird sie überschrieben"_s,
+                               u"There is a file %1 already; --replace overwrites it"_s)
+                              .arg(present.front()));
+    QStringList paths = present;
+    for (const CaseTable& table : job->tables)
+        if (const QString path = caseFileOf(job->folder, job->study, table); !paths.contains(path))
+            paths << path;
+    for (const QString& path : paths) {
+        if (sameFile(path, catalogue_->Name()))
+            throw ImportError(said(u"Die Falldatei der Studie wäre der Katalog selbst (%1). Wählen Sie eine "
+                                   u"andere Nummer oder mit --data einen "
+                                   "anderen Ordner"_s,
+                                   u"The study's case file would be the catalogue itself (%1). Choose "
+                                   u"another number, or another folder "
+                                   "with --data"_s)
+                                  .arg(path));
+        guard_.willWrite(path);
+        job->files.emplace(path, catalogue_->openCompanion(path));
+    }
+    jobs_.push_back(std::move(job));
+}
+
+std::vector<ImportReport> SurveyImporter::write() {
+    std::vector<ImportReport> reports;
+    for (const auto& job : jobs_) {
+        const double before = static_cast<double>(reports.size()) / static_cast<double>(jobs_.size());
+        const auto progress = [&](double share) {
+            return !job->settings.progress ||
+                   job->settings.progress(before + share / static_cast<double>(jobs_.size()));
+        };
+        job->fill(*catalogue_, progress);
+        const StudyContent content = studyContent(job->head, job->names, job->tables, job->codes);
+        StudyWriter entries(*catalogue_, studyTable_, job->study);
+        QStringList studyFacts =
+            entries.writeStudy(job->head, job->settings, job->fileWeight, content.variables, job->tables);
+        entries.writeContent(content);
+        if (!entries.vanished().isEmpty())
+            studyFacts << said(u"Variablen, die es nicht mehr gibt (%1)"_s, u"Variables that are gone (%1)"_s)
+                                  .arg(entries.vanished().size()) +
+                              u": "_s + entries.vanished().join(u", "_s);
+        for (const QString& pointer : entries.pointersToVanished())
+            studyFacts
+                << said(u"Zeigt ins Leere: %1"_s, u"Points to a variable that is gone: %1"_s).arg(pointer);
+
+        ImportReport report;
+        report.study = job->study;
+        report.cases = job->writer.rows();
+        report.variables = static_cast<int>(content.variables.size());
+        report.tables = static_cast<int>(job->tables.size());
+        report.labels = static_cast<int>(content.labels.size());
+        report.facts = job->facts(report, content, studyFacts);
+        // The statements must be gone before the transaction can end.
+        job->writer.reset();
+        reports.push_back(std::move(report));
+    }
+    return reports;
+}
+
+void SurveyImporter::finish() {
+    for (const auto& job : jobs_) {
+        for (const auto& [path, companion] : job->files)
+            companion->close();
+        job->files.clear();
+        for (const QString& path : job->emptied)
+            QFile::remove(path);
+    }
+    jobs_.clear();
+}
+
+ImportReport importSurvey(const ImportRequest& request) {
+    const QString path = Paths::onDisk(request.catalogue);
+    if (const QString folder = QFileInfo(path).absolutePath(); !QFileInfo(folder).isDir())
+        throw ImportError(said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(folder));
+    // Before anything is touched, so that a wrong number or file leaves no trace at all.
+    if (const QString fault = studyNumberFault(request.settings.study); !fault.isEmpty())
+        throw ImportError(fault);
+    SurveyReader(request.file, request.settings.encoding).readHead();
+
+    ImportGuard guard(path);
+    guard.willWrite(path);
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    const Closing catalogue(QFileInfo::exists(path) ? workspace.OpenDatabase(path)
+                                                    : workspace.CreateDatabase(path));
+    dao::Database& database = *catalogue.database;
+    if (database.readOnly())
+        throw ImportError(
+            said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
+                .arg(path));
+    const bool isNew = database.TableDefs().Count() == 0;
+    const QString studyTable = studyTableOf(database);
+    if (!isNew)
+        for (const QString& table : {studyTable, u"tkey_Variable"_s, u"tkey_Value"_s})
+            if (!database.TableDefs().contains(table))
+                throw ImportError(said(u"%1 ist kein Katalog (es gibt keine Tabelle %2)"_s,
+                                       u"%1 is no catalogue (there is no table %2)"_s)
+                                      .arg(path, table));
+
+    SurveyImporter importer(catalogue.database, guard, studyTable);
+    importer.add(request.file, request.settings);
+    std::vector<ImportReport> reports;
+    {
+        Transaction transaction(workspace);
+        if (isNew)
+            makeCatalogue(database);
+        reports = importer.write();
+        transaction.commit();
+    }
+    guard.done();
+    importer.finish();
+    return reports.front();
+}

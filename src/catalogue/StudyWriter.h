@@ -1,0 +1,48 @@
+#pragma once
+
+#include "catalogue/studyContent.h"
+#include "platform/dao/Database.h"
+
+#include <optional>
+
+/// Writes the entries of one study into an open catalogue; of a study that is there already it keeps
+/// everything that a survey file does not tell.
+class StudyWriter {
+public:
+    /// @param study as the user gave it; a study that is there keeps its own spelling
+    StudyWriter(dao::Database& catalogue, const QString& studyTable, const QString& study);
+
+    const QString& study() const { return study_; }
+    bool exists() const { return exists_; }
+    bool isGroup() const { return isGroup_; }
+    /// True if there is a group of that number.
+    bool groupExists(const QString& number) const;
+
+    /// Title, weights and the like. @return facts about what was not taken over
+    QStringList writeStudy(const SurveyFile& file, const ImportSettings& settings, const QString& fileWeight,
+                           const std::vector<VariableEntry>& variables, const std::vector<CaseTable>& tables);
+    /// Writes variables and labels; those of the study that are not among them go.
+    void writeContent(const StudyContent& content);
+    /// What still points to variables that went: assignments, comparisons, parts; one a line.
+    QStringList pointersToVanished() const;
+    const QStringList& vanished() const { return vanished_; }
+
+private:
+    dao::Database& catalogue_;
+    QString studyTable_, study_;
+    bool exists_ = false, isGroup_ = false;
+    QStringList vanished_;
+
+    dao::RecordsetPtr open(const QString& table, const QString& studyField) const;
+    int nextOrder(const QString& group) const;
+    QString weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
+                      const std::vector<VariableEntry>& variables, QStringList& facts) const;
+    void updateVariables(const std::vector<VariableEntry>& variables, std::vector<bool>& written);
+    void updateLabels(const std::vector<LabelEntry>& labels, std::vector<bool>& written);
+};
+
+/// The table of the first study view, as the catalogue's options name it; "tkey_Study" if they name none.
+QString studyTableOf(dao::Database& catalogue);
+
+/// Makes the tables and options of a new catalogue with one study view.
+void makeCatalogue(dao::Database& catalogue);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "catalogue/SurveyFile.h"
+
+#include <functional>
+
+/// Reads .sav, .zsav, .por and .dta files, one row at a time, with bounds on everything that a file may
+/// claim.
+///
+/// Every failure is an ImportError that says what is wrong; a text that cannot be read names its variable and
+/// the option that helps.
+class SurveyReader {
+public:
+    /// @param encoding of the texts, by the name that iconv knows; empty: the file's own
+    /// @throws ImportError for a file that is not there, of no known kind, or an encoding that does not exist
+    SurveyReader(const QString& path, const QString& encoding);
+
+    SurveyFile readHead();
+    /// Hands every case to the receiver. `progress` gets the share done and ends the reading with false.
+    /// @param head what readHead() gave
+    /// @return number of texts that a writer had cut off within a character; the broken character is left out
+    qint64 readRows(const SurveyFile& head, RowReceiver& receiver,
+                    const std::function<bool(double)>& progress);
+
+private:
+    enum class Kind { Sav, Por, Dta };
+    QString path_;
+    QByteArray encoding_;
+    Kind kind_ = Kind::Sav;
+
+    struct HeadPass;
+    struct RowPass;
+    struct Diagnosis;
+    template<class Pass>
+    int parse(Pass& pass, bool convert) const;
+    [[noreturn]] void fail(int code, const QString& detail) const;
+    QString unreadableTextIn(const SurveyFile* head, int lastVariable) const;
+};

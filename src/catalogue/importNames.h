@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+/// Names that statements and filters can bear.
+
+/// Why a study number cannot be taken, in the user's language; empty for a good one. Statements use it
+/// unbracketed as the beginning of table names, and look for words in them.
+QString studyNumberFault(const QString& number);
+
+/// The names of one variable in catalogue and case table.
+struct VariableNames {
+    QString original; ///< in the file
+    QString name;     ///< `id_VarName`
+    QString field;    ///< `dt_FieldName`
+};
+
+/// Names of all variables, in order. Every name and every field is unique without regard to case.
+///
+/// `name` is the original but for characters that cut a statement or an instruction short, and a suffix where
+/// it was given before. `field` is the name where it is a plain identifier that no statement trips over, else
+/// "V" and the position (from 1), with "_" until it is free.
+std::vector<VariableNames> variableNames(const QStringList& originals);
+
+/// True if a filter can name the variable: letters without marks, "_", "-", digits inside, no AND, OR, NOT.
+bool filterCanName(const QString& name);

@@ -1,0 +1,52 @@
+#include "catalogue/importTexts.h"
+
+#include "platform/dao/Value.h"
+
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+QString codeText(double code) {
+    return dao::numberToText(code, u'.');
+}
+
+namespace {
+
+QString boundText(double bound) {
+    if (std::isinf(bound))
+        return bound < 0 ? u"lowest"_s : u"highest"_s;
+    return dao::numberToText(bound, u',');
+}
+
+bool survives(double bound) {
+    return std::isinf(bound) || dao::textToNumber(dao::numberToText(bound, u',')) == bound;
+}
+
+} // namespace
+
+QString missingDefinition(const std::vector<MissingRange>& missing) {
+    QStringList ranges, values;
+    for (const MissingRange& range : missing) {
+        if (range.single())
+            values << boundText(range.low);
+        else
+            ranges << boundText(range.low) + u" thru "_s + boundText(range.high);
+    }
+    // One definition holds no more than three values, or one range and one value.
+    if (ranges.size() > 1 || values.size() > (ranges.isEmpty() ? 3 : 1))
+        return {};
+    return (ranges + values).join(u';');
+}
+
+bool definitionIsExact(const std::vector<MissingRange>& missing) {
+    for (const MissingRange& range : missing)
+        if (!survives(range.low) || !survives(range.high))
+            return false;
+    return true;
+}
+
+int lengthWithoutTrailingBlanks(const char* text, int bytes) {
+    while (bytes > 0 && text[bytes - 1] == ' ')
+        --bytes;
+    return bytes;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "app/globals.h"
+#include "catalogue/SurveyFile.h"
+
+#include <QString>
+#include <QStringList>
+
+/// A text for people in the language of messages.
+inline QString said(const QString& german, const QString& english) {
+    return gLanguage == 0 ? german : english;
+}
+
+/// The code of a value label as `dt_Value` holds it: decimal point, 15 significant digits.
+QString codeText(double code);
+
+/// What declared missing codes look like as a definition: up to three values, or a range and at most one
+/// value; decimal comma, "lowest" and "highest". Empty when they do not fit.
+QString missingDefinition(const std::vector<MissingRange>& missing);
+/// True if a definition's numbers, read back, are the codes themselves (15 digits are enough for them).
+bool definitionIsExact(const std::vector<MissingRange>& missing);
+
+/// The string without trailing blanks.
+int lengthWithoutTrailingBlanks(const char* text, int bytes);

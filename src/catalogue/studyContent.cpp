@@ -1,0 +1,184 @@
+#include "catalogue/studyContent.h"
+
+#include "catalogue/importTexts.h"
+
+#include <QSet>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// What the fields of a stored comparison hold.
+constexpr int maxComparedName = 8;
+constexpr int maxComparedMissing = 50;
+
+/// Variables about which the same is to be said.
+struct Findings {
+    QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates,
+        missingShapes, missingInexact, blankLabels, systemLabels, twiceLabels, calendars, dateLetters;
+    int measures = 0;
+
+    QStringList facts() const {
+        QStringList lines;
+        const auto tell = [&](const QStringList& what, const QString& german, const QString& english) {
+            if (!what.isEmpty())
+                lines << said(german, english).arg(what.size()) + u": "_s + what.join(u", "_s);
+        };
+        tell(renamed, u"Geänderte Variablennamen (%1)"_s, u"Variable names that had to change (%1)"_s);
+        tell(fields, u"Abweichende Feldnamen in den Falltabellen (%1)"_s,
+             u"Fields of other names in the case tables (%1)"_s);
+        tell(longNames,
+             u"Namen über 8 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
+             u"Names over 8 characters, which a stored comparison cannot hold (%1)"_s);
+        tell(notInFilters, u"Namen, die ein Filter nicht nennen kann (%1)"_s,
+             u"Names that a filter cannot use (%1)"_s);
+        tell(
+            longMissing,
+            u"Missing-Definitionen über 50 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
+            u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
+        tell(missingTexts, u"Nicht übernommen, fehlende Werte, die Text sind (%1)"_s,
+             u"Not taken over, missing codes that are text (%1)"_s);
+        tell(missingDates, u"Nicht übernommen, fehlende Werte von Datums- und Zeitvariablen (%1)"_s,
+             u"Not taken over, missing codes of date and time variables (%1)"_s);
+        tell(missingShapes, u"Nicht übernommen, fehlende Werte, die in keine Definition passen (%1)"_s,
+             u"Not taken over, missing codes that fit no definition (%1)"_s);
+        tell(
+            missingInexact,
+            u"Fehlende Werte mit mehr als 15 Ziffern, deren Definition die Werte der Fälle nicht trifft (%1)"_s,
+            u"Missing codes of more than 15 digits, whose definition does not meet the cases' values (%1)"_s);
+        tell(blankLabels, u"Nicht übernommen, Labels eines leeren Codes (%1)"_s,
+             u"Not taken over, labels of a blank code (%1)"_s);
+        tell(systemLabels, u"Nicht übernommen, Labels des systembedingt fehlenden Wertes (%1)"_s,
+             u"Not taken over, labels of the system-missing value (%1)"_s);
+        tell(twiceLabels, u"Nicht übernommen, zweite Labels desselben Codes (%1)"_s,
+             u"Not taken over, second labels of the same code (%1)"_s);
+        tell(calendars, u"Tage eines Geschäftskalenders, als Zahlen übernommen (%1)"_s,
+             u"Days of a business calendar, taken over as numbers (%1)"_s);
+        tell(dateLetters,
+             u"Datumsvariablen, deren fehlende Werte mit Buchstaben als gültige Codes stehen (%1)"_s,
+             u"Date variables whose lettered missing values stand as valid codes (%1)"_s);
+        if (measures > 0)
+            lines << said(u"Nicht übernommen: Messniveaus von %1 Variablen"_s,
+                          u"Not taken over: measurement levels of %1 variables"_s)
+                         .arg(measures);
+        return lines;
+    }
+};
+
+/// Turns one variable after the other into entries.
+class ContentBuilder {
+public:
+    ContentBuilder(const SurveyFile& file, const TaggedCodes& codes) : file_(file), codes_(codes) {}
+
+    void add(int index, const VariableNames& names, const QString& table) {
+        const SurveyVariable& variable = file_.variables[static_cast<size_t>(index)];
+        time_ = variable.isText ? TimeFormat() : timeFormat(variable.format, file_.stata);
+        noteNames(names);
+        if (time_.unit == TimeFormat::Unit::StataBusiness)
+            findings_.calendars << names.name;
+        findings_.measures += variable.hasMeasure;
+        const QString missing = missingOf(index, variable, names.name);
+        content_.variables.push_back(
+            {names.name, variable.label, table, names.field, variable.format, missing, index + 1});
+        if (variable.labelSet >= 0)
+            addLabels(index, variable, names.name);
+    }
+
+    StudyContent take() {
+        content_.facts = findings_.facts();
+        return std::move(content_);
+    }
+
+private:
+    const SurveyFile& file_;
+    const TaggedCodes& codes_;
+    StudyContent content_;
+    Findings findings_;
+    TimeFormat time_;
+
+    void noteNames(const VariableNames& names) {
+        const auto change = [](const QString& from, const QString& to) { return from + u" → "_s + to; };
+        if (names.name != names.original)
+            findings_.renamed << change(names.original, names.name);
+        if (names.field != names.name)
+            findings_.fields << change(names.name, names.field);
+        if (names.name.size() > maxComparedName)
+            findings_.longNames << names.name;
+        if (!filterCanName(names.name))
+            findings_.notInFilters << names.name;
+    }
+
+    QString missingOf(int index, const SurveyVariable& variable, const QString& name) {
+        if (variable.missingTexts)
+            findings_.missingTexts << name;
+        if (time_.isTime()) {
+            if (!variable.missing.empty())
+                findings_.missingDates << name;
+            if (codes_.used(index))
+                findings_.dateLetters << name;
+            return {};
+        }
+        std::vector<MissingRange> missing = variable.missing;
+        if (codes_.used(index))
+            missing.push_back(codes_.range(index));
+        if (missing.empty())
+            return {};
+        QString definition = missingDefinition(missing);
+        if (definition.isEmpty())
+            findings_.missingShapes << name;
+        else if (!definitionIsExact(missing))
+            findings_.missingInexact << name;
+        if (definition.size() > maxComparedMissing)
+            findings_.longMissing << name;
+        return definition;
+    }
+
+    QString codeOf(int index, const SurveyLabel& label) const {
+        switch (label.kind) {
+        case SurveyLabel::Text: {
+            const QByteArray utf8 = label.code.toUtf8();
+            return QString::fromUtf8(utf8.constData(), lengthWithoutTrailingBlanks(
+                                                           utf8.constData(), static_cast<int>(utf8.size())));
+        }
+        case SurveyLabel::Letter:
+            return codeText(codes_.code(index, label.letter));
+        case SurveyLabel::Number:
+            return std::isfinite(label.number) ? storedCode(label.number, time_) : QString();
+        case SurveyLabel::SystemMissing:
+            break;
+        }
+        return {};
+    }
+
+    void addLabels(int index, const SurveyVariable& variable, const QString& name) {
+        QSet<QString> seen;
+        for (const SurveyLabel& label : file_.labelSets[static_cast<size_t>(variable.labelSet)]) {
+            const QString code = codeOf(index, label);
+            const QString about = u"%1 '%2'"_s.arg(name, label.label);
+            if (label.kind == SurveyLabel::SystemMissing)
+                findings_.systemLabels << about;
+            else if (code.trimmed().isEmpty())
+                findings_.blankLabels << about;
+            else if (seen.contains(code.toCaseFolded()))
+                findings_.twiceLabels << u"%1 %2 '%3'"_s.arg(name, code, label.label);
+            else
+                content_.labels.push_back({name, code, label.label});
+            seen.insert(code.toCaseFolded());
+        }
+    }
+};
+
+} // namespace
+
+StudyContent studyContent(const SurveyFile& file, const std::vector<VariableNames>& names,
+                          const std::vector<CaseTable>& tables, const TaggedCodes& codes) {
+    std::vector<QString> tableOf(names.size());
+    for (const CaseTable& table : tables)
+        for (const int index : table.variables)
+            tableOf[static_cast<size_t>(index)] = table.name;
+    ContentBuilder builder(file, codes);
+    for (size_t i = 0; i < names.size(); ++i)
+        builder.add(static_cast<int>(i), names[i], tableOf[i]);
+    return builder.take();
+}
