@@ -24,6 +24,8 @@ constexpr qint64 maxNoteCharacters = 10'000'000;
 constexpr int maxTextBytes = 16'000'000;
 constexpr qint64 maxRows = 2'000'000'000;
 
+constexpr int firstUnicodeStata = 118;
+
 /// Decodes strictly; nothing for bytes that are no UTF-8.
 std::optional<QString> decoded(const char* utf8, qsizetype bytes) {
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
@@ -49,35 +51,49 @@ int lengthOfWholeCharacters(const char* text, int bytes) {
     return bytes - start + 1 < needed ? start - 1 : bytes;
 }
 
-/// True if the bytes are text of that encoding.
-bool readableAs(const char* encoding, const char* text) {
-    iconv_t converter = iconv_open("UTF-8", encoding);
-    if (converter == reinterpret_cast<iconv_t>(-1))
-        return true;
-    char out[1024];
-    char* from = const_cast<char*>(text); // NOLINT: the C interface takes it so and does not write
-    size_t left = strlen(text);
-    bool good = true;
-    while (left > 0 && good) {
-        char* to = out;
-        size_t room = sizeof out;
-        good = iconv(converter, &from, &left, &to, &room) != size_t(-1) || errno == E2BIG || errno == EINVAL;
-        if (errno == EINVAL)
-            break;
-        errno = 0;
+/// Tells text of one encoding from other bytes.
+class EncodingCheck {
+public:
+    explicit EncodingCheck(const QByteArray& encoding)
+        : converter_(iconv_open("UTF-8", encoding.constData())) {}
+    ~EncodingCheck() {
+        if (isKnown())
+            iconv_close(converter_);
     }
-    iconv_close(converter);
-    return good;
-}
+    EncodingCheck(const EncodingCheck&) = delete;
+    EncodingCheck& operator=(const EncodingCheck&) = delete;
 
-QString unreadableText(const QString& where, const QString& encoding) {
-    return said(u"%1: Der Text kann nicht%2 gelesen werden. Geben Sie die Zeichenkodierung der Datei mit "
-                u"--encoding an, z.B. "
-                "--encoding WINDOWS-1252"_s,
-                u"%1: The text cannot be read%2. Name the file's character encoding with --encoding, for "
+    bool isKnown() const { return converter_ != reinterpret_cast<iconv_t>(-1); }
+
+    /// True also for a last character that is not all there.
+    bool reads(const char* text) const {
+        size_t left = strlen(text);
+        if (!isKnown() || isAscii(text, static_cast<int>(left)))
+            return true;
+        iconv(converter_, nullptr, nullptr, nullptr, nullptr);
+        char* from = const_cast<char*>(text); // the C interface takes it so and does not write
+        while (left > 0) {
+            char out[1024];
+            char* to = out;
+            size_t room = sizeof out;
+            if (iconv(converter_, &from, &left, &to, &room) == size_t(-1) && errno != E2BIG)
+                return errno == EINVAL;
+        }
+        return true;
+    }
+
+private:
+    iconv_t converter_;
+};
+
+QString unreadableText(const QString& where) {
+    return said(u"%1: Der Text kann nicht gelesen werden. Geben Sie die Zeichenkodierung der Datei mit "
+                u"--encoding "
+                "an, z.B. --encoding WINDOWS-1252"_s,
+                u"%1: The text cannot be read. Name the file's character encoding with --encoding, for "
                 u"example "
                 "--encoding WINDOWS-1252"_s)
-        .arg(where, encoding.isEmpty() ? QString() : said(u" als %1"_s, u" as %1"_s).arg(encoding));
+        .arg(where);
 }
 
 QString variableWord(const QString& name) {
@@ -128,6 +144,7 @@ struct PassBase {
 
 struct SurveyReader::HeadPass : PassBase {
     SurveyFile file;
+    QByteArray encoding; ///< of the file, empty if it does not say
     QHash<QByteArray, int> sets;
     int unreadableSet = -1; ///< its variables may be told only later
     qint64 labels = 0, noteCharacters = 0;
@@ -137,7 +154,7 @@ struct SurveyReader::HeadPass : PassBase {
             return {};
         const std::optional<QString> result = decoded(utf8, static_cast<qsizetype>(strlen(utf8)));
         if (!result)
-            throw ImportError(unreadableText(where, {}));
+            throw ImportError(unreadableText(where));
         return *result;
     }
 
@@ -152,6 +169,9 @@ struct SurveyReader::HeadPass : PassBase {
 
     void metadata(readstat_metadata_t* meta) {
         file.rows = readstat_get_row_count(meta);
+        encoding = readstat_get_file_encoding(meta);
+        if (encoding.isEmpty() && file.stata)
+            encoding = readstat_get_file_format_version(meta) < firstUnicodeStata ? "WINDOWS-1252" : "UTF-8";
         if (readstat_get_var_count(meta) > maxVariables || file.rows > maxRows)
             throw ImportError(said(u"Die Datei behauptet mehr Variablen oder Fälle, als gelesen werden"_s,
                                    u"The file claims more variables or cases than are read"_s));
@@ -235,23 +255,22 @@ struct SurveyReader::HeadPass : PassBase {
             if (variable.labelSet == unreadableSet && name.isEmpty())
                 name = variable.name;
         throw ImportError(unreadableText(
-            said(u"Wertelabels der Variable %1"_s, u"Value labels of variable %1"_s).arg(name), {}));
+            said(u"Wertelabels der Variable %1"_s, u"Value labels of variable %1"_s).arg(name)));
     }
 };
 
-/// Reads the head once more without conversion to find the text that a conversion choked on.
+/// Reads the head once more without conversion to find a text that a conversion chokes on: the reader cuts
+/// some of them off without a word.
 struct SurveyReader::Diagnosis : PassBase {
-    QByteArray encoding;
+    EncodingCheck check;
     QString found;
     QHash<QByteArray, QString> owners; ///< first variable of each label set
     QByteArrayList badSets;
 
-    bool bad(const char* text) const { return text && !readableAs(encoding.constData(), text); }
+    explicit Diagnosis(const QByteArray& encoding) : check(encoding) {}
 
-    void metadata(readstat_metadata_t* meta) {
-        if (encoding.isEmpty())
-            encoding = readstat_get_file_encoding(meta) ? readstat_get_file_encoding(meta) : "UTF-8";
-    }
+    bool bad(const char* text) const { return text && !check.reads(text); }
+
     void variable(readstat_variable_t* source, const char* labelSet) {
         const char* name = readstat_variable_get_name(source);
         const QString plain = QString::fromLatin1(name);
@@ -262,11 +281,10 @@ struct SurveyReader::Diagnosis : PassBase {
     }
     void valueLabel(const char* set, const readstat_value_t& value, const char* label) {
         const bool text = readstat_value_type_class(value) == READSTAT_TYPE_CLASS_STRING;
-        // Labels come before the metadata in a system file, whose encoding is known only then; they are
-        // looked at in the end.
-        if (!encoding.isEmpty() && (bad(label) || (text && bad(readstat_string_value(value)))))
+        if (bad(label) || (text && bad(readstat_string_value(value))))
             badSets << set;
     }
+    /// The first variable with such a text; labels come before variables in some files, after them in others.
     QString variableName() const {
         if (found.isEmpty())
             for (const QByteArray& set : badSets)
@@ -326,8 +344,7 @@ struct SurveyReader::RowPass : PassBase {
             if (whole == bytes || !decoded(utf8, whole))
                 throw ImportError(unreadableText(said(u"Variable %1, Fall %2"_s, u"Variable %1, case %2"_s)
                                                      .arg(variable.name)
-                                                     .arg(row + 1),
-                                                 {}));
+                                                     .arg(row + 1)));
             bytes = whole;
             ++cutTexts;
         }
@@ -451,8 +468,8 @@ void SurveyReader::fail(int code, const QString& detail) const {
     case READSTAT_ERROR_CONVERT_BAD_STRING:
     case READSTAT_ERROR_CONVERT_SHORT_STRING:
     case READSTAT_ERROR_CONVERT_LONG_STRING:
-        reason = unreadableText(
-            detail.isEmpty() ? said(u"Texte der Datei"_s, u"Texts of the file"_s) : variableWord(detail), {});
+        reason = unreadableText(detail.isEmpty() ? said(u"Texte der Datei"_s, u"Texts of the file"_s)
+                                                 : variableWord(detail));
         break;
     default:
         reason = said(
@@ -467,35 +484,29 @@ void SurveyReader::fail(int code, const QString& detail) const {
             .arg(QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(code)))));
 }
 
-QString SurveyReader::unreadableTextIn(const SurveyFile* head, int lastVariable) const {
-    if (head) {
-        // Only strings are converted, so the next string variable after the last value is the one.
-        const int count = static_cast<int>(head->variables.size());
-        for (int step = 1; step <= count; ++step) {
-            const SurveyVariable& variable =
-                head->variables[static_cast<size_t>((lastVariable + step) % count)];
-            if (variable.isText)
-                return variable.name;
-        }
-        return {};
-    }
-    Diagnosis diagnosis;
-    diagnosis.encoding = encoding_;
-    if (diagnosis.encoding.isEmpty() && kind_ == Kind::Dta)
-        diagnosis.encoding = "WINDOWS-1252";
+QString SurveyReader::unreadableInHead(const QByteArray& fileEncoding) const {
+    Diagnosis diagnosis(!encoding_.isEmpty() ? encoding_ : !fileEncoding.isEmpty() ? fileEncoding : "UTF-8");
     parse(diagnosis, false);
-    if (diagnosis.variableName().isEmpty() && !diagnosis.encoding.isEmpty())
-        parse(diagnosis, false); // now that the encoding is known from the start
     return diagnosis.variableName();
+}
+
+QString SurveyReader::stringAfter(const SurveyFile& head, int variable) {
+    const int count = static_cast<int>(head.variables.size());
+    for (int step = 1; step <= count; ++step) {
+        const SurveyVariable& next = head.variables[static_cast<size_t>((variable + step) % count)];
+        if (next.isText)
+            return next.name;
+    }
+    return {};
 }
 
 SurveyFile SurveyReader::readHead() {
     HeadPass pass;
     pass.file.stata = kind_ == Kind::Dta;
-    if (const int code = parse(pass, true))
-        fail(code, code >= READSTAT_ERROR_CONVERT && code <= READSTAT_ERROR_CONVERT_LONG_STRING
-                       ? unreadableTextIn(nullptr, -1)
-                       : QString());
+    const int code = parse(pass, true);
+    const QString unreadable = kind_ == Kind::Por ? QString() : unreadableInHead(pass.encoding);
+    if (code != READSTAT_OK || !unreadable.isEmpty())
+        fail(code == READSTAT_OK ? READSTAT_ERROR_CONVERT_BAD_STRING : code, unreadable);
     pass.checkLabels();
     if (pass.file.variables.empty())
         throw ImportError(
@@ -512,7 +523,8 @@ qint64 SurveyReader::readRows(const SurveyFile& head, RowReceiver& receiver,
                               const std::function<bool(double)>& progress) {
     RowPass pass(head, receiver, progress);
     if (const int code = parse(pass, true))
-        fail(code, unreadableTextIn(&head, pass.last));
+        // Only strings are converted, so the next one after the last value is the one that failed.
+        fail(code, stringAfter(head, pass.last));
     if (pass.row >= 0)
         receiver.endRow();
     return pass.cutTexts;

@@ -34,5 +34,7 @@ private:
     template<class Pass>
     int parse(Pass& pass, bool convert) const;
     [[noreturn]] void fail(int code, const QString& detail) const;
-    QString unreadableTextIn(const SurveyFile* head, int lastVariable) const;
+    /// Name of a variable whose texts cannot be read, empty if there is none.
+    QString unreadableInHead(const QByteArray& fileEncoding) const;
+    static QString stringAfter(const SurveyFile& head, int variable);
 };

@@ -39,7 +39,7 @@ QString wordThatCutsStatements(const QString& name) {
 }
 
 bool isPlainIdentifier(const QString& name) {
-    static const QRegularExpression plain(u"^[A-Za-z][A-Za-z0-9_]*$"_s);
+    static const QRegularExpression plain(u"\\A[A-Za-z][A-Za-z0-9_]*\\z"_s);
     return name.size() <= maxFieldLength && plain.match(name).hasMatch() &&
            !reservedWords().contains(name.toUpper()) && wordThatCutsStatements(name).isEmpty() &&
            name.compare(u"dt_CaseID"_s, Qt::CaseInsensitive) != 0;
@@ -61,7 +61,7 @@ QString folded(const QString& name) {
 } // namespace
 
 QString studyNumberFault(const QString& number) {
-    static const QRegularExpression allowed(u"^[A-Za-z][A-Za-z0-9]*$"_s);
+    static const QRegularExpression allowed(u"\\A[A-Za-z][A-Za-z0-9]*\\z"_s);
     if (!allowed.match(number).hasMatch())
         return said(
                    u"Studiennummer '%1': nur Buchstaben (ohne Umlaute) und Ziffern, am Anfang ein Buchstabe"_s,
@@ -117,7 +117,7 @@ std::vector<VariableNames> variableNames(const QStringList& originals) {
 }
 
 bool filterCanName(const QString& name) {
-    static const QRegularExpression word(u"^[A-Za-z_-][A-Za-z0-9_-]*$"_s);
+    static const QRegularExpression word(u"\\A[A-Za-z_-][A-Za-z0-9_-]*\\z"_s);
     const QString upper = name.toUpper();
     return word.match(name).hasMatch() && upper != u"AND"_s && upper != u"OR"_s && upper != u"NOT"_s;
 }

@@ -1,0 +1,180 @@
+#include "SurveyFileMaker.h"
+#include "catalogue/CatalogueImport.h"
+#include "catalogue/SurveyReader.h"
+#include "support/TestHome.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Keeps every row as one text.
+struct Rows : RowReceiver {
+    QStringList rows{QString()};
+    void add(const QString& cell) { rows.last() += cell + u'|'; }
+    void number(int variable, double value) override { add(u"%1=%2"_s.arg(variable).arg(value)); }
+    void letter(int variable, char letter) override {
+        add(u"%1=.%2"_s.arg(variable).arg(QLatin1Char(letter)));
+    }
+    void text(int variable, const char* utf8, int bytes) override {
+        add(u"%1='%2'"_s.arg(variable).arg(QString::fromUtf8(utf8, bytes)));
+    }
+    void endRow() override { rows << QString(); }
+};
+
+QString errorOf(const QString& path, const QString& encoding = {}, int* count = nullptr) {
+    try {
+        SurveyReader reader(path, encoding);
+        const SurveyFile head = reader.readHead();
+        Rows rows;
+        reader.readRows(head, rows, {});
+        if (count)
+            *count = static_cast<int>(rows.rows.size()) - 1;
+    } catch (const ImportError& error) {
+        return error.text();
+    }
+    return {};
+}
+
+using Letter = SurveyFileMaker::Letter;
+
+} // namespace
+
+TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
+    TestHome home;
+    for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s, u"dta"_s}) {
+        const QString path = home.path(u"file."_s + kind);
+        SurveyFileMaker maker;
+        readstat_variable_t* v1 = maker.number("V1", "First");
+        maker.text("NAME", 5);
+        maker.label(v1, {{1.0, "yes"}});
+        maker.write(path, {{1.0, "ab  "}, {std::monostate(), "   "}, {-2.5, "  c"}});
+        SurveyReader reader(path, {});
+        const SurveyFile head = reader.readHead();
+        ASSERT_EQ(head.variables.size(), 2u) << kind.toStdString();
+        EXPECT_EQ(head.variables[0].label, u"First"_s);
+        EXPECT_FALSE(head.variables[0].isText);
+        EXPECT_TRUE(head.variables[1].isText);
+        ASSERT_EQ(head.labelSets.size(), 1u);
+        EXPECT_EQ(head.labelSets[0].at(0).label, u"yes"_s);
+        Rows rows;
+        reader.readRows(head, rows, {});
+        EXPECT_EQ(rows.rows, (QStringList{u"0=1|1='ab'|"_s, u"1=''|"_s, u"0=-2.5|1='  c'|"_s, QString()}))
+            << kind.toStdString();
+    }
+}
+
+TEST(SurveyReader, TellsLettersAndWeight) {
+    TestHome home;
+    const QString stata = home.path(u"letters.dta"_s);
+    SurveyFileMaker maker;
+    readstat_variable_t* v1 = maker.number("v1");
+    maker.label(v1, {{Letter{'b'}, "refused"}, {2.0, "two"}});
+    maker.write(stata, {{Letter{'a'}}, {std::monostate()}, {2.0}});
+    SurveyReader reader(stata, {});
+    const SurveyFile head = reader.readHead();
+    Rows rows;
+    reader.readRows(head, rows, {});
+    EXPECT_EQ(rows.rows, (QStringList{u"0=.a|"_s, QString(), u"0=2|"_s, QString()}));
+    const std::vector<SurveyLabel>& labels = head.labelSets.at(0);
+    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const SurveyLabel& label) {
+        return label.kind == SurveyLabel::Letter && label.letter == 'b' && label.label == u"refused"_s;
+    }));
+
+    const QString spss = home.path(u"weight.sav"_s);
+    SurveyFileMaker weighted;
+    weighted.number("V1");
+    weighted.weight(weighted.number("W"));
+    weighted.write(spss, {{1.0, 2.0}});
+    EXPECT_EQ(SurveyReader(spss, {}).readHead().weight, 1);
+}
+
+TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
+    TestHome home;
+    enum Place { VariableLabel, ValueLabel, Cell };
+    for (const Place place : {VariableLabel, ValueLabel, Cell}) {
+        // Bytes of Windows-1252 in a file that says UTF-8.
+        const QString path = home.path(u"lies.sav"_s);
+        SurveyFileMaker maker;
+        maker.number("GOOD", "fine");
+        readstat_variable_t* v = maker.text("STREET", 12,
+                                            place == VariableLabel ? "Stra\xDF"
+                                                                     "e"
+                                                                   : "ok");
+        maker.label(v, {{"x", place == ValueLabel ? "Stra\xDF"
+                                                    "e 1"
+                                                  : "ok"}});
+        maker.write(path, {{1.0, "fine"},
+                           {2.0, place == Cell ? "Stra\xDF"
+                                                 "e"
+                                               : "x"}});
+        const QString error = errorOf(path);
+        EXPECT_TRUE(error.contains(u"STREET"_s) && error.contains(u"--encoding"_s))
+            << place << error.toStdString();
+        EXPECT_EQ(errorOf(path, u"WINDOWS-1252"_s), QString()) << place;
+
+        // A byte that Windows-1252, the encoding of old Stata files, has not got.
+        const QString old = home.path(u"old.dta"_s);
+        SurveyFileMaker stata;
+        stata.stataVersion(114);
+        stata.number("good");
+        stata.text("street", 12,
+                   place == VariableLabel ? "a\x81"
+                                            "b"
+                                          : "ok");
+        stata.write(old, {{1.0, "ok"},
+                          {2.0, place == Cell ? "a\x81"
+                                                "b"
+                                              : "ok"}});
+        if (place == ValueLabel)
+            continue;
+        const QString oldError = errorOf(old);
+        EXPECT_TRUE(oldError.contains(u"street"_s) && oldError.contains(u"--encoding"_s))
+            << place << oldError.toStdString();
+        EXPECT_EQ(errorOf(old, u"CP850"_s), QString()) << place;
+    }
+}
+
+TEST(SurveyReader, RefusesWhatItCannotReadWithAReason) {
+    TestHome home;
+    const QString path = home.path(u"file.sav"_s);
+    const auto make = [&](const QString& to) {
+        SurveyFileMaker maker;
+        maker.number("V1");
+        maker.text("T", 200);
+        maker.write(to, 400, [](int i) { return SurveyFileMaker::Row{double(i), "abc"}; });
+    };
+    for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s, u"dta"_s}) {
+        const QString cut = home.path(u"cut."_s + kind);
+        for (const double share : {0.0, 0.005, 0.3, 0.7, 0.99}) {
+            make(cut);
+            truncateTo(cut, static_cast<qint64>(share * static_cast<double>(QFile(cut).size())));
+            int rows = 0;
+            const QString error = errorOf(cut, {}, &rows);
+            EXPECT_TRUE(!error.isEmpty() || rows == 400) << kind.toStdString() << ' ' << share << ' ' << rows;
+            EXPECT_TRUE(error.isEmpty() == (kind == u"por"_s && share == 0.99))
+                << "padding alone was cut off";
+        }
+    }
+    make(path);
+    EXPECT_TRUE(errorOf(home.path(u"none.sav"_s)).contains(u"none.sav"_s));
+    EXPECT_TRUE(errorOf(path, u"KLINGON-1"_s).contains(u"KLINGON-1"_s));
+    EXPECT_FALSE(errorOf(home.path(u"file.xls"_s)).isEmpty());
+    QFile::copy(path, home.path(u"file.dta"_s));
+    EXPECT_FALSE(errorOf(home.path(u"file.dta"_s)).isEmpty());
+}
+
+TEST(SurveyReader, StopsWhenItIsTold) {
+    TestHome home;
+    const QString path = home.path(u"file.sav"_s);
+    SurveyFileMaker maker;
+    maker.number("V1");
+    maker.write(path, 20'000, [](int i) { return SurveyFileMaker::Row{double(i)}; });
+    SurveyReader reader(path, {});
+    const SurveyFile head = reader.readHead();
+    Rows rows;
+    EXPECT_THROW(reader.readRows(head, rows, [](double) { return false; }), ImportError);
+    EXPECT_LT(rows.rows.size(), 20'000);
+}
