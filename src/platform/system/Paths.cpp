@@ -46,7 +46,7 @@ void prepareUserFolder(const QString& folder, const QString& installed) {
         const QString unfinished = target + u".new"_s;
         if (QFileInfo::exists(target))
             continue;
-        QFile::remove(unfinished);
+        QFile::remove(unfinished);  // left by a start that was broken off
         if (!QFile::copy(file.filePath(), unfinished))
             continue;
         QFile::setPermissions(unfinished, QFile::permissions(unfinished) | QFileDevice::WriteOwner);
@@ -58,13 +58,8 @@ QString findApplicationFolder() {
     const QString home = qEnvironmentVariable("VARIDEX_HOME");
     if (!home.isEmpty())
         return home;
-    const QString program = programFolder();
-    const QString installed = installedFolder(program);
-    if (!QFileInfo(installed).isDir() && QFileInfo(program).isWritable())
-        return program;
-    const QString user = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s;
-    prepareUserFolder(user, installed);
-    return user;
+    return Paths::chooseApplicationFolder(
+        programFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
 }
 
 /// The entry of a folder that is called like `name`, exactly so if there is one, else without regard to case.
@@ -126,6 +121,14 @@ QString Paths::onDisk(const QString& path) {
         found = join(found, entry);
     }
     return found;
+}
+
+QString Paths::chooseApplicationFolder(const QString& programFolder, const QString& userFolder) {
+    const QString installed = installedFolder(programFolder);
+    if (!QFileInfo(installed).isDir() && QFileInfo(programFolder).isWritable())
+        return programFolder;
+    prepareUserFolder(userFolder, installed);
+    return userFolder;
 }
 
 QString Paths::applicationFolder() {

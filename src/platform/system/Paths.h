@@ -25,6 +25,9 @@ QString onDisk(const QString& path);
 /// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
 /// folder (prepared from the installed files when it is first needed). Never ends in a separator.
 QString applicationFolder();
+/// The rule behind it, for a program in `programFolder`: the user's folder is taken, and given the installed files that it lacks,
+/// when the program is installed (its files lie in "../share/varidex") or its own folder may not be written.
+QString chooseApplicationFolder(const QString& programFolder, const QString& userFolder);
 /// Forgets what applicationFolder() found; for tests that change the environment.
 void resetApplicationFolder();
 /// Folder of the registry stand-in's hives: VARIDEX_CONFIG for both if set, else the platform's.

@@ -69,3 +69,23 @@ TEST(Paths, TheEnvironmentMovesApplicationFolderAndConfiguration) {
     Paths::resetApplicationFolder();
     EXPECT_EQ(Paths::applicationFolder(), native(home.path(u"other"_s)));
 }
+
+TEST(Paths, AnInstalledProgramWorksInTheUsersFolderWithItsOwnCopyOfTheFiles) {
+    const TestHome home;
+    const QString program = home.path(u"prefix/bin"_s), user = home.path(u"user/varidex"_s);
+    QDir().mkpath(program);
+    EXPECT_EQ(Paths::chooseApplicationFolder(program, user), program) << "a build or unpacked tree";
+    EXPECT_FALSE(QFile::exists(user));
+
+    QDir().mkpath(home.path(u"prefix/share/varidex"_s));
+    writeFile(home.path(u"prefix/share/varidex/Vx.mdb"_s));
+    QFile::setPermissions(home.path(u"prefix/share/varidex/Vx.mdb"_s), QFileDevice::ReadOwner);
+    EXPECT_EQ(Paths::chooseApplicationFolder(program, user), user);
+    QFile copy(user + u"/Vx.mdb"_s);
+    ASSERT_TRUE(copy.open(QIODevice::WriteOnly));
+    copy.write("changed by the user");
+    copy.close();
+    Paths::chooseApplicationFolder(program, user);
+    ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+    EXPECT_EQ(copy.readAll(), QByteArray("changed by the user"));
+}
