@@ -25,6 +25,7 @@ BoundStatement bindEditable(const SelectBinder& binder) {
     bound.columnSql = binder.columnTexts();
     bound.whereSql = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from +
                      (clauses.where.isEmpty() ? u" WHERE 1"_s : clauses.where);
+    bound.rowSql = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from + u" WHERE "_s + key + u" = ?1"_s;
     bound.orderSql = clauses.orderBy;
     bound.keySql = bound.whereSql + bound.orderSql;
     return bound;

@@ -51,6 +51,8 @@ struct BoundStatement {
     ///     whereSql + " AND " + rowKey + " = ?"
     /// one row read again.
     QString whereSql;
+    /// One row of the table by its key ?1, whether or not it satisfies the SELECT's own condition.
+    QString rowSql;
     QString orderSql;  ///< " ORDER BY ..." or nothing; without it the rows come as the table gives them
     QStringList columnSql;  ///< how each of `columns` is written inside whereSql
 };

@@ -32,7 +32,7 @@ public:
     void Rollback();
 
 private:
-    friend class Database;
+    friend class DatabaseFile;
     struct State;
     std::shared_ptr<State> state_;
 };

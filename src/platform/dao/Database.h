@@ -11,6 +11,7 @@
 namespace dao {
 
 class Database;
+class DatabaseFile;
 using DatabasePtr = std::shared_ptr<Database>;
 
 /// A field to be made.
@@ -51,11 +52,11 @@ public:
     std::vector<ColumnInfo> columns() const;
 
 private:
-    friend class Database;
+    friend class DatabaseFile;
     friend class TableDefs;
     QString name_, connect_, source_;
     int attributes_ = 0;
-    Database* owner_ = nullptr;
+    std::weak_ptr<DatabaseFile> owner_;  ///< nobody until it is appended
 };
 using TableDefPtr = std::shared_ptr<TableDef>;
 
@@ -72,9 +73,12 @@ public:
     void Refresh();
 
 private:
-    friend class Database;
-    explicit TableDefs(Database& owner) : owner_(owner) {}
-    Database& owner_;
+    friend class DatabaseFile;
+    explicit TableDefs(DatabaseFile& owner) : owner_(owner) {}
+    const std::vector<TableDefPtr>& items() const;
+    DatabaseFile& owner_;
+    mutable std::vector<TableDefPtr> items_;
+    mutable bool current_ = false;  ///< false: items_ are to be made again
 };
 
 class QueryDef {
@@ -85,10 +89,10 @@ public:
     void setSQL(const QString& sql);
 
 private:
-    friend class Database;
+    friend class DatabaseFile;
     friend class QueryDefs;
     QString name_, sql_;
-    Database* owner_ = nullptr;
+    std::weak_ptr<DatabaseFile> owner_;
 };
 using QueryDefPtr = std::shared_ptr<QueryDef>;
 
@@ -102,9 +106,12 @@ public:
     void Refresh();
 
 private:
-    friend class Database;
-    explicit QueryDefs(Database& owner) : owner_(owner) {}
-    Database& owner_;
+    friend class DatabaseFile;
+    explicit QueryDefs(DatabaseFile& owner) : owner_(owner) {}
+    const std::vector<QueryDefPtr>& items() const;
+    DatabaseFile& owner_;
+    mutable std::vector<QueryDefPtr> items_;
+    mutable bool current_ = false;
 };
 
 /// Fast way to add many rows to one table: one prepared statement, no value objects.

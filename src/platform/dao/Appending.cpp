@@ -1,0 +1,154 @@
+#include "platform/dao/Appending.h"
+
+#include "platform/dao/Error.h"
+#include "platform/dao/SqlText.h"
+#include "platform/dao/SqliteValue.h"
+#include "platform/dao/TableSchema.h"
+#include "platform/system/NumberFormat.h"
+
+#include <QStringList>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const QStringList& fields,
+                           std::unique_ptr<Attachments::Use> use)
+    : file_(std::move(file)), use_(std::move(use)) {
+    if (table.readOnly) {
+        raiseEngineError(3027);
+    }
+    if (fields.isEmpty()) {
+        raiseEngineError(3264, table.name);
+    }
+    QStringList names;
+    QStringList places;
+    for (const QString& field : fields) {
+        const auto column = std::find_if(table.columns.begin(), table.columns.end(), [&](const ColumnInfo& one) {
+            return sameName(one.name, field);
+        });
+        if (column == table.columns.end()) {
+            raiseEngineError(3265, field);
+        }
+        names += quotedName(column->name);
+        places += u"?"_s;
+        isText_.push_back(isTextType(column->type));
+    }
+    const QString sql = u"INSERT INTO "_s + table.sqlName + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
+                        places.join(u", "_s) + u')';
+    insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
+}
+
+int FileAppender::parameter(int column) const {
+    if (column < 0 || column >= static_cast<int>(isText_.size())) {
+        raiseEngineError(3265, QString::number(column));
+    }
+    return column + 1;
+}
+
+void FileAppender::setNull(int column) {
+    sqlite3_bind_null(insert_->handle(), parameter(column));
+}
+
+void FileAppender::setNumber(int column, double number) {
+    const int place = parameter(column);
+    if (isText_[static_cast<size_t>(column)]) {
+        setText(column, numberToText(number, NumberFormat::decimalSeparator()));
+    } else if (isWhole(number)) {
+        sqlite3_bind_int64(insert_->handle(), place, static_cast<sqlite3_int64>(number));
+    } else {
+        sqlite3_bind_double(insert_->handle(), place, number);
+    }
+}
+
+void FileAppender::setText(int column, const QString& text) {
+    const QByteArray utf8 = text.toUtf8();
+    setUtf8(column, utf8.constData(), static_cast<int>(utf8.size()));
+}
+
+void FileAppender::setUtf8(int column, const char* text, int bytes) {
+    sqlite3_bind_text(insert_->handle(), parameter(column), bytes > 0 ? text : "", bytes, SQLITE_TRANSIENT);
+}
+
+void FileAppender::appendRow() {
+    const DatabaseFile::Operation operation(*file_);
+    // What was bound must not enter the next row, also after a failure.
+    const auto clear = [this] {
+        insert_->reset();
+        sqlite3_clear_bindings(insert_->handle());
+    };
+    try {
+        insert_->step();
+    } catch (...) {
+        clear();
+        throw;
+    }
+    clear();
+}
+
+FileCompanion::FileCompanion(DatabaseFilePtr file, const QString& path)
+    : file_(std::move(file)), path_(path), use_(std::make_unique<Attachments::Use>()) {
+    const Attachments::File& attached = file_->attachments().reachNew(path, *use_);
+    if (attached.readOnly) {
+        raiseEngineError(3027);
+    }
+    schema_ = attached.schema;
+    file_->connection().leaveWal(schema_);
+}
+
+FileCompanion::~FileCompanion() {
+    try {
+        close();
+    } catch (...) {
+        // Still in use: it stays attached until the database closes.
+    }
+}
+
+const Attachments::File& FileCompanion::reach(Attachments::Use& use) const {
+    if (!use_) {
+        raiseEngineError(3420);
+    }
+    return file_->attachments().reachNew(path_, use);
+}
+
+QStringList FileCompanion::tableNames() const {
+    const DatabaseFile::Operation operation(*file_);
+    Attachments::Use use;
+    return dao::tableNames(file_->connection(), reach(use).schema);
+}
+
+void FileCompanion::createTable(const TableDef& definition) {
+    const DatabaseFile::Operation operation(*file_);
+    Attachments::Use use;
+    dao::createTable(file_->connection(), reach(use).schema, definition);
+}
+
+void FileCompanion::dropTable(const QString& name) {
+    const DatabaseFile::Operation operation(*file_);
+    Attachments::Use use;
+    dao::dropTable(file_->connection(), reach(use).schema, name);
+}
+
+std::unique_ptr<Appender> FileCompanion::openAppender(const QString& table, const QStringList& fields) {
+    const DatabaseFile::Operation operation(*file_);
+    auto use = std::make_unique<Attachments::Use>();
+    const std::optional<TableInfo> info = file_->tableIn(reach(*use), table);
+    if (!info) {
+        raiseEngineError(3078, table);
+    }
+    return std::make_unique<FileAppender>(file_, *info, fields, std::move(use));
+}
+
+void FileCompanion::close() {
+    if (!use_) {
+        return;
+    }
+    use_.reset();
+    if (file_->isOpen()) {
+        const DatabaseFile::Operation operation(*file_);
+        file_->attachments().letGo(schema_);
+    }
+}
+
+}

@@ -1,0 +1,138 @@
+#include "platform/dao/Attachments.h"
+
+#include "platform/dao/Error.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+Attachments::Use::~Use() {
+    for (const auto& file : files_) {
+        --file->users;
+    }
+}
+
+Attachments::Attachments(Connection& connection, const DatabaseLocation& main)
+    : connection_(connection), main_(std::make_shared<File>()) {
+    main_->schema = u"\"main\""_s;
+    main_->location = main;
+    main_->attached = true;
+    main_->readOnly = connection.isReadOnly();
+}
+
+const Attachments::File& Attachments::reach(const QString& path, Use& use) {
+    return attach(DatabaseLocation::find(path), false, use);
+}
+
+const Attachments::File& Attachments::reachNew(const QString& path, Use& use) {
+    return attach(DatabaseLocation::findNew(path), true, use);
+}
+
+const Attachments::File& Attachments::attach(const DatabaseLocation& location, bool create, Use& use) {
+    if (location.identity == main_->location.identity) {
+        return *main_;
+    }
+    const std::shared_ptr<File> file = fileOf(location);
+    const bool replaced = file->location.device != location.device || file->location.inode != location.inode;
+    if (file->attached && replaced && !detach(*file)) {
+        // Another file has taken the name while the one before is still being read.
+        raiseEngineError(3050, location.path);
+    }
+    file->location = location;
+    if (!file->attached) {
+        open(*file, create);
+    }
+    file->lastUse = ++uses_;
+    ++file->users;
+    use.files_.push_back(file);
+    return *file;
+}
+
+std::shared_ptr<Attachments::File> Attachments::fileOf(const DatabaseLocation& location) {
+    for (const auto& file : files_) {
+        if (file->location.identity == location.identity) {
+            return file;
+        }
+    }
+    auto file = std::make_shared<File>();
+    file->schema = u"\"ln%1\""_s.arg(files_.size() + 1);
+    file->location = location;
+    files_.push_back(file);
+    return file;
+}
+
+void Attachments::open(File& file, bool create) {
+    using Mode = DatabaseLocation::Mode;
+    makeRoom();
+    const auto attachAs = [&](Mode mode) {
+        sqlite3_stmt* statement = nullptr;
+        const QByteArray sql = "ATTACH ?1 AS " + file.schema.toUtf8();
+        int result = sqlite3_prepare_v2(connection_.handle(), sql.constData(), -1, &statement, nullptr);
+        if (result == SQLITE_OK) {
+            const QByteArray uri = file.location.uri(mode);
+            sqlite3_bind_text(statement, 1, uri.constData(), static_cast<int>(uri.size()), SQLITE_TRANSIENT);
+            result = sqlite3_step(statement);
+        }
+        sqlite3_finalize(statement);
+        return result;
+    };
+    const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
+    int result = attachAs(wanted);
+    if (wanted == Mode::ReadOnly && (result & 0xFF) == SQLITE_CANTOPEN && file.location.isQuiet()) {
+        result = attachAs(Mode::Immutable);
+    }
+    if (result != SQLITE_DONE) {
+        connection_.raise(result, Purpose::Open, file.location.path);
+    }
+    file.attached = true;
+    ++file.generation;
+    file.readOnly = connection_.isReadOnly(file.schema.mid(1, file.schema.size() - 2).toUtf8());
+    if (create) {
+        file.location = DatabaseLocation::findNew(file.location.path);  // now that it is there
+    }
+}
+
+void Attachments::makeRoom() {
+    const auto room = static_cast<qsizetype>(sqlite3_limit(connection_.handle(), SQLITE_LIMIT_ATTACHED, -1));
+    std::vector<File*> open;
+    for (const auto& file : files_) {
+        if (file->attached) {
+            open.push_back(file.get());
+        }
+    }
+    if (static_cast<qsizetype>(open.size()) < room) {
+        return;
+    }
+    std::sort(open.begin(), open.end(), [](const File* a, const File* b) { return a->lastUse < b->lastUse; });
+    for (File* file : open) {
+        // Inside a transaction SQLite keeps the files that took part in it: the next one then.
+        if (detach(*file)) {
+            return;
+        }
+    }
+    raiseEngineError(3048);
+}
+
+bool Attachments::detach(File& file) {
+    if (file.users > 0) {
+        return false;
+    }
+    const QByteArray sql = "DETACH " + file.schema.toUtf8();
+    if (sqlite3_exec(connection_.handle(), sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        return false;
+    }
+    file.attached = false;
+    return true;
+}
+
+void Attachments::letGo(const QString& schema) {
+    for (const auto& file : files_) {
+        if (file->schema == schema && file->attached && !detach(*file)) {
+            raiseEngineError(3050, file->location.path);
+        }
+    }
+}
+
+}

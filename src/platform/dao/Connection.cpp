@@ -1,0 +1,195 @@
+#include "platform/dao/Connection.h"
+
+#include "platform/dao/EngineSettings.h"
+#include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
+#include "platform/dao/SqliteError.h"
+#include "platform/dao/SqliteValue.h"
+
+#include <QThread>
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+constexpr int outOfMemory = 7;
+/// Steps of SQLite's machine between two calls of the hook: some milliseconds.
+constexpr int stepsBetweenProgress = 20000;
+
+qint64 milliseconds() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+}
+
+}
+
+Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode mode) {
+    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX |
+                          SQLITE_OPEN_EXRESCODE;
+    // The mode of the URI narrows the flags.
+    const int result = sqlite3_open_v2(location.uri(mode).constData(), &handle_, flags, nullptr);
+    try {
+        if (result != SQLITE_OK) {
+            raise(result, Purpose::Open, location.path);
+        }
+        configure();
+        checkContent(location.path);
+    } catch (...) {
+        sqlite3_close(handle_);
+        throw;
+    }
+}
+
+Connection::~Connection() {
+    sqlite3_close_v2(handle_);
+}
+
+void Connection::configure() {
+    const auto set = [this](int option, int on) { sqlite3_db_config(handle_, option, on, nullptr); };
+    set(SQLITE_DBCONFIG_DEFENSIVE, 1);
+    set(SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0);
+    set(SQLITE_DBCONFIG_DQS_DML, 0);
+    set(SQLITE_DBCONFIG_DQS_DDL, 0);
+    set(SQLITE_DBCONFIG_ENABLE_TRIGGER, 0);
+    set(SQLITE_DBCONFIG_ENABLE_VIEW, 0);
+    set(SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0);
+    set(SQLITE_DBCONFIG_ENABLE_FKEY, 0);
+    sqlite3_busy_handler(handle_, onBusy, this);
+    sqlite3_progress_handler(handle_, stepsBetweenProgress, onProgress, this);
+    registerFunctions(handle_);
+    run(u"PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA cache_size=-32000"_s, Purpose::Open);
+}
+
+void Connection::checkContent(const QString& file) {
+    sqlite3_stmt* statement = nullptr;
+    int result = sqlite3_prepare_v2(handle_, "SELECT count(*) FROM sqlite_schema", -1, &statement, nullptr);
+    if (result == SQLITE_OK) {
+        result = sqlite3_step(statement);
+    }
+    sqlite3_finalize(statement);
+    if (result != SQLITE_ROW) {
+        raise(result, Purpose::Open, file);
+    }
+}
+
+void Connection::run(const QString& sql, Purpose purpose) {
+    const QByteArray utf8 = sql.toUtf8();
+    const char* rest = utf8.constData();
+    while (*rest != '\0') {
+        sqlite3_stmt* statement = nullptr;
+        int result = sqlite3_prepare_v2(handle_, rest, -1, &statement, &rest);
+        while (statement != nullptr && (result == SQLITE_OK || result == SQLITE_ROW)) {
+            result = sqlite3_step(statement);
+        }
+        sqlite3_finalize(statement);
+        if (result != SQLITE_OK && result != SQLITE_DONE) {
+            raise(result, purpose);
+        }
+    }
+}
+
+void Connection::raise(int code, Purpose purpose, const QString& file) {
+    if (hookFailure_) {
+        const std::exception_ptr failure = hookFailure_;
+        hookFailure_ = nullptr;
+        std::rethrow_exception(failure);
+    }
+    raiseFunctionError();
+    if ((code & 0xFF) == SQLITE_NOMEM) {
+        raiseRuntimeError(outOfMemory);
+    }
+    const QString message = handle_ != nullptr ? QString::fromUtf8(sqlite3_errmsg(handle_)) : QString();
+    const int number = engineNumber(code, purpose, message);
+    raiseEngineError(number, file.isEmpty() ? engineDetail(number, message) : file);
+}
+
+bool Connection::isReadOnly(const QByteArray& schema) const {
+    return sqlite3_db_readonly(handle_, schema.constData()) == 1;
+}
+
+void Connection::leaveWal(const QString& schema) {
+    Statement mode(*this, u"PRAGMA "_s + schema + u".journal_mode"_s);
+    if (mode.step() && mode.text(0) == u"wal"_s) {
+        mode.reset();
+        const QByteArray sql = "PRAGMA " + schema.toUtf8() + ".journal_mode=DELETE";
+        sqlite3_exec(handle_, sql.constData(), nullptr, nullptr, nullptr);
+    }
+}
+
+int Connection::onProgress(void* self) {
+    auto* connection = static_cast<Connection*>(self);
+    const std::function<bool()> hook = engineSettings().progress;
+    if (!hook || connection->inHook_) {
+        return 0;
+    }
+    connection->inHook_ = true;
+    connection->cancelled_ = false;
+    bool stop = false;
+    try {
+        stop = hook();
+    } catch (...) {
+        connection->hookFailure_ = std::current_exception();
+        stop = true;
+    }
+    connection->inHook_ = false;
+    return stop || connection->cancelled_ ? 1 : 0;
+}
+
+int Connection::onBusy(void* self, int count) {
+    auto* connection = static_cast<Connection*>(self);
+    if (count == 0) {
+        connection->busySince_ = milliseconds();
+    }
+    if (milliseconds() - connection->busySince_ >= engineSettings().lockWait) {
+        return 0;
+    }
+    QThread::msleep(static_cast<unsigned long>(std::min(5 + count * 5, 50)));
+    return 1;
+}
+
+Statement::Statement(Connection& connection, const QString& sql, Purpose purpose)
+    : connection_(connection), purpose_(purpose) {
+    const QByteArray utf8 = sql.toUtf8();
+    const int result = sqlite3_prepare_v2(connection.handle(), utf8.constData(), static_cast<int>(utf8.size()) + 1,
+                                          &handle_, nullptr);
+    if (result != SQLITE_OK) {
+        connection.raise(result, purpose);
+    }
+}
+
+Statement::~Statement() {
+    sqlite3_finalize(handle_);
+}
+
+bool Statement::step() {
+    const int result = sqlite3_step(handle_);
+    if (result == SQLITE_ROW) {
+        return true;
+    }
+    if (result != SQLITE_DONE) {
+        sqlite3_reset(handle_);  // the message stays until the next call, the lock does not
+        connection_.raise(result, purpose_);
+    }
+    return false;
+}
+
+void Statement::reset() {
+    sqlite3_reset(handle_);
+}
+
+void Statement::bind(int parameter, const Value& value) {
+    const int result = bindValue(handle_, parameter, value);
+    if (result != SQLITE_OK) {
+        connection_.raise(result, purpose_);
+    }
+}
+
+QString Statement::text(int column) const {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(handle_, column));
+    return QString::fromUtf8(text, sqlite3_column_bytes(handle_, column));
+}
+
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "platform/dao/DatabaseLocation.h"
+#include "platform/dao/Value.h"
+
+#include <QString>
+#include <exception>
+#include <memory>
+#include <sqlite3.h>
+
+namespace dao {
+
+/// What SQLite was asked for when it refused; the same refusal has other numbers in other places.
+enum class Purpose { Open, Read, Write };
+
+/// One SQLite connection with the engine's rules set: no trust in what a file brings along, waiting for other
+/// processes' locks, the progress hook, and every refusal turned into the engine's error.
+class Connection {
+public:
+    /// Opens the file and makes sure that it is a database. @throws Error 3343, 3049, 3050, 3051, 3043
+    Connection(const DatabaseLocation& location, DatabaseLocation::Mode mode);
+    ~Connection();
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    sqlite3* handle() const { return handle_; }
+    /// Runs statements that give no rows.
+    void run(const QString& sql, Purpose purpose = Purpose::Read);
+    /// Throws the engine's error for a result code of the last call. `file` is named where one is to blame.
+    [[noreturn]] void raise(int code, Purpose purpose, const QString& file = QString());
+
+    /// True while the progress hook runs: SQLite must not be entered then.
+    bool isInHook() const { return inHook_; }
+    /// Ends the running statement with 3059 when the hook returns.
+    void cancel() { cancelled_ = true; }
+
+    bool isReadOnly(const QByteArray& schema = "main") const;
+    /// Gives a file the rollback journal that lets several files commit as one. A file that is in use otherwise stays
+    /// as it is.
+    void leaveWal(const QString& schema);
+    bool isInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
+
+private:
+    void configure();
+    void checkContent(const QString& file);
+    static int onProgress(void* self);
+    static int onBusy(void* self, int count);
+
+    sqlite3* handle_ = nullptr;
+    bool inHook_ = false;
+    bool cancelled_ = false;
+    std::exception_ptr hookFailure_;
+    qint64 busySince_ = 0;
+};
+
+/// A prepared statement.
+class Statement {
+public:
+    /// @throws Error as Connection::raise()
+    Statement(Connection& connection, const QString& sql, Purpose purpose = Purpose::Read);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    sqlite3_stmt* handle() const { return handle_; }
+    /// True for a row, false at the end.
+    bool step();
+    void reset();
+    void bind(int parameter, const Value& value);
+    QString text(int column) const;
+    qint64 number(int column) const { return sqlite3_column_int64(handle_, column); }
+
+private:
+    Connection& connection_;
+    Purpose purpose_;
+    sqlite3_stmt* handle_ = nullptr;
+};
+
+}

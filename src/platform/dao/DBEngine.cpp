@@ -1,0 +1,143 @@
+#include "platform/dao/DBEngine.h"
+
+#include "platform/dao/DatabaseFile.h"
+#include "platform/dao/EngineSettings.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+EngineSettings& engineSettings() {
+    static EngineSettings settings;
+    return settings;
+}
+
+struct Workspace::State {
+    std::vector<std::weak_ptr<DatabaseFile>> files;
+    int level = 0;
+
+    /// The open databases.
+    std::vector<DatabaseFilePtr> open() {
+        std::vector<DatabaseFilePtr> result;
+        std::erase_if(files, [](const auto& file) { return file.expired(); });
+        for (const auto& file : files) {
+            if (const DatabaseFilePtr alive = file.lock(); alive && alive->isOpen()) {
+                result.push_back(alive);
+            }
+        }
+        return result;
+    }
+
+    DatabasePtr add(const DatabaseFilePtr& file) {
+        for (int inner = 1; inner <= level; ++inner) {
+            file->begin(inner);
+        }
+        files.push_back(file);
+        return file;
+    }
+};
+
+Workspace::Workspace() : state_(std::make_shared<State>()) {}
+Workspace::~Workspace() = default;
+
+DatabasePtr Workspace::OpenDatabase(const QString& path, bool exclusive, bool readOnly) {
+    errorList().clear();
+    return state_->add(std::make_shared<DatabaseFile>(path, DatabaseFile::Opening::Existing, exclusive, readOnly));
+}
+
+DatabasePtr Workspace::CreateDatabase(const QString& path) {
+    errorList().clear();
+    if (QFileInfo::exists(DatabaseLocation::findNew(path).path)) {
+        raiseEngineError(3204, path);
+    }
+    return state_->add(std::make_shared<DatabaseFile>(path, DatabaseFile::Opening::New, false, false));
+}
+
+void Workspace::BeginTrans() {
+    errorList().clear();
+    const int level = state_->level + 1;
+    const std::vector<DatabaseFilePtr> files = state_->open();
+    try {
+        for (const DatabaseFilePtr& file : files) {
+            file->begin(level);
+        }
+    } catch (const Error&) {
+        for (const DatabaseFilePtr& file : files) {
+            file->rollback(level);
+        }
+        throw;
+    }
+    state_->level = level;
+}
+
+void Workspace::CommitTrans() {
+    errorList().clear();
+    if (state_->level == 0) {
+        raiseEngineError(3034);
+    }
+    for (const DatabaseFilePtr& file : state_->open()) {
+        file->commit(state_->level);
+    }
+    --state_->level;
+}
+
+void Workspace::Rollback() {
+    errorList().clear();
+    if (state_->level == 0) {
+        raiseEngineError(3034);
+    }
+    const int level = state_->level--;
+    for (const DatabaseFilePtr& file : state_->open()) {
+        file->rollback(level);
+    }
+}
+
+struct DBEngine::State {
+    std::vector<std::unique_ptr<Workspace>> workspaces;
+};
+
+DBEngine::DBEngine() : state_(std::make_unique<State>()) {
+    state_->workspaces.push_back(std::make_unique<Workspace>());
+}
+
+DBEngine::~DBEngine() = default;
+
+DBEngine& DBEngine::instance() {
+    static DBEngine engine;
+    return engine;
+}
+
+Workspace& DBEngine::Workspaces(int index) {
+    if (index != 0) {
+        raiseEngineError(3265, QString::number(index));
+    }
+    return *state_->workspaces.front();
+}
+
+Errors& DBEngine::errors() {
+    return errorList();
+}
+
+void DBEngine::setDefinitionsInMemory(bool inMemory) {
+    engineSettings().definitionsInMemory = inMemory;
+}
+
+bool DBEngine::definitionsInMemory() const {
+    return engineSettings().definitionsInMemory;
+}
+
+void DBEngine::setLockWait(int milliseconds) {
+    engineSettings().lockWait = milliseconds;
+}
+
+void DBEngine::setProgress(std::function<bool()> hook) {
+    engineSettings().progress = std::move(hook);
+}
+
+void DBEngine::setTrace(std::function<void(const QString&, const QString&)> trace) {
+    engineSettings().trace = std::move(trace);
+}
+
+}

@@ -1,0 +1,285 @@
+#include "platform/dao/DatabaseFile.h"
+
+#include "platform/dao/Appending.h"
+#include "platform/dao/EngineSettings.h"
+#include "platform/dao/Error.h"
+#include "platform/dao/FileRecordset.h"
+#include "platform/dao/Parser.h"
+#include "platform/dao/SqlText.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+DatabaseFile::DatabaseFile(const QString& path, Opening opening, bool exclusive, bool readOnly)
+    : tableDefs_(*this), queryDefs_(*this) {
+    location_ = opening == Opening::New ? DatabaseLocation::findNew(path) : DatabaseLocation::find(path);
+    keepInMemory_ = engineSettings().definitionsInMemory;
+    open(opening, exclusive, readOnly);
+}
+
+DatabaseFile::~DatabaseFile() {
+    try {
+        closeNow();
+    } catch (...) {
+        // The connection goes with the object; what could not be written stays unwritten.
+    }
+}
+
+void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
+    using Mode = DatabaseLocation::Mode;
+    if (opening == Opening::New) {
+        connection_ = std::make_unique<Connection>(location_, Mode::ReadWriteCreate);
+        connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write);  // makes the file a database at once
+        location_ = DatabaseLocation::find(location_.path);
+    } else if (location_.writable) {
+        // Also for a reader: work that another process left unfinished is taken back by whoever opens next.
+        connection_ = std::make_unique<Connection>(location_, Mode::ReadWrite);
+    } else {
+        try {
+            connection_ = std::make_unique<Connection>(location_, Mode::ReadOnly);
+        } catch (const Error& error) {
+            if (error.number() != 3051 || !location_.isQuiet()) {
+                throw;
+            }
+            errorList().clear();
+            connection_ = std::make_unique<Connection>(location_, Mode::Immutable);
+        }
+    }
+    readOnly_ = readOnly || connection_->isReadOnly();
+    if (readOnly) {
+        connection_->run(u"PRAGMA query_only=ON"_s);
+    }
+    connection_->run(u"PRAGMA synchronous=FULL"_s);
+    if (!readOnly_ && !keepInMemory_) {
+        connection_->leaveWal(u"\"main\""_s);
+    }
+    if (exclusive) {
+        connection_->run(u"PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT"_s, Purpose::Open);
+    }
+    attachments_ = std::make_unique<Attachments>(*connection_, location_);
+    definitions_.load(*connection_);
+}
+
+DatabaseFile::Operation::Operation(DatabaseFile& file) : file_(file.shared_from_this()) {
+    errorList().clear();
+    if (!file.isOpen()) {
+        raiseEngineError(3420);
+    }
+    if (file.connection_->isInHook()) {
+        raiseEngineError(3219);
+    }
+    if (file.level_ > 0 && !file.connection_->isInTransaction()) {
+        // Nothing may be written as if the transaction still stood.
+        raiseEngineError(file.lostBy_);
+    }
+    ++file.operations_;
+}
+
+DatabaseFile::Operation::~Operation() {
+    if (file_->level_ > 0 && file_->lostBy_ == 0 && !file_->connection_->isInTransaction()) {
+        const Errors& errors = errorList();
+        file_->lostBy_ = errors.Count() > 0 ? errors.Item(errors.Count() - 1).number : 3043;
+    }
+    if (--file_->operations_ == 0 && file_->closing_) {
+        file_->closeNow();
+    }
+}
+
+BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use) {
+    bindingUse_ = &use;
+    try {
+        BoundStatement bound;
+        if (isName(source)) {
+            bound = bindName(source, *this);
+        } else {
+            bound = bindStatement(parseStatement(source), *this);
+        }
+        bindingUse_ = nullptr;
+        return bound;
+    } catch (...) {
+        bindingUse_ = nullptr;
+        throw;
+    }
+}
+
+/// A text that doesn't begin like a statement is the name of a table, link or query.
+bool DatabaseFile::isName(const QString& source) {
+    const QString text = source.trimmed();
+    for (const QString& word : {u"SELECT"_s, u"UPDATE"_s, u"DELETE"_s, u"INSERT"_s}) {
+        if (text.startsWith(word, Qt::CaseInsensitive) &&
+            (text.size() == word.size() || !(text[word.size()].isLetterOrNumber() || text[word.size()] == u'_'))) {
+            const QStringList& own = ownTables();
+            const bool taken = std::any_of(own.begin(), own.end(),
+                                           [&](const QString& name) { return sameName(name, text); });
+            return taken || definitions_.findLink(text) != nullptr || definitions_.findQuery(text) != nullptr;
+        }
+    }
+    return !text.startsWith(u'(');
+}
+
+RecordsetPtr DatabaseFile::OpenRecordset(const QString& source, int type) {
+    const Operation operation(*this);
+    return std::make_shared<FileRecordset>(shared_from_this(), source, type, QString());
+}
+
+void DatabaseFile::Execute(const QString& statement, int) {
+    const Operation operation(*this);
+    Attachments::Use use;
+    const BoundStatement bound = bind(statement, use);
+    if (bound.kind == tree::Statement::Kind::Select) {
+        raiseEngineError(3065);
+    }
+    requireWritable();
+    trace(statement, bound.sql);
+    Statement change(*connection_, bound.sql, Purpose::Write);
+    while (change.step()) {
+    }
+    recordsAffected_ = sqlite3_changes(connection_->handle());
+}
+
+void DatabaseFile::requireWritable() const {
+    if (readOnly_) {
+        raiseEngineError(3027);
+    }
+}
+
+void DatabaseFile::trace(const QString& jet, const QString& sqlite) const {
+    if (engineSettings().trace) {
+        engineSettings().trace(jet, sqlite);
+    }
+}
+
+const QStringList& DatabaseFile::ownTables() {
+    const qint64 version = schemaVersion(*connection_, attachments_->main().schema);
+    if (version != ownTablesVersion_) {
+        ownTables_ = tableNames(*connection_, attachments_->main().schema);
+        ownTablesVersion_ = version;
+    }
+    return ownTables_;
+}
+
+const std::optional<StoredTable>& DatabaseFile::storedTable(const Attachments::File& file, const QString& name) {
+    CachedTable& cached = tables_[{file.schema, name.toCaseFolded()}];
+    const qint64 version = schemaVersion(*connection_, file.schema);
+    if (!cached.table || cached.schemaVersion != version || cached.generation != file.generation) {
+        cached = {version, file.generation, readTable(*connection_, file.schema, name)};
+    }
+    return cached.table;
+}
+
+std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, const QString& table,
+                                               const QString& link) {
+    const std::optional<StoredTable>& stored = storedTable(file, table);
+    if (!stored) {
+        return std::nullopt;
+    }
+    TableInfo info;
+    info.name = link.isEmpty() ? stored->name : link;
+    info.sqlName = file.schema + u'.' + quotedName(stored->name);
+    info.columns = stored->columns;
+    info.rowKey = stored->rowKey;
+    info.isLink = !link.isEmpty();
+    info.readOnly = readOnly_ || file.readOnly;
+    for (ColumnInfo& column : info.columns) {
+        column.sourceTable = info.name;
+    }
+    return info;
+}
+
+std::optional<TableInfo> DatabaseFile::findTable(const QString& name) {
+    if (auto own = tableIn(attachments_->main(), name)) {
+        return own;
+    }
+    const Definitions::Link* const link = definitions_.findLink(name);
+    if (link == nullptr) {
+        return std::nullopt;
+    }
+    const Definitions::Link found = *link;
+    const Attachments::File& file = attachments_->reach(linkedFile(found.connect), *bindingUse_);
+    auto linked = tableIn(file, found.source, found.name);
+    if (!linked) {
+        raiseEngineError(3011, found.source);
+    }
+    return linked;
+}
+
+std::optional<TableInfo> DatabaseFile::findTable(const QString& name, Attachments::Use& use) {
+    bindingUse_ = &use;
+    const auto table = findTable(name);
+    bindingUse_ = nullptr;
+    return table;
+}
+
+std::optional<QString> DatabaseFile::findQuery(const QString& name) {
+    const Definitions::Query* const query = definitions_.findQuery(name);
+    return query != nullptr ? std::optional(query->sql) : std::nullopt;
+}
+
+std::unique_ptr<Appender> DatabaseFile::openAppender(const QString& table, const QStringList& fields) {
+    const Operation operation(*this);
+    requireWritable();
+    auto use = std::make_unique<Attachments::Use>();
+    const std::optional<TableInfo> info = findTable(table, *use);
+    if (!info) {
+        raiseEngineError(3078, table);
+    }
+    return std::make_unique<FileAppender>(shared_from_this(), *info, fields, std::move(use));
+}
+
+std::unique_ptr<Companion> DatabaseFile::openCompanion(const QString& path) {
+    const Operation operation(*this);
+    requireWritable();
+    if (level_ > 0) {
+        raiseEngineError(3246);
+    }
+    return std::make_unique<FileCompanion>(shared_from_this(), path);
+}
+
+void DatabaseFile::saveDefinitions() {
+    if (connection_ == nullptr || readOnly_ || keepInMemory_ || level_ > 0 || !definitions_.isDirty() ||
+        connection_->isInHook()) {
+        return;
+    }
+    const Errors before = errorList();
+    try {
+        definitions_.save(*connection_);
+    } catch (const Error&) {
+        errorList() = before;  // they stay in memory, and changed
+    }
+}
+
+void DatabaseFile::definitionsChanged() {
+    tableDefs_.current_ = false;
+    queryDefs_.current_ = false;
+}
+
+void DatabaseFile::Close() {
+    if (connection_ == nullptr) {
+        return;
+    }
+    if (operations_ > 0) {
+        // The caller sits in the progress hook of a running statement, which has to end first.
+        closing_ = true;
+        connection_->cancel();
+        return;
+    }
+    closeNow();
+}
+
+void DatabaseFile::closeNow() {
+    if (connection_ == nullptr) {
+        return;
+    }
+    if (level_ > 0) {
+        sqlite3_exec(connection_->handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+        level_ = 0;
+    }
+    saveDefinitions();
+    attachments_.reset();
+    connection_.reset();
+}
+
+}

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "platform/dao/Attachments.h"
+#include "platform/dao/Binder.h"
+#include "platform/dao/Database.h"
+#include "platform/dao/Definitions.h"
+#include "platform/dao/TableSchema.h"
+
+#include <QStringList>
+#include <map>
+#include <optional>
+
+namespace dao {
+
+/// One open file: its connection, the files that its links reach, its definitions; and where the binder finds names.
+class DatabaseFile final : public Database,
+                           private SchemaSource,
+                           public std::enable_shared_from_this<DatabaseFile> {
+public:
+    enum class Opening { Existing, New };
+
+    /// @throws Error as Workspace::OpenDatabase()
+    DatabaseFile(const QString& path, Opening opening, bool exclusive, bool readOnly);
+    ~DatabaseFile() override;
+
+    QString Name() const override { return location_.path; }
+    bool readOnly() const override { return readOnly_; }
+    RecordsetPtr OpenRecordset(const QString& source, int type) override;
+    void Execute(const QString& statement, int options) override;
+    int RecordsAffected() const override { return recordsAffected_; }
+    class TableDefs& TableDefs() override { return tableDefs_; }
+    class QueryDefs& QueryDefs() override { return queryDefs_; }
+    TableDefPtr CreateTableDef(const QString& name) override;
+    QueryDefPtr CreateQueryDef(const QString& name, const QString& sql) override;
+    void saveDefinitions() override;
+    std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) override;
+    std::unique_ptr<Companion> openCompanion(const QString& path) override;
+    void Close() override;
+    bool isOpen() const override { return connection_ != nullptr && !closing_; }
+
+    /// One operation of the engine on this file: it begins with an empty error list, must not begin while the
+    /// progress hook runs, and a Close that came meanwhile is done when it ends.
+    class Operation {
+    public:
+        /// @throws Error 3420 closed, 3219 in the middle of another statement; the number of the write that failed
+        ///         when the transaction around it is lost
+        explicit Operation(DatabaseFile& file);
+        ~Operation();
+        Operation(const Operation&) = delete;
+        Operation& operator=(const Operation&) = delete;
+
+    private:
+        std::shared_ptr<DatabaseFile> file_;
+    };
+
+    /// Reads a statement or a bare name; the linked files that it reaches stay open as long as `use` lives.
+    BoundStatement bind(const QString& source, Attachments::Use& use);
+    std::optional<TableInfo> findTable(const QString& name, Attachments::Use& use);
+    /// A table of one attached file; under the name of a link if one is given.
+    std::optional<TableInfo> tableIn(const Attachments::File& file, const QString& table,
+                                     const QString& link = QString());
+    Connection& connection() { return *connection_; }
+    Attachments& attachments() { return *attachments_; }
+    Definitions& definitions() { return definitions_; }
+    /// Names of the file's own tables, in order.
+    const QStringList& ownTables();
+    void requireWritable() const;
+    /// After a change of tables, links or queries.
+    void definitionsChanged();
+    void trace(const QString& jet, const QString& sqlite) const;
+
+    // The workspace's calls, from the outermost level 1 inwards.
+    void begin(int level);
+    void commit(int level);
+    void rollback(int level);
+    int transactionLevel() const { return level_; }
+
+private:
+    struct CachedTable {
+        qint64 schemaVersion = 0;
+        int generation = 0;
+        std::optional<StoredTable> table;
+    };
+
+    std::optional<TableInfo> findTable(const QString& name) override;
+    std::optional<QString> findQuery(const QString& name) override;
+    const std::optional<StoredTable>& storedTable(const Attachments::File& file, const QString& name);
+    bool isName(const QString& source);
+    void open(Opening opening, bool exclusive, bool readOnly);
+    void closeNow();
+    void requireOutsideHook() const;
+
+    DatabaseLocation location_;
+    std::unique_ptr<Connection> connection_;
+    std::unique_ptr<Attachments> attachments_;
+    Definitions definitions_;
+    bool readOnly_ = false;
+    bool keepInMemory_ = false;
+    bool closing_ = false;
+    int operations_ = 0;
+    int level_ = 0;
+    int lostBy_ = 0;  ///< number of the failed write with which SQLite took a whole transaction back
+    int recordsAffected_ = 0;
+    Attachments::Use* bindingUse_ = nullptr;  ///< of the statement that is being bound
+    std::map<std::pair<QString, QString>, CachedTable> tables_;
+    QStringList ownTables_;
+    qint64 ownTablesVersion_ = -1;
+    class TableDefs tableDefs_;
+    class QueryDefs queryDefs_;
+};
+
+using DatabaseFilePtr = std::shared_ptr<DatabaseFile>;
+
+}

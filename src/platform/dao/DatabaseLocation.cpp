@@ -1,0 +1,85 @@
+#include "platform/dao/DatabaseLocation.h"
+
+#include "platform/dao/Error.h"
+#include "platform/system/Paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+QFileInfo absoluteInfo(const QString& path) {
+    QFileInfo info(Paths::onDisk(path));
+    return QFileInfo(QDir::cleanPath(info.absoluteFilePath()));
+}
+
+void identify(DatabaseLocation& location) {
+    struct stat found {};
+    if (stat(QFile::encodeName(location.path).constData(), &found) == 0) {
+        location.device = static_cast<quint64>(found.st_dev);
+        location.inode = static_cast<quint64>(found.st_ino);
+    }
+    const QString canonical = QFileInfo(location.path).canonicalFilePath();
+    location.identity = canonical.isEmpty() ? location.path : canonical;
+}
+
+}
+
+DatabaseLocation DatabaseLocation::findNew(const QString& path) {
+    const QFileInfo info = absoluteInfo(path);
+    if (path.isEmpty() || !QFileInfo(info.path()).isDir()) {
+        raiseEngineError(3044, path);
+    }
+    if (info.isDir()) {
+        raiseEngineError(3051, path);
+    }
+    DatabaseLocation location;
+    location.path = info.filePath();
+    // A change needs a journal beside the file, so the folder counts too.
+    location.writable = (!info.exists() || info.isWritable()) && QFileInfo(info.path()).isWritable();
+    identify(location);
+    return location;
+}
+
+DatabaseLocation DatabaseLocation::find(const QString& path) {
+    DatabaseLocation location = findNew(path);
+    const QFileInfo info(location.path);
+    if (!info.exists()) {
+        raiseEngineError(3024, path);
+    }
+    if (!info.isFile() || !info.isReadable()) {
+        raiseEngineError(3051, path);
+    }
+    if (info.size() == 0) {
+        raiseEngineError(3343, path);
+    }
+    return location;
+}
+
+QByteArray DatabaseLocation::uri(Mode mode) const {
+    const QByteArray file = "file:" + QFile::encodeName(path).toPercentEncoding("/");
+    switch (mode) {
+    case Mode::ReadWrite:
+        return file + "?mode=rw";
+    case Mode::ReadWriteCreate:
+        return file + "?mode=rwc";
+    case Mode::ReadOnly:
+        return file + "?mode=ro";
+    case Mode::Immutable:
+        return file + "?immutable=1";
+    }
+    return file;
+}
+
+bool DatabaseLocation::isQuiet() const {
+    return QFileInfo(path + u"-journal"_s).size() == 0 && QFileInfo(path + u"-wal"_s).size() == 0;
+}
+
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace dao {
+
+/// Where a database file lies and how it can be opened, found out without opening it: closing a second handle on a
+/// file would drop the locks that this process holds on it.
+struct DatabaseLocation {
+    QString path;      ///< absolute, as spelled on disk
+    QString identity;  ///< the same for two ways to one file
+    quint64 device = 0;
+    quint64 inode = 0;
+    bool writable = false;
+
+    /// @throws Error 3044 no such folder, 3024 no such file, 3051 no file or not to be read, 3343 an empty file
+    static DatabaseLocation find(const QString& path);
+    /// A place for a file that may not exist yet. @throws Error 3044, 3051
+    static DatabaseLocation findNew(const QString& path);
+
+    enum class Mode { ReadWrite, ReadWriteCreate, ReadOnly, Immutable };
+    /// The URI by which SQLite opens the file.
+    QByteArray uri(Mode mode) const;
+    /// True when nobody can have left unfinished work beside the file, so that it can be read without any lock.
+    bool isQuiet() const;
+};
+
+}

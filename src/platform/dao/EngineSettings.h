@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+namespace dao {
+
+/// What DBEngine's setters keep for every connection of the process.
+struct EngineSettings {
+    bool definitionsInMemory = false;
+    int lockWait = 2000;  ///< milliseconds
+    std::function<bool()> progress;
+    std::function<void(const QString& jet, const QString& sqlite)> trace;
+};
+
+EngineSettings& engineSettings();
+
+}

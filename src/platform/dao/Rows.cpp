@@ -1,0 +1,131 @@
+#include "platform/dao/Rows.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <sqlite3.h>
+
+namespace dao {
+
+namespace {
+
+/// Grows by half, so that no more than a third of the memory is ever unused.
+template <typename Vector>
+void makeRoom(Vector& vector, size_t more) {
+    if (vector.size() + more > vector.capacity()) {
+        vector.reserve(std::max(vector.size() + more, vector.capacity() + vector.capacity() / 2));
+    }
+}
+
+}
+
+void Rows::begin(const std::vector<ColumnInfo>& columns, bool keyed) {
+    *this = Rows();
+    columns_ = columns.size();
+    keyed_ = keyed;
+    for (const ColumnInfo& column : columns) {
+        // Whole numbers of such a column are stored as integers, and are doubles all the same.
+        isDouble_.push_back(column.type >= dbCurrency && column.type <= dbDouble);
+    }
+}
+
+size_t Rows::append(sqlite3_stmt* statement) {
+    makeRoom(payloads_, columns_);
+    makeRoom(tags_, columns_);
+    payloads_.resize(payloads_.size() + columns_);
+    tags_.resize(tags_.size() + columns_);
+    if (keyed_) {
+        makeRoom(keys_, 1);
+        keys_.push_back(0);
+    }
+    const size_t row = rows_++;
+    replace(row, statement);
+    if (keyed_ && row > 0 && keys_[row] <= keys_[row - 1]) {
+        ascending_ = false;
+    }
+    return row;
+}
+
+void Rows::replace(size_t row, sqlite3_stmt* statement) {
+    for (size_t column = 0; column < columns_; ++column) {
+        store(row * columns_ + column, statement, static_cast<int>(column));
+    }
+    if (keyed_) {
+        keys_[row] = sqlite3_column_int64(statement, static_cast<int>(columns_));
+    }
+}
+
+void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
+    switch (sqlite3_column_type(statement, column)) {
+    case SQLITE_INTEGER:
+        if (!isDouble_[static_cast<size_t>(column)]) {
+            tags_[cell] = Tag::Integer;
+            payloads_[cell] = static_cast<quint64>(sqlite3_column_int64(statement, column));
+            break;
+        }
+        [[fallthrough]];
+    case SQLITE_FLOAT:
+        tags_[cell] = Tag::Double;
+        payloads_[cell] = std::bit_cast<quint64>(sqlite3_column_double(statement, column));
+        break;
+    case SQLITE_TEXT: {
+        const void* text = sqlite3_column_text(statement, column);
+        tags_[cell] = Tag::Text;
+        payloads_[cell] = storeBlock(text, sqlite3_column_bytes(statement, column));
+        break;
+    }
+    case SQLITE_BLOB: {
+        const void* bytes = sqlite3_column_blob(statement, column);
+        tags_[cell] = Tag::Bytes;
+        payloads_[cell] = storeBlock(bytes, sqlite3_column_bytes(statement, column));
+        break;
+    }
+    default:
+        tags_[cell] = Tag::Null;
+        payloads_[cell] = 0;
+    }
+}
+
+quint64 Rows::storeBlock(const void* data, int bytes) {
+    const size_t offset = blocks_.size();
+    const size_t needed = sizeof bytes + static_cast<size_t>(bytes);
+    makeRoom(blocks_, needed);
+    blocks_.resize(offset + needed);
+    std::memcpy(blocks_.data() + offset, &bytes, sizeof bytes);
+    if (bytes > 0) {
+        std::memcpy(blocks_.data() + offset + sizeof bytes, data, static_cast<size_t>(bytes));
+    }
+    return offset;
+}
+
+Value Rows::value(size_t row, int column) const {
+    const size_t cell = row * columns_ + static_cast<size_t>(column);
+    const quint64 payload = payloads_[cell];
+    switch (tags_[cell]) {
+    case Tag::Null:
+        return {};
+    case Tag::Integer:
+        return Value(static_cast<qint64>(payload));
+    case Tag::Double:
+        return Value(std::bit_cast<double>(payload));
+    case Tag::Text:
+    case Tag::Bytes:
+        break;
+    }
+    int bytes = 0;
+    std::memcpy(&bytes, blocks_.data() + payload, sizeof bytes);
+    const char* const content = blocks_.data() + payload + sizeof bytes;
+    return tags_[cell] == Tag::Text ? Value(QString::fromUtf8(content, bytes)) : Value(QByteArray(content, bytes));
+}
+
+size_t Rows::find(qint64 key) const {
+    const auto found = ascending_ ? std::lower_bound(keys_.begin(), keys_.end(), key)
+                                  : std::find(keys_.begin(), keys_.end(), key);
+    return found != keys_.end() && *found == key ? static_cast<size_t>(found - keys_.begin()) : rows_;
+}
+
+size_t Rows::behind(qint64 key) const {
+    return static_cast<size_t>(std::upper_bound(keys_.begin(), keys_.end(), key) - keys_.begin());
+}
+
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/dao/Types.h"
+#include "platform/dao/Value.h"
+
+#include <vector>
+
+struct sqlite3_stmt;
+
+namespace dao {
+
+/// The rows of a recordset in memory: nine bytes a cell, texts beside them in one growing block, nothing of its own
+/// for a row or a cell. Texts become QString only when they are read.
+class Rows {
+public:
+    /// @param columns  of the result; the statement may give the row's key as one column more
+    void begin(const std::vector<ColumnInfo>& columns, bool keyed);
+    /// Adds the current row of a statement. @return its place
+    size_t append(sqlite3_stmt* statement);
+    void replace(size_t row, sqlite3_stmt* statement);
+
+    size_t size() const { return rows_; }
+    Value value(size_t row, int column) const;
+    qint64 key(size_t row) const { return keys_[row]; }
+    /// The row of that key, size() if there is none.
+    size_t find(qint64 key) const;
+    /// The first row whose key is greater; only for rows in the order of their keys.
+    size_t behind(qint64 key) const;
+    bool isInKeyOrder() const { return ascending_; }
+
+private:
+    enum class Tag : quint8 { Null, Integer, Double, Text, Bytes };
+    void store(size_t cell, sqlite3_stmt* statement, int column);
+    quint64 storeBlock(const void* data, int bytes);
+
+    size_t columns_ = 0;
+    size_t rows_ = 0;
+    bool keyed_ = false;
+    bool ascending_ = true;
+    std::vector<bool> isDouble_;
+    std::vector<quint64> payloads_;
+    std::vector<Tag> tags_;
+    std::vector<char> blocks_;  ///< each a length of four bytes and the content
+    std::vector<qint64> keys_;
+};
+
+}

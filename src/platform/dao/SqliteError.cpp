@@ -1,0 +1,89 @@
+#include "platform/dao/SqliteError.h"
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+struct Row {
+    int code;  ///< extended, or primary for all of its kind
+    int opening;
+    int reading;
+    int writing;
+};
+
+constexpr Row rows[] = {
+    // Unfinished work lies beside a file that may not be changed: it can be read only after it was opened elsewhere.
+    {SQLITE_READONLY_ROLLBACK, 3051, 3051, 3051},
+    {SQLITE_READONLY_RECOVERY, 3051, 3051, 3051},
+    {SQLITE_READONLY_CANTLOCK, 3050, 3050, 3050},
+    {SQLITE_READONLY_CANTINIT, 3050, 3050, 3050},
+    {SQLITE_CONSTRAINT_NOTNULL, 3314, 3314, 3314},
+    {SQLITE_CONSTRAINT_CHECK, 3163, 3163, 3163},
+    {SQLITE_CONSTRAINT, 3022, 3022, 3022},
+    {SQLITE_BUSY, 3050, 3050, 3260},
+    {SQLITE_LOCKED, 3050, 3050, 3260},
+    {SQLITE_PROTOCOL, 3050, 3050, 3260},
+    {SQLITE_READONLY, 3027, 3027, 3027},
+    {SQLITE_FULL, 3026, 3026, 3026},
+    {SQLITE_IOERR, 3043, 3043, 3043},
+    {SQLITE_NOLFS, 3043, 3043, 3043},
+    {SQLITE_CORRUPT, 3049, 3049, 3049},
+    {SQLITE_FORMAT, 3049, 3049, 3049},
+    {SQLITE_NOTADB, 3343, 3343, 3343},
+    {SQLITE_CANTOPEN, 3051, 3051, 3027},
+    {SQLITE_PERM, 3051, 3051, 3027},
+    {SQLITE_AUTH, 3051, 3051, 3027},
+    {SQLITE_INTERRUPT, 3059, 3059, 3059},
+    {SQLITE_MISMATCH, 3421, 3421, 3421},
+    {SQLITE_TOOBIG, 3035, 3035, 3035},
+    {SQLITE_RANGE, 3035, 3035, 3035},
+};
+
+const QString sizeRulePrefix = u"size of "_s;
+
+int numberOfMessage(const QString& message) {
+    if (message.startsWith(u"no such table"_s)) {
+        return 3078;
+    }
+    for (const QString& limit : {u"too many"_s, u"too large"_s, u"too big"_s, u"overflow"_s, u"maximum depth"_s}) {
+        if (message.contains(limit)) {
+            return 3035;
+        }
+    }
+    return 3075;
+}
+
+}
+
+int engineNumber(int extendedCode, Purpose purpose, const QString& message) {
+    for (const Row& row : rows) {
+        if (row.code == extendedCode || row.code == (extendedCode & 0xFF)) {
+            return purpose == Purpose::Open ? row.opening : purpose == Purpose::Read ? row.reading : row.writing;
+        }
+    }
+    return numberOfMessage(message);
+}
+
+QString sizeRuleName(const QString& field) {
+    return sizeRulePrefix + field;
+}
+
+QString engineDetail(int number, const QString& message) {
+    const QString behindColon = message.mid(message.lastIndexOf(u": "_s) + 2);
+    switch (number) {
+    case 3314:
+        return behindColon.mid(behindColon.indexOf(u'.') + 1);
+    case 3163:
+        return behindColon.startsWith(sizeRulePrefix) ? behindColon.mid(sizeRulePrefix.size()) : behindColon;
+    case 3078:
+        return behindColon;
+    case 3075:
+        return message;
+    default:
+        return {};
+    }
+}
+
+}

@@ -1,0 +1,285 @@
+#include "platform/dao/TableSchema.h"
+
+#include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
+#include "platform/dao/SqlText.h"
+#include "platform/dao/SqliteError.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace dao {
+
+namespace {
+
+constexpr size_t mostFields = 2000;  // SQLite's limit of columns
+constexpr qsizetype longestName = 64;
+
+struct TypeName {
+    int type;
+    const char* name;
+};
+
+/// The first name of a type is the one that new tables get.
+constexpr std::array typeNames = {
+    TypeName{dbBoolean, "BOOLEAN"},   TypeName{dbByte, "TINYINT"},     TypeName{dbByte, "BYTE"},
+    TypeName{dbInteger, "SMALLINT"},  TypeName{dbInteger, "SHORT"},    TypeName{dbLong, "INTEGER"},
+    TypeName{dbLong, "LONG"},         TypeName{dbLong, "INT"},         TypeName{dbCurrency, "CURRENCY"},
+    TypeName{dbSingle, "FLOAT"},      TypeName{dbSingle, "SINGLE"},    TypeName{dbDouble, "DOUBLE"},
+    TypeName{dbDouble, "REAL"},       TypeName{dbDate, "DATETIME"},    TypeName{dbDate, "DATE"},
+    TypeName{dbBinary, "BINARYBLOB"}, TypeName{dbText, "TEXT"},        TypeName{dbText, "VARCHAR"},
+    TypeName{dbText, "NVARCHAR"},     TypeName{dbLongBinary, "BLOB"},  TypeName{dbMemo, "LONGTEXT"},
+    TypeName{dbBigInt, "BIGINT"},     TypeName{dbDecimal, "DECIMAL"},  TypeName{dbDecimal, "NUMERIC"},
+};
+
+/// SQLite's own rule for a declared type that is none of ours.
+int typeByAffinity(const QString& name) {
+    const auto holds = [&](const char* word) { return name.contains(QLatin1StringView(word)); };
+    if (holds("INT")) {
+        return dbLong;
+    }
+    if (holds("CHAR") || holds("CLOB") || holds("TEXT")) {
+        return dbText;
+    }
+    if (name.isEmpty() || holds("BLOB")) {
+        return dbLongBinary;
+    }
+    return holds("REAL") || holds("FLOA") || holds("DOUB") ? dbDouble : dbDecimal;
+}
+
+QString typeName(int type) {
+    for (const TypeName& entry : typeNames) {
+        if (entry.type == type) {
+            return QString::fromLatin1(entry.name);
+        }
+    }
+    raiseEngineError(3259, QString::number(type));  // invalid field data type
+}
+
+/// The field whose whole numbers are the rows' own numbers in SQLite: the counter, or a Long that is the whole key.
+const FieldDefinition* rowNumberField(const TableDef& definition) {
+    for (const FieldDefinition& field : definition.Fields) {
+        if ((field.Attributes & dbAutoIncrField) != 0) {
+            return &field;
+        }
+    }
+    for (const FieldDefinition& field : definition.Fields) {
+        if (field.Type == dbLong && definition.PrimaryKey.size() == 1 &&
+            sameName(definition.PrimaryKey.first(), field.Name)) {
+            return &field;
+        }
+    }
+    return nullptr;
+}
+
+QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) {
+    const QString name = quotedName(field.Name);
+    if (isRowNumber) {
+        const bool counter = (field.Attributes & dbAutoIncrField) != 0;
+        return name + u" INTEGER PRIMARY KEY"_s + (counter ? u" AUTOINCREMENT"_s : QString());
+    }
+    QString sql = name + u' ' + typeName(field.Type);
+    const bool sized = field.Size > 0 && (field.Type == dbText || field.Type == dbBinary);
+    if (sized) {
+        sql += u'(' + QString::number(field.Size) + u')';
+    }
+    if (field.Type == dbBoolean) {
+        return sql + u" NOT NULL DEFAULT 0"_s;
+    }
+    if (field.Required || isInKey) {
+        sql += u" NOT NULL"_s;
+    }
+    if (isTextType(field.Type)) {
+        sql += u" COLLATE "_s + QLatin1StringView(textCollation);
+    }
+    if (sized) {
+        // Kept by the file itself, so that no way of writing gets around it.
+        sql += u" CONSTRAINT "_s + quotedName(sizeRuleName(field.Name)) + u" CHECK (length("_s + name +
+               u") <= "_s + QString::number(field.Size) + u')';
+    }
+    return sql;
+}
+
+QString nameList(const QStringList& names) {
+    QStringList quoted;
+    for (const QString& name : names) {
+        quoted += quotedName(name);
+    }
+    return u'(' + quoted.join(u", "_s) + u')';
+}
+
+void requireFields(const TableDef& definition) {
+    if (definition.Fields.empty()) {
+        raiseEngineError(3264, definition.Name());
+    }
+    if (definition.Fields.size() > mostFields) {
+        raiseEngineError(3190);
+    }
+    QStringList folded;
+    for (const FieldDefinition& field : definition.Fields) {
+        requireValidName(field.Name);
+        folded += field.Name.toCaseFolded();
+    }
+    std::sort(folded.begin(), folded.end());
+    const auto twice = std::adjacent_find(folded.begin(), folded.end());
+    if (twice != folded.end()) {
+        raiseEngineError(3191, *twice);
+    }
+}
+
+QString tableSql(const QString& schema, const TableDef& definition) {
+    const FieldDefinition* const rowNumber = rowNumberField(definition);
+    const bool keyIsRowNumber = rowNumber != nullptr && definition.PrimaryKey.size() <= 1 &&
+                                (definition.PrimaryKey.isEmpty() ||
+                                 sameName(definition.PrimaryKey.first(), rowNumber->Name));
+    QStringList parts;
+    for (const FieldDefinition& field : definition.Fields) {
+        parts += columnSql(field, &field == rowNumber, containsName(definition.PrimaryKey, field.Name));
+    }
+    if (!definition.PrimaryKey.isEmpty() && !keyIsRowNumber) {
+        parts += (rowNumber != nullptr ? u"UNIQUE "_s : u"PRIMARY KEY "_s) + nameList(definition.PrimaryKey);
+    }
+    return u"CREATE TABLE "_s + schema + u'.' + quotedName(definition.Name()) + u" ("_s + parts.join(u", "_s) + u')';
+}
+
+/// A name by which a statement reaches the hidden row number: one that no column has taken.
+QString rowNumberName(const std::vector<ColumnInfo>& columns) {
+    for (const QString& name : {u"rowid"_s, u"_rowid_"_s, u"oid"_s}) {
+        const auto same = [&](const ColumnInfo& column) { return sameName(column.name, name); };
+        if (std::none_of(columns.begin(), columns.end(), same)) {
+            return name;
+        }
+    }
+    return {};
+}
+
+ColumnInfo columnOf(Connection& connection, const QString& schema, const QString& table, const Statement& row) {
+    ColumnInfo column;
+    column.name = row.text(1);
+    const DeclaredType declared = declaredType(row.text(2));
+    column.type = declared.type;
+    column.size = declared.size;
+    column.sourceTable = table;
+    column.sourceField = column.name;
+    const bool isKey = row.number(5) != 0;
+    int counter = 0;
+    if (isKey && column.type == dbLong) {
+        const QByteArray database = schema.mid(1, schema.size() - 2).toUtf8();  // without its quotes
+        sqlite3_table_column_metadata(connection.handle(), database.constData(), table.toUtf8().constData(),
+                                      column.name.toUtf8().constData(), nullptr, nullptr, nullptr, nullptr, &counter);
+    }
+    column.attributes = counter != 0 ? dbAutoIncrField : 0;
+    return column;
+}
+
+}
+
+DeclaredType declaredType(const QString& declaration) {
+    const qsizetype bracket = declaration.indexOf(u'(');
+    const QString name = declaration.left(bracket < 0 ? declaration.size() : bracket).trimmed().toUpper();
+    DeclaredType result;
+    result.type = typeByAffinity(name);
+    for (const TypeName& entry : typeNames) {
+        if (name == QLatin1StringView(entry.name)) {
+            result.type = entry.type;
+            break;
+        }
+    }
+    if (bracket >= 0 && (result.type == dbText || result.type == dbBinary)) {
+        const qsizetype end = declaration.indexOf(u')', bracket);
+        result.size = std::max(0, declaration.mid(bracket + 1, end - bracket - 1).trimmed().toInt());
+    }
+    return result;
+}
+
+bool isSystemName(const QString& name) {
+    return name.startsWith(systemPrefix, Qt::CaseInsensitive) || name.startsWith(u"sqlite_"_s, Qt::CaseInsensitive);
+}
+
+void requireValidName(const QString& name) {
+    bool valid = !name.isEmpty() && name.size() <= longestName && !name.startsWith(u' ') && !isSystemName(name);
+    for (const QChar c : name) {
+        valid = valid && c.unicode() >= 0x20 && !u".!`[]"_s.contains(c);
+    }
+    if (!valid) {
+        raiseEngineError(3125, name);
+    }
+}
+
+void createTable(Connection& connection, const QString& schema, const TableDef& definition) {
+    requireValidName(definition.Name());
+    requireFields(definition);
+    connection.run(u"SAVEPOINT \"table\""_s, Purpose::Write);
+    try {
+        connection.run(tableSql(schema, definition), Purpose::Write);
+        for (const TableDef::Index& index : definition.Indexes) {
+            const QString unique = index.unique ? u"UNIQUE "_s : QString();
+            connection.run(u"CREATE "_s + unique + u"INDEX "_s + schema + u'.' +
+                               quotedName(definition.Name() + u'_' + index.name) + u" ON "_s +
+                               quotedName(definition.Name()) + u' ' + nameList(index.fields),
+                           Purpose::Write);
+        }
+        connection.run(u"RELEASE \"table\""_s, Purpose::Write);
+    } catch (const Error&) {
+        sqlite3_exec(connection.handle(), "ROLLBACK TO \"table\"; RELEASE \"table\"", nullptr, nullptr, nullptr);
+        throw;
+    }
+}
+
+void dropTable(Connection& connection, const QString& schema, const QString& table) {
+    connection.run(u"DROP TABLE "_s + schema + u'.' + quotedName(table), Purpose::Write);
+}
+
+std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table) {
+    if (isSystemName(table)) {
+        return std::nullopt;
+    }
+    StoredTable stored;
+    {
+        Statement name(connection, u"SELECT name FROM "_s + schema +
+                                       u".sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE "_s +
+                                       QLatin1StringView(textCollation));
+        name.bind(1, Value(table));
+        if (!name.step()) {
+            return std::nullopt;
+        }
+        stored.name = name.text(0);
+    }
+    Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(stored.name) + u')');
+    // Virtual tables of a stranger's file are none of ours.
+    if (!kind.step() || kind.text(2) != u"table"_s) {
+        return std::nullopt;
+    }
+    const bool withoutRowNumber = kind.number(4) != 0;
+    Statement columns(connection, u"PRAGMA "_s + schema + u".table_xinfo("_s + quotedName(stored.name) + u')');
+    while (columns.step()) {
+        stored.columns.push_back(columnOf(connection, schema, stored.name, columns));
+    }
+    if (!withoutRowNumber) {
+        stored.rowKey = rowNumberName(stored.columns);
+    }
+    return stored;
+}
+
+QStringList tableNames(Connection& connection, const QString& schema) {
+    QStringList names;
+    Statement list(connection, u"SELECT name FROM "_s + schema +
+                                   u".sqlite_schema WHERE type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'"_s);
+    while (list.step()) {
+        const QString name = list.text(0);
+        if (!isSystemName(name)) {
+            names += name;
+        }
+    }
+    std::sort(names.begin(), names.end(), [](const QString& a, const QString& b) { return compareTexts(a, b) < 0; });
+    return names;
+}
+
+qint64 schemaVersion(Connection& connection, const QString& schema) {
+    Statement version(connection, u"PRAGMA "_s + schema + u".schema_version"_s);
+    return version.step() ? version.number(0) : 0;
+}
+
+}
