@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace archive {
+
+/// Where a catalogue is built before it takes its place: a hidden folder beside it, named after it.
+///
+/// Whatever lies in files() at the end goes to the same place beside the catalogue in one go. Everything
+/// moves by renaming; the old catalogue goes first and the new one comes last, so that a catalogue never
+/// stands beside case files that are not its own. What fails on the way is put back. A run that was killed
+/// before it had everything leaves a folder that the next one removes; one killed while moving is finished by
+/// the next.
+class BuildFolder {
+public:
+    /// Sees to what a killed run left, then makes the folder. @throws ImportError
+    explicit BuildFolder(const QString& catalogue);
+    /// Removes the folder.
+    ~BuildFolder();
+    BuildFolder(const BuildFolder&) = delete;
+    BuildFolder& operator=(const BuildFolder&) = delete;
+
+    /// The folder that stands for the catalogue's own.
+    QString files() const;
+    /// Puts everything into place. @param outdated  names of files beside the catalogue that go away
+    /// or are replaced
+    /// @throws ImportError when a file cannot be moved; everything is as it was then
+    void moveIntoPlace(const QStringList& outdated);
+
+private:
+    QString catalogue_, folder_;
+    bool inPlace_ = false;
+};
+
+/// Finishes what a killed build had begun to move, or removes what it had built so far. Does nothing if there
+/// is neither.
+/// @throws ImportError when a file cannot be moved
+void finishInterruptedBuild(const QString& catalogue);
+
+}
