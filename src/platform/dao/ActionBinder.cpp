@@ -115,7 +115,7 @@ private:
     Scope scope_;
 };
 
-}
+} // namespace
 
 QString bindAction(const tree::Statement& statement, BindContext& context) {
     ActionBinder binder(statement, context);
@@ -129,4 +129,4 @@ QString bindAction(const tree::Statement& statement, BindContext& context) {
     }
 }
 
-}
+} // namespace dao

@@ -23,9 +23,10 @@ BoundStatement bindEditable(const SelectBinder& binder) {
         return bound;
     const QString key = binder.sourceName() + u'.' + bound.editable->rowKey;
     bound.columnSql = binder.columnTexts();
-    bound.whereSql = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from +
-                     (clauses.where.isEmpty() ? u" WHERE 1"_s : clauses.where);
-    bound.rowSql = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from + u" WHERE "_s + key + u" = ?1"_s;
+    const QString rows = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from + u" WHERE "_s;
+    // In brackets, since a further condition follows.
+    bound.whereSql = rows + (clauses.where.isEmpty() ? u"1"_s : u'(' + clauses.where + u')');
+    bound.rowSql = rows + key + u" = ?1"_s;
     bound.orderSql = clauses.orderBy;
     bound.keySql = bound.whereSql + bound.orderSql;
     return bound;
@@ -64,7 +65,7 @@ QString conditionText(const tree::Expression& criteria, const ScopeSourcePtr& so
     return writeCondition(*binder.bindCondition(criteria));
 }
 
-}
+} // namespace
 
 BoundStatement bindStatement(const tree::Statement& statement, SchemaSource& schema) {
     BindContext context(schema);
@@ -107,4 +108,4 @@ QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& 
     return conditionText(criteria, recordsetSource(statement.columns, statement.columnSql));
 }
 
-}
+} // namespace dao

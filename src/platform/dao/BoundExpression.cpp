@@ -14,8 +14,9 @@ bool sameExpression(const BoundExpression& a, const BoundExpression& b) {
                       : a.kind == Kind::Function  ? a.function == b.function
                       : a.kind == Kind::Aggregate ? a.aggregate == b.aggregate
                                                   : a.select == b.select;
-    return same && std::equal(a.arguments.begin(), a.arguments.end(), b.arguments.begin(),
-                              [](const auto& left, const auto& right) { return sameExpression(*left, *right); });
+    return same &&
+           std::equal(a.arguments.begin(), a.arguments.end(), b.arguments.begin(),
+                      [](const auto& left, const auto& right) { return sameExpression(*left, *right); });
 }
 
 bool holdsAggregate(const BoundExpression& expression) {
@@ -29,4 +30,4 @@ bool isPlainPattern(const QString& pattern) {
                         [](QChar c) { return c == u'*' || c == u'?' || c == u'#' || c == u'['; });
 }
 
-}
+} // namespace dao

@@ -12,16 +12,16 @@ struct ScalarFunction;
 
 enum class Aggregate { Count, CountRows, Sum, Average, Minimum, Maximum };
 
-/// An expression whose names are resolved and whose type is known: what SQLite text is written from, and what the
-/// condition of a search is evaluated on.
+/// An expression whose names are resolved and whose type is known: what SQLite text is written from, and what
+/// the condition of a search is evaluated on.
 struct BoundExpression {
     enum class Kind {
-        Constant,   ///< value
-        Column,     ///< column
-        Operation,  ///< op, arguments (And and Or may have more than two)
-        Function,   ///< function, arguments
-        Aggregate,  ///< aggregate, arguments
-        Subquery    ///< select: text of a SELECT with one column, that of column.info
+        Constant,  ///< value
+        Column,    ///< column
+        Operation, ///< op, arguments
+        Function,  ///< function, arguments
+        Aggregate, ///< aggregate, arguments
+        Subquery   ///< select: text of a SELECT with one column, that of column.info
     };
     Kind kind = Kind::Constant;
     Value value;
@@ -32,7 +32,7 @@ struct BoundExpression {
     std::vector<std::unique_ptr<BoundExpression>> arguments;
     QString select;
 
-    int type = dbText;  ///< field type of the value
+    int type = dbText; ///< field type of the value
     Domain domain = Domain::Mixed;
     /// A comparison or the like. Its value is -1 or 0; as a condition it is written as SQLite's own 1 or 0.
     bool isCondition = false;
@@ -51,4 +51,4 @@ bool holdsAggregate(const BoundExpression& expression);
 /// True for a LIKE pattern that only the same text matches.
 bool isPlainPattern(const QString& pattern);
 
-}
+} // namespace dao

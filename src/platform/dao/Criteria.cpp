@@ -21,7 +21,9 @@ using Truth = std::optional<bool>;
 Value valueOf(const BoundExpression& expression, const Row& row);
 Truth truthOf(const BoundExpression& expression, const Row& row);
 
-Truth negated(Truth truth) { return truth ? Truth(!*truth) : truth; }
+Truth negated(Truth truth) {
+    return truth ? Truth(!*truth) : truth;
+}
 
 Truth compared(const Value& a, Operator op, const Value& b) {
     if (a.isNull() || b.isNull())
@@ -56,7 +58,9 @@ Truth joined(const BoundExpression& expression, const Row& row, bool deciding) {
     return result;
 }
 
-Truth differing(Truth a, Truth b) { return a && b ? Truth(*a != *b) : std::nullopt; }
+Truth differing(Truth a, Truth b) {
+    return a && b ? Truth(*a != *b) : std::nullopt;
+}
 
 Truth isIn(const BoundExpression& expression, const Row& row) {
     const Value left = valueOf(*expression.arguments[0], row);
@@ -226,7 +230,8 @@ public:
         const BoundExpression* constant = condition_->arguments[1].get();
         if (column->isConstant())
             std::swap(column, constant);
-        if (column->kind != BoundExpression::Kind::Column || !constant->isConstant() || constant->value.isNull())
+        if (column->kind != BoundExpression::Kind::Column || !constant->isConstant() ||
+            constant->value.isNull())
             return std::nullopt;
         return std::pair(column->column.index, constant->value);
     }
@@ -235,7 +240,7 @@ private:
     BoundExpressionPtr condition_;
 };
 
-}
+} // namespace
 
 std::unique_ptr<Criteria> compileCriteria(const QString& text, const std::vector<ColumnInfo>& columns) {
     const tree::ExpressionPtr criteria = parseCriteria(text);
@@ -245,4 +250,4 @@ std::unique_ptr<Criteria> compileCriteria(const QString& text, const std::vector
     return std::make_unique<BoundCriteria>(binder.bindCondition(*criteria));
 }
 
-}
+} // namespace dao

@@ -57,12 +57,22 @@ constexpr std::array engineDescriptions = {
                       "user, or you need permission to view its data."},
     Description{3059, "Operation canceled by user."},
     Description{3061, "Too few parameters. Expected 1. ('|')"},
+    Description{3062, "Duplicate output alias '|'."},
+    Description{3063, "Duplicate output destination '|'."},
     Description{3065, "Cannot execute a select query."},
+    Description{3066, "Query must have at least one destination field."},
     Description{3070, "The database engine does not recognize '|' as a valid field name or expression."},
     Description{3075, "Syntax error in query expression: |"},
     Description{3077, "Syntax error in expression: |"},
     Description{3078, "The database engine cannot find the input table or query '|'.  Make sure it exists and that "
                       "its name is spelled correctly."},
+    Description{3079, "The specified field '|' could refer to more than one table listed in the FROM clause of your "
+                      "SQL statement."},
+    Description{3081, "Cannot join more than one table with the same name ('|')."},
+    Description{3085, "Undefined function '|' in expression."},
+    Description{3093, "ORDER BY clause conflicts with DISTINCT."},
+    Description{3096, "Cannot have aggregate function here: '|'."},
+    Description{3102, "Circular reference caused by '|'."},
     Description{3122, "You tried to execute a query that does not include the specified expression '|' as part of an "
                       "aggregate function."},
     Description{3125, "'|' is not a valid name.  Make sure that it does not include invalid characters or "
@@ -82,9 +92,14 @@ constexpr std::array engineDescriptions = {
     Description{3260, "Could not update; currently locked by another process ('|')."},
     Description{3264, "No field defined; cannot append the table '|'."},
     Description{3265, "Item not found in this collection: '|'."},
+    Description{3306, "A subquery here can return only one field."},
+    Description{3307, "The number of columns in the two selected tables or queries of a union query do not match."},
     Description{3314, "The field '|' cannot contain a Null value because the Required property for this field is set "
                       "to True.  Enter a value in this field."},
     Description{3343, "Unrecognized database format '|'."},
+    Description{3346, "Number of query values and destination fields are not the same."},
+    Description{3351, "The ORDER BY expression '|' includes fields that are not selected by the query."},
+    Description{3360, "Query is too complex: '|'."},
     Description{3420, "Object invalid or no longer set."},
     Description{3421, "Data type conversion error: '|'."},
     Description{3464, "Data type mismatch in criteria expression: |"},

@@ -53,7 +53,8 @@ void foldNumberText(BoundExpression& side, const BoundExpression& other) {
     }
 }
 
-/// LIKE without wildcards is equality, which an index can answer: of texts, and of whole numbers with the number's text.
+/// LIKE without wildcards is equality, which an index can answer: of texts, and of whole numbers with the
+/// number's text.
 void foldPlainLike(BoundExpression& like) {
     BoundExpression& pattern = *like.arguments[1];
     if (!pattern.isTextConstant() || !isPlainPattern(pattern.value.toText()))
@@ -81,7 +82,7 @@ void foldNegatedNumber(BoundExpressionPtr& bound) {
         bound = boundConstant(bodies::negate({value}), bound->arguments[0]->type);
 }
 
-}
+} // namespace
 
 BoundExpressionPtr boundConstant(Value value, int type) {
     auto bound = std::make_unique<BoundExpression>();
@@ -120,7 +121,8 @@ BoundExpressionPtr ExpressionBinder::bindNode(const tree::Expression& expression
         break;
     case Kind::Number: {
         constexpr double wholeLimit = 9007199254740992.0;
-        const bool whole = expression.isInteger && expression.number > -wholeLimit && expression.number < wholeLimit;
+        const bool whole =
+            expression.isInteger && expression.number > -wholeLimit && expression.number < wholeLimit;
         bound = whole ? boundConstant(Value(static_cast<qint64>(expression.number)), dbLong)
                       : boundConstant(Value(expression.number), dbDouble);
         break;
@@ -154,7 +156,8 @@ BoundExpressionPtr ExpressionBinder::bindColumn(const tree::Expression& expressi
     const ScopeColumn* column = scope_.find(expression.qualifier, expression.name);
     if (!column) {
         const QString& qualifier = expression.qualifier;
-        raiseEngineError(unknownColumn_, qualifier.isEmpty() ? expression.name : qualifier + u'.' + expression.name);
+        raiseEngineError(unknownColumn_,
+                         qualifier.isEmpty() ? expression.name : qualifier + u'.' + expression.name);
     }
     auto bound = std::make_unique<BoundExpression>();
     bound->kind = BoundExpression::Kind::Column;
@@ -240,4 +243,4 @@ BoundExpressionPtr ExpressionBinder::bindSubquery(const tree::Expression& expres
     return bound;
 }
 
-}
+} // namespace dao

@@ -23,7 +23,8 @@ public:
     ExpressionBinder(const Scope& scope, int unknownColumn, SubqueryBinder subqueries)
         : scope_(scope), unknownColumn_(unknownColumn), subqueries_(std::move(subqueries)) {}
 
-    /// An expression without aggregates. @throws Error 3061 or 3070 unknown column, 3085 unknown function, 3096 aggregate
+    /// An expression without aggregates. @throws Error 3061 or 3070 unknown column, 3085 unknown function,
+    /// 3096 aggregate
     BoundExpressionPtr bind(const tree::Expression& expression);
     /// An expression of a SELECT list, HAVING or ORDER BY, where aggregates may stand.
     BoundExpressionPtr bindWithAggregates(const tree::Expression& expression);
@@ -48,4 +49,4 @@ private:
 
 BoundExpressionPtr boundConstant(Value value, int type);
 
-}
+} // namespace dao

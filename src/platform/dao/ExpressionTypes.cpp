@@ -23,7 +23,9 @@ void setCondition(BoundExpression& expression) {
     expression.isCondition = true;
 }
 
-bool isWholeType(int type) { return type >= dbBoolean && type <= dbLong; }
+bool isWholeType(int type) {
+    return type >= dbBoolean && type <= dbLong;
+}
 
 int arithmeticType(int a, int b) {
     if (isWholeType(a) && isWholeType(b))
@@ -122,7 +124,8 @@ void inferAggregate(BoundExpression& expression) {
     case Aggregate::Average:
         if (expression.arguments[0]->domain == Domain::Text) {
             const BoundExpression& argument = *expression.arguments[0];
-            const QString name = argument.kind == BoundExpression::Kind::Column ? argument.column.info.name : QString();
+            const QString name =
+                argument.kind == BoundExpression::Kind::Column ? argument.column.info.name : QString();
             raiseEngineError(3464, name);
         }
         return setType(expression, dbDouble);
@@ -133,7 +136,7 @@ void inferAggregate(BoundExpression& expression) {
     }
 }
 
-}
+} // namespace
 
 void inferType(BoundExpression& expression) {
     switch (expression.kind) {
@@ -173,4 +176,4 @@ void requireCondition(const BoundExpression& expression) {
     raiseEngineError(3464, what);
 }
 
-}
+} // namespace dao

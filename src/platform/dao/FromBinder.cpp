@@ -40,13 +40,14 @@ void addName(QStringList& names, const QString& name) {
         names << name;
 }
 
-}
+} // namespace
 
 ScopeSourcePtr FromBinder::tableSource(const TableInfo& table, const QString& visibleName) {
     auto source = std::make_shared<ScopeSource>();
     source->name = visibleName;
     for (const ColumnInfo& info : table.columns) {
-        ScopeColumn column{info, domainOf(info.type), visibleName, {}, static_cast<int>(source->columns.size())};
+        ScopeColumn column{
+            info, domainOf(info.type), visibleName, {}, static_cast<int>(source->columns.size())};
         column.sql = quotedName(visibleName) + u'.' + quotedName(info.name);
         column.info.sourceTable = table.name;
         column.info.sourceField = info.name;
@@ -115,8 +116,8 @@ BoundFrom FromBinder::bindSelect(const tree::Source& place) {
     return fromSelect(select, place.alias.isEmpty() ? u"SELECT %1"_s.arg(++unnamed_) : place.alias);
 }
 
-/// Joins are written from the left on without brackets, which SQLite reads in that order; only a join on the right side
-/// needs them. A RIGHT JOIN is the LEFT JOIN seen from the other side.
+/// Joins are written from the left on without brackets, which SQLite reads in that order; only a join on the
+/// right side needs them. A RIGHT JOIN is the LEFT JOIN seen from the other side.
 BoundFrom FromBinder::bindJoin(const tree::Source& place) {
     BoundFrom left = bindPlace(*place.left);
     BoundFrom right = bindPlace(*place.right);
@@ -130,11 +131,12 @@ BoundFrom FromBinder::bindJoin(const tree::Source& place) {
     ExpressionBinder binder(scope, 3061, subqueryBinder(context_));
     if (place.join == tree::Source::JoinKind::Right)
         std::swap(left, right);
-    join.text = left.text + (place.join == tree::Source::JoinKind::Inner ? u" INNER JOIN "_s : u" LEFT JOIN "_s) +
+    join.text = left.text +
+                (place.join == tree::Source::JoinKind::Inner ? u" INNER JOIN "_s : u" LEFT JOIN "_s) +
                 (right.isJoin ? u'(' + right.text + u')' : right.text);
     if (place.on)
         join.text += u" ON "_s + writeCondition(*binder.bindCondition(*place.on));
     return join;
 }
 
-}
+} // namespace dao

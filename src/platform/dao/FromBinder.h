@@ -11,9 +11,9 @@ struct BindContext {
     explicit BindContext(SchemaSource& source) : schema(source) {}
 
     SchemaSource& schema;
-    QStringList tables;   ///< reached so far
-    QStringList queries;  ///< reached so far
-    QStringList open;     ///< stored queries being expanded, outermost first
+    QStringList tables;  ///< reached so far
+    QStringList queries; ///< reached so far
+    QStringList open;    ///< stored queries being expanded, outermost first
     int expansions = 0;
 };
 
@@ -39,7 +39,8 @@ public:
     /// @param outer names that conditions of joins can reach beside their own tables
     FromBinder(BindContext& context, const Scope* outer) : context_(context), outer_(outer) {}
 
-    /// @throws Error 3078 unknown table, 3102 a query that reads itself, 3360 too many queries inside each other
+    /// @throws Error 3078 unknown table, 3102 a query that reads itself, 3360 too many queries inside each
+    /// other
     BoundFrom bind(const std::vector<tree::SourcePtr>& places);
 
     /// Reads a stored query's text and notes that it is being expanded. @throws Error 3075 if it is no SELECT
@@ -57,4 +58,4 @@ private:
     int unnamed_ = 0;
 };
 
-}
+} // namespace dao

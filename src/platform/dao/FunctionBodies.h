@@ -18,6 +18,8 @@ Value condition(const Arguments& a);
 Value key(const Arguments& a);
 Value text(const Arguments& a);
 Value concat(const Arguments& a);
+/// The text if it fits a field: (text, characters, name of the field). @throws Error 3163
+Value fit(const Arguments& a);
 
 Value add(const Arguments& a);
 Value subtract(const Arguments& a);

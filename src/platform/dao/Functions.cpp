@@ -91,6 +91,7 @@ constexpr Function functions[] = {
     {"vx_key", 1, 1, bodies::key},
     {"vx_text", 1, 1, bodies::text},
     {"vx_concat", 2, 2, bodies::concat},
+    {"vx_fit", 3, 3, bodies::fit},
     {"vx_add", 2, 2, bodies::add},
     {"vx_sub", 2, 2, bodies::subtract},
     {"vx_mul", 2, 2, bodies::multiply},

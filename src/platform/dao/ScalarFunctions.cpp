@@ -20,9 +20,9 @@ constexpr std::array functions = {
     ScalarFunction{"cbool", 1, 1, dbBoolean, bodies::toBoolean},
     ScalarFunction{"cstr", 1, 1, dbText, bodies::text},
     ScalarFunction{"str", 1, 1, dbText, bodies::str},
-    ScalarFunction{"int", 1, 1, dbDouble, bodies::floorOf},
-    ScalarFunction{"fix", 1, 1, dbDouble, bodies::truncated},
-    ScalarFunction{"abs", 1, 1, dbDouble, bodies::absolute},
+    ScalarFunction{"int", 1, 1, ofArguments, bodies::floorOf},
+    ScalarFunction{"fix", 1, 1, ofArguments, bodies::truncated},
+    ScalarFunction{"abs", 1, 1, ofArguments, bodies::absolute},
     ScalarFunction{"sgn", 1, 1, dbInteger, bodies::sign},
     ScalarFunction{"sqr", 1, 1, dbDouble, bodies::squareRoot},
     ScalarFunction{"exp", 1, 1, dbDouble, bodies::exponential},
@@ -45,7 +45,7 @@ constexpr std::array functions = {
     ScalarFunction{"replace", 3, 3, dbText, bodies::replace},
 };
 
-}
+} // namespace
 
 const ScalarFunction* findScalarFunction(const QString& name) {
     for (const ScalarFunction& function : functions)
@@ -54,4 +54,4 @@ const ScalarFunction* findScalarFunction(const QString& name) {
     return nullptr;
 }
 
-}
+} // namespace dao

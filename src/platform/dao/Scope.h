@@ -10,10 +10,10 @@ namespace dao {
 
 /// What is known of a value before any row is read.
 enum class Domain {
-    Null,    ///< always Null
+    Null, ///< always Null
     Number,
     Text,
-    Mixed    ///< either, or unknown
+    Mixed ///< either, or unknown
 };
 
 Domain domainOf(int fieldType);
@@ -22,14 +22,14 @@ Domain domainOf(int fieldType);
 struct ScopeColumn {
     ColumnInfo info;
     Domain domain = Domain::Mixed;
-    QString source;  ///< name of its source
-    QString sql;     ///< as SQLite text names it
-    int index = 0;   ///< its place in the source
+    QString source; ///< name of its source
+    QString sql;    ///< as SQLite text names it
+    int index = 0;  ///< its place in the source
 };
 
 /// A table, stored query or bracketed SELECT in FROM.
 struct ScopeSource {
-    QString name;  ///< by which columns are qualified: the alias, or the table's name
+    QString name; ///< by which columns are qualified: the alias, or the table's name
     std::vector<ScopeColumn> columns;
 };
 using ScopeSourcePtr = std::shared_ptr<const ScopeSource>;
@@ -48,8 +48,9 @@ public:
     const std::vector<ScopeSourcePtr>& sources() const { return sources_; }
     const ScopeSource* findSource(const QString& name) const;
 
-    /// The column of that name, null if there is none. A column of a query that is itself called "table.field" is also
-    /// found when its name is written without brackets. @throws Error 3079 for a name that several sources have
+    /// The column of that name, null if there is none. A column of a query that is itself called
+    /// "table.field" is also found when its name is written without brackets. @throws Error 3079 for a name
+    /// that several sources have
     const ScopeColumn* find(const QString& qualifier, const QString& name) const;
 
 private:
@@ -59,4 +60,4 @@ private:
     std::vector<ScopeSourcePtr> sources_;
 };
 
-}
+} // namespace dao

@@ -18,12 +18,17 @@ namespace {
 /// Number of the first expression without a name.
 constexpr int firstExpression = 1000;
 
-QString expressionName(size_t position) { return u"Expr%1"_s.arg(firstExpression + static_cast<int>(position)); }
+QString expressionName(size_t position) {
+    return u"Expr%1"_s.arg(firstExpression + static_cast<int>(position));
+}
 
-/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is none.
-const BoundExpression* findUngrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& keys) {
+/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is
+/// none.
+const BoundExpression* findUngrouped(const BoundExpression& expression,
+                                     const std::vector<BoundExpressionPtr>& keys) {
     if (expression.kind == BoundExpression::Kind::Aggregate ||
-        std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return sameExpression(*key, expression); }))
+        std::any_of(keys.begin(), keys.end(),
+                    [&](const auto& key) { return sameExpression(*key, expression); }))
         return nullptr;
     if (expression.kind == BoundExpression::Kind::Column)
         return &expression;
@@ -33,7 +38,7 @@ const BoundExpression* findUngrouped(const BoundExpression& expression, const st
     return nullptr;
 }
 
-}
+} // namespace
 
 void SelectBinder::bind(const tree::Select& select, bool sorted) {
     distinct_ = select.distinct;
@@ -49,7 +54,8 @@ void SelectBinder::bind(const tree::Select& select, bool sorted) {
     if (sorted)
         bindOrder(select.orderBy);
     checkGrouping();
-    if (!distinct_ && top_ < 0 && !isGrouped() && !select.unionWith && from_.table && !from_.table->rowKey.isEmpty())
+    if (!distinct_ && top_ < 0 && !isGrouped() && !select.unionWith && from_.table &&
+        !from_.table->rowKey.isEmpty())
         editable_ = from_.table;
 }
 
@@ -87,7 +93,9 @@ void SelectBinder::nameItems() {
     for (size_t i = 0; i < items_.size(); ++i) {
         Item& item = items_[i];
         const bool isColumn = item.expression->kind == BoundExpression::Kind::Column;
-        item.name = !item.alias.isEmpty() ? item.alias : isColumn ? item.expression->column.info.name : expressionName(i);
+        item.name = !item.alias.isEmpty() ? item.alias
+                    : isColumn            ? item.expression->column.info.name
+                                          : expressionName(i);
         ++uses[item.name.toCaseFolded()];
     }
     QSet<QString> taken;
@@ -123,7 +131,8 @@ SelectBinder::Order SelectBinder::bindOrderTerm(const tree::OrderTerm& term) {
     const auto count = static_cast<int>(items_.size());
     using Kind = tree::Expression::Kind;
     int position = 0;
-    if (expression.kind == Kind::Number && expression.isInteger && expression.number >= 1 && expression.number <= count) {
+    if (expression.kind == Kind::Number && expression.isInteger && expression.number >= 1 &&
+        expression.number <= count) {
         position = static_cast<int>(expression.number);
     } else if (expression.kind == Kind::Column && expression.qualifier.isEmpty() &&
                !scope_.find(QString(), expression.name)) {
@@ -153,10 +162,11 @@ void SelectBinder::bindOrder(const std::vector<tree::OrderTerm>& terms) {
 }
 
 bool SelectBinder::isGrouped() const {
-    return !groupBy_.empty() || having_ ||
-           std::any_of(items_.begin(), items_.end(), [](const Item& item) { return holdsAggregate(*item.expression); }) ||
-           std::any_of(orderBy_.begin(), orderBy_.end(),
-                       [](const Order& order) { return holdsAggregate(*order.expression); });
+    return !groupBy_.empty() || having_ || std::any_of(items_.begin(), items_.end(), [](const Item& item) {
+        return holdsAggregate(*item.expression);
+    }) || std::any_of(orderBy_.begin(), orderBy_.end(), [](const Order& order) {
+        return holdsAggregate(*order.expression);
+    });
 }
 
 void SelectBinder::checkGrouping() const {
@@ -201,7 +211,9 @@ QStringList SelectBinder::columnTexts() const {
     return texts;
 }
 
-QString SelectBinder::sourceName() const { return quotedName(scope_.sources().front()->name); }
+QString SelectBinder::sourceName() const {
+    return quotedName(scope_.sources().front()->name);
+}
 
 QString SelectBinder::itemText(const Item& item) const {
     return (distinct_ ? writeForOrder(*item.expression) : writeValue(*item.expression)) + u" AS "_s +
@@ -225,7 +237,7 @@ SelectBinder::Clauses SelectBinder::clauses() const {
     if (!from_.text.isEmpty())
         clauses.from = u" FROM "_s + from_.text;
     if (where_)
-        clauses.where = u" WHERE "_s + writeCondition(*where_);
+        clauses.where = writeCondition(*where_);
     QStringList keys;
     for (const BoundExpressionPtr& key : groupBy_)
         keys << (key->isConstant() ? u"NULL"_s : writeForGrouping(*key));
@@ -245,7 +257,8 @@ QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {
     for (size_t i = 0; i < items_.size(); ++i) {
         const BoundExpression& expression = *items_[i].expression;
         const bool becomesText = domains[i] == Domain::Text && expression.domain != Domain::Text;
-        list << (becomesText ? u"vx_text("_s + writeValue(expression) + u") COLLATE "_s + QString::fromLatin1(textCollation)
+        list << (becomesText ? u"vx_text("_s + writeValue(expression) + u") COLLATE "_s +
+                                   QString::fromLatin1(textCollation)
                              : writeForOrder(expression)) +
                     u" AS "_s + quotedName(items_[i].name);
     }
@@ -254,8 +267,9 @@ QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {
 }
 
 QString SelectBinder::compose(const Clauses& clauses) {
-    return clauses.list + clauses.from + clauses.where + clauses.groupBy + clauses.having + clauses.orderBy +
+    const QString where = clauses.where.isEmpty() ? QString() : u" WHERE "_s + clauses.where;
+    return clauses.list + clauses.from + where + clauses.groupBy + clauses.having + clauses.orderBy +
            clauses.limit;
 }
 
-}
+} // namespace dao

@@ -10,12 +10,14 @@ ExpressionBinder::SubqueryBinder subqueryBinder(BindContext& context);
 /// Binds one SELECT without what follows its UNION, and writes it.
 class SelectBinder {
 public:
-    /// The clauses of a SELECT as SQLite text, each with its keyword in front, empty if it isn't there.
+    /// The clauses of a SELECT as SQLite text, each with its keyword in front (but the
+    /// condition of WHERE), empty if it isn't there.
     struct Clauses {
         QString list, from, where, groupBy, having, orderBy, limit;
     };
 
-    SelectBinder(BindContext& context, const Scope* outer) : context_(context), scope_(outer), outer_(outer) {}
+    SelectBinder(BindContext& context, const Scope* outer)
+        : context_(context), scope_(outer), outer_(outer) {}
 
     /// @param sorted  whether ORDER BY is this SELECT's own; a UNION's sorts the whole
     /// @throws Error as bindStatement() does
@@ -32,8 +34,8 @@ public:
     QString sourceName() const;
 
     Clauses clauses() const;
-    /// The same as one branch of a UNION whose columns have the given types: without order, its texts under the
-    /// collation that finds equal rows.
+    /// The same as one branch of a UNION whose columns have the given types: without order, its texts under
+    /// the collation that finds equal rows.
     QString unionBranch(const std::vector<Domain>& domains) const;
 
     static QString compose(const Clauses& clauses);
@@ -48,7 +50,7 @@ private:
     };
     struct Order {
         const BoundExpression* expression = nullptr;
-        int position = 0;  ///< of the item that it is, from 1
+        int position = 0; ///< of the item that it is, from 1
         bool descending = false;
     };
 
@@ -72,10 +74,10 @@ private:
     BoundExpressionPtr where_, having_;
     std::vector<BoundExpressionPtr> groupBy_;
     std::vector<Order> orderBy_;
-    std::vector<BoundExpressionPtr> orderOnly_;  ///< what is sorted by without being selected
+    std::vector<BoundExpressionPtr> orderOnly_; ///< what is sorted by without being selected
     std::optional<TableInfo> editable_;
     bool distinct_ = false;
     int top_ = -1;
 };
 
-}
+} // namespace dao

@@ -24,13 +24,15 @@ QString quotedText(const QString& text) {
 
 QString numberLiteral(qint64 number) {
     // The least whole number has no positive counterpart for the sign to be put before.
-    return number == std::numeric_limits<qint64>::min() ? u"(-9223372036854775807-1)"_s : QString::number(number);
+    return number == std::numeric_limits<qint64>::min() ? u"(-9223372036854775807-1)"_s
+                                                        : QString::number(number);
 }
 
-/// SQLite's reader of decimals errs in the last bit of some numbers, and a filter on such a number would then miss its
-/// cases. What isn't whole is therefore written as a whole number times or by powers of two, which it computes exactly.
+/// SQLite's reader of decimals errs in the last bit of some numbers, and a filter on such a number would then
+/// miss its cases. What isn't whole is therefore written as a whole number times or by powers of two, which
+/// it computes exactly.
 QString numberLiteral(double number) {
-    constexpr double wholeLimit = 9007199254740992.0;  // 2^53
+    constexpr double wholeLimit = 9007199254740992.0; // 2^53
     if (number == std::floor(number) && std::fabs(number) < wholeLimit)
         return QString::number(number, 'f', 0) + u".0"_s;
     int exponent = 0;
@@ -50,10 +52,12 @@ QString numberLiteral(double number) {
     return text + u')';
 }
 
-bool sameName(const QString& a, const QString& b) { return a.compare(b, Qt::CaseInsensitive) == 0; }
+bool sameName(const QString& a, const QString& b) {
+    return a.compare(b, Qt::CaseInsensitive) == 0;
+}
 
 bool containsName(const QStringList& names, const QString& name) {
     return names.contains(name, Qt::CaseInsensitive);
 }
 
-}
+} // namespace dao

@@ -17,4 +17,4 @@ QString numberLiteral(qint64 number);
 bool sameName(const QString& a, const QString& b);
 bool containsName(const QStringList& names, const QString& name);
 
-}
+} // namespace dao

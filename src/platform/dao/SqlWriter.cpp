@@ -16,9 +16,22 @@ namespace {
 
 using tree::Operator;
 
-/// SQLite's own, loosest first: brackets are written only where they are needed, since its parser takes few of them.
-enum Precedence { OrLevel = 1, AndLevel, NotLevel, EqualityLevel, OrderLevel, BitLevel, SumLevel, ProductLevel,
-                  ConcatLevel, CollateLevel, UnaryLevel, AtomLevel };
+/// SQLite's own, loosest first: brackets are written only where they are needed, since its parser takes few
+/// of them.
+enum Precedence {
+    OrLevel = 1,
+    AndLevel,
+    NotLevel,
+    EqualityLevel,
+    OrderLevel,
+    BitLevel,
+    SumLevel,
+    ProductLevel,
+    ConcatLevel,
+    CollateLevel,
+    UnaryLevel,
+    AtomLevel
+};
 
 struct Written {
     QString text;
@@ -26,7 +39,7 @@ struct Written {
 };
 
 /// Some expressions are written twice, so that nesting them doubles the text at each step.
-constexpr qsizetype longestText = 4 * 1024 * 1024;
+constexpr qsizetype longestText = 1024 * 1024;
 
 const QString collate = u" COLLATE "_s + QString::fromLatin1(textCollation);
 
@@ -61,9 +74,12 @@ struct Comparison {
 };
 
 constexpr std::array comparisons = {
-    Comparison{Operator::Equal, "="_L1, "vx_eq"_L1},        Comparison{Operator::NotEqual, "<>"_L1, "vx_ne"_L1},
-    Comparison{Operator::Less, "<"_L1, "vx_lt"_L1},         Comparison{Operator::LessOrEqual, "<="_L1, "vx_le"_L1},
-    Comparison{Operator::Greater, ">"_L1, "vx_gt"_L1},      Comparison{Operator::GreaterOrEqual, ">="_L1, "vx_ge"_L1},
+    Comparison{Operator::Equal, "="_L1, "vx_eq"_L1},
+    Comparison{Operator::NotEqual, "<>"_L1, "vx_ne"_L1},
+    Comparison{Operator::Less, "<"_L1, "vx_lt"_L1},
+    Comparison{Operator::LessOrEqual, "<="_L1, "vx_le"_L1},
+    Comparison{Operator::Greater, ">"_L1, "vx_gt"_L1},
+    Comparison{Operator::GreaterOrEqual, ">="_L1, "vx_ge"_L1},
 };
 
 Written compared(const BoundExpression& a, Operator op, const BoundExpression& b) {
@@ -78,14 +94,25 @@ Written compared(const BoundExpression& a, Operator op, const BoundExpression& b
             level};
 }
 
+/// And or Or of two; a chain on the right keeps its brackets, since the parser has made long chains flat
+/// trees that SQLite would make deep again.
 Written joined(const BoundExpression& expression, QLatin1StringView word, int level) {
-    QString text;
-    for (const BoundExpressionPtr& argument : expression.arguments)
-        text += (text.isEmpty() ? QString() : u' ' + word + u' ') + within(condition(*argument), level);
-    return {text, level};
+    return {within(condition(*expression.arguments[0]), level) + u' ' + word + u' ' +
+                within(condition(*expression.arguments[1]), level + 1),
+            level};
 }
 
-Written negated(const Written& written) { return {u"NOT "_s + within(written, NotLevel), NotLevel}; }
+/// The conditions joined by OR, as flat a tree as can be.
+QString anyOf(const QStringList& conditions, qsizetype begin, qsizetype end) {
+    if (end - begin == 1)
+        return conditions[begin];
+    const qsizetype middle = begin + (end - begin) / 2;
+    return u'(' + anyOf(conditions, begin, middle) + u" OR "_s + anyOf(conditions, middle, end) + u')';
+}
+
+Written negated(const Written& written) {
+    return {u"NOT "_s + within(written, NotLevel), NotLevel};
+}
 
 /// A condition as 1 or 0, never another number that is true.
 Written truth(const BoundExpression& expression) {
@@ -112,7 +139,8 @@ Written inSubquery(const BoundExpression& left, const BoundExpression& subquery)
     if (bothIn(Domain::Number, left, subquery))
         return {within(value(left), OrderLevel) + u" IN ("_s + subquery.select + u')', EqualityLevel};
     if (bothIn(Domain::Text, left, subquery))
-        return {within(value(left), CollateLevel) + collate + u" IN ("_s + subquery.select + u')', EqualityLevel};
+        return {within(value(left), CollateLevel) + collate + u" IN ("_s + subquery.select + u')',
+                EqualityLevel};
     return {u"vx_key("_s + within(value(left), 0) + u") IN (SELECT vx_key("_s +
                 quotedName(subquery.column.info.name) + u") FROM ("_s + subquery.select + u"))"_s,
             EqualityLevel};
@@ -123,19 +151,20 @@ Written inList(const BoundExpression& expression) {
     if (a.size() == 2 && a[1]->kind == BoundExpression::Kind::Subquery)
         return inSubquery(*a[0], *a[1]);
     const auto allIn = [&](Domain domain) {
-        return std::none_of(a.begin(), a.end(), [domain](const auto& side) { return isNever(*side, domain); });
+        return std::none_of(a.begin(), a.end(),
+                            [domain](const auto& side) { return isNever(*side, domain); });
     };
     const bool texts = !allIn(Domain::Number) && allIn(Domain::Text);
     QStringList items;
     if (!texts && !allIn(Domain::Number)) {
         for (size_t i = 1; i < a.size(); ++i)
-            items << within(compared(*a[0], Operator::Equal, *a[i]), OrLevel);
-        return {items.join(u" OR "_s), OrLevel};
+            items << within(compared(*a[0], Operator::Equal, *a[i]), AtomLevel);
+        return {anyOf(items, 0, items.size())};
     }
     for (size_t i = 1; i < a.size(); ++i)
         items << within(value(*a[i]), 0);
-    return {within(value(*a[0]), texts ? CollateLevel : OrderLevel) + (texts ? collate : QString()) + u" IN ("_s +
-                items.join(u", "_s) + u')',
+    return {within(value(*a[0]), texts ? CollateLevel : OrderLevel) + (texts ? collate : QString()) +
+                u" IN ("_s + items.join(u", "_s) + u')',
             EqualityLevel};
 }
 
@@ -168,7 +197,8 @@ Written bits(const BoundExpression& expression) {
     case Operator::Or:
         return {whole(0) + u" | "_s + whole(1), BitLevel};
     default:
-        return {u'(' + whole(0) + u" | "_s + whole(1) + u") & ~("_s + whole(0) + u" & "_s + whole(1) + u')', BitLevel};
+        return {u'(' + whole(0) + u" | "_s + whole(1) + u") & ~("_s + whole(0) + u" & "_s + whole(1) + u')',
+                BitLevel};
     }
 }
 
@@ -256,10 +286,10 @@ Written function(const BoundExpression& expression) {
     using Form = ScalarFunction::Form;
     switch (expression.function->form) {
     case Form::IIf:
-        return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) + u" ELSE "_s +
-                within(value(*a[2]), 0) + u" END"_s};
+        return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) +
+                u" ELSE "_s + within(value(*a[2]), 0) + u" END"_s};
     case Form::Nz: {
-        const QString instead = a.size() > 1                        ? within(value(*a[1]), 0)
+        const QString instead = a.size() > 1                     ? within(value(*a[1]), 0)
                                 : a[0]->domain == Domain::Number ? u"0"_s
                                                                  : u"''"_s;
         return {u"coalesce("_s + within(value(*a[0]), 0) + u", "_s + instead + u')'};
@@ -274,7 +304,8 @@ Written aggregate(const BoundExpression& expression) {
         return {u"count(*)"_s};
     const BoundExpression& argument = *expression.arguments[0];
     const QString text = within(value(argument), 0);
-    // A text among the numbers is read as one, or is an error: SQLite would take whatever digits it begins with.
+    // A text among the numbers is read as one, or is an error: SQLite would take whatever digits it begins
+    // with.
     const QString number = argument.domain == Domain::Mixed ? u"vx_cdbl("_s + text + u')' : text;
     switch (expression.aggregate) {
     case Aggregate::Sum:
@@ -310,11 +341,15 @@ Written value(const BoundExpression& expression) {
     return {u'(' + expression.select + u')'};
 }
 
+} // namespace
+
+QString writeValue(const BoundExpression& expression) {
+    return within(value(expression), 0);
 }
 
-QString writeValue(const BoundExpression& expression) { return within(value(expression), 0); }
-
-QString writeCondition(const BoundExpression& expression) { return within(condition(expression), 0); }
+QString writeCondition(const BoundExpression& expression) {
+    return within(condition(expression), 0);
+}
 
 QString writeForGrouping(const BoundExpression& expression) {
     if (expression.domain == Domain::Mixed)
@@ -327,31 +362,41 @@ QString writeForOrder(const BoundExpression& expression) {
     return isText ? within(value(expression), CollateLevel) + collate : writeValue(expression);
 }
 
-QString writeForField(const BoundExpression& expression, const ColumnInfo& field) {
-    const QString text = writeValue(expression);
-    if (expression.domain == Domain::Null)
+namespace {
+
+QString textForField(const BoundExpression& expression, const ColumnInfo& field) {
+    const QString written = writeValue(expression);
+    const QString text = expression.domain == Domain::Text ? written : u"vx_text("_s + written + u')';
+    if (field.size <= 0)
         return text;
-    if (isTextType(field.type)) {
-        if (expression.isConstant() && field.size > 0 && expression.value.toText().size() > field.size)
-            raiseEngineError(3163, field.name);
-        return expression.domain == Domain::Text ? text : u"vx_text("_s + text + u')';
-    }
-    if (!isNumericType(field.type))
-        return text;
-    if (expression.isTextConstant() && !textToNumber(expression.value.toText()))
-        raiseEngineError(3464, field.name);
-    switch (field.type) {
-    case dbBoolean:
-        return expression.type == dbBoolean ? text : u"vx_cbool("_s + text + u')';
-    case dbByte:
-    case dbInteger:
-    case dbLong: {
-        const bool fits = expression.type >= dbBoolean && expression.type <= field.type;
-        return fits ? text : u"vx_clng("_s + text + u')';
-    }
-    default:
-        return expression.domain == Domain::Number ? text : u"vx_cdbl("_s + text + u')';
-    }
+    if (!expression.isConstant())
+        return u"vx_fit(%1, %2, %3)"_s.arg(text, QString::number(field.size), quotedText(field.name));
+    if (expression.value.toText().size() > field.size)
+        raiseEngineError(3163, field.name);
+    return text;
 }
 
+QString numberForField(const BoundExpression& expression, const ColumnInfo& field) {
+    if (expression.isTextConstant() && !textToNumber(expression.value.toText()))
+        raiseEngineError(3464, field.name);
+    const QString number = writeValue(expression);
+    if (field.type == dbBoolean)
+        return expression.type == dbBoolean ? number : u"vx_cbool("_s + number + u')';
+    if (field.type <= dbLong) {
+        const bool fits = expression.type >= dbBoolean && expression.type <= field.type;
+        return fits ? number : u"vx_clng("_s + number + u')';
+    }
+    return expression.domain == Domain::Number ? number : u"vx_cdbl("_s + number + u')';
 }
+
+} // namespace
+
+QString writeForField(const BoundExpression& expression, const ColumnInfo& field) {
+    if (expression.domain == Domain::Null)
+        return writeValue(expression);
+    if (isTextType(field.type))
+        return textForField(expression, field);
+    return isNumericType(field.type) ? numberForField(expression, field) : writeValue(expression);
+}
+
+} // namespace dao

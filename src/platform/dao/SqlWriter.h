@@ -5,15 +5,15 @@
 namespace dao {
 
 /// SQLite text of an expression where its value is asked for: yes is -1, no is 0.
-/// Texts are compared under the text collation, numbers by SQLite's own operators, and what may be either by the
-/// functions of Functions.h. @throws Error 3360 when the text grows beyond all measure
+/// Texts are compared under the text collation, numbers by SQLite's own operators, and what may be either by
+/// the functions of Functions.h. @throws Error 3360 when the text grows beyond all measure
 QString writeValue(const BoundExpression& expression);
 
 /// SQLite text of a condition, as WHERE, ON and HAVING take it: true is 1.
 QString writeCondition(const BoundExpression& expression);
 
-/// The value under the collation if it is a text, for GROUP BY, ORDER BY, DISTINCT and UNION. A value that may be text or
-/// number is written as its key for grouping.
+/// The value under the collation if it is a text, for GROUP BY, ORDER BY, DISTINCT and UNION. A value that
+/// may be text or number is written as its key for grouping.
 QString writeForGrouping(const BoundExpression& expression);
 QString writeForOrder(const BoundExpression& expression);
 
@@ -21,4 +21,4 @@ QString writeForOrder(const BoundExpression& expression);
 /// @throws Error 3464; 3163 for a text that is written out and longer than the field
 QString writeForField(const BoundExpression& expression, const ColumnInfo& field);
 
-}
+} // namespace dao

@@ -93,6 +93,13 @@ Value concat(const Arguments& a) {
     return a[0].isNull() && a[1].isNull() ? Value() : Value(a[0].toText() + a[1].toText());
 }
 
+Value fit(const Arguments& a) {
+    if (!a[0].isNull() && a[0].toText().size() > a[1].toInteger()) {
+        raiseEngineError(3163, a[2].toText());
+    }
+    return a[0];
+}
+
 Value nz(const Arguments& a) {
     return !a[0].isNull() ? a[0] : a.size() > 1 ? a[1] : Value(u""_s);
 }

@@ -99,7 +99,7 @@ private:
     std::vector<Domain> domains_;
 };
 
-}
+} // namespace
 
 BoundSelect SelectBinder::bindWhole(const tree::Select& select, BindContext& context, const Scope* outer) {
     if (select.unionWith)
@@ -118,4 +118,4 @@ ExpressionBinder::SubqueryBinder subqueryBinder(BindContext& context) {
     };
 }
 
-}
+} // namespace dao

@@ -16,7 +16,9 @@ BinderTest::BinderTest() {
     dao::registerFunctions(connection_);
 }
 
-BinderTest::~BinderTest() { sqlite3_close(connection_); }
+BinderTest::~BinderTest() {
+    sqlite3_close(connection_);
+}
 
 std::optional<dao::TableInfo> BinderTest::findTable(const QString& name) {
     const auto found = tables_.find(name.toLower());

@@ -15,9 +15,10 @@ protected:
     std::optional<dao::TableInfo> findTable(const QString& name) override;
     std::optional<QString> findQuery(const QString& name) override;
 
-    /// Makes a table from "name type, ..." with the types long, double, text, text(n), memo, yesno, counter (the key).
+    /// Makes a table from "name type, ..." with the types long, double, text, text(n), memo, yesno, counter
+    /// (the key).
     void createTable(const QString& name, const QString& fields, bool readOnly = false);
-    void insert(const QString& table, const QString& rows);  ///< "(1, 'a'), (2, NULL)"
+    void insert(const QString& table, const QString& rows); ///< "(1, 'a'), (2, NULL)"
     void query(const QString& name, const QString& jet) { queries_[name.toLower()] = jet; }
 
     dao::BoundStatement bind(const QString& jet);
