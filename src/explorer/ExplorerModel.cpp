@@ -8,9 +8,8 @@ void ExplorerModel::open(int view) {
     state.ltreetype = static_cast<qint16>(view);
     state.bIsStudy = gViews.at(view, ViewTable::Type) == u"1";
     state.bELTree = state.bELVV = state.bVarWindowForEnglishLanguage = gOptions.EnglishLanguage;
+    list = VariableList();
     list.makeColumns(state.bELTree);
-    list.rows.clear();
-    list.selectedRow = -1;
     Update_TreeView(tree, view, state.bELTree);
 }
 

@@ -58,7 +58,8 @@ public:
     virtual ~ListviewHost() = default;
     /// Title, mark in the tree and tag of the list changed.
     virtual void nodeShown(const CatalogueNode&) {}
-    /// The rows, their order, the selected one and perhaps the width of the first column are new.
+    /// The rows, their order, the selected one and perhaps the width of the first column are new; the node is to be
+    /// marked again.
     virtual void listFilled() {}
     virtual void clearPanelA() {}
     virtual void itemClick() {}

@@ -1,0 +1,173 @@
+#include "catalogue/mdDataBase.h"
+
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "catalogue/CDaoPersistance.h"
+#include "config/Options.h"
+#include "support/ScriptedAsker.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+
+#include <QDate>
+#include <QFile>
+#include <QLocale>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString contents(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+void link(dao::Database& database, const QString& name, const QString& file, const QString& table) {
+    const dao::TableDefPtr definition = database.CreateTableDef(name);
+    definition->setConnect(u";DATABASE="_s + file);
+    definition->setSourceTableName(table);
+    database.TableDefs().Append(definition);
+}
+
+int links(const QString& file) {
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(file);
+    int count = 0;
+    for (int i = 0; i < database->TableDefs().Count(); ++i)
+        count += database->TableDefs().Item(i)->Attributes() == dao::dbAttachedTable ? 1 : 0;
+    database->Close();
+    return count;
+}
+
+class Opening : public testing::Test {
+protected:
+    TestHome home;
+    ScriptedAsker asker;
+    TestCatalogue catalogue{home.path()};
+};
+
+TEST_F(Opening, AMissingFileClosesTheCatalogueBeforeAndIsToldOnlyToWhoChoseIt) {
+    catalogue.fill();
+    ASSERT_EQ(catalogue.open(), 1);
+    EXPECT_EQ(gDatabase.Database(), catalogue.path());
+    const QString gone = home.path(u"gone.mdb"_s);
+    EXPECT_EQ(mdDataBase::OpenQXDatabase(gone), 0);
+    EXPECT_EQ(asker.lastText(), u"Die Datenbankdatei: \r\n"_s + gone + u"\r\nkann nicht gefunden werden."_s);
+    EXPECT_EQ(gDatabase.State(), 0);
+    EXPECT_EQ(gDatabase.CurrentDatabase(), nullptr);
+    gLanguage = 1;
+    EXPECT_EQ(gDatabase.Database(), u"Keine Datenbankdatei ausgewählt"_s);
+    const size_t boxes = asker.boxes.size();
+    EXPECT_EQ(mdDataBase::OpenLastDataBase(gone), 0);
+    EXPECT_EQ(mdDataBase::OpenLastDataBase(QString()), 0);
+    EXPECT_EQ(asker.boxes.size(), boxes);
+}
+
+TEST_F(Opening, AFileThatIsNoDatabaseIsReportedAndLeavesNothingOpen) {
+    const QString path = home.path(u"notes.mdb"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(5000, 'x'));
+    file.close();
+    EXPECT_EQ(mdDataBase::OpenQXDatabase(path), 0);
+    ASSERT_EQ(asker.boxes.size(), 1u);
+    EXPECT_TRUE(asker.lastText().contains(u"[CDatabase.OpenQXDatabase]"_s)) << qPrintable(asker.lastText());
+    EXPECT_EQ(gDatabase.State(), 0);
+}
+
+// A catalogue without options gets the default view only when it is chosen by hand.
+TEST_F(Opening, WithoutOptionsTheDefaultViewComesByHandAndAReportAtStart) {
+    catalogue.fill();
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    database->TableDefs().Delete(u"tsys_Options"_s);
+    database->Close();
+
+    EXPECT_EQ(mdDataBase::OpenLastDataBase(catalogue.path()), 1);
+    EXPECT_GE(asker.boxes.size(), 1u);
+    EXPECT_EQ(gViews.lastRow(), -1);
+    EXPECT_TRUE(contents(home.path(u"home/Sql.log"_s)).contains(u"SELECT * FROM tsys_Options"_s));
+
+    asker.boxes.clear();
+    EXPECT_EQ(catalogue.open(), 1);
+    EXPECT_TRUE(asker.boxes.empty());
+    EXPECT_EQ(gViews.at(1, ViewTable::Name), u"Studien"_s);
+    EXPECT_EQ(gViews.at(1, ViewTable::Table), u"Study"_s);
+    EXPECT_EQ(gViews.at(1, ViewTable::Type), u"1"_s);
+    EXPECT_EQ(gViews.at(1, ViewTable::CompAnalysis), u"0"_s);
+    EXPECT_TRUE(gOptions.EnglishLanguage);
+    EXPECT_TRUE(gCatalogueOptions.RemoveTableLinksOnExitDB);
+
+    const QString bare = home.path(u"bare.mdb"_s);
+    dao::DBEngine::instance().Workspaces(0).CreateDatabase(bare)->Close();
+    EXPECT_EQ(mdDataBase::OpenQXDatabase(bare), 1);
+    EXPECT_TRUE(asker.boxes.empty());
+    EXPECT_EQ(gViews.lastRow(), 1) << "the views of the catalogue before stay";
+}
+
+TEST_F(Opening, ARecordsetHasItsCountAndAFailureIsLoggedAndReported) {
+    catalogue.fill();
+    ASSERT_EQ(catalogue.open(), 1);
+    CDaoPersistance persistance;
+    const auto get = [&](const QString& statement) {
+        return persistance.GetRecordset(gDatabase.CurrentDatabase(), statement, dao::dbOpenDynaset);
+    };
+    const dao::RecordsetPtr variables = get(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo = 'qx1919';"_s);
+    ASSERT_NE(variables, nullptr);
+    EXPECT_EQ(variables->RecordCount(), 6);
+    EXPECT_EQ(variables->AbsolutePosition(), 0);
+    const dao::RecordsetPtr none = get(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo = 'QX1';"_s);
+    ASSERT_NE(none, nullptr);
+    EXPECT_EQ(none->RecordCount(), 0);
+
+    const QString wrong = u"SELECT * FROM tkey_Nowhere;"_s;
+    EXPECT_EQ(get(wrong), nullptr);
+    EXPECT_EQ(get(wrong), nullptr);
+    EXPECT_EQ(persistance.SqlString(), wrong);
+    const QString entry = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) + u"\r\n"_s +
+                          wrong + u"\r\n"_s;
+    EXPECT_EQ(contents(home.path(u"home/Sql.log"_s)), entry + entry);
+    EXPECT_EQ(asker.boxes.size(), 2u);
+    EXPECT_TRUE(asker.lastText().contains(u"[CDaoPersistance.GetRecordset]"_s));
+    EXPECT_TRUE(asker.lastText().contains(u"tkey_Nowhere"_s));
+    EXPECT_EQ(asker.pointer(), ui::Pointer::Default);
+
+    EXPECT_EQ(persistance.GetRecordset(nullptr, u"SELECT 1;"_s, dao::dbOpenDynaset), nullptr);
+    EXPECT_EQ(asker.boxes.size(), 2u);
+}
+
+TEST_F(Opening, ClosingRemovesLinksAsTheCatalogueSaysAndThoseOfTheWorkDatabaseAlways) {
+    const QString work = home.path(u"home/stat.mdb"_s);
+    const auto attach = [&] {
+        for (const QString& name : {u"QX1919_1"_s, u"QX1919_2"_s})
+            link(*gDatabase.CurrentDatabase(), name, catalogue.caseFile(u"QX1919"_s), name);
+        const dao::DatabasePtr stat = dao::DBEngine::instance().OpenDatabase(work);
+        link(*stat, u"QX1919_1"_s, catalogue.caseFile(u"QX1919"_s), u"QX1919_1"_s);
+        stat->Close();
+    };
+    static int unloaded;
+    unloaded = 0;
+    gUnloadWindows = [] { ++unloaded; };
+    catalogue.fill();
+    dao::DBEngine::instance().Workspaces(0).CreateDatabase(work)->Close();
+
+    ASSERT_EQ(catalogue.open(), 1);
+    attach();
+    EXPECT_TRUE(gDatabase.TableExist(u"qx1919_1"_s));
+    gWindowSerials[2] = 7;
+    gCatalogueOptions.RemoveTableLinksOnExitDB = false;
+    mdDataBase::CloseDataBase();
+    EXPECT_EQ(links(catalogue.path()), 2);
+    EXPECT_EQ(links(work), 0);
+    EXPECT_EQ(gWindowSerials[2], 0);
+
+    ASSERT_EQ(catalogue.open(), 1);
+    mdDataBase::CloseDataBase();
+    gUnloadWindows = nullptr;
+    EXPECT_EQ(links(catalogue.path()), 0);
+    EXPECT_EQ(unloaded, 2);
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+    ASSERT_EQ(catalogue.open(), 1);
+    EXPECT_FALSE(gDatabase.TableExist(u"QX1919_1"_s));
+    EXPECT_TRUE(gDatabase.TableExist(u"TKEY_VARIABLE"_s));
+}
+
+} // namespace

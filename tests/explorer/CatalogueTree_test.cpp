@@ -1,0 +1,121 @@
+#include "explorer/CatalogueTree.h"
+
+#include "app/globals.h"
+#include "support/ScriptedAsker.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One line a node: its depth as blanks, key, text and the three icons.
+QString drawn(const CatalogueNode& node, int depth = 0) {
+    QString text = QString(depth, u' ') + u"%1 %2 %3/%4/%5\n"_s.arg(node.Key, node.Text)
+                                              .arg(node.Image)
+                                              .arg(node.SelectedImage)
+                                              .arg(node.ExpandedImage);
+    for (const CatalogueNode* child : node.Children)
+        text += drawn(*child, depth + 1);
+    return text;
+}
+
+class Tree : public testing::Test {
+protected:
+    TestHome home;
+    ScriptedAsker asker;
+    TestCatalogue catalogue{home.path()};
+    CatalogueTree tree;
+
+    void SetUp() override { catalogue.fill(); }
+
+    std::string build(int view, bool english = false) {
+        EXPECT_EQ(catalogue.open(), 1);
+        Update_TreeView(tree, view, english);
+        return drawn(*tree.root()).toStdString();
+    }
+
+    QStringList unreached(int view) {
+        QStringList keys;
+        for (const UnreachedEntry& entry : unreachedEntries(tree, view, false))
+            keys << entry.key;
+        return keys;
+    }
+};
+
+TEST_F(Tree, StudiesStandBelowTheirGroupsInBothLanguages) {
+    EXPECT_EQ(build(1), "A0 Studien 6/7/7\n"
+                        " AG001 Gruppe 6/7/7\n"
+                        "  AQX1919 Erhebung 1919 25/26/26\n"
+                        " AQX2020 Erhebung 2020 6/7/7\n");
+    EXPECT_TRUE(tree.root()->Expanded);
+    EXPECT_EQ(tree.find(u"AQX1919"_s)->Parent, tree.find(u"Ag001"_s));
+    EXPECT_EQ(tree.find(u"AQX2020"_s)->Index, 3) << "nodes are numbered as the statement brings them";
+    gLanguage = 1;
+    // The description exists in German only, so the English icon is the plain one.
+    EXPECT_EQ(build(1, true), "A0 Studies 6/7/7\n"
+                              " AG001 Group 6/7/7\n"
+                              "  AQX1919 Survey 1919 6/7/7\n"
+                              " AQX2020 Survey 2020 6/7/7\n");
+}
+
+TEST_F(Tree, CategoriesFollowTheirOrderAndFallBackOnlyWithoutADescription) {
+    catalogue.addCategory(u"Category"_s, 4, 3, 1, QString(), {{"dt_IndicatorDescription", u" "_s}});
+    catalogue.addCategory(u"Category"_s, 5, 3, 2, QString(), {{"dt_IndicatorDescription", u"x"_s}});
+    EXPECT_EQ(build(2), "B0 Kategorien 8/9/9\n"
+                        " B2 Demographie 27/28/28\n"
+                        " B1 Einstellungen 8/9/9\n"
+                        "  B3 Vertrauen 8/9/9\n"
+                        "   B4 4 8/9/9\n"
+                        "   B5  27/28/28\n");
+    EXPECT_TRUE(unreached(2).isEmpty());
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+}
+
+TEST_F(Tree, AStudyWithoutItsParentIsReportedAndTheRestGoesOn) {
+    catalogue.addStudy(u"QX1"_s, u"verwaist"_s, {{"fid", u"G002"_s}});
+    catalogue.addStudy(u"QX2"_s, u"ohne Gruppe"_s);
+    catalogue.addStudy(u"QX3"_s, u"beschrieben"_s, {{"dt_StudyDescription", u"x"_s}});
+    catalogue.addStudy(u"QX4"_s, u"oben"_s, {{"fid", u"0"_s}, {"Order", 3}});
+    build(1);
+    ASSERT_EQ(asker.boxes.size(), 2u)
+        << "QX1 and the described QX3; a plain entry without a parent stands at the top";
+    EXPECT_TRUE(asker.lastText().contains(u"[Module1.Update_TreeViewAddnode]"_s));
+    EXPECT_TRUE(asker.lastText().contains(u"(35601)"_s)) << qPrintable(asker.lastText());
+    EXPECT_EQ(tree.find(u"AQX2"_s)->Parent, tree.root());
+    EXPECT_EQ(tree.find(u"AQX4"_s)->Parent, tree.root());
+    EXPECT_EQ(unreached(1), (QStringList{u"QX3"_s, u"QX1"_s}));
+}
+
+TEST_F(Tree, ACycleEndsWithAReportAndWhatNoWayLeadsToIsNamed) {
+    catalogue.addCategory(u"Category"_s, 0, 0, 9, u"sich selbst"_s);
+    catalogue.addCategory(u"Category"_s, 7, 8, 1, u"im Kreis"_s);
+    catalogue.addCategory(u"Category"_s, 8, 7, 1, u"im Kreis"_s);
+    build(2);
+    ASSERT_EQ(asker.boxes.size(), 1u);
+    EXPECT_TRUE(asker.lastText().contains(u"the entry \"0\" stands below itself"_s))
+        << qPrintable(asker.lastText());
+    EXPECT_EQ(tree.nodes().size(), 4u);
+    EXPECT_EQ(unreached(2), (QStringList{u"0"_s, u"8"_s, u"7"_s}));
+}
+
+TEST_F(Tree, ATreeTooDeepEndsWithOneReport) {
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    const auto rows = database->openAppender(u"tkey_Trend"_s, {u"id"_s, u"fid"_s, u"Order"_s});
+    for (int id = 1001; id < 1600; ++id) {
+        rows->setNumber(0, id);
+        rows->setNumber(1, id == 1001 ? 0 : id - 1);
+        rows->setNumber(2, 1);
+        rows->appendRow();
+    }
+    database->Close();
+    build(3);
+    ASSERT_EQ(asker.boxes.size(), 1u);
+    EXPECT_TRUE(asker.lastText().contains(u"deeper than 500 levels"_s)) << qPrintable(asker.lastText());
+    EXPECT_EQ(tree.nodes().size(), 502u);
+    EXPECT_EQ(tree.find(u"C1501"_s), nullptr);
+}
+
+} // namespace
