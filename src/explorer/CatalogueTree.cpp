@@ -47,9 +47,13 @@ private:
     QString cell(int column) const { return recordset_.value(column).toText(); }
 };
 
-/// A case database that moved shows as a missing folder, which the user can put right in the options.
+/// A database that moved shows so, and the user can put it right in the options.
+bool isMissingFolder(const dao::Error& error) {
+    return error.number() == 3044;
+}
+
 void reportTreeError(const dao::Error& error) {
-    if (error.number() != 3044) {
+    if (!isMissingFolder(error)) {
         reportError(error);
         return;
     }
@@ -86,7 +90,7 @@ public:
                 ui::asker().eventTurn();
                 CDaoPersistance persistance;
                 const dao::RecordsetPtr recordset = persistance.GetRecordset(
-                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenDynaset);
+                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenDynaset, isMissingFolder);
                 if (!recordset)
                     return;
                 const EntryReader reader(*recordset, columns_);

@@ -102,8 +102,10 @@ TEST(CatalogueOptions, ViewsFollowFromTheRows) {
         TestHome home;
         ScriptedAsker asker;
         TestCatalogue catalogue(home.path());
-        for (const auto& [name, value] : c.rows)
-            catalogue.addOption(name, value);
+        catalogue.together([&] {
+            for (const auto& [name, value] : c.rows)
+                catalogue.addOption(name, value);
+        });
         ASSERT_EQ(catalogue.open(), 1);
         EXPECT_EQ(views(), c.views) << qPrintable(views().join(u", "_s));
         EXPECT_EQ(gCatalogueOptions.NumberOfFrmExplorers, c.count);

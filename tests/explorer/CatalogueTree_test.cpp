@@ -102,15 +102,10 @@ TEST_F(Tree, ACycleEndsWithAReportAndWhatNoWayLeadsToIsNamed) {
 }
 
 TEST_F(Tree, ATreeTooDeepEndsWithOneReport) {
-    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
-    const auto rows = database->openAppender(u"tkey_Trend"_s, {u"id"_s, u"fid"_s, u"Order"_s});
-    for (int id = 1001; id < 1600; ++id) {
-        rows->setNumber(0, id);
-        rows->setNumber(1, id == 1001 ? 0 : id - 1);
-        rows->setNumber(2, 1);
-        rows->appendRow();
-    }
-    database->Close();
+    catalogue.together([&] {
+        for (int id = 1001; id < 1600; ++id)
+            catalogue.addCategory(u"Trend"_s, id, id == 1001 ? 0 : id - 1, 1, u"tief"_s);
+    });
     build(3);
     ASSERT_EQ(asker.boxes.size(), 1u);
     EXPECT_TRUE(asker.lastText().contains(u"deeper than 500 levels"_s)) << qPrintable(asker.lastText());

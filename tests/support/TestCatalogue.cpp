@@ -53,7 +53,9 @@ TestCatalogue::TestCatalogue(const QString& folder, const QString& name)
     gOptions = Options();
     QDir().mkpath(dataFolder_);
     const dao::DatabasePtr database = workspace().CreateDatabase(path_);
+    workspace().BeginTrans();
     schema::createCatalogueTables(*database, {u"Study"_s}, {u"Category"_s, u"Trend"_s});
+    workspace().CommitTrans();
     database->Close();
 }
 
@@ -123,6 +125,7 @@ void TestCatalogue::addCases(const QString& study, const QString& table,
     const dao::DatabasePtr database =
         QFile::exists(file) ? workspace().OpenDatabase(file) : workspace().CreateDatabase(file);
     const schema::Table definition = schema::cases(table, fields);
+    workspace().BeginTrans();
     schema::create(*database, definition);
     const auto appender = database->openAppender(table, definition.fieldNames());
     int number = 0;
@@ -132,6 +135,7 @@ void TestCatalogue::addCases(const QString& study, const QString& table,
             set(*appender, static_cast<int>(i) + 1, row[i]);
         appender->appendRow();
     }
+    workspace().CommitTrans();
     database->Close();
 }
 
@@ -144,6 +148,15 @@ void TestCatalogue::execute(const QString& statement) {
 qint16 TestCatalogue::open() {
     gOptions.DataPath = dataFolder_;
     return mdDataBase::OpenQXDatabase(path_);
+}
+
+void TestCatalogue::together(const std::function<void()>& adds) {
+    filling_ = workspace().OpenDatabase(path_);
+    workspace().BeginTrans();
+    adds();
+    workspace().CommitTrans();
+    filling_->Close();
+    filling_.reset();
 }
 
 void TestCatalogue::fill() {
@@ -167,17 +180,13 @@ void TestCatalogue::fill() {
         {u"frmExplorer3Table"_s, u"Trend"_s},
         {u"frmExplorer3CompAnalysis"_s, u"1"_s},
     };
-    // One transaction for the lot: a test should not wait for the disk after each row.
-    filling_ = workspace().OpenDatabase(path_);
-    workspace().BeginTrans();
-    for (const auto& [name, value] : options)
-        addOption(name, value);
-    addStudies();
-    addVariables();
-    addTrees();
-    workspace().CommitTrans();
-    filling_->Close();
-    filling_.reset();
+    together([&] {
+        for (const auto& [name, value] : options)
+            addOption(name, value);
+        addStudies();
+        addVariables();
+        addTrees();
+    });
     addCaseTables();
 }
 
