@@ -1,6 +1,7 @@
 #include "explorer/CatalogueTree.h"
 
 #include "app/globals.h"
+#include "config/Options.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
@@ -99,6 +100,24 @@ TEST_F(Tree, ACycleEndsWithAReportAndWhatNoWayLeadsToIsNamed) {
         << qPrintable(asker.lastText());
     EXPECT_EQ(tree.nodes().size(), 4u);
     EXPECT_EQ(unreached(2), (QStringList{u"0"_s, u"8"_s, u"7"_s}));
+}
+
+TEST_F(Tree, EntriesInAFolderThatIsGoneSendTheUserToTheOptions) {
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    database->TableDefs().Delete(u"tkey_Trend"_s);
+    const dao::TableDefPtr link = database->CreateTableDef(u"tkey_Trend"_s);
+    link->setConnect(u";DATABASE="_s + home.path(u"gone/trends.mdb"_s));
+    link->setSourceTableName(u"tkey_Trend"_s);
+    database->TableDefs().Append(link);
+    database->Close();
+    gOptions.DatabasePath = u"C:\\archive"_s;
+    gOptions.DatabaseName = u"survey.mdb"_s;
+    build(3);
+    ASSERT_EQ(asker.boxes.size(), 1u);
+    EXPECT_EQ(asker.boxes[0].icon, ui::Icon::Exclamation);
+    EXPECT_EQ(asker.lastText(), u"Pfad zur Datenbank C:\\archive\\survey.mdb nicht gefunden!\r\n"
+                                "Geben Sie in den Optionen den korrekten Pfad an."_s);
+    EXPECT_EQ(tree.nodes().size(), 1u);
 }
 
 TEST_F(Tree, ATreeTooDeepEndsWithOneReport) {
