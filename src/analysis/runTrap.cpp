@@ -24,6 +24,10 @@ constexpr qint64 retryMilliseconds = 15000;
 
 const QString insertDisc = u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
 
+// clang-format off
+const QString writeProtected = u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad, z.B. einer CD-ROM. Ermöglichen Sie Schreibzugriff oder wählen Sie die Option 'Daten-Dateien auf CD-ROM' aus."_s;
+// clang-format on
+
 bool ask(const QString& text, const QString& title, ui::Buttons buttons) {
     const ui::Answer answer = ui::asker().messageBox(
         {TranslateText(text), TranslateText(title), ui::Icon::Exclamation, buttons});
@@ -43,9 +47,7 @@ bool asksForRetry(const dao::Error& error) {
     case CannotLock:
     case CannotOpen:
         if (!gOptions.DataOnCD)
-            return ask(u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad, z.B. einer CD-ROM. Ermöglichen "
-                       "Sie Schreibzugriff oder wählen Sie die Option 'Daten-Dateien auf CD-ROM' aus."_s,
-                       u"Datei konnte nicht gesperrt werden"_s, ui::Buttons::Ok);
+            return ask(writeProtected, u"Datei konnte nicht gesperrt werden"_s, ui::Buttons::Ok);
         break;
     default:
         break;

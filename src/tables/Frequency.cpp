@@ -36,8 +36,13 @@ private:
     const FrequencyInput& in_;
     bool& bUserMissing_;
     std::optional<MissingDefinition> definition_;
-    /// Marks of the table before, by value; a value's own mark goes with it wherever it arrives.
-    QHash<QString, QStringList> marks_;
+    /// What a row keeps of the table before.
+    struct Kept {
+        QString mark;
+        QString cumulated;  ///< stays on a row that the user has marked since
+    };
+    /// By value, in the order of the table: what is kept goes with its value wherever that arrives.
+    QHash<QString, QList<Kept>> kept_;
     std::vector<double> widths_ = std::vector<double>(7, 0.0);
     std::vector<double> sortKeys_;
     double total_ = 0, validTotal_ = 0;
@@ -75,8 +80,12 @@ bool FrequencyBuilder::keepMarks() {
     const int rows = dataRowsOfTable();
     if (rows < 1 || table_.Cols() < 6)
         return false;
+    // What stays must not be exchanged a second time.
+    if (!in_.CommaInPercent)
+        table_.exchangeSeparators(KumulProzent, 1);
     for (int row = 1; row <= rows; ++row)
-        marks_[table_.Cell(Wert, row)].append(table_.Cell(Missing, row));
+        kept_[table_.Cell(Wert, row)].append(
+            {table_.Cell(Missing, row), table_.Cols() > KumulProzent ? table_.Cell(KumulProzent, row) : QString()});
     QHash<QString, int> arriving;
     int arrivingRows = 0;
     for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
@@ -88,7 +97,7 @@ bool FrequencyBuilder::keepMarks() {
     if (arrivingRows != rows)
         return false;
     return std::all_of(arriving.keyBegin(), arriving.keyEnd(), [&](const QString& value) {
-        return marks_.value(value).size() == arriving.value(value);
+        return kept_.value(value).size() == arriving.value(value);
     });
 }
 
@@ -116,9 +125,6 @@ void FrequencyBuilder::prepare() {
         if (column >= Missing)
             table_.setCellAlignment(column, 0, ResultTable::RightTop);
     }
-    // Cells of an earlier run that stay in place must not be exchanged a second time.
-    if (bUserMissing_ && !in_.CommaInPercent && columns > KumulProzent)
-        table_.exchangeSeparators(KumulProzent, 1);
     if (!empty)
         in_.counts.MoveFirst();
     if (in_.dtMissing)
@@ -185,13 +191,15 @@ bool FrequencyBuilder::fillRow(int row) {
         return false;
     write(Auspraegung, row, label.value_or(value.isNull() ? u"SYSMIS"_s : QString()));
     table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
-    if (bUserMissing_)
-        write(Missing, row, marks_[text].takeFirst());
-    else if (value.isNull())
-        write(Missing, row, u"X"_s);
-    else
-        write(Missing, row,
-              definition_ && value.isNumeric() && definition_->contains(value.toDouble()) ? u"X"_s : QString());
+    if (bUserMissing_) {
+        const Kept kept = kept_[text].takeFirst();
+        write(Missing, row, kept.mark);
+        if (in_.CumulatedPercent)
+            table_.setCell(KumulProzent, row, kept.cumulated);
+    } else {
+        const bool missing = value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+        write(Missing, row, missing ? u"X"_s : QString());
+    }
     table_.setCellAlignment(Missing, row, ResultTable::RightTop);
     write(Anzahl, row, NumberFormat::fixed(count.toDouble(), 0));
     if (!marked(row))
