@@ -41,7 +41,7 @@ bool isStored(dao::Recordset& row, const QString& field) {
     return row.hasField(field) && !row.text(field).isEmpty();
 }
 
-}
+} // namespace
 
 AnalysisModel::AnalysisModel() : builders(tableBuilders()) {}
 
@@ -49,7 +49,8 @@ QString AnalysisModel::studyQuerySource() {
     QStringList statements;
     for (int view = 1; view <= gViews.lastRow(); ++view)
         if (gViews.at(view, ViewTable::Type) == "1"_L1)
-            statements << u"Select * from tkey_"_s + gViews.at(view, ViewTable::Table) + u" Where dt_IsGroup = 0;"_s;
+            statements << u"Select * from tkey_"_s + gViews.at(view, ViewTable::Table) +
+                              u" Where dt_IsGroup = 0;"_s;
     return statements.join(u" UNION "_s);
 }
 
@@ -68,7 +69,8 @@ void AnalysisModel::openNow() {
     dtData2.recordset = query(dtData2.source);
     variableChoices_.clear();
     creationOffered_ = gCatalogueOptions.VaridexCreationMode && dtData2.recordset;
-    for (const QString& field : {u"dt_Instruction"_s, u"dt_Table"_s, u"dt_TableLayout"_s, u"dt_Graph"_s, u"dt_GraphLayout"_s})
+    for (const QString& field :
+         {u"dt_Instruction"_s, u"dt_Table"_s, u"dt_TableLayout"_s, u"dt_Graph"_s, u"dt_GraphLayout"_s})
         creationOffered_ = creationOffered_ && dtData2.recordset->hasField(field);
 }
 
@@ -96,15 +98,16 @@ bool AnalysisModel::clickStudy(const QString& study) {
     if (!findStudy(study))
         return false;
     const QString number = dtData1.recordset->text(u"id_StudyNo"_s);
-    request.dbcStudy = {number, dtData1.recordset->text(contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s))};
-    const QString variables =
-        u"select * from [tkey_Variable] where [fi_StudyNo] = "_s + quoted(number) + u" order by dt_Position;"_s;
+    request.dbcStudy = {number,
+                        dtData1.recordset->text(contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s))};
+    const QString variables = u"select * from [tkey_Variable] where [fi_StudyNo] = "_s + quoted(number) +
+                              u" order by dt_Position;"_s;
     const bool changed = variables != dtData2.source;
     if (changed) {
         loadVariables(variables);
-        for (QString* field : {&request.dtTable, &request.dtTable2, &request.dtField, &request.dtField2, &request.dtMissing,
-                               &request.sMissing, &request.dtMissing2, &request.dtVarGroup, &request.dtYear,
-                               &request.dbcVarGewicht_1Uni})
+        for (QString* field : {&request.dtTable, &request.dtTable2, &request.dtField, &request.dtField2,
+                               &request.dtMissing, &request.sMissing, &request.dtMissing2,
+                               &request.dtVarGroup, &request.dtYear, &request.dbcVarGewicht_1Uni})
             field->clear();
         request.dbcVarGewicht.clear();
     }
@@ -136,7 +139,8 @@ void AnalysisModel::loadVariables(const QString& statement) {
     rows.MoveFirst();
 }
 
-/// The standard weights of the study in the current row of dtData1; a kind that it has not got can't be chosen.
+/// The standard weights of the study in the current row of dtData1; a kind that it has not got can't be
+/// chosen.
 void AnalysisModel::loadWeights() {
     request.dt_WeightHH.clear();
     request.dt_WeightRE.clear();
@@ -153,8 +157,9 @@ void AnalysisModel::loadParts() {
     request.txtFilter.clear();
     if (!gDatabase.TableExist(u"tkey_Parts"_s))
         return;
-    dtData5.source = u"select * from [tkey_Parts] where [fi_StudyNo] = "_s + quoted(request.dbcStudy.value) +
-                     u" AND [dt_SeparateAnalysisOnly] = -1 ORDER BY  dt_SelectionVariable,Val([dt_SelectionCriteria]);"_s;
+    dtData5.source =
+        u"select * from [tkey_Parts] where [fi_StudyNo] = "_s + quoted(request.dbcStudy.value) +
+        u" AND [dt_SeparateAnalysisOnly] = -1 ORDER BY  dt_SelectionVariable,Val([dt_SelectionCriteria]);"_s;
     dtData5.recordset = query(dtData5.source);
     hasParts_ = hasRows(dtData5.recordset);
     if (!hasParts_)
@@ -196,7 +201,8 @@ void AnalysisModel::dbcVariable2_Change() {
     trapped([this] { loadVariable2(); });
 }
 
-/// @param keepChoices at the start of a run: what the user chose for this variable (statistics, missing values) holds
+/// @param keepChoices at the start of a run: what the user chose for this variable (statistics, missing
+/// values) holds
 void AnalysisModel::loadVariable(bool keepChoices) {
     if (!keepChoices)
         request.dtDesc.clear();
@@ -211,8 +217,9 @@ void AnalysisModel::loadVariable(bool keepChoices) {
         request.sMissing = request.dtMissing;
     request.dtYear = findStudy(request.dbcStudy.value) ? dtData1.recordset->text(u"dt_Year"_s) : QString();
     loadGroup();
-    const dao::RecordsetPtr stored = query(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request.dbcStudy.value) +
-                                           u" AND id_VarName="_s + quoted(request.dbcVariable.value) + u";"_s);
+    const dao::RecordsetPtr stored =
+        query(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request.dbcStudy.value) +
+              u" AND id_VarName="_s + quoted(request.dbcVariable.value) + u";"_s);
     if (!hasRows(stored))
         return;
     request.dbcVariableUni = stored->text(u"id_VarName"_s) + u": "_s +
@@ -363,8 +370,10 @@ void AnalysisModel::loadPart() {
         selectionVariable_ = variable.toText();
         if (!variable.isNull()) {
             if (!findVariable(selectionVariable_)) {
-                ui::asker().messageBox({.text = TranslateText(u"Variable zum Datensatz-Teil nicht gefunden:"_s) + selectionVariable_,
-                                        .icon = ui::Icon::Exclamation});
+                ui::asker().messageBox(
+                    {.text =
+                         TranslateText(u"Variable zum Datensatz-Teil nicht gefunden:"_s) + selectionVariable_,
+                     .icon = ui::Icon::Exclamation});
                 return;
             }
             request.dtTableParts = dtData2.recordset->text(u"dt_TableName"_s);

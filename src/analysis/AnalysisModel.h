@@ -19,43 +19,44 @@ struct DataHolder {
 
 /// How a run ended.
 enum class RunOutcome {
-    NotRun,     ///< nothing was asked of the catalogue yet
-    Computed,   ///< the tables are new
-    Reused,     ///< the request is the one that the tables show
-    Refused,    ///< a check or a failure ended it; its words have been shown, tab 0 is in front
-    Cancelled,  ///< bCancelRun; nothing valid is shown
-    Truncated   ///< more values than the table takes; its words have been shown, the table is incomplete
+    NotRun,    ///< nothing was asked of the catalogue yet
+    Computed,  ///< the tables are new
+    Reused,    ///< the request is the one that the tables show
+    Refused,   ///< a check or a failure ended it; its words have been shown, tab 0 is in front
+    Cancelled, ///< bCancelRun; nothing valid is shown
+    Truncated  ///< more values than the table takes; its words have been shown, the table is incomplete
 };
 
 /// What a run handed to the engine, as it stood.
 struct RunFacts {
     RunOutcome outcome = RunOutcome::NotRun;
-    QStringList q;       ///< text of the stored query, one a round (a comparison has one round per entry)
-    QStringList counts;  ///< the count statement, likewise
+    QStringList q;      ///< text of the stored query, one a round (a comparison has one round per entry)
+    QStringList counts; ///< the count statement, likewise
 };
 
 /// What the window shows and lets the user do, as data; everything follows from request, study and tab.
 struct AnalysisView {
     bool secondVariable = false, comparison = false, cmdDescriptives = false;
-    bool dt_WeightRE = false, dt_WeightHH = false;  ///< fields shown
-    std::array<bool, 4> Option3{};                  ///< enabled
-    bool userWeight = false;                        ///< the three user-weight pickers enabled
-    std::array<bool, 3> optFilter{};                ///< enabled
+    bool dt_WeightRE = false, dt_WeightHH = false; ///< fields shown
+    std::array<bool, 4> Option3{};                 ///< enabled
+    bool userWeight = false;                       ///< the three user-weight pickers enabled
+    std::array<bool, 3> optFilter{};               ///< enabled
     bool dbcPartsShown = false, dbcPartsEnabled = false, txtFilterEnabled = false;
-    bool chkVaridexCreation = false;  ///< offered
-    bool cbValuesShown = false;       ///< on tab 1, enabled whenever it is shown
+    bool chkVaridexCreation = false; ///< offered
+    bool cbValuesShown = false;      ///< on tab 1, enabled whenever it is shown
     bool storedTableCommands = false, instructionCommands = false;
-    bool cmdInstructionLoad = false, cmdTableLoad = false, cmdGraphLoad = false;  ///< enabled; delete likewise
-    bool cmd_ClearTrend = false, cmd_SaveTrend = false;                           ///< enabled
-    std::array<bool, 4> mode{};                                                   ///< modes that can be chosen
+    bool cmdInstructionLoad = false, cmdTableLoad = false, cmdGraphLoad = false; ///< enabled; delete likewise
+    bool cmd_ClearTrend = false, cmd_SaveTrend = false;                          ///< enabled
+    std::array<bool, 4> mode{};                                                  ///< modes that can be chosen
 };
 
-/// The model of the analysis window: one request, its tables, its run. Works on the catalogue open in gDatabase.
+/// The model of the analysis window: one request, its tables, its run. Works on the catalogue open in
+/// gDatabase.
 ///
-/// Without a window: open(), StudyClick(), chooseVariable(), what else is wanted, then changeTab(1); read mfgGrid,
-/// lblLabel and facts(). Operations that return bool answer false for a choice that the window would not offer (a
-/// weight that the study has not got, an unknown variable); the model is then as before. They show no box unless
-/// their comment says so.
+/// Without a window: open(), StudyClick(), chooseVariable(), what else is wanted, then changeTab(1); read
+/// mfgGrid, lblLabel and facts(). Operations that return bool answer false for a choice that the window would
+/// not offer (a weight that the study has not got, an unknown variable); the model is then as before. They
+/// show no box unless their comment says so.
 class AnalysisModel {
 public:
     AnalysisModel();
@@ -80,8 +81,9 @@ public:
     /// Loads the fields of the variable in request.dbcVariable.
     void dbcVariable_Change();
     void dbcVariable2_Change();
-    /// A definition that stands in place of the catalogue's for the first variable, in dtMissing and sMissing, through
-    /// every change of variable until it is taken back with nothing. An empty text: no value is missing.
+    /// A definition that stands in place of the catalogue's for the first variable, in dtMissing and
+    /// sMissing, through every change of variable until it is taken back with nothing. An empty text: no
+    /// value is missing.
     void overrideMissing(const std::optional<QString>& definition);
 
     /// Runs nothing. @return false for a mode whose tables this version does not build
@@ -92,7 +94,8 @@ public:
     bool chooseFilter(FilterKind kind);
     /// Sets FilterUser and the text, which is read at the run.
     void chooseFilterText(const QString& text);
-    /// Sets FilterParts and the part. May show "Variable zum Datensatz-Teil nicht gefunden:". @param id id_Part
+    /// Sets FilterParts and the part. May show "Variable zum Datensatz-Teil nicht gefunden:". @param id
+    /// id_Part
     bool choosePart(const QString& id);
     void dbcParts_Change();
     void Update_Filter();
@@ -103,7 +106,8 @@ public:
 
     // ---- the run
     int tab() const { return tab_; }
-    /// Goes to a tab; 1 and 2 run the request. While a run goes on it is cancelled instead, and no other starts.
+    /// Goes to a tab; 1 and 2 run the request. While a run goes on it is cancelled instead, and no other
+    /// starts.
     RunOutcome changeTab(int tab);
     /// The dispatcher of a run, without the checks of a tab change.
     void TAB1();
@@ -146,7 +150,8 @@ public:
 private:
     friend class CreateSQL;
 
-    /// What the tables show beyond the text of the count statement: two requests may share that text and differ.
+    /// What the tables show beyond the text of the count statement: two requests may share that text and
+    /// differ.
     struct Computation {
         QString q, study, variable, variable2, dtMissing, dtMissing2;
         bool operator==(const Computation&) const = default;

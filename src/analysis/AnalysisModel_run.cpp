@@ -9,7 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The model whose run goes on. A statement under way must not meet another one, so there is one run at a time.
+/// The model whose run goes on. A statement under way must not meet another one, so there is one run at a
+/// time.
 AnalysisModel* runningModel = nullptr;
 
 class RunningScope {
@@ -23,7 +24,7 @@ public:
     RunningScope& operator=(const RunningScope&) = delete;
 };
 
-}
+} // namespace
 
 bool AnalysisModel::running() {
     return runningModel != nullptr;
@@ -57,7 +58,8 @@ void AnalysisModel::runRequest() {
     } else if (request.dtTable.isEmpty() || request.dtField.isEmpty()) {
         clearTable();
         refuse(u"Bitte eine Variable auswählen"_s);
-    } else if (request.mode == AnalysisMode::Crosstab && (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
+    } else if (request.mode == AnalysisMode::Crosstab &&
+               (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
         clearTable();
         refuse(u"Bitte eine zweite Variable auswählen"_s);
     } else {
@@ -119,8 +121,8 @@ void AnalysisModel::cmdCalculate() {
     if (running())
         return;
     const auto yes = [](const QString& question) {
-        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
-               ui::Answer::Yes;
+        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question,
+                                       ui::Buttons::YesNo}) == ui::Answer::Yes;
     };
     if (!yes(u"Möchten Sie die Tabelle neuberechnen?"_s))
         return;

@@ -13,15 +13,19 @@ enum class FilterKind { noFilter, FilterParts, FilterUser };
 /// The word that tags a mode's table: "Frequency", "Crosstab", "Descriptives", "Trend".
 QString tagOfMode(AnalysisMode mode);
 /// Number of the weight kind, 1 to 4, as `oldproc` keeps it.
-inline int runNumber(WeightKind kind) { return static_cast<int>(kind) + 1; }
-/// The name in a choice "<id_Varname>: <label>": what stands before the first ":" if that is behind the first character.
+inline int runNumber(WeightKind kind) {
+    return static_cast<int>(kind) + 1;
+}
+/// The name in a choice "<id_Varname>: <label>": what stands before the first ":" if that is behind the first
+/// character.
 QString nameOfChoice(const QString& choice);
 
-/// A choice bound to a row of the catalogue: what it is bound by and what it shows. `dbcStudy` and `dbcStudy_1` are one picker
-/// (title and number), likewise `dbcVariable` and `dbcVariable_1` (label and name), and the weight's pair.
+/// A choice bound to a row of the catalogue: what it is bound by and what it shows. `dbcStudy` and
+/// `dbcStudy_1` are one picker (title and number), likewise `dbcVariable` and `dbcVariable_1` (label and
+/// name), and the weight's pair.
 struct BoundPicker {
-    QString value;  ///< study number, variable name, id_Part
-    QString text;   ///< title, label, name of the part
+    QString value; ///< study number, variable name, id_Part
+    QString text;  ///< title, label, name of the part
 
     bool isEmpty() const { return value.isEmpty(); }
     void clear() { *this = {}; }
@@ -39,15 +43,15 @@ struct ComparisonEntry {
         Group,
         Weight,
         Filter,
-        WeightInfo,  ///< "user", "HH", "RE" or empty
-        FilterInfo,  ///< "user", else the id_Part of the part
+        WeightInfo, ///< "user", "HH", "RE" or empty
+        FilterInfo, ///< "user", else the id_Part of the part
         VarLabel,
         PartText,
         columns
     };
-    QString text;  ///< what the list shows
+    QString text; ///< what the list shows
     QString key;
-    QString column[columns];  ///< addressed from 1; 0 stays empty
+    QString column[columns]; ///< addressed from 1; 0 stays empty
 
     const QString& at(Column c) const { return column[c]; }
 };

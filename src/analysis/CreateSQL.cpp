@@ -54,7 +54,8 @@ RunOutcome CreateSQL::run() {
         if (!runRound())
             break;
     // A title belongs to every table that was touched, also to one that was cut short.
-    if (computed_ || outcome_ == RunOutcome::Reused)
+    const bool titled = r_.mode != AnalysisMode::Descriptives;
+    if (computed_ || (titled && outcome_ == RunOutcome::Reused))
         m_.lblLabel = resultTitle(r_, m_.mfgGrid, gOptions);
     return outcome_;
 }
@@ -91,6 +92,7 @@ bool CreateSQL::end(RunOutcome outcome) {
 bool CreateSQL::clearAndEnd() {
     m_.clearTable();
     m_.tab_ = 0;
+    computed_ = false;
     return end(RunOutcome::Refused);
 }
 
@@ -155,13 +157,20 @@ bool CreateSQL::askForMissing() {
 }
 
 AnalysisModel::Computation CreateSQL::computation() const {
-    return {round_.qSql, round_.study, round_.facts.variable, round_.facts.variable2, r_.dtMissing, r_.dtMissing2};
+    return {round_.qSql,  round_.study, round_.facts.variable, round_.facts.variable2,
+            r_.dtMissing, r_.dtMissing2};
 }
 
-/// True if the tables show just this. The count statement alone does not tell: two weights, or two variables over one
-/// field, have the same.
+/// True if the tables show just this. The count statement alone does not tell: two weights, or two variables
+/// over one field, have the same.
 bool CreateSQL::isCurrent() const {
     return m_.dtData3.Tag == round_.statement.sql && m_.last_ == computation();
+}
+
+bool CreateSQL::isSameVariable() const {
+    const AnalysisModel::Computation now = computation();
+    return m_.last_.study == now.study && m_.last_.variable == now.variable &&
+           m_.last_.variable2 == now.variable2;
 }
 
 bool CreateSQL::needsComputation() const {
@@ -177,7 +186,9 @@ bool CreateSQL::openCounts() {
     m_.bNewCalc = false;
     m_.oldproc = runNumber(r_.Option3);
     m_.lastIncludeMissingXTab_ = gOptions.IncludeMissingXTab;
-    if (!m_.dtData3.Tag.isEmpty())
+    // Marks belong to the variable they were set for.
+    const bool marks = r_.mode == AnalysisMode::Frequency || r_.mode == AnalysisMode::Crosstab;
+    if (!m_.dtData3.Tag.isEmpty() || (marks && !isSameVariable()))
         m_.bUserMissing = false;
     if (!turn())
         return false;
@@ -187,11 +198,13 @@ bool CreateSQL::openCounts() {
         m_.onStatement(u"counts"_s, sql);
     m_.counts.reset();
     m_.dtData3.Tag.clear();
-    if (!step([&] { m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase); }))
+    if (!step([&] {
+            m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase);
+        }))
         return false;
     ui::asker().setPointer(ui::Pointer::Wait);
     if (!m_.counts)
-        return clearAndEnd();  // reported already
+        return clearAndEnd(); // reported already
     m_.dtData3.Tag = isComparison() ? comparisonKey(r_.lst_TrendVars) : sql;
     m_.last_ = computation();
     return true;
@@ -213,9 +226,9 @@ bool CreateSQL::storeStatistics() {
 bool CreateSQL::openLabels() {
     if (r_.mode == AnalysisMode::Descriptives)
         return true;
-    m_.dtData4.source =
-        labelStatement(r_.mode, round_.study, round_.facts.variable, round_.facts.variable2);
-    return step([this] { m_.dtData4.recordset = db_->OpenRecordset(m_.dtData4.source, dao::dbOpenSnapshot); });
+    m_.dtData4.source = labelStatement(r_.mode, round_.study, round_.facts.variable, round_.facts.variable2);
+    return step(
+        [this] { m_.dtData4.recordset = db_->OpenRecordset(m_.dtData4.source, dao::dbOpenSnapshot); });
 }
 
 bool CreateSQL::build() {

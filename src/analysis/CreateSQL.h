@@ -4,8 +4,8 @@
 #include "analysis/statements.h"
 #include "analysis/userFilter.h"
 
-/// One run of a request: stores the query `q`, attaches the case tables, translates the filter, runs the count statement,
-/// calls the table builder and composes the title.
+/// One run of a request: stores the query `q`, attaches the case tables, translates the filter, runs the
+/// count statement, calls the table builder and composes the title.
 ///
 /// Every step answers whether the run goes on; the step that ends it has shown its words and set the outcome.
 class CreateSQL {
@@ -23,7 +23,7 @@ private:
         QString study;
         QString weightVariable;
         QString qSql, nullSql;
-        QString folder;  ///< where the case files lie
+        QString folder; ///< where the case files lie
         CountFacts facts;
         CountStatement statement;
     };
@@ -32,7 +32,7 @@ private:
     AnalysisRequest& r_;
     dao::DatabasePtr db_;
     Round round_;
-    int number_ = 0;  ///< of the round, from 1
+    int number_ = 0; ///< of the round, from 1
     RunOutcome outcome_ = RunOutcome::Computed;
     bool computed_ = false;
 
@@ -63,6 +63,7 @@ private:
     bool askForMissing();
     AnalysisModel::Computation computation() const;
     bool isCurrent() const;
+    bool isSameVariable() const;
     bool needsComputation() const;
     bool openCounts();
     bool storeStatistics();

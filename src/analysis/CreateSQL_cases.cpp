@@ -7,7 +7,8 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
-/// The steps of a run that settle which cases it is about: the study's cases, their weight, their files, the filter.
+/// The steps of a run that settle which cases it is about: the study's cases, their weight, their files, the
+/// filter.
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +31,8 @@ void CreateSQL::readRound() {
     facts.weight = r_.Option3;
     facts.chkDescGroup = r_.chkDescGroup;
     facts.flip = r_.chkFlipXtab && m_.bCreationMode;
-    facts.part = r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
+    facts.part =
+        r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
     facts.partCriteria = r_.dtCriteria;
     facts.userFilter = r_.optFilter == FilterKind::FilterUser && !r_.txtFilter.isEmpty();
     facts.IncludeMissingDesc = gOptions.IncludeMissingDesc;
@@ -177,9 +179,9 @@ bool CreateSQL::warnOfUnweighted() {
     if (!step([&] { some = !db_->OpenRecordset(round_.nullSql, dao::dbOpenSnapshot)->Eof(); }))
         return false;
     if (some)
-        ui::asker().messageBox({.text = TranslateText(
-                                    u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s),
-                                .icon = ui::Icon::Exclamation});
+        ui::asker().messageBox(
+            {.text = TranslateText(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s),
+             .icon = ui::Icon::Exclamation});
     return true;
 }
 

@@ -23,7 +23,7 @@ BuildOutcome buildFrequency(AnalysisModel& model) {
     return BuildFrequencyTable(model.mfgGrid, input, model.bUserMissing);
 }
 
-}
+} // namespace
 
 std::array<std::function<BuildOutcome(AnalysisModel&)>, 4> tableBuilders() {
     return {buildFrequency, nullptr, nullptr, nullptr};

@@ -12,8 +12,10 @@ QString caseFileOf(const QString& table, const QString& study, const QString& fo
     return Paths::exists(first) ? first : Paths::join(folder, study + u".mdb"_s);
 }
 
-void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study, const QString& path) {
-    const QString connect = u";DATABASE="_s + caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
+void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
+                     const QString& path) {
+    const QString connect =
+        u";DATABASE="_s + caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
     dao::TableDefs& tables = catalogue.TableDefs();
     if (tables.contains(table)) {
         const dao::TableDefPtr link = tables.Item(table);

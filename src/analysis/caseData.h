@@ -4,14 +4,15 @@
 
 #include <QString>
 
-/// File that holds a case table: "<study>-<suffix>.mdb" in the folder if it is there, else "<study>.mdb", which is not
-/// tested. The suffix stands behind the table's last "_" (the whole name without one).
+/// File that holds a case table: "<study>-<suffix>.mdb" in the folder if it is there, else "<study>.mdb",
+/// which is not tested. The suffix stands behind the table's last "_" (the whole name without one).
 QString caseFileOf(const QString& table, const QString& study, const QString& folder);
 
-/// Makes sure that the catalogue links a case table to its file; a link that points elsewhere is set right, and takes effect
-/// when the table is next opened. An empty path means the option DataPath.
+/// Makes sure that the catalogue links a case table to its file; a link that points elsewhere is set right,
+/// and takes effect when the table is next opened. An empty path means the option DataPath.
 /// @throws dao::Error of the engine
-void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study, const QString& path);
+void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
+                     const QString& path);
 
 /// Makes sure that the catalogue has a stored query named "q". @throws dao::Error
 void EnsureQueryQ(dao::Database& catalogue);

@@ -22,15 +22,16 @@ enum ErrorNumber {
 };
 constexpr qint64 retryMilliseconds = 15000;
 
-const QString insertDisc = u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
+const QString insertDisc =
+    u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
 
 // clang-format off
 const QString writeProtected = u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad, z.B. einer CD-ROM. Ermöglichen Sie Schreibzugriff oder wählen Sie die Option 'Daten-Dateien auf CD-ROM' aus."_s;
 // clang-format on
 
 bool ask(const QString& text, const QString& title, ui::Buttons buttons) {
-    const ui::Answer answer = ui::asker().messageBox(
-        {TranslateText(text), TranslateText(title), ui::Icon::Exclamation, buttons});
+    const ui::Answer answer =
+        ui::asker().messageBox({TranslateText(text), TranslateText(title), ui::Icon::Exclamation, buttons});
     return buttons == ui::Buttons::OkCancel && answer == ui::Answer::Ok;
 }
 
@@ -56,12 +57,13 @@ bool asksForRetry(const dao::Error& error) {
     return false;
 }
 
-}
+} // namespace
 
 RunClock RunClock::system() {
     return {[]() -> qint64 {
                 using std::chrono::steady_clock;
-                return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch())
+                return std::chrono::duration_cast<std::chrono::milliseconds>(
+                           steady_clock::now().time_since_epoch())
                     .count();
             },
             [] {
@@ -85,7 +87,8 @@ bool isRunTrapCase(const dao::Error& error) {
     }
 }
 
-StepEnd runEngineStep(const std::function<void()>& step, const RunClock& clock, const std::function<bool()>& cancelled) {
+StepEnd runEngineStep(const std::function<void()>& step, const RunClock& clock,
+                      const std::function<bool()>& cancelled) {
     std::optional<qint64> firstMiss;
     for (;;) {
         try {

@@ -17,7 +17,8 @@ bool shows(const ResultTable& table, int column, int row, const QString& word) {
     return text == TranslateText(word) || text == word;
 }
 
-/// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does not.
+/// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does
+/// not.
 std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
     const int valid = table.Rows() - 1;
     if (!shows(table, 1, valid, u"Gültige Fälle"_s))
@@ -30,8 +31,8 @@ std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
     return std::nullopt;
 }
 
-/// Index of the last row or column that bears the sum's label, -1 where that sum is not in the table. The valid sums stand at
-/// the very end or nowhere; the whole sums stand before them or at the end.
+/// Index of the last row or column that bears the sum's label, -1 where that sum is not in the table. The
+/// valid sums stand at the very end or nowhere; the whole sums stand before them or at the end.
 template<class Shows>
 int sumIndex(int count, bool withMissing, Shows&& label) {
     const bool validLast = label(count - 1, u"Gült. Summe"_s);
@@ -42,9 +43,10 @@ int sumIndex(int count, bool withMissing, Shows&& label) {
 }
 
 std::optional<QString> crosstabN(const ResultTable& table, bool withMissing) {
-    const int row = sumIndex(table.Rows(), withMissing, [&](int r, const QString& word) { return shows(table, 0, r, word); });
-    const int column =
-        sumIndex(table.Cols(), withMissing, [&](int c, const QString& word) { return shows(table, c, 0, word); });
+    const int row = sumIndex(table.Rows(), withMissing,
+                             [&](int r, const QString& word) { return shows(table, 0, r, word); });
+    const int column = sumIndex(table.Cols(), withMissing,
+                                [&](int c, const QString& word) { return shows(table, c, 0, word); });
     if (row < 0 || column < 0)
         return std::nullopt;
     return table.Cell(column, row);
@@ -94,7 +96,7 @@ QString filterWords(const AnalysisRequest& request) {
     return {};
 }
 
-}
+} // namespace
 
 QString resultTitle(const AnalysisRequest& request, const ResultTable& table, const Options& options) {
     const QString start = request.dbcStudy.value + u", "_s + request.dbcVariableUni;
@@ -136,7 +138,8 @@ QString comparisonHeader(const ComparisonEntry& entry, const Options& options) {
         add(u"("_s + TranslateText(u"G."_s) + u" "_s + weight + u")"_s, u" "_s);
     const bool part = entry.at(ComparisonEntry::FilterInfo) != "user"_L1;
     if (options.HeaderAddFilter && !entry.at(ComparisonEntry::Filter).isEmpty())
-        add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) + u")"_s,
+        add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) +
+                u")"_s,
             u" "_s);
     return header;
 }

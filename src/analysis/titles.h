@@ -7,9 +7,9 @@ struct Options;
 
 /// The title of a result: what was asked, the N where the table has the sum that it means, weight and filter.
 ///
-/// The N is read from the row (and column) that bears the sum's label, in its place at the table's end: "Summe" or
-/// "Gültige Fälle" of a frequency table, "Summe" or "Gült. Summe" of a crosstab, "Count" of the statistics. Where
-/// the table has none, "(N=" is left out.
+/// The N is read from the row (and column) that bears the sum's label, in its place at the table's end:
+/// "Summe" or "Gültige Fälle" of a frequency table, "Summe" or "Gült. Summe" of a crosstab, "Count" of the
+/// statistics. Where the table has none, "(N=" is left out.
 QString resultTitle(const AnalysisRequest& request, const ResultTable& table, const Options& options);
 
 /// Header of a comparison's column. @param entry with the weight and filter of its round

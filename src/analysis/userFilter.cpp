@@ -21,7 +21,8 @@ bool isOperator(const QString& word) {
 
 class FilterPass {
 public:
-    FilterPass(const QString& text, const FilterSurroundings& surroundings) : text_(text), around_(surroundings) {}
+    FilterPass(const QString& text, const FilterSurroundings& surroundings)
+        : text_(text), around_(surroundings) {}
 
     FilterResult run() {
         for (qsizetype i = 0; i < text_.size() && result_.failure == FilterResult::Failure::None; ++i)
@@ -86,7 +87,7 @@ private:
     }
 };
 
-}
+} // namespace
 
 FilterResult translateFilter(const QString& text, const FilterSurroundings& surroundings) {
     return FilterPass(text, surroundings).run();

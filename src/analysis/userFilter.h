@@ -15,7 +15,7 @@ struct FilterResult {
     QString filterSql;
     ExtraJoins joins;
     Failure failure = Failure::None;
-    QString culprit;  ///< the character or the word
+    QString culprit; ///< the character or the word
 };
 
 /// What the pass asks of its surroundings.
@@ -28,7 +28,7 @@ struct FilterSurroundings {
     std::function<bool(const QString& table)> attach;
 };
 
-/// Copies a filter text to a condition in one pass over its characters, each variable name replaced by its table and field.
-/// What stands directly behind a variable's delimiter is copied as it is up to the next delimiter. A word counts only
-/// when a delimiter ends it, so a word at the very end is lost.
+/// Copies a filter text to a condition in one pass over its characters, each variable name replaced by its
+/// table and field. What stands directly behind a variable's delimiter is copied as it is up to the next
+/// delimiter. A word counts only when a delimiter ends it, so a word at the very end is lost.
 FilterResult translateFilter(const QString& text, const FilterSurroundings& surroundings);

@@ -39,16 +39,16 @@ private:
     /// What a row keeps of the table before.
     struct Kept {
         QString mark;
-        QString cumulated;  ///< stays on a row that the user has marked since
+        QString cumulated; ///< stays on a row that the user has marked since
     };
     /// By value, in the order of the table: what is kept goes with its value wherever that arrives.
     QHash<QString, QList<Kept>> kept_;
     std::vector<double> widths_ = std::vector<double>(7, 0.0);
     std::vector<double> sortKeys_;
     double total_ = 0, validTotal_ = 0;
-    int lastRow_ = 0;  ///< the row that the filling stood at when the counts ended
+    int lastRow_ = 0; ///< the row that the filling stood at when the counts ended
     int dataRows_ = 0;
-    int sumRow_ = -1;  ///< once it is known
+    int sumRow_ = -1; ///< once it is known
 
     int dataRowsOfTable() const { return table_.Rows() - 3 - (in_.SeparateValidCases ? 1 : 0); }
     bool marked(int row) const { return table_.Cell(Missing, row) == "X"_L1; }
@@ -84,8 +84,9 @@ bool FrequencyBuilder::keepMarks() {
     if (!in_.CommaInPercent)
         table_.exchangeSeparators(KumulProzent, 1);
     for (int row = 1; row <= rows; ++row)
-        kept_[table_.Cell(Wert, row)].append(
-            {table_.Cell(Missing, row), table_.Cols() > KumulProzent ? table_.Cell(KumulProzent, row) : QString()});
+        kept_[table_.Cell(Wert, row)].append({table_.Cell(Missing, row), table_.Cols() > KumulProzent
+                                                                             ? table_.Cell(KumulProzent, row)
+                                                                             : QString()});
     QHash<QString, int> arriving;
     int arrivingRows = 0;
     for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
@@ -127,7 +128,7 @@ void FrequencyBuilder::prepare() {
     }
     if (!empty)
         in_.counts.MoveFirst();
-    if (in_.dtMissing)
+    if (in_.dtMissing && !bUserMissing_)
         definition_.emplace(*in_.dtMissing);
 }
 
@@ -197,7 +198,8 @@ bool FrequencyBuilder::fillRow(int row) {
         if (in_.CumulatedPercent)
             table_.setCell(KumulProzent, row, kept.cumulated);
     } else {
-        const bool missing = value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+        const bool missing =
+            value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
         write(Missing, row, missing ? u"X"_s : QString());
     }
     table_.setCellAlignment(Missing, row, ResultTable::RightTop);
@@ -208,8 +210,8 @@ bool FrequencyBuilder::fillRow(int row) {
     return true;
 }
 
-/// Brings the rows in order of number, equal ones as they arrived. A text that is no number counts by the number it starts
-/// with, system-missing as 0. Cells are read with either decimal separator.
+/// Brings the rows in order of number, equal ones as they arrived. A text that is no number counts by the
+/// number it starts with, system-missing as 0. Cells are read with either decimal separator.
 void FrequencyBuilder::sort() {
     std::vector<int> order(sortKeys_.size());
     std::iota(order.begin(), order.end(), 0);
@@ -276,8 +278,7 @@ bool FrequencyBuilder::validPercent(int row, double count, double valid, qint64 
         const double percent = count / valid * 100.0;
         write(GueltProzent, row, NumberFormat::fixed(percent, 1));
         if (in_.CumulatedPercent)
-            write(KumulProzent, row,
-                  NumberFormat::fixed(static_cast<double>(cumulated) / valid * 100.0, 1));
+            write(KumulProzent, row, NumberFormat::fixed(static_cast<double>(cumulated) / valid * 100.0, 1));
         sum += percent;
     });
     return outcome != Trap::Aborted;
@@ -293,7 +294,7 @@ void FrequencyBuilder::finish() {
         table_.setColWidth(column, static_cast<int>(widths_[static_cast<size_t>(column)]));
 }
 
-}
+} // namespace
 
 BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input, bool& bUserMissing) {
     BuildOutcome outcome = BuildOutcome::Aborted;

@@ -9,8 +9,8 @@
 
 /// What a frequency table is made from.
 struct FrequencyInput {
-    /// One row per distinct value, in any order: field 0 the value (Null: system-missing), field 1 the number of cases or
-    /// the sum of weights.
+    /// One row per distinct value, in any order: field 0 the value (Null: system-missing), field 1 the number
+    /// of cases or the sum of weights.
     dao::Recordset& counts;
     /// Labels of the variable, fields dt_Value and dt_Label.
     dao::Recordset& labels;
@@ -21,18 +21,19 @@ struct FrequencyInput {
     bool CommaInPercent = true;
     bool AutoColWidth = true;
     TextWidth textWidth = estimatedTextWidth;
-    /// Asked once per row while percentages are made; gives the user interface its turn. True ends the builder.
+    /// Asked once per row while percentages are made; gives the user interface its turn. True ends the
+    /// builder.
     std::function<bool()> cancelled;
 };
 
 /// Most values that a table takes.
 constexpr int maxFrequencyRows = 25000;
 
-/// Builds the frequency table: a header, one row per value in order of number (system-missing counts as 0), "Summe", a
-/// blank row with SeparateValidCases, "Gültige Fälle". Percentages rest on the counts as displayed, rounded to whole
-/// numbers.
+/// Builds the frequency table: a header, one row per value in order of number (system-missing counts as 0),
+/// "Summe", a blank row with SeparateValidCases, "Gültige Fälle". Percentages rest on the counts as
+/// displayed, rounded to whole numbers.
 ///
-/// With `bUserMissing` the table is the one built before from the same values, and the marks in its column 2 decide; a
-/// table that does not hold these values is built anew. A table that was completed leaves the flag false. Warnings and
-/// failures are shown; see BuildOutcome.
+/// With `bUserMissing` the table is the one built before from the same values, and the marks in its column 2
+/// decide; a table that does not hold these values is built anew. A table that was completed leaves the flag
+/// false. Warnings and failures are shown; see BuildOutcome.
 BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input, bool& bUserMissing);

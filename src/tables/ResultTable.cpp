@@ -16,7 +16,7 @@ QString exchanged(QString text) {
     }
     return text;
 }
-}
+} // namespace
 
 size_t ResultTable::index(int column, int row) const {
     if (column < 0 || column >= cols_ || row < 0 || row >= rows_)

@@ -3,14 +3,14 @@
 #include <QString>
 #include <vector>
 
-/// A rectangular table of text cells, addressed (column, row) from 0. All numbers in it are text, and later steps read the
-/// text back. Widths and heights are in twips (1/1440 inch).
+/// A rectangular table of text cells, addressed (column, row) from 0. All numbers in it are text, and later
+/// steps read the text back. Widths and heights are in twips (1/1440 inch).
 class ResultTable {
 public:
     /// Cell alignments that the builders set; 0 is the column's own.
     enum Alignment { LeftCenter = 1, RightTop = 6 };
 
-    QString Tag;         ///< "Frequency", "Crosstab", "Trend", "Descriptives"
+    QString Tag; ///< "Frequency", "Crosstab", "Trend", "Descriptives"
     int FixedRows = 0;
     int FixedCols = 0;
 
@@ -25,13 +25,17 @@ public:
     const QString& Cell(int column, int row) const { return cells_[index(column, row)].text; }
     void setCell(int column, int row, const QString& text) { cells_[index(column, row)].text = text; }
     int CellAlignment(int column, int row) const { return cells_[index(column, row)].alignment; }
-    void setCellAlignment(int column, int row, int alignment) { cells_[index(column, row)].alignment = alignment; }
+    void setCellAlignment(int column, int row, int alignment) {
+        cells_[index(column, row)].alignment = alignment;
+    }
     int ColWidth(int column) const { return widths_[static_cast<size_t>(column)]; }
     void setColWidth(int column, int twips) { widths_[static_cast<size_t>(column)] = twips; }
     int RowHeight(int row) const { return heights_[static_cast<size_t>(row)]; }
     void setRowHeight(int row, int twips) { heights_[static_cast<size_t>(row)] = twips; }
     int ColAlignment(int column) const { return colAlignments_[static_cast<size_t>(column)]; }
-    void setColAlignment(int column, int alignment) { colAlignments_[static_cast<size_t>(column)] = alignment; }
+    void setColAlignment(int column, int alignment) {
+        colAlignments_[static_cast<size_t>(column)] = alignment;
+    }
 
     /// Exchanges two rows across all columns.
     void swapRows(int a, int b);
@@ -47,7 +51,7 @@ private:
     };
     int rows_ = 0;
     int cols_ = 0;
-    std::vector<CellContent> cells_;  // row by row
+    std::vector<CellContent> cells_; // row by row
     std::vector<int> widths_, heights_, colAlignments_;
 
     size_t index(int column, int row) const;

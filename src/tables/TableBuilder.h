@@ -6,10 +6,10 @@
 /// How a table builder ended.
 enum class BuildOutcome {
     Complete,
-    Empty,      ///< there were no counts; the table is as prepared
-    Cancelled,  ///< the cancel flag was set
-    Truncated,  ///< more values than a table takes
-    Aborted     ///< a failure that the user answered with Abort
+    Empty,     ///< there were no counts; the table is as prepared
+    Cancelled, ///< the cancel flag was set
+    Truncated, ///< more values than a table takes
+    Aborted    ///< a failure that the user answered with Abort
 };
 
 /// Width of a text in the table's font, in twips.

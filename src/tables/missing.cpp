@@ -50,15 +50,16 @@ bool readPiece(double& number, const QString& text, qsizetype from, qsizetype to
     return true;
 }
 
-}
+} // namespace
 
 MissingDefinition::MissingDefinition(const QString& text) {
     if (!text.isEmpty() && !split(normalised(text)))
         kind_ = Kind::None;
 }
 
-/// Classes the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form counts blanks
-/// and each piece starts one character behind its separator, as the definitions in catalogues have come to rely on.
+/// Classes the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form
+/// counts blanks and each piece starts one character behind its separator, as the definitions in catalogues
+/// have come to rely on.
 bool MissingDefinition::split(const QString& text) {
     const qsizetype end = text.size();
     const qsizetype thru = text.indexOf(u"thru"_s);
@@ -105,7 +106,9 @@ bool MissingDefinition::contains(double number) const {
 }
 
 QString MissingDefinition::validCondition(const QString& fieldExpression) const {
-    const auto differs = [&](double number) { return fieldExpression + u" <> "_s + NumberFormat::plain(number); };
+    const auto differs = [&](double number) {
+        return fieldExpression + u" <> "_s + NumberFormat::plain(number);
+    };
     const QString outside = fieldExpression + u" < "_s + NumberFormat::plain(std::min(d1_, d2_)) + u" OR "_s +
                             fieldExpression + u" > "_s + NumberFormat::plain(std::max(d1_, d2_));
     QString condition;

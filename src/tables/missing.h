@@ -4,12 +4,12 @@
 
 #include "platform/dao/Value.h"
 
-/// A missing-value definition ("9", "8;9", "7;8;9", "90 thru 99", "90 thru 99;0", also with ", " for ";" and "lowest" and
-/// "highest" for a number), read once. Its numbers are read with either decimal separator.
+/// A missing-value definition ("9", "8;9", "7;8;9", "90 thru 99", "90 thru 99;0", also with ", " for ";" and
+/// "lowest" and "highest" for a number), read once. Its numbers are read with either decimal separator.
 ///
-/// A piece that is no number is run-time error 13, a separator in front of "thru" error 5. With gErrorTrapping on, each
-/// shows the standard error box: Retry reads again, Ignore takes 0 for the piece, Abort leaves a definition under which
-/// nothing is missing. Without it the error is thrown.
+/// A piece that is no number is run-time error 13, a separator in front of "thru" error 5. With
+/// gErrorTrapping on, each shows the standard error box: Retry reads again, Ignore takes 0 for the piece,
+/// Abort leaves a definition under which nothing is missing. Without it the error is thrown.
 class MissingDefinition {
 public:
     explicit MissingDefinition(const QString& text);
@@ -27,12 +27,12 @@ private:
     bool split(const QString& text);
 };
 
-/// True when the value falls under a missing-value definition. The caller has seen that the value is numeric and not
-/// Null. An empty definition is false.
+/// True when the value falls under a missing-value definition. The caller has seen that the value is numeric
+/// and not Null. An empty definition is false.
 /// @throws dao::Error as MissingDefinition has it
 bool IsMissing(const dao::Value& value, const QString& missingText);
 
-/// The condition that is true for valid values; empty for an empty definition. Bare bounds: the caller brackets the
-/// whole. Numbers in the process's decimal separator, the two extremes through CDbl.
+/// The condition that is true for valid values; empty for an empty definition. Bare bounds: the caller
+/// brackets the whole. Numbers in the process's decimal separator, the two extremes through CDbl.
 /// @throws as IsMissing()
 QString MissingToSql(const QString& fieldExpression, const QString& missingText);

@@ -32,11 +32,12 @@ struct Failing {
     }
 };
 
-}
+} // namespace
 
 TEST(RunTrap, AsksForTheDiscAndRunsTheFailedStatementAgain) {
     const TestHome home;
-    const std::vector<std::pair<int, QString>> titles{{3043, u"Datenträger- oder Laufwerksfehler"_s}, {52, u"Datei nicht gefunden"_s}};
+    const std::vector<std::pair<int, QString>> titles{{3043, u"Datenträger- oder Laufwerksfehler"_s},
+                                                      {52, u"Datei nicht gefunden"_s}};
     gOptions.DataOnCD = true;
     for (const auto& [number, title] : titles) {
         ScriptedAsker asker;

@@ -47,17 +47,19 @@ void filterBySecondTable(CountFacts& facts) {
     facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
 }
 
-}
+} // namespace
 
 TEST(CountStatements, ReadAsTheModesHaveThem) {
     const CountFacts frequency = factsOf(AnalysisMode::Frequency);
     const CountFacts descriptives = factsOf(AnalysisMode::Descriptives);
     const QString values = u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM "_s;
     const std::vector<std::pair<CountFacts, QString>> cases{
-        {frequency, u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
-                    "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s},
+        {frequency,
+         u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
+         "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s},
         {factsOf(AnalysisMode::Comparison), values + joined + grouped},
-        {with(frequency, weigh), u"SELECT QX1919_1.V5 AS [Value], Sum(q.W2) AS Count FROM "_s + joined + grouped},
+        {with(frequency, weigh),
+         u"SELECT QX1919_1.V5 AS [Value], Sum(q.W2) AS Count FROM "_s + joined + grouped},
         {with(frequency,
               [](CountFacts& f) {
                   f.userFilter = true;
@@ -65,7 +67,8 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
               }),
          values + joined + u" WHERE QX1919_1.V7=1"_s + grouped},
         {with(frequency, filterBySecondTable),
-         values + u"("_s + joined + u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s + grouped},
+         values + u"("_s + joined +
+             u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s + grouped},
         {with(frequency,
               [](CountFacts& f) {
                   f.part = true;
@@ -73,19 +76,23 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
                   f.missingCondition = u"QX1919_1.V5 <> 9"_s;
               }),
          values + joined + u" WHERE q.SE=1"_s + grouped},
-        {crosstab(), u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 ON "
-                     "q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) GROUP BY QX1919_1.V5, "
-                     "QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s},
+        {crosstab(),
+         u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN "
+         u"QX1919_1 ON "
+         "q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) GROUP BY QX1919_1.V5, "
+         "QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s},
         {with(crosstab(),
               [](CountFacts& f) {
                   f.flip = true;
                   f.weight = WeightKind::WeightUser;
               }),
-         u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s + joined + second + groupedByTwo},
-        // The filter has brought the second table in already; a table whose name it only starts with is another one.
-        {with(crosstab(), filterBySecondTable),
-         twoColumns + u"("_s + joined + u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s +
+         u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s + joined + second +
              groupedByTwo},
+        // The filter has brought the second table in already; a table whose name it only starts with is
+        // another one.
+        {with(crosstab(), filterBySecondTable),
+         twoColumns + u"("_s + joined +
+             u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s + groupedByTwo},
         {with(crosstab(),
               [](CountFacts& f) {
                   f.userFilter = true;
@@ -103,7 +110,8 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
                   f.part = true;
                   f.partCriteria = u"2"_s;
               }),
-         twoColumns + u"("_s + joined + second + u" WHERE q.SE=2 AND (QX1919_1.V5 < 8 OR QX1919_1.V5 > 9) "_s + groupedByTwo},
+         twoColumns + u"("_s + joined + second +
+             u" WHERE q.SE=2 AND (QX1919_1.V5 < 8 OR QX1919_1.V5 > 9) "_s + groupedByTwo},
         {with(crosstab(),
               [](CountFacts& f) {
                   f.missingCondition = u"QX1919_1.V5 <> 9"_s;
@@ -111,7 +119,8 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
                   f.partCriteria = u"2"_s;
               }),
          twoColumns + u"("_s + joined + second + u" WHERE q.SE=2"_s + groupedByTwo},
-        {descriptives, u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s},
+        {descriptives,
+         u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s},
         {with(crosstab(),
               [](CountFacts& f) {
                   f.mode = AnalysisMode::Descriptives;
@@ -121,7 +130,8 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
     };
     for (const auto& [facts, text] : cases)
         EXPECT_EQ(countStatement(facts).sql.toStdString(), text.toStdString());
-    const CountFacts described = with(descriptives, [](CountFacts& f) { f.missingCondition = u"QX1919_1.V5 <> 9"_s; });
+    const CountFacts described =
+        with(descriptives, [](CountFacts& f) { f.missingCondition = u"QX1919_1.V5 <> 9"_s; });
     EXPECT_EQ(countStatement(described).sql, countStatement(described).sqlNoMissing);
 }
 
@@ -134,11 +144,13 @@ TEST(CountStatements, TakeTheirCasesAndWeightFromTheStudysQuery) {
         {u"SELECT QX1919_1.dt_CaseID AS ID FROM QX1919_1;"_s, u"QX1919_1"_s,
          u"SELECT QX1919_1.dt_CaseID AS ID , QX1919_1.V3 AS W2 FROM QX1919_1"_s},
         {u"select QX1919_1.dt_CaseID AS ID from QX1919_1 ;"_s, u"QX1919_2"_s,
-         u"select QX1919_1.dt_CaseID AS ID , QX1919_2.V3 AS W2 FROM QX1919_2 INNER JOIN QX1919_1  ON QX1919_2.dt_CaseID = "
+         u"select QX1919_1.dt_CaseID AS ID , QX1919_2.V3 AS W2 FROM QX1919_2 INNER JOIN QX1919_1  ON "
+         u"QX1919_2.dt_CaseID = "
          "QX1919_1 .dt_CaseID"_s},
         // Found in the text as it stands, with regard to case, and also as part of a longer name.
         {u"SELECT qx1919_2.dt_CaseID AS ID FROM qx1919_2"_s, u"QX1919_2"_s,
-         u"SELECT qx1919_2.dt_CaseID AS ID , QX1919_2.V3 AS W2 FROM QX1919_2 INNER JOIN qx1919_2 ON QX1919_2.dt_CaseID = "
+         u"SELECT qx1919_2.dt_CaseID AS ID , QX1919_2.V3 AS W2 FROM QX1919_2 INNER JOIN qx1919_2 ON "
+         u"QX1919_2.dt_CaseID = "
          "qx1919_2.dt_CaseID"_s},
         {u"SELECT QX1919_20.dt_CaseID AS ID FROM QX1919_20;"_s, u"QX1919_2"_s,
          u"SELECT QX1919_20.dt_CaseID AS ID , QX1919_2.V3 AS W2 FROM QX1919_20"_s},
@@ -146,8 +158,10 @@ TEST(CountStatements, TakeTheirCasesAndWeightFromTheStudysQuery) {
     for (const Case& c : cases) {
         const std::optional<WeightedQuery> weighted = addWeight(c.text, c.table, u"V3"_s);
         ASSERT_TRUE(weighted);
-        EXPECT_EQ(weighted->qSql.toStdString(), (c.query + u" WHERE ("_s + c.table + u".V3 Is Not Null)"_s).toStdString());
-        EXPECT_EQ(weighted->nullSql.toStdString(), (c.query + u" WHERE ("_s + c.table + u".V3 Is Null)"_s).toStdString());
+        EXPECT_EQ(weighted->qSql.toStdString(),
+                  (c.query + u" WHERE ("_s + c.table + u".V3 Is Not Null)"_s).toStdString());
+        EXPECT_EQ(weighted->nullSql.toStdString(),
+                  (c.query + u" WHERE ("_s + c.table + u".V3 Is Null)"_s).toStdString());
     }
     EXPECT_FALSE(addWeight(u"QX1919_1"_s, u"QX1919_1"_s, u"V3"_s));
 
@@ -164,10 +178,12 @@ TEST(CountStatements, TakeTheirCasesAndWeightFromTheStudysQuery) {
 }
 
 TEST(CountStatements, AskForTheLabelsOfTheirVariables) {
-    EXPECT_EQ(labelStatement(AnalysisMode::Frequency, u"QX1919"_s, u"V5"_s, u"V6"_s),
-              u"SELECT * FROM tkey_Value WHERE fi_StudyNo = 'QX1919' AND fi_VarName = 'V5' ORDER BY dt_Value ASC;"_s);
+    EXPECT_EQ(
+        labelStatement(AnalysisMode::Frequency, u"QX1919"_s, u"V5"_s, u"V6"_s),
+        u"SELECT * FROM tkey_Value WHERE fi_StudyNo = 'QX1919' AND fi_VarName = 'V5' ORDER BY dt_Value ASC;"_s);
     EXPECT_EQ(labelStatement(AnalysisMode::Crosstab, u"QX1919"_s, u"V5"_s, u"V6"_s),
-              u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like 'QX1919' AND ([fi_VarName] = 'V5' OR [fi_VarName] = 'V6')) "
+              u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like 'QX1919' AND ([fi_VarName] = 'V5' OR "
+              u"[fi_VarName] = 'V6')) "
               "ORDER BY dt_Value ASC;"_s);
     ComparisonEntry entry;
     for (int column = 1; column < ComparisonEntry::columns; ++column)
@@ -177,7 +193,8 @@ TEST(CountStatements, AskForTheLabelsOfTheirVariables) {
 
 namespace {
 
-FilterResult translate(const QString& text, const QStringList& joinedAlready, QStringList* attached = nullptr) {
+FilterResult translate(const QString& text, const QStringList& joinedAlready,
+                       QStringList* attached = nullptr) {
     FilterSurroundings around;
     around.joinedAlready = joinedAlready;
     around.find = [](const QString& word, bool&) -> std::optional<VariablePlace> {
@@ -197,7 +214,7 @@ FilterResult translate(const QString& text, const QStringList& joinedAlready, QS
     return translateFilter(text, around);
 }
 
-}
+} // namespace
 
 TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
     using Failure = FilterResult::Failure;
@@ -212,7 +229,8 @@ TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
         {u"V7 = 1"_s, u"QX1919_1.V7 = 1"_s, u""_s},
         {u"(V7=1) OR (V8>2)"_s, u"(QX1919_1.V7=1) OR (QX1919_1.V8>2)"_s, u""_s},
         {u"V9<3 AND NOT V7=2"_s, u"QX1919_2.V9<3 AND NOT QX1919_1.V7=2"_s, u"QX1919_2"_s},
-        {u"V10=1 and V9=1 or V9>3"_s, u"QX1919_20.V10=1 and QX1919_2.V9=1 or QX1919_2.V9>3"_s, u"QX1919_20,QX1919_2"_s},
+        {u"V10=1 and V9=1 or V9>3"_s, u"QX1919_20.V10=1 and QX1919_2.V9=1 or QX1919_2.V9>3"_s,
+         u"QX1919_20,QX1919_2"_s},
         // Behind a variable's delimiter everything is taken as it is, up to the next delimiter.
         {u"V7=1.5 OR V8='x;y'"_s, u"QX1919_1.V7=1.5 OR QX1919_1.V8='x;y'"_s, u""_s},
         {u"A-B_1=1"_s, u"QX1919_1.A-B_1=1"_s, u""_s},
@@ -237,6 +255,8 @@ TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
         EXPECT_EQ(result.failure, c.failure);
         EXPECT_EQ(result.culprit, c.culprit);
     }
-    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s}).joins.text, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
-    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s, u"QX1919_2"_s}).joins.text, u""_s) << "the second variable's table";
+    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s}).joins.text,
+              u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
+    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s, u"QX1919_2"_s}).joins.text, u""_s)
+        << "the second variable's table";
 }

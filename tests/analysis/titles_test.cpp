@@ -30,16 +30,19 @@ AnalysisRequest requestOf(AnalysisMode mode) {
     return request;
 }
 
-}
+} // namespace
 
 TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
     const TestHome home;
-    const ResultTable plain = tableOf({u"h|h|h|h"_s, u"1|Summe||3"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
-    const ResultTable separate = tableOf({u"h|h|h|h"_s, u"1|ja||3"_s, u"|Summe||5"_s, u"|||"_s, u"|Gültige Fälle||4"_s});
+    const ResultTable plain =
+        tableOf({u"h|h|h|h"_s, u"1|Summe||3"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
+    const ResultTable separate =
+        tableOf({u"h|h|h|h"_s, u"1|ja||3"_s, u"|Summe||5"_s, u"|||"_s, u"|Gültige Fälle||4"_s});
     const ResultTable cutShort = tableOf({u"h|h|h|h"_s, u"1|Gültige Fälle||3"_s, u"2|Summe||7"_s, u"|||"_s});
-    const ResultTable crosstab = tableOf({u"|V6||1|Summe|Gült. Summe"_s, u"V5|||||"_s, u"||Missing|||"_s, u"1|||3|3|2"_s,
-                                          u"Summe|||3|8|6"_s, u"Gült. Summe|||2|6|5"_s});
-    const ResultTable withoutValid = tableOf({u"|V6||1|Summe"_s, u"V5||||"_s, u"||Missing||"_s, u"1|||3|3"_s, u"Summe|||3|8"_s});
+    const ResultTable crosstab = tableOf({u"|V6||1|Summe|Gült. Summe"_s, u"V5|||||"_s, u"||Missing|||"_s,
+                                          u"1|||3|3|2"_s, u"Summe|||3|8|6"_s, u"Gült. Summe|||2|6|5"_s});
+    const ResultTable withoutValid =
+        tableOf({u"|V6||1|Summe"_s, u"V5||||"_s, u"||Missing||"_s, u"1|||3|3"_s, u"Summe|||3|8"_s});
     const ResultTable counted = tableOf({u"|Statistik|Wert"_s, u"|Count|1200"_s, u"|Minimum|1"_s});
     const ResultTable uncounted = tableOf({u"|Statistik|Wert"_s, u"|Minimum|1"_s, u"|Maximum|5"_s});
 
@@ -91,7 +94,8 @@ TEST(Titles, TellWeightAndFilter) {
     const std::vector<std::tuple<WeightKind, FilterKind, QString>> cases{
         {WeightKind::WeightRE, FilterKind::noFilter, u" (gewichtet nach V3)"_s},
         {WeightKind::WeightHH, FilterKind::FilterParts, u" (gewichtet nach V4) (Fälle aus Teil A)"_s},
-        {WeightKind::WeightUser, FilterKind::FilterUser, u" (gewichtet nach V11: Eigenes) (ausgewählte Fälle: V7=1)"_s},
+        {WeightKind::WeightUser, FilterKind::FilterUser,
+         u" (gewichtet nach V11: Eigenes) (ausgewählte Fälle: V7=1)"_s},
     };
     for (const auto& [weight, filter, words] : cases) {
         request.Option3 = weight;

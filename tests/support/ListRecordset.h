@@ -5,8 +5,8 @@
 
 #include <QStringList>
 
-/// Rows in memory behind the recordset interface, for what reads a recordset and nothing else. FindFirst understands "F = number"
-/// and "F like ''".
+/// Rows in memory behind the recordset interface, for what reads a recordset and nothing else. FindFirst
+/// understands "F = number" and "F like ''".
 class ListRecordset : public dao::Recordset {
 public:
     using Rows = std::vector<std::vector<dao::Value>>;
@@ -36,7 +36,8 @@ public:
         for (size_t i = 0; i < rows_.size() && noMatch_; ++i) {
             const QString text = rows_[i][static_cast<size_t>(column)].toText();
             noMatch_ = equals < 0 ? !text.isEmpty()
-                                  : dao::textToNumber(text) != dao::textToNumber(QStringView(criteria).mid(equals + 3));
+                                  : dao::textToNumber(text) !=
+                                        dao::textToNumber(QStringView(criteria).mid(equals + 3));
             if (!noMatch_)
                 at_ = i;
         }

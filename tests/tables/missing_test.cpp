@@ -15,8 +15,8 @@ namespace {
 struct Case {
     QString definition;
     std::vector<double> missing, valid;
-    QString comma;  ///< the condition under a decimal comma
-    QString point;  ///< and under a point
+    QString comma; ///< the condition under a decimal comma
+    QString point; ///< and under a point
 };
 
 const std::vector<Case> cases{
@@ -31,8 +31,16 @@ const std::vector<Case> cases{
     {u"7, 8, 9"_s, {7, 8, 9}, {6}, u"F <> 7 AND F <> 8 AND F <> 9"_s, u"F <> 7 AND F <> 8 AND F <> 9"_s},
     {u"90 thru 99"_s, {90, 94.5, 99}, {89.9, 99.1}, u"F < 90 OR F > 99"_s, u"F < 90 OR F > 99"_s},
     {u"99 thru 90"_s, {90, 94.5, 99}, {89.9, 99.1}, u"F < 90 OR F > 99"_s, u"F < 90 OR F > 99"_s},
-    {u"-1,5 thru -1,2"_s, {-1.5, -1.3, -1.2}, {-1.1, -1.6}, u"F < -1,5 OR F > -1,2"_s, u"F < -1.5 OR F > -1.2"_s},
-    {u"90 thru 99;0"_s, {90, 99, 0}, {1, 89}, u"(F < 90 OR F > 99) AND F <> 0"_s, u"(F < 90 OR F > 99) AND F <> 0"_s},
+    {u"-1,5 thru -1,2"_s,
+     {-1.5, -1.3, -1.2},
+     {-1.1, -1.6},
+     u"F < -1,5 OR F > -1,2"_s,
+     u"F < -1.5 OR F > -1.2"_s},
+    {u"90 thru 99;0"_s,
+     {90, 99, 0},
+     {1, 89},
+     u"(F < 90 OR F > 99) AND F <> 0"_s,
+     u"(F < 90 OR F > 99) AND F <> 0"_s},
     {u"1 thru 5, 9"_s, {1, 5, 9}, {6}, u"(F < 1 OR F > 5) AND F <> 9"_s, u"(F < 1 OR F > 5) AND F <> 9"_s},
     {u"90 thru hIgHeSt"_s,
      {90, 1e300},
@@ -51,7 +59,7 @@ const std::vector<Case> cases{
      u"(F < -1 OR F > 1.79769313486231E+308) AND F <> -5"_s},
 };
 
-}
+} // namespace
 
 TEST(MissingDefinitions, MeanTheSameUnderBothLocalesAsTestAndAsCondition) {
     const TestHome home;
@@ -73,8 +81,8 @@ TEST(MissingDefinitions, ThatDontReadRaiseTheLanguagesErrors) {
     const TestHome home;
     gErrorTrapping = false;
     const std::vector<std::pair<QString, int>> broken{
-        {u"x"_s, 13},       {u"90 THRU 99"_s, 13}, {u"1;2;3;4"_s, 13}, {u"highest thru highest"_s, 13}, {u"8;"_s, 13},
-        {u"1 , 2"_s, 5} /* blanks make it three values, but there is one separator */};
+        {u"x"_s, 13},  {u"90 THRU 99"_s, 13}, {u"1;2;3;4"_s, 13}, {u"highest thru highest"_s, 13},
+        {u"8;"_s, 13}, {u"1 , 2"_s, 5} /* blanks make it three values, but there is one separator */};
     for (const auto& [definition, number] : broken) {
         try {
             IsMissing(1, definition);

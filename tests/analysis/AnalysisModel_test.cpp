@@ -1,0 +1,347 @@
+#include "analysis/AnalysisModel.h"
+
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
+#include "support/ScriptedAsker.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Analysis : public testing::Test {
+protected:
+    Analysis() : catalogue_(home_.path(u"archive"_s)) { catalogue_.fill(); }
+
+    TestHome home_;
+    ScriptedAsker asker_;
+    TestCatalogue catalogue_;
+    AnalysisModel model_;
+    qint64 now_ = 0;
+
+    void open(const QString& study = u"QX1919"_s, const QString& variable = u"V5"_s) {
+        ASSERT_EQ(catalogue_.open(), 1);
+        gOptions.CumulatedPercent = gOptions.SeparateValidCases = false;
+        model_.clock = {[this] { return now_; }, [this] { now_ += 5000; }};
+        model_.open();
+        ASSERT_TRUE(model_.StudyClick(study));
+        ASSERT_TRUE(model_.chooseVariable(variable));
+    }
+
+    /// Value, mark and count of each row behind the header.
+    QString cells() const {
+        QStringList rows;
+        for (int row = 1; row < model_.mfgGrid.Rows(); ++row)
+            rows << model_.mfgGrid.Cell(0, row) + model_.mfgGrid.Cell(2, row) + u':' +
+                        model_.mfgGrid.Cell(3, row);
+        return rows.join(u' ');
+    }
+
+    void expectEnded(const QString& words) {
+        EXPECT_EQ(asker_.lastText(), words);
+        EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
+        EXPECT_EQ(model_.tab(), 0);
+        EXPECT_EQ(asker_.pointer(), ui::Pointer::Default);
+    }
+};
+
+const QString defaultQ = u"SELECT QX1919_1.dt_CaseID AS ID FROM QX1919_1;"_s;
+
+} // namespace
+
+TEST_F(Analysis, OffersWhatTheStudyHas) {
+    open();
+    EXPECT_EQ(model_.variableChoices().size(), 6);
+    EXPECT_EQ(model_.variableChoices()[1], u"V5: Zufriedenheit"_s);
+    const AnalysisRequest& r = model_.request;
+    EXPECT_EQ(r.dtTable + u'.' + r.dtField, u"QX1919_1.V5"_s);
+    EXPECT_EQ((QStringList{r.dtMissing, r.sMissing, r.dtYear, r.dtVarGroup, r.dbcVariableUni}),
+              (QStringList{u"9"_s, u"9"_s, u"1919"_s, u"Welle 1"_s, u"V5: Zufriedenheit"_s}));
+    EXPECT_TRUE(model_.view().Option3[1]);
+    EXPECT_FALSE(model_.view().Option3[2]);
+    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightRE));
+    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightHH));
+    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightUser, u"V99"_s));
+    EXPECT_EQ(r.Option3, WeightKind::WeightRE) << "a choice that isn't offered changes nothing";
+    EXPECT_FALSE(model_.chooseVariable(u"V99"_s));
+
+    // A repeated click keeps the variable, another study doesn't.
+    EXPECT_TRUE(model_.StudyClick(u"QX1919"_s));
+    EXPECT_EQ(r.dbcVariable.value, u"V5"_s);
+    EXPECT_EQ(r.Option3, WeightKind::noWeight);
+    EXPECT_TRUE(model_.StudyClick(u"QX2020"_s));
+    EXPECT_TRUE(r.dbcVariable.isEmpty() && r.dtTable.isEmpty() && r.dtMissing.isEmpty());
+    EXPECT_FALSE(model_.view().Option3[1] || model_.view().optFilter[1] || model_.view().dbcPartsShown);
+    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightRE) || model_.chooseFilter(FilterKind::FilterParts));
+    EXPECT_FALSE(model_.StudyClick(u"G001"_s)) << "a group has no data";
+    model_.changeTab(1);
+    expectEnded(u"Bitte eine Variable auswählen"_s);
+}
+
+TEST_F(Analysis, KeepsTheUsersFilterTextBesideTheParts) {
+    catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
+    open();
+    model_.chooseFilterText(u"V7=1"_s);
+    EXPECT_TRUE(model_.view().txtFilterEnabled);
+    EXPECT_TRUE(model_.choosePart(u"1"_s));
+    EXPECT_EQ(model_.request.txtFilter, u"SE = 1"_s);
+    EXPECT_EQ(model_.request.dtTableParts + u'.' + model_.request.dtFieldParts, u"QX1919_1.SE"_s);
+    EXPECT_FALSE(model_.choosePart(u"7"_s) || model_.choosePart(u"x"_s));
+    EXPECT_FALSE(model_.dbcParts_KeyDown(65));
+    EXPECT_TRUE(model_.dbcParts_KeyDown(46));
+    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model_.request.txtFilter, u""_s);
+    EXPECT_TRUE(model_.chooseFilter(FilterKind::FilterUser));
+    EXPECT_EQ(model_.request.txtFilter, u"V7=1"_s);
+}
+
+TEST_F(Analysis, CountsTheCasesOfAVariable) {
+    open();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.facts().q, QStringList(defaultQ));
+    EXPECT_EQ(
+        model_.facts().counts,
+        QStringList(
+            u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
+            "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
+    EXPECT_EQ(model_.mfgGrid.Cell(1, 2), u"zufrieden"_s);
+    EXPECT_EQ(model_.mfgGrid.Tag, u"Frequency"_s);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
+    EXPECT_TRUE(gOptions.DataOnCD);
+    EXPECT_TRUE(asker_.boxes.empty());
+}
+
+TEST_F(Analysis, NeverShowsOldNumbersUnderANewRequest) {
+    open();
+    model_.changeTab(1);
+    EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
+    EXPECT_TRUE(model_.facts().counts.isEmpty());
+    // Standard and user weight share the count statement; only the text of q tells them apart.
+    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightRE));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    const QString statement = model_.facts().counts.first();
+    EXPECT_EQ(
+        model_.facts().q.first(),
+        u"SELECT QX1919_1.dt_CaseID AS ID , QX1919_1.V3 AS W2 FROM QX1919_1 WHERE (QX1919_1.V3 Is Not Null)"_s);
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4) (gewichtet nach V3)"_s);
+    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V3"_s));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V7"_s));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.facts().counts.first(), statement);
+    // By V7: 1 counts 1 + 2, 2 counts 1 + 2, 9 counts 1, system-missing 2.
+    EXPECT_EQ(cells(), u"X:2 1:3 2:3 9X:1 :9 :6"_s);
+    model_.overrideMissing(u"1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(cells(), u"X:2 1X:3 2:3 9:1 :9 :4"_s);
+}
+
+TEST_F(Analysis, FiltersOverSeveralTables) {
+    open();
+    model_.chooseFilterText(u"V9<50 AND V7=1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(
+        model_.facts().counts.first(),
+        u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 ON q.ID = "
+        u"QX1919_1.dt_CaseID) "
+        "INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<50 AND QX1919_1.V7=1 GROUP BY "
+        "QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
+    EXPECT_EQ(cells(), u"1:1 :1 :1"_s);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=1) (ausgewählte Fälle: V9<50 AND V7=1)"_s);
+    for (const auto& [text, words] : std::vector<std::pair<QString, QString>>{
+             {u"(V7=1);"_s, u"Unerlaubtes Zeichen: ;"_s}, {u"V77=1"_s, u"V77 nicht gefunden"_s}}) {
+        model_.chooseFilterText(text);
+        model_.changeTab(1);
+        expectEnded(words);
+        EXPECT_EQ(cells(), u"1:1 :1 :1"_s) << "the tables stay as they were";
+    }
+    model_.chooseFilterText(u"V7= =1"_s);
+    model_.changeTab(1);
+    EXPECT_TRUE(asker_.lastText().contains(u"Prozedur"_s))
+        << "what the engine refuses comes from the one reporter";
+    EXPECT_EQ(model_.tab(), 0);
+    EXPECT_EQ(model_.mfgGrid.Cell(0, 1) + model_.dtData3.Tag + model_.lblLabel, u""_s);
+}
+
+TEST_F(Analysis, TakesTheMissingValuesThatTheUserSets) {
+    open();
+    model_.overrideMissing(u"1;2"_s);
+    model_.changeTab(1);
+    EXPECT_EQ(cells(), u"X:1 1X:2 2X:2 9:1 :6 :1"_s);
+    model_.overrideMissing(u""_s);
+    model_.changeTab(1);
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9:1 :6 :5"_s);
+    model_.overrideMissing(std::nullopt);
+    model_.changeTab(1);
+    model_.mfgGrid.setCell(2, 2, u"X"_s);
+    asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
+    model_.cmdCalculate();
+    EXPECT_EQ(cells(), u"X:1 1X:2 2:2 9X:1 :6 :2"_s);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=2)"_s);
+    asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
+    model_.cmdCalculate();
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
+}
+
+TEST_F(Analysis, SaysWhyARunHasEnded) {
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_WeightHH = 'V99' WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.addVariable(u"QX1919"_s, u"NOWHERE"_s, u"QX1919_9"_s);
+    catalogue_.addVariable(u"QX1919"_s, u"NOFIELD"_s, u"QX1919_1"_s);
+    catalogue_.addStudy(u"QX3"_s, u"Ohne Daten"_s);
+    catalogue_.addVariable(u"QX3"_s, u"V1"_s, u"QX3_1"_s);
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'QX2020_1' WHERE id_StudyNo = 'QX2020'"_s);
+    open();
+    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightHH));
+    model_.changeTab(1);
+    expectEnded(u"V99nicht gefunden"_s);
+    model_.chooseWeight(WeightKind::noWeight);
+    for (const QString& variable : {u"NOWHERE"_s, u"NOFIELD"_s}) {
+        model_.chooseVariable(variable);
+        model_.changeTab(1);
+        EXPECT_TRUE(asker_.lastText().startsWith(u"Folgender Fehler"_s));
+        EXPECT_EQ(model_.tab(), 0);
+    }
+    model_.StudyClick(u"QX3"_s);
+    model_.chooseVariable(u"V1"_s);
+    model_.changeTab(1);
+    expectEnded(u"'"_s + catalogue_.dataFolder() + u"/QX3.mdb' nicht gefunden."_s);
+    model_.StudyClick(u"QX2020"_s);
+    model_.chooseVariable(u"V5"_s);
+    model_.chooseWeight(WeightKind::WeightUser, u"V7"_s);
+    model_.changeTab(1);
+    expectEnded(u"Fehler in Abfrage"_s);
+}
+
+TEST_F(Analysis, WarnsOfCasesWithoutWeightAndLeavesThemOut) {
+    catalogue_.addCases(u"QX4"_s, u"QX4_1"_s,
+                        {dao::TableDef::CreateField(u"V1"_s, dao::dbDouble),
+                         dao::TableDef::CreateField(u"W"_s, dao::dbDouble)},
+                        {{1, 2}, {1, dao::Value()}, {2, 1}});
+    catalogue_.addStudy(u"QX4"_s, u"Lücken"_s);
+    for (const QString& variable : {u"V1"_s, u"W"_s})
+        catalogue_.addVariable(u"QX4"_s, variable, u"QX4_1"_s);
+    open(u"QX4"_s, u"V1"_s);
+    model_.chooseWeight(WeightKind::WeightUser, u"W"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(asker_.texts(),
+              QStringList(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
+    EXPECT_EQ(cells(), u"1:2 2:1 :3 :3"_s);
+}
+
+TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
+    open();
+    model_.changeTab(1);
+    EXPECT_TRUE(model_.chooseVariable(u"V7"_s));
+    RunOutcome nested = RunOutcome::Computed;
+    asker_.onEventTurn = [&] { nested = model_.changeTab(1); };
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
+    EXPECT_EQ(nested, RunOutcome::NotRun) << "no run starts inside a run";
+    EXPECT_TRUE(asker_.boxes.empty());
+    EXPECT_EQ(model_.dtData3.Tag, u""_s);
+    EXPECT_FALSE(AnalysisModel::running());
+    asker_.onEventTurn = nullptr;
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(cells(), u"1:3 2:3 :6 :6"_s);
+}
+
+TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
+    open();
+    model_.changeTab(1);
+    const auto linkOf = [](const QString& table) {
+        return gDatabase.CurrentDatabase()->TableDefs().Item(table)->Connect();
+    };
+    EXPECT_EQ(linkOf(u"QX1919_1"_s), u";DATABASE="_s + catalogue_.caseFile(u"QX1919"_s));
+    // A file of the table's own comes first; where the data folder hasn't the study, the catalogue's folder
+    // has.
+    QFile::copy(catalogue_.caseFile(u"QX1919"_s), catalogue_.caseFile(u"QX1919-2"_s));
+    model_.chooseVariable(u"V6"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(linkOf(u"QX1919_2"_s), u";DATABASE="_s + catalogue_.caseFile(u"QX1919-2"_s));
+    const QString beside = home_.path(u"archive/QX1919.mdb"_s);
+    ASSERT_TRUE(QFile::copy(catalogue_.caseFile(u"QX1919"_s), beside));
+    gOptions.DataPath = home_.path(u"nowhere"_s);
+    model_.chooseVariable(u"V5"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(linkOf(u"QX1919_1"_s), u";DATABASE="_s + beside);
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
+}
+
+TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
+    open();
+    EXPECT_FALSE(model_.chooseMode(AnalysisMode::Crosstab)) << "no choice without a builder";
+    model_.request.mode = AnalysisMode::Descriptives;
+    model_.changeTab(1);
+    expectEnded(u"Diese Auswertung ist in dieser Version noch nicht enthalten."_s);
+
+    QStringList built;
+    for (AnalysisModel::Builder& builder : model_.builders)
+        builder = [&built](AnalysisModel& m) {
+            built << m.mfgGrid.Tag + u':' + QString::number(m.counts->RecordCount());
+            return BuildOutcome::Complete;
+        };
+    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Crosstab));
+    EXPECT_TRUE(model_.view().secondVariable);
+    model_.changeTab(1);
+    expectEnded(u"Bitte eine zweite Variable auswählen"_s);
+    model_.chooseVariable2(u"V5"_s);
+    model_.changeTab(1);
+    expectEnded(u"Doppelte Variablen"_s);
+    model_.chooseVariable2(u"V6"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit nach V6: Vertrauen"_s);
+    EXPECT_TRUE(model_.view().cbValuesShown);
+
+    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Descriptives));
+    bool asked = false;
+    model_.askMissing = [&asked](AnalysisModel&) { asked = true; };
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(asked);
+    const QString cases =
+        u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s;
+    for (const QString& name : {u"stat"_s, u"stat2"_s})
+        EXPECT_EQ(gDatabase.CurrentDatabase()->QueryDefs().Item(name)->SQL(), cases);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    EXPECT_EQ(built, (QStringList{u"Crosstab:5"_s, u"Descriptives:6"_s}));
+}
+
+TEST_F(Analysis, RunsAComparisonEntryByEntry) {
+    open();
+    QStringList columns;
+    model_.builders[static_cast<size_t>(AnalysisMode::Comparison)] = [&columns](AnalysisModel& m) {
+        columns << QString::number(m.mfgGridCol) + u' ' + m.mfgGrid.Cell(m.mfgGridCol, 0) + u' ' +
+                       m.request.dtMissing;
+        return BuildOutcome::Complete;
+    };
+    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Comparison));
+    EXPECT_TRUE(model_.view().comparison);
+    model_.changeTab(1);
+    expectEnded(u"Bitte eine Variable auswählen"_s);
+    const auto entry = [](const QStringList& values) {
+        ComparisonEntry e;
+        for (int i = 0; i < values.size(); ++i)
+            e.column[i + 1] = values[i];
+        return e;
+    };
+    model_.request.lst_TrendVars = {entry({u"QX1919"_s, u"V5"_s, u"QX1919_1"_s, u"V5"_s, u"9"_s, u"1919"_s,
+                                           u"Welle 1"_s, u"V3"_s, u"V9<50"_s, u"RE"_s, u"user"_s}),
+                                    entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
+    model_.request.txtTitle = u"Trend"_s;
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(columns, (QStringList{u"3 QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50) 9"_s,
+                                    u"4 QX2020, V7, 2020,  "_s}));
+    EXPECT_EQ(model_.facts().counts.last(), u"SELECT QX2020_1.V7 AS [Value], Count(q.ID) AS Count FROM (q "
+                                            u"INNER JOIN QX2020_1 ON q.ID = QX2020_1.dt_CaseID) "
+                                            "GROUP BY QX2020_1.V7 ORDER BY QX2020_1.V7;"_s)
+        << "nothing of the first entry's filter is left";
+    EXPECT_EQ(model_.dtData3.Tag, u"TRENDQX1919V5V3V9<50QX2020V7"_s);
+    EXPECT_EQ(model_.lblLabel, u"Vergleichsauswertung: Trend"_s);
+    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+}
