@@ -308,7 +308,7 @@ TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
     for (const QString& name : {u"stat"_s, u"stat2"_s})
         EXPECT_EQ(gDatabase.CurrentDatabase()->QueryDefs().Item(name)->SQL(), cases);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
-    EXPECT_EQ(built, (QStringList{u"Crosstab:5"_s, u"Descriptives:6"_s}));
+    EXPECT_EQ(built, (QStringList{u"Crosstab:6"_s, u"Descriptives:6"_s}));
 }
 
 TEST_F(Analysis, RunsAComparisonEntryByEntry) {

@@ -1,8 +1,7 @@
 #include "tables/Frequency.h"
 
-#include "app/globals.h"
+#include "platform/dao/DBEngine.h"
 #include "platform/system/NumberFormat.h"
-#include "support/ListRecordset.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestHome.h"
 
@@ -13,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const dao::Value null;
-using Counts = ListRecordset::Rows;
+using Rows = std::vector<std::vector<dao::Value>>;
 
 /// A table with what it is made from, all options as a fresh installation has them but for automatic widths.
 class FrequencyTable : public testing::Test {
@@ -25,14 +24,40 @@ protected:
     std::optional<QString> dtMissing_;
     bool cumulated_ = true, separate_ = true, comma_ = true, autoWidth_ = false;
     std::function<bool()> cancelled_;
-    ListRecordset::Rows labels_{{u"1"_s, u"ja"_s}, {u"2.0"_s, u"nein"_s}, {u"9"_s, u"keine Angabe"_s}};
+    Rows labels_{{u"1"_s, u"ja"_s}, {u"2.0"_s, u"nein"_s}, {u"9"_s, u"keine Angabe"_s}};
 
-    BuildOutcome build(const Counts& rows) {
-        ListRecordset counts({u"Value"_s, u"Count"_s}, rows);
-        ListRecordset labels({u"dt_Value"_s, u"dt_Label"_s}, labels_);
+    dao::DatabasePtr file_ = dao::DBEngine::instance().Workspaces(0).CreateDatabase(home_.path(u"t.mdb"_s));
+
+    dao::RecordsetPtr recordset(const QString& name, const QString& a, const QString& b, int type,
+                                const Rows& rows) {
+        if (file_->TableDefs().contains(name))
+            file_->TableDefs().Delete(name);
+        const dao::TableDefPtr table = file_->CreateTableDef(name);
+        table->Fields = {dao::TableDef::CreateField(a, type), dao::TableDef::CreateField(b, type)};
+        file_->TableDefs().Append(table);
+        dao::DBEngine::instance().Workspaces(0).BeginTrans();
+        const auto appender = file_->openAppender(name, {a, b});
+        for (const std::vector<dao::Value>& row : rows) {
+            for (int i = 0; i < 2; ++i) {
+                const dao::Value& value = row[static_cast<size_t>(i)];
+                if (type == dao::dbText)
+                    appender->setText(i, value.toText());
+                else if (!value.isNull())
+                    appender->setNumber(i, value.toDouble());
+            }
+            appender->appendRow();
+        }
+        dao::DBEngine::instance().Workspaces(0).CommitTrans();
+        return file_->OpenRecordset(name, dao::dbOpenSnapshot);
+    }
+
+    BuildOutcome build(const Rows& rows) {
+        const dao::RecordsetPtr counts = recordset(u"counts"_s, u"Value"_s, u"Count"_s, dao::dbDouble, rows);
+        const dao::RecordsetPtr labels =
+            recordset(u"labels"_s, u"dt_Value"_s, u"dt_Label"_s, dao::dbText, labels_);
         const FrequencyInput input{
-            .counts = counts,
-            .labels = labels,
+            .counts = *counts,
+            .labels = *labels,
             .dtMissing = dtMissing_,
             .CumulatedPercent = cumulated_,
             .SeparateValidCases = separate_,
@@ -122,7 +147,7 @@ TEST_F(FrequencyTable, WarnsOncePerStretchOfUnknownCounts) {
 }
 
 TEST_F(FrequencyTable, TakesExactly25000Values) {
-    Counts counts;
+    Rows counts;
     for (int i = 1; i <= 25000; ++i)
         counts.push_back({i, 1});
     labels_.clear();
@@ -150,7 +175,7 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
     dtMissing_ = u"9"_s;
     comma_ = false;
     // System-missing arrives first and ends behind -3: marks must follow values, not rows.
-    const Counts counts{{null, 2}, {-3, 1}, {1, 3}, {9, 4}};
+    const Rows counts{{null, 2}, {-3, 1}, {1, 3}, {9, 4}};
     build(counts);
     EXPECT_EQ(rows()[3], u"1|ja||3|30.0|75.0|100.0"_s) << "the other separator";
     table_.setCell(2, 3, u"X"_s);
