@@ -2,11 +2,16 @@
 
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/importTexts.h"
+#include "catalogue/schema.h"
 #include "platform/system/Paths.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -19,13 +24,26 @@ QString noteOf(const QString& catalogue) {
     return catalogue + u"-import"_s;
 }
 
-QString lockOf(const QString& catalogue) {
-    return catalogue + u"-import.lock"_s;
+QString cannotWrite(const QString& path) {
+    return said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
+        .arg(path);
 }
 
-void removeFile(const QString& path) {
-    QFile::remove(path);
-    QFile::remove(path + u"-journal"_s);
+QString journalOf(const QString& path) {
+    return path + u"-journal"_s;
+}
+
+/// A journal that was begun but not yet needed stays when a database is only read; a change that is taken
+/// back at once removes it, unless it is in use by another.
+void endJournal(dao::Database& database) {
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    workspace.BeginTrans();
+    try {
+        schema::create(database, schema::cases(u"import_probe"_s, {}));
+        workspace.Rollback();
+    } catch (const dao::Error&) {
+        workspace.Rollback();
+    }
 }
 
 /// Opens a database, which rolls back what a killed process left unfinished in it. @return false if it holds
@@ -35,31 +53,32 @@ bool recover(const QString& path) {
         return false;
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(path);
     const bool hasTables = database->TableDefs().Count() > 0;
+    if (hasTables && QFileInfo::exists(journalOf(path)))
+        endJournal(*database);
     database->Close();
     return hasTables;
 }
 
 /// Deals with one line of the note of a killed run.
 void recoverLine(const QString& line) {
+    constexpr int noDatabase = 3343;
     const bool made = line.startsWith(madeMark);
     const QString path = line.mid(line.indexOf(u'\t') + 1);
-    if (!QFileInfo::exists(path)) {
-        if (made)
-            QFile::remove(path + u"-journal"_s);
-        return;
-    }
     bool hasTables = false;
     try {
-        hasTables = recover(path);
+        hasTables = QFileInfo::exists(path) && recover(path);
     } catch (const dao::Error& error) {
-        // Locked or unreadable: it may hold something, so it stays.
-        throw ImportError(
-            said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
-                 u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
-                .arg(path, error.description()));
+        // What is no database has nothing to roll back. Anything else, a lock or damage, is for the user to
+        // see to.
+        if (error.number() != noDatabase)
+            throw ImportError(
+                said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
+                     u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
+                    .arg(path, error.description()));
     }
     if (made && !hasTables)
-        removeFile(path);
+        for (const QString& file : {path, journalOf(path)})
+            QFile::remove(file);
 }
 
 /// A commit of several files notes their journals in a file of its own, named after the main one.
@@ -70,67 +89,105 @@ void removeCommitNotes(const QString& catalogue) {
         QFile::remove(folder.filePath(name));
 }
 
-/// Under the lock.
-void clearAfterKilledRun(const QString& catalogue) {
-    QFile note(noteOf(catalogue));
-    if (!note.open(QIODevice::ReadOnly))
+/// Opens and locks the note. The lock goes with the process, however it ends.
+/// @return its descriptor, -1 if it is locked by another or cannot be opened (`busy` tells)
+int lockNote(const QString& catalogue, bool create, bool& busy) {
+    const QByteArray path = QFile::encodeName(noteOf(catalogue));
+    busy = false;
+    for (;;) {
+        const int note = open(path.constData(), O_RDWR | O_CLOEXEC | O_APPEND | (create ? O_CREAT : 0), 0666);
+        if (note < 0)
+            return -1;
+        if (flock(note, LOCK_EX | LOCK_NB) != 0) {
+            busy = true;
+            close(note);
+            return -1;
+        }
+        // The one before may have removed its note between our opening and our lock.
+        struct stat locked {
+        }, present{};
+        if (fstat(note, &locked) == 0 && stat(path.constData(), &present) == 0 &&
+            locked.st_ino == present.st_ino)
+            return note;
+        close(note);
+    }
+}
+
+/// Rolls back and removes what the note lists, and empties it. Under the lock.
+void clearAway(const QString& catalogue, int note) {
+    QFile file;
+    if (!file.open(note, QIODevice::ReadOnly) || !file.seek(0))
         return;
-    const QString text = QString::fromUtf8(note.readAll());
-    note.close();
-    for (const QString& line : text.split(u'\n', Qt::SkipEmptyParts))
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString& line : lines)
         recoverLine(line);
-    removeCommitNotes(catalogue);
-    note.remove();
+    if (!lines.isEmpty())
+        removeCommitNotes(catalogue);
+    if (ftruncate(note, 0) != 0)
+        throw ImportError(cannotWrite(noteOf(catalogue)));
+}
+
+void removeNote(const QString& catalogue, int note) {
+    QFile::remove(noteOf(catalogue));
+    close(note);
 }
 
 } // namespace
 
-ImportGuard::ImportGuard(const QString& catalogue) : note_(noteOf(catalogue)), lock_(lockOf(catalogue)) {
-    // A lock is stale when its process is gone, however old it is.
-    lock_.setStaleLockTime(0);
-    if (!lock_.tryLock(0)) {
-        const bool busy = lock_.error() == QLockFile::LockFailedError;
-        throw ImportError((busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
-                                       u"%1: Another import is at work"_s)
-                                : said(u"%1: In den Ordner kann nicht geschrieben werden"_s,
-                                       u"%1: The folder cannot be written"_s))
-                              .arg(catalogue));
+ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
+    bool busy = false;
+    note_ = lockNote(catalogue, true, busy);
+    if (note_ < 0)
+        throw ImportError(busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
+                                      u"%1: Another import is at work"_s)
+                                     .arg(catalogue)
+                               : cannotWrite(catalogue));
+    try {
+        clearAway(catalogue, note_);
+    } catch (...) {
+        close(note_);
+        throw;
     }
-    clearAfterKilledRun(catalogue);
 }
 
 ImportGuard::~ImportGuard() {
-    for (const QString& path : made_)
-        removeFile(path);
-    QFile::remove(note_);
+    if (note_ < 0)
+        return;
+    try {
+        clearAway(catalogue_, note_);
+        removeNote(catalogue_, note_);
+    } catch (const ImportError&) {
+        close(note_); // the note stays for the next run to try again
+    }
 }
 
 void ImportGuard::willWrite(const QString& path) {
     const QString absolute = QFileInfo(path).absoluteFilePath();
-    if (touched_.contains(absolute) || made_.contains(absolute))
+    if (written_.contains(absolute))
         return;
+    written_ << absolute;
     // A file of no bytes is nobody's work.
-    const bool made = QFileInfo(absolute).size() == 0;
-    QFile note(note_);
-    const QByteArray line = ((made ? madeMark : touchedMark) + absolute + u'\n').toUtf8();
-    if (!note.open(QIODevice::WriteOnly | QIODevice::Append) || note.write(line) != line.size() ||
-        !note.flush())
-        throw ImportError(
-            said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
-                .arg(note_));
-    (made ? made_ : touched_) << absolute;
+    const QString& mark = QFileInfo(absolute).size() == 0 ? madeMark : touchedMark;
+    const QByteArray line = (mark + absolute + u'\n').toUtf8();
+    if (write(note_, line.constData(), static_cast<size_t>(line.size())) != line.size())
+        throw ImportError(cannotWrite(noteOf(catalogue_)));
 }
 
 void ImportGuard::done() {
-    made_.clear();
-    QFile::remove(note_);
+    removeNote(catalogue_, note_);
+    note_ = -1;
 }
 
 void removeLeftovers(const QString& catalogue) {
-    if (!QFileInfo::exists(noteOf(catalogue)))
+    bool busy = false;
+    const int note = lockNote(catalogue, false, busy);
+    if (note < 0)
         return;
-    QLockFile lock(lockOf(catalogue));
-    lock.setStaleLockTime(0);
-    if (lock.tryLock(0))
-        clearAfterKilledRun(catalogue);
+    try {
+        clearAway(catalogue, note);
+    } catch (...) {
+        close(note);
+        throw;
+    }
+    removeNote(catalogue, note);
 }

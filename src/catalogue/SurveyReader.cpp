@@ -202,18 +202,23 @@ struct SurveyReader::HeadPass : PassBase {
         variable.label = text(readstat_variable_get_label(source), variableWord(variable.name));
         variable.format = text(readstat_variable_get_format(source), variableWord(variable.name));
         variable.isText = readstat_variable_get_type_class(source) == READSTAT_TYPE_CLASS_STRING;
-        if (variable.isText && readstat_variable_get_type(source) != READSTAT_TYPE_STRING_REF) {
-            variable.width =
-                static_cast<int>(std::min<size_t>(readstat_variable_get_storage_width(source), INT_MAX));
-            // A portable or system file's own width is in the format; the storage is rounded up.
-            if (const int exact = variable.format.mid(1).toInt(); !file.stata && exact > 0)
-                variable.width = exact;
-        }
+        if (variable.isText && readstat_variable_get_type(source) != READSTAT_TYPE_STRING_REF)
+            variable.width = widthOf(source, variable.format);
         variable.hasMeasure = readstat_variable_get_measure(source) != READSTAT_MEASURE_UNKNOWN;
         if (labelSet)
             variable.labelSet = setOf(labelSet);
         missing(source, variable);
         file.variables.push_back(std::move(variable));
+    }
+
+    int widthOf(const readstat_variable_t* source, const QString& format) const {
+        const int stored =
+            static_cast<int>(std::min<size_t>(readstat_variable_get_storage_width(source), INT_MAX));
+        if (file.stata)
+            return stored - 1;  // a zero ends each string
+        // An SPSS file's own width is in the format; the storage is rounded up.
+        const int exact = format.mid(1).toInt();
+        return exact > 0 ? exact : stored;
     }
 
     static void missing(const readstat_variable_t* source, SurveyVariable& variable) {

@@ -1,0 +1,161 @@
+#include "ImportFixture.h"
+#include "catalogue/ImportGuard.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <csignal>
+#include <random>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int caseCount = 3000;
+
+void writeSurvey(const QString& path, double value) {
+    SurveyFileMaker maker;
+    for (const char* name : {"V1", "V2", "V3", "V4", "V5"})
+        maker.number(name);
+    maker.text("TEXT", 60);
+    maker.write(path, caseCount, [&](int i) {
+        return SurveyFileMaker::Row{value,     i + 0.25,      i + 0.5,
+                                    double(i), double(i % 7), "some words to fill pages"};
+    });
+}
+
+/// Imports in a process of its own. @return its id
+template<class Prepare>
+pid_t importInChild(const ImportRequest& request, Prepare&& prepare) {
+    const pid_t child = fork();
+    if (child != 0)
+        return child;
+    prepare();
+    int code = 0;
+    try {
+        importSurvey(request);
+    } catch (...) {
+        code = 1;
+    }
+    _exit(code);
+}
+
+int waitFor(pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+} // namespace
+
+class ImportInterrupted : public ImportFixture {
+protected:
+    QString first = home.path(u"first.sav"_s), second = home.path(u"second.sav"_s);
+
+    void SetUp() override {
+        writeSurvey(first, 1);
+        writeSurvey(second, 2);
+    }
+
+    QStringList content() {
+        return rows(catalogue, u"SELECT id_StudyNo, dt_StudyTitle FROM tkey_Study ORDER BY id_StudyNo"_s) +
+               rows(catalogue, u"SELECT fi_StudyNo, Count(*) AS N FROM tkey_Variable GROUP BY fi_StudyNo"_s);
+    }
+};
+
+TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
+    ImportRequest base = request(first, u"QX1"_s);
+    base.settings.title = u"A"_s;
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_EQ(outcome(base), QString());
+    const qint64 length = timer.nsecsElapsed() / 1000;
+    ImportRequest replacing = request(second, u"QX1"_s);
+    replacing.settings.replace = true;
+    replacing.settings.title = u"B"_s;
+    const ImportRequest adding = request(second, u"QX2"_s);
+    ImportRequest making = request(second, u"QX1"_s);
+    making.catalogue = home.path(u"new.mdb"_s);
+    making.settings.dataFolder = home.path(u"data"_s);
+    QDir().mkpath(making.settings.dataFolder);
+
+    const auto before = folder();
+    const QStringList contentBefore = content();
+    std::mt19937 random(20'180'331);
+    int unfinished = 0;
+    for (int round = 0; round < 24; ++round) {
+        const ImportRequest& wish = round % 3 == 0 ? replacing : round % 3 == 1 ? adding : making;
+        const pid_t child = importInChild(wish, [] {});
+        // Mostly while it is at work, in the last rounds around its end.
+        const qint64 least = round < 18 ? 0 : length, most = round < 18 ? length : 2 * length;
+        usleep(static_cast<useconds_t>(std::uniform_int_distribution(least, most)(random)));
+        kill(child, SIGKILL);
+        const bool finished = WIFEXITED(waitFor(child));
+
+        removeLeftovers(wish.catalogue);
+        const QString cases = wish.settings.dataFolder.isEmpty() ? home.path(wish.settings.study + u".mdb"_s)
+                                                                 : home.path(u"data/QX1.mdb"_s);
+        bool taken = false;
+        if (&wish == &replacing)
+            taken = content().contains(u"QX1|B"_s);
+        else if (&wish == &adding)
+            taken = content().contains(u"QX2|QX2"_s);
+        else
+            taken = QFile::exists(making.catalogue);
+        EXPECT_TRUE(taken || !finished) << round;
+        unfinished += !taken;
+        if (taken || &wish == &replacing) {
+            const double value = taken ? 2 : 1;
+            EXPECT_EQ(rows(cases, u"SELECT Count(*) AS N, Min(V1) AS A, Max(V1) AS B FROM %1_1"_s.arg(
+                                      wish.settings.study)),
+                      QStringList{u"%1|%2|%2"_s.arg(caseCount).arg(value)})
+                << round;
+        }
+        if (!taken) {
+            EXPECT_TRUE(folder() == before) << round << folder().keys().join(u' ').toStdString();
+            EXPECT_EQ(QDir(making.settings.dataFolder).entryList(QDir::Files), QStringList()) << round;
+            continue;
+        }
+        // Back to the beginning for the next round.
+        for (const QString& name : folder().keys())
+            QFile::remove(home.path(name));
+        QFile::remove(home.path(u"data/QX1.mdb"_s));
+        for (auto file = before.begin(); file != before.end(); ++file) {
+            QFile copy(home.path(file.key()));
+            ASSERT_TRUE(copy.open(QIODevice::WriteOnly));
+            copy.write(file.value());
+        }
+        EXPECT_EQ(content(), contentBefore);
+    }
+    EXPECT_GT(unfinished, 3) << "the kills came too late to tell anything";
+}
+
+TEST_F(ImportInterrupted, AFullDiskLeavesEverythingAsItWas) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    const auto before = folder();
+    for (const bool replace : {true, false})
+        for (const rlim_t limit : {20'000, 60'000, 120'000}) {
+            ImportRequest wish = request(second, replace ? u"QX1"_s : u"QX2"_s);
+            wish.settings.replace = replace;
+            const int status = waitFor(importInChild(wish, [limit] {
+                // A file may grow no further; the writer gets the error that a full medium gives.
+                signal(SIGXFSZ, SIG_IGN);
+                const rlimit most{limit, limit};
+                setrlimit(RLIMIT_FSIZE, &most);
+            }));
+            EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << limit;
+            // The limit may have kept it from writing the old pages back.
+            removeLeftovers(catalogue);
+            EXPECT_TRUE(folder() == before) << limit << folder().keys().join(u' ').toStdString();
+        }
+}
+
+TEST_F(ImportInterrupted, OneImportAtATime) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    ImportGuard guard(catalogue);
+    EXPECT_TRUE(outcome(request(second, u"QX2"_s)).contains(u"my.mdb"_s));
+    guard.done();
+}
