@@ -144,11 +144,15 @@ void FileCompanion::close() {
     if (!use_) {
         return;
     }
-    use_.reset();
     if (file_->isOpen()) {
         const DatabaseFile::Operation operation(*file_);
+        if (file_->transactionLevel() > 0) {
+            raiseEngineError(3246);
+        }
+        use_.reset();
         file_->attachments().letGo(schema_);
     }
+    use_.reset();
 }
 
 }

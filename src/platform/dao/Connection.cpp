@@ -37,6 +37,9 @@ Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode 
         }
         configure();
         checkContent(location.path);
+        // No memory mapping: a medium that is taken out would end the process. The page cache keeps its size: SQLite
+        // sorts in pieces of that size, and larger ones are slower.
+        run(u"PRAGMA cell_size_check=ON; PRAGMA mmap_size=0"_s, Purpose::Open);
     } catch (...) {
         sqlite3_close(handle_);
         throw;
@@ -60,7 +63,6 @@ void Connection::configure() {
     sqlite3_busy_handler(handle_, onBusy, this);
     sqlite3_progress_handler(handle_, stepsBetweenProgress, onProgress, this);
     registerFunctions(handle_);
-    run(u"PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA cache_size=-32000"_s, Purpose::Open);
 }
 
 void Connection::checkContent(const QString& file) {

@@ -10,6 +10,8 @@ class EngineTest : public testing::Test {
 protected:
     EngineTest() { dao::DBEngine::instance().setLockWait(50); }
     ~EngineTest() override {
+        while (errorOf([this] { workspace().Rollback(); }) == 0)
+            ;
         for (const dao::DatabasePtr& database : opened_)
             database->Close();
         dao::DBEngine::instance().setProgress({});

@@ -1,0 +1,320 @@
+#include "platform/dao/EngineFixture.h"
+
+#include <QFile>
+#include <sqlite3.h>
+
+using namespace Qt::StringLiterals;
+using dao::Value;
+
+namespace {
+
+class DatabaseTest : public EngineTest {
+protected:
+    /// Another program's connection to a file.
+    class Stranger {
+    public:
+        explicit Stranger(const QString& path) { sqlite3_open(path.toUtf8().constData(), &handle_); }
+        ~Stranger() { sqlite3_close(handle_); }
+        void run(const char* sql) const {
+            char* message = nullptr;
+            EXPECT_EQ(sqlite3_exec(handle_, sql, nullptr, nullptr, &message), SQLITE_OK) << (message ? message : "");
+            sqlite3_free(message);
+        }
+
+    private:
+        sqlite3* handle_ = nullptr;
+    };
+
+    QByteArray content(const QString& name) const {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }
+    void write(const QString& name, const QByteArray& content) const {
+        QFile file(path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+};
+
+}
+
+TEST_F(DatabaseTest, FilesThatCannotBeOpenedSayWhy) {
+    createCases(u"good.mdb"_s, u"QX1_1"_s, 5000);
+    write(u"text.mdb"_s, QByteArray(5000, 'x'));
+    write(u"empty.mdb"_s, QByteArray());
+    write(u"short.mdb"_s, content(u"good.mdb"_s).left(9000));
+    const std::pair<QString, int> cases[] = {
+        {u"nofolder/a.mdb"_s, 3044}, {u"nofile.mdb"_s, 3024}, {u"text.mdb"_s, 3343},
+        {u"empty.mdb"_s, 3343},      {u"short.mdb"_s, 3049},  {u"home"_s, 3051},
+    };
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    for (const auto& [file, number] : cases) {
+        EXPECT_EQ(errorOf([&] { open(file); }), number) << file.toStdString();
+        const dao::Errors& errors = dao::DBEngine::instance().errors();
+        ASSERT_EQ(errors.Count(), 1);
+        EXPECT_TRUE(errors.Item(0).description.contains(file)) << errors.Item(0).description.toStdString();
+        addLink(*catalogue, u"L"_s, path(file));
+        EXPECT_EQ(errorOf([&] { catalogue->OpenRecordset(u"SELECT * FROM L"_s); }), number) << file.toStdString();
+        EXPECT_EQ(errorOf([&] { catalogue->TableDefs().Item(u"L"_s)->RefreshLink(); }), number);
+        catalogue->TableDefs().Delete(u"L"_s);
+    }
+    EXPECT_EQ(errorOf([&] { create(u"good.mdb"_s); }), 3204);
+    EXPECT_EQ(errorOf([&] { create(u"nofolder/new.mdb"_s); }), 3044);
+    open(u"good.mdb"_s);
+    EXPECT_EQ(dao::DBEngine::instance().errors().Count(), 0) << "the list empties when the next operation begins";
+}
+
+TEST_F(DatabaseTest, LinksLeadToOtherFilesInAnySpelling) {
+    createCases(u"QX1.mdb"_s, u"QX1_1"_s, 3, 1.5);
+    createCases(u"QX2.mdb"_s, u"QX1_1"_s, 2, 10);
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    addLink(*catalogue, u"QX1_1"_s, path(u"QX1.mdb"_s).replace(u'/', u'\\'));
+    addLink(*catalogue, u"other"_s, path(u"qx2.MDB"_s), u"qx1_1"_s);
+    const auto link = catalogue->TableDefs().Item(u"qx1_1"_s);
+    EXPECT_EQ(link->Attributes(), dao::dbAttachedTable);
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1 ORDER BY V1 DESC"_s), u"4,5;3;1,5"_s);
+    EXPECT_EQ(rows(*catalogue, u"SELECT QX1_1.V1, other.V1 FROM QX1_1 INNER JOIN other ON QX1_1.dt_CaseID = other.dt_CaseID"_s),
+              u"1,5,10;3,20"_s);
+    EXPECT_EQ(catalogue->OpenRecordset(u"QX1_1"_s)->Fields()[1].Type, dao::dbDouble);
+
+    link->setConnect(u";DATABASE="_s + path(u"QX2.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"10;20"_s);
+    link->setSourceTableName(u"gone"_s);
+    EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM QX1_1"_s); }), 3011);
+    EXPECT_EQ(errorOf([&] { link->setConnect(u"nothing"_s); }), 3170);
+    EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM nowhere"_s); }), 3078);
+
+    catalogue->Execute(u"UPDATE other SET V1 = 7 WHERE dt_CaseID = 1"_s);
+    EXPECT_EQ(catalogue->RecordsAffected(), 1);
+    catalogue->TableDefs().Delete(u"other"_s);
+    EXPECT_EQ(rows(*open(u"QX2.mdb"_s), u"SELECT V1 FROM QX1_1"_s), u"7;20"_s) << "only the link goes";
+}
+
+TEST_F(DatabaseTest, AFileThatTakesTheNameOfALinkedOneIsRead) {
+    createCases(u"QX1.mdb"_s, u"QX1_1"_s, 2);
+    createCases(u"new.mdb"_s, u"QX1_1"_s, 2, 100);
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    addLink(*catalogue, u"QX1_1"_s, path(u"QX1.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"1;2"_s);
+    QFile::remove(path(u"QX1.mdb"_s));
+    EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM QX1_1"_s); }), 3024);
+    QFile::rename(path(u"new.mdb"_s), path(u"QX1.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"100;200"_s);
+}
+
+TEST_F(DatabaseTest, AnyNumberOfLinksMayExistButOneStatementReachesTenFiles) {
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    QString from;
+    QString elevenFiles;
+    for (int i = 1; i <= 25; ++i) {
+        createCases(u"S%1.mdb"_s.arg(i), u"S%1_1"_s.arg(i), 1, i);
+        addLink(*catalogue, u"S%1_1"_s.arg(i), path(u"S%1.mdb"_s.arg(i)));
+        from += (i == 1 ? u""_s : u" UNION ALL "_s) + u"SELECT V1 FROM S%1_1"_s.arg(i);
+        if (i == 10) {
+            EXPECT_EQ(rows(*catalogue, from), u"1;2;3;4;5;6;7;8;9;10"_s);
+        }
+        elevenFiles = i == 11 ? from : elevenFiles;
+    }
+    for (const int i : {25, 1, 13, 7, 20, 2})
+        EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM S%1_1"_s.arg(i)), QString::number(i));
+    EXPECT_EQ(errorOf([&] { rows(*catalogue, elevenFiles); }), 3048);
+    workspace().BeginTrans();
+    for (int i = 1; i <= 10; ++i)
+        catalogue->Execute(u"UPDATE S%1_1 SET V1 = 0"_s.arg(i));
+    EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM S11_1"_s); }), 3048) << "all ten take part in it";
+    workspace().Rollback();
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM S11_1"_s), u"11"_s);
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM S3_1"_s), u"3"_s);
+}
+
+TEST_F(DatabaseTest, DefinitionsLiveInMemoryUntilTheyAreSaved) {
+    createCases(u"QX1.mdb"_s, u"QX1_1"_s, 2);
+    {
+        const auto catalogue = create(u"catalogue.mdb"_s);
+        addLink(*catalogue, u"QX1_1"_s, path(u"QX1.mdb"_s));
+        catalogue->CreateQueryDef(u"q"_s, u"SELECT dt_CaseID AS ID FROM QX1_1;"_s);
+        EXPECT_EQ(errorOf([&] { catalogue->CreateQueryDef(u"Q"_s); }), 3012);
+        EXPECT_EQ(errorOf([&] { addLink(*catalogue, u"qx1_1"_s, path(u"QX1.mdb"_s)); }), 3010);
+        EXPECT_EQ(rows(*catalogue, u"q"_s), u"1;2"_s);
+        EXPECT_EQ(open(u"catalogue.mdb"_s)->QueryDefs().Count(), 0);
+        catalogue->saveDefinitions();
+        const auto other = open(u"catalogue.mdb"_s);
+        EXPECT_EQ(other->QueryDefs().Item(0)->SQL(), u"SELECT dt_CaseID AS ID FROM QX1_1;"_s);
+        catalogue->QueryDefs().Item(u"Q"_s)->setSQL(u"SELECT V1 FROM QX1_1"_s);
+        catalogue->Close();
+        EXPECT_EQ(rows(*other, u"SELECT ID FROM q"_s), u"1;2"_s) << "what is open keeps its own";
+        other->QueryDefs().Refresh();
+        EXPECT_EQ(rows(*other, u"SELECT * FROM q"_s), u"1;2"_s);
+        EXPECT_EQ(other->OpenRecordset(u"q"_s)->Fields()[0].Name, u"V1"_s);
+    }
+    const QByteArray before = content(u"catalogue.mdb"_s);
+    for (const bool readOnly : {false, true}) {
+        dao::DBEngine::instance().setDefinitionsInMemory(!readOnly);
+        const auto catalogue = open(u"catalogue.mdb"_s, readOnly);
+        EXPECT_EQ(catalogue->TableDefs().Count(), 1) << "the engine's own tables don't show";
+        EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT * FROM __vx_links"_s); }), 3078);
+        catalogue->QueryDefs().Item(u"q"_s)->setSQL(u"SELECT Count(*) AS n FROM QX1_1"_s);
+        addLink(*catalogue, u"L2"_s, path(u"QX1.mdb"_s), u"QX1_1"_s);
+        EXPECT_EQ(rows(*catalogue, u"SELECT n FROM q"_s), u"2"_s);
+        EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM L2"_s), u"1;2"_s);
+        if (readOnly) {
+            EXPECT_EQ(errorOf([&] { catalogue->Execute(u"UPDATE QX1_1 SET V1 = 5"_s); }), 3027);
+            EXPECT_FALSE(catalogue->OpenRecordset(u"QX1_1"_s)->Updatable());
+        }
+        catalogue->QueryDefs().Delete(u"q"_s);
+        EXPECT_EQ(errorOf([&] { catalogue->QueryDefs().Item(u"q"_s); }), 3265);
+        catalogue->Close();
+        EXPECT_EQ(content(u"catalogue.mdb"_s), before);
+    }
+}
+
+TEST_F(DatabaseTest, TablesAreMadeAsTheirDefinitionSays) {
+    const auto database = create(u"a.mdb"_s);
+    const auto table = database->CreateTableDef(u"tsys_Comparison"_s);
+    const std::pair<QString, int> fields[] = {
+        {u"Yes"_s, dao::dbBoolean},  {u"Byte"_s, dao::dbByte},     {u"Small"_s, dao::dbInteger}, {u"Long"_s, dao::dbLong},
+        {u"Money"_s, dao::dbCurrency}, {u"Single"_s, dao::dbSingle}, {u"Double"_s, dao::dbDouble}, {u"Date"_s, dao::dbDate},
+        {u"Text"_s, dao::dbText},    {u"Memo"_s, dao::dbMemo},     {u"Bytes"_s, dao::dbLongBinary},
+    };
+    table->Fields.push_back(dao::TableDef::CreateField(u"ID"_s, dao::dbLong, 0, dao::dbAutoIncrField));
+    for (const auto& [name, type] : fields)
+        table->Fields.push_back(dao::TableDef::CreateField(name, type, type == dao::dbText ? 50 : 0));
+    table->Indexes.push_back({u"byText"_s, {u"Text"_s}, true});
+    database->TableDefs().Append(table);
+    EXPECT_EQ(errorOf([&] { database->TableDefs().Append(table); }), 3010);
+    const std::vector<dao::ColumnInfo> columns = database->TableDefs().Item(0)->columns();
+    ASSERT_EQ(columns.size(), std::size(fields) + 1);
+    for (size_t i = 0; i < std::size(fields); ++i) {
+        EXPECT_EQ(columns[i + 1].name, fields[i].first);
+        EXPECT_EQ(columns[i + 1].type, fields[i].second) << fields[i].first.toStdString();
+    }
+    EXPECT_EQ(columns[0].attributes, dao::dbAutoIncrField);
+    EXPECT_EQ(columns[9].size, 50);
+
+    database->Execute(u"INSERT INTO tsys_Comparison ([Text], [Memo], [Double]) VALUES ('Ä', 5, 2)"_s);
+    EXPECT_EQ(errorOf([&] { database->Execute(u"INSERT INTO tsys_Comparison ([Text]) VALUES ('ä')"_s); }), 3022);
+    const auto row = database->OpenRecordset(u"SELECT [Yes], [Memo], [Double] FROM tsys_Comparison"_s);
+    EXPECT_EQ(row->value(0), Value(0));
+    EXPECT_EQ(row->value(1), Value(u"5"_s));
+    EXPECT_EQ(row->value(2), Value(2.0));
+
+    EXPECT_EQ(errorOf([&] { database->TableDefs().Append(database->CreateTableDef(u"none"_s)); }), 3264);
+    EXPECT_EQ(errorOf([&] { addTable(*database, u"twice"_s, {{u"a"_s}, {u"A"_s}}); }), 3191);
+    for (const QString& name : {u""_s, u"a.b"_s, u"a]"_s, u"__vx_x"_s, u"sqlite_x"_s, QString(65, u'a')})
+        EXPECT_EQ(errorOf([&] { addTable(*database, name, {{u"a"_s}}); }), 3125) << name.toStdString();
+    database->TableDefs().Delete(u"TSYS_comparison"_s);
+    EXPECT_FALSE(database->TableDefs().contains(u"tsys_Comparison"_s));
+}
+
+TEST_F(DatabaseTest, AStrangersFileBringsNothingAlongThatRuns) {
+    const Stranger stranger(path(u"strange.mdb"_s));
+    stranger.run("CREATE TABLE t(a LONG, b TEXT, \"\"\"odd\"\" 'name'\" MEMOTEXT, plain);"
+                 "CREATE TABLE log(x);"
+                 "INSERT INTO t VALUES (1, 'x', 'y', 2);"
+                 "CREATE TRIGGER spy AFTER INSERT ON t BEGIN INSERT INTO log VALUES (1); END;"
+                 "CREATE VIEW v AS SELECT * FROM t;"
+                 "CREATE VIRTUAL TABLE f USING fts5(x);"
+                 "CREATE TABLE __vx_queries(other); CREATE TABLE __vx_links(name, source, connect);"
+                 "INSERT INTO __vx_links VALUES ('L', 't', ';DATABASE=file::memory:?cache=shared')");
+    const auto database = open(u"strange.mdb"_s);
+    database->Execute(u"INSERT INTO t (a, b) VALUES (2, 'z')"_s);
+    EXPECT_EQ(rows(*database, u"SELECT Count(*) FROM log"_s), u"0"_s);
+    for (const QString& name : {u"v"_s, u"f"_s, u"sqlite_schema"_s, u"pragma_table_list"_s})
+        EXPECT_EQ(errorOf([&] { rows(*database, u"SELECT * FROM "_s + name); }), 3078) << name.toStdString();
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset(u"L"_s); }), 3024) << "a link is a path and nothing else";
+    EXPECT_EQ(rows(*database, u"SELECT [\"odd\" 'name'], plain FROM t WHERE a = 1"_s), u"y,2"_s);
+    EXPECT_EQ(errorOf([&] { rows(*database, u"SELECT \"nothing\" AS c FROM t WHERE b = nothing"_s); }), 3061);
+}
+
+TEST_F(DatabaseTest, AnotherProcessesLockIsWaitedForAndThenReported) {
+    createCases(u"a.mdb"_s, u"t"_s, 2);
+    const Stranger stranger(path(u"a.mdb"_s));
+    stranger.run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(errorOf([&] { open(u"a.mdb"_s); }), 3050);
+    stranger.run("COMMIT; BEGIN IMMEDIATE");
+    const auto database = open(u"a.mdb"_s);
+    EXPECT_EQ(rows(*database, u"SELECT V1 FROM t"_s), u"1;2"_s);
+    EXPECT_EQ(errorOf([&] { database->Execute(u"UPDATE t SET V1 = 9"_s); }), 3260);
+    const auto row = database->OpenRecordset(u"t"_s);
+    row->Edit();
+    row->setValue(u"V1"_s, Value(9));
+    EXPECT_EQ(errorOf([&] { row->Update(); }), 3260);
+    stranger.run("COMMIT");
+    row->Update();
+    EXPECT_EQ(rows(*database, u"SELECT V1 FROM t"_s), u"9;2"_s);
+}
+
+TEST_F(DatabaseTest, TransactionsNestAndCoverEveryOpenDatabase) {
+    createCases(u"a.mdb"_s, u"t"_s, 2);
+    createCases(u"b.mdb"_s, u"t"_s, 2);
+    const auto a = open(u"a.mdb"_s);
+    workspace().BeginTrans();
+    const auto b = open(u"b.mdb"_s);
+    a->Execute(u"UPDATE t SET V1 = 10"_s);
+    b->Execute(u"UPDATE t SET V1 = 10"_s);
+    workspace().BeginTrans();
+    b->Execute(u"DELETE FROM t"_s);
+    addTable(*a, u"made"_s, {{u"x"_s, dao::dbLong}});
+    EXPECT_EQ(rows(*b, u"SELECT V1 FROM t"_s), u""_s);
+    workspace().Rollback();
+    EXPECT_FALSE(a->TableDefs().contains(u"made"_s));
+    EXPECT_EQ(rows(*b, u"SELECT V1 FROM t"_s), u"10;10"_s);
+    workspace().BeginTrans();
+    a->Execute(u"DELETE FROM t WHERE dt_CaseID = 1"_s);
+    workspace().CommitTrans();
+    workspace().CommitTrans();
+    EXPECT_EQ(rows(*open(u"a.mdb"_s), u"SELECT V1 FROM t"_s), u"10"_s);
+    EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3034);
+    EXPECT_EQ(errorOf([&] { workspace().Rollback(); }), 3034);
+    workspace().BeginTrans();
+    a->Execute(u"DELETE FROM t"_s);
+    a->Close();
+    workspace().CommitTrans();
+    EXPECT_EQ(rows(*open(u"a.mdb"_s), u"SELECT V1 FROM t"_s), u"10"_s) << "closing gives up what was not committed";
+}
+
+TEST_F(DatabaseTest, ACompanionIsCommittedWithItsDatabaseOrNotAtAll) {
+    createCases(u"a.mdb"_s, u"t"_s, 1);
+    const auto database = open(u"a.mdb"_s);
+    for (const bool commit : {false, true}) {
+        const auto companion = database->openCompanion(path(u"QX9.mdb"_s));
+        workspace().BeginTrans();
+        const auto table = database->CreateTableDef(u"QX9_1"_s);
+        table->Fields = {{u"dt_CaseID"_s, dao::dbLong}, {u"V1"_s, dao::dbText}};
+        table->PrimaryKey = QStringList{u"dt_CaseID"_s};
+        companion->createTable(*table);
+        {
+            const auto cases = companion->openAppender(u"QX9_1"_s, {u"dt_CaseID"_s, u"V1"_s});
+            cases->setNumber(0, 1);
+            cases->setNumber(1, 1.5);
+            cases->appendRow();
+            cases->setNumber(0, 2);
+            cases->appendRow();
+            cases->setNumber(0, 2);
+            EXPECT_EQ(errorOf([&] { cases->appendRow(); }), 3022);
+        }
+        database->Execute(u"UPDATE t SET V1 = 77"_s);
+        EXPECT_EQ(errorOf([&] { companion->close(); }), 3246);
+        commit ? workspace().CommitTrans() : workspace().Rollback();
+        EXPECT_EQ(companion->tableNames().size(), commit ? 1 : 0);
+        EXPECT_EQ(rows(*database, u"SELECT V1 FROM t"_s), commit ? u"77"_s : u"1"_s);
+        companion->close();
+    }
+    addLink(*database, u"QX9_1"_s, path(u"QX9.mdb"_s));
+    EXPECT_EQ(rows(*database, u"SELECT V1 FROM QX9_1"_s), u"1,5;~"_s);
+}
+
+TEST_F(DatabaseTest, WorkThatWasInterruptedIsTakenBackAtTheNextOpening) {
+    createCases(u"a.mdb"_s, u"t"_s, 2000);
+    {
+        const Stranger stranger(path(u"a.mdb"_s));
+        // So small a cache writes changed pages to the file before the transaction ends.
+        stranger.run("PRAGMA cache_size=5; BEGIN; UPDATE t SET V1 = 0");
+        QFile::copy(path(u"a.mdb"_s), path(u"killed.mdb"_s));
+        QFile::copy(path(u"a.mdb-journal"_s), path(u"killed.mdb-journal"_s));
+        stranger.run("ROLLBACK");
+    }
+    EXPECT_NE(content(u"killed.mdb"_s), content(u"a.mdb"_s));
+    EXPECT_EQ(rows(*open(u"killed.mdb"_s, true), u"SELECT Sum(V1) FROM t"_s), u"2001000"_s);
+}
