@@ -1,3 +1,4 @@
+#include "StatementCatalogue.h"
 #include "StatementFile.h"
 
 #include "platform/dao/Error.h"
@@ -26,9 +27,9 @@ public:
         return list[static_cast<typename List::size_type>(pick(static_cast<qsizetype>(list.size())))];
     }
 
-    QString next() {
+    QString next(int most) {
         QStringList words = any(statements_);
-        for (qsizetype damage = pick(4); damage >= 0 && !words.isEmpty(); --damage)
+        for (qsizetype damage = pick(most); damage >= 0 && !words.isEmpty(); --damage)
             harm(words);
         return words.join(QString());
     }
@@ -113,13 +114,43 @@ TEST(DamagedStatements, AreReadOrRefused) {
     int read = 0;
     constexpr int count = 6000;
     for (int i = 0; i < count; ++i) {
-        const QString text = vandal.next();
+        const QString text = vandal.next(4);
         SCOPED_TRACE(text.left(300).toStdString());
         read += reads(text, i % 4 == 0);
     }
     // Both ways are walked often enough for the test to mean something.
     EXPECT_GT(read, count / 20);
     EXPECT_LT(read, count / 2);
+}
+
+TEST(DamagedStatements, RunOrFailAsTheEngineFails) {
+    StatementCatalogue catalogue;
+    dao::DBEngine& engine = dao::DBEngine::instance();
+    int steps = 0;
+    engine.setProgress([&steps] { return ++steps > 1000; });
+    Vandal vandal(readStatementFile());
+    int ran = 0;
+    for (int i = 0; i < 3000; ++i) {
+        const QString text = vandal.next(2);
+        SCOPED_TRACE(text.left(300).toStdString());
+        steps = 0;
+        engine.Workspaces(0).BeginTrans();
+        try {
+            if (i % 4 == 0)
+                catalogue.database().OpenRecordset(u"tkey_Value"_s)->FindFirst(text);
+            else if (text.startsWith(u"SELECT", Qt::CaseInsensitive))
+                catalogue.database().OpenRecordset(text, dao::dbOpenSnapshot);
+            else
+                catalogue.database().Execute(text, dao::dbFailOnError);
+            ++ran;
+        } catch (const dao::Error& error) {
+            EXPECT_NE(error.number(), 3059) << "a damaged statement that doesn't end";
+        }
+        engine.Workspaces(0).Rollback();
+    }
+    engine.setProgress({});
+    EXPECT_GT(ran, 100);
+    EXPECT_EQ(catalogue.database().OpenRecordset(u"tkey_Variable"_s)->RecordCount(), 7);
 }
 
 } // namespace

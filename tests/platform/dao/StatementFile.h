@@ -6,7 +6,7 @@
 
 /// One line of statements.txt with what is noted about it.
 struct StatementLine {
-    QString section;  ///< select, execute, criteria, error or query
+    QString section;  ///< select, execute, criteria, error, unread or query
     QString argument; ///< the error's number, the source of a condition, the name of a stored query
     QString source;   ///< of a condition that must fail: the table that it is searched in
     QString text;
