@@ -219,20 +219,40 @@ TEST_F(Analysis, SaysWhyARunHasEnded) {
     expectEnded(u"Fehler in Abfrage"_s);
 }
 
-TEST_F(Analysis, WarnsOfCasesWithoutWeightAndLeavesThemOut) {
-    catalogue_.addCases(u"QX4"_s, u"QX4_1"_s,
-                        {dao::TableDef::CreateField(u"V1"_s, dao::dbDouble),
-                         dao::TableDef::CreateField(u"W"_s, dao::dbDouble)},
-                        {{1, 2}, {1, dao::Value()}, {2, 1}});
+TEST_F(Analysis, WeighsCasesAndWarnsOfThoseWithoutWeight) {
+    const QStringList weights{u"ONE"_s, u"W"_s, u"TWICE"_s, u"NEGATIVE"_s, u"NONE"_s};
+    std::vector<dao::FieldDefinition> fields;
+    for (const QString& name : QStringList{u"V1"_s} + weights) {
+        catalogue_.addVariable(u"QX4"_s, name, u"QX4_1"_s);
+        fields.push_back(dao::TableDef::CreateField(name, dao::dbDouble));
+    }
+    const dao::Value null;
+    catalogue_.addCases(u"QX4"_s, u"QX4_1"_s, fields,
+                        {{1, 1, 2, 4, 3, null}, {1, 1, null, null, 2, null}, {2, 1, 1, 2, -5, null}});
     catalogue_.addStudy(u"QX4"_s, u"Lücken"_s);
-    for (const QString& variable : {u"V1"_s, u"W"_s})
-        catalogue_.addVariable(u"QX4"_s, variable, u"QX4_1"_s);
     open(u"QX4"_s, u"V1"_s);
-    model_.chooseWeight(WeightKind::WeightUser, u"W"_s);
-    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    const auto columns = [&](const QString& weight, int first) {
+        model_.chooseWeight(weight.isEmpty() ? WeightKind::noWeight : WeightKind::WeightUser, weight);
+        model_.changeTab(1);
+        QStringList texts;
+        for (int row = 0; row < model_.mfgGrid.Rows(); ++row)
+            for (int column = first; column < model_.mfgGrid.Cols(); ++column)
+                texts << model_.mfgGrid.Cell(column, row);
+        return texts;
+    };
+    EXPECT_EQ(columns(u"ONE"_s, 0), columns(QString(), 0)) << "weight 1 for all cases is no weight";
+    EXPECT_TRUE(asker_.boxes.empty());
+    const QStringList once = columns(u"W"_s, 4);
+    EXPECT_EQ(columns(u"TWICE"_s, 4), once) << "doubled weights leave the percentages alone";
+    EXPECT_EQ(cells(), u"1:4 2:2 :6 :6"_s);
     EXPECT_EQ(asker_.texts(),
-              QStringList(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
-    EXPECT_EQ(cells(), u"1:2 2:1 :3 :3"_s);
+              QStringList(2, u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
+    columns(u"NONE"_s, 0);
+    EXPECT_EQ(cells(), u":"_s) << "no case has a weight: no rows, no sums";
+    asker_.answer(ui::Answer::Abort);
+    columns(u"NEGATIVE"_s, 0);
+    EXPECT_TRUE(asker_.lastText().startsWith(u"11\r\n"_s)) << "5 and -5 leave nothing to divide by";
+    EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
 }
 
 TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {

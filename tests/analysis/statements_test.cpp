@@ -2,6 +2,7 @@
 
 #include "analysis/userFilter.h"
 
+#include <array>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -25,114 +26,84 @@ CountFacts crosstab() {
     return facts;
 }
 
-CountFacts with(CountFacts facts, const std::function<void(CountFacts&)>& change) {
-    change(facts);
-    return facts;
-}
-
 const QString joined = u"(q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s;
 const QString second = u"INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)"_s;
 const QString grouped = u" GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s;
 const QString groupedByTwo = u" GROUP BY QX1919_1.V5, QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s;
 const QString twoColumns = u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM "_s;
 
-void weigh(CountFacts& facts) {
-    facts.weightVariable = u"V3"_s;
-    facts.weight = WeightKind::WeightRE;
-}
-
-void filterBySecondTable(CountFacts& facts) {
-    facts.userFilter = true;
-    facts.filterSql = u"QX1919_2.V9<3"_s;
-    facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
+void expectSql(const CountFacts& facts, const QString& text) {
+    EXPECT_EQ(countStatement(facts).sql.toStdString(), text.toStdString());
 }
 
 } // namespace
 
 TEST(CountStatements, ReadAsTheModesHaveThem) {
     const CountFacts frequency = factsOf(AnalysisMode::Frequency);
-    const CountFacts descriptives = factsOf(AnalysisMode::Descriptives);
     const QString values = u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM "_s;
-    const std::vector<std::pair<CountFacts, QString>> cases{
-        {frequency,
-         u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
-         "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s},
-        {factsOf(AnalysisMode::Comparison), values + joined + grouped},
-        {with(frequency, weigh),
-         u"SELECT QX1919_1.V5 AS [Value], Sum(q.W2) AS Count FROM "_s + joined + grouped},
-        {with(frequency,
-              [](CountFacts& f) {
-                  f.userFilter = true;
-                  f.filterSql = u"QX1919_1.V7=1"_s;
-              }),
-         values + joined + u" WHERE QX1919_1.V7=1"_s + grouped},
-        {with(frequency, filterBySecondTable),
-         values + u"("_s + joined +
-             u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s + grouped},
-        {with(frequency,
-              [](CountFacts& f) {
-                  f.part = true;
-                  f.partCriteria = u"1"_s;
-                  f.missingCondition = u"QX1919_1.V5 <> 9"_s;
-              }),
-         values + joined + u" WHERE q.SE=1"_s + grouped},
-        {crosstab(),
-         u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN "
-         u"QX1919_1 ON "
-         "q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) GROUP BY QX1919_1.V5, "
-         "QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s},
-        {with(crosstab(),
-              [](CountFacts& f) {
-                  f.flip = true;
-                  f.weight = WeightKind::WeightUser;
-              }),
-         u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s + joined + second +
-             groupedByTwo},
-        // The filter has brought the second table in already; a table whose name it only starts with is
-        // another one.
-        {with(crosstab(), filterBySecondTable),
-         twoColumns + u"("_s + joined +
-             u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<3"_s + groupedByTwo},
-        {with(crosstab(),
-              [](CountFacts& f) {
-                  f.userFilter = true;
-                  f.filterSql = u"QX1919_20.V9<3"_s;
-                  f.joins.add(u"QX1919_20"_s, u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s);
-              }),
-         twoColumns + u"(("_s + joined + u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s + second +
-             u" WHERE QX1919_20.V9<3"_s + groupedByTwo},
-        // Missing values are taken out only in a crosstab that has a condition already.
-        {with(crosstab(), [](CountFacts& f) { f.missingCondition = u"QX1919_1.V5 <> 9"_s; }),
-         twoColumns + u"("_s + joined + second + groupedByTwo},
-        {with(crosstab(),
-              [](CountFacts& f) {
-                  f.missingCondition = u"QX1919_1.V5 < 8 OR QX1919_1.V5 > 9"_s;
-                  f.part = true;
-                  f.partCriteria = u"2"_s;
-              }),
-         twoColumns + u"("_s + joined + second +
-             u" WHERE q.SE=2 AND (QX1919_1.V5 < 8 OR QX1919_1.V5 > 9) "_s + groupedByTwo},
-        {with(crosstab(),
-              [](CountFacts& f) {
-                  f.missingCondition = u"QX1919_1.V5 <> 9"_s;
-                  f.part = f.IncludeNinXTabPercent = true;
-                  f.partCriteria = u"2"_s;
-              }),
-         twoColumns + u"("_s + joined + second + u" WHERE q.SE=2"_s + groupedByTwo},
-        {descriptives,
-         u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s},
-        {with(crosstab(),
-              [](CountFacts& f) {
-                  f.mode = AnalysisMode::Descriptives;
-                  f.chkDescGroup = true;
-              }),
-         u"SELECT q.*, QX1919_1.V5 AS VAR , QX1919_2.V6 AS VAR2  FROM ("_s + joined + second},
-    };
-    for (const auto& [facts, text] : cases)
-        EXPECT_EQ(countStatement(facts).sql.toStdString(), text.toStdString());
-    const CountFacts described =
-        with(descriptives, [](CountFacts& f) { f.missingCondition = u"QX1919_1.V5 <> 9"_s; });
-    EXPECT_EQ(countStatement(described).sql, countStatement(described).sqlNoMissing);
+    expectSql(frequency,
+              u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
+              "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
+    expectSql(factsOf(AnalysisMode::Comparison), values + joined + grouped);
+    CountFacts facts = frequency;
+    facts.weightVariable = u"V3"_s;
+    expectSql(facts, u"SELECT QX1919_1.V5 AS [Value], Sum(q.W2) AS Count FROM "_s + joined + grouped);
+    facts = frequency;
+    facts.userFilter = true;
+    facts.filterSql = u"QX1919_1.V7=1"_s;
+    expectSql(facts, values + joined + u" WHERE QX1919_1.V7=1"_s + grouped);
+    facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
+    expectSql(facts, values + u"("_s + joined +
+                         u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_1.V7=1"_s +
+                         grouped);
+    facts = frequency;
+    facts.part = true;
+    facts.partCriteria = u"1"_s;
+    facts.missingCondition = u"QX1919_1.V5 <> 9"_s;
+    expectSql(facts, values + joined + u" WHERE q.SE=1"_s + grouped);
+    facts = factsOf(AnalysisMode::Descriptives);
+    facts.missingCondition = u"QX1919_1.V5 <> 9"_s;
+    expectSql(facts,
+              u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
+}
+
+TEST(CountStatements, OfTwoVariablesJoinTheSecondTableOnce) {
+    CountFacts facts = crosstab();
+    expectSql(facts,
+              u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN "
+              "QX1919_1 ON q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "
+              "GROUP BY QX1919_1.V5, QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s);
+    facts.flip = true;
+    facts.weight = WeightKind::WeightUser;
+    expectSql(facts, u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s +
+                         joined + second + groupedByTwo);
+    // The filter has brought the second table in; a table whose name only starts like it is another one.
+    facts = crosstab();
+    facts.userFilter = true;
+    facts.filterSql = u"F"_s;
+    facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
+    expectSql(facts, twoColumns + u"("_s + joined +
+                         u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE F"_s + groupedByTwo);
+    facts.joins = {};
+    facts.joins.add(u"QX1919_20"_s, u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s);
+    expectSql(facts, twoColumns + u"(("_s + joined +
+                         u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s + second + u" WHERE F"_s +
+                         groupedByTwo);
+    // Missing values are taken out only in a crosstab that has a condition already, whose OR is not
+    // bracketed.
+    facts = crosstab();
+    facts.missingCondition = u"QX1919_1.V5 < 8 OR QX1919_1.V5 > 9"_s;
+    expectSql(facts, twoColumns + u"("_s + joined + second + groupedByTwo);
+    facts.userFilter = true;
+    facts.filterSql = u"A OR B"_s;
+    expectSql(facts, twoColumns + u"("_s + joined + second +
+                         u" WHERE A OR B AND (QX1919_1.V5 < 8 OR QX1919_1.V5 > 9) "_s + groupedByTwo);
+    facts.IncludeNinXTabPercent = true;
+    expectSql(facts, twoColumns + u"("_s + joined + second + u" WHERE A OR B"_s + groupedByTwo);
+    facts = crosstab();
+    facts.mode = AnalysisMode::Descriptives;
+    facts.chkDescGroup = true;
+    expectSql(facts, u"SELECT q.*, QX1919_1.V5 AS VAR , QX1919_2.V6 AS VAR2  FROM ("_s + joined + second);
 }
 
 TEST(CountStatements, TakeTheirCasesAndWeightFromTheStudysQuery) {
