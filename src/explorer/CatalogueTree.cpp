@@ -151,19 +151,17 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
         throw dao::Error(
             35601, u"Element not found: the entry \"%1\" belongs to \"%2\", which is not in the tree."_s.arg(
                        key.mid(1), parentKey.mid(1)));
-    if (isOnWayToRoot(parent, key))
-        throw dao::Error(
-            35602,
-            u"Key is not unique in collection: the entry \"%1\" stands below itself."_s.arg(key.mid(1)));
     return append(key, text, parent);
 }
 
 CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
     const QString folded = key.toCaseFolded();
-    if (byKey_.contains(folded))
-        throw dao::Error(
-            35602,
-            u"Key is not unique in collection: the entry \"%1\" is in the tree already."_s.arg(key.mid(1)));
+    if (byKey_.contains(folded)) {
+        const QString where =
+            isOnWayToRoot(parent, key) ? u"stands below itself"_s : u"is in the tree already"_s;
+        throw dao::Error(35602,
+                         u"Key is not unique in collection: the entry \"%1\" %2."_s.arg(key.mid(1), where));
+    }
     CatalogueNode& node = nodes_.emplace_back();
     node.Key = key;
     node.Text = text;
