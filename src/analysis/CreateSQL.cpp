@@ -97,7 +97,7 @@ bool CreateSQL::clearAndEnd() {
 }
 
 /// Ends the run with a message; the tables stay as they were.
-bool CreateSQL::refuse(const QString& text) {
+bool CreateSQL::endWith(const QString& text) {
     ui::asker().messageBox({.text = text, .icon = ui::Icon::Exclamation});
     return end(RunOutcome::Refused);
 }

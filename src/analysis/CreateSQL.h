@@ -43,7 +43,7 @@ private:
     bool turn();
     bool end(RunOutcome outcome);
     bool clearAndEnd();
-    bool refuse(const QString& text);
+    bool endWith(const QString& text);
 
     void prepareComparison();
     bool runRound();

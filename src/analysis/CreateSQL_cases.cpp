@@ -100,10 +100,10 @@ bool CreateSQL::addWeightToQuery() {
     if (!step([&] { place = findPlace(weight); }))
         return false;
     if (!place)
-        return refuse(weight + TranslateText(u"nicht gefunden"_s));
+        return endWith(weight + TranslateText(u"nicht gefunden"_s));
     const std::optional<WeightedQuery> weighted = addWeight(round_.qSql, place->table, place->field);
     if (!weighted)
-        return refuse(TranslateText(u"Fehler in Abfrage"_s));
+        return endWith(TranslateText(u"Fehler in Abfrage"_s));
     round_.qSql = weighted->qSql;
     round_.nullSql = weighted->nullSql;
     return true;
@@ -205,9 +205,9 @@ bool CreateSQL::translateUserFilter() {
         break;
     case FilterResult::Failure::IllegalCharacter:
         m_.tab_ = 0;
-        return refuse(TranslateText(u"Unerlaubtes Zeichen:"_s) + u" "_s + result.culprit);
+        return endWith(TranslateText(u"Unerlaubtes Zeichen:"_s) + u" "_s + result.culprit);
     case FilterResult::Failure::UnknownVariable:
-        return refuse(result.culprit + u" "_s + TranslateText(u"nicht gefunden"_s));
+        return endWith(result.culprit + u" "_s + TranslateText(u"nicht gefunden"_s));
     case FilterResult::Failure::Ended:
         return false;
     }
