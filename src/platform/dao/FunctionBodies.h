@@ -17,9 +17,8 @@ Value like(const Arguments& a);
 Value condition(const Arguments& a);
 Value key(const Arguments& a);
 Value text(const Arguments& a);
+/// Any number of values; Null counts as empty text unless all are Null.
 Value concat(const Arguments& a);
-/// The text if it fits a field: (text, characters, name of the field). @throws Error 3163
-Value fit(const Arguments& a);
 
 Value add(const Arguments& a);
 Value subtract(const Arguments& a);

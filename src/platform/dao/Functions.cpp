@@ -85,13 +85,14 @@ struct Function {
     Body body;
 };
 
+constexpr int anyNumber = -1;
+
 constexpr Function functions[] = {
     {"vx_like", 2, 2, bodies::like},
     {"vx_bool", 1, 1, bodies::condition},
     {"vx_key", 1, 1, bodies::key},
     {"vx_text", 1, 1, bodies::text},
-    {"vx_concat", 2, 2, bodies::concat},
-    {"vx_fit", 3, 3, bodies::fit},
+    {"vx_concat", anyNumber, anyNumber, bodies::concat},
     {"vx_add", 2, 2, bodies::add},
     {"vx_sub", 2, 2, bodies::subtract},
     {"vx_mul", 2, 2, bodies::multiply},

@@ -16,8 +16,7 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///   vx_bool(v)                                        a value as a condition: 1, 0 or Null
 ///   vx_key(v)                                         what values that compare equal share, for grouping mixed columns
 ///   vx_text(v)                                        a number as the engine's text, Null stays Null
-///   vx_concat(a, b)                                   & : Null counts as empty text, two Nulls are Null
-///   vx_fit(text, size, field)                         the text, or error 3163 when it is too long for the field
+///   vx_concat(a, b, ...)                              & : Null counts as empty text, all Null is Null
 ///   vx_add (two texts are joined), vx_sub, vx_mul, vx_div, vx_idiv, vx_mod, vx_pow (a, b), vx_neg(a)
 ///                                                     operands that may be texts; division by zero is error 11
 ///   vx_val, vx_cdbl, vx_clng, vx_cint, vx_cbool, vx_int, vx_fix, vx_abs, vx_sgn, vx_sqr, vx_exp, vx_log (v),

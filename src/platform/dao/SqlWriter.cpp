@@ -241,17 +241,41 @@ Written condition(const BoundExpression& expression) {
     return conditionOperation(expression);
 }
 
+/// a & b & c ... as one call, since calls inside each other are few in SQLite.
+Written concatenated(const BoundExpression& expression) {
+    constexpr qsizetype most = 100; // arguments of one function in SQLite
+    QStringList parts;
+    const BoundExpression* left = &expression;
+    while (left->kind == BoundExpression::Kind::Operation && left->op == Operator::Concatenate &&
+           parts.size() < most - 1) {
+        parts.prepend(within(value(*left->arguments[1]), 0));
+        left = left->arguments[0].get();
+    }
+    parts.prepend(within(value(*left), 0));
+    return {u"vx_concat("_s + parts.join(u", "_s) + u')'};
+}
+
+/// Adding and the like; numbers by SQLite's own operators, of which a long row needs no bracket.
+Written calculated(const BoundExpression& expression, QLatin1StringView symbol, const QString& function,
+                   int level) {
+    const BoundExpression& a = *expression.arguments[0];
+    const BoundExpression& b = *expression.arguments[1];
+    if (!bothIn(Domain::Number, a, b))
+        return {call(function, expression.arguments)};
+    return {within(value(a), level) + u' ' + symbol + u' ' + within(value(b), level + 1), level};
+}
+
 Written arithmetic(const BoundExpression& expression) {
     const auto& a = expression.arguments;
     switch (expression.op) {
     case Operator::Concatenate:
-        return {call(u"vx_concat"_s, a)};
+        return concatenated(expression);
     case Operator::Add:
-        return {call(u"vx_add"_s, a)};
+        return calculated(expression, "+"_L1, u"vx_add"_s, SumLevel);
     case Operator::Subtract:
-        return {call(u"vx_sub"_s, a)};
+        return calculated(expression, "-"_L1, u"vx_sub"_s, SumLevel);
     case Operator::Multiply:
-        return {call(u"vx_mul"_s, a)};
+        return calculated(expression, "*"_L1, u"vx_mul"_s, ProductLevel);
     case Operator::Divide:
         return {call(u"vx_div"_s, a)};
     case Operator::IntegerDivide:
@@ -364,18 +388,6 @@ QString writeForOrder(const BoundExpression& expression) {
 
 namespace {
 
-QString textForField(const BoundExpression& expression, const ColumnInfo& field) {
-    const QString written = writeValue(expression);
-    const QString text = expression.domain == Domain::Text ? written : u"vx_text("_s + written + u')';
-    if (field.size <= 0)
-        return text;
-    if (!expression.isConstant())
-        return u"vx_fit(%1, %2, %3)"_s.arg(text, QString::number(field.size), quotedText(field.name));
-    if (expression.value.toText().size() > field.size)
-        raiseEngineError(3163, field.name);
-    return text;
-}
-
 QString numberForField(const BoundExpression& expression, const ColumnInfo& field) {
     if (expression.isTextConstant() && !textToNumber(expression.value.toText()))
         raiseEngineError(3464, field.name);
@@ -394,8 +406,8 @@ QString numberForField(const BoundExpression& expression, const ColumnInfo& fiel
 QString writeForField(const BoundExpression& expression, const ColumnInfo& field) {
     if (expression.domain == Domain::Null)
         return writeValue(expression);
-    if (isTextType(field.type))
-        return textForField(expression, field);
+    if (isTextType(field.type) && expression.domain != Domain::Text)
+        return u"vx_text("_s + writeValue(expression) + u')';
     return isNumericType(field.type) ? numberForField(expression, field) : writeValue(expression);
 }
 

@@ -17,8 +17,8 @@ QString writeCondition(const BoundExpression& expression);
 QString writeForGrouping(const BoundExpression& expression);
 QString writeForOrder(const BoundExpression& expression);
 
-/// The value as a field of the type stores it. A text that can never become a number is an error at once.
-/// @throws Error 3464; 3163 for a text that is written out and longer than the field
+/// The value as a field of the type stores it; how long a text may be is the table's own rule.
+/// @throws Error 3464 for a text that can never become a number
 QString writeForField(const BoundExpression& expression, const ColumnInfo& field);
 
 } // namespace dao

@@ -90,14 +90,13 @@ Value text(const Arguments& a) {
 }
 
 Value concat(const Arguments& a) {
-    return a[0].isNull() && a[1].isNull() ? Value() : Value(a[0].toText() + a[1].toText());
-}
-
-Value fit(const Arguments& a) {
-    if (!a[0].isNull() && a[0].toText().size() > a[1].toInteger()) {
-        raiseEngineError(3163, a[2].toText());
+    QString whole;
+    bool allNull = true;
+    for (const Value& part : a) {
+        allNull = allNull && part.isNull();
+        whole += part.toText();
     }
-    return a[0];
+    return allNull ? Value() : Value(whole);
 }
 
 Value nz(const Arguments& a) {

@@ -158,6 +158,11 @@ TEST_F(SelectStatements, ThatCanNotBeMeantAreRefusedWithTheName) {
     query(u"m0"_s, u"SELECT id FROM N"_s);
     for (int i = 1; i < 20; ++i)
         query(u"m%1"_s.arg(i), u"SELECT x.id FROM m%1 AS x, m%1 AS y"_s.arg(i - 1));
+    query(u"c0"_s, u"SELECT id FROM N"_s);
+    for (int i = 1; i < 20; ++i)
+        query(u"c%1"_s.arg(i),
+              u"SELECT x.id FROM N AS y INNER JOIN (c%1 AS x LEFT JOIN N ON x.id = N.id) ON x.id = y.id "
+              "WHERE NOT (x.id In (SELECT id FROM N WHERE (id = 2)))"_s.arg(i - 1));
     const struct {
         QString statement;
         int number;
@@ -192,6 +197,7 @@ TEST_F(SelectStatements, ThatCanNotBeMeantAreRefusedWithTheName) {
         {u"SELECT * FROM empty"_s, 3075, {}},
         {u"SELECT Count(*) FROM m7"_s, 3360, {}},
         {u"SELECT * FROM m19"_s, 3360, {}},
+        {u"SELECT * FROM c8"_s, 3360, {}},
     };
     for (const auto& test : cases) {
         try {
@@ -202,6 +208,7 @@ TEST_F(SelectStatements, ThatCanNotBeMeantAreRefusedWithTheName) {
             EXPECT_TRUE(error.description().contains(test.name)) << error.what();
         }
     }
+    EXPECT_EQ(rows(u"SELECT * FROM c7"_s), u"1;3"_s);
     EXPECT_EQ(rows(u"SELECT Count(*) FROM m3"_s), u"6561"_s);
 }
 

@@ -49,11 +49,10 @@ void BinderTest::createTable(const QString& name, const QString& fields, bool re
     QStringList declared;
     for (const QString& field : fields.split(u", "_s)) {
         const QStringList words = field.split(u' ');
-        const QString type = words[1].section(u'(', 0, 0);
+        const QString& type = words[1];
         dao::ColumnInfo column;
         column.name = words[0];
         column.type = types[type].code;
-        column.size = words[1].section(u'(', 1).chopped(words[1].endsWith(u')') ? 1 : 0).toInt();
         column.attributes = type == u"counter"_s ? dao::dbAutoIncrField : 0;
         table.columns.push_back(column);
         declared << u"\"%1\" %2"_s.arg(words[0], types[type].declared);

@@ -15,7 +15,7 @@ protected:
     std::optional<dao::TableInfo> findTable(const QString& name) override;
     std::optional<QString> findQuery(const QString& name) override;
 
-    /// Makes a table from "name type, ..." with the types long, double, text, text(n), memo, yesno, counter
+    /// Makes a table from "name type, ..." with the types long, double, text, memo, yesno, counter
     /// (the key).
     void createTable(const QString& name, const QString& fields, bool readOnly = false);
     void insert(const QString& table, const QString& rows); ///< "(1, 'a'), (2, NULL)"
