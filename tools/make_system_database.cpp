@@ -6,8 +6,8 @@
 
 using namespace Qt::StringLiterals;
 
-/// make_system_database FILE ROWS...: makes the system database from text rows (in a folder "texts") and control rows
-/// (in a folder "controls").
+/// make_system_database FILE ROWS...: makes the system database from text rows (in a folder "texts") and
+/// control rows (in a folder "controls").
 int main(int count, char** arguments) {
     if (count < 2) {
         std::fputs("usage: make_system_database FILE ROWS...\n", stderr);

@@ -25,7 +25,7 @@ void store(const QString& name, const QString& text) {
     CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text, Registry::String);
 }
 
-}
+} // namespace
 
 void Main::StartServices() {
     ui::asker().setPointer(ui::Pointer::Wait);

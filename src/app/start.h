@@ -4,10 +4,12 @@
 #include <QtGlobal>
 #include <optional>
 
-/// From the start of the process to the open catalogue, and its stop; windows are asked for through hooks only.
+/// From the start of the process to the open catalogue, and its stop; windows are asked for through hooks
+/// only.
 namespace Main {
 
-/// Text table, options, error handler, language, and the start window if one is set (mdLanguage::showStartWindow).
+/// Text table, options, error handler, language, and the start window if one is set
+/// (mdLanguage::showStartWindow).
 void StartServices();
 
 /// Opens the catalogue that the settings name; the names are read from them again first.
@@ -25,4 +27,4 @@ WindowPlace StoredPlace(int screenWidth, int screenHeight);
 /// @param place nothing for a minimised window, which leaves both as they were stored before
 void Stop(const std::optional<WindowPlace>& place);
 
-}
+} // namespace Main

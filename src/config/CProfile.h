@@ -7,7 +7,8 @@
 #include <QVariant>
 #include <vector>
 
-/// The one way to the registry and to ini files; reports failures in its own box, so that no error leaves the class.
+/// The one way to the registry and to ini files; reports failures in its own box, so that no error leaves the
+/// class.
 class CProfile {
 public:
     CProfile();
@@ -29,10 +30,11 @@ public:
     /// Several entries at once: all are written or none, and a failure shows one box.
     void WriteProfileEntries(const QString& section, const std::vector<QPair<QString, QString>>& entries);
 
-    /// A value (text, or number of type 4) under a key, else under the fallback key, else `byDefault`. A value that is
-    /// there without content, or of a type that is not understood, gives `byDefault` too.
-    QVariant GetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name, const QVariant& byDefault,
-                              Registry::Hive fallbackHive, const QString& fallbackKey);
+    /// A value (text, or number of type 4) under a key, else under the fallback key, else `byDefault`. A
+    /// value that is there without content, or of a type that is not understood, gives `byDefault` too.
+    QVariant GetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name,
+                              const QVariant& byDefault, Registry::Hive fallbackHive,
+                              const QString& fallbackKey);
     /// Writes a value, making the key. Empty text is stored as one blank. @return false on success
     bool SetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name, const QVariant& value,
                           int type = Registry::String);
@@ -51,7 +53,7 @@ private:
 namespace SettingsKeys {
 inline const QString user = QStringLiteral("Software\\Norvik\\Varidex\\3.6\\");
 inline const QString machine = QStringLiteral("Software\\Norvik\\Varidex\\3.6\\Default\\");
-}
+} // namespace SettingsKeys
 
 /// A setting under the user's key, else the installation's, else `byDefault`.
 QVariant storedSetting(const QString& name, const QVariant& byDefault);

@@ -7,7 +7,7 @@ constexpr auto no = u"0";
 constexpr auto iniYes = u"True";
 constexpr auto iniNo = u"False";
 
-}
+} // namespace
 
 // The two sources keep their own defaults on purpose; four switches and one font differ between them.
 const std::vector<OptionDescriptor>& optionDescriptors() {

@@ -40,7 +40,8 @@ Overload(Cases...) -> Overload<Cases...>;
 
 /// Runs a conversion under its label; a text that does not convert is reported and the default stands.
 template<class Result>
-Result converted(const QString& label, const QString& text, Result byDefault, Result (*convert)(const QString&)) {
+Result converted(const QString& label, const QString& text, Result byDefault,
+                 Result (*convert)(const QString&)) {
     const ProcedureScope scope(label);
     if (text.isEmpty())
         return byDefault;
@@ -63,7 +64,8 @@ QString keyOf(const OptionDescriptor& option) {
     return QString::fromUtf16(option.key);
 }
 
-/// The options of the ini form in its order: three keys come at its end, one a little earlier than in the registry.
+/// The options of the ini form in its order: three keys come at its end, one a little earlier than in the
+/// registry.
 std::vector<const OptionDescriptor*> iniOrder() {
     const QStringList last = {u"ShowPercentSign"_s, u"CommaInPercent"_s, u"AskMissing"_s};
     std::vector<const OptionDescriptor*> order;
@@ -90,7 +92,7 @@ void setFromIni(Options& options, const OptionDescriptor& option, const QString&
                option.member);
 }
 
-}
+} // namespace
 
 const OptionDescriptor* findOption(const QString& key) {
     const auto& table = optionDescriptors();
@@ -137,7 +139,8 @@ qint32 CLng_me(const QString& value, qint32 byDefault) {
 void OptionsFromRegistry() {
     gErrorTrapping = true;
     for (const OptionDescriptor& option : optionDescriptors()) {
-        const QString stored = storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
+        const QString stored =
+            storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
         if (!setOptionFromText(gOptions, option, stored))
             setOptionFromText(gOptions, option, u"0"_s);
         if (keyOf(option) == u"PropFont")
@@ -150,7 +153,8 @@ void OptionsFromIniFile(const QString& file) {
     CProfile profile;
     profile.ApplicationIniFile = file;
     for (const OptionDescriptor* option : iniOrder())
-        setFromIni(gOptions, *option, profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
+        setFromIni(gOptions, *option,
+                   profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
     fillEmptyFonts(gOptions);
     if (gOptions.PrintDatePosition.isEmpty())
         gOptions.PrintDatePosition = u"topmiddle"_s;

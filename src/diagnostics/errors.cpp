@@ -21,9 +21,9 @@ void reportError(const dao::Error& error) {
 }
 
 bool standardErrorBox(const dao::Error& error, Trap& outcome) {
-    const ui::Answer answer = ui::asker().messageBox({QString::number(error.number()) + u"\r\n"_s + error.description(),
-                                                      TranslateText(u"Fehler"_s), ui::Icon::None,
-                                                      ui::Buttons::AbortRetryIgnore});
+    const ui::Answer answer =
+        ui::asker().messageBox({QString::number(error.number()) + u"\r\n"_s + error.description(),
+                                TranslateText(u"Fehler"_s), ui::Icon::None, ui::Buttons::AbortRetryIgnore});
     if (answer == ui::Answer::Retry)
         return true;
     outcome = answer == ui::Answer::Ignore ? Trap::Ignored : Trap::Aborted;
@@ -34,10 +34,10 @@ bool standardErrorBox(const dao::Error& error, Trap& outcome) {
 
 void ReportProcedureError(const dao::Error& error, const QString& procedure) {
     const bool german = gLanguage == 0;
-    const QString text = (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
-                         (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) +
-                         u"\r\n"_s + (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s +
-                         error.description();
-    ui::asker().messageBox({text, german ? u"VB-Laufzeitfehler"_s : u"VB-RuntimeError"_s, ui::Icon::Critical,
-                            ui::Buttons::Ok});
+    const QString text =
+        (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
+        (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
+        (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s + error.description();
+    ui::asker().messageBox(
+        {text, german ? u"VB-Laufzeitfehler"_s : u"VB-RuntimeError"_s, ui::Icon::Critical, ui::Buttons::Ok});
 }

@@ -12,12 +12,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString typesInOrder[] = {u"Form"_s,     u"Menu"_s,          u"OptionButton"_s, u"CheckBox"_s, u"Label"_s,
-                                u"Toolbar"_s,  u"CommandButton"_s, u"SSCommand"_s,    u"TextBox"_s,  u"TabStrip"_s,
-                                u"SSTab"_s,    u"Frame"_s,         u"ListView"_s,     u"ComboBox"_s, u"Statusbar"_s};
+const QString typesInOrder[] = {u"Form"_s,     u"Menu"_s,     u"OptionButton"_s,  u"CheckBox"_s,
+                                u"Label"_s,    u"Toolbar"_s,  u"CommandButton"_s, u"SSCommand"_s,
+                                u"TextBox"_s,  u"TabStrip"_s, u"SSTab"_s,         u"Frame"_s,
+                                u"ListView"_s, u"ComboBox"_s, u"Statusbar"_s};
 
 /// What the maintenance export writes.
-const QString exportedProperties[] = {u"Caption"_s, u"TabCaption"_s, u"Text"_s, u"TooltipText"_s, u"DialogTitle"_s};
+const QString exportedProperties[] = {u"Caption"_s, u"TabCaption"_s, u"Text"_s, u"TooltipText"_s,
+                                      u"DialogTitle"_s};
 
 /// Writes a file whole or not at all. @throws dao::Error 75 if it cannot be written
 void writeText(const QString& path, const QString& text) {
@@ -39,7 +41,7 @@ bool isTranslated(const ControlText& control, const QString& window) {
     return control.type != u"ComboBox" || control.tag != u"user_defined";
 }
 
-}
+} // namespace
 
 /// Runs the steps of an operation; the first failure ends it.
 template<class Steps>
@@ -96,7 +98,8 @@ void CCtrl::setTextsOfType(const QString& type, const std::vector<ControlText>& 
 std::optional<QString> CCtrl::textInCode(const ControlText& control) const {
     if (window_->windowName() != u"frmExplorer")
         return std::nullopt;
-    const QString group = english_ ? gCatalogueOptions.VarGroupInfoNameEnglish : gCatalogueOptions.VarGroupInfoName;
+    const QString group =
+        english_ ? gCatalogueOptions.VarGroupInfoNameEnglish : gCatalogueOptions.VarGroupInfoName;
     if (control.type == u"Statusbar" && control.key == u"Welle")
         return group;
     if (control.type != u"ListView" || control.name != u"lvListView")
@@ -119,8 +122,9 @@ std::optional<QString> CCtrl::textInCode(const ControlText& control) const {
 QString CCtrl::statement(const ControlText& control) const {
     const QString language = english_ ? u"Englisch"_s : u"Deutsch"_s;
     const QString window = window_->windowName();
-    const QString start = u"select "_s + language + (control.type == u"CommandButton" ? u", Property"_s : QString()) +
-                          u" from tblStat where FormName = '"_s + window + u"' and CtrlTyp = '"_s + control.type + u"'"_s;
+    const QString start =
+        u"select "_s + language + (control.type == u"CommandButton" ? u", Property"_s : QString()) +
+        u" from tblStat where FormName = '"_s + window + u"' and CtrlTyp = '"_s + control.type + u"'"_s;
     if (control.type == u"Form")
         return window == u"frmExplorer" ? start + u" and index = 0"_s : start;
     const QString index = control.index ? u" and index = "_s + QString::number(*control.index) : QString();
@@ -181,8 +185,10 @@ void CCtrl::UpdateTblStat() {
         rows->Close();
     });
     if (Status() == 0)
-        ui::asker().messageBox({u"Es wurden "_s + QString::number(count) + u" Sätze aktualisiert"_s, {},
-                                ui::Icon::Information, ui::Buttons::Ok});
+        ui::asker().messageBox({u"Es wurden "_s + QString::number(count) + u" Sätze aktualisiert"_s,
+                                {},
+                                ui::Icon::Information,
+                                ui::Buttons::Ok});
 }
 
 void CCtrl::WriteCtrlProps() {
@@ -192,25 +198,29 @@ void CCtrl::WriteCtrlProps() {
         return;
     }
     const QString window = window_->windowName();
-    const QString file = FileName.isEmpty() ? Paths::join(Paths::applicationFolder(), window + u".txt"_s) : FileName;
+    const QString file =
+        FileName.isEmpty() ? Paths::join(Paths::applicationFolder(), window + u".txt"_s) : FileName;
     QString text;
     int count = 0;
     for (const ControlText& control : window_->controls()) {
-        const bool exported = std::any_of(std::begin(exportedProperties), std::end(exportedProperties), [&](auto& name) {
-            return control.property.compare(name, Qt::CaseInsensitive) == 0;
-        });
+        const bool exported =
+            std::any_of(std::begin(exportedProperties), std::end(exportedProperties),
+                        [&](auto& name) { return control.property.compare(name, Qt::CaseInsensitive) == 0; });
         if (!exported)
             continue;
         const QString index = control.index ? QString::number(*control.index) : QString();
-        text += QStringList{window, control.type, control.name, index, control.property, control.text}.join(u';') +
+        text += QStringList{window, control.type, control.name, index, control.property, control.text}.join(
+                    u';') +
                 u"\r\n"_s;
         ++count;
     }
     try {
         writeText(file, text);
-        ui::asker().messageBox({u"Es wurden: "_s + QString::number(count) + u" Controls in die \r\nDatei: "_s + file +
-                                    u" exportiert!"_s,
-                                {}, ui::Icon::Information, ui::Buttons::Ok});
+        ui::asker().messageBox({u"Es wurden: "_s + QString::number(count) +
+                                    u" Controls in die \r\nDatei: "_s + file + u" exportiert!"_s,
+                                {},
+                                ui::Icon::Information,
+                                ui::Buttons::Ok});
     } catch (const dao::Error& error) {
         fail(SystemTable::errorText(u"WriteCtrlProps"_s, error));
     }

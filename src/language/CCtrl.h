@@ -8,13 +8,13 @@
 
 /// One place of a window that shows a text: a control, or an item within one.
 struct ControlText {
-    QString type;              ///< "Form", "Menu", "Label", ... as the text table names the types
-    QString name;              ///< control name; of a "Form" the window's name
-    std::optional<int> index;  ///< in a control array, or of the item (button, tab, column, panel, list item)
+    QString type;             ///< "Form", "Menu", "Label", ... as the text table names the types
+    QString name;             ///< control name; of a "Form" the window's name
+    std::optional<int> index; ///< in a control array, or of the item (button, tab, column, panel, list item)
     QString property = QStringLiteral("Caption");
-    QString key = QString();   ///< key of a list column or a status bar panel
+    QString key = QString(); ///< key of a list column or a status bar panel
     QString tag = QString();
-    QString text = QString();  ///< what it shows now
+    QString text = QString(); ///< what it shows now
 };
 
 /// A window as far as its texts are concerned.
@@ -37,7 +37,8 @@ public:
     QString DatabaseName;
     void setCurrentForm(ControlHost* window) { window_ = window; }
 
-    /// Sets the texts of CurrentForm, type by type, and leaves the old ones in the log "Ctrl.clf" of the application folder.
+    /// Sets the texts of CurrentForm, type by type, and leaves the old ones in the log "Ctrl.clf" of the
+    /// application folder.
     void SetControlProps();
     /// Takes the English texts of tblstatneu over into tblstat.
     void UpdateTblStat();

@@ -13,14 +13,14 @@ public:
 
     /// Reads the table from the system database. After a failure Status is -1 and the table empty.
     void LoadTextTable();
-    /// The English of a German text, found without regard to case and to blanks at its ends; the text itself if the
-    /// table lacks it.
+    /// The English of a German text, found without regard to case and to blanks at its ends; the text itself
+    /// if the table lacks it.
     QString TLE(const QString& text) const;
 
 private:
     struct Row {
         QString german, english;
-        QString searched;  ///< the German text as the search compares it
+        QString searched; ///< the German text as the search compares it
     };
     std::vector<Row> rows_;
 

@@ -43,7 +43,8 @@ dao::TableDefPtr textTable(dao::Database& database, const QString& name, const Q
     const dao::TableDefPtr table = database.CreateTableDef(name);
     table->Fields.push_back(dao::TableDef::CreateField(u"ID"_s, dao::dbLong, 0, dao::dbAutoIncrField));
     for (const QString& field : textFields)
-        table->Fields.push_back(dao::TableDef::CreateField(field, field == u"Index" ? dao::dbInteger : dao::dbMemo));
+        table->Fields.push_back(
+            dao::TableDef::CreateField(field, field == u"Index" ? dao::dbInteger : dao::dbMemo));
     return table;
 }
 
@@ -93,7 +94,7 @@ void fillTables(dao::Database& database, const SystemRows& rows) {
     }
 }
 
-}
+} // namespace
 
 QStringList readTextRows(const QString& file, SystemRows& rows) {
     std::vector<QStringList> lines;
@@ -123,18 +124,20 @@ QStringList readControlRows(const QString& file, SystemRows& rows) {
 
 QStringList mergeTexts(std::vector<TextRow>& texts) {
     std::stable_sort(texts.begin(), texts.end(), [](const TextRow& a, const TextRow& b) {
-        return SystemTable::compareSearchForms(SystemTable::searchForm(a.german), SystemTable::searchForm(b.german)) < 0;
+        return SystemTable::compareSearchForms(SystemTable::searchForm(a.german),
+                                               SystemTable::searchForm(b.german)) < 0;
     });
     QStringList faults;
     std::vector<TextRow> merged;
     for (const TextRow& row : texts) {
-        const bool same = !merged.empty() && SystemTable::compareSearchForms(
-                                                 SystemTable::searchForm(merged.back().german),
-                                                 SystemTable::searchForm(row.german)) == 0;
+        const bool same =
+            !merged.empty() && SystemTable::compareSearchForms(SystemTable::searchForm(merged.back().german),
+                                                               SystemTable::searchForm(row.german)) == 0;
         if (!same)
             merged.push_back(row);
         else if (merged.back().english != row.english)
-            faults << row.origin + u": \""_s + row.german + u"\" has another English text at "_s + merged.back().origin;
+            faults << row.origin + u": \""_s + row.german + u"\" has another English text at "_s +
+                          merged.back().origin;
     }
     texts = std::move(merged);
     return faults;

@@ -17,12 +17,13 @@ QString notOpenedText(const QString& path);
 /// What an object says of an error: procedure, number, description.
 QString errorText(const QString& procedure, const dao::Error& error);
 
-/// A text without blanks at its ends, in upper case letter by letter: what the text table is ordered and searched by.
+/// A text without blanks at its ends, in upper case letter by letter: what the text table is ordered and
+/// searched by.
 QString searchForm(const QString& text);
 /// Order of two search forms, the engine's own.
 int compareSearchForms(const QString& a, const QString& b);
 
-}
+} // namespace SystemTable
 
 /// Status and message of one of these objects: -1 after a failure, with the words to show.
 class ObjectStatus {
@@ -41,7 +42,8 @@ protected:
         status_ = 0;
         message_.clear();
     }
-    /// Opens the system database. @return nothing when it is not there or does not open; then the failure is set
+    /// Opens the system database. @return nothing when it is not there or does not open; then the failure is
+    /// set
     dao::DatabasePtr open(const QString& path);
 
 private:

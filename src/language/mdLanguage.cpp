@@ -45,7 +45,7 @@ void guarded(const QString& procedure, Steps&& steps) {
     }
 }
 
-}
+} // namespace
 
 QString TranslateText(const QString& text) {
     QString translated = text;

@@ -29,4 +29,4 @@ void SetCtrlProps(ControlHost& window);
 /// Gives all open windows their texts after a change of language, titles that are built at run time included.
 void RefreshForms(const std::vector<ControlHost*>& windows);
 
-}
+} // namespace mdLanguage

@@ -1,5 +1,5 @@
-#include "app/start.h"
 #include "app/globals.h"
+#include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString startWindow;  ///< what stood when the start window was asked for
+QString startWindow; ///< what stood when the start window was asked for
 int unloaded = 0;
 
 class StartAndStop : public ::testing::Test {
@@ -38,7 +38,7 @@ protected:
     static QString stored(const QString& name) { return storedSetting(name, u"none"_s).toString(); }
 };
 
-}
+} // namespace
 
 TEST_F(StartAndStop, AFreshMachineStartsWithDefaultsAsksForTheLanguageAndOpensNothing) {
     SystemRows rows;
@@ -48,7 +48,8 @@ TEST_F(StartAndStop, AFreshMachineStartsWithDefaultsAsksForTheLanguageAndOpensNo
     gOptions.MaxItems = 1;
     startWindow.clear();
     mdLanguage::showStartWindow = [] {
-        startWindow = TranslateText(u"Fehler"_s) + QString::number(gOptions.MaxItems) + gErrHandler.Destination;
+        startWindow =
+            TranslateText(u"Fehler"_s) + QString::number(gOptions.MaxItems) + gErrHandler.Destination;
     };
     Main::StartServices();
     EXPECT_EQ(startWindow, u"Fehler20"_s + Paths::join(home.path(u"home"_s), u"Error.log"_s))

@@ -42,7 +42,7 @@ QString allTexts(const Options& options) {
     return text;
 }
 
-}
+} // namespace
 
 TEST_F(OptionsTest, AFreshMachineGivesTheDefaultsAndTurnsErrorTrappingOn) {
     gErrorTrapping = false;
@@ -116,7 +116,8 @@ TEST_F(OptionsTest, WhatIsSavedToAnIniFileComesBackWholeAndInItsOrder) {
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_TRUE(text.startsWith(u"[Varidex]\nEditStudiesMode=False\nDatabaseName=\n"_s));
     EXPECT_TRUE(text.contains(u"\nShowValidSums=True\nNoColumnLabels=False\n"_s));
-    EXPECT_TRUE(text.trimmed().endsWith(u"\nFontSize=11\nShowPercentSign=True\nCommaInPercent=True\nAskMissing=False"_s));
+    EXPECT_TRUE(text.trimmed().endsWith(
+        u"\nFontSize=11\nShowPercentSign=True\nCommaInPercent=True\nAskMissing=False"_s));
     EXPECT_FALSE(text.contains(u"Descriptives"_s));
 }
 
@@ -131,19 +132,19 @@ TEST_F(OptionsTest, AMissingFileIsReportedForEachKeyAndLeavesTheDefaults) {
 TEST_F(OptionsTest, TextsConvertAsTheLanguageDoesAndBadOnesAreReportedUnderTheirLabel) {
     struct Case {
         QString text;
-        bool yes, no;  ///< with default true, with default false
+        bool yes, no; ///< with default true, with default false
     };
     const Case cases[] = {
-        {u"True"_s, true, true},    {u"wahr"_s, true, true},    {u"-1"_s, true, true},  {u"1"_s, true, true},
-        {u"0,5"_s, true, true},     {u"FALSE"_s, false, false}, {u"Falsch"_s, false, false},
-        {u"0"_s, false, false},     {u""_s, true, false},
+        {u"True"_s, true, true},     {u"wahr"_s, true, true}, {u"-1"_s, true, true},
+        {u"1"_s, true, true},        {u"0,5"_s, true, true},  {u"FALSE"_s, false, false},
+        {u"Falsch"_s, false, false}, {u"0"_s, false, false},  {u""_s, true, false},
     };
     for (const Case& c : cases) {
         EXPECT_EQ(CBool_me(c.text, true), c.yes) << qPrintable(c.text);
         EXPECT_EQ(CBool_me(c.text, false), c.no) << qPrintable(c.text);
     }
     EXPECT_EQ(CLng_me(u"-12"_s, 5), -12);
-    EXPECT_EQ(CLng_me(u"2,5"_s, 5), 2);  // half to even
+    EXPECT_EQ(CLng_me(u"2,5"_s, 5), 2); // half to even
     EXPECT_EQ(CLng_me(u""_s, 5), 5);
     EXPECT_TRUE(asker.boxes.empty());
 

@@ -76,7 +76,7 @@ protected:
     }
 };
 
-}
+} // namespace
 
 TEST_F(SystemTexts, WithoutASystemDatabaseEachObjectSaysSoAndTheProgramGoesOnInGerman) {
     const QString german = u"Die Datenbankdatei "_s + path + u"\r\nkonnte nicht gefunden werden!"_s;
@@ -96,8 +96,10 @@ TEST_F(SystemTexts, WithoutASystemDatabaseEachObjectSaysSoAndTheProgramGoesOnInG
     EXPECT_EQ(asker.pointer(), ui::Pointer::Default);
     mdLanguage::SaveSysSettings(0, 0);
     EXPECT_EQ(gLanguage, 0) << "follows whether or not the write succeeded";
-    const std::pair<QString, QString> expected[] = {{german, u"CTextObject"_s}, {german, u"SysObject"_s},
-                                                    {english, u"SysObject"_s},  {english, u"SysObject"_s},
+    const std::pair<QString, QString> expected[] = {{german, u"CTextObject"_s},
+                                                    {german, u"SysObject"_s},
+                                                    {english, u"SysObject"_s},
+                                                    {english, u"SysObject"_s},
                                                     {english, u"CTextObject"_s}};
     ASSERT_EQ(asker.boxes.size(), 5u);
     for (size_t i = 0; i < 5; ++i) {
@@ -137,7 +139,8 @@ TEST_F(SystemTexts, AWriteThatChangesNoRowIsAFailureInGermanWords) {
     EXPECT_EQ(object.Status(), -1) << "a later success does not hide it";
     EXPECT_EQ(object.ErrorMessage(), u"Es wurden keine Änderungen des Wertes Language vorgenommen!"_s);
     EXPECT_EQ(object.GetLanguage(), 0);
-    EXPECT_TRUE(object.ErrorMessage().startsWith(u"Error at: GetLanguage\r\nErrorNumber: 3021\r\nErrorDescription:\r\n"_s));
+    EXPECT_TRUE(object.ErrorMessage().startsWith(
+        u"Error at: GetLanguage\r\nErrorNumber: 3021\r\nErrorDescription:\r\n"_s));
     execute(u"delete from sys"_s);
     CSys other = settings();
     other.SetFormStatus(0);
@@ -206,13 +209,14 @@ TEST_F(SystemTexts, AWindowTakesTheTextsOfItsControlsTypeByType) {
     // The system database decides here, not gLanguage.
     settings().SetLanguage(1);
     mdLanguage::SetCtrlProps(explorer);
-    EXPECT_EQ(explorer.texts(), (QStringList{u"All"_s, u"Some"_s, u"entworfen"_s, u"Go"_s, u"Starts"_s, u"Two"_s,
-                                             u"eigenes"_s, u"bleibt"_s, u"Jahr"_s, u"Label (Original Language)"_s,
-                                             u"Wave"_s, u"View"_s}));
+    EXPECT_EQ(explorer.texts(),
+              (QStringList{u"All"_s, u"Some"_s, u"entworfen"_s, u"Go"_s, u"Starts"_s, u"Two"_s, u"eigenes"_s,
+                           u"bleibt"_s, u"Jahr"_s, u"Label (Original Language)"_s, u"Wave"_s, u"View"_s}));
     QFile log(home.path(u"home/Ctrl.clf"_s));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(log.readAll().startsWith("[frmExplorer]\r\nfrmExplorer=neu\r\nlblTitle(0)=\r\nlblTitle(1)=alt\r\n"
-                                         "lblFree=entworfen\r\n"));
+    EXPECT_TRUE(
+        log.readAll().startsWith("[frmExplorer]\r\nfrmExplorer=neu\r\nlblTitle(0)=\r\nlblTitle(1)=alt\r\n"
+                                 "lblFree=entworfen\r\n"));
     settings().SetLanguage(0);
     mdLanguage::RefreshForms({&explorer});
     EXPECT_EQ(explorer.texts()[3], u"Los"_s);
@@ -234,8 +238,9 @@ TEST_F(SystemTexts, ControlTextsWithoutAWindowOrADatabaseFail) {
 
 TEST_F(SystemTexts, TheMakersOfTheTextsTakeOverANewerEditionAndExportAWindow) {
     SystemRows rows;
-    rows.controls = {{u"frmMain"_s, u"Menu"_s, u"mnFile"_s, u"Caption"_s, std::nullopt, u"Datei"_s, u"Fiel"_s},
-                     {u"frmMain"_s, u"Menu"_s, u"mnuFileMRU"_s, u"Caption"_s, 2, u"Zwei"_s, u"Two"_s}};
+    rows.controls = {
+        {u"frmMain"_s, u"Menu"_s, u"mnFile"_s, u"Caption"_s, std::nullopt, u"Datei"_s, u"Fiel"_s},
+        {u"frmMain"_s, u"Menu"_s, u"mnuFileMRU"_s, u"Caption"_s, 2, u"Zwei"_s, u"Two"_s}};
     make(rows);
     execute(u"insert into tblstatneu (FormName, CtrlTyp, CtrlName, Property, Deutsch, Englisch) "
             "values ('frmMain', 'Menu', 'mnFile', 'Caption', 'Datei', 'File')"_s);
@@ -252,6 +257,7 @@ TEST_F(SystemTexts, TheMakersOfTheTextsTakeOverANewerEditionAndExportAWindow) {
     texts.WriteCtrlProps();
     QFile file(home.path(u"home/frmMain.txt"_s));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), QByteArray("frmMain;Menu;mnFile;;Caption;File\r\nfrmMain;Menu;mnuFileMRU;2;Caption;Two\r\n"));
+    EXPECT_EQ(file.readAll(),
+              QByteArray("frmMain;Menu;mnFile;;Caption;File\r\nfrmMain;Menu;mnuFileMRU;2;Caption;Two\r\n"));
     EXPECT_TRUE(asker.lastText().startsWith(u"Es wurden: 2 Controls in die \r\nDatei: "_s));
 }

@@ -24,7 +24,8 @@ bool isQuoted(const QString& line) {
     return line.size() >= 2 && line.startsWith(u'"') && line.endsWith(u'"');
 }
 
-/// The line that stands for a value. Quotes keep the blanks at its ends; a value holds neither line breaks nor zeros.
+/// The line that stands for a value. Quotes keep the blanks at its ends; a value holds neither line breaks
+/// nor zeros.
 QString toLine(const QString& value) {
     QString line = value.section(QChar(0), 0, 0);
     line.replace(u"\r\n"_s, u" "_s).replace(u'\r', u' ').replace(u'\n', u' ');
@@ -43,7 +44,7 @@ QByteArray asUtf8(const QByteArray& bytes) {
     return (decoder.hasError() ? QString::fromLatin1(bytes) : text).toUtf8();
 }
 
-}
+} // namespace
 
 IniFile::IniFile() : content_(std::make_unique<Content>()) {
     content_->ini.SetUnicode(true);
@@ -82,7 +83,8 @@ std::optional<QString> IniFile::value(const QString& section, const QString& key
 }
 
 void IniFile::setValue(const QString& section, const QString& key, const QString& value) {
-    content_->ini.SetValue(section.toUtf8().constData(), key.toUtf8().constData(), toLine(value).toUtf8().constData());
+    content_->ini.SetValue(section.toUtf8().constData(), key.toUtf8().constData(),
+                           toLine(value).toUtf8().constData());
 }
 
 bool IniFile::hasSection(const QString& section) const {

@@ -87,7 +87,7 @@ QString placed(const std::string& digits, int whole, QChar separator) {
     return text;
 }
 
-}
+} // namespace
 
 QChar NumberFormat::decimalSeparator() {
     if (separatorInForce.isNull())

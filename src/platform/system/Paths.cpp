@@ -46,7 +46,7 @@ void prepareUserFolder(const QString& folder, const QString& installed) {
         const QString unfinished = target + u".new"_s;
         if (QFileInfo::exists(target))
             continue;
-        QFile::remove(unfinished);  // left by a start that was broken off
+        QFile::remove(unfinished); // left by a start that was broken off
         if (!QFile::copy(file.filePath(), unfinished))
             continue;
         QFile::setPermissions(unfinished, QFile::permissions(unfinished) | QFileDevice::WriteOwner);
@@ -59,23 +59,24 @@ QString findApplicationFolder() {
     if (!home.isEmpty())
         return home;
     return Paths::chooseApplicationFolder(
-        programFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
+        programFolder(),
+        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
 }
 
 /// The entry of a folder that is called like `name`, exactly so if there is one, else without regard to case.
 QString entryLike(const QString& folder, const QString& name) {
     if (QFileInfo::exists(QDir(folder).filePath(name)))
         return name;
-    const QStringList entries = QDir(folder.isEmpty() ? u"."_s : folder)
-                                    .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                                               QDir::Name);
+    const QStringList entries =
+        QDir(folder.isEmpty() ? u"."_s : folder)
+            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString& entry : entries)
         if (entry.compare(name, Qt::CaseInsensitive) == 0)
             return entry;
     return {};
 }
 
-}
+} // namespace
 
 QString Paths::native(const QString& path) {
     QString text = path;

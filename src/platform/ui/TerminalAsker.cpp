@@ -58,7 +58,7 @@ bool terminalIsThere() {
 #endif
 }
 
-}
+} // namespace
 
 TerminalAsker::TerminalAsker()
     : isFailure(defaultIsFailure), standardIn_(stdin), standardError_(stderr), in_(standardIn_),
@@ -81,7 +81,8 @@ Answer TerminalAsker::messageBox(const Box& box) {
     text.replace(u"\r\n"_s, u"\n"_s);
     while (text.endsWith(u'\n'))
         text.chop(1);
-    out_ << (box.title.isEmpty() ? ApplicationInfo::title : box.title) << u": "_s << text << u'\n' << Qt::flush;
+    out_ << (box.title.isEmpty() ? ApplicationInfo::title : box.title) << u": "_s << text << u'\n'
+         << Qt::flush;
     const std::vector<Choice> choices = choicesOf(box.buttons);
     if (choices.size() == 1)
         return choices.front().answer;
@@ -98,7 +99,8 @@ Answer TerminalAsker::messageBox(const Box& box) {
     return safeAnswer(box.buttons);
 }
 
-std::optional<QString> TerminalAsker::inputBox(const QString& prompt, const QString& title, const QString& proposal) {
+std::optional<QString> TerminalAsker::inputBox(const QString& prompt, const QString& title,
+                                               const QString& proposal) {
     const std::optional<QString> line = ask(title + u": "_s + prompt + u" ["_s + proposal + u']');
     return line && line->isEmpty() ? std::optional(proposal) : line;
 }
@@ -118,4 +120,4 @@ TerminalAsker& terminalAsker() {
     return terminal;
 }
 
-}
+} // namespace ui

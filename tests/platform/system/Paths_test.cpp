@@ -20,16 +20,19 @@ void writeFile(const QString& path) {
     file.write("x");
 }
 
-}
+} // namespace
 
 TEST(Paths, BothSeparatorsAreReadAndTheNativeOneIsWritten) {
     struct Case {
         QString folder, name, joined;
     };
     const Case cases[] = {
-        {u"a"_s, u"b"_s, u"a/b"_s},           {u"a/"_s, u"b"_s, u"a/b"_s},
-        {u"a\\"_s, u"\\b"_s, u"a/b"_s},       {u""_s, u"b\\c"_s, u"b/c"_s},
-        {u"/"_s, u"b"_s, u"/b"_s},            {u"C:\\Daten"_s, u"QX1.mdb"_s, u"C:/Daten/QX1.mdb"_s},
+        {u"a"_s, u"b"_s, u"a/b"_s},
+        {u"a/"_s, u"b"_s, u"a/b"_s},
+        {u"a\\"_s, u"\\b"_s, u"a/b"_s},
+        {u""_s, u"b\\c"_s, u"b/c"_s},
+        {u"/"_s, u"b"_s, u"/b"_s},
+        {u"C:\\Daten"_s, u"QX1.mdb"_s, u"C:/Daten/QX1.mdb"_s},
         {u"a b"_s, u"Übersicht.mdb"_s, u"a b/Übersicht.mdb"_s},
     };
     for (const Case& c : cases)

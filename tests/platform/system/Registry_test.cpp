@@ -22,14 +22,27 @@ QByteArray readFile(const QString& path) {
 }
 
 const QString awkwardValues[] = {
-    u"x;y"_s,     u"C:\\neu\\"_s,     u"\"quoted\""_s, u"\""_s,     u" blanks "_s, u"\" mixed\" "_s,
-    u""_s,        u" "_s,             u"äöüß€ 日本"_s,  u"a=b"_s,    u"#no comment"_s,
-    u"[section]"_s, u"<<<END_OF_TEXT"_s, u"\t tab"_s,   u"%1 \\n"_s, u"1:2"_s,
+    u"x;y"_s,
+    u"C:\\neu\\"_s,
+    u"\"quoted\""_s,
+    u"\""_s,
+    u" blanks "_s,
+    u"\" mixed\" "_s,
+    u""_s,
+    u" "_s,
+    u"äöüß€ 日本"_s,
+    u"a=b"_s,
+    u"#no comment"_s,
+    u"[section]"_s,
+    u"<<<END_OF_TEXT"_s,
+    u"\t tab"_s,
+    u"%1 \\n"_s,
+    u"1:2"_s,
 };
 
 const QString key = u"Software\\Norvik\\Varidex\\3.6\\"_s;
 
-}
+} // namespace
 
 TEST(IniFile, EveryValueComesBackAsItWasWritten) {
     const TestHome home;
@@ -60,7 +73,8 @@ TEST(IniFile, ALineBreakInAValueCannotBringKeysOfItsOwn) {
 
 TEST(IniFile, AFileFromElsewhereIsReadWithItsCommentsAndOldCharacters) {
     const TestHome home;
-    writeFile(home.path(u"a.ini"_s), "; written by hand\r\n[VARIDEX]\r\nDataPath = C:\\M\xFCller \r\nFixedFont=\"Courier New\"\r\n");
+    writeFile(home.path(u"a.ini"_s),
+              "; written by hand\r\n[VARIDEX]\r\nDataPath = C:\\M\xFCller \r\nFixedFont=\"Courier New\"\r\n");
     IniFile file;
     ASSERT_TRUE(file.load(home.path(u"a.ini"_s)));
     EXPECT_EQ(file.value(u"Varidex"_s, u"datapath"_s), u"C:\\Müller"_s);
@@ -75,8 +89,9 @@ TEST(Registry, ValuesKeepContentAndTypeAndKeysIgnoreCase) {
         ASSERT_EQ(Registry::write(Registry::CurrentUser, key, u"Text"_s, {Registry::String, value, 0}),
                   Registry::Outcome::Done);
         Registry::Entry entry;
-        ASSERT_EQ(Registry::read(Registry::CurrentUser, u"SOFTWARE\\norvik\\Varidex\\3.6"_s, u"TEXT"_s, entry),
-                  Registry::Outcome::Done);
+        ASSERT_EQ(
+            Registry::read(Registry::CurrentUser, u"SOFTWARE\\norvik\\Varidex\\3.6"_s, u"TEXT"_s, entry),
+            Registry::Outcome::Done);
         EXPECT_EQ(entry.text, value);
         EXPECT_EQ(entry.type, Registry::String);
     }
@@ -94,7 +109,7 @@ TEST(Registry, ValuesKeepContentAndTypeAndKeysIgnoreCase) {
 
 TEST(Registry, AHiveThatCannotBeReadIsNeverOverwritten) {
     const TestHome home;
-    QDir().mkpath(home.path(u"config/user.ini"_s));  // a folder in the file's place
+    QDir().mkpath(home.path(u"config/user.ini"_s)); // a folder in the file's place
     Registry::Entry entry;
     EXPECT_EQ(Registry::write(Registry::CurrentUser, key, u"A"_s, {Registry::String, u"1"_s, 0}),
               Registry::Outcome::Corrupted);

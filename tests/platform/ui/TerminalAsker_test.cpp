@@ -20,7 +20,7 @@ struct Terminal {
         : typed(lines), in(&typed), out(&shown), asker(in, out, interactive) {}
 };
 
-}
+} // namespace
 
 TEST(TerminalAsker, WithoutATerminalAQuestionIsAnsweredWithTheButtonThatChangesNothing) {
     const std::pair<Buttons, Answer> cases[] = {
@@ -60,9 +60,9 @@ TEST(TerminalAsker, OnlyErrorsMarkTheRunAsFailed) {
         bool failed;
     };
     const Case cases[] = {
-        {Icon::Information, Buttons::Ok, false},   {Icon::None, Buttons::Ok, false},
-        {Icon::Question, Buttons::YesNo, false},   {Icon::Exclamation, Buttons::Ok, true},
-        {Icon::Critical, Buttons::Ok, true},       {Icon::None, Buttons::AbortRetryIgnore, true},
+        {Icon::Information, Buttons::Ok, false}, {Icon::None, Buttons::Ok, false},
+        {Icon::Question, Buttons::YesNo, false}, {Icon::Exclamation, Buttons::Ok, true},
+        {Icon::Critical, Buttons::Ok, true},     {Icon::None, Buttons::AbortRetryIgnore, true},
     };
     for (const Case& c : cases) {
         Terminal terminal({}, false);
