@@ -33,7 +33,7 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
         }
         names += quotedName(column->name);
         places += u"?"_s;
-        isText_.push_back(isTextType(column->type));
+        types_.push_back(column->type);
     }
     const QString sql = u"INSERT INTO "_s + table.sqlName + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
                         places.join(u", "_s) + u')';
@@ -41,7 +41,7 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
 }
 
 int FileAppender::parameter(int column) const {
-    if (column < 0 || column >= static_cast<int>(isText_.size())) {
+    if (column < 0 || column >= static_cast<int>(types_.size())) {
         raiseEngineError(3265, QString::number(column));
     }
     return column + 1;
@@ -53,8 +53,11 @@ void FileAppender::setNull(int column) {
 
 void FileAppender::setNumber(int column, double number) {
     const int place = parameter(column);
-    if (isText_[static_cast<size_t>(column)]) {
+    const int type = types_[static_cast<size_t>(column)];
+    if (isTextType(type)) {
         setText(column, numberToText(number, NumberFormat::decimalSeparator()));
+    } else if (type == dbBoolean) {
+        sqlite3_bind_int64(insert_->handle(), place, number != 0 ? -1 : 0);
     } else if (isWhole(number)) {
         sqlite3_bind_int64(insert_->handle(), place, static_cast<sqlite3_int64>(number));
     } else {

@@ -21,7 +21,7 @@ private:
 
     DatabaseFilePtr file_;
     std::unique_ptr<Attachments::Use> use_;
-    std::vector<bool> isText_;
+    std::vector<int> types_;
     std::unique_ptr<Statement> insert_;
 };
 

@@ -80,7 +80,8 @@ void Attachments::open(File& file, bool create) {
     };
     const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
     int result = attachAs(wanted);
-    if (wanted == Mode::ReadOnly && (result & 0xFF) == SQLITE_CANTOPEN && file.location.isQuiet()) {
+    const bool refused = (result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY;
+    if (wanted == Mode::ReadOnly && refused && file.location.isQuiet()) {
         result = attachAs(Mode::Immutable);
     }
     if (result != SQLITE_DONE) {

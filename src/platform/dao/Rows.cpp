@@ -88,12 +88,12 @@ void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
 
 quint64 Rows::storeBlock(const void* data, int bytes) {
     const size_t offset = blocks_.size();
-    const size_t needed = sizeof bytes + static_cast<size_t>(bytes);
-    makeRoom(blocks_, needed);
-    blocks_.resize(offset + needed);
-    std::memcpy(blocks_.data() + offset, &bytes, sizeof bytes);
+    const auto* const length = reinterpret_cast<const char*>(&bytes);
+    const auto* const content = static_cast<const char*>(data);
+    makeRoom(blocks_, sizeof bytes + static_cast<size_t>(bytes));
+    blocks_.insert(blocks_.end(), length, length + sizeof bytes);
     if (bytes > 0) {
-        std::memcpy(blocks_.data() + offset + sizeof bytes, data, static_cast<size_t>(bytes));
+        blocks_.insert(blocks_.end(), content, content + bytes);
     }
     return offset;
 }
