@@ -67,7 +67,7 @@ void moveAll(const QString& catalogue, const QString& folder, const QStringList&
     const auto takeAway = [&](const QString& name) {
         // A journal that a killed program left belongs to the old file; beside the new one it would spoil it.
         for (const QString& file : {name, name + u"-journal"_s, name + u"-wal"_s, name + u"-shm"_s})
-            if (QFileInfo::exists(place + file))
+            if (QFileInfo(place + file).isFile())
                 moves.move(place + file, old + file);
     };
     QStringList names = filesBelow(built);
@@ -89,7 +89,6 @@ void moveAll(const QString& catalogue, const QString& folder, const QStringList&
 }
 
 BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), folder_(folderFor(catalogue)) {
-    finishInterruptedBuild(catalogue);
     if (!QDir().mkpath(files()))
         throw ImportError(
             said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)

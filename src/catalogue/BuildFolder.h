@@ -14,7 +14,8 @@ namespace archive {
 /// the next.
 class BuildFolder {
 public:
-    /// Sees to what a killed run left, then makes the folder. @throws ImportError
+    /// Makes the folder. To be called under the catalogue's ImportGuard, which sees to what a killed run left.
+    /// @throws ImportError
     explicit BuildFolder(const QString& catalogue);
     /// Removes the folder.
     ~BuildFolder();
@@ -34,7 +35,7 @@ private:
 };
 
 /// Finishes what a killed build had begun to move, or removes what it had built so far. Does nothing if there
-/// is neither.
+/// is neither. To be called under the catalogue's ImportGuard.
 /// @throws ImportError when a file cannot be moved
 void finishInterruptedBuild(const QString& catalogue);
 

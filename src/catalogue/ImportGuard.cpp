@@ -1,5 +1,6 @@
 #include "catalogue/ImportGuard.h"
 
+#include "catalogue/BuildFolder.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
@@ -143,6 +144,7 @@ ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
                                      .arg(catalogue)
                                : cannotWrite(catalogue));
     try {
+        archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);
     } catch (...) {
         close(note_);
@@ -184,6 +186,7 @@ void removeLeftovers(const QString& catalogue) {
     if (note < 0)
         return;
     try {
+        archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note);
     } catch (...) {
         close(note);

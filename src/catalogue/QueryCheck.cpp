@@ -42,11 +42,6 @@ QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
                             .arg(clause);
     QString behind = query.mid(from + 4);
     behind.truncate(behind.indexOf(u';') < 0 ? behind.size() : behind.indexOf(u';'));
-    if (hasWord(behind, u"JOIN"_s) || behind.contains(u',')) {
-        warnings << said(u"mehr als eine Tabelle: ein Gewicht lässt sich nicht anfügen"_s,
-                         u"more than one table: a weight cannot be added"_s);
-        return warnings;
-    }
     const QString table = wordBehindFrom(query, from);
     if (!caseTables.contains(table)) {
         if (warnings.isEmpty())
@@ -55,6 +50,11 @@ QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
                        u"hinter dem ersten FROM und einem Leerzeichen steht keine Tabelle der Studie, sondern '%1'"_s,
                        u"behind the first FROM and one blank stands no table of the study but '%1'"_s)
                        .arg(table);
+        return warnings;
+    }
+    if (hasWord(behind, u"JOIN"_s) || behind.contains(u',')) {
+        warnings << said(u"mehr als eine Tabelle: ein Gewicht lässt sich nicht anfügen"_s,
+                         u"more than one table: a weight cannot be added"_s);
         return warnings;
     }
     if (warnings.isEmpty() && behind.trimmed() != table)
