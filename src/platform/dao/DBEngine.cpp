@@ -111,6 +111,7 @@ DBEngine& DBEngine::instance() {
 
 Workspace& DBEngine::Workspaces(int index) {
     if (index != 0) {
+        errorList().clear();
         raiseEngineError(3265, QString::number(index));
     }
     return *state_->workspaces.front();

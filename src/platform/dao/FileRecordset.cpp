@@ -43,16 +43,19 @@ RowCursor& FileRecordset::cursor() const {
 }
 
 void FileRecordset::MoveFirst() {
+    errorList().clear();
     editing_ = Editing::Nothing;
     cursor().moveFirst();
 }
 
 void FileRecordset::MoveLast() {
+    errorList().clear();
     editing_ = Editing::Nothing;
     cursor().moveLast();
 }
 
 void FileRecordset::Move(int rows) {
+    errorList().clear();
     editing_ = Editing::Nothing;
     cursor().move(rows);
 }
@@ -75,6 +78,7 @@ int FileRecordset::indexOf(const QString& name) const {
             return static_cast<int>(i);
         }
     }
+    errorList().clear();
     raiseEngineError(3265, name);
 }
 
@@ -86,6 +90,7 @@ const Field& FileRecordset::fieldAt(int column) const {
 }
 
 Value FileRecordset::value(int column) const {
+    errorList().clear();
     (void)fieldAt(column);
     if (editing_ != Editing::Nothing && edited_[static_cast<size_t>(column)]) {
         return *edited_[static_cast<size_t>(column)];
@@ -94,12 +99,14 @@ Value FileRecordset::value(int column) const {
 }
 
 void FileRecordset::setBookmark(qint64 bookmark) {
+    errorList().clear();
     editing_ = Editing::Nothing;
     cursor().setBookmark(bookmark);
 }
 
 qint64 FileRecordset::LastModified() const {
     if (!lastModified_) {
+        errorList().clear();
         raiseEngineError(3021);
     }
     return *lastModified_;

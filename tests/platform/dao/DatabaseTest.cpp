@@ -243,6 +243,11 @@ TEST_F(DatabaseTest, AnotherProcessesLockIsWaitedForAndThenReported) {
     stranger.run("COMMIT");
     row->Update();
     EXPECT_EQ(rows(*database, u"SELECT V1 FROM t"_s), u"9;2"_s);
+    database->Close();
+    const auto alone = workspace().OpenDatabase(path(u"a.mdb"_s), true);
+    EXPECT_EQ(errorOf([&] { open(u"a.mdb"_s); }), 3050);
+    alone->Close();
+    EXPECT_EQ(errorOf([&] { open(u"a.mdb"_s); }), 0);
 }
 
 TEST_F(DatabaseTest, TransactionsNestAndCoverEveryOpenDatabase) {

@@ -73,6 +73,7 @@ TEST_F(RecordsetTest, EveryTypeWalksAlike) {
         EXPECT_TRUE(rows->Bof());
         EXPECT_EQ(errorOf([&] { rows->value(0); }), 3021);
         EXPECT_EQ(errorOf([&] { rows->MovePrevious(); }), 3021);
+        EXPECT_EQ(dao::DBEngine::instance().errors().Count(), 1) << "the list holds the last operation's errors";
         rows->MoveNext();
         rows->Move(3);
         EXPECT_EQ(rows->value(0), Value(4));
