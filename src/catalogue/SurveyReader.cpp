@@ -1,6 +1,7 @@
 #include "catalogue/SurveyReader.h"
 
 #include "catalogue/CatalogueImport.h"
+#include "catalogue/SurveyInput.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/savExtensions.h"
 
@@ -215,7 +216,7 @@ struct SurveyReader::HeadPass : PassBase {
         const int stored =
             static_cast<int>(std::min<size_t>(readstat_variable_get_storage_width(source), INT_MAX));
         if (file.stata)
-            return stored - 1;  // a zero ends each string
+            return stored - 1; // a zero ends each string
         // An SPSS file's own width is in the format; the storage is rounded up.
         const int exact = format.mid(1).toInt();
         return exact > 0 ? exact : stored;
@@ -430,6 +431,8 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
                 auto& p = *static_cast<Pass*>(context);
                 return p.guarded([&] { p.value(row, variable, value); });
             });
+    SurveyInput input(path_);
+    input.serve(parser.get());
     if (!encoding_.isEmpty())
         readstat_set_file_character_encoding(parser.get(), encoding_.constData());
     if (!convert)

@@ -3,7 +3,6 @@
 #include <QRegularExpression>
 #include <array>
 #include <cmath>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -65,29 +64,28 @@ qint64 withoutLeapSeconds(qint64 millis) {
     return millis - inserted;
 }
 
+/// A number with leading zeros.
+QByteArray digits(qint64 number, int atLeast) {
+    return QByteArray::number(number).rightJustified(atLeast, '0');
+}
+
 QByteArray clockText(qint64 millisOfDay) {
-    char buffer[40];
     const qint64 seconds = millisOfDay / 1000;
-    int length =
-        std::snprintf(buffer, sizeof buffer, "%02lld:%02lld:%02lld", static_cast<long long>(seconds / 3600),
-                      static_cast<long long>(seconds / 60 % 60), static_cast<long long>(seconds % 60));
+    QByteArray text =
+        digits(seconds / 3600, 2) + ':' + digits(seconds / 60 % 60, 2) + ':' + digits(seconds % 60, 2);
     if (millisOfDay % 1000 != 0) {
-        length += std::snprintf(buffer + length, sizeof buffer - static_cast<size_t>(length), ".%03d",
-                                static_cast<int>(millisOfDay % 1000));
-        while (buffer[length - 1] == '0')
-            --length;
+        text += '.' + digits(millisOfDay % 1000, 3);
+        while (text.endsWith('0'))
+            text.chop(1);
     }
-    return QByteArray(buffer, length);
+    return text;
 }
 
 std::optional<QByteArray> dateText(qint64 days) {
     const Civil civil = civilFromDays(days);
     if (civil.year < 1 || civil.year > 9999)
         return std::nullopt;
-    char buffer[16];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d", static_cast<int>(civil.year), civil.month,
-                  civil.day);
-    return QByteArray(buffer, 10);
+    return digits(civil.year, 4) + '-' + digits(civil.month, 2) + '-' + digits(civil.day, 2);
 }
 
 /// A moment in milliseconds from an epoch; a date that carries a time of day shows it.
