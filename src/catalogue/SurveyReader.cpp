@@ -318,10 +318,13 @@ struct SurveyReader::RowPass : PassBase {
                 receiver.endRow();
             row = rowIndex;
         }
-        const int index = readstat_variable_get_index(variable);
+        const int index = variable->index;
         if (index < 0 || index >= static_cast<int>(head.variables.size()))
             throw ImportError(said(u"Die Datei widerspricht sich"_s, u"The file contradicts itself"_s));
-        if (readstat_value_type_class(value) == READSTAT_TYPE_CLASS_STRING)
+        // Most values by far; the library's own questions would take longer than the answer.
+        if (value.type == READSTAT_TYPE_DOUBLE && !value.is_system_missing && !value.is_tagged_missing)
+            receiver.number(index, value.v.double_value);
+        else if (readstat_value_type_class(value) == READSTAT_TYPE_CLASS_STRING)
             text(index, readstat_string_value(value));
         else if (readstat_value_is_tagged_missing(value))
             receiver.letter(index, readstat_value_tag(value));

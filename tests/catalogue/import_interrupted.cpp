@@ -86,11 +86,11 @@ TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
     const QStringList contentBefore = content();
     std::mt19937 random(20'180'331);
     int unfinished = 0;
-    for (int round = 0; round < 24; ++round) {
+    for (int round = 0; round < 18; ++round) {
         const ImportRequest& wish = round % 3 == 0 ? replacing : round % 3 == 1 ? adding : making;
         const pid_t child = importInChild(wish, [] {});
         // Mostly while it is at work, in the last rounds around its end.
-        const qint64 least = round < 18 ? 0 : length, most = round < 18 ? length : 2 * length;
+        const qint64 least = round < 14 ? 0 : length, most = round < 14 ? length : 2 * length;
         usleep(static_cast<useconds_t>(std::uniform_int_distribution(least, most)(random)));
         kill(child, SIGKILL);
         const bool finished = WIFEXITED(waitFor(child));

@@ -38,8 +38,6 @@ QString errorOf(const QString& path, const QString& encoding = {}, int* count = 
     return {};
 }
 
-using Letter = SurveyFileMaker::Letter;
-
 } // namespace
 
 TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
@@ -64,31 +62,6 @@ TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
         EXPECT_EQ(rows.rows, (QStringList{u"0=1|1='ab'|"_s, u"1=''|"_s, u"0=-2.5|1='  c'|"_s, QString()}))
             << kind.toStdString();
     }
-}
-
-TEST(SurveyReader, TellsLettersAndWeight) {
-    TestHome home;
-    const QString stata = home.path(u"letters.dta"_s);
-    SurveyFileMaker maker;
-    readstat_variable_t* v1 = maker.number("v1");
-    maker.label(v1, {{Letter{'b'}, "refused"}, {2.0, "two"}});
-    maker.write(stata, {{Letter{'a'}}, {std::monostate()}, {2.0}});
-    SurveyReader reader(stata, {});
-    const SurveyFile head = reader.readHead();
-    Rows rows;
-    reader.readRows(head, rows, {});
-    EXPECT_EQ(rows.rows, (QStringList{u"0=.a|"_s, QString(), u"0=2|"_s, QString()}));
-    const std::vector<SurveyLabel>& labels = head.labelSets.at(0);
-    EXPECT_TRUE(std::any_of(labels.begin(), labels.end(), [](const SurveyLabel& label) {
-        return label.kind == SurveyLabel::Letter && label.letter == 'b' && label.label == u"refused"_s;
-    }));
-
-    const QString spss = home.path(u"weight.sav"_s);
-    SurveyFileMaker weighted;
-    weighted.number("V1");
-    weighted.weight(weighted.number("W"));
-    weighted.write(spss, {{1.0, 2.0}});
-    EXPECT_EQ(SurveyReader(spss, {}).readHead().weight, 1);
 }
 
 TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
@@ -164,17 +137,4 @@ TEST(SurveyReader, RefusesWhatItCannotReadWithAReason) {
     EXPECT_FALSE(errorOf(home.path(u"file.xls"_s)).isEmpty());
     QFile::copy(path, home.path(u"file.dta"_s));
     EXPECT_FALSE(errorOf(home.path(u"file.dta"_s)).isEmpty());
-}
-
-TEST(SurveyReader, StopsWhenItIsTold) {
-    TestHome home;
-    const QString path = home.path(u"file.sav"_s);
-    SurveyFileMaker maker;
-    maker.number("V1");
-    maker.write(path, 20'000, [](int i) { return SurveyFileMaker::Row{double(i)}; });
-    SurveyReader reader(path, {});
-    const SurveyFile head = reader.readHead();
-    Rows rows;
-    EXPECT_THROW(reader.readRows(head, rows, [](double) { return false; }), ImportError);
-    EXPECT_LT(rows.rows.size(), 20'000);
 }

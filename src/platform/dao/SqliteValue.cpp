@@ -1,6 +1,5 @@
 #include "platform/dao/SqliteValue.h"
 
-#include <cmath>
 #include <sqlite3.h>
 
 namespace dao {
@@ -97,7 +96,7 @@ int bindValue(sqlite3_stmt* statement, int parameter, const Value& value) {
 
 bool isWhole(double number) {
     constexpr double largest = 9007199254740992.0;  // 2^53: beyond it not every whole number is a double
-    return number >= -largest && number <= largest && number == std::trunc(number);
+    return number >= -largest && number <= largest && number == static_cast<double>(static_cast<qint64>(number));
 }
 
 }
