@@ -71,7 +71,18 @@ void FileAppender::setText(int column, const QString& text) {
 }
 
 void FileAppender::setUtf8(int column, const char* text, int bytes) {
-    sqlite3_bind_text(insert_->handle(), parameter(column), bytes > 0 ? text : "", bytes, SQLITE_TRANSIENT);
+    const int place = parameter(column);
+    if (isNumericType(types_[static_cast<size_t>(column)])) {
+        // The file would keep the text among the numbers.
+        const QString spelled = QString::fromUtf8(text, bytes);
+        const std::optional<double> number = textToNumber(spelled);
+        if (!number) {
+            raiseEngineError(3421, spelled);
+        }
+        setNumber(column, *number);
+        return;
+    }
+    sqlite3_bind_text(insert_->handle(), place, bytes > 0 ? text : "", bytes, SQLITE_TRANSIENT);
 }
 
 void FileAppender::appendRow() {

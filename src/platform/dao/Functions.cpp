@@ -5,6 +5,7 @@
 #include "platform/dao/SqliteValue.h"
 #include "platform/dao/TextOrder.h"
 
+#include <cmath>
 #include <optional>
 #include <sqlite3.h>
 
@@ -64,6 +65,66 @@ void runComparison(sqlite3_context* context, int, sqlite3_value** values) {
     });
 }
 
+/// What a sum has seen of its rows. SQLite clears it before the first.
+struct Sum {
+    double total;
+    qint64 whole;  ///< the same, exactly, while all are whole and it fits
+    qint64 count;
+    bool broken;   ///< `whole` holds no longer
+};
+
+void addToSum(sqlite3_context* context, int, sqlite3_value** values) {
+    const int type = sqlite3_value_type(values[0]);
+    if (type == SQLITE_NULL) {
+        return;
+    }
+    auto* sum = static_cast<Sum*>(sqlite3_aggregate_context(context, sizeof(Sum)));
+    if (sum == nullptr) {
+        sqlite3_result_error_nomem(context);
+        return;
+    }
+    if (type == SQLITE_INTEGER) {
+        const qint64 number = sqlite3_value_int64(values[0]);
+        sum->broken = sum->broken || __builtin_add_overflow(sum->whole, number, &sum->whole);
+        sum->total += static_cast<double>(number);
+    } else if (type == SQLITE_FLOAT) {
+        sum->broken = true;
+        sum->total += sqlite3_value_double(values[0]);
+    } else {
+        // A number column takes any text: SQLite would add the digits that it begins with.
+        guarded(context, [&] { raiseEngineError(3464, type == SQLITE_TEXT ? valueOf(values[0]).toText() : QString()); });
+    }
+    // Here and not at the end: SQLite asks for the end of a sum also when it clears away one that nobody wants.
+    if (!std::isfinite(sum->total)) {
+        guarded(context, [] { raiseRuntimeError(6); });
+    }
+    ++sum->count;
+}
+
+const Sum* finishedSum(sqlite3_context* context) {
+    return static_cast<const Sum*>(sqlite3_aggregate_context(context, 0));
+}
+
+void endSum(sqlite3_context* context) {
+    const Sum* const sum = finishedSum(context);
+    if (sum == nullptr) {
+        sqlite3_result_null(context);
+    } else if (sum->broken) {
+        sqlite3_result_double(context, sum->total);
+    } else {
+        sqlite3_result_int64(context, sum->whole);
+    }
+}
+
+void endAverage(sqlite3_context* context) {
+    const Sum* const sum = finishedSum(context);
+    if (sum == nullptr) {
+        sqlite3_result_null(context);
+    } else {
+        sqlite3_result_double(context, sum->total / static_cast<double>(sum->count));
+    }
+}
+
 int collate(void*, int aBytes, const void* a, int bBytes, const void* b) {
     return compareUtf8(static_cast<const char*>(a), aBytes, static_cast<const char*>(b), bBytes);
 }
@@ -84,6 +145,13 @@ struct Function {
     int most;
     Body body;
 };
+
+struct Aggregate {
+    const char* name;
+    void (*end)(sqlite3_context*);
+};
+
+constexpr Aggregate aggregates[] = {{"vx_sum", endSum}, {"vx_avg", endAverage}};
 
 constexpr int anyNumber = -1;
 
@@ -152,6 +220,12 @@ void registerFunctions(sqlite3* connection) {
     for (const Function& function : functions) {
         for (int arguments = function.fewest; arguments <= function.most; ++arguments) {
             add(function.name, arguments, &function.body, runBody);
+        }
+    }
+    for (const Aggregate& aggregate : aggregates) {
+        if (result == SQLITE_OK) {
+            result = sqlite3_create_function(connection, aggregate.name, 1, flags, nullptr, nullptr, addToSum,
+                                             aggregate.end);
         }
     }
     if (result != SQLITE_OK) {

@@ -25,6 +25,8 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///   vx_space (v), vx_left, vx_right (text, count), vx_mid(text, start [, count]),
 ///   vx_instr([start,] text, part), vx_replace(text, part, by)
 ///                                                     texts, counted in code points; Null in, Null out
+///   vx_sum, vx_avg (v)                                aggregates of numbers without the Nulls; a text or bytes among
+///                                                     them is error 3464, a result beyond all doubles error 6
 /// An error inside a function ends the statement and is kept until raiseFunctionError().
 void registerFunctions(sqlite3* connection);
 

@@ -328,14 +328,13 @@ Written aggregate(const BoundExpression& expression) {
         return {u"count(*)"_s};
     const BoundExpression& argument = *expression.arguments[0];
     const QString text = within(value(argument), 0);
-    // A text among the numbers is read as one, or is an error: SQLite would take whatever digits it begins
-    // with.
+    // A text among values of both kinds is read as a number, or is an error.
     const QString number = argument.domain == Domain::Mixed ? u"vx_cdbl("_s + text + u')' : text;
     switch (expression.aggregate) {
     case Aggregate::Sum:
-        return {u"sum("_s + number + u')'};
+        return {u"vx_sum("_s + number + u')'};
     case Aggregate::Average:
-        return {u"avg("_s + number + u')'};
+        return {u"vx_avg("_s + number + u')'};
     case Aggregate::Minimum:
         return {u"min("_s + writeForOrder(argument) + u')'};
     case Aggregate::Maximum:
