@@ -19,6 +19,7 @@ struct TableInfo {
     std::vector<ColumnInfo> columns;
     QString rowKey; ///< what names a row for editing, an identifier as SQLite takes it (rowid or a quoted key
                     ///< column), written without its table; empty if none
+    QStringList keyColumns; ///< of the declared primary key
     bool isLink = false;
     bool readOnly = false;
 };

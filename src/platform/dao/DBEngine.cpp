@@ -17,6 +17,7 @@ EngineSettings& engineSettings() {
 struct Workspace::State {
     std::vector<std::weak_ptr<DatabaseFile>> files;
     int level = 0;
+    bool tookPart = false;  ///< a database is or was inside the transaction
 
     /// The open databases.
     std::vector<DatabaseFilePtr> open() {
@@ -30,10 +31,20 @@ struct Workspace::State {
         return result;
     }
 
+    /// Ends a transaction whose databases were all closed in it: what comes now must not wait for an end of it.
+    void forgetAbandoned() {
+        if (tookPart && open().empty()) {
+            level = 0;
+            tookPart = false;
+        }
+    }
+
     DatabasePtr add(const DatabaseFilePtr& file) {
+        forgetAbandoned();
         for (int inner = 1; inner <= level; ++inner) {
             file->begin(inner);
         }
+        tookPart = level > 0;
         files.push_back(file);
         return file;
     }
@@ -57,6 +68,7 @@ DatabasePtr Workspace::CreateDatabase(const QString& path) {
 
 void Workspace::BeginTrans() {
     errorList().clear();
+    state_->forgetAbandoned();
     const int level = state_->level + 1;
     const std::vector<DatabaseFilePtr> files = state_->open();
     try {
@@ -70,6 +82,7 @@ void Workspace::BeginTrans() {
         throw;
     }
     state_->level = level;
+    state_->tookPart = !files.empty();
 }
 
 void Workspace::CommitTrans() {
@@ -77,8 +90,21 @@ void Workspace::CommitTrans() {
     if (state_->level == 0) {
         raiseEngineError(3034);
     }
-    for (const DatabaseFilePtr& file : state_->open()) {
-        file->commit(state_->level);
+    const int level = state_->level;
+    const std::vector<DatabaseFilePtr> files = state_->open();
+    for (const DatabaseFilePtr& file : files) {
+        try {
+            file->commit(level);
+        } catch (const Error&) {
+            if (file->isTransactionLost()) {
+                // Nothing is left to commit, and a level that stays would swallow what is edited later.
+                for (const DatabaseFilePtr& open : files) {
+                    open->rollback(level);
+                }
+                --state_->level;
+            }
+            throw;
+        }
     }
     --state_->level;
 }
@@ -88,10 +114,10 @@ void Workspace::Rollback() {
     if (state_->level == 0) {
         raiseEngineError(3034);
     }
-    const int level = state_->level--;
     for (const DatabaseFilePtr& file : state_->open()) {
-        file->rollback(level);
+        file->rollback(state_->level);
     }
+    --state_->level;
 }
 
 struct DBEngine::State {

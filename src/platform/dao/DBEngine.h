@@ -26,7 +26,8 @@ public:
     /// Makes a new, empty database file and opens it. @throws Error 3204 exists already, 3044, 3043
     DatabasePtr CreateDatabase(const QString& path);
 
-    /// Nested transactions are savepoints. @throws Error 3034 commit or rollback without begin
+    /// Nested transactions are savepoints. A commit that fails on a lock may be tried again; after any other
+    /// failure the transaction is rolled back and over. @throws Error 3034 commit or rollback without begin
     void BeginTrans();
     void CommitTrans();
     void Rollback();

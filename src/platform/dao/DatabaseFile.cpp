@@ -73,7 +73,7 @@ DatabaseFile::Operation::Operation(DatabaseFile& file) : file_(file.shared_from_
     }
     if (file.level_ > 0 && !file.connection_->isInTransaction()) {
         // Nothing may be written as if the transaction still stood.
-        raiseEngineError(file.lostBy_);
+        raiseEngineError(file.lossNumber());
     }
     ++file.operations_;
 }
@@ -181,6 +181,7 @@ std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, co
     info.sqlName = file.schema + u'.' + quotedName(stored->name);
     info.columns = stored->columns;
     info.rowKey = stored->rowKey;
+    info.keyColumns = stored->keyColumns;
     info.isLink = !link.isEmpty();
     info.readOnly = readOnly_ || file.readOnly;
     for (ColumnInfo& column : info.columns) {

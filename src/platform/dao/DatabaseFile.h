@@ -74,6 +74,8 @@ public:
     void commit(int level);
     void rollback(int level);
     int transactionLevel() const { return level_; }
+    /// True when SQLite has taken back the whole transaction after a failure: it can only be rolled back.
+    bool isTransactionLost() const;
 
 private:
     struct CachedTable {
@@ -89,6 +91,7 @@ private:
     void open(Opening opening, bool exclusive, bool readOnly);
     void closeNow();
     void requireOutsideHook() const;
+    int lossNumber() const;
 
     DatabaseLocation location_;
     std::unique_ptr<Connection> connection_;

@@ -58,7 +58,7 @@ public:
     QString text(const QString& name) const { return value(indexOf(name)).toText(); }
 
     virtual bool Updatable() const = 0;
-    /// @throws Error 3027 not updatable or read only, 3021
+    /// @throws Error 3027 not updatable or read only, 3021, 3167 the row was deleted meanwhile
     virtual void Edit() = 0;
     virtual void AddNew() = 0;
     /// Sets a field of the row in edit. @throws Error 3020 without Edit or AddNew, 3163 text longer than its field,

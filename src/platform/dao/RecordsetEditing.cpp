@@ -77,7 +77,13 @@ void FileRecordset::requireEditable() const {
 
 void FileRecordset::Edit() {
     requireEditable();
+    editing_ = Editing::Nothing;
     (void)cursor().bookmark();  // there has to be a row
+    {
+        // What another recordset has written meanwhile is what is edited, and not written back as it was.
+        const DatabaseFile::Operation operation(*file_);
+        cursor().refresh();
+    }
     editing_ = Editing::Row;
     edited_.assign(fields_.size(), std::nullopt);
 }
@@ -109,6 +115,9 @@ void FileRecordset::Update() {
     file_->requireWritable();
     Attachments::Use use;
     const TableInfo table = cursor().reachTable(use);
+    if (editing_ == Editing::Row) {
+        cursor().refresh();
+    }
     // A failure leaves the row in edit, so that it can be put right.
     const qint64 key = editing_ == Editing::Row ? writeChanges(table) : writeNewRow(table);
     const bool isNew = editing_ == Editing::NewRow;
@@ -137,10 +146,14 @@ void FileRecordset::Delete() {
     file_->requireWritable();
     Attachments::Use use;
     const TableInfo table = cursor().reachTable(use);
+    cursor().refresh();
     Statement remove(file_->connection(), u"DELETE FROM "_s + table.sqlName + u" WHERE "_s + table.rowKey + u" = ?1"_s,
                      Purpose::Write);
     remove.bind(1, Value(cursor().bookmark()));
     remove.step();
+    if (sqlite3_changes(file_->connection().handle()) == 0) {
+        raiseEngineError(3167);
+    }
     cursor().removed();
 }
 

@@ -93,7 +93,7 @@ void RowCursor::load() {
 
 /// Finds the current row again among the rows that were read.
 void RowCursor::arriveAt(Place place, qint64 key) {
-    place_ = rowCount() > 0 ? Place::At : Place::Before;
+    place_ = rowCount() > 0 && place != Place::Before ? Place::At : Place::Before;
     position_ = 0;
     if (place == Place::Last && rowCount() > 0) {
         position_ = rowCount() - 1;
@@ -308,6 +308,34 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
     return found;
 }
 
+/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart.
+bool RowCursor::isSameEntry(sqlite3_stmt* row) {
+    for (size_t i = 0; i < bound_.columns.size(); ++i) {
+        const QString& field = bound_.columns[i].sourceField;
+        const int column = static_cast<int>(i);
+        if (!field.isEmpty() && containsName(bound_.editable->keyColumns, field) &&
+            compareValues(columnValue(row, column), value(column)) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void RowCursor::refresh() {
+    const qint64 key = bookmark();
+    bool same = false;
+    readRow(key, [&](sqlite3_stmt* row) {
+        same = isSameEntry(row);
+        if (same) {
+            loaded_ ? rows_.replace(rowAt(position_), row) : fetched_.replace(0, row);
+        }
+    });
+    if (!same) {
+        raiseEngineError(recordDeleted);
+    }
+    forgetSearches();
+}
+
 void RowCursor::changed(qint64 key) {
     forgetSearches();
     if (!loaded_) {
@@ -357,6 +385,7 @@ void RowCursor::removed() {
         return;
     }
     writeOrder();
+    rows_.forgetKey(rowAt(position_));
     order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position_));
     place_ = Place::Deleted;
 }

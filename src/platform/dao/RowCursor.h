@@ -48,6 +48,9 @@ public:
     void changed(qint64 key);
     void added(qint64 key);
     void removed();
+    /// Reads the current row again before it is edited or deleted. @throws Error 3167 it is gone, or its row number
+    /// belongs to another entry now
+    void refresh();
     /// To be called before the current row is deleted in the file.
     void prepareRemoval();
     /// The table that the rows are of, attached.
@@ -81,6 +84,7 @@ private:
     bool findInMemory(const QString& criteria);
     std::optional<size_t> search(const Criteria& criteria);
     bool readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& take);
+    bool isSameEntry(sqlite3_stmt* row);
     void forgetSearches();
 
     Source source_;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <limits>
 #include <sqlite3.h>
 
 namespace dao {
@@ -40,9 +41,6 @@ size_t Rows::append(sqlite3_stmt* statement) {
     }
     const size_t row = rows_++;
     replace(row, statement);
-    if (keyed_ && row > 0 && keys_[row] <= keys_[row - 1]) {
-        ascending_ = false;
-    }
     return row;
 }
 
@@ -51,8 +49,20 @@ void Rows::replace(size_t row, sqlite3_stmt* statement) {
         store(row * columns_ + column, statement, static_cast<int>(column));
     }
     if (keyed_) {
-        keys_[row] = sqlite3_column_int64(statement, static_cast<int>(columns_));
+        setKey(row, sqlite3_column_int64(statement, static_cast<int>(columns_)));
     }
+}
+
+void Rows::setKey(size_t row, qint64 key) {
+    keys_[row] = key;
+    if ((row > 0 && key <= keys_[row - 1]) || (row + 1 < rows_ && key >= keys_[row + 1])) {
+        ascending_ = false;
+    }
+}
+
+void Rows::forgetKey(size_t row) {
+    ascending_ = false;
+    keys_[row] = std::numeric_limits<qint64>::min();
 }
 
 void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
@@ -70,14 +80,14 @@ void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
         break;
     case SQLITE_TEXT: {
         const void* text = sqlite3_column_text(statement, column);
+        payloads_[cell] = storeBlock(cell, text, sqlite3_column_bytes(statement, column));
         tags_[cell] = Tag::Text;
-        payloads_[cell] = storeBlock(text, sqlite3_column_bytes(statement, column));
         break;
     }
     case SQLITE_BLOB: {
         const void* bytes = sqlite3_column_blob(statement, column);
+        payloads_[cell] = storeBlock(cell, bytes, sqlite3_column_bytes(statement, column));
         tags_[cell] = Tag::Bytes;
-        payloads_[cell] = storeBlock(bytes, sqlite3_column_bytes(statement, column));
         break;
     }
     default:
@@ -86,7 +96,20 @@ void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
     }
 }
 
-quint64 Rows::storeBlock(const void* data, int bytes) {
+/// A content that is no longer than the cell's last one takes its place.
+quint64 Rows::storeBlock(size_t cell, const void* data, int bytes) {
+    if (tags_[cell] == Tag::Text || tags_[cell] == Tag::Bytes) {
+        char* const last = blocks_.data() + payloads_[cell];
+        int size = 0;
+        std::memcpy(&size, last, sizeof size);
+        if (bytes <= size) {
+            std::memcpy(last, &bytes, sizeof bytes);
+            if (bytes > 0) {
+                std::memcpy(last + sizeof bytes, data, static_cast<size_t>(bytes));
+            }
+            return payloads_[cell];
+        }
+    }
     const size_t offset = blocks_.size();
     const auto* const length = reinterpret_cast<const char*>(&bytes);
     const auto* const content = static_cast<const char*>(data);
@@ -119,8 +142,11 @@ Value Rows::value(size_t row, int column) const {
 }
 
 size_t Rows::find(qint64 key) const {
-    const auto found = ascending_ ? std::lower_bound(keys_.begin(), keys_.end(), key)
-                                  : std::find(keys_.begin(), keys_.end(), key);
+    if (!ascending_) {
+        const auto last = std::find(keys_.rbegin(), keys_.rend(), key);
+        return last != keys_.rend() ? static_cast<size_t>(keys_.rend() - last) - 1 : rows_;
+    }
+    const auto found = std::lower_bound(keys_.begin(), keys_.end(), key);
     return found != keys_.end() && *found == key ? static_cast<size_t>(found - keys_.begin()) : rows_;
 }
 

@@ -22,7 +22,9 @@ public:
     size_t size() const { return rows_; }
     Value value(size_t row, int column) const;
     qint64 key(size_t row) const { return keys_[row]; }
-    /// The row of that key, size() if there is none.
+    /// The row is gone from the file: its key may be another row's from now on.
+    void forgetKey(size_t row);
+    /// The row of that key, the one that was added last if there are several, size() if there is none.
     size_t find(qint64 key) const;
     /// The first row whose key is greater; only for rows in the order of their keys.
     size_t behind(qint64 key) const;
@@ -30,8 +32,9 @@ public:
 
 private:
     enum class Tag : quint8 { Null, Integer, Double, Text, Bytes };
+    void setKey(size_t row, qint64 key);
     void store(size_t cell, sqlite3_stmt* statement, int column);
-    quint64 storeBlock(const void* data, int bytes);
+    quint64 storeBlock(size_t cell, const void* data, int bytes);
 
     size_t columns_ = 0;
     size_t rows_ = 0;

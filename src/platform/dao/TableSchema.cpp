@@ -256,6 +256,9 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     Statement columns(connection, u"PRAGMA "_s + schema + u".table_xinfo("_s + quotedName(stored.name) + u')');
     while (columns.step()) {
         stored.columns.push_back(columnOf(connection, schema, stored.name, columns));
+        if (columns.number(5) != 0) {
+            stored.keyColumns += stored.columns.back().name;
+        }
     }
     if (!withoutRowNumber) {
         stored.rowKey = rowNumberName(stored.columns);

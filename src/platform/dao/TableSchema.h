@@ -35,6 +35,7 @@ struct StoredTable {
     QString name;    ///< as it is spelled there
     std::vector<ColumnInfo> columns;
     QString rowKey;  ///< name of the hidden row number, empty if the table has none
+    QStringList keyColumns;  ///< of the declared primary key
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
 /// Names of a file's tables but for the system's, in order of name.

@@ -15,6 +15,10 @@ QString savepoint(int level) {
 
 void DatabaseFile::begin(int level) {
     requireOutsideHook();
+    if (level > 1 && !connection_->isInTransaction()) {
+        // A savepoint alone would be a transaction of its own, and be written where all is lost.
+        raiseEngineError(lossNumber());
+    }
     connection_->run(level == 1 ? u"BEGIN"_s : u"SAVEPOINT "_s + savepoint(level));
     level_ = level;
     lostBy_ = level == 1 ? 0 : lostBy_;
@@ -25,10 +29,16 @@ void DatabaseFile::commit(int level) {
         return;
     }
     requireOutsideHook();
-    if (lostBy_ != 0) {
-        raiseEngineError(lostBy_);
+    if (isTransactionLost()) {
+        raiseEngineError(lossNumber());
     }
-    connection_->run(level == 1 ? u"COMMIT"_s : u"RELEASE "_s + savepoint(level), Purpose::Write);
+    try {
+        connection_->run(level == 1 ? u"COMMIT"_s : u"RELEASE "_s + savepoint(level), Purpose::Write);
+    } catch (const Error& error) {
+        // But for a lock, which can be waited for, SQLite takes everything back.
+        lostBy_ = connection_->isInTransaction() ? lostBy_ : error.number();
+        throw;
+    }
     level_ = level - 1;
 }
 
@@ -38,11 +48,27 @@ void DatabaseFile::rollback(int level) {
     }
     requireOutsideHook();
     if (connection_->isInTransaction()) {
-        connection_->run(level == 1 ? u"ROLLBACK"_s
-                                    : u"ROLLBACK TO "_s + savepoint(level) + u"; RELEASE "_s + savepoint(level));
+        try {
+            connection_->run(level == 1 ? u"ROLLBACK"_s
+                                        : u"ROLLBACK TO "_s + savepoint(level) + u"; RELEASE "_s + savepoint(level));
+        } catch (const Error& error) {
+            if (connection_->isInTransaction()) {
+                throw;
+            }
+            lostBy_ = error.number();  // taken back all the same, and with it what is around
+        }
     }
     level_ = level - 1;
     definitionsChanged();  // tables that were made inside are gone
+}
+
+bool DatabaseFile::isTransactionLost() const {
+    return level_ > 0 && (lostBy_ != 0 || !connection_->isInTransaction());
+}
+
+int DatabaseFile::lossNumber() const {
+    constexpr int diskError = 3043;
+    return lostBy_ != 0 ? lostBy_ : diskError;
 }
 
 void DatabaseFile::requireOutsideHook() const {
