@@ -80,7 +80,9 @@ void Attachments::open(File& file, bool create) {
     };
     const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
     int result = attachAs(wanted);
-    const bool refused = (result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY;
+    const bool unfinished = result == SQLITE_READONLY_ROLLBACK || result == SQLITE_READONLY_RECOVERY;
+    const bool refused =
+        !unfinished && ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY);
     if (wanted == Mode::ReadOnly && refused && file.location.isQuiet()) {
         result = attachAs(Mode::Immutable);
     }

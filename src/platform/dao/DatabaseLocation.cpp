@@ -42,9 +42,10 @@ DatabaseLocation DatabaseLocation::findNew(const QString& path) {
     }
     DatabaseLocation location;
     location.path = info.filePath();
-    // A change needs a journal beside the file, so the folder counts too.
-    location.writable = (!info.exists() || info.isWritable()) && QFileInfo(info.path()).isWritable();
     identify(location);
+    // A change needs a journal beside the file itself, so its folder counts too, not that of a link to it.
+    const QString folder = QFileInfo(location.identity).path();
+    location.writable = (!info.exists() || info.isWritable()) && QFileInfo(folder).isWritable();
     return location;
 }
 
@@ -79,7 +80,7 @@ QByteArray DatabaseLocation::uri(Mode mode) const {
 }
 
 bool DatabaseLocation::isQuiet() const {
-    return QFileInfo(path + u"-journal"_s).size() == 0 && QFileInfo(path + u"-wal"_s).size() == 0;
+    return QFileInfo(identity + u"-journal"_s).size() == 0 && QFileInfo(identity + u"-wal"_s).size() == 0;
 }
 
 }

@@ -175,10 +175,15 @@ std::vector<Definitions::Query> Definitions::queries() const {
 
 QString linkedFile(const QString& connect) {
     const QString key = u"DATABASE="_s;
-    for (const QString& part : connect.split(u';')) {
-        if (part.trimmed().startsWith(key, Qt::CaseInsensitive)) {
-            return part.trimmed().mid(key.size());
+    for (qsizetype begin = 0; begin <= connect.size();) {
+        const QString rest = connect.mid(begin).trimmed();
+        if (rest.startsWith(key, Qt::CaseInsensitive)) {
+            // To the end, since a folder's name may hold a semicolon; one that only closes the text is no part of it.
+            const QString file = rest.mid(key.size());
+            return (file.endsWith(u';') ? file.chopped(1) : file).trimmed();
         }
+        const qsizetype end = connect.indexOf(u';', begin);
+        begin = end < 0 ? connect.size() + 1 : end + 1;
     }
     raiseEngineError(3170, connect);
 }

@@ -96,6 +96,7 @@ constexpr std::array engineDescriptions = {
     Description{3307, "The number of columns in the two selected tables or queries of a union query do not match."},
     Description{3314, "The field '|' cannot contain a Null value because the Required property for this field is set "
                       "to True.  Enter a value in this field."},
+    Description{3317, "One or more values are prohibited by the validation rule '|'."},
     Description{3343, "Unrecognized database format '|'."},
     Description{3346, "Number of query values and destination fields are not the same."},
     Description{3351, "The ORDER BY expression '|' includes fields that are not selected by the query."},

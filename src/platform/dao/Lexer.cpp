@@ -2,6 +2,11 @@
 
 #include "platform/dao/Error.h"
 
+#include <QDate>
+#include <QRegularExpression>
+#include <QTime>
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace dao {
@@ -12,6 +17,24 @@ using Kind = Token::Kind;
 
 constexpr bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
+}
+
+/// yyyy-mm-dd as it is, m/d/yyyy (month first, wherever the system runs) as yyyy-mm-dd, either with a time behind it.
+std::optional<QString> isoDate(const QString& text) {
+    static const QRegularExpression form(
+        u"^(?:([0-9]{4})-([0-9]{2})-([0-9]{2})|([0-9]{1,2})/([0-9]{1,2})/([0-9]{4}))"
+        "(?:[ T]([0-9]{1,2}):([0-9]{2})(?::([0-9]{2}))?)?$"_s);
+    const QRegularExpressionMatch match = form.match(text);
+    const auto number = [&](int group) { return match.captured(group).toInt(); };
+    const bool iso = match.hasCaptured(1);
+    const QDate date = iso ? QDate(number(1), number(2), number(3)) : QDate(number(6), number(4), number(5));
+    const bool timed = match.hasCaptured(7);
+    const QTime time(number(7), number(8), number(9));
+    if (!match.hasMatch() || !date.isValid() || !time.isValid())
+        return std::nullopt;
+    if (iso)
+        return text;
+    return date.toString(Qt::ISODate) + (timed ? time.toString(u"'T'HH:mm:ss"_s) : QString());
 }
 
 /// Reads the tokens from left to right; every read... function begins at the token's first character.
@@ -74,8 +97,9 @@ private:
         switch (c) {
         case u'\'':
         case u'"':
-        case u'#':
             return readText(c);
+        case u'#':
+            return readDate();
         case u'[':
             return readBracketedName();
         default:
@@ -122,11 +146,22 @@ private:
             if (closing < 0)
                 fail(u"a text has no closing %1; it begins"_s.arg(QChar(quote)), offset_);
             text += QStringView(statement_).mid(begin, closing - begin);
-            if (quote == u'#' || at(closing + 1) != quote)
+            if (at(closing + 1) != quote)
                 return take(Kind::Text, closing + 1, std::move(text));
             text += QChar(quote);
             begin = closing + 2;
         }
+    }
+
+    /// #...# becomes the text in which the files hold dates.
+    Token readDate() {
+        const qsizetype closing = statement_.indexOf(u'#', offset_ + 1);
+        if (closing < 0)
+            fail(u"a date has no closing #; it begins"_s, offset_);
+        const std::optional<QString> text = isoDate(statement_.mid(offset_ + 1, closing - offset_ - 1).trimmed());
+        if (!text)
+            fail(u"no date of the form yyyy-mm-dd or m/d/yyyy"_s, offset_);
+        return take(Kind::Text, closing + 1, *text);
     }
 
     Token readBracketedName() {

@@ -39,7 +39,14 @@ constexpr Row rows[] = {
     {SQLITE_RANGE, 3035, 3035, 3035},
 };
 
+constexpr int reservedError = 3000;
+constexpr int validationRule = 3317;
+
 const QString sizeRulePrefix = u"size of "_s;
+
+QString nameBehindColon(const QString& message) {
+    return message.mid(message.lastIndexOf(u": "_s) + 2);
+}
 
 int numberOfMessage(const QString& message) {
     if (message.startsWith(u"no such table"_s)) {
@@ -50,12 +57,16 @@ int numberOfMessage(const QString& message) {
             return 3035;
         }
     }
-    return 3075;
+    // The binder has let through what SQLite doesn't read: a fault of this layer and not of the statement.
+    return reservedError;
 }
 
 }
 
 int engineNumber(int extendedCode, Purpose purpose, const QString& message) {
+    if (extendedCode == SQLITE_CONSTRAINT_CHECK && !nameBehindColon(message).startsWith(sizeRulePrefix)) {
+        return validationRule;  // a rule that another program has put into the file
+    }
     for (const Row& row : rows) {
         if (row.code == extendedCode || row.code == (extendedCode & 0xFF)) {
             return purpose == Purpose::Open ? row.opening : purpose == Purpose::Read ? row.reading : row.writing;
@@ -69,15 +80,16 @@ QString sizeRuleName(const QString& field) {
 }
 
 QString engineDetail(int number, const QString& message) {
-    const QString behindColon = message.mid(message.lastIndexOf(u": "_s) + 2);
+    const QString behindColon = nameBehindColon(message);
     switch (number) {
     case 3314:
         return behindColon.mid(behindColon.indexOf(u'.') + 1);
     case 3163:
-        return behindColon.startsWith(sizeRulePrefix) ? behindColon.mid(sizeRulePrefix.size()) : behindColon;
+        return behindColon.mid(sizeRulePrefix.size());
+    case validationRule:
     case 3078:
         return behindColon;
-    case 3075:
+    case reservedError:
         return message;
     default:
         return {};

@@ -55,14 +55,19 @@ private:
             column.attributes = 0;
     }
 
-    /// Numbers beside texts become texts, so that what is the same text is one row.
+    static bool isBytes(int type) { return type == dbBinary || type == dbLongBinary; }
+
+    /// Numbers beside texts become texts, so that what is the same text is one row; bytes stay as they are.
     static void combine(ColumnInfo& column, Domain& domain, const ColumnInfo& other, Domain otherDomain) {
         if (otherDomain == Domain::Null)
             return;
+        const bool bytes = isBytes(column.type) || isBytes(other.type);
         column.type = domain == Domain::Null ? other.type : commonType(column.type, other.type);
         column.size = column.size > 0 && other.size > 0 ? std::max(column.size, other.size) : 0;
         domain = commonDomain(domain, otherDomain);
-        if (domain == Domain::Mixed)
+        if (bytes)
+            column.type = dbLongBinary;
+        else if (domain == Domain::Mixed)
             domain = Domain::Text;
     }
 
