@@ -145,6 +145,8 @@ TEST(DamagedStatements, RunOrFailAsTheEngineFails) {
             ++ran;
         } catch (const dao::Error& error) {
             EXPECT_NE(error.number(), 3059) << "a damaged statement that doesn't end";
+            EXPECT_NE(error.number(), 3000) << "the binder let it through and SQLite doesn't read it: "
+                                            << error.what();
         }
         engine.Workspaces(0).Rollback();
     }

@@ -76,7 +76,7 @@ TEST(Condition, NumbersAndTexts) {
          Pair{"IIf(a = 8,5,6) = 8,5", "(IIf(([a] = 8), 5, 6) = 8.5)"},
          Pair{"a In (SELECT b FROM t WHERE c = 8,5)", "([a] In (SELECT [b] FROM [t] WHERE ([c] = 8.5)))"},
          Pair{"a = 1.5 Or a = .5 Or a = 2E3", "((([a] = 1.5) Or ([a] = 0.5)) Or ([a] = 2000.0))"},
-         Pair{"a=1AND b=2", "(([a] = 1) And ([b] = 2))"}, Pair{"d = #2/29/2000#", "([d] = '2/29/2000')"},
+         Pair{"a=1AND b=2", "(([a] = 1) And ([b] = 2))"}, Pair{"d = #2/29/2000#", "([d] = '2000-02-29')"},
          Pair{"False Or TRUE", "(False Or True)"}, Pair{"a = Null", "([a] = Null)"}},
         readCondition);
 }

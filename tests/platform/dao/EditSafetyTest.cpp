@@ -1,0 +1,211 @@
+#include "platform/dao/EngineFixture.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <csignal>
+#include <sqlite3.h>
+#include <sys/resource.h>
+
+using namespace Qt::StringLiterals;
+using dao::Value;
+
+namespace {
+
+/// What must not end in a lost edit, an edit of another entry, or a wrong sum.
+class EditSafetyTest : public EngineTest {
+protected:
+    EditSafetyTest() : database_(create(u"a.mdb"_s)) {
+        addTable(*database_, u"entry"_s, {{u"k"_s, dao::dbText}, {u"v"_s, dao::dbText}});
+        for (const QString& key : {u"a"_s, u"b"_s, u"c"_s})
+            database_->Execute(u"INSERT INTO entry (k, v) VALUES ('%1', 'old')"_s.arg(key));
+        addTable(*database_, u"n"_s, {{u"id"_s, dao::dbLong}, {u"x"_s, dao::dbDouble}, {u"memo"_s, dao::dbMemo}});
+        for (int id = 1; id <= 3; ++id)
+            database_->Execute(u"INSERT INTO n (id, x) VALUES (%1, %1)"_s.arg(id));
+    }
+
+    void runAsStranger(const QByteArray& sql) const {
+        sqlite3* handle = nullptr;
+        sqlite3_open(path(u"a.mdb"_s).toUtf8().constData(), &handle);
+        EXPECT_EQ(sqlite3_exec(handle, sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK) << sql.constData();
+        sqlite3_close(handle);
+    }
+
+    /// Loaded rows and a table that waits in its file.
+    std::vector<dao::RecordsetPtr> bothWays(const QString& table) {
+        return {database_->OpenRecordset(u"SELECT * FROM %1 WHERE true"_s.arg(table)), database_->OpenRecordset(table)};
+    }
+
+    void set(dao::Recordset& rows, const QString& field, const Value& value) {
+        rows.Edit();
+        rows.setValue(field, value);
+        rows.Update();
+    }
+
+    dao::DatabasePtr database_;
+};
+
+/// Files can't grow while it lives: a disk that is full.
+class FullDisk {
+public:
+    explicit FullDisk(qint64 bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit small{static_cast<rlim_t>(bytes), before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+
+private:
+    rlimit before_{};
+};
+
+}
+
+TEST_F(EditSafetyTest, AnEditBeginsWithWhatAnotherRecordsetHasWritten) {
+    for (const auto& rows : bothWays(u"entry"_s)) {
+        (void)rows->value(u"v"_s);
+        database_->Execute(u"UPDATE entry SET v = 'newer' WHERE k = 'a'"_s);
+        rows->Edit();
+        EXPECT_EQ(rows->value(u"v"_s), Value(u"newer"_s));
+        database_->Execute(u"UPDATE entry SET v = 'old'"_s);
+        rows->CancelUpdate();
+    }
+}
+
+TEST_F(EditSafetyTest, ARowNumberThatAnotherEntryHasTakenIsNotTheRowAnyMore) {
+    for (const QString& successor : {u"d"_s, u"e"_s}) {
+        for (const auto& rows : bothWays(u"entry"_s)) {
+            rows->MoveLast();
+            const QString last = rows->text(u"k"_s);
+            database_->Execute(u"DELETE FROM entry WHERE k = '%1'"_s.arg(last));
+            EXPECT_EQ(errorOf([&] { rows->Delete(); }), 3167);
+            database_->Execute(u"INSERT INTO entry (k, v) VALUES ('%1', 'other')"_s.arg(successor));
+            EXPECT_EQ(errorOf([&] { rows->Edit(); }), 3167);
+            EXPECT_EQ(errorOf([&] { rows->Delete(); }), 3167);
+            EXPECT_EQ(EngineTest::rows(*database_, u"SELECT k, v FROM entry ORDER BY k"_s),
+                      u"a,old;b,old;%1,other"_s.arg(successor));
+            database_->Execute(u"UPDATE entry SET k = 'c' WHERE k = '%1'"_s.arg(successor));
+        }
+    }
+}
+
+TEST_F(EditSafetyTest, BookmarksFindTheRowAfterDeletionsAndChangedKeys) {
+    for (const auto& rows : bothWays(u"entry"_s)) {
+        rows->MoveLast();
+        rows->Delete();
+        rows->AddNew();
+        rows->setValue(u"k"_s, Value(u"z"_s));
+        rows->Update();
+        rows->setBookmark(rows->LastModified());
+        EXPECT_EQ(rows->value(u"k"_s), Value(u"z"_s));
+    }
+    const auto rows = database_->OpenRecordset(u"SELECT * FROM n WHERE id > 0"_s);
+    set(*rows, u"id"_s, Value(10));
+    rows->setBookmark(rows->LastModified());
+    EXPECT_EQ(rows->value(u"id"_s), Value(10));
+    rows->setBookmark(2);
+    EXPECT_EQ(rows->value(u"id"_s), Value(2));
+}
+
+TEST_F(EditSafetyTest, TheFirstRowOfAnEmptyTableIsReachedByMovingOn) {
+    database_->Execute(u"DELETE FROM n"_s);
+    const auto rows = database_->OpenRecordset(u"n"_s);
+    for (int id = 1; id <= 2; ++id) {
+        rows->AddNew();
+        rows->setValue(u"id"_s, Value(id));
+        rows->Update();
+    }
+    rows->MoveNext();
+    EXPECT_EQ(rows->value(u"id"_s), Value(1));
+}
+
+TEST_F(EditSafetyTest, AfterATransactionThatFailedEditsAreKept) {
+    for (const int megabytes : {1, 8}) {  // fails when it is committed; when the row is written
+        const auto rows = database_->OpenRecordset(u"SELECT * FROM n WHERE id = 1"_s);
+        workspace().BeginTrans();
+        {
+            const FullDisk full(QFileInfo(path(u"a.mdb"_s)).size());
+            const int written = errorOf([&] { set(*rows, u"memo"_s, Value(QString(megabytes << 20, u'x'))); });
+            EXPECT_EQ(written, megabytes == 1 ? 0 : 3043);
+            if (written != 0) {
+                EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE n SET x = 7"_s); }), 3043);
+                EXPECT_EQ(errorOf([&] { workspace().BeginTrans(); }), 3043);
+            }
+            EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3043);
+        }
+        EXPECT_EQ(errorOf([&] { workspace().Rollback(); }), 3034) << "it is over";
+        database_->Execute(u"UPDATE n SET x = %1 WHERE id = 1"_s.arg(megabytes * 100));
+        database_->Close();
+        database_ = open(u"a.mdb"_s);
+        EXPECT_EQ(EngineTest::rows(*database_, u"SELECT x, memo FROM n WHERE id = 1"_s),
+                  u"%1,~"_s.arg(megabytes * 100));
+    }
+    workspace().BeginTrans();
+    database_->Close();
+    database_ = open(u"a.mdb"_s);
+    database_->Execute(u"UPDATE n SET x = 5"_s);
+    database_->Close();
+    EXPECT_EQ(EngineTest::rows(*open(u"a.mdb"_s), u"SELECT x FROM n"_s), u"5;5;5"_s)
+        << "a transaction that was closed and never ended is over";
+}
+
+TEST_F(EditSafetyTest, ACommitThatMeetsALockMayBeTriedAgain) {
+    sqlite3* reader = nullptr;
+    sqlite3_open(path(u"a.mdb"_s).toUtf8().constData(), &reader);
+    workspace().BeginTrans();
+    database_->Execute(u"UPDATE n SET x = 7"_s);
+    sqlite3_exec(reader, "BEGIN; SELECT * FROM n", nullptr, nullptr, nullptr);
+    EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3260);
+    sqlite3_close(reader);
+    workspace().CommitTrans();
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT x FROM n"_s), u"7;7;7"_s);
+}
+
+TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
+    struct {
+        QByteArray content;  // of x in row 3, beside 1 and 2
+        QString sum;
+        QString average;
+        int error;
+    } const cases[] = {
+        {"3", u"6"_s, u"2"_s, 0},     {"0.5", u"3,5"_s, u"1,16666666666667"_s, 0}, {"NULL", u"3"_s, u"1,5"_s, 0},
+        {"'12abc'", {}, {}, 3464},    {"'abc'", {}, {}, 3464},                     {"x'31'", {}, {}, 3464},
+        {"9e999", {}, {}, 6},
+    };
+    for (const auto& [content, sum, average, error] : cases) {
+        runAsStranger("UPDATE n SET x = " + content + " WHERE id = 3");
+        for (const auto& [function, expected] : {std::pair(u"Sum"_s, sum), std::pair(u"Avg"_s, average)}) {
+            const QString statement = u"SELECT %1(x) FROM n"_s.arg(function);
+            QString found;
+            EXPECT_EQ(errorOf([&] { found = EngineTest::rows(*database_, statement); }), error) << content.constData();
+            EXPECT_EQ(found, expected) << content.constData();
+        }
+    }
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT Sum(x), Avg(x) FROM n WHERE false"_s), u"~,~"_s);
+    const auto appender = database_->openAppender(u"n"_s, {u"id"_s, u"x"_s});
+    EXPECT_EQ(errorOf([&] { appender->setText(1, u"12abc"_s); }), 3421);
+    appender->setText(0, u"4"_s);
+    appender->setText(1, u"1,5"_s);
+    appender->appendRow();
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT Sum(x) FROM n WHERE id = 4"_s), u"1,5"_s);
+}
+
+TEST_F(EditSafetyTest, DatesBytesAndRulesAreReadAsTheyAre) {
+    runAsStranger("CREATE TABLE s(b BLOB, c LONG CHECK (c > 0), d DATE);"
+                  "INSERT INTO s VALUES (x'00ff', 1, '2024-03-04'), (x'00ff', 2, '2024-04-03T14:05:00')");
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT c FROM s WHERE d = #3/4/2024#"_s), u"1"_s);
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT c FROM s WHERE d = #2024-03-04#"_s), u"1"_s);
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT c FROM s WHERE d = #4/3/2024 14:05#"_s), u"2"_s);
+    for (const QString& date : {u"13/4/2024"_s, u"2024-02-30"_s, u"4.3.2024"_s, u"abc"_s})
+        EXPECT_EQ(errorOf([&] { database_->OpenRecordset(u"SELECT c FROM s WHERE d = #%1#"_s.arg(date)); }), 3075);
+
+    const auto bytes = database_->OpenRecordset(u"SELECT b FROM s UNION SELECT b FROM s"_s, dao::dbOpenSnapshot);
+    EXPECT_EQ(bytes->RecordCount(), 1);
+    EXPECT_EQ(bytes->value(0), Value(QByteArray("\x00\xff", 2)));
+    EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE s SET c = -1"_s); }), 3317);
+
+    QDir().mkpath(path(u"a;b"_s));
+    createCases(u"a;b/c.mdb"_s, u"t"_s, 1);
+    addLink(*database_, u"t"_s, path(u"a;b/c.mdb"_s));
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT V1 FROM t"_s), u"1"_s);
+}
