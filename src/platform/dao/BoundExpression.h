@@ -21,7 +21,8 @@ struct BoundExpression {
         Operation, ///< op, arguments
         Function,  ///< function, arguments
         Aggregate, ///< aggregate, arguments
-        Subquery   ///< select: text of a SELECT with one column, that of column.info
+        Subquery   ///< select: text of a SELECT with one column, that of column.info; arguments: the columns
+                   ///< of the SELECT around it that it names
     };
     Kind kind = Kind::Constant;
     Value value;

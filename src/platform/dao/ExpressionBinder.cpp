@@ -240,6 +240,12 @@ BoundExpressionPtr ExpressionBinder::bindSubquery(const tree::Expression& expres
     bound->column.info = subquery.column;
     bound->type = subquery.column.type;
     bound->domain = subquery.domain;
+    for (ScopeColumn& outer : scope_.takeNamedInside()) {
+        auto column = std::make_unique<BoundExpression>();
+        column->kind = BoundExpression::Kind::Column;
+        column->column = std::move(outer);
+        bound->arguments.push_back(std::move(column));
+    }
     return bound;
 }
 

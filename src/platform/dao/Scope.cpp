@@ -3,6 +3,8 @@
 #include "platform/dao/Error.h"
 #include "platform/dao/SqlText.h"
 
+#include <utility>
+
 namespace dao {
 
 namespace {
@@ -67,17 +69,34 @@ const ScopeColumn* Scope::findHere(const QString& name) const {
     return found;
 }
 
-const ScopeColumn* Scope::find(const QString& qualifier, const QString& name) const {
+bool Scope::findOwn(const QString& qualifier, const QString& name, const ScopeColumn*& column) const {
     if (qualifier.isEmpty()) {
-        if (const ScopeColumn* column = findHere(name))
-            return column;
-    } else {
-        const ScopeSource* source = findSource(qualifier);
-        const ScopeColumn* column = source ? findIn(*source, name) : findHere(qualifier + u'.' + name);
-        if (column || source)
-            return column;
+        column = findHere(name);
+        return column != nullptr;
     }
-    return outer_ ? outer_->find(qualifier, name) : nullptr;
+    const ScopeSource* source = findSource(qualifier);
+    column = source ? findIn(*source, name) : findHere(qualifier + u'.' + name);
+    return column || source;
+}
+
+const ScopeColumn* Scope::find(const QString& qualifier, const QString& name) const {
+    const ScopeColumn* column = nullptr;
+    if (findOwn(qualifier, name, column))
+        return column;
+    return outer_ ? outer_->findFromInside(qualifier, name) : nullptr;
+}
+
+const ScopeColumn* Scope::findFromInside(const QString& qualifier, const QString& name) const {
+    const ScopeColumn* column = nullptr;
+    if (!findOwn(qualifier, name, column))
+        return outer_ ? outer_->findFromInside(qualifier, name) : nullptr;
+    if (column)
+        namedInside_.push_back(*column);
+    return column;
+}
+
+std::vector<ScopeColumn> Scope::takeNamedInside() const {
+    return std::exchange(namedInside_, {});
 }
 
 } // namespace dao

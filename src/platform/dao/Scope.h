@@ -52,11 +52,17 @@ public:
     /// "table.field" is also found when its name is written without brackets. @throws Error 3079 for a name
     /// that several sources have
     const ScopeColumn* find(const QString& qualifier, const QString& name) const;
+    /// The columns of these sources that SELECTs inside have named since the last call.
+    std::vector<ScopeColumn> takeNamedInside() const;
 
 private:
     const ScopeColumn* findHere(const QString& name) const;
+    /// True when the search ends here, with or without a column.
+    bool findOwn(const QString& qualifier, const QString& name, const ScopeColumn*& column) const;
+    const ScopeColumn* findFromInside(const QString& qualifier, const QString& name) const;
 
     const Scope* outer_;
+    mutable std::vector<ScopeColumn> namedInside_;
     std::vector<ScopeSourcePtr> sources_;
 };
 

@@ -182,6 +182,7 @@ TEST_F(SelectStatements, ThatCanNotBeMeantAreRefusedWithTheName) {
         {u"SELECT a + 1, b FROM N GROUP BY a + 1"_s, 3122, u"b"_s},
         {u"SELECT a FROM N GROUP BY a ORDER BY b"_s, 3122, u"b"_s},
         {u"SELECT *  FROM N HAVING id > 1"_s, 3122, u"id"_s},
+        {u"SELECT Count(*), (SELECT Count(*) FROM tkey_Subject WHERE fid = N.id) FROM N"_s, 3122, u"id"_s},
         {u"SELECT id FROM N WHERE Sum(a) > 1"_s, 3096, u"Sum"_s},
         {u"SELECT Sum(Max(a)) FROM N"_s, 3096, u"Max"_s},
         {u"SELECT Sum(b) FROM N"_s, 3464, u"b"_s},
