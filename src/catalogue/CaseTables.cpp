@@ -68,7 +68,7 @@ QString caseFileOf(const QString& folder, const QString& study, const CaseTable&
 
 CaseWriter::CaseWriter(const SurveyFile& file, TaggedCodes& codes)
     : file_(file), codes_(codes), places_(file.variables.size()), noDates_(file.variables.size()),
-      infinite_(file.variables.size()) {
+      infinite_(file.variables.size()), rounded_(file.variables.size()) {
     for (size_t i = 0; i < places_.size(); ++i)
         if (!file.variables[i].isText)
             places_[i].time = timeFormat(file.variables[i].format, file.stata);
@@ -104,6 +104,7 @@ void CaseWriter::reset() {
         place.appender = nullptr;
     std::fill(noDates_.begin(), noDates_.end(), 0);
     std::fill(infinite_.begin(), infinite_.end(), 0);
+    std::fill(rounded_.begin(), rounded_.end(), 0);
     rows_ = 0;
 }
 
@@ -122,7 +123,13 @@ void CaseWriter::number(int variable, double value) {
 }
 
 void CaseWriter::writeTime(Place& place, int variable, double value) {
+    // A code for "not known" is no moment; as a date it would pass for a valid answer.
+    if (isDeclaredMissing(file_.variables[static_cast<size_t>(variable)], value)) {
+        place.appender->setText(place.column, codeText(value));
+        return;
+    }
     if (const std::optional<QByteArray> iso = isoText(value, place.time)) {
+        rounded_[static_cast<size_t>(variable)] += isFinerThanMillisecond(value, place.time);
         place.appender->setUtf8(place.column, iso->constData(), static_cast<int>(iso->size()));
         return;
     }
@@ -133,7 +140,7 @@ void CaseWriter::writeTime(Place& place, int variable, double value) {
 void CaseWriter::letter(int variable, char letter) {
     if (letter < 'a' || letter > 'z')
         return;
-    codes_.sawLetter(variable);
+    codes_.sawLetter(variable, letter);
     Place& place = places_[static_cast<size_t>(variable)];
     const double code = codes_.code(variable, letter);
     if (place.time.isTime())
@@ -155,8 +162,8 @@ void CaseWriter::endRow() {
     }
 }
 
-QString storedCode(double code, TimeFormat time) {
-    if (time.isTime())
+QString storedCode(double code, TimeFormat time, const SurveyVariable& variable) {
+    if (time.isTime() && !isDeclaredMissing(variable, code))
         if (const std::optional<QByteArray> iso = isoText(code, time))
             return QString::fromLatin1(*iso);
     return codeText(code);

@@ -51,6 +51,8 @@ public:
     const std::vector<qint64>& noDates() const { return noDates_; }
     /// Values that are infinite, by variable; they become Null.
     const std::vector<qint64>& infinite() const { return infinite_; }
+    /// Times with fractions below a millisecond, by variable; they are rounded.
+    const std::vector<qint64>& rounded() const { return rounded_; }
 
 private:
     struct Place {
@@ -62,11 +64,12 @@ private:
     TaggedCodes& codes_;
     std::vector<Place> places_;
     std::vector<std::unique_ptr<dao::Appender>> appenders_;
-    std::vector<qint64> noDates_, infinite_;
+    std::vector<qint64> noDates_, infinite_, rounded_;
     int rows_ = 0;
 
     void writeTime(Place& place, int variable, double value);
 };
 
-/// A code of a variable as its case table holds it: ISO text for dates, else the number.
-QString storedCode(double code, TimeFormat time);
+/// A code of a variable as its case table holds it: ISO text for dates that are not declared missing, else
+/// the number.
+QString storedCode(double code, TimeFormat time, const SurveyVariable& variable);

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <algorithm>
 #include <vector>
 
 /// What the head of a survey file says about its variables, free of the library that reads it.
@@ -23,6 +24,13 @@ struct SurveyVariable {
     std::vector<MissingRange> missing;
     bool missingTexts = false; ///< strings are declared missing
 };
+
+/// True if the file declares that number of the variable missing.
+inline bool isDeclaredMissing(const SurveyVariable& variable, double value) {
+    return std::any_of(variable.missing.begin(), variable.missing.end(), [value](const MissingRange& range) {
+        return range.low <= value && value <= range.high;
+    });
+}
 
 /// One value label.
 struct SurveyLabel {

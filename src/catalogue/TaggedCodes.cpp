@@ -16,8 +16,8 @@ TaggedCodes::TaggedCodes(const SurveyFile& file)
             continue;
         // A label gives its code a meaning even where no case has it.
         for (const SurveyLabel& label : file.labelSets[static_cast<size_t>(variable.labelSet)]) {
-            if (label.kind == SurveyLabel::Letter)
-                used_[i] = true;
+            if (label.kind == SurveyLabel::Letter && label.letter >= 'a' && label.letter <= 'z')
+                sawLetter(static_cast<int>(i), label.letter);
             else if (label.kind == SurveyLabel::Number)
                 sawNumber(static_cast<int>(i), label.number);
         }
@@ -37,10 +37,18 @@ void TaggedCodes::occupy(int variable, double value) {
     taken->set(static_cast<size_t>(shift));
 }
 
+std::vector<MissingRange> TaggedCodes::singleCodes(int variable) const {
+    std::vector<MissingRange> codes;
+    for (char letter = 'z'; letter >= 'a'; --letter)
+        if (used_[static_cast<size_t>(variable)].test(static_cast<size_t>(letter - 'a')))
+            codes.push_back({code(variable, letter), code(variable, letter)});
+    return codes;
+}
+
 bool TaggedCodes::settle() {
     bool moved = false;
     for (size_t i = 0; i < shifts_.size(); ++i) {
-        if (!used_[i] || !occupied_[i])
+        if (used_[i].none() || !occupied_[i])
             continue;
         int shift = 0;
         while (shift < maxShift && occupied_[i]->test(static_cast<size_t>(shift)))

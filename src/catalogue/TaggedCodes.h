@@ -17,15 +17,20 @@ public:
         if (value < 0)
             occupy(variable, value);
     }
-    void sawLetter(int variable) { used_[static_cast<size_t>(variable)] = true; }
+    /// @param letter 'a' to 'z'
+    void sawLetter(int variable, char letter) {
+        used_[static_cast<size_t>(variable)].set(static_cast<size_t>(letter - 'a'));
+    }
 
-    bool used(int variable) const { return used_[static_cast<size_t>(variable)]; }
+    bool used(int variable) const { return used_[static_cast<size_t>(variable)].any(); }
     /// The code of a letter as things stand.
     double code(int variable, char letter) const {
         return -1.0 - (letter - 'a') - 1000.0 * shifts_[static_cast<size_t>(variable)];
     }
     /// The range of all letters, for the definition of missing values.
     MissingRange range(int variable) const { return {code(variable, 'z'), code(variable, 'a')}; }
+    /// The codes of the letters that occur, from the lowest.
+    std::vector<MissingRange> singleCodes(int variable) const;
     /// Moves the codes that meet a value seen since. True if some moved, so that cases written by now must be
     /// written again.
     /// @throws ImportError if there is no room
@@ -34,7 +39,7 @@ public:
 private:
     static constexpr int maxShift = 10'000;
     std::vector<int> shifts_;
-    std::vector<bool> used_;
+    std::vector<std::bitset<26>> used_; ///< letters that occur or have a label
     std::vector<std::unique_ptr<std::bitset<maxShift>>> occupied_;
     std::vector<QString> names_;
 

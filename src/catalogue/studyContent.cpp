@@ -3,6 +3,7 @@
 #include "catalogue/importTexts.h"
 
 #include <QSet>
+#include <algorithm>
 #include <cmath>
 
 using namespace Qt::StringLiterals;
@@ -39,8 +40,12 @@ struct Findings {
             u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
         tell(missingTexts, u"Nicht übernommen, fehlende Werte, die Text sind (%1)"_s,
              u"Not taken over, missing codes that are text (%1)"_s);
-        tell(missingDates, u"Nicht übernommen, fehlende Werte von Datums- und Zeitvariablen (%1)"_s,
-             u"Not taken over, missing codes of date and time variables (%1)"_s);
+        tell(
+            missingDates,
+            u"Datums- und Zeitvariablen, deren fehlende Werte in keine Definition passen und als gültige "
+            u"Codes "
+            "stehen (%1)"_s,
+            u"Date and time variables whose missing codes fit no definition and stand as valid codes (%1)"_s);
         tell(missingShapes, u"Nicht übernommen, fehlende Werte, die in keine Definition passen (%1)"_s,
              u"Not taken over, missing codes that fit no definition (%1)"_s);
         tell(
@@ -112,21 +117,25 @@ private:
     QString missingOf(int index, const SurveyVariable& variable, const QString& name) {
         if (variable.missingTexts)
             findings_.missingTexts << name;
-        if (time_.isTime()) {
-            if (!variable.missing.empty())
-                findings_.missingDates << name;
-            if (codes_.used(index))
-                findings_.dateLetters << name;
-            return {};
-        }
         std::vector<MissingRange> missing = variable.missing;
-        if (codes_.used(index))
-            missing.push_back(codes_.range(index));
+        if (codes_.used(index)) {
+            if (time_.isTime())
+                missing = codes_.singleCodes(index);
+            else
+                missing.push_back(codes_.range(index));
+        }
         if (missing.empty())
             return {};
         QString definition = missingDefinition(missing);
+        // Dates are text, of which a range of numbers would leave none.
+        if (time_.isTime() && !std::all_of(missing.begin(), missing.end(),
+                                           [](const MissingRange& range) { return range.single(); }))
+            definition.clear();
         if (definition.isEmpty())
-            findings_.missingShapes << name;
+            (!time_.isTime()      ? findings_.missingShapes
+             : codes_.used(index) ? findings_.dateLetters
+                                  : findings_.missingDates)
+                << name;
         else if (!definitionIsExact(missing))
             findings_.missingInexact << name;
         if (definition.size() > maxComparedMissing)
@@ -134,7 +143,7 @@ private:
         return definition;
     }
 
-    QString codeOf(int index, const SurveyLabel& label) const {
+    QString codeOf(int index, const SurveyVariable& variable, const SurveyLabel& label) const {
         switch (label.kind) {
         case SurveyLabel::Text: {
             const QByteArray utf8 = label.code.toUtf8();
@@ -144,7 +153,7 @@ private:
         case SurveyLabel::Letter:
             return codeText(codes_.code(index, label.letter));
         case SurveyLabel::Number:
-            return std::isfinite(label.number) ? storedCode(label.number, time_) : QString();
+            return std::isfinite(label.number) ? storedCode(label.number, time_, variable) : QString();
         case SurveyLabel::SystemMissing:
             break;
         }
@@ -154,7 +163,7 @@ private:
     void addLabels(int index, const SurveyVariable& variable, const QString& name) {
         QSet<QString> seen;
         for (const SurveyLabel& label : file_.labelSets[static_cast<size_t>(variable.labelSet)]) {
-            const QString code = codeOf(index, label);
+            const QString code = codeOf(index, variable, label);
             const QString about = u"%1 '%2'"_s.arg(name, label.label);
             if (label.kind == SurveyLabel::SystemMissing)
                 findings_.systemLabels << about;

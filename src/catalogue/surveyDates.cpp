@@ -191,3 +191,13 @@ std::optional<QByteArray> isoText(double value, TimeFormat format) {
         return std::nullopt;
     }
 }
+
+bool isFinerThanMillisecond(double value, TimeFormat format) {
+    double millis = value;
+    if (format.unit == Unit::StataDays)
+        millis = value * double(millisPerDay);
+    else if (format.unit != Unit::StataClock && format.unit != Unit::StataLeapClock)
+        millis = value * 1000;
+    // A double holds seconds of today to about two millionths.
+    return std::abs(millis - std::round(millis)) > 0.01;
+}

@@ -33,3 +33,5 @@ TimeFormat timeFormat(const QString& format, bool stata);
 /// a duration may pass
 /// 24. Nothing for a number that is no date of the years 1 to 9999.
 std::optional<QByteArray> isoText(double value, TimeFormat format);
+/// True if the time has a fraction below a millisecond, which the text does not show.
+bool isFinerThanMillisecond(double value, TimeFormat format);

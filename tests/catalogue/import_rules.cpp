@@ -139,8 +139,8 @@ TEST(ImportRules, LettersMoveBelowEveryValueOfTheVariable) {
     refused.number = -9;
     file.labelSets[0].push_back(refused);
     TaggedCodes codes(file);
-    codes.sawLetter(0);
-    codes.sawLetter(1);
+    codes.sawLetter(0, 'a');
+    codes.sawLetter(1, 'b');
     codes.sawNumber(1, -27);
     EXPECT_TRUE(codes.settle()); // a label's code counts as a value
     EXPECT_EQ(codes.code(0, 'a'), -1001);
