@@ -1,13 +1,16 @@
 #include "catalogue/SurveyReader.h"
 
 #include "catalogue/CatalogueImport.h"
+#include "catalogue/SurveyEncoding.h"
 #include "catalogue/SurveyInput.h"
+#include "catalogue/dtaCharacteristics.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/savExtensions.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
 #include <QStringDecoder>
 #include <algorithm>
 #include <cmath>
@@ -36,10 +39,6 @@ std::optional<QString> decoded(const char* utf8, qsizetype bytes) {
     return text;
 }
 
-bool isAscii(const char* text, int bytes) {
-    return std::all_of(text, text + bytes, [](char c) { return static_cast<signed char>(c) >= 0; });
-}
-
 /// Length without a last character that is not all there.
 int lengthOfWholeCharacters(const char* text, int bytes) {
     int start = bytes;
@@ -51,41 +50,6 @@ int lengthOfWholeCharacters(const char* text, int bytes) {
     const int needed = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
     return bytes - start + 1 < needed ? start - 1 : bytes;
 }
-
-/// Tells text of one encoding from other bytes.
-class EncodingCheck {
-public:
-    explicit EncodingCheck(const QByteArray& encoding)
-        : converter_(iconv_open("UTF-8", encoding.constData())) {}
-    ~EncodingCheck() {
-        if (isKnown())
-            iconv_close(converter_);
-    }
-    EncodingCheck(const EncodingCheck&) = delete;
-    EncodingCheck& operator=(const EncodingCheck&) = delete;
-
-    bool isKnown() const { return converter_ != reinterpret_cast<iconv_t>(-1); }
-
-    /// True also for a last character that is not all there.
-    bool reads(const char* text) const {
-        size_t left = strlen(text);
-        if (!isKnown() || isAscii(text, static_cast<int>(left)))
-            return true;
-        iconv(converter_, nullptr, nullptr, nullptr, nullptr);
-        char* from = const_cast<char*>(text); // the C interface takes it so and does not write
-        while (left > 0) {
-            char out[1024];
-            char* to = out;
-            size_t room = sizeof out;
-            if (iconv(converter_, &from, &left, &to, &room) == size_t(-1) && errno != E2BIG)
-                return errno == EINVAL;
-        }
-        return true;
-    }
-
-private:
-    iconv_t converter_;
-};
 
 QString unreadableText(const QString& where) {
     return said(u"%1: Der Text kann nicht gelesen werden. Geben Sie die Zeichenkodierung der Datei mit "
@@ -148,7 +112,9 @@ struct SurveyReader::HeadPass : PassBase {
     QByteArray encoding; ///< of the file, empty if it does not say
     QHash<QByteArray, int> sets;
     int unreadableSet = -1; ///< its variables may be told only later
+    QSet<int> usedSets;
     qint64 labels = 0, noteCharacters = 0;
+    qint64 lostTexts = 0; ///< with characters that the file did not keep
 
     QString text(const char* utf8, const QString& where) {
         if (!utf8)
@@ -156,6 +122,7 @@ struct SurveyReader::HeadPass : PassBase {
         const std::optional<QString> result = decoded(utf8, static_cast<qsizetype>(strlen(utf8)));
         if (!result)
             throw ImportError(unreadableText(where));
+        lostTexts += result->contains(QChar::ReplacementCharacter);
         return *result;
     }
 
@@ -206,8 +173,10 @@ struct SurveyReader::HeadPass : PassBase {
         if (variable.isText && readstat_variable_get_type(source) != READSTAT_TYPE_STRING_REF)
             variable.width = widthOf(source, variable.format);
         variable.hasMeasure = readstat_variable_get_measure(source) != READSTAT_MEASURE_UNKNOWN;
-        if (labelSet)
+        if (labelSet) {
             variable.labelSet = setOf(labelSet);
+            usedSets.insert(variable.labelSet);
+        }
         missing(source, variable);
         file.variables.push_back(std::move(variable));
     }
@@ -244,6 +213,8 @@ struct SurveyReader::HeadPass : PassBase {
             const std::optional<QString> result = decoded(utf8, static_cast<qsizetype>(strlen(utf8)));
             if (!result)
                 unreadableSet = index;
+            else
+                lostTexts += result->contains(QChar::ReplacementCharacter);
             return result.value_or(QString());
         };
         SurveyLabel entry = labelCode(value);
@@ -251,6 +222,19 @@ struct SurveyReader::HeadPass : PassBase {
             entry.code = read(readstat_string_value(value));
         entry.label = read(label);
         file.labelSets[static_cast<size_t>(index)].push_back(std::move(entry));
+    }
+
+    QStringList unusedSets() const {
+        QStringList names;
+        for (auto set = sets.begin(); set != sets.end(); ++set)
+            if (!usedSets.contains(*set))
+                names << QString::fromUtf8(set.key());
+        names.sort();
+        if (names.isEmpty())
+            return {};
+        return {said(u"Wertelabel-Sätze, die keine Variable benutzt: %1"_s,
+                     u"sets of value labels that no variable uses: %1"_s)
+                    .arg(names.join(u", "_s))};
     }
 
     void checkLabels() const {
@@ -307,7 +291,7 @@ struct SurveyReader::RowPass : PassBase {
     const std::function<bool(double)>& report;
     int row = -1;
     int last = -1; ///< variable that was read last
-    qint64 cutTexts = 0;
+    qint64 cutTexts = 0, lostTexts = 0;
 
     RowPass(const SurveyFile& file, RowReceiver& rows, const std::function<bool(double)>& progressReport)
         : head(file), receiver(rows), report(progressReport) {}
@@ -357,6 +341,7 @@ struct SurveyReader::RowPass : PassBase {
             bytes = whole;
             ++cutTexts;
         }
+        lostTexts += strstr(utf8, "\xEF\xBF\xBD") != nullptr;
         receiver.text(index, utf8, lengthWithoutTrailingBlanks(utf8, bytes));
     }
 
@@ -388,6 +373,14 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding)
         throw ImportError(said(u"%1: Die Datei ist mit einem Kennwort verschlüsselt"_s,
                                u"%1: The file is encrypted with a password"_s)
                               .arg(path));
+    if (kind_ == Kind::Por && !encoding_.isEmpty())
+        throw ImportError(
+            said(
+                u"%1: Eine .por-Datei hat einen festen Zeichensatz, --encoding gilt für sie nicht; nehmen Sie .sav"_s,
+                u"%1: A .por file has one fixed set of characters, --encoding does not apply to it; use .sav"_s)
+                .arg(path));
+    if (kind_ == Kind::Sav && encoding_.isEmpty())
+        encoding_ = ownEncoding(path);
     if (!encoding_.isEmpty()) {
         iconv_t converter = iconv_open("UTF-8", encoding_.constData());
         if (converter == reinterpret_cast<iconv_t>(-1))
@@ -446,9 +439,11 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
     case Kind::Sav:
         result = readstat_parse_sav(parser.get(), path.constData(), &pass);
         break;
-    case Kind::Por:
+    case Kind::Por: {
+        const Utf8Characters characters;
         result = readstat_parse_por(parser.get(), path.constData(), &pass);
         break;
+    }
     case Kind::Dta:
         result = readstat_parse_dta(parser.get(), path.constData(), &pass);
         break;
@@ -527,6 +522,9 @@ SurveyFile SurveyReader::readHead() {
         pass.file.weight = -1;
     if (kind_ == Kind::Sav)
         pass.file.extras = savExtensions(path_);
+    if (kind_ == Kind::Dta)
+        pass.file.extras = pass.unusedSets() + dtaCharacteristics(path_);
+    lostInHead_ = pass.lostTexts;
     return std::move(pass.file);
 }
 
@@ -538,5 +536,7 @@ qint64 SurveyReader::readRows(const SurveyFile& head, RowReceiver& receiver,
         fail(code, stringAfter(head, pass.last));
     if (pass.row >= 0)
         receiver.endRow();
+    if (kind_ == Kind::Por)
+        lostTexts_ = lostInHead_ + pass.lostTexts;
     return pass.cutTexts;
 }

@@ -21,12 +21,15 @@ public:
     /// @return number of texts that a writer had cut off within a character; the broken character is left out
     qint64 readRows(const SurveyFile& head, RowReceiver& receiver,
                     const std::function<bool(double)>& progress);
+    /// Texts, after readRows(), with characters that a .por file did not keep.
+    qint64 lostTexts() const { return lostTexts_; }
 
 private:
     enum class Kind { Sav, Por, Dta };
     QString path_;
     QByteArray encoding_;
     Kind kind_ = Kind::Sav;
+    qint64 lostInHead_ = 0, lostTexts_ = 0;
 
     struct HeadPass;
     struct RowPass;

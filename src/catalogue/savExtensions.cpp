@@ -21,7 +21,8 @@ enum ExtensionType {
     ResponseSets = 7,
     FileAttributes = 17,
     VariableAttributes = 18,
-    NewResponseSets = 19
+    NewResponseSets = 19,
+    EncodingName = 20
 };
 
 /// Walks the records of the file's dictionary.
@@ -159,4 +160,13 @@ QStringList savExtensions(const QString& path) {
         found << said(u"eigene Attribute der Datei oder ihrer Variablen"_s,
                       u"custom attributes of the file or its variables"_s);
     return found;
+}
+
+QByteArray savEncodingName(const QString& path) {
+    QByteArray name;
+    DictionaryWalk(path).run([&](qint32 type, const QString& text) {
+        if (type == EncodingName)
+            name = text.trimmed().toLatin1();
+    });
+    return name;
 }

@@ -1,6 +1,7 @@
 #include "SurveyFileMaker.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/SurveyReader.h"
+#include "catalogue/dtaCharacteristics.h"
 #include "support/TestHome.h"
 
 #include <QFile>
@@ -107,6 +108,102 @@ TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
         EXPECT_TRUE(oldError.contains(u"street"_s) && oldError.contains(u"--encoding"_s))
             << place << oldError.toStdString();
         EXPECT_EQ(errorOf(old, u"CP850"_s), QString()) << place;
+    }
+}
+
+TEST(SurveyReader, TakesTheEncodingThatASystemFileNames) {
+    TestHome home;
+    const QString path = home.path(u"named.sav"_s);
+    for (const QByteArray& name :
+         {QByteArray("windows-1252"), QByteArray("no-such-encoding"), QByteArray("utf8")}) {
+        // Bytes of Windows-1252 in a file whose code page says UTF-8.
+        SurveyFileMaker maker;
+        maker.text("STREET", 12,
+                   "Stra\xDF"
+                   "e");
+        maker.write(path, {{"\xD6st"}});
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        QByteArray content = file.readAll();
+        const auto whole = [](qint32 number) {
+            return QByteArray(reinterpret_cast<const char*>(&number), sizeof number);
+        };
+        const qsizetype end = content.indexOf(whole(999) + whole(0));
+        ASSERT_GT(end, 0);
+        content.insert(end, whole(7) + whole(20) + whole(1) + whole(static_cast<qint32>(name.size())) + name);
+        file.seek(0);
+        file.write(content);
+        file.close();
+        const QString error = errorOf(path);
+        if (name != "windows-1252") {
+            EXPECT_TRUE(error.contains(u"--encoding"_s)) << name.constData() << error.toStdString();
+            continue;
+        }
+        ASSERT_EQ(error, QString());
+        SurveyReader reader(path, {});
+        const SurveyFile head = reader.readHead();
+        EXPECT_EQ(head.variables[0].label, u"Straße"_s);
+        Rows rows;
+        reader.readRows(head, rows, {});
+        EXPECT_EQ(rows.rows.front(), u"0='Öst'|"_s);
+    }
+}
+
+TEST(SurveyReader, TellsWhatStatasCharacteristicsHold) {
+    TestHome home;
+    const QString path = home.path(u"chars.dta"_s);
+    SurveyFileMaker maker;
+    maker.number("v1");
+    maker.note("of the file, taken over");
+    maker.write(path, {{1.0}});
+    EXPECT_EQ(SurveyReader(path, {}).readHead().extras, QStringList());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll(), added;
+    for (const auto& [owner, name, text] : {std::tuple("v1", "note0", "2"),
+                                            {"v1", "note1", "a"},
+                                            {"v1", "note2", "b"},
+                                            {"_dta", "_lang_list", "de en"},
+                                            {"v1", "_lang_v_en", "x"},
+                                            {"_dta", "source", "y"}}) {
+        const QByteArray entry = QByteArray(owner).leftJustified(129, '\0') +
+                                 QByteArray(name).leftJustified(129, '\0') + text + '\0';
+        const quint32 size = static_cast<quint32>(entry.size());
+        added += "<ch>" + QByteArray(reinterpret_cast<const char*>(&size), 4) + entry + "</ch>";
+    }
+    content.insert(content.indexOf("</characteristics>"), added);
+    file.seek(0);
+    file.write(content);
+    file.close();
+    const QStringList found = dtaCharacteristics(path);
+    ASSERT_EQ(found.size(), 3) << found.join(u'\n').toStdString();
+    EXPECT_TRUE(found[0].startsWith(u"2 "_s));
+    EXPECT_TRUE(found[1].contains(u"de en"_s));
+    EXPECT_TRUE(found[2].startsWith(u"1 "_s));
+}
+
+TEST(SurveyReader, TellsTextsWhoseCharactersAPortableFileDidNotKeep) {
+    TestHome home;
+    const QString path = home.path(u"old.por"_s);
+    SurveyFileMaker maker;
+    maker.text("NAME", 8, "plain");
+    maker.write(path, {{"plainly"}, {"strXse"}, {"again"}});
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    content.replace("strXse", "str\xDF"
+                              "se");
+    file.seek(0);
+    file.write(content);
+    file.close();
+    EXPECT_TRUE(errorOf(path, u"WINDOWS-1252"_s).contains(u".por"_s));
+    SurveyReader reader(path, {});
+    const SurveyFile head = reader.readHead();
+    for (int round = 0; round < 2; ++round) {
+        Rows rows;
+        reader.readRows(head, rows, {});
+        EXPECT_EQ(rows.rows.value(0), u"0='plainly'|"_s);
+        EXPECT_EQ(reader.lostTexts(), 1) << rows.rows.value(1).toStdString();
     }
 }
 
