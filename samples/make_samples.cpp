@@ -22,16 +22,15 @@ namespace {
 const std::vector<Survey>& surveys() {
     static const std::vector<Survey> all{
         {u"SVP2013"_s, u"Leben in Solvarden, Pretest 2013"_s,
-         u"Pretest zur Erhebung 2014.\nMuendliche Interviews, Oktober 2013."_s, Wave::Pretest2013, 150,
-         false},
+         u"Pretest zur Erhebung 2014.\nMündliche Interviews, Oktober 2013."_s, Wave::Pretest2013, 150, false},
         {u"SV2014"_s, u"Leben in Solvarden 2014"_s,
-         u"Feldzeit: 3. Maerz bis 30. Mai 2014.\nZufallsauswahl aus dem Einwohnerregister."_s, Wave::Wave2014,
+         u"Feldzeit: 3. März bis 30. Mai 2014.\nZufallsauswahl aus dem Einwohnerregister."_s, Wave::Wave2014,
          1200, false},
         {u"SV2018"_s, u"Leben in Solvarden 2018"_s,
          u"Feldzeit: 3. April bis 30. Juni 2018.\nZwei Fassungen des Fragebogens."_s, Wave::Wave2018, 1200,
          true},
         {u"SV2022"_s, u"Leben in Solvarden 2022"_s,
-         u"Feldzeit: 3. Maerz bis 30. Mai 2022.\nErstmals mit Fragen zum Homeoffice."_s, Wave::Wave2022, 1200,
+         u"Feldzeit: 3. März bis 30. Mai 2022.\nErstmals mit Fragen zum Homeoffice."_s, Wave::Wave2022, 1200,
          true},
     };
     return all;
@@ -95,7 +94,7 @@ void makeSamples(const QString& folder, const QString& description) {
         throw std::runtime_error((copy.fileName() + u": "_s + copy.errorString()).toStdString());
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv) {
     // Pictures and PDF files need the text layout of a graphical program, not a screen.

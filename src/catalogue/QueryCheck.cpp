@@ -24,11 +24,11 @@ QString wordBehindFrom(const QString& query, qsizetype from) {
     return length < 0 ? rest : rest.left(length);
 }
 
-}
+} // namespace
 
 QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
     QStringList warnings;
-    const qsizetype from = query.toUpper().indexOf(u"FROM"_s);
+    const qsizetype from = query.indexOf(u"FROM"_s, 0, Qt::CaseInsensitive);
     if (from < 0)
         return {said(u"kein FROM: gewichtet meldet die Auswertung 'Fehler in Abfrage'"_s,
                      u"no FROM: a weighted analysis reports 'Error in query'"_s)};
@@ -71,4 +71,4 @@ QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
     return warnings;
 }
 
-}
+} // namespace archive
