@@ -28,16 +28,16 @@ struct SurveyImporter::Job {
     TaggedCodes codes;
     CaseWriter writer;
     std::map<QString, std::unique_ptr<dao::Companion>> files; ///< by path
-    QStringList emptied;
+    QStringList hadTables, emptied;                           ///< case files, by path
     qint64 cutTexts = 0;
 
-    Job(const QString& path, const ImportSettings& wishes)
+    Job(const QString& path, const ImportSettings& wishes, const QHash<QString, QString>& fieldsBefore)
         : file(path), settings(wishes), reader(path, wishes.encoding), head(reader.readHead()), codes(head),
           writer(head, codes) {
         QStringList originals;
         for (const SurveyVariable& variable : head.variables)
             originals << variable.name;
-        names = variableNames(originals);
+        names = variableNames(originals, fieldsBefore);
         if (head.weight >= 0 && isNumeric(static_cast<size_t>(head.weight)))
             fileWeight = names[static_cast<size_t>(head.weight)].name;
     }
@@ -140,6 +140,9 @@ void SurveyImporter::Job::dropOldTables() {
 }
 
 void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<bool(double)>& progress) {
+    for (const auto& [path, companion] : files)
+        if (!companion->tableNames().isEmpty())
+            hadTables << path;
     do {
         writer.reset();
         dropOldTables();
@@ -154,7 +157,7 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
         cutTexts = reader.readRows(head, writer, progress);
     } while (codes.settle());
     for (const auto& [path, companion] : files)
-        if (companion->tableNames().isEmpty())
+        if (companion->tableNames().isEmpty() && hadTables.contains(path))
             emptied << path;
 }
 
@@ -180,11 +183,21 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     };
     counted(writer.noDates(), u"%1: %2 Werte sind kein Datum und stehen als Zahl da"_s,
             u"%1: %2 values are no date and stand as numbers"_s);
+    counted(writer.rounded(), u"%1: %2 Zeiten sind auf Millisekunden gerundet"_s,
+            u"%1: %2 times are rounded to milliseconds"_s);
     counted(writer.infinite(), u"%1: %2 unendliche Werte sind leer"_s, u"%1: %2 infinite values are empty"_s);
     if (cutTexts > 0)
         lines << said(u"%1 Texte waren mitten in einem Zeichen abgeschnitten; das halbe Zeichen fehlt"_s,
                       u"%1 texts were cut off within a character; the half character is left out"_s)
                      .arg(cutTexts);
+    if (reader.lostTexts() > 0)
+        lines << said(u"%1 Texte enthalten Zeichen, die eine .por-Datei nicht bewahrt; nehmen Sie .sav"_s,
+                      u"%1 texts hold characters that a .por file does not keep; use .sav"_s)
+                     .arg(reader.lostTexts());
+    if (head.weight >= 0 && !isNumeric(static_cast<size_t>(head.weight)))
+        lines << said(u"Nicht übernommen: Gewicht der Datei %1, es ist keine Zahlenvariable"_s,
+                      u"Not taken over: the file's weight %1, it is not a numeric variable"_s)
+                     .arg(names[static_cast<size_t>(head.weight)].name);
     if (head.rows < 0 && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
         lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen"_s,
                       u"The file does not say how many cases it has, it was read to its end"_s);
@@ -215,7 +228,7 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
         throw ImportError(
             said(u"Die Gruppe %1 gibt es nicht"_s, u"There is no group %1"_s).arg(*settings.group));
 
-    auto job = std::make_unique<Job>(file, settings);
+    auto job = std::make_unique<Job>(file, settings, entries.fieldsBefore());
     job->study = entries.study();
     job->resolveWeight(job->settings.weightRe);
     job->resolveWeight(job->settings.weightHh);
@@ -259,11 +272,13 @@ std::vector<ImportReport> SurveyImporter::write() {
                    job->settings.progress(before + share / static_cast<double>(jobs_.size()));
         };
         job->fill(*catalogue_, progress);
+        for (const QString& path : std::as_const(job->emptied))
+            guard_.removeIfEmpty(path);
         const StudyContent content = studyContent(job->head, job->names, job->tables, job->codes);
         StudyWriter entries(*catalogue_, studyTable_, job->study);
         QStringList studyFacts =
             entries.writeStudy(job->head, job->settings, job->fileWeight, content.variables, job->tables);
-        entries.writeContent(content);
+        studyFacts << entries.writeContent(content);
         if (!entries.vanished().isEmpty())
             studyFacts << said(u"Variablen, die es nicht mehr gibt (%1)"_s, u"Variables that are gone (%1)"_s)
                                   .arg(entries.vanished().size()) +
@@ -317,7 +332,7 @@ ImportReport importSurvey(const ImportRequest& request) {
             said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
                 .arg(path));
     const bool isNew = database.TableDefs().Count() == 0;
-    const QString studyTable = studyTableOf(database);
+    const QString studyTable = studyTableOf(database, request.settings.study);
     if (!isNew)
         for (const QString& table : {studyTable, u"tkey_Variable"_s, u"tkey_Value"_s})
             if (!database.TableDefs().contains(table))
@@ -335,7 +350,7 @@ ImportReport importSurvey(const ImportRequest& request) {
         reports = importer.write();
         transaction.commit();
     }
-    guard.done();
     importer.finish();
+    guard.done();
     return reports.front();
 }

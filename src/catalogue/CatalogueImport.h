@@ -59,9 +59,12 @@ struct ImportReport {
 ///
 ///     ImportGuard guard(cataloguePath);
 ///     SurveyImporter importer(catalogue, guard);
-///     importer.add(file, settings);              // before the transaction: reads the head, checks, opens
-///     the case file workspace.BeginTrans(); reports = importer.write();                // on an exception:
-///     Rollback workspace.CommitTrans(); importer.finish(); guard.done();
+///     importer.add(file, settings);  // reads the head, checks, opens the case files
+///     workspace.BeginTrans();
+///     reports = importer.write();    // on an exception: workspace.Rollback()
+///     workspace.CommitTrans();
+///     importer.finish();
+///     guard.done();
 ///
 /// A transaction spans at most nine case files.
 class SurveyImporter {

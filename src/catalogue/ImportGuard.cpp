@@ -19,6 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString madeMark = u"made\t"_s;
+const QString blankMark = u"blank\t"_s; ///< was there without content
 const QString touchedMark = u"touched\t"_s;
 
 QString noteOf(const QString& catalogue) {
@@ -76,6 +77,10 @@ void recoverLine(const QString& line) {
                 said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
                      u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
                     .arg(path, error.description()));
+    }
+    if (line.startsWith(blankMark) && !hasTables && QFileInfo::exists(path)) {
+        QFile::resize(path, 0);
+        QFile::remove(journalOf(path));
     }
     if (made && !hasTables)
         for (const QString& file : {path, journalOf(path)})
@@ -168,9 +173,16 @@ void ImportGuard::willWrite(const QString& path) {
     if (written_.contains(absolute))
         return;
     written_ << absolute;
-    // A file of no bytes is nobody's work.
-    const QString& mark = QFileInfo(absolute).size() == 0 ? madeMark : touchedMark;
-    const QByteArray line = (mark + absolute + u'\n').toUtf8();
+    const QFileInfo file(absolute);
+    note(!file.exists() ? madeMark : file.size() == 0 ? blankMark : touchedMark, absolute);
+}
+
+void ImportGuard::removeIfEmpty(const QString& path) {
+    note(madeMark, QFileInfo(path).absoluteFilePath());
+}
+
+void ImportGuard::note(const QString& mark, const QString& path) const {
+    const QByteArray line = (mark + path + u'\n').toUtf8();
     if (write(note_, line.constData(), static_cast<size_t>(line.size())) != line.size())
         throw ImportError(cannotWrite(noteOf(catalogue_)));
 }
@@ -180,7 +192,8 @@ void ImportGuard::done() {
     note_ = -1;
 }
 
-void removeLeftovers(const QString& catalogue) {
+void removeLeftovers(const QString& path) {
+    const QString catalogue = Paths::onDisk(path);
     bool busy = false;
     const int note = lockNote(catalogue, false, busy);
     if (note < 0)

@@ -22,6 +22,9 @@ public:
     /// To be called before a file is opened for writing or made. @throws ImportError when the note cannot be
     /// written
     void willWrite(const QString& path);
+    /// To be called before the commit that takes the last table out of a file: the file goes once it is
+    /// committed, also when the run is killed before it gets to it. @throws ImportError as willWrite()
+    void removeIfEmpty(const QString& path);
     /// The transaction is committed: everything stays.
     void done();
 
@@ -29,9 +32,14 @@ private:
     QString catalogue_;
     int note_; ///< descriptor of the locked note
     QStringList written_;
+
+    void note(const QString& mark, const QString& path) const;
 };
 
 /// Clears away what a killed run left beside a catalogue: unfinished transactions are rolled back, files that
-/// it had begun are removed. Does nothing while a run is at work or when there is nothing left.
-/// @throws ImportError if something cannot be cleared away
+/// it had begun are removed, a build that was killed while it moved its files is finished. To be called
+/// before a catalogue is opened, however its path is spelled: costs one look for a file when there is nothing
+/// left, and does nothing while a run is at work or where nothing can be written.
+/// @throws ImportError if something cannot be cleared away (a file in use, damage, no room); the leftovers
+/// stay for the next call, and the catalogue cannot be trusted to be whole
 void removeLeftovers(const QString& catalogue);

@@ -8,6 +8,8 @@
 #include <QHash>
 #include <QRegularExpression>
 #include <QSet>
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -89,11 +91,12 @@ QString quoted(const QString& text) {
     return u'\'' + QString(text).replace(u"'"_s, u"''"_s) + u'\'';
 }
 
-bool contains(const std::vector<VariableEntry>& variables, const QString& name) {
+/// The variable of that name, null if there is none.
+const VariableEntry* entryOf(const std::vector<VariableEntry>& variables, const QString& name) {
     for (const VariableEntry& variable : variables)
         if (variable.name.compare(name, Qt::CaseInsensitive) == 0)
-            return true;
-    return false;
+            return &variable;
+    return nullptr;
 }
 
 } // namespace
@@ -107,7 +110,32 @@ StudyWriter::StudyWriter(dao::Database& catalogue, const QString& studyTable, co
     if (exists_) {
         study_ = rows->text(u"id_StudyNo"_s);
         isGroup_ = rows->value(u"dt_IsGroup"_s).isNull() ? false : rows->value(u"dt_IsGroup"_s).toBoolean();
+        query_ = rows->hasField(u"dt_query"_s) ? rows->text(u"dt_query"_s) : QString();
     }
+    if (!exists_ || !hasColumns(variableTable, {u"fi_StudyNo"_s, u"dt_TableName"_s, u"dt_FieldName"_s}))
+        return;
+    for (const dao::RecordsetPtr fields = open(variableTable, u"fi_StudyNo"_s); !fields->Eof();
+         fields->MoveNext())
+        before_.push_back({fields->text(u"id_VarName"_s), fields->text(u"dt_TableName"_s),
+                           fields->text(u"dt_FieldName"_s)});
+}
+
+QHash<QString, QString> StudyWriter::fieldsBefore() const {
+    QHash<QString, QString> fields;
+    for (const Place& place : before_)
+        fields.insert(place.name.toCaseFolded(), place.field);
+    return fields;
+}
+
+bool StudyWriter::hasColumns(const QString& table, const QStringList& columns) const {
+    if (!catalogue_.TableDefs().contains(table))
+        return false;
+    const auto present = catalogue_.TableDefs().Item(table)->columns();
+    return std::all_of(columns.begin(), columns.end(), [&](const QString& wanted) {
+        return std::any_of(present.begin(), present.end(), [&](const dao::ColumnInfo& column) {
+            return column.name.compare(wanted, Qt::CaseInsensitive) == 0;
+        });
+    });
 }
 
 dao::RecordsetPtr StudyWriter::open(const QString& table, const QString& studyField) const {
@@ -138,7 +166,7 @@ QString StudyWriter::weightFor(const std::optional<QString>& wish, const QString
         return *wish;
     if (!fromFile.isEmpty())
         return fromFile;
-    if (present.isEmpty() || contains(variables, present))
+    if (present.isEmpty() || entryOf(variables, present))
         return present;
     facts << said(u"Gewicht %1 gibt es nicht mehr, die Studie verliert es"_s,
                   u"Weight %1 is gone, the study loses it"_s)
@@ -184,9 +212,8 @@ QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings
         facts << said(u"Nicht übernommen: Gewicht der Datei %1"_s, u"Not taken over: the file's weight %1"_s)
                      .arg(fileWeight);
 
-    const QString query = present(u"dt_query"_s);
     static const QRegularExpression tableName(u"\\b([A-Za-z0-9]+_\\d+)\\b"_s);
-    for (auto match = tableName.globalMatch(query); match.hasNext();) {
+    for (auto match = tableName.globalMatch(query_); match.hasNext();) {
         const QString name = match.next().captured(1);
         const bool own = name.startsWith(study_ + u'_', Qt::CaseInsensitive);
         if (own && std::none_of(tables.begin(), tables.end(), [&](const CaseTable& table) {
@@ -261,13 +288,76 @@ void StudyWriter::updateLabels(const std::vector<LabelEntry>& labels, std::vecto
     }
 }
 
-void StudyWriter::writeContent(const StudyContent& content) {
+QStringList StudyWriter::updateComparisons(const std::vector<VariableEntry>& variables) {
+    const QString table = u"tsys_VariableComparison"_s;
+    constexpr int longestMissing = 50;
+    QStringList facts;
+    if (!hasColumns(table, {u"fi_StudyNo"_s, u"fi_VariableNo"_s, u"fid"_s, u"dt_Table"_s, u"dt_Field"_s}))
+        return facts;
+    for (const dao::RecordsetPtr rows = open(table, u"fi_StudyNo"_s); !rows->Eof(); rows->MoveNext()) {
+        const VariableEntry* variable = entryOf(variables, rows->text(u"fi_VariableNo"_s));
+        if (!variable) {
+            // The field of a variable that went may be another one's now, whose numbers nobody asked for.
+            const bool taken =
+                std::any_of(variables.begin(), variables.end(), [&](const VariableEntry& other) {
+                    return other.table.compare(rows->text(u"dt_Table"_s), Qt::CaseInsensitive) == 0 &&
+                           other.field.compare(rows->text(u"dt_Field"_s), Qt::CaseInsensitive) == 0;
+                });
+            if (taken) {
+                rows->Edit();
+                setFields(*rows, {{u"dt_Field"_s, dao::Value()}});
+                rows->Update();
+            }
+            continue;
+        }
+        Entry entry{{u"dt_Table"_s, variable->table}, {u"dt_Field"_s, variable->field}};
+        if (variable->missing.size() <= longestMissing)
+            entry.emplace_back(u"dt_Missing"_s, orNull(variable->missing));
+        else
+            facts
+                << said(
+                       u"Vergleichsauswertung %1: Die Missing-Definition von %2 ist zu lang, die alte bleibt"_s,
+                       u"Comparison %1: The missing definition of %2 is too long, the old one stays"_s)
+                       .arg(rows->text(u"fid"_s), variable->name);
+        rows->Edit();
+        setFields(*rows, entry);
+        rows->Update();
+    }
+    return facts;
+}
+
+QStringList StudyWriter::movedInQuery(const std::vector<VariableEntry>& variables) const {
+    QStringList facts;
+    for (const Place& place : before_) {
+        const QRegularExpression word(u"(?<!\\w)%1(?!\\w)"_s.arg(QRegularExpression::escape(place.field)),
+                                      QRegularExpression::CaseInsensitiveOption |
+                                          QRegularExpression::UseUnicodePropertiesOption);
+        if (place.field.isEmpty() || !query_.contains(word))
+            continue;
+        const VariableEntry* now = entryOf(variables, place.name);
+        const QString old = place.table + u'.' + place.field;
+        if (!now)
+            facts << said(u"Die Abfrage der Studie (dt_query) nennt %1, das Feld der Variable %2, die es "
+                          u"nicht mehr "
+                          u"gibt"_s,
+                          u"The study's query (dt_query) names %1, the field of variable %2, which is gone"_s)
+                         .arg(old, place.name);
+        else if (old.compare(now->table + u'.' + now->field, Qt::CaseInsensitive) != 0)
+            facts << said(u"Die Abfrage der Studie (dt_query) nennt %1; Variable %2 liegt jetzt in %3"_s,
+                          u"The study's query (dt_query) names %1; variable %2 now lies in %3"_s)
+                         .arg(old, place.name, now->table + u'.' + now->field);
+    }
+    return facts;
+}
+
+QStringList StudyWriter::writeContent(const StudyContent& content) {
     std::vector<bool> variables(content.variables.size()), labels(content.labels.size());
     // Also for a study that is new: rows that an older one of its number left would be taken for its own.
     updateVariables(content.variables, variables);
     updateLabels(content.labels, labels);
     appendNew(catalogue_, variableTable, study_, content.variables, variables);
     appendNew(catalogue_, valueTable, study_, content.labels, labels);
+    return updateComparisons(content.variables) + movedInQuery(content.variables);
 }
 
 QStringList StudyWriter::pointersToVanished() const {
@@ -284,7 +374,13 @@ QStringList StudyWriter::pointersToVanished() const {
         if (!table.startsWith(prefix, Qt::CaseInsensitive))
             continue;
         const QString entries = schema::entryTableName(table.mid(prefix.size()));
+        if (!hasColumns(table, {u"fi_StudyNo"_s, u"fi_VariableNo"_s, u"fid"_s}))
+            continue;
+        // Its view may be gone, or be one of studies.
+        const bool named = hasColumns(entries, {u"id"_s, u"dt_IndicatorName"_s});
         collect(table, u"fi_VariableNo"_s, [&](const dao::Recordset& row) {
+            if (!named)
+                return u"%1 %2"_s.arg(table, row.value(u"fid"_s).toText());
             const dao::RecordsetPtr entry =
                 catalogue_.OpenRecordset(u"SELECT dt_IndicatorName FROM %1 WHERE id = %2;"_s.arg(
                     entries, row.value(u"fid"_s).toText()));
@@ -292,11 +388,13 @@ QStringList StudyWriter::pointersToVanished() const {
                                     entry->Eof() ? row.value(u"fid"_s).toText() : entry->value(0).toText());
         });
     }
-    if (const QString table = u"tsys_VariableComparison"_s; catalogue_.TableDefs().contains(table))
+    if (const QString table = u"tsys_VariableComparison"_s;
+        hasColumns(table, {u"fi_StudyNo"_s, u"fi_VariableNo"_s, u"fid"_s}))
         collect(table, u"fi_VariableNo"_s, [](const dao::Recordset& row) {
             return said(u"Vergleichsauswertung %1"_s, u"comparison %1"_s).arg(row.value(u"fid"_s).toText());
         });
-    if (const QString table = u"tkey_Parts"_s; catalogue_.TableDefs().contains(table))
+    if (const QString table = u"tkey_Parts"_s;
+        hasColumns(table, {u"fi_StudyNo"_s, u"dt_SelectionVariable"_s, u"dt_PartName"_s}))
         collect(table, u"dt_SelectionVariable"_s, [](const dao::Recordset& row) {
             return said(u"Auswahlvariable des Teils '%1'"_s, u"selection variable of part '%1'"_s)
                 .arg(row.value(u"dt_PartName"_s).toText());
@@ -304,10 +402,11 @@ QStringList StudyWriter::pointersToVanished() const {
     return found;
 }
 
-QString studyTableOf(dao::Database& catalogue) {
+QString studyTableOf(dao::Database& catalogue, const QString& study) {
     const QString standard = schema::entryTableName(u"Study"_s);
     if (!catalogue.TableDefs().contains(u"tsys_Options"_s))
         return standard;
+    QStringList tables;
     QHash<QString, QString> options;
     for (const dao::RecordsetPtr rows = catalogue.OpenRecordset(u"tsys_Options"_s, dao::dbOpenTable);
          !rows->Eof(); rows->MoveNext())
@@ -315,9 +414,12 @@ QString studyTableOf(dao::Database& catalogue) {
     for (int view = 1; view <= 9; ++view) {
         const QString suffix = options.value(u"frmexplorer%1table"_s.arg(view));
         if (options.value(u"frmexplorer%1type"_s.arg(view)) == u"1"_s && !suffix.isEmpty())
-            return schema::entryTableName(suffix);
+            tables << schema::entryTableName(suffix);
     }
-    return standard;
+    for (const QString& table : std::as_const(tables))
+        if (StudyWriter(catalogue, table, study).exists())
+            return table;
+    return tables.isEmpty() ? standard : tables.front();
 }
 
 void makeCatalogue(dao::Database& catalogue) {

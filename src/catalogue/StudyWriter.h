@@ -3,7 +3,9 @@
 #include "catalogue/studyContent.h"
 #include "platform/dao/Database.h"
 
+#include <QHash>
 #include <optional>
+#include <vector>
 
 /// Writes the entries of one study into an open catalogue; of a study that is there already it keeps
 /// everything that a survey file does not tell.
@@ -18,11 +20,15 @@ public:
     /// True if there is a group of that number.
     bool groupExists(const QString& number) const;
 
+    /// Fields of a study that is there, by case-folded variable name.
+    QHash<QString, QString> fieldsBefore() const;
+
     /// Title, weights and the like. @return facts about what was not taken over
     QStringList writeStudy(const SurveyFile& file, const ImportSettings& settings, const QString& fileWeight,
                            const std::vector<VariableEntry>& variables, const std::vector<CaseTable>& tables);
-    /// Writes variables and labels; those of the study that are not among them go.
-    void writeContent(const StudyContent& content);
+    /// Writes variables and labels, also where stored comparisons hold copies; those of the study that are
+    /// not among them go. @return facts about what now reads other data
+    QStringList writeContent(const StudyContent& content);
     /// What still points to variables that went: assignments, comparisons, parts; one a line.
     QStringList pointersToVanished() const;
     const QStringList& vanished() const { return vanished_; }
@@ -31,6 +37,11 @@ private:
     dao::Database& catalogue_;
     QString studyTable_, study_;
     bool exists_ = false, isGroup_ = false;
+    struct Place {
+        QString name, table, field;
+    };
+    std::vector<Place> before_; ///< where the variables of a study that is there lay
+    QString query_;             ///< its `dt_query`
     QStringList vanished_;
 
     dao::RecordsetPtr open(const QString& table, const QString& studyField) const;
@@ -39,10 +50,14 @@ private:
                       const std::vector<VariableEntry>& variables, QStringList& facts) const;
     void updateVariables(const std::vector<VariableEntry>& variables, std::vector<bool>& written);
     void updateLabels(const std::vector<LabelEntry>& labels, std::vector<bool>& written);
+    bool hasColumns(const QString& table, const QStringList& columns) const;
+    QStringList updateComparisons(const std::vector<VariableEntry>& variables);
+    QStringList movedInQuery(const std::vector<VariableEntry>& variables) const;
 };
 
-/// The table of the first study view, as the catalogue's options name it; "tkey_Study" if they name none.
-QString studyTableOf(dao::Database& catalogue);
+/// The table of the study view that holds a study or group of that number, else of the first one; the
+/// catalogue's options name the views, "tkey_Study" is the one if they name none.
+QString studyTableOf(dao::Database& catalogue, const QString& study);
 
 /// Makes the tables and options of a new catalogue with one study view.
 void makeCatalogue(dao::Database& catalogue);

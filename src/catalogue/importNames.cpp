@@ -81,7 +81,8 @@ QString studyNumberFault(const QString& number) {
     return {};
 }
 
-std::vector<VariableNames> variableNames(const QStringList& originals) {
+std::vector<VariableNames> variableNames(const QStringList& originals,
+                                         const QHash<QString, QString>& fieldsBefore) {
     std::vector<VariableNames> all;
     QSet<QString> wanted, taken;
     for (const QString& original : originals) {
@@ -104,6 +105,14 @@ std::vector<VariableNames> variableNames(const QStringList& originals) {
             names.field = names.name;
             fields.insert(folded(names.field));
         }
+    // Stored queries and comparisons know a variable by its field.
+    for (VariableNames& names : all) {
+        const QString before = fieldsBefore.value(folded(names.name));
+        if (!names.field.isEmpty() || !isPlainIdentifier(before) || fields.contains(folded(before)))
+            continue;
+        names.field = before;
+        fields.insert(folded(before));
+    }
     for (size_t i = 0; i < all.size(); ++i) {
         QString& field = all[i].field;
         if (!field.isEmpty())

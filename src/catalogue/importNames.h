@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -21,8 +22,11 @@ struct VariableNames {
 ///
 /// `name` is the original but for characters that cut a statement or an instruction short, and a suffix where
 /// it was given before. `field` is the name where it is a plain identifier that no statement trips over, else
-/// "V" and the position (from 1), with "_" until it is free.
-std::vector<VariableNames> variableNames(const QStringList& originals);
+/// the one that the variable had before, or, where that is taken or there was none, "V" and the position
+/// (from 1), with "_" until it is free.
+/// @param fieldsBefore  fields of the study that is replaced, by case-folded variable name
+std::vector<VariableNames> variableNames(const QStringList& originals,
+                                         const QHash<QString, QString>& fieldsBefore = {});
 
 /// True if a filter can name the variable: letters without marks, "_", "-", digits inside, no AND, OR, NOT.
 bool filterCanName(const QString& name);

@@ -153,6 +153,37 @@ TEST_F(ImportInterrupted, AFullDiskLeavesEverythingAsItWas) {
         }
 }
 
+// A kill between the commit and the tidying up, and a file without content that somebody put there.
+TEST_F(ImportInterrupted, EmptiedFilesGoAndBlankOnesStay) {
+    const QString emptied = home.path(u"QX1-2.mdb"_s), blank = home.path(u"QX3.mdb"_s);
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    const dao::DatabasePtr made = dao::DBEngine::instance().Workspaces(0).CreateDatabase(emptied);
+    made->Close();
+    QFile empty(blank);
+    ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+    empty.close();
+    const pid_t child = fork();
+    if (child == 0) {
+        ImportGuard guard(catalogue);
+        guard.willWrite(emptied);
+        guard.removeIfEmpty(emptied);
+        guard.removeIfEmpty(home.path(u"QX1.mdb"_s)); // not committed: its table is still there
+        guard.willWrite(blank);
+        QFile begun(blank);
+        if (begun.open(QIODevice::WriteOnly))
+            begun.write("half a page");
+        begun.close();
+        raise(SIGKILL);
+    }
+    EXPECT_TRUE(WIFSIGNALED(waitFor(child)));
+    removeLeftovers(catalogue);
+    EXPECT_FALSE(QFile::exists(emptied));
+    EXPECT_TRUE(QFile::exists(blank));
+    EXPECT_EQ(QFile(blank).size(), 0);
+    EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT Count(*) AS N FROM QX1_1"_s),
+              QStringList{QString::number(caseCount)});
+}
+
 TEST_F(ImportInterrupted, OneImportAtATime) {
     ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
     ImportGuard guard(catalogue);

@@ -105,6 +105,36 @@ TEST_F(ImportSurvey, GivesStatasLettersNumbersThatNoValueHas) {
     EXPECT_TRUE(hasFact({u"V1 → V1_2"_s}));
 }
 
+TEST_F(ImportSurvey, KeepsTheMissingCodesOfDatesAsCodes) {
+    const QString spss = home.path(u"dates.sav"_s), stata = home.path(u"dates.dta"_s);
+    SurveyFileMaker maker;
+    readstat_variable_t* day = maker.number("DAY", nullptr, "DATE11");
+    maker.label(day, {{99.0, "unbekannt"}});
+    readstat_variable_add_missing_double_value(day, 98);
+    readstat_variable_add_missing_double_value(day, 99);
+    readstat_variable_t* range = maker.number("RANGED", nullptr, "DATE11");
+    readstat_variable_add_missing_double_range(range, 90, 99);
+    const double spssDay = 159'049.0 * 86'400; // 31 March 2018
+    maker.write(spss, {{spssDay, spssDay}, {99.0, 95.0}});
+    SurveyFileMaker letters;
+    letters.number("day", nullptr, "%td");
+    letters.write(stata, {{21'274.0}, {Letter{'c'}}, {Letter{'a'}}, {sysmis}});
+    ASSERT_EQ(outcome(request(spss, u"QX1"_s)), QString());
+    EXPECT_TRUE(hasFact({u"gültige Codes"_s, u"RANGED"_s}));
+    ASSERT_EQ(outcome(request(stata, u"QX2"_s)), QString());
+    EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT DAY, RANGED FROM QX1_1 ORDER BY dt_CaseID"_s),
+              (QStringList{u"2018-03-31|2018-03-31"_s, u"99|95"_s}));
+    EXPECT_EQ(rows(home.path(u"QX2.mdb"_s), u"SELECT day FROM QX2_1 ORDER BY dt_CaseID"_s),
+              (QStringList{u"2018-03-31"_s, u"-3"_s, u"-1"_s, u"NULL"_s}));
+    EXPECT_EQ(rows(catalogue,
+                   u"SELECT id_VarName, dt_Missing FROM tkey_Variable ORDER BY fi_StudyNo, dt_Position"_s),
+              (QStringList{u"DAY|98;99"_s, u"RANGED|NULL"_s, u"day|-3;-1"_s}));
+    EXPECT_EQ(rows(catalogue, u"SELECT dt_Value FROM tkey_Value"_s), QStringList{u"99"_s});
+    EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT DAY FROM QX1_1 WHERE (DAY <> 98 AND DAY <> 99)"_s),
+              QStringList{u"2018-03-31"_s})
+        << "what an analysis asks for";
+}
+
 TEST_F(ImportSurvey, SharesManyVariablesAmongTablesOf254) {
     const QString file = home.path(u"wide.sav"_s);
     SurveyFileMaker maker;
@@ -186,6 +216,59 @@ TEST_F(ImportSurvey, ReplacesAStudyAndKeepsWhatTheFileDoesNotTell) {
     EXPECT_TRUE(hasFact({u"V2"_s, u"'Politik'"_s})) << report.facts.join(u'\n').toStdString();
     EXPECT_FALSE(hasFact({u"V1: "_s, u"'Politik'"_s}));
     EXPECT_TRUE(hasFact({u"Gewicht V2"_s}));
+}
+
+// "größe" has a field named after its first position; the next file brings "V2" along and puts it elsewhere.
+TEST_F(ImportSurvey, AReplacedStudyLetsNothingReadAnotherVariablesColumn) {
+    const QString first = home.path(u"first.sav"_s), second = home.path(u"second.sav"_s);
+    SurveyFileMaker before, after;
+    for (const char* name : {"A", "größe", "gewählt", "B"})
+        before.number(name);
+    before.write(first, {{1.0, 2.0, 3.0, 4.0}});
+    for (const char* name : {"V2", "gewählt"})
+        after.number(name);
+    readstat_variable_add_missing_double_value(after.number("größe"), 9);
+    after.write(second, {{5.0, 3.0, 2.0}});
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    {
+        const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue);
+        schema::create(*database, schema::comparisonVariables());
+        schema::create(*database, schema::assignments(u"Lost"_s)); // its view is gone
+        schema::create(*database, schema::assignments(u"Study"_s));
+        schema::createStudyView(*database, u"Second"_s);
+        database->Close();
+    }
+    for (const QString& variable : {u"größe"_s, u"A"_s})
+        execute(catalogue, u"INSERT INTO tsys_VariableComparison (fi_StudyNo, fi_VariableNo, fid, dt_Table, "
+                           u"dt_Field) VALUES ('QX1', '%1', 7, 'QX1_1', 'V2')"_s.arg(variable));
+    for (const QString& table : {u"trel_VariableLost"_s, u"trel_VariableStudy"_s})
+        execute(catalogue,
+                u"INSERT INTO %1 (fid, fi_StudyNo, fi_VariableNo) VALUES (4, 'QX1', 'B')"_s.arg(table));
+    // The study stands in the second of two study views.
+    for (const auto& [name, value] :
+         {std::pair(u"frmExplorer2Table"_s, u"Second"_s), {u"frmExplorer2Type"_s, u"1"_s}})
+        execute(catalogue,
+                u"INSERT INTO tsys_Options (dt_OptionName, dt_OptionValue) VALUES ('%1', '%2')"_s.arg(name,
+                                                                                                      value));
+    execute(catalogue,
+            u"INSERT INTO tkey_Second (id_StudyNo, fid, dt_IsGroup, dt_query) VALUES ('QX1', '0', 0, "
+            u"'SELECT dt_CaseID AS ID, V2 AS SE, B FROM QX1_1')"_s);
+    execute(catalogue, u"DELETE FROM tkey_Study"_s);
+
+    EXPECT_TRUE(outcome(request(second, u"QX1"_s)).contains(u"--replace"_s));
+    ImportRequest wish = request(second, u"QX1"_s);
+    wish.settings.replace = true;
+    ASSERT_EQ(outcome(wish), QString());
+    EXPECT_EQ(rows(catalogue, u"SELECT id_VarName, dt_FieldName FROM tkey_Variable ORDER BY dt_Position"_s),
+              (QStringList{u"V2|V2"_s, u"gewählt|V3"_s, u"größe|V3_"_s}));
+    EXPECT_EQ(rows(catalogue,
+                   u"SELECT fi_VariableNo, dt_Field, dt_Missing FROM tsys_VariableComparison ORDER BY ID"_s),
+              (QStringList{u"größe|V3_|9"_s, u"A|NULL|NULL"_s}));
+    EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.V2"_s, u"größe"_s, u"QX1_1.V3_"_s}));
+    EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.B"_s}));
+    EXPECT_TRUE(hasFact({u"B: "_s, u"trel_VariableLost 4"_s}));
+    EXPECT_EQ(rows(catalogue, u"SELECT id_StudyNo FROM tkey_Second"_s), QStringList{u"QX1"_s});
+    EXPECT_EQ(rows(catalogue, u"SELECT id_StudyNo FROM tkey_Study"_s), QStringList());
 }
 
 TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
