@@ -60,6 +60,7 @@ void AnalysisModel::open() {
 
 void AnalysisModel::openNow() {
     request = {};
+    clearTable();
     tab_ = 0;
     bCreationMode = false;
     dtData1.source = studyQuerySource();

@@ -150,10 +150,19 @@ public:
 private:
     friend class CreateSQL;
 
+    /// Where numbers and words of a table come from.
+    struct Origin {
+        QString catalogue, dataPath;
+        qint16 language = 0;
+        bool operator==(const Origin&) const = default;
+    };
+
     /// What the tables show beyond the text of the count statement: two requests may share that text and
     /// differ.
     struct Computation {
         QString q, study, variable, variable2, dtMissing, dtMissing2;
+        QString folder; ///< of the case files
+        Origin origin;
         bool operator==(const Computation&) const = default;
     };
 
@@ -163,6 +172,7 @@ private:
     bool creationOffered_ = false;
     bool cbValuesShown_ = false;
     bool hasParts_ = false;
+    bool gridTouched_ = false; ///< mfgGrid has changed in this run
     bool hasInstruction_ = false, hasTable_ = false, hasGraph_ = false;
     int tab_ = 0;
     RunFacts facts_;

@@ -72,6 +72,7 @@ void AnalysisModel::TAB1() {
         return;
     bNewCalc = false;
     facts_ = {};
+    gridTouched_ = false;
     const QString tagBefore = mfgGrid.Tag;
     mfgGrid.Tag = tagOfMode(request.mode);
     {
@@ -79,8 +80,9 @@ void AnalysisModel::TAB1() {
         ui::asker().setPointer(ui::Pointer::Wait);
         facts_.outcome = dispatch();
     }
-    // A refused run leaves the table as it was: the tag goes on saying what that is.
-    if (facts_.outcome == RunOutcome::Refused && !dtData3.Tag.isEmpty())
+    // A run that ended early may have left the table as it was: the tag goes on saying what that is.
+    const bool early = facts_.outcome == RunOutcome::Refused || facts_.outcome == RunOutcome::Cancelled;
+    if (early && !gridTouched_)
         mfgGrid.Tag = tagBefore;
 }
 
@@ -113,6 +115,7 @@ RunOutcome AnalysisModel::refuse(const QString& text) {
 /// Nothing valid is shown any more.
 void AnalysisModel::clearTable() {
     mfgGrid.Clear();
+    gridTouched_ = true;
     dtData3.Tag.clear();
     lblLabel.clear();
 }

@@ -45,7 +45,7 @@ RunOutcome CreateSQL::run() {
     m_.bCancelRun = false;
     int rounds = 1;
     if (isComparison()) {
-        if (comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag)
+        if (comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && m_.last_.origin == origin())
             return RunOutcome::Reused;
         rounds = static_cast<int>(r_.lst_TrendVars.size());
         prepareComparison();
@@ -96,16 +96,20 @@ bool CreateSQL::clearAndEnd() {
     return end(RunOutcome::Refused);
 }
 
-/// Ends the run with a message; the tables stay as they were.
+/// Ends the run with a message. The tables stay as they were, but for a comparison's: they were emptied
+/// before its first entry, and what entries before this one have filled is not the comparison.
 bool CreateSQL::endWith(const QString& text) {
     ui::asker().messageBox({.text = text, .icon = ui::Icon::Exclamation});
-    return end(RunOutcome::Refused);
+    return isComparison() ? clearAndEnd() : end(RunOutcome::Refused);
 }
 
 void CreateSQL::prepareComparison() {
     constexpr std::array<int, 3> widths{500, 2000, 800};
     const int columns = static_cast<int>(r_.lst_TrendVars.size()) + 3;
     const bool keep = m_.bUserMissing;
+    m_.gridTouched_ = true;
+    if (!keep)
+        m_.lblLabel.clear();
     for (ResultTable* table : {&m_.mfgGrid, &m_.mfgGrid2, &m_.mfgGrid3, &m_.mfgGrid4, &m_.mfgGrid5}) {
         if (!keep || table != &m_.mfgGrid) {
             table->Clear();
@@ -124,9 +128,8 @@ void CreateSQL::prepareComparison() {
 
 bool CreateSQL::runRound() {
     round_ = {};
-    readRound();
-    if (!findCases() || !addWeightToQuery() || !storeQuery() || !attachTables() || !warnOfUnweighted() ||
-        !translateUserFilter())
+    if (!readRound() || !findCases() || !addWeightToQuery() || !storeQuery() || !attachTables() ||
+        !warnOfUnweighted() || !translateUserFilter())
         return false;
     buildStatement();
     if (!askForMissing() || !turn())
@@ -156,9 +159,13 @@ bool CreateSQL::askForMissing() {
     return true;
 }
 
+AnalysisModel::Origin CreateSQL::origin() const {
+    return {db_->Name(), gOptions.DataPath, gLanguage};
+}
+
 AnalysisModel::Computation CreateSQL::computation() const {
-    return {round_.qSql,  round_.study, round_.facts.variable, round_.facts.variable2,
-            r_.dtMissing, r_.dtMissing2};
+    return {round_.qSql,  round_.study,  round_.facts.variable, round_.facts.variable2,
+            r_.dtMissing, r_.dtMissing2, round_.folder,         origin()};
 }
 
 /// True if the tables show just this. The count statement alone does not tell: two weights, or two variables
@@ -200,8 +207,12 @@ bool CreateSQL::openCounts() {
     m_.dtData3.Tag.clear();
     if (!step([&] {
             m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase);
-        }))
+        })) {
+        // What the trap gave up on was the trap's own, so GetRecordset has not logged it.
+        if (outcome_ == RunOutcome::Refused)
+            CDaoPersistance::logStatement(sql);
         return false;
+    }
     ui::asker().setPointer(ui::Pointer::Wait);
     if (!m_.counts)
         return clearAndEnd(); // reported already
@@ -239,6 +250,7 @@ bool CreateSQL::build() {
     if (r_.mode == AnalysisMode::Descriptives && gOptions.IncludeMissingDesc)
         r_.sMissing.clear();
     computed_ = true;
+    m_.gridTouched_ = true;
     const BuildOutcome built = m_.builder()(m_);
     m_.cbValuesShown_ = r_.mode == AnalysisMode::Crosstab || isComparison();
     switch (built) {
@@ -246,6 +258,8 @@ bool CreateSQL::build() {
     case BuildOutcome::Empty:
         return true;
     case BuildOutcome::Truncated:
+        // Not valid: the next change of tab must compute it, and say so, again.
+        m_.dtData3.Tag.clear();
         return end(RunOutcome::Truncated);
     case BuildOutcome::Cancelled:
         m_.dtData3.Tag.clear();

@@ -47,9 +47,9 @@ private:
 
     void prepareComparison();
     bool runRound();
-    void readRound();
-    void readComparisonRound();
-    QString partCriteria(const QString& id);
+    bool readRound();
+    bool readComparisonRound();
+    bool loadPartCriteria();
     bool findCases();
     bool addWeightToQuery();
     std::optional<VariablePlace> findPlace(const QString& variable);
@@ -61,6 +61,7 @@ private:
     bool translateUserFilter();
     void buildStatement();
     bool askForMissing();
+    AnalysisModel::Origin origin() const;
     AnalysisModel::Computation computation() const;
     bool isCurrent() const;
     bool isSameVariable() const;

@@ -12,10 +12,11 @@
 
 using namespace Qt::StringLiterals;
 
-void CreateSQL::readRound() {
+bool CreateSQL::readRound() {
     CountFacts& facts = round_.facts;
     if (isComparison()) {
-        readComparisonRound();
+        if (!readComparisonRound())
+            return false;
     } else {
         round_.study = r_.dbcStudy.value;
         round_.weightVariable = r_.weightVariable();
@@ -37,10 +38,11 @@ void CreateSQL::readRound() {
     facts.userFilter = r_.optFilter == FilterKind::FilterUser && !r_.txtFilter.isEmpty();
     facts.IncludeMissingDesc = gOptions.IncludeMissingDesc;
     facts.IncludeNinXTabPercent = gOptions.IncludeNinXTabPercent;
+    return true;
 }
 
 /// Takes an entry as the round; its filter becomes the window's.
-void CreateSQL::readComparisonRound() {
+bool CreateSQL::readComparisonRound() {
     const ComparisonEntry& e = entry();
     round_.study = e.at(ComparisonEntry::Study);
     round_.weightVariable = e.at(ComparisonEntry::Weight);
@@ -53,25 +55,24 @@ void CreateSQL::readComparisonRound() {
     const QString& filter = e.at(ComparisonEntry::Filter);
     if (filter.isEmpty()) {
         r_.optFilter = FilterKind::noFilter;
-        return;
+        return true;
     }
     r_.dbcParts = {e.at(ComparisonEntry::FilterInfo), e.at(ComparisonEntry::PartText)};
     const bool part = !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
     r_.optFilter = part ? FilterKind::FilterParts : FilterKind::FilterUser;
     r_.txtFilter = filter;
-    // The entry's study need not be the one whose parts the window lists.
-    r_.dtCriteria = part ? partCriteria(r_.dbcParts.value) : QString();
+    r_.dtCriteria.clear();
+    return !part || loadPartCriteria();
 }
 
-QString CreateSQL::partCriteria(const QString& id) {
-    QString criteria;
-    step([&] {
+/// Reads the criteria from the catalogue: the entry's study need not be the one whose parts the window lists.
+bool CreateSQL::loadPartCriteria() {
+    return step([this] {
         const dao::RecordsetPtr parts = db_->OpenRecordset(u"tkey_Parts"_s);
-        parts->FindFirst(u"id_Part = "_s + id);
+        parts->FindFirst(u"id_Part = "_s + r_.dbcParts.value);
         if (!parts->NoMatch())
-            criteria = parts->text(u"dt_SelectionCriteria"_s);
+            r_.dtCriteria = parts->text(u"dt_SelectionCriteria"_s);
     });
-    return criteria;
 }
 
 /// The study's cases: its own selection, or the first case table.

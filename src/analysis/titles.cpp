@@ -54,7 +54,7 @@ std::optional<QString> crosstabN(const ResultTable& table, bool withMissing) {
 
 /// The number of all cases, where "Count" was chosen.
 std::optional<QString> descriptivesN(const ResultTable& table) {
-    if (table.Cols() < 3)
+    if (table.Cols() < 3 || table.Rows() < 3)
         return std::nullopt;
     for (int row = 1; row < table.Rows(); ++row)
         if (table.Cell(1, row) == "Count"_L1)
@@ -136,7 +136,8 @@ QString comparisonHeader(const ComparisonEntry& entry, const Options& options) {
     const QString weight = entry.at(ComparisonEntry::Weight);
     if (options.HeaderAddWeight && !weight.isEmpty())
         add(u"("_s + TranslateText(u"G."_s) + u" "_s + weight + u")"_s, u" "_s);
-    const bool part = entry.at(ComparisonEntry::FilterInfo) != "user"_L1;
+    const QString& kind = entry.at(ComparisonEntry::FilterInfo);
+    const bool part = !kind.isEmpty() && kind != "user"_L1;
     if (options.HeaderAddFilter && !entry.at(ComparisonEntry::Filter).isEmpty())
         add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) +
                 u")"_s,

@@ -16,17 +16,15 @@ bool isEmpty(const dao::RecordsetPtr& recordset) {
     return !recordset || (recordset->Bof() && recordset->Eof());
 }
 
-/// Appends a failed statement to the statement log. A log that cannot be written is passed over: the failure
-/// itself is being reported already.
-void logStatement(const QString& statement) {
+} // namespace
+
+void CDaoPersistance::logStatement(const QString& statement) {
     QFile log(Paths::join(Paths::applicationFolder(), u"Sql.log"_s));
     if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
         return;
     const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
     log.write((today + u"\r\n"_s + statement + u"\r\n"_s).toUtf8());
 }
-
-} // namespace
 
 dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement,
                                                 int type,

@@ -16,6 +16,10 @@ public:
     dao::RecordsetPtr GetRecordset(const dao::DatabasePtr& database, const QString& statement, int type,
                                    const std::function<bool(const dao::Error&)>& callersOwn = {});
 
+    /// Appends a failed statement to the statement log, for failures that were the caller's own. A log that
+    /// cannot be written is passed over: the failure itself is being reported already.
+    static void logStatement(const QString& statement);
+
 private:
     QString sql_;
 };

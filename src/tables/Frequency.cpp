@@ -62,7 +62,7 @@ private:
     void sort();
     void writeSums(int validRow);
     BuildOutcome percentages();
-    bool validPercent(int row, double count, double valid, qint64 cumulated, double& sum);
+    bool validPercent(int row, double count, double valid, double cumulated, double& sum);
     void finish();
 };
 
@@ -195,6 +195,9 @@ bool FrequencyBuilder::fillRow(int row) {
     if (bUserMissing_) {
         const Kept kept = kept_[text].takeFirst();
         write(Missing, row, kept.mark);
+        // Without a base they get no new text, and the old one would be another run's.
+        table_.setCell(Prozent, row, QString());
+        table_.setCell(GueltProzent, row, QString());
         if (in_.CumulatedPercent)
             table_.setCell(KumulProzent, row, kept.cumulated);
     } else {
@@ -243,8 +246,7 @@ BuildOutcome FrequencyBuilder::percentages() {
     for (int row = 1; row <= dataRows_; ++row)
         if (!marked(row))
             valid += number(Anzahl, row);
-    double percentSum = 0, validSum = 0;
-    qint64 cumulated = 0;
+    double percentSum = 0, validSum = 0, cumulated = 0;
     for (int row = 1; row <= dataRows_; ++row) {
         const double count = number(Anzahl, row);
         if (all != 0) {
@@ -255,7 +257,7 @@ BuildOutcome FrequencyBuilder::percentages() {
         if (marked(row)) {
             write(GueltProzent, row, u" "_s);
         } else {
-            cumulated += static_cast<qint64>(count);
+            cumulated += count;
             if (!validPercent(row, count, valid, cumulated, validSum))
                 return BuildOutcome::Aborted;
         }
@@ -269,7 +271,7 @@ BuildOutcome FrequencyBuilder::percentages() {
 
 /// Counts that cancel out (negative weights) leave no base: a division by zero, as an error to be seen.
 /// @return false for Abort
-bool FrequencyBuilder::validPercent(int row, double count, double valid, qint64 cumulated, double& sum) {
+bool FrequencyBuilder::validPercent(int row, double count, double valid, double cumulated, double& sum) {
     if (count + valid == 0)
         return true;
     const Trap outcome = trapped([&] {
@@ -278,7 +280,7 @@ bool FrequencyBuilder::validPercent(int row, double count, double valid, qint64 
         const double percent = count / valid * 100.0;
         write(GueltProzent, row, NumberFormat::fixed(percent, 1));
         if (in_.CumulatedPercent)
-            write(KumulProzent, row, NumberFormat::fixed(static_cast<double>(cumulated) / valid * 100.0, 1));
+            write(KumulProzent, row, NumberFormat::fixed(cumulated / valid * 100.0, 1));
         sum += percent;
     });
     return outcome != Trap::Aborted;

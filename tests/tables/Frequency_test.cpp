@@ -184,6 +184,10 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
               (QStringList{u"-3|||1|10.0|20.0|20.0"_s, u"|SYSMIS|X|2|20.0| |"_s, u"1|ja|X|3|30.0| |100.0"_s,
                            u"9|keine Angabe| |4|40.0|80.0|100.0"_s, u"|Summe||10|100.0|100.0|"_s, u"||||||"_s,
                            u"|Gültige Fälle||5|||"_s}));
+    // Where there is no base any more, no percentage of the run before may stay.
+    userMissing_ = true;
+    build({{null, 0.0}, {-3, 0.0}, {1, 0.0}, {9, 0.0}});
+    EXPECT_EQ(rows()[1], u"-3|||0|||20.0"_s);
     // Marks of other values are no marks for these.
     userMissing_ = true;
     build({{1, 3}, {9, 4}});

@@ -81,8 +81,10 @@ TEST(MissingDefinitions, ThatDontReadRaiseTheLanguagesErrors) {
     const TestHome home;
     gErrorTrapping = false;
     const std::vector<std::pair<QString, int>> broken{
-        {u"x"_s, 13},  {u"90 THRU 99"_s, 13}, {u"1;2;3;4"_s, 13}, {u"highest thru highest"_s, 13},
-        {u"8;"_s, 13}, {u"1 , 2"_s, 5} /* blanks make it three values, but there is one separator */};
+        {u"x"_s, 13},       {u"90 THRU 99"_s, 13},
+        {u"1;2;3;4"_s, 13}, {u"highest thru highest"_s, 13},
+        {u"8;"_s, 13},      {u"0;90 thru 99"_s, 13} /* the range comes first */,
+        {u"1 , 2"_s, 5} /* blanks make it three values, but there is one separator */};
     for (const auto& [definition, number] : broken) {
         try {
             IsMissing(1, definition);
