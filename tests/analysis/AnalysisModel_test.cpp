@@ -261,7 +261,11 @@ TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     EXPECT_TRUE(model_.chooseVariable(u"V7"_s));
     RunOutcome nested = RunOutcome::Computed;
     asker_.onEventTurn = [&] { nested = model_.changeTab(1); };
+    model_.mfgGrid.Tag = u"Trend"_s; // as if the table were another mode's
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
+    EXPECT_EQ(model_.mfgGrid.Tag, u"Trend"_s) << "tag and title are those of the cells";
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
+    EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(nested, RunOutcome::NotRun) << "no run starts inside a run";
     EXPECT_TRUE(asker_.boxes.empty());
     EXPECT_EQ(model_.dtData3.Tag, u""_s);
@@ -269,6 +273,9 @@ TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     asker_.onEventTurn = nullptr;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"1:3 2:3 :6 :6"_s);
+    EXPECT_EQ(model_.mfgGrid.Tag, u"Frequency"_s);
+    model_.open();
+    EXPECT_EQ(model_.mfgGrid.Cell(0, 1) + model_.lblLabel + model_.dtData3.Tag, u""_s);
 }
 
 TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
@@ -291,6 +298,16 @@ TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(linkOf(u"QX1919_1"_s), u";DATABASE="_s + beside);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
+    // Another folder and another language are another table, for all that the statement is the same.
+    for (const QString& path : {QString(), catalogue_.dataFolder()}) {
+        gOptions.DataPath = path;
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        EXPECT_EQ(linkOf(u"QX1919_1"_s),
+                  u";DATABASE="_s + (path.isEmpty() ? beside : catalogue_.caseFile(u"QX1919"_s)));
+    }
+    gLanguage = 1;
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 }
 
 TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
@@ -364,4 +381,62 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     EXPECT_EQ(model_.lblLabel, u"Vergleichsauswertung: Trend"_s);
     EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+
+    // An entry that fails takes the columns before it along: half a comparison is none.
+    QList<ComparisonEntry>& entries = model_.request.lst_TrendVars;
+    entries[1].column[ComparisonEntry::Weight] = u"V99"_s;
+    columns.clear();
+    model_.changeTab(1);
+    expectEnded(u"V99nicht gefunden"_s);
+    EXPECT_EQ(columns.size(), 1);
+    EXPECT_EQ(model_.mfgGrid.Cell(3, 0) + model_.lblLabel + model_.dtData3.Tag, u""_s);
+    entries[0].column[ComparisonEntry::FilterInfo] = u"1 1"_s;
+    model_.changeTab(1);
+    EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
+    EXPECT_TRUE(model_.facts().q.isEmpty()) << "no run over all cases where the part can't be read";
+}
+
+TEST_F(Analysis, CountsAPartOfTheDataSet) {
+    catalogue_.execute(
+        u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE "
+        u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
+    open();
+    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    // V7 = 1 in cases 1, 3 and 5: V5 is 1, 2, 9 there, V9 is 31, 53, 75.
+    EXPECT_EQ(cells(), u"1:1 2:1 9X:1 :3 :2"_s);
+    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=2) (Fälle aus Teil A)"_s);
+    ASSERT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V9"_s));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(cells(), u"1:31 2:53 9X:75 :159 :84"_s);
+}
+
+TEST_F(Analysis, ShowsNoTableTwiceThatWasCutShort) {
+    catalogue_.addStudy(u"QX5"_s, u"Viele Werte"_s);
+    catalogue_.addVariable(u"QX5"_s, u"V1"_s, u"QX5_1"_s);
+    std::vector<std::vector<dao::Value>> cases;
+    for (int i = 1; i <= 25001; ++i)
+        cases.push_back({i});
+    catalogue_.addCases(u"QX5"_s, u"QX5_1"_s, {dao::TableDef::CreateField(u"V1"_s, dao::dbDouble)}, cases);
+    open(u"QX5"_s, u"V1"_s);
+    for (const int tab : {1, 2}) {
+        EXPECT_EQ(model_.changeTab(tab), RunOutcome::Truncated) << tab;
+        EXPECT_EQ(model_.dtData3.Tag, u""_s);
+        EXPECT_FALSE(model_.lblLabel.contains(u"(N="_s));
+    }
+    EXPECT_EQ(asker_.texts(), QStringList(2, u"25000 Zeilen erreicht, Abbruch"_s));
+}
+
+TEST_F(Analysis, LogsTheStatementThatTheTrapGaveUp) {
+    open();
+    model_.onStatement = [](const QString& name, const QString&) {
+        if (name == "counts"_L1)
+            gDatabase.CurrentDatabase()->TableDefs().Delete(u"QX1919_1"_s);
+    };
+    model_.changeTab(1);
+    EXPECT_EQ(now_, 15000) << "the name was tried again first";
+    QFile log(home_.path(u"home/Sql.log"_s));
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count(model_.facts().counts.first().toUtf8()), 1);
 }

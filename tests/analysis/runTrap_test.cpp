@@ -12,6 +12,11 @@ namespace {
 
 const QString disc = u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
 
+const QString noDrive = u"Auf das Laufwerk mit den Auswertungsdateien konnte nicht zugegriffen werden."_s;
+const QString writeProtected =
+    u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad, z.B. einer CD-ROM. "
+    u"Ermöglichen Sie Schreibzugriff oder wählen Sie die Option 'Daten-Dateien auf CD-ROM' aus."_s;
+
 /// A statement that fails a number of times, under a clock that moves half a second a pause.
 struct Failing {
     int number;
@@ -54,9 +59,9 @@ TEST(RunTrap, AsksForTheDiscAndRunsTheFailedStatementAgain) {
         ScriptedAsker asker;
         Failing once{number, 1};
         EXPECT_EQ(once.run(), StepEnd::Ended);
-        EXPECT_TRUE(asker.lastText().startsWith(
-            number == 52 ? u"Auf das Laufwerk mit den Auswertungsdateien konnte nicht"_s
-                         : u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad"_s));
+        EXPECT_EQ(asker.lastText(), number == 52 ? noDrive : writeProtected);
+        EXPECT_EQ(asker.boxes[0].title,
+                  number == 52 ? u"Datei nicht gefunden"_s : u"Datei konnte nicht gesperrt werden"_s);
     }
 }
 

@@ -1,8 +1,12 @@
 #include "analysis/titles.h"
 
+#include "app/globals.h"
 #include "config/Options.h"
+#include "language/SystemDatabase.h"
+#include "language/mdLanguage.h"
 #include "support/TestHome.h"
 
+#include <QDir>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -45,6 +49,7 @@ TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
         tableOf({u"|V6||1|Summe"_s, u"V5||||"_s, u"||Missing||"_s, u"1|||3|3"_s, u"Summe|||3|8"_s});
     const ResultTable counted = tableOf({u"|Statistik|Wert"_s, u"|Count|1200"_s, u"|Minimum|1"_s});
     const ResultTable uncounted = tableOf({u"|Statistik|Wert"_s, u"|Minimum|1"_s, u"|Maximum|5"_s});
+    const ResultTable countAlone = tableOf({u"|Statistik|Wert"_s, u"|Count|1200"_s});
 
     const QString base = u"QX1919, V5: Zufriedenheit"_s;
     const QString both = base + u" nach V6: Vertrauen"_s;
@@ -67,6 +72,7 @@ TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
         {AnalysisMode::Crosstab, withoutValid, true, both + u" (N=8)"_s},
         {AnalysisMode::Descriptives, counted, false, base + u" (N=1200)"_s},
         {AnalysisMode::Descriptives, uncounted, true, base},
+        {AnalysisMode::Descriptives, countAlone, false, base},
     };
     for (const Case& c : cases) {
         Options options;
@@ -125,4 +131,36 @@ TEST(Titles, OfAComparisonsColumnsFollowTheHeaderOptions) {
     entry.column[ComparisonEntry::PartText] = u"Teil A"_s;
     options.HeaderStudy = options.HeaderVar = options.HeaderAddWeight = false;
     EXPECT_EQ(comparisonHeader(entry, options), u"(F. Teil A)"_s);
+    entry.column[ComparisonEntry::FilterInfo].clear();
+    EXPECT_EQ(comparisonHeader(entry, options), u"(F. V7=1)"_s) << "no part: the filter is the user's";
+}
+
+TEST(Titles, ReadAndSpeakEnglishWithTheKeptTexts) {
+    const TestHome home;
+    SystemRows rows;
+    const QDir texts(QStringLiteral(VARIDEX_SOURCE_ROOT) + u"/resources/texts"_s);
+    for (const QString& name : {u"analysis.tsv"_s, u"tables.tsv"_s})
+        ASSERT_EQ(readTextRows(texts.filePath(name), rows), QStringList());
+    ASSERT_EQ(makeSystemDatabase(home.path(u"home/Vx.mdb"_s), rows), QStringList());
+    mdLanguage::LoadTextTable();
+    gLanguage = 1;
+    const ResultTable table = tableOf({u"Value|Label|Missing|Count"_s, u"|Sum||5"_s, u"|Valid Cases||4"_s});
+    AnalysisRequest request = requestOf(AnalysisMode::Frequency);
+    request.Option3 = WeightKind::WeightRE;
+    request.dt_WeightRE = u"V3"_s;
+    request.optFilter = FilterKind::FilterUser;
+    request.txtFilter = u"V7=1"_s;
+    Options options;
+    options.IncludeMissing = false;
+    EXPECT_EQ(resultTitle(request, table, options),
+              u"QX1919, V5: Zufriedenheit (N=4) (weighted by V3) (selected cases: V7=1)"_s);
+    options.IncludeMissing = true;
+    request.optFilter = FilterKind::FilterParts;
+    request.dbcParts.text = u"Part A"_s;
+    EXPECT_EQ(resultTitle(request, table, options),
+              u"QX1919, V5: Zufriedenheit (N=5) (weighted by V3) (Cases from Part A)"_s);
+    ComparisonEntry entry;
+    entry.column[ComparisonEntry::Weight] = u"V3"_s;
+    options.HeaderStudy = options.HeaderVar = options.HeaderYear = options.HeaderGroup = false;
+    EXPECT_EQ(comparisonHeader(entry, options).trimmed(), u"(W. V3)"_s);
 }
