@@ -210,6 +210,8 @@ struct SurveyReader::HeadPass : PassBase {
                 said(u"Die Datei hat zu viele Wertelabels"_s, u"The file has too many value labels"_s));
         const int index = setOf(set);
         const auto read = [&](const char* utf8) {
+            if (!utf8)
+                return QString(); // a damaged file's label may have no code
             const std::optional<QString> result = decoded(utf8, static_cast<qsizetype>(strlen(utf8)));
             if (!result)
                 unreadableSet = index;

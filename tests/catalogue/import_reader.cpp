@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -234,4 +235,29 @@ TEST(SurveyReader, RefusesWhatItCannotReadWithAReason) {
     EXPECT_FALSE(errorOf(home.path(u"file.xls"_s)).isEmpty());
     QFile::copy(path, home.path(u"file.dta"_s));
     EXPECT_FALSE(errorOf(home.path(u"file.dta"_s)).isEmpty());
+}
+
+TEST(SurveyReader, DamagedBytesAreReadOrRefusedButNeverACrash) {
+    TestHome home;
+    std::mt19937 random(1919);
+    for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s, u"dta"_s}) {
+        const QString path = home.path(u"damaged."_s + kind);
+        SurveyFileMaker maker;
+        maker.label(maker.number("V1", "First"), {{1.0, "yes"}, {2.0, "no"}});
+        maker.label(maker.text("NAME", 5, "Second"), {{"ab", "short"}});
+        maker.write(path, {{1.0, "ab"}, {2.0, "cde"}});
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        const QByteArray whole = file.readAll();
+        for (int round = 0; round < 500; ++round) {
+            QByteArray damaged = whole;
+            for (size_t i = 0; i <= random() % 4; ++i)
+                damaged[static_cast<qsizetype>(random() % static_cast<size_t>(whole.size()))] =
+                    random() % 2 ? char(255) : static_cast<char>(random());
+            file.seek(0);
+            file.write(damaged);
+            file.flush();
+            errorOf(path);
+        }
+    }
 }
