@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/ui/TerminalAsker.h"
+#include "vdx/TablePrinter.h"
+
+#include <QString>
+#include <QStringList>
+#include <QTextStream>
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+/// What every command takes.
+struct CommonOptions {
+    TablePrinter::Format format = TablePrinter::Format::Text;
+    QString decimal;   ///< "comma", "point"; empty: the locale's
+    QString language;  ///< "de", "en"; empty: the locale's
+    QString contents;  ///< "original", "english"; empty: what the catalogue says
+    QStringList set;   ///< KEY=VALUE of any option, for this run
+};
+
+/// Wrong usage: the command line itself cannot be understood. Exit status 2.
+class UsageError : public std::exception {
+public:
+    explicit UsageError(const QString& text) : utf8_(text.toUtf8()) {}
+    const char* what() const noexcept override { return utf8_.constData(); }
+
+private:
+    QByteArray utf8_;
+};
+
+/// The world of one run: options at their defaults (the user's stored ones are not read, so that a run can be repeated
+/// anywhere), language, texts, number format, an asker that writes boxes to standard error, and at most one open catalogue,
+/// whose links and stored queries stay in memory. All of it is put back at the end.
+class Session {
+public:
+    /// @throws UsageError for an unknown option key or a value that it does not take
+    Session(const CommonOptions& options, std::FILE* out, std::FILE* err);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    /// Opens a catalogue as the windowed program does and applies --contents. False after words on standard error.
+    bool open(const QString& catalogue);
+
+    TablePrinter& printer() { return printer_; }
+    /// A line on standard error.
+    void say(const QString& line);
+    /// The same in the language of the run, with %1 and %2 replaced by one or two values.
+    void say(const QString& german, const QString& english, const QStringList& values = {});
+    /// True once an error box was shown; a warning is none.
+    bool failed() const { return asker_->failed(); }
+    /// From now on an exclamation counts as an error: for what has no warnings, only failures.
+    void takeWarningsAsFailures();
+    /// True when standard error is a terminal, where a progress line makes sense.
+    bool errIsTerminal() const;
+    /// Rewrites the progress line; an empty text removes it.
+    void progressLine(const QString& text);
+    /// Shows the share done (0 to 1) in the progress line, for what takes long; never ends it.
+    std::function<bool(double)> progress();
+
+private:
+    CommonOptions common_;
+    std::FILE* err_;
+    TablePrinter printer_;
+    QString boxText_, noInput_;
+    QTextStream askerIn_, askerOut_;
+    std::unique_ptr<ui::TerminalAsker> asker_;
+    ui::Asker* askerBefore_;
+    bool progressShown_ = false;
+
+    void flushBoxes();
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdio>
+#include <vector>
+
+class ResultTable;
+
+/// Writes tables to standard output as text for a terminal, csv (RFC 4180, UTF-8) or json (one object a line).
+class TablePrinter {
+public:
+    enum class Format { Text, Csv, Json };
+
+    TablePrinter(Format format, std::FILE* out) : format_(format), out_(out) {}
+
+    Format format() const { return format_; }
+    /// A result table with its title.
+    void print(const QString& title, const ResultTable& table);
+    /// Plain sentences: as they are in text, one cell a row in csv, an object with "fact" a line in json.
+    void printLines(const QStringList& lines);
+    /// A plain list: a header and rows of as many cells. @param rightAligned columns that hold numbers, in text
+    void print(const QStringList& header, const std::vector<QStringList>& rows, const QList<int>& rightAligned = {});
+    /// True when everything reached the output; a full disk or a closed pipe shows here at the latest.
+    bool finish();
+
+private:
+    Format format_;
+    std::FILE* out_;
+    bool first_ = true;
+    bool failed_ = false;
+
+    void write(const QString& text);
+    void writeCsv(const std::vector<QStringList>& rows);
+    void writeAligned(const std::vector<QStringList>& rows, int headerRows, const QList<int>& rightAligned);
+};
+
+/// One cell in csv: quoted when it holds a comma, a quote or a line break.
+QString csvCell(const QString& text);
+/// Columns that a text takes on a terminal: combining marks none, wide characters two.
+int terminalWidth(const QString& text);

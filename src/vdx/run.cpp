@@ -1,0 +1,124 @@
+#include "vdx/Command.h"
+
+#include "diagnostics/errors.h"
+#include "platform/system/ApplicationInfo.h"
+
+#include <sstream>
+
+using namespace Qt::StringLiterals;
+
+std::vector<std::unique_ptr<Command>> allCommands() {
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(makeImportCommand());
+
+    commands.push_back(makeBuildCommand());
+    commands.push_back(makeStudiesCommand());
+    commands.push_back(makeVariablesCommand());
+    commands.push_back(makeTreeCommand());
+    commands.push_back(makeListCommand());
+    commands.push_back(makeFrequencyCommand());
+    return commands;
+}
+
+namespace {
+
+/// The common options as they are typed.
+struct TypedOptions {
+    std::string format = "text", decimal, language, contents;
+    std::vector<std::string> set;
+
+    void declare(CLI::App& command) {
+        command.add_option("--format", format, "text, csv or json (default: text)")
+            ->check(CLI::IsMember({"text", "csv", "json"}))
+            ->type_name("FORMAT");
+        command.add_option("--decimal", decimal, "comma or point (default: the locale's)")
+            ->check(CLI::IsMember({"comma", "point"}))
+            ->type_name("SIGN");
+        command.add_option("--language", language, "language of headings and messages: de or en (default: the locale's)")
+            ->check(CLI::IsMember({"de", "en"}))
+            ->type_name("LANG");
+        command.add_option("--contents", contents, "labels and titles: original or english (default: the catalogue's)")
+            ->check(CLI::IsMember({"original", "english"}))
+            ->type_name("WHICH");
+        command.add_option("--set", set, "an option of the program for this run; may be repeated")
+            ->type_name("KEY=VALUE")
+            ->expected(1)
+            ->take_all();
+    }
+
+    CommonOptions read() const {
+        CommonOptions options;
+        options.format = format == "csv"    ? TablePrinter::Format::Csv
+                         : format == "json" ? TablePrinter::Format::Json
+                                            : TablePrinter::Format::Text;
+        options.decimal = QString::fromStdString(decimal);
+        options.language = QString::fromStdString(language);
+        options.contents = QString::fromStdString(contents);
+        for (const std::string& setting : set)
+            options.set << QString::fromStdString(setting);
+        return options;
+    }
+};
+
+int usageError(const std::string& text, std::FILE* err) {
+    std::fputs(("vdx: " + text + "\nRun vdx --help for what to type.\n").c_str(), err);
+    return 2;
+}
+
+int carryOut(Command& command, const CommonOptions& options, std::FILE* out, std::FILE* err) {
+    try {
+        Session session(options, out, err);
+        int status = 1;
+        try {
+            status = command.run(session);
+        } catch (const dao::Error& error) {
+            reportError(error);
+        }
+        if (!session.printer().finish()) {
+            session.say(u"Die Ausgabe konnte nicht geschrieben werden."_s, u"The output could not be written."_s);
+            return 1;
+        }
+        return status;
+    } catch (const UsageError& error) {
+        return usageError(error.what(), err);
+    } catch (const dao::Error& error) {
+        std::fputs((error.description() + u'\n').toUtf8().constData(), err);
+        return 1;
+    }
+}
+
+}
+
+int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE* err) {
+    CLI::App program{"Survey catalogues from the command line: import survey files, look at what a catalogue holds, print tables.",
+                     "vdx"};
+    program.require_subcommand(1);
+    program.set_version_flag("--version", "vdx " + std::to_string(ApplicationInfo::majorVersion) + "." +
+                                              std::to_string(ApplicationInfo::minorVersion) + "." +
+                                              std::to_string(ApplicationInfo::revision));
+    program.footer("Each command tells more with --help, such as: vdx frequency --help\n"
+                   "Exit status: 0; 1 when the catalogue or the data say no; 2 for wrong usage.");
+
+    TypedOptions typed;
+    std::vector<std::unique_ptr<Command>> commands = allCommands();
+    std::vector<CLI::App*> declared;
+    for (const std::unique_ptr<Command>& command : commands) {
+        declared.push_back(command->declare(program));
+        typed.declare(*declared.back());
+    }
+
+    try {
+        // CLI11 takes the arguments from the back.
+        program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::ParseError& problem) {
+        std::ostringstream asked, wrong;
+        const int status = program.exit(problem, asked, wrong);
+        std::fputs(asked.str().c_str(), out);
+        std::fputs(wrong.str().c_str(), err);
+        return status == 0 ? 0 : 2;
+    }
+    for (size_t i = 0; i < commands.size(); ++i)
+        if (declared[i]->parsed())
+            return carryOut(*commands[i], typed.read(), out, err);
+    return 2;
+}
