@@ -1,0 +1,20 @@
+#pragma once
+
+#include "support/TestHome.h"
+
+#include <QStringList>
+
+/// A fresh world with the texts that the build made.
+class VdxHome : public TestHome {
+public:
+    VdxHome();
+};
+
+/// What one run of vdx printed.
+struct VdxResult {
+    int status = 0;
+    QString out, err;
+};
+
+/// Runs vdx in this process.
+VdxResult runVdx(const QStringList& arguments);

@@ -1,0 +1,136 @@
+#include "VdxRunner.h"
+
+#include "support/PrintQt.h"
+#include "support/TestCatalogue.h"
+#include <QDir>
+#include <QFile>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The standing example in files, closed again.
+class Commands : public ::testing::Test {
+protected:
+    Commands() {
+        TestCatalogue made(home_.path());
+        made.fill();
+        catalogue_ = made.path();
+        data_ = made.dataFolder();
+    }
+
+    VdxResult run(QStringList arguments) const {
+        arguments.replaceInStrings(u"@"_s, catalogue_);
+        arguments << u"--language"_s << u"de"_s << u"--decimal"_s << u"comma"_s;
+        if (arguments[0] == u"frequency")
+            arguments << u"--data"_s << data_;
+        return runVdx(arguments);
+    }
+
+    VdxHome home_;
+    QString catalogue_, data_;
+};
+
+}
+
+TEST_F(Commands, aFrequencyTableIsTheOneWorkedByHand) {
+    // V5: 1 1 2 2 9 and one system-missing; 9 is missing by definition. The weights of V3 add up to the same counts.
+    const QString table = u"Wert,Ausprägung,Missing,Anzahl,Prozent,Gült.Prozent,Kumul.Prozent\r\n"
+                          u",SYSMIS,X,1,\"16,7\", ,\r\n"
+                          u"1,zufrieden,,2,\"33,3\",\"50,0\",\"50,0\"\r\n"
+                          u"2,unzufrieden,,2,\"33,3\",\"50,0\",\"100,0\"\r\n"
+                          u"9,keine Angabe,X,1,\"16,7\", ,\r\n"
+                          u",Summe,,6,\"100,0\",\"100,0\",\r\n"
+                          u",,,,,,\r\n"
+                          u",Gültige Fälle,,4,,,\r\n"_s;
+    const QStringList request{u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"--format"_s, u"csv"_s};
+    EXPECT_EQ(run(request).out, table);
+    EXPECT_EQ(run(request + QStringList{u"--weight"_s, u"re"_s}).out, table);
+    EXPECT_EQ(run(request + QStringList{u"--weight"_s, u"V3"_s}).out, table);
+
+    const VdxResult filtered =
+        run({u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--filter"_s, u"V9<60"_s, u"--missing"_s, u"none"_s,
+             u"--format"_s, u"json"_s, u"--sql"_s});
+    EXPECT_EQ(filtered.status, 0);
+    EXPECT_EQ(filtered.out.count(u'\n'), 2);
+    EXPECT_TRUE(filtered.out.contains(u"QX1919, V5: Zufriedenheit (N=3) (ausgewählte Fälle: V9<60)"_s)) << filtered.out.toStdString();
+    EXPECT_TRUE(filtered.err.contains(u"q: SELECT QX1919_1.dt_CaseID AS ID FROM QX1919_1;"_s));
+    EXPECT_TRUE(filtered.err.contains(u"counts: SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 "
+                                      u"ON q.ID = QX1919_1.dt_CaseID) INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE "
+                                      u"QX1919_2.V9<60 GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
+}
+
+TEST_F(Commands, listsShowWhatTheWindowsWillShow) {
+    EXPECT_TRUE(run({u"studies"_s, u"@"_s, u"--format"_s, u"csv"_s}).out.startsWith(u"study,title,title_en,year,group,weight_re,"_s));
+    const QString variables = run({u"variables"_s, u"@"_s, u"QX1919"_s, u"--format"_s, u"csv"_s}).out;
+    EXPECT_TRUE(variables.startsWith(u"position,name,label,label_en,table,field,missing,group\r\n"_s));
+    EXPECT_TRUE(variables.contains(u"V5,Zufriedenheit,Satisfaction,QX1919_1,V5,9,Welle 1\r\n"_s)) << variables.toStdString();
+    EXPECT_EQ(run({u"tree"_s, u"@"_s, u"--view"_s, u"2"_s, u"--format"_s, u"csv"_s}).out,
+              u"key,parent,level,text\r\nB0,,0,Kategorien\r\nB2,B0,1,Demographie\r\nB1,B0,1,Einstellungen\r\n"
+              u"B3,B1,2,Vertrauen\r\n"_s);
+    const QString list = run({u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B1"_s, u"--format"_s, u"csv"_s}).out;
+    EXPECT_EQ(list, u"VN,SN,WE,SY,VL,EL\r\nV5,QX1919,Welle 1,1919,Zufriedenheit,Satisfaction\r\n"
+                    u"V5,QX2020,,2020,Zufriedenheit,Satisfaction\r\n"_s);
+}
+
+TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
+    QFile noDatabase(home_.path(u"text.mdb"_s));
+    ASSERT_TRUE(noDatabase.open(QIODevice::WriteOnly));
+    noDatabase.write(QByteArray(4096, 'x'));
+    noDatabase.close();
+    struct Case {
+        QStringList arguments;
+        int status;
+        QString words;
+    };
+    const QStringList v5{u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s};
+    const Case cases[] = {
+        {{u"studies"_s, home_.path(u"none.mdb"_s)}, 1, u"kann nicht gefunden werden."_s},
+        {{u"studies"_s, noDatabase.fileName()}, 1, u"text.mdb"_s},
+        {{u"variables"_s, u"@"_s, u"QX1"_s}, 1, u"Studie QX1 nicht gefunden."_s},
+        {{u"tree"_s, u"@"_s, u"--view"_s, u"7"_s}, 1, u"Der Katalog hat keine Ansicht 7."_s},
+        {{u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B77"_s}, 1, u"Ansicht 2 hat keinen Eintrag B77."_s},
+        {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},
+        {{u"frequency"_s, u"@"_s, u"QX2020"_s, u"V5"_s, u"--weight"_s, u"re"_s}, 1, u"Studie QX2020 hat kein Repräsentativgewicht."_s},
+        {v5 + QStringList{u"--filter"_s, u"V99=1"_s}, 1, u"V99 nicht gefunden"_s},
+        {v5 + QStringList{u"--filter"_s, u"V7 = 1;"_s}, 1, u"Unerlaubtes Zeichen: ;"_s},
+        {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Syntax error"_s},
+        {v5 + QStringList{u"--missing"_s, u"neun"_s}, 1, u"13"_s},
+        {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u""_s},  // a text variable is no weight
+        {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
+        {v5 + QStringList{u"--format"_s, u"xml"_s}, 2, u"xml"_s},
+        {{u"frequency"_s, u"@"_s}, 2, u""_s},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.arguments.join(u' ').toStdString());
+        const VdxResult result = run(c.arguments);
+        EXPECT_EQ(result.status, c.status);
+        EXPECT_TRUE(result.out.isEmpty()) << result.out.toStdString();
+        EXPECT_FALSE(result.err.isEmpty());
+        EXPECT_TRUE(result.err.contains(c.words)) << result.err.toStdString();
+    }
+}
+
+TEST_F(Commands, aReadOnlyCatalogueIsAnalysedAndNoRunChangesAFile) {
+    QFile file(catalogue_);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray before = file.readAll();
+    file.close();
+    ASSERT_TRUE(file.setPermissions(QFileDevice::ReadOwner));
+    EXPECT_EQ(run({u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"--weight"_s, u"re"_s}).status, 0);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), before);
+}
+
+TEST_F(Commands, helpTellsWhatToTypeOnEveryLevel) {
+    const VdxResult program = runVdx({u"--help"_s});
+    EXPECT_EQ(program.status, 0);
+    for (const QString& command : {u"import"_s, u"build"_s, u"studies"_s, u"variables"_s, u"tree"_s, u"list"_s, u"frequency"_s}) {
+        EXPECT_TRUE(program.out.contains(command));
+        const VdxResult help = runVdx({command, u"--help"_s});
+        EXPECT_EQ(help.status, 0);
+        EXPECT_TRUE(help.out.contains(u"CATALOGUE"_s));
+        EXPECT_LE(help.out.count(u'\n'), 40) << "more than a screen";
+    }
+}

@@ -1,0 +1,163 @@
+#include "VdxRunner.h"
+
+#include <QDir>
+#include <QFile>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cmath>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+// Frequency tables of real survey files, compared with what PSPP counts in them. The other program knows no rounding of counts, so its
+// exact counts are rounded here by the rule of the table: percentages rest on counts rounded per cell.
+
+namespace {
+
+const QString sharedData = QStringLiteral(VARIDEX_SOURCE_ROOT "/../shared/data");
+
+struct Expected {
+    QString kind, value, label;
+    double count;
+};
+
+struct ExpectedTable {
+    QHash<QString, QString> facts;  // of the comment lines
+    std::vector<Expected> rows;
+};
+
+QStringList csvFields(const QString& line) {
+    QStringList fields(QString{});
+    bool quoted = false;
+    for (QChar c : line) {
+        if (c == u'"')
+            quoted = !quoted;
+        else if (c == u',' && !quoted)
+            fields << QString();
+        else
+            fields.last() += c;
+    }
+    return fields;
+}
+
+ExpectedTable readExpected(const QString& path) {
+    ExpectedTable table;
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString& line : lines) {
+        if (line.startsWith(u"# ")) {
+            const qsizetype colon = line.indexOf(u':');
+            table.facts.insert(line.mid(2, colon - 2), line.mid(colon + 1).trimmed());
+        } else if (!line.startsWith(u"kind,")) {
+            const QStringList fields = csvFields(line);
+            table.rows.push_back({fields[0], fields[1], fields[2], fields[3].toDouble()});
+        }
+    }
+    return table;
+}
+
+bool sameValue(const QString& ours, const QString& theirs) {
+    bool a = false, b = false;
+    const double x = ours.toDouble(&a), y = theirs.toDouble(&b);
+    return a && b ? std::fabs(x - y) <= 1e-9 * std::max(1.0, std::fabs(y)) : ours == theirs;
+}
+
+QString rounded(double count) {
+    return QString::number(std::floor(count + 0.5), 'f', 0);
+}
+
+/// A share of whole numbers in percent with one decimal, half away from zero, in whole-number arithmetic.
+QString oneDecimal(const QString& count, double base) {
+    const auto n = count.toLongLong();
+    const auto all = static_cast<qint64>(base);
+    const qint64 tenths = (2000 * n + all) / (2 * all);
+    return QString::number(tenths / 10) + u'.' + QString::number(tenths % 10);
+}
+
+void compare(const ExpectedTable& expected, const QJsonObject& table) {
+    const QJsonArray cells = table[u"cells"_s].toArray();
+    const bool weighted = expected.facts[u"weight"_s] != u"OFF";
+    double roundedTotal = 0, roundedValid = 0;
+    // The base of the percentages: the displayed total, and the displayed counts of the valid rows.
+    for (const Expected& row : expected.rows) {
+        if (row.kind == u"total")
+            roundedTotal = rounded(row.count).toDouble();
+        if (row.kind == u"valid")
+            roundedValid += rounded(row.count).toDouble();
+    }
+    int matched = 0;
+    for (const Expected& row : expected.rows) {
+        if (row.kind == u"total" || (weighted && row.count == 0))
+            continue;
+        const bool sysmis = row.kind == u"sysmis";
+        bool found = false;
+        for (const auto& cellRow : cells) {
+            const QJsonArray cell = cellRow.toArray();
+            if (cell[1].toString() == u"Summe" || cell[1].toString() == u"Gültige Fälle")
+                break;
+            if (sysmis ? cell[1].toString() != u"SYSMIS" : !sameValue(cell[0].toString(), row.value))
+                continue;
+            found = true;
+            ++matched;
+            const std::string what = row.kind.toStdString() + " " + row.value.toStdString();
+            EXPECT_EQ(cell[2].toString() == u"X", row.kind != u"valid") << what;
+            EXPECT_EQ(cell[3].toString(), rounded(row.count)) << what;
+            EXPECT_EQ(cell[4].toString(), oneDecimal(rounded(row.count), roundedTotal)) << what;
+            if (row.kind == u"valid") {
+                EXPECT_EQ(cell[5].toString(), oneDecimal(rounded(row.count), roundedValid)) << what;
+            }
+            bool number = false;
+            row.value.toDouble(&number);
+            if (number) {  // labels of text values are not looked up
+                EXPECT_EQ(cell[1].toString(), row.label) << what;
+            }
+        }
+        EXPECT_TRUE(found) << row.kind.toStdString() << " " << row.value.toStdString();
+    }
+    // Nothing beyond what the other program lists: header, rows, sum, blank, valid.
+    EXPECT_EQ(cells.size(), matched + 4);
+}
+
+}
+
+TEST(IndependentResults, frequenciesOfRealFilesAgreeWithPspp) {
+    const QDir results(sharedData + u"/results"_s);
+    if (!results.exists())
+        GTEST_SKIP() << "the folder of survey files is not here";
+    const VdxHome home;
+    int tables = 0;
+    for (const QString& name : results.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString catalogue = home.path(u"survey.mdb"_s);
+        const QString study = u"S"_s + QString(name).remove(u'_');
+        const VdxResult import = runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s, u"--study"_s,
+                                         study, u"--language"_s, u"de"_s});
+        ASSERT_EQ(import.status, 0) << import.err.toStdString();
+        const QDir folder(results.filePath(name));
+        for (const QString& file : folder.entryList({u"freq_*.csv"_s})) {
+            if (file.startsWith(u"freq_edu_"))
+                continue;  // a text variable with a code declared missing, which a definition cannot express
+            SCOPED_TRACE((name + u'/' + file).toStdString());
+            const ExpectedTable expected = readExpected(folder.filePath(file));
+            QStringList arguments{u"frequency"_s, catalogue, study, expected.facts[u"variable"_s], u"--format"_s, u"json"_s,
+                                  u"--decimal"_s, u"point"_s, u"--language"_s, u"de"_s};
+            QStringList conditions;
+            if (!expected.facts[u"filter"_s].isEmpty())
+                conditions << expected.facts[u"filter"_s];
+            const QString weight = expected.facts[u"weight"_s];
+            if (weight != u"OFF") {
+                arguments << u"--weight"_s << weight;
+                conditions << weight + u">0"_s;  // the other program leaves these cases out
+            }
+            if (!conditions.isEmpty())
+                arguments << u"--filter"_s << u'(' + conditions.join(u") AND ("_s) + u')';
+            const VdxResult run = runVdx(arguments);
+            ASSERT_EQ(run.status, 0) << run.err.toStdString();
+            compare(expected, QJsonDocument::fromJson(run.out.toUtf8()).object());
+            ++tables;
+        }
+    }
+    EXPECT_EQ(tables, 78);
+}
