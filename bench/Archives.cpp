@@ -1,0 +1,172 @@
+#include "Archives.h"
+
+#include "catalogue/schema.h"
+#include "platform/dao/DBEngine.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <readstat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using dao::FieldDefinition;
+
+FieldDefinition number(const QString& name) {
+    return dao::TableDef::CreateField(name, dao::dbDouble);
+}
+
+void addOptions(dao::Database& catalogue) {
+    const auto options = catalogue.openAppender(u"tsys_Options"_s, {u"dt_OptionName"_s, u"dt_OptionValue"_s});
+    const std::pair<QString, QString> rows[] = {{u"NumberOfFrmExplorers"_s, u"1"_s},   {u"frmExplorer1Name"_s, u"Studien"_s},
+                                                {u"frmExplorer1Table"_s, u"Study"_s},  {u"frmExplorer1Type"_s, u"1"_s},
+                                                {u"frmExplorer1NameEnglish"_s, u"Studies"_s}};
+    for (const auto& [key, value] : rows) {
+        options->setText(0, key);
+        options->setText(1, value);
+        options->appendRow();
+    }
+}
+
+std::unique_ptr<dao::Appender> studyAppender(dao::Database& catalogue) {
+    return catalogue.openAppender(u"tkey_Study"_s, {u"id_StudyNo"_s, u"fid"_s, u"Order"_s, u"dt_IsGroup"_s,
+                                                    u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s, u"dt_Year"_s,
+                                                    u"dt_WeightRE"_s});
+}
+
+void addStudy(dao::Appender& studies, const QString& study, int order, const QString& weight) {
+    studies.setText(0, study);
+    studies.setText(1, u"0"_s);
+    studies.setNumber(2, order);
+    studies.setNumber(3, 0);
+    studies.setText(4, u"Erhebung "_s + study);
+    studies.setText(5, u"Survey "_s + study);
+    studies.setText(6, QString::number(1950 + order % 70));
+    if (!weight.isEmpty())
+        studies.setText(7, weight);
+    studies.appendRow();
+}
+
+std::unique_ptr<dao::Appender> variableAppender(dao::Database& catalogue) {
+    return catalogue.openAppender(u"tkey_Variable"_s,
+                                  {u"fi_StudyNo"_s, u"id_VarName"_s, u"dt_Position"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s,
+                                   u"dt_QuestionText"_s, u"dt_EnQuestionText"_s, u"dt_TableName"_s, u"dt_FieldName"_s,
+                                   u"dt_Missing"_s});
+}
+
+void addVariable(dao::Appender& variables, const QString& study, const QString& name, int position, const QString& table) {
+    variables.setText(0, study);
+    variables.setText(1, name);
+    variables.setNumber(2, position);
+    variables.setText(3, u"Zufriedenheit mit dem Bereich Nummer %1"_s.arg(position));
+    variables.setText(4, u"Satisfaction with area number %1"_s.arg(position));
+    variables.setText(5, u"Wie zufrieden sind Sie, alles in allem, mit dem Bereich Nummer %1 Ihres Lebens?"_s.arg(position));
+    variables.setText(6, u"All things considered, how satisfied are you with area number %1 of your life?"_s.arg(position));
+    variables.setText(7, table);
+    variables.setText(8, name);
+    variables.setText(9, u"8;9"_s);
+    variables.appendRow();
+}
+
+void fillCaseTable(dao::Companion& file, const schema::Table& table, dao::Database& catalogue, int cases,
+                   const std::vector<int>& valuesEach, std::mt19937& random) {
+    file.createTable(*schema::definition(catalogue, table));
+    const auto rows = file.openAppender(table.name, table.fieldNames());
+    for (int c = 1; c <= cases; ++c) {
+        rows->setNumber(0, c);
+        for (size_t f = 0; f < valuesEach.size(); ++f) {
+            const auto draw = static_cast<int>(random() >> 1);
+            if (valuesEach[f] == 0)  // a weight
+                rows->setNumber(static_cast<int>(f) + 1, 0.5 + draw % 1000 / 1000.0);
+            else if (draw % 50 != 0)
+                rows->setNumber(static_cast<int>(f) + 1, draw / 50 % valuesEach[f] + 1);
+        }
+        rows->appendRow();
+    }
+}
+
+}
+
+QString Archives::makeCases(const QString& folder, int cases) {
+    const QString path = folder + u"/cases.mdb"_s;
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    const dao::DatabasePtr catalogue = workspace.CreateDatabase(path);
+    const auto file = catalogue->openCompanion(folder + u"/B1.mdb"_s);
+    workspace.BeginTrans();
+    schema::createCatalogueTables(*catalogue);
+    addOptions(*catalogue);
+    addStudy(*studyAppender(*catalogue), u"B1"_s, 1, u"W"_s);
+    const auto variables = variableAppender(*catalogue);
+    const std::pair<QString, QString> names[] = {
+        {u"W"_s, u"B1_1"_s}, {u"V5"_s, u"B1_1"_s}, {u"V6"_s, u"B1_1"_s}, {u"V9"_s, u"B1_2"_s}};
+    int position = 0;
+    for (const auto& [name, table] : names)
+        addVariable(*variables, u"B1"_s, name, ++position, table);
+    std::mt19937 random(20180331);
+    fillCaseTable(*file, schema::cases(u"B1_1"_s, {number(u"W"_s), number(u"V5"_s), number(u"V6"_s)}), *catalogue, cases,
+                  {0, 8, 40}, random);
+    fillCaseTable(*file, schema::cases(u"B1_2"_s, {number(u"V9"_s)}), *catalogue, cases, {10}, random);
+    workspace.CommitTrans();
+    file->close();
+    catalogue->Close();
+    return path;
+}
+
+QString Archives::makeCatalogue(const QString& folder, int studies, int variablesEach) {
+    const QString path = folder + u"/large.mdb"_s;
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    const dao::DatabasePtr catalogue = workspace.CreateDatabase(path);
+    workspace.BeginTrans();
+    schema::createCatalogueTables(*catalogue);
+    addOptions(*catalogue);
+    const auto studyRows = studyAppender(*catalogue);
+    const auto variableRows = variableAppender(*catalogue);
+    for (int s = 1; s <= studies; ++s) {
+        const QString study = u"S%1"_s.arg(s, 4, 10, QLatin1Char('0'));
+        addStudy(*studyRows, study, s, {});
+        for (int v = 1; v <= variablesEach; ++v)
+            addVariable(*variableRows, study, u"V%1"_s.arg(v), v, study + u"_1"_s);
+    }
+    workspace.CommitTrans();
+    catalogue->Close();
+    return path;
+}
+
+QString Archives::makeSurveyFile(const QString& folder, int cases, int variables) {
+    const QString path = folder + u"/survey%1.sav"_s.arg(cases);
+    std::FILE* file = std::fopen(path.toUtf8().constData(), "wb");
+    readstat_writer_t* writer = readstat_writer_init();
+    readstat_set_data_writer(writer, [](const void* data, size_t length, void* to) {
+        return static_cast<ssize_t>(std::fwrite(data, 1, length, static_cast<std::FILE*>(to)));
+    });
+    std::vector<readstat_variable_t*> columns;
+    for (int v = 0; v < variables; ++v) {
+        const bool text = v == variables - 1;
+        readstat_variable_t* column = readstat_add_variable(writer, ("V" + std::to_string(v + 1)).c_str(),
+                                                            text ? READSTAT_TYPE_STRING : READSTAT_TYPE_DOUBLE, text ? 12 : 0);
+        readstat_variable_set_label(column, "Satisfaction with an area of life");
+        if (!text)
+            readstat_variable_add_missing_double_value(column, 9);
+        columns.push_back(column);
+    }
+    readstat_begin_writing_sav(writer, file, cases);
+    std::mt19937 random(7);
+    for (int c = 0; c < cases; ++c) {
+        readstat_begin_row(writer);
+        for (int v = 0; v < variables; ++v) {
+            const auto draw = static_cast<int>(random() >> 1);
+            if (v == variables - 1)
+                readstat_insert_string_value(writer, columns[static_cast<size_t>(v)], draw % 2 ? "Nord" : "Süd");
+            else
+                readstat_insert_double_value(writer, columns[static_cast<size_t>(v)], v % 4 ? draw % 10 : draw % 10000 / 7.0);
+        }
+        readstat_end_row(writer);
+    }
+    readstat_end_writing(writer);
+    readstat_writer_free(writer);
+    std::fclose(file);
+    return path;
+}

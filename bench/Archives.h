@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+/// Large archives for measuring, made up from a seed in a temporary folder.
+namespace Archives {
+
+/// One study "B1" with two case tables in one file: B1_1 (W weight, V5 with 8 values, V6 with 40) and B1_2 (V9 with 10).
+QString makeCases(const QString& folder, int cases);
+
+/// A catalogue of studies S0001, ... with as many variables each, labels and question texts, and a view of it.
+QString makeCatalogue(const QString& folder, int studies, int variablesEach);
+
+/// An SPSS file with whole and decimal numbers, labels, missing values and a text variable.
+QString makeSurveyFile(const QString& folder, int cases, int variables);
+
+}

@@ -1,0 +1,95 @@
+// Import of a survey file against what ReadStat alone takes to read it, and the memory of small and large imports.
+
+#include "Archives.h"
+#include "Ratios.h"
+
+#include "app/globals.h"
+#include "catalogue/CatalogueImport.h"
+#include "config/Options.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <benchmark/benchmark.h>
+#include <memory>
+#include <readstat.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::unique_ptr<QTemporaryDir> folder;
+volatile double sink;
+
+void readAlone(const QString& file) {
+    readstat_parser_t* parser = readstat_parser_init();
+    readstat_set_value_handler(parser, [](int, readstat_variable_t*, readstat_value_t value, void*) {
+        sink = readstat_value_type(value) == READSTAT_TYPE_STRING ? 0 : readstat_double_value(value);
+        return static_cast<int>(READSTAT_HANDLER_OK);
+    });
+    if (readstat_parse_sav(parser, file.toUtf8().constData(), nullptr) != READSTAT_OK)
+        qFatal("ReadStat did not read the file");
+    readstat_parser_free(parser);
+}
+
+void import(const QString& file) {
+    const QString catalogue = folder->path() + u"/import.mdb"_s;
+    QFile::remove(catalogue);
+    QFile::remove(folder->path() + u"/I1.mdb"_s);
+    ImportRequest request;
+    request.catalogue = catalogue;
+    request.file = file;
+    request.settings.study = u"I1"_s;
+    importSurvey(request);
+}
+
+void benchImport(benchmark::State& state) {
+    const QString file = Archives::makeSurveyFile(folder->path(), 100'000, 40);
+    for (auto _ : state)
+        Ratios::measure(
+            u"import of 100,000 cases x 40 variables"_s, 7, 3, [&] { return seconds([&] { import(file); }); },
+            [&] { return seconds([&] { readAlone(file); }); });
+}
+
+/// Peak memory of an import in a process of its own, in KiB.
+long peakMemory(int cases) {
+    const QString file = Archives::makeSurveyFile(folder->path(), cases, 40);
+    const pid_t child = fork();
+    if (child == 0) {
+        import(file);
+        _exit(0);
+    }
+    rusage usage{};
+    int status = 0;
+    wait4(child, &status, 0, &usage);
+    if (status != 0)
+        qFatal("the import failed");
+    return usage.ru_maxrss;
+}
+
+void benchMemory(benchmark::State& state) {
+    for (auto _ : state) {
+        const long small = peakMemory(50'000);
+        const long large = peakMemory(400'000);
+        Ratios::note(u"peak memory, 400,000 over 50,000 cases"_s, static_cast<double>(large) / static_cast<double>(small), 1.1);
+    }
+}
+
+}
+
+int main(int argc, char** argv) {
+    QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    folder = std::make_unique<QTemporaryDir>();
+    gOptions = Options();
+    gErrorTrapping = true;
+    // Memory first: a child begins with what this process has used so far.
+    benchmark::RegisterBenchmark("memory", benchMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("import", benchImport)->Iterations(1)->Unit(benchmark::kMillisecond);
+    benchmark::RunSpecifiedBenchmarks();
+    Ratios::report();
+    folder.reset();
+    return 0;
+}
