@@ -135,10 +135,11 @@ QString Archives::makeCatalogue(const QString& folder, int studies, int variable
     return path;
 }
 
-QString Archives::makeSurveyFile(const QString& folder, int cases, int variables) {
+QString Archives::makeSurveyFile(const QString& folder, int cases, int variables, bool compressed) {
     const QString path = folder + u"/survey%1.sav"_s.arg(cases);
     std::FILE* file = std::fopen(path.toUtf8().constData(), "wb");
     readstat_writer_t* writer = readstat_writer_init();
+    readstat_writer_set_compression(writer, compressed ? READSTAT_COMPRESS_ROWS : READSTAT_COMPRESS_NONE);
     readstat_set_data_writer(writer, [](const void* data, size_t length, void* to) {
         return static_cast<ssize_t>(std::fwrite(data, 1, length, static_cast<std::FILE*>(to)));
     });

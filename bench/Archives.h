@@ -13,6 +13,7 @@ QString makeCases(const QString& folder, int cases);
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 
 /// An SPSS file with whole and decimal numbers, labels, missing values and a text variable.
-QString makeSurveyFile(const QString& folder, int cases, int variables);
+/// @param compressed by rows, as most such files are
+QString makeSurveyFile(const QString& folder, int cases, int variables, bool compressed = false);
 
 }

@@ -27,7 +27,6 @@ SqliteDirect::SqliteDirect(const QString& file, const std::vector<std::pair<QStr
     : content_(std::make_unique<Content>()) {
     check(sqlite3_open(file.toUtf8().constData(), &content_->handle) == SQLITE_OK, content_->handle, file);
     dao::registerFunctions(content_->handle);
-    run(u"PRAGMA cache_size=-32000"_s);
     for (const auto& [alias, path] : attached)
         run(u"ATTACH '%1' AS %2"_s.arg(path, alias));
 }
