@@ -4,6 +4,9 @@
 #include "platform/dao/EngineSettings.h"
 
 #include <QFileInfo>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 using namespace Qt::StringLiterals;
 
@@ -124,7 +127,19 @@ struct DBEngine::State {
     std::vector<std::unique_ptr<Workspace>> workspaces;
 };
 
+/// Result sets come and go by the hundred kilobytes. Memory that goes back to the system with each of them and is asked for
+/// again with the next costs more than reading the rows, so the process keeps some.
+static void keepFreedMemory() {
+#ifdef __GLIBC__
+    constexpr int mebibyte = 1024 * 1024;
+    mallopt(M_MMAP_THRESHOLD, 32 * mebibyte);
+    mallopt(M_TRIM_THRESHOLD, 64 * mebibyte);
+    mallopt(M_TOP_PAD, mebibyte);
+#endif
+}
+
 DBEngine::DBEngine() : state_(std::make_unique<State>()) {
+    keepFreedMemory();
     state_->workspaces.push_back(std::make_unique<Workspace>());
 }
 
