@@ -18,11 +18,10 @@ bool CDaoDatabase::TableExist(const QString& name) const {
         [&] {
             if (!current_)
                 dao::raiseRuntimeError(91);
-            const QString wanted = name.toUpper();
             dao::TableDefs& tables = current_->TableDefs();
             const int count = tables.Count();
             for (int i = 0; i < count && !found; ++i)
-                found = tables.Item(i)->Name().toUpper() == wanted;
+                found = tables.Item(i)->Name().compare(name, Qt::CaseInsensitive) == 0;
         },
         reportProgramError);
     return found;

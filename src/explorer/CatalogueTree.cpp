@@ -139,6 +139,8 @@ private:
 void CatalogueTree::clear() {
     byKey_.clear();
     nodes_.clear();
+    lastParentKey_.clear();
+    lastParent_ = nullptr;
 }
 
 CatalogueNode& CatalogueTree::addRoot(const QString& key, const QString& text) {
@@ -146,17 +148,20 @@ CatalogueNode& CatalogueTree::addRoot(const QString& key, const QString& text) {
 }
 
 CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, const QString& text) {
-    CatalogueNode* parent = byKey_.value(parentKey.toCaseFolded());
+    // Entries come in the order of their parents: most have the one of the entry before.
+    CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(parentKey.toCaseFolded());
     if (!parent)
         throw dao::Error(
             35601, u"Element not found: the entry \"%1\" belongs to \"%2\", which is not in the tree."_s.arg(
                        key.mid(1), parentKey.mid(1)));
+    lastParentKey_ = parentKey;
+    lastParent_ = parent;
     return append(key, text, parent);
 }
 
 CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
-    const QString folded = key.toCaseFolded();
-    if (byKey_.contains(folded)) {
+    CatalogueNode*& place = byKey_[key.toCaseFolded()];
+    if (place) {
         const QString where =
             isOnWayToRoot(parent, key) ? u"stands below itself"_s : u"is in the tree already"_s;
         throw dao::Error(35602,
@@ -169,7 +174,7 @@ CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, Ca
     node.Index = static_cast<int>(nodes_.size());
     if (parent)
         parent->Children.push_back(&node);
-    byKey_.insert(folded, &node);
+    place = &node;
     return node;
 }
 

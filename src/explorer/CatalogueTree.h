@@ -43,6 +43,8 @@ public:
 private:
     std::deque<CatalogueNode> nodes_;
     QHash<QString, CatalogueNode*> byKey_;
+    QString lastParentKey_;
+    CatalogueNode* lastParent_ = nullptr;
 
     CatalogueNode& append(const QString& key, const QString& text, CatalogueNode* parent);
 };
