@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QTemporaryDir>
 
 /// Large archives for measuring, made up from a seed in a temporary folder.
 namespace Archives {

@@ -1,24 +1,21 @@
 // A catalogue of 1,000 studies and 500,000 variables: opening it, its tree, the variables of one study, against the bare statements.
 
 #include "Archives.h"
+#include "Frame.h"
 #include "Ratios.h"
 #include "SqliteDirect.h"
 
-#include "app/globals.h"
 #include "catalogue/mdDataBase.h"
-#include "config/Options.h"
 #include "explorer/ExplorerModel.h"
 #include "platform/dao/DBEngine.h"
 
-#include <QCoreApplication>
 #include <benchmark/benchmark.h>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-std::unique_ptr<QTemporaryDir> folder;
+QString folder;
 QString path;
 
 /// What an action hands to SQLite.
@@ -81,20 +78,12 @@ void benchList(benchmark::State& state) {
 }
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    folder = std::make_unique<QTemporaryDir>();
-    gOptions = Options();
-    gErrorTrapping = true;
-    dao::DBEngine::instance().setDefinitionsInMemory(true);
-    path = Archives::makeCatalogue(folder->path(), 1000, 500);
-    open();
-    benchmark::RegisterBenchmark("opening", benchOpening)->Iterations(1)->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("tree", benchTree)->Iterations(1)->Unit(benchmark::kMillisecond);
-    benchmark::RegisterBenchmark("list", benchList)->Iterations(1)->Unit(benchmark::kMillisecond);
-    benchmark::RunSpecifiedBenchmarks();
-    mdDataBase::CloseDataBase();
-    Ratios::report();
-    folder.reset();
-    return 0;
+    return runBenchmarks(argc, argv, [](const QString& temporary) {
+        folder = temporary;
+        path = Archives::makeCatalogue(folder, 1000, 500);
+        open();
+        benchmark::RegisterBenchmark("opening", benchOpening)->Iterations(1)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("tree", benchTree)->Iterations(1)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("list", benchList)->Iterations(1)->Unit(benchmark::kMillisecond);
+    });
 }

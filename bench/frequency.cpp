@@ -1,18 +1,15 @@
 // Frequency tables over a million cases: the whole run of the program against its own statements stepped bare.
 
 #include "Archives.h"
+#include "Frame.h"
 #include "Ratios.h"
 #include "SqliteDirect.h"
 
 #include "analysis/AnalysisModel.h"
-#include "app/globals.h"
 #include "catalogue/mdDataBase.h"
-#include "config/Options.h"
 
-#include <QCoreApplication>
 #include <QRegularExpression>
 #include <benchmark/benchmark.h>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -30,7 +27,7 @@ const Request requests[] = {{"frequency unweighted", WeightKind::noWeight, {}},
                             {"frequency weighted", WeightKind::WeightRE, {}},
                             {"frequency filtered over two tables", WeightKind::noWeight, u"V9<6"_s}};
 
-std::unique_ptr<QTemporaryDir> folder;
+QString folder;
 
 void runRequest(AnalysisModel& model, const Request& request) {
     model.open();
@@ -65,7 +62,7 @@ QString aliasIn(const QStringList& statements) {
 void benchRequest(benchmark::State& state, const Request& request) {
     const QStringList statements = statementsOf(request);
     const QString alias = aliasIn(statements);
-    SqliteDirect direct(folder->path() + u"/cases.mdb"_s, {{alias, folder->path() + u"/B1.mdb"_s}});
+    SqliteDirect direct(folder + u"/cases.mdb"_s, {{alias, folder + u"/B1.mdb"_s}});
     for (auto _ : state) {
         Ratios::measure(
             QString::fromLatin1(request.name), 7, 1.15,
@@ -87,22 +84,14 @@ void benchRequest(benchmark::State& state, const Request& request) {
 }
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    folder = std::make_unique<QTemporaryDir>();
-    gOptions = Options();
-    gErrorTrapping = true;
-    dao::DBEngine::instance().setDefinitionsInMemory(true);
-    const QString catalogue = Archives::makeCases(folder->path(), cases);
-    if (mdDataBase::OpenQXDatabase(catalogue) != 1)
-        qFatal("the catalogue did not open");
-    for (const Request& request : requests)
-        benchmark::RegisterBenchmark(request.name, [&request](benchmark::State& state) { benchRequest(state, request); })
-            ->Iterations(1)
-            ->Unit(benchmark::kMillisecond);
-    benchmark::RunSpecifiedBenchmarks();
-    mdDataBase::CloseDataBase();
-    Ratios::report();
-    folder.reset();
-    return 0;
+    return runBenchmarks(argc, argv, [](const QString& temporary) {
+        folder = temporary;
+        const QString catalogue = Archives::makeCases(folder, cases);
+        if (mdDataBase::OpenQXDatabase(catalogue) != 1)
+            qFatal("the catalogue did not open");
+        for (const Request& request : requests)
+            benchmark::RegisterBenchmark(request.name, [&request](benchmark::State& state) { benchRequest(state, request); })
+                ->Iterations(1)
+                ->Unit(benchmark::kMillisecond);
+    });
 }

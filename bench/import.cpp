@@ -1,16 +1,13 @@
 // Import of a survey file against what ReadStat alone takes to read it, and the memory of small and large imports.
 
 #include "Archives.h"
+#include "Frame.h"
 #include "Ratios.h"
 
-#include "app/globals.h"
 #include "catalogue/CatalogueImport.h"
-#include "config/Options.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <benchmark/benchmark.h>
-#include <memory>
 #include <readstat.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -20,7 +17,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::unique_ptr<QTemporaryDir> folder;
+QString folder;
 volatile double sink;
 
 void readAlone(const QString& file) {
@@ -39,9 +36,9 @@ void readAlone(const QString& file) {
 }
 
 void import(const QString& file) {
-    const QString catalogue = folder->path() + u"/import.mdb"_s;
+    const QString catalogue = folder + u"/import.mdb"_s;
     QFile::remove(catalogue);
-    QFile::remove(folder->path() + u"/I1.mdb"_s);
+    QFile::remove(folder + u"/I1.mdb"_s);
     ImportRequest request;
     request.catalogue = catalogue;
     request.file = file;
@@ -50,7 +47,7 @@ void import(const QString& file) {
 }
 
 void benchImport(benchmark::State& state, bool compressed) {
-    const QString file = Archives::makeSurveyFile(folder->path(), 100'000, 40, compressed);
+    const QString file = Archives::makeSurveyFile(folder, 100'000, 40, compressed);
     const QString name = compressed ? u"import of 100,000 x 40 values, compressed"_s : u"import of 100,000 x 40 values"_s;
     for (auto _ : state)
         Ratios::measure(
@@ -60,7 +57,7 @@ void benchImport(benchmark::State& state, bool compressed) {
 
 /// Peak memory of an import in a process of its own, in KiB.
 long peakMemory(int cases) {
-    const QString file = Archives::makeSurveyFile(folder->path(), cases, 40);
+    const QString file = Archives::makeSurveyFile(folder, cases, 40);
     const pid_t child = fork();
     if (child == 0) {
         import(file);
@@ -85,19 +82,13 @@ void benchMemory(benchmark::State& state) {
 }
 
 int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    folder = std::make_unique<QTemporaryDir>();
-    gOptions = Options();
-    gErrorTrapping = true;
-    // Memory first: a child begins with what this process has used so far.
-    benchmark::RegisterBenchmark("memory", benchMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
-    for (const bool compressed : {false, true})
-        benchmark::RegisterBenchmark("import", [compressed](benchmark::State& state) { benchImport(state, compressed); })
-            ->Iterations(1)
-            ->Unit(benchmark::kMillisecond);
-    benchmark::RunSpecifiedBenchmarks();
-    Ratios::report();
-    folder.reset();
-    return 0;
+    return runBenchmarks(argc, argv, [](const QString& temporary) {
+        folder = temporary;
+        // Memory first: a child begins with what this process has used so far.
+        benchmark::RegisterBenchmark("memory", benchMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
+        for (const bool compressed : {false, true})
+            benchmark::RegisterBenchmark("import", [compressed](benchmark::State& state) { benchImport(state, compressed); })
+                ->Iterations(1)
+                ->Unit(benchmark::kMillisecond);
+    });
 }

@@ -54,21 +54,17 @@ void setOptions(const QStringList& settings) {
 Session::Session(const CommonOptions& options, std::FILE* out, std::FILE* err)
     : common_(options), err_(err), printer_(options.format, out), askerIn_(&noInput_), askerOut_(&boxText_),
       asker_(std::make_unique<ui::TerminalAsker>(askerIn_, askerOut_, false)) {
+    // First, since a wrong option ends it here: nothing else is to be put back then.
+    gOptions = Options();
+    setOptions(options.set);
     asker_->isFailure = reportsError;
     askerBefore_ = ui::setAsker(asker_.get());
-    gOptions = Options();
     gErrorTrapping = true;
     gLanguage = speaksGerman(options.language) ? 0 : 1;
     NumberFormat::setDecimalSeparator(decimalSeparator(options.decimal));
     gErrHandler.Destination = Paths::join(Paths::applicationFolder(), u"Error.log"_s);
     gErrHandler.AppTitle = ApplicationInfo::title;
     dao::DBEngine::instance().setDefinitionsInMemory(true);
-    try {
-        setOptions(options.set);
-    } catch (...) {
-        ui::setAsker(askerBefore_);
-        throw;
-    }
     mdLanguage::LoadTextTable();
 }
 
