@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev
+    qt6-base-dev qt6-svg-dev
     libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
     libgtest-dev libbenchmark-dev
 )

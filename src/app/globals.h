@@ -15,6 +15,16 @@ struct Options;
 extern qint16 gLanguage;
 /// On from the reading of the options to the end of the process; event handlers install their trap only if it is on.
 extern bool gErrorTrapping;
+/// Above 0 while windows are being refilled, a run goes on, or the program starts: event handlers that would change or
+/// read what is in the making leave at once.
+extern int gBusy;
+/// Counts in gBusy for as long as it lives.
+struct BusyScope {
+    BusyScope() { ++gBusy; }
+    ~BusyScope() { --gBusy; }
+    BusyScope(const BusyScope&) = delete;
+    BusyScope& operator=(const BusyScope&) = delete;
+};
 /// Serial numbers of the older window kinds.
 extern std::array<qint32, 7> gWindowSerials;
 

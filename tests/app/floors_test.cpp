@@ -1,3 +1,5 @@
+#include "platform/system/Paths.h"
+
 #include <QDirIterator>
 #include <QFile>
 #include <QMap>
@@ -27,6 +29,7 @@ const QMap<QString, int> floors = {
     {u"printing"_s, 6},
     {u"app"_s, 7},
     {u"vdx"_s, 8},
+    {u"widgets"_s, 8},
 };
 
 /// The room that a path below src/ lies in: its folder, or the nearest one above it that is a room.
@@ -41,7 +44,14 @@ QString roomOf(QString path) {
 
 /// What is wrong with one include, empty if nothing is.
 QString faultOf(const QString& file, const QString& included) {
+    // A window knows every model and the other windows; nothing but windows and the program's entry knows a window.
+    const bool isWindow = Paths::fileOf(file).startsWith(u"frm"_s) || file == u"app/main.cpp";
+    const bool ofWindows = Paths::fileOf(included).startsWith(u"frm"_s) || included.startsWith(u"widgets/"_s);
+    if (isWindow)
+        return included.startsWith(u"vdx/"_s) || included == u"sqlite3.h" ? u"is no business of a window"_s : QString();
     const QString room = roomOf(file);
+    if (ofWindows && room != u"widgets")
+        return u"knows a window"_s;
     if (included == u"sqlite3.h")
         return room == u"platform/dao" ? QString() : u"only platform/dao knows SQLite"_s;
     if (!included.contains(u'/') || included == u"app/globals.h")

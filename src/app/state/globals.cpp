@@ -2,6 +2,7 @@
 
 qint16 gLanguage = 0;
 bool gErrorTrapping = false;
+int gBusy = 0;
 std::array<qint32, 7> gWindowSerials{};
 ViewTable gViews;
 CatalogueOptions gCatalogueOptions;

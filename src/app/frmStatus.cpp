@@ -1,0 +1,31 @@
+#include "app/frmStatus.h"
+
+#include "app/globals.h"
+
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+frmStatus::frmStatus() : Form(*this, u"frmStatus"_s), lblInfo(new QLabel(this)) {
+    lblInfo->setObjectName(u"lblInfo"_s);
+    lblInfo->setProperty("CtrlTyp", QString());
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(32, 24, 32, 24);
+    layout->addWidget(lblInfo, 0, Qt::AlignCenter);
+    setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    setCursor(Qt::WaitCursor);
+    refreshTitles();
+    adjustSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
+}
+
+frmStatus::~frmStatus() = default;
+
+void frmStatus::refreshTitles() {
+    setWindowTitle(u"Varidex"_s);
+    lblInfo->setText(gLanguage == 0 ? u"Bitte einen Moment Geduld..."_s : u"One moment please..."_s);
+}

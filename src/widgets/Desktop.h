@@ -1,0 +1,27 @@
+#pragma once
+
+#include "widgets/Form.h"
+
+/// The frame window as its child windows know it. Without a frame (a test of one window) a plain one stands in.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+    /// Takes a child window into the frame, shows it and brings it to the front. It is deleted when it is closed.
+    virtual void adopt(Form& child) { child.widget().show(); }
+    /// Brings a child window to the front, restored if it was minimised, shown if it was hidden.
+    virtual void activate(Form& child) { child.widget().show(); }
+    /// The child window in front; null without one.
+    virtual Form* activeForm() const { return nullptr; }
+    /// The panels of an explorer were opened or closed: buttons and check marks follow.
+    virtual void panelsChanged() {}
+    /// A word about what is going on, in the status bar; empty takes it away.
+    virtual void showMessage(const QString&) {}
+};
+
+/// The desktop of the process; never null.
+Desktop& desktop();
+/// Sets the desktop (not owned); nullptr brings the plain one back.
+void setDesktop(Desktop* desktop);
+
+/// Closes every loaded window but the main one. Windows are deleted at once.
+void unloadChildWindows();

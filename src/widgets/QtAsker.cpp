@@ -1,0 +1,195 @@
+#include "widgets/QtAsker.h"
+
+#include "app/globals.h"
+#include "platform/system/ApplicationInfo.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Button {
+    QMessageBox::StandardButton standard;
+    ui::Answer answer;
+};
+
+std::vector<Button> buttonsOf(ui::Buttons buttons) {
+    switch (buttons) {
+    case ui::Buttons::Ok:
+        return {{QMessageBox::Ok, ui::Answer::Ok}};
+    case ui::Buttons::OkCancel:
+        return {{QMessageBox::Ok, ui::Answer::Ok}, {QMessageBox::Cancel, ui::Answer::Cancel}};
+    case ui::Buttons::YesNo:
+        return {{QMessageBox::Yes, ui::Answer::Yes}, {QMessageBox::No, ui::Answer::No}};
+    case ui::Buttons::YesNoCancel:
+        return {{QMessageBox::Yes, ui::Answer::Yes},
+                {QMessageBox::No, ui::Answer::No},
+                {QMessageBox::Cancel, ui::Answer::Cancel}};
+    case ui::Buttons::AbortRetryIgnore:
+        return {{QMessageBox::Abort, ui::Answer::Abort},
+                {QMessageBox::Retry, ui::Answer::Retry},
+                {QMessageBox::Ignore, ui::Answer::Ignore}};
+    case ui::Buttons::RetryCancel:
+        return {{QMessageBox::Retry, ui::Answer::Retry}, {QMessageBox::Cancel, ui::Answer::Cancel}};
+    }
+    return {};
+}
+
+/// Captions follow the language of the program, not that of the desktop.
+QString captionOf(ui::Answer answer) {
+    const bool german = gLanguage == 0;
+    switch (answer) {
+    case ui::Answer::Ok:
+        return u"OK"_s;
+    case ui::Answer::Cancel:
+        return german ? u"Abbrechen"_s : u"Cancel"_s;
+    case ui::Answer::Abort:
+        return german ? u"&Beenden"_s : u"&Abort"_s;
+    case ui::Answer::Retry:
+        return german ? u"&Wiederholen"_s : u"&Retry"_s;
+    case ui::Answer::Ignore:
+        return german ? u"&Ignorieren"_s : u"&Ignore"_s;
+    case ui::Answer::Yes:
+        return german ? u"&Ja"_s : u"&Yes"_s;
+    case ui::Answer::No:
+        return german ? u"&Nein"_s : u"&No"_s;
+    }
+    return {};
+}
+
+QMessageBox::Icon iconOf(ui::Icon icon) {
+    switch (icon) {
+    case ui::Icon::None:
+        return QMessageBox::NoIcon;
+    case ui::Icon::Information:
+        return QMessageBox::Information;
+    case ui::Icon::Question:
+        return QMessageBox::Question;
+    case ui::Icon::Exclamation:
+        return QMessageBox::Warning;
+    case ui::Icon::Critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+/// "Text|*.mdb|Text|*.klor" as the dialog takes it.
+QStringList filtersOf(const QString& pairs) {
+    const QStringList parts = pairs.split(u'|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2) {
+        const QString pattern = parts[i + 1] == u"*.*" ? u"*"_s : parts[i + 1];
+        const QString text = parts[i].left(parts[i].indexOf(u'(')).trimmed();
+        filters << text + u" ("_s + QString(pattern).replace(u';', u' ') + u')';
+    }
+    return filters;
+}
+
+/// The wait pointer must not lie over a dialog that waits for an answer.
+class PlainPointer {
+public:
+    PlainPointer() : waiting_(QApplication::overrideCursor() != nullptr) {
+        if (waiting_)
+            QApplication::changeOverrideCursor(Qt::ArrowCursor);
+    }
+    ~PlainPointer() {
+        if (waiting_ && QApplication::overrideCursor())
+            QApplication::changeOverrideCursor(Qt::WaitCursor);
+    }
+    PlainPointer(const PlainPointer&) = delete;
+    PlainPointer& operator=(const PlainPointer&) = delete;
+
+private:
+    bool waiting_;
+};
+
+} // namespace
+
+ui::Answer QtAsker::messageBox(const ui::Box& box) {
+    const PlainPointer plain;
+    QMessageBox window(iconOf(box.icon), box.title.isEmpty() ? ApplicationInfo::title : box.title, QString(),
+                       QMessageBox::NoButton, QApplication::activeWindow());
+    window.setTextFormat(Qt::PlainText);
+    window.setText(QString(box.text).replace(u"\r\n"_s, u"\n"_s));
+    window.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    const std::vector<Button> buttons = buttonsOf(box.buttons);
+    for (const Button& button : buttons)
+        window.addButton(button.standard)->setText(captionOf(button.answer));
+    for (const Button& button : buttons)
+        if (button.answer == ui::safeAnswer(box.buttons) && buttons.size() > 1)
+            window.setEscapeButton(button.standard);
+    const int chosen = window.exec();
+    for (const Button& button : buttons)
+        if (button.standard == chosen)
+            return button.answer;
+    return ui::safeAnswer(box.buttons);
+}
+
+std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& title, const QString& proposal) {
+    const PlainPointer plain;
+    QInputDialog window(QApplication::activeWindow());
+    window.setWindowTitle(title.isEmpty() ? ApplicationInfo::title : title);
+    window.setLabelText(prompt);
+    window.setTextValue(proposal);
+    window.setOkButtonText(captionOf(ui::Answer::Ok));
+    window.setCancelButtonText(captionOf(ui::Answer::Cancel));
+    if (window.exec() != QDialog::Accepted)
+        return std::nullopt;
+    return window.textValue();
+}
+
+std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
+    const PlainPointer plain;
+    QFileDialog window(QApplication::activeWindow(), choice.title, choice.folder);
+    window.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    window.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    window.setNameFilters(filtersOf(choice.filter));
+    window.setDefaultSuffix(choice.extension);
+    if (!choice.name.isEmpty())
+        window.selectFile(choice.name);
+    if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty())
+        return std::nullopt;
+    return window.selectedFiles().constFirst();
+}
+
+std::optional<QString> QtAsker::chooseFolder(const QString& title) {
+    const PlainPointer plain;
+    const QString folder = QFileDialog::getExistingDirectory(QApplication::activeWindow(), title);
+    if (folder.isEmpty())
+        return std::nullopt;
+    return folder;
+}
+
+void QtAsker::setClipboard(const QString& text, const QString& html) {
+    auto* content = new QMimeData;
+    content->setText(text);
+    if (!html.isEmpty())
+        content->setHtml(html);
+    QApplication::clipboard()->setMimeData(content);
+}
+
+void QtAsker::setPointer(ui::Pointer pointer) {
+    if (pointer_ == pointer)
+        return;
+    pointer_ = pointer;
+    if (pointer == ui::Pointer::Wait)
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+    else
+        QApplication::restoreOverrideCursor();
+}
+
+void QtAsker::beep() {
+    QApplication::beep();
+}
+
+void QtAsker::eventTurn() {
+    QCoreApplication::processEvents();
+}
