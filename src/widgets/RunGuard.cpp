@@ -1,0 +1,5 @@
+#include "widgets/RunGuard.h"
+
+bool RunGuard::closeAfterRun(QWidget&) {
+    return false;
+}
