@@ -65,7 +65,7 @@ private:
         return *table;
     }
 
-    ExpressionBinder expressions() { return ExpressionBinder(scope_, 3061, subqueryBinder(context_)); }
+    ExpressionBinder expressions() { return expressionBinder(scope_, context_); }
 
     const ColumnInfo& fieldOf(const QString& name) {
         for (const ColumnInfo& column : table_.columns)
@@ -86,7 +86,7 @@ private:
         if (statement_.insertValues.size() != fields.size())
             raiseEngineError(3346);
         const Scope nothing;
-        ExpressionBinder binder(nothing, 3061, subqueryBinder(context_));
+        ExpressionBinder binder = expressionBinder(nothing, context_);
         QStringList values;
         for (size_t i = 0; i < fields.size(); ++i)
             values << writeForField(*binder.bind(*statement_.insertValues[i]), fields[i]);
@@ -103,7 +103,7 @@ private:
             column.kind = BoundExpression::Kind::Column;
             column.column.sql = u"\"rows\"."_s + quotedName(select.columns[i].name);
             column.type = select.columns[i].type;
-            column.domain = select.domains[i];
+            column.domain = context_.contentOf(select.columns[i], select.domains[i]);
             values << writeForField(column, fields[i]);
         }
         return u"SELECT "_s + values.join(u", "_s) + u" FROM ("_s + select.sql + u") AS \"rows\""_s;

@@ -58,13 +58,6 @@ BoundStatement bindTable(const QString& name, BindContext& context) {
     return bindSelect(select, context);
 }
 
-QString conditionText(const tree::Expression& criteria, const ScopeSourcePtr& source) {
-    Scope scope;
-    scope.add(source);
-    ExpressionBinder binder(scope, 3070, nullptr);
-    return writeCondition(*binder.bindCondition(criteria));
-}
-
 } // namespace
 
 BoundStatement bindStatement(const tree::Statement& statement, SchemaSource& schema) {
@@ -96,16 +89,13 @@ BoundStatement bindName(const QString& tableOrQuery, SchemaSource& schema) {
     return bound;
 }
 
-QString bindCriteriaSql(const tree::Expression& criteria, const TableInfo& table) {
-    const ScopeSourcePtr named = FromBinder::tableSource(table, table.name);
-    auto plain = std::make_shared<ScopeSource>(*named);
-    for (ScopeColumn& column : plain->columns)
-        column.sql = quotedName(column.info.name);
-    return conditionText(criteria, plain);
-}
-
-QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement) {
-    return conditionText(criteria, recordsetSource(statement.columns, statement.columnSql));
+QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement,
+                        SchemaSource& schema) {
+    Scope scope;
+    scope.add(recordsetSource(statement.columns, statement.columnSql));
+    BindContext context(schema);
+    ExpressionBinder binder(scope, 3070, nullptr, contentCheck(context));
+    return writeCondition(*binder.bindCondition(criteria));
 }
 
 } // namespace dao

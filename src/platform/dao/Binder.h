@@ -31,6 +31,9 @@ public:
     virtual ~SchemaSource() = default;
     virtual std::optional<TableInfo> findTable(const QString& name) = 0;
     virtual std::optional<QString> findQuery(const QString& name) = 0;
+    /// True when no row of that table or link holds a text or bytes in a field declared as a number; the file
+    /// itself takes any value in any field.
+    virtual bool holdsOnlyNumbers(const QString& table, const QString& field) = 0;
 };
 
 /// A statement made ready for SQLite.
@@ -78,12 +81,10 @@ struct BoundStatement {
 BoundStatement bindStatement(const tree::Statement& statement, SchemaSource& schema);
 BoundStatement bindName(const QString& tableOrQuery, SchemaSource& schema);
 
-/// A condition as SQLite text, for a search on rows that are not in memory: over the columns of one table,
-/// written without the table's name, or over the result columns of an editable statement, to stand inside its
-/// whereSql.
+/// A condition as SQLite text, for a search on rows that are not in memory: over the result columns of an
+/// editable statement, to stand inside its whereSql.
 /// @throws Error 3070 unknown column, 3464
-QString bindCriteriaSql(const tree::Expression& criteria, const TableInfo& table);
-QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement);
+QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement, SchemaSource& schema);
 
 /// A condition of FindFirst made ready for rows in memory.
 class Criteria {

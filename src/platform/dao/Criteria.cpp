@@ -28,6 +28,8 @@ Truth negated(Truth truth) {
 Truth compared(const Value& a, Operator op, const Value& b) {
     if (a.isNull() || b.isNull())
         return std::nullopt;
+    if (!haveOrder(a, b))
+        return op == Operator::NotEqual;
     const int order = compareValues(a, b);
     switch (op) {
     case Operator::Equal:
@@ -185,7 +187,7 @@ Value functionValue(const BoundExpression& expression, const Row& row) {
             return value;
         if (a.size() > 1)
             return valueOf(*a[1], row);
-        return a[0]->domain == Domain::Number ? Value(0) : Value(u""_s);
+        return isNumericType(a[0]->type) ? Value(0) : Value(u""_s);
     }
     default:
         break;
@@ -246,7 +248,7 @@ std::unique_ptr<Criteria> compileCriteria(const QString& text, const std::vector
     const tree::ExpressionPtr criteria = parseCriteria(text);
     Scope scope;
     scope.add(recordsetSource(columns, {}));
-    ExpressionBinder binder(scope, 3070, nullptr);
+    ExpressionBinder binder(scope, 3070);
     return std::make_unique<BoundCriteria>(binder.bindCondition(*criteria));
 }
 

@@ -164,8 +164,8 @@ const QStringList& DatabaseFile::ownTables() {
 const std::optional<StoredTable>& DatabaseFile::storedTable(const Attachments::File& file, const QString& name) {
     CachedTable& cached = tables_[{file.schema, name.toCaseFolded()}];
     const qint64 version = schemaVersion(*connection_, file.schema);
-    if (!cached.table || cached.schemaVersion != version || cached.generation != file.generation) {
-        cached = {version, file.generation, readTable(*connection_, file.schema, name)};
+    if (cached.schemaVersion != version || cached.generation != file.generation) {
+        cached = {version, file.generation, readTable(*connection_, file.schema, name), {}};
     }
     return cached.table;
 }
@@ -205,6 +205,53 @@ std::optional<TableInfo> DatabaseFile::findTable(const QString& name) {
         raiseEngineError(3011, found.source);
     }
     return linked;
+}
+
+/// The file in which a table of that name, its own or a link's, is to be found, and its name there.
+std::pair<const Attachments::File*, QString> DatabaseFile::placeOf(const QString& table) {
+    const Attachments::File& main = attachments_->main();
+    const Definitions::Link* const link = storedTable(main, table) ? nullptr : definitions_.findLink(table);
+    if (link == nullptr) {
+        return {&main, table};
+    }
+    const Definitions::Link found = *link;
+    return {&attachments_->reach(linkedFile(found.connect), *bindingUse_), found.source};
+}
+
+bool DatabaseFile::holdsOnlyNumbers(const QString& table, const QString& field) {
+    const auto [file, source] = placeOf(table);
+    const std::optional<StoredTable>& stored = storedTable(*file, source);
+    if (!stored) {
+        return false;
+    }
+    const auto [entry, fresh] = tables_[{file->schema, source.toCaseFolded()}].contents.try_emplace(field);
+    Content& content = entry->second;
+    if (fresh) {
+        content.declared = declaresOnlyNumbers(*stored, field);
+    }
+    if (content.declared) {
+        return true;
+    }
+    // This engine writes nothing but numbers into such a field; only another program can, and then the version changes.
+    const qint64 version = dataVersion(*connection_, file->schema);
+    if (content.dataVersion != version) {
+        content.onlyNumbers = dao::holdsOnlyNumbers(*connection_, file->schema, stored->name, field);
+        content.dataVersion = version;
+    }
+    return content.onlyNumbers;
+}
+
+QString DatabaseFile::criteriaSql(const tree::Expression& criteria, const BoundStatement& statement,
+                                  Attachments::Use& use) {
+    bindingUse_ = &use;
+    try {
+        const QString sql = bindCriteriaSql(criteria, statement, *this);
+        bindingUse_ = nullptr;
+        return sql;
+    } catch (...) {
+        bindingUse_ = nullptr;
+        throw;
+    }
 }
 
 std::optional<TableInfo> DatabaseFile::findTable(const QString& name, Attachments::Use& use) {

@@ -56,6 +56,8 @@ public:
     /// Reads a statement or a bare name; the linked files that it reaches stay open as long as `use` lives.
     BoundStatement bind(const QString& source, Attachments::Use& use);
     std::optional<TableInfo> findTable(const QString& name, Attachments::Use& use);
+    /// A search's condition as bindCriteriaSql() writes it.
+    QString criteriaSql(const tree::Expression& criteria, const BoundStatement& statement, Attachments::Use& use);
     /// A table of one attached file; under the name of a link if one is given.
     std::optional<TableInfo> tableIn(const Attachments::File& file, const QString& table,
                                      const QString& link = QString());
@@ -78,14 +80,23 @@ public:
     bool isTransactionLost() const;
 
 private:
+    /// What was found in a field, and when.
+    struct Content {
+        bool declared = false;  ///< the table's own declaration keeps everything but numbers out
+        bool onlyNumbers = false;
+        qint64 dataVersion = -1;
+    };
     struct CachedTable {
-        qint64 schemaVersion = 0;
+        qint64 schemaVersion = -1;
         int generation = 0;
         std::optional<StoredTable> table;
+        std::map<QString, Content> contents;  ///< of fields that were asked for
     };
 
     std::optional<TableInfo> findTable(const QString& name) override;
     std::optional<QString> findQuery(const QString& name) override;
+    bool holdsOnlyNumbers(const QString& table, const QString& field) override;
+    std::pair<const Attachments::File*, QString> placeOf(const QString& table);
     const std::optional<StoredTable>& storedTable(const Attachments::File& file, const QString& name);
     bool isName(const QString& source);
     void open(Opening opening, bool exclusive, bool readOnly);

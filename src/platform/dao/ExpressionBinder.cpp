@@ -163,7 +163,7 @@ BoundExpressionPtr ExpressionBinder::bindColumn(const tree::Expression& expressi
     bound->kind = BoundExpression::Kind::Column;
     bound->column = *column;
     bound->type = column->info.type;
-    bound->domain = column->domain;
+    bound->domain = content_ ? content_(column->info, column->domain) : column->domain;
     return bound;
 }
 

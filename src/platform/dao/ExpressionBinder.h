@@ -17,11 +17,16 @@ struct BoundSubquery {
 class ExpressionBinder {
 public:
     using SubqueryBinder = std::function<BoundSubquery(const tree::Select&, const Scope& outer)>;
+    /// What the values of a column are, of which only the declaration is known.
+    using ContentCheck = std::function<Domain(const ColumnInfo&, Domain declared)>;
 
     /// @param unknownColumn error number for a name that no source has
     /// @param subqueries    binds a SELECT inside an expression; without it there may be none
-    ExpressionBinder(const Scope& scope, int unknownColumn, SubqueryBinder subqueries)
-        : scope_(scope), unknownColumn_(unknownColumn), subqueries_(std::move(subqueries)) {}
+    /// @param content       without it columns hold what they are declared for, or are looked at row by row
+    ExpressionBinder(const Scope& scope, int unknownColumn, SubqueryBinder subqueries = nullptr,
+                     ContentCheck content = nullptr)
+        : scope_(scope), unknownColumn_(unknownColumn), subqueries_(std::move(subqueries)),
+          content_(std::move(content)) {}
 
     /// An expression without aggregates. @throws Error 3061 or 3070 unknown column, 3085 unknown function,
     /// 3096 aggregate
@@ -43,6 +48,7 @@ private:
     const Scope& scope_;
     int unknownColumn_;
     SubqueryBinder subqueries_;
+    ContentCheck content_;
     bool aggregatesAllowed_ = false;
     int depth_ = 0;
 };

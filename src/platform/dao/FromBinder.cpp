@@ -42,6 +42,15 @@ void addName(QStringList& names, const QString& name) {
 
 } // namespace
 
+Domain BindContext::contentOf(const ColumnInfo& column, Domain declared) {
+    if (declared != Domain::Number || column.sourceTable.isEmpty() || column.sourceField.isEmpty())
+        return declared;
+    const auto [entry, fresh] = onlyNumbers_.try_emplace({column.sourceTable, column.sourceField}, true);
+    if (fresh)
+        entry->second = schema.holdsOnlyNumbers(column.sourceTable, column.sourceField);
+    return entry->second ? Domain::Number : Domain::Mixed;
+}
+
 ScopeSourcePtr FromBinder::tableSource(const TableInfo& table, const QString& visibleName) {
     auto source = std::make_shared<ScopeSource>();
     source->name = visibleName;
@@ -128,7 +137,7 @@ BoundFrom FromBinder::bindJoin(const tree::Source& place) {
     Scope scope(outer_);
     for (const ScopeSourcePtr& source : join.sources)
         scope.add(source);
-    ExpressionBinder binder(scope, 3061, subqueryBinder(context_));
+    ExpressionBinder binder = expressionBinder(scope, context_);
     if (place.join == tree::Source::JoinKind::Right)
         std::swap(left, right);
     join.text = left.text +

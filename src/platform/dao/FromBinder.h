@@ -3,6 +3,7 @@
 #include "platform/dao/ExpressionBinder.h"
 
 #include <QStringList>
+#include <map>
 
 namespace dao {
 
@@ -15,6 +16,14 @@ struct BindContext {
     QStringList queries; ///< reached so far
     QStringList open;    ///< stored queries being expanded, outermost first
     int expansions = 0;
+
+    /// What the values of a column really are: one declared as a number may hold texts in a stranger's file, and
+    /// has to be compared value by value then. Asked only for columns that a statement does more with than read,
+    /// since the answer may cost a walk through the table.
+    Domain contentOf(const ColumnInfo& column, Domain declared);
+
+private:
+    std::map<std::pair<QString, QString>, bool> onlyNumbers_;
 };
 
 /// A SELECT as SQLite text with what it gives.

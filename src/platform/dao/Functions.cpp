@@ -60,8 +60,13 @@ void runComparison(sqlite3_context* context, int, sqlite3_value** values) {
     }
     guarded(context, [&] {
         const int order = compare(values[0], values[1]);
-        const int relation = order < 0 ? Less : order > 0 ? Greater : Equal;
-        sqlite3_result_int(context, (*static_cast<const int*>(sqlite3_user_data(context)) & relation) != 0);
+        const bool sameKind = sqlite3_value_type(values[0]) == sqlite3_value_type(values[1]);
+        const int relation = !sameKind && !haveOrder(valueOf(values[0]), valueOf(values[1])) ? Less | Greater
+                             : order < 0                                                     ? Less
+                             : order > 0                                                     ? Greater
+                                                                                             : Equal;
+        const int satisfying = *static_cast<const int*>(sqlite3_user_data(context));
+        sqlite3_result_int(context, (satisfying & relation) == relation);
     });
 }
 

@@ -47,6 +47,8 @@ void SelectBinder::bind(const tree::Select& select, bool sorted) {
     for (const ScopeSourcePtr& source : from_.sources)
         scope_.add(source);
     bindItems(select.items);
+    if (distinct_ || !sorted)
+        settleContents();
     nameItems();
     if (select.where)
         where_ = expressions().bindCondition(*select.where);
@@ -85,6 +87,13 @@ void SelectBinder::expandStar(const QString& qualifier) {
             items_.push_back({std::move(bound), {}, {}});
         }
     }
+}
+
+/// What * has brought is only read, unless whole rows are compared.
+void SelectBinder::settleContents() {
+    for (const Item& item : items_)
+        if (item.expression->kind == BoundExpression::Kind::Column)
+            item.expression->domain = context_.contentOf(item.expression->column.info, item.expression->domain);
 }
 
 /// An alias stays as it is; columns that share a name with anything else are told apart by their tables.
@@ -140,8 +149,12 @@ SelectBinder::Order SelectBinder::bindOrderTerm(const tree::OrderTerm& term) {
             if (sameName(items_[static_cast<size_t>(i)].name, expression.name))
                 position = i + 1;
     }
-    if (position > 0)
-        return {items_[static_cast<size_t>(position - 1)].expression.get(), position, term.descending};
+    if (position > 0) {
+        BoundExpression& item = *items_[static_cast<size_t>(position - 1)].expression;
+        if (item.kind == BoundExpression::Kind::Column)
+            item.domain = context_.contentOf(item.column.info, item.domain);
+        return {&item, position, term.descending};
+    }
     orderOnly_.push_back(expressions().bindWithAggregates(expression));
     const BoundExpression* bound = orderOnly_.back().get();
     for (int i = 0; i < count && position == 0; ++i)

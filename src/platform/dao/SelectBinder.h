@@ -4,8 +4,10 @@
 
 namespace dao {
 
-/// Binds the SELECTs inside expressions. @throws Error 3306 for one with several columns
-ExpressionBinder::SubqueryBinder subqueryBinder(BindContext& context);
+/// Binds the expressions of a statement, with the SELECTs inside them. @throws Error 3306 for one of these with several
+/// columns
+ExpressionBinder expressionBinder(const Scope& scope, BindContext& context);
+ExpressionBinder::ContentCheck contentCheck(BindContext& context);
 
 /// Binds one SELECT without what follows its UNION, and writes it.
 class SelectBinder {
@@ -54,9 +56,10 @@ private:
         bool descending = false;
     };
 
-    ExpressionBinder expressions() { return ExpressionBinder(scope_, 3061, subqueryBinder(context_)); }
+    ExpressionBinder expressions() { return expressionBinder(scope_, context_); }
     void bindItems(const std::vector<tree::SelectItem>& items);
     void expandStar(const QString& qualifier);
+    void settleContents();
     void nameItems();
     void bindGrouping(const tree::Select& select);
     void bindOrder(const std::vector<tree::OrderTerm>& terms);

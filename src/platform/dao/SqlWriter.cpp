@@ -313,9 +313,9 @@ Written function(const BoundExpression& expression) {
         return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) +
                 u" ELSE "_s + within(value(*a[2]), 0) + u" END"_s};
     case Form::Nz: {
-        const QString instead = a.size() > 1                     ? within(value(*a[1]), 0)
-                                : a[0]->domain == Domain::Number ? u"0"_s
-                                                                 : u"''"_s;
+        const QString instead = a.size() > 1                ? within(value(*a[1]), 0)
+                                : isNumericType(a[0]->type) ? u"0"_s
+                                                            : u"''"_s;
         return {u"coalesce("_s + within(value(*a[0]), 0) + u", "_s + instead + u')'};
     }
     default:
@@ -328,8 +328,9 @@ Written aggregate(const BoundExpression& expression) {
         return {u"count(*)"_s};
     const BoundExpression& argument = *expression.arguments[0];
     const QString text = within(value(argument), 0);
-    // A text among values of both kinds is read as a number, or is an error.
-    const QString number = argument.domain == Domain::Mixed ? u"vx_cdbl("_s + text + u')' : text;
+    // A text among values of both kinds is read as a number, or is an error; in a number field it is one in any case.
+    const bool read = argument.domain == Domain::Mixed && !isNumericType(argument.type);
+    const QString number = read ? u"vx_cdbl("_s + text + u')' : text;
     switch (expression.aggregate) {
     case Aggregate::Sum:
         return {u"vx_sum("_s + number + u')'};
@@ -381,6 +382,8 @@ QString writeForGrouping(const BoundExpression& expression) {
 }
 
 QString writeForOrder(const BoundExpression& expression) {
+    if (expression.domain == Domain::Mixed && isNumericType(expression.type))
+        return u"vx_key("_s + writeValue(expression) + u')';
     const bool isText = expression.domain == Domain::Text || expression.domain == Domain::Mixed;
     return isText ? within(value(expression), CollateLevel) + collate : writeValue(expression);
 }
@@ -391,13 +394,14 @@ QString numberForField(const BoundExpression& expression, const ColumnInfo& fiel
     if (expression.isTextConstant() && !textToNumber(expression.value.toText()))
         raiseEngineError(3464, field.name);
     const QString number = writeValue(expression);
+    const bool isNumber = expression.domain == Domain::Number;
     if (field.type == dbBoolean)
-        return expression.type == dbBoolean ? number : u"vx_cbool("_s + number + u')';
+        return isNumber && expression.type == dbBoolean ? number : u"vx_cbool("_s + number + u')';
     if (field.type <= dbLong) {
-        const bool fits = expression.type >= dbBoolean && expression.type <= field.type;
+        const bool fits = isNumber && expression.type >= dbBoolean && expression.type <= field.type;
         return fits ? number : u"vx_clng("_s + number + u')';
     }
-    return expression.domain == Domain::Number ? number : u"vx_cdbl("_s + number + u')';
+    return isNumber ? number : u"vx_cdbl("_s + number + u')';
 }
 
 } // namespace

@@ -13,7 +13,8 @@ QString writeValue(const BoundExpression& expression);
 QString writeCondition(const BoundExpression& expression);
 
 /// The value under the collation if it is a text, for GROUP BY, ORDER BY, DISTINCT and UNION. A value that
-/// may be text or number is written as its key for grouping.
+/// may be text or number is written as its key for grouping, and one that should be a number always: a text that
+/// spells a number has its place among the numbers.
 QString writeForGrouping(const BoundExpression& expression);
 QString writeForOrder(const BoundExpression& expression);
 

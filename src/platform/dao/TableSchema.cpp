@@ -74,6 +74,12 @@ const FieldDefinition* rowNumberField(const TableDef& definition) {
     return nullptr;
 }
 
+/// SQLite takes any value in any column. This keeps everything but numbers out, at the price of one comparison: numbers
+/// are below every text, and texts below bytes.
+QString numberRule(const QString& field) {
+    return u"CHECK ("_s + quotedName(field) + u" < '')"_s;
+}
+
 QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) {
     const QString name = quotedName(field.Name);
     if (isRowNumber) {
@@ -86,10 +92,12 @@ QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) 
         sql += u'(' + QString::number(field.Size) + u')';
     }
     if (field.Type == dbBoolean) {
-        return sql + u" NOT NULL DEFAULT 0"_s;
-    }
-    if (field.Required || isInKey) {
+        sql += u" NOT NULL DEFAULT 0"_s;
+    } else if (field.Required || isInKey) {
         sql += u" NOT NULL"_s;
+    }
+    if (isNumericType(field.Type)) {
+        sql += u' ' + numberRule(field.Name);
     }
     if (isTextType(field.Type)) {
         sql += u" COLLATE "_s + QLatin1StringView(textCollation);
@@ -238,7 +246,7 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     }
     StoredTable stored;
     {
-        Statement name(connection, u"SELECT name FROM "_s + schema +
+        Statement name(connection, u"SELECT name, sql FROM "_s + schema +
                                        u".sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE "_s +
                                        QLatin1StringView(textCollation));
         name.bind(1, Value(table));
@@ -246,6 +254,7 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
             return std::nullopt;
         }
         stored.name = name.text(0);
+        stored.declaration = name.text(1);
     }
     Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(stored.name) + u')');
     // Virtual tables of a stranger's file are none of ours.
@@ -283,6 +292,21 @@ QStringList tableNames(Connection& connection, const QString& schema) {
 qint64 schemaVersion(Connection& connection, const QString& schema) {
     Statement version(connection, u"PRAGMA "_s + schema + u".schema_version"_s);
     return version.step() ? version.number(0) : 0;
+}
+
+qint64 dataVersion(Connection& connection, const QString& schema) {
+    Statement version(connection, u"PRAGMA "_s + schema + u".data_version"_s);
+    return version.step() ? version.number(0) : 0;
+}
+
+bool declaresOnlyNumbers(const StoredTable& table, const QString& field) {
+    return table.declaration.contains(numberRule(field));
+}
+
+bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field) {
+    Statement other(connection, u"SELECT 1 FROM "_s + schema + u'.' + quotedName(table) + u" WHERE "_s +
+                                    quotedName(field) + u" >= '' LIMIT 1"_s);
+    return !other.step();
 }
 
 }

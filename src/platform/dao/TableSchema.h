@@ -36,10 +36,18 @@ struct StoredTable {
     std::vector<ColumnInfo> columns;
     QString rowKey;  ///< name of the hidden row number, empty if the table has none
     QStringList keyColumns;  ///< of the declared primary key
+    QString declaration;     ///< the statement that made it
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
 /// Names of a file's tables but for the system's, in order of name.
 QStringList tableNames(Connection& connection, const QString& schema);
 qint64 schemaVersion(Connection& connection, const QString& schema);
+/// Changes when another connection has written.
+qint64 dataVersion(Connection& connection, const QString& schema);
+
+/// True when the declaration keeps texts and bytes out of a number field, as that of this engine's own tables does.
+bool declaresOnlyNumbers(const StoredTable& table, const QString& field);
+/// The same found out by a look at the rows: all of them, unless the field has an index.
+bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field);
 
 }

@@ -60,6 +60,10 @@ void DatabaseFile::rollback(int level) {
     }
     level_ = level - 1;
     definitionsChanged();  // tables that were made inside are gone
+    // What was known of tables made inside, or of rows without those that are back now, counts no more: the next change
+    // may bring the same version number again.
+    tables_.clear();
+    ownTablesVersion_ = -1;
 }
 
 bool DatabaseFile::isTransactionLost() const {

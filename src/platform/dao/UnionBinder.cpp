@@ -67,7 +67,7 @@ private:
         domain = commonDomain(domain, otherDomain);
         if (bytes)
             column.type = dbLongBinary;
-        else if (domain == Domain::Mixed)
+        else if (domain == Domain::Mixed && !isNumericType(column.type))
             domain = Domain::Text;
     }
 
@@ -114,13 +114,19 @@ BoundSelect SelectBinder::bindWhole(const tree::Select& select, BindContext& con
     return {compose(binder.clauses()), binder.columns(), binder.domains()};
 }
 
-ExpressionBinder::SubqueryBinder subqueryBinder(BindContext& context) {
-    return [&context](const tree::Select& select, const Scope& around) {
+ExpressionBinder::ContentCheck contentCheck(BindContext& context) {
+    return [&context](const ColumnInfo& column, Domain declared) { return context.contentOf(column, declared); };
+}
+
+ExpressionBinder expressionBinder(const Scope& scope, BindContext& context) {
+    const auto subqueries = [&context](const tree::Select& select, const Scope& around) {
         BoundSelect bound = SelectBinder::bindWhole(select, context, &around);
         if (bound.columns.size() != 1)
             raiseEngineError(3306);
-        return BoundSubquery{bound.sql, bound.columns.front(), bound.domains.front()};
+        const ColumnInfo& column = bound.columns.front();
+        return BoundSubquery{bound.sql, column, context.contentOf(column, bound.domains.front())};
     };
+    return ExpressionBinder(scope, 3061, subqueries, contentCheck(context));
 }
 
 } // namespace dao

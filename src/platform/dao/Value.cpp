@@ -159,4 +159,8 @@ int compareValues(const Value& a, const Value& b) {
     return isNumber(b) ? -compareNumberWithText(b, a) : compareTexts(a.toText(), b.toText());
 }
 
+bool haveOrder(const Value& a, const Value& b) {
+    return isNumber(a) ? b.isNumeric() : !isNumber(b) || a.isNumeric();
+}
+
 }

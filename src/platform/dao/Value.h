@@ -72,6 +72,10 @@ int compareTexts(QStringView a, QStringView b);
 /// by the number it wholly spells (such a text that spells none is above every number and equal to none).
 int compareValues(const Value& a, const Value& b);
 
+/// False for a number beside what is no number: no comparison of the two but <> holds. (Their order above only
+/// gives such values a place when rows are sorted.)
+bool haveOrder(const Value& a, const Value& b);
+
 /// True when the text matches a LIKE pattern with *, ?, #, [a-z], [!a-z], without regard to case.
 bool matchesPattern(QStringView text, QStringView pattern);
 

@@ -23,12 +23,14 @@ protected:
             database_->Execute(u"INSERT INTO n (id, x) VALUES (%1, %1)"_s.arg(id));
     }
 
-    void runAsStranger(const QByteArray& sql) const {
+    int resultAsStranger(const QByteArray& sql) const {
         sqlite3* handle = nullptr;
         sqlite3_open(path(u"a.mdb"_s).toUtf8().constData(), &handle);
-        EXPECT_EQ(sqlite3_exec(handle, sql.constData(), nullptr, nullptr, nullptr), SQLITE_OK) << sql.constData();
+        const int result = sqlite3_exec(handle, sql.constData(), nullptr, nullptr, nullptr);
         sqlite3_close(handle);
+        return result;
     }
+    void runAsStranger(const QByteArray& sql) const { EXPECT_EQ(resultAsStranger(sql), SQLITE_OK) << sql.constData(); }
 
     /// Loaded rows and a table that waits in its file.
     std::vector<dao::RecordsetPtr> bothWays(const QString& table) {
@@ -161,6 +163,60 @@ TEST_F(EditSafetyTest, ACommitThatMeetsALockMayBeTriedAgain) {
     EXPECT_EQ(EngineTest::rows(*database_, u"SELECT x FROM n"_s), u"7;7;7"_s);
 }
 
+/// The values of x: 5, 10, 8.5 in three spellings that only a stranger's file has, and what is no number.
+TEST_F(EditSafetyTest, AValueInANumberFieldIsComparedByWhatItIs) {
+    runAsStranger("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE, yes BOOLEAN);"
+                  "INSERT INTO s VALUES (1, 5, 0), (2, 'abc', 0), (3, x'3939', 'abc'), (4, 10, -1), (5, NULL, 0),"
+                  "(6, '8,5', 0), (7, 'ABC', 0), (8, '8.5', 0)");
+    const std::pair<QString, QString> cases[] = {
+        {u"SELECT id FROM s WHERE x > 6 ORDER BY id"_s, u"4;6;8"_s},
+        {u"SELECT id FROM s WHERE x < 9 ORDER BY id"_s, u"1;6;8"_s},
+        {u"SELECT id FROM s WHERE Not x <= 6 ORDER BY id"_s, u"2;3;4;6;7;8"_s},
+        {u"SELECT id FROM s WHERE x <> 5 ORDER BY id"_s, u"2;3;4;6;7;8"_s},
+        {u"SELECT id FROM s WHERE x Between 6 And 99 ORDER BY id"_s, u"4;6;8"_s},
+        {u"SELECT id FROM s WHERE x In (5, 8.5) ORDER BY id"_s, u"1;6;8"_s},
+        {u"SELECT id FROM s WHERE x In (SELECT x FROM s WHERE id = 8)"_s, u"6;8"_s},
+        {u"SELECT id FROM s WHERE x = 'Abc' ORDER BY id"_s, u"2;7"_s},
+        {u"SELECT id FROM s WHERE yes = 0 ORDER BY id"_s, u"1;2;5;6;7;8"_s},
+        {u"SELECT a.id FROM s AS a INNER JOIN s AS b ON a.x = b.x WHERE b.id = 6 ORDER BY a.id"_s, u"6;8"_s},
+        {u"SELECT Count(id) FROM s WHERE x < 99 GROUP BY x ORDER BY x"_s, u"1;2;1"_s},
+        {u"SELECT Max(x), Min(x) FROM s WHERE x > 0 And id <> 4"_s, u"8,5,5"_s},
+        {u"SELECT id FROM s WHERE x > 0 ORDER BY x DESC, id"_s, u"4;6;8;1"_s},
+        {u"SELECT Count(*) FROM (SELECT DISTINCT x FROM s)"_s, u"6"_s},
+        {u"SELECT Count(*) FROM (SELECT * FROM s) AS q WHERE q.x > 6"_s, u"3"_s},
+        {u"SELECT Count(*) FROM (SELECT x FROM s UNION SELECT x FROM s)"_s, u"6"_s},
+        {u"SELECT id, Nz(x) FROM s WHERE id = 5"_s, u"5,0"_s},
+    };
+    for (const auto& [statement, expected] : cases)
+        EXPECT_EQ(EngineTest::rows(*database_, statement), expected) << statement.toStdString();
+    for (const auto& rows : bothWays(u"s"_s)) {
+        rows->FindFirst(u"x > 6"_s);
+        EXPECT_EQ(rows->value(0), Value(4));
+    }
+    EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO n (x) SELECT x FROM s WHERE id = 2"_s); }), 13);
+    EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO n SELECT id + 10, x, Null FROM (SELECT * FROM s) AS q"_s); }), 13);
+}
+
+/// What was found in a field holds until it may have changed; this engine's own tables take nothing but numbers.
+TEST_F(EditSafetyTest, ANumberFieldIsLookedAtAgainWhenItMayHaveChanged) {
+    const auto above = [this](const QString& table) {
+        return EngineTest::rows(*database_, u"SELECT Count(*) FROM %1 WHERE x > 6"_s.arg(table));
+    };
+    runAsStranger("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO s VALUES (1, 7), (2, 1)");
+    EXPECT_EQ(above(u"s"_s), u"1"_s);
+    runAsStranger("UPDATE s SET x = 'abc' WHERE id = 2");
+    EXPECT_EQ(above(u"s"_s), u"1"_s);
+    runAsStranger("UPDATE s SET x = 'other' WHERE id = 2");
+    workspace().BeginTrans();
+    database_->Execute(u"DELETE FROM s WHERE id = 2"_s);
+    EXPECT_EQ(above(u"s"_s), u"1"_s);
+    workspace().Rollback();
+    EXPECT_EQ(above(u"s"_s), u"1"_s);
+    EXPECT_EQ(resultAsStranger("UPDATE n SET x = 'abc'"), SQLITE_CONSTRAINT);
+    EXPECT_EQ(resultAsStranger("UPDATE n SET x = x'39'"), SQLITE_CONSTRAINT);
+    EXPECT_EQ(resultAsStranger("UPDATE n SET x = NULL"), SQLITE_OK);
+}
+
 TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
     struct {
         QByteArray content;  // of x in row 3, beside 1 and 2
@@ -172,10 +228,11 @@ TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
         {"'12abc'", {}, {}, 3464},    {"'abc'", {}, {}, 3464},                     {"x'31'", {}, {}, 3464},
         {"9e999", {}, {}, 6},
     };
+    runAsStranger("CREATE TABLE m (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO m SELECT id, x FROM n");
     for (const auto& [content, sum, average, error] : cases) {
-        runAsStranger("UPDATE n SET x = " + content + " WHERE id = 3");
+        runAsStranger("UPDATE m SET x = " + content + " WHERE id = 3");
         for (const auto& [function, expected] : {std::pair(u"Sum"_s, sum), std::pair(u"Avg"_s, average)}) {
-            const QString statement = u"SELECT %1(x) FROM n"_s.arg(function);
+            const QString statement = u"SELECT %1(x) FROM m"_s.arg(function);
             QString found;
             EXPECT_EQ(errorOf([&] { found = EngineTest::rows(*database_, statement); }), error) << content.constData();
             EXPECT_EQ(found, expected) << content.constData();

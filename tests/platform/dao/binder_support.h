@@ -14,6 +14,7 @@ protected:
 
     std::optional<dao::TableInfo> findTable(const QString& name) override;
     std::optional<QString> findQuery(const QString& name) override;
+    bool holdsOnlyNumbers(const QString&, const QString&) override { return true; }
 
     /// Makes a table from "name type, ..." with the types long, double, text, memo, yesno, counter
     /// (the key).

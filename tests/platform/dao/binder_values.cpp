@@ -27,7 +27,7 @@ protected:
 
     QString foundBySearchText(const QString& condition) {
         const dao::BoundStatement all = bind(u"SELECT * FROM C ORDER BY id"_s);
-        const QString criteria = dao::bindCriteriaSql(*dao::parseCriteria(condition), all);
+        const QString criteria = dao::bindCriteriaSql(*dao::parseCriteria(condition), all, *this);
         QString ids;
         for (const QString& row :
              sqliteRows(all.whereSql + u" AND ("_s + criteria + u')' + all.orderSql).split(u';'))
@@ -79,6 +79,9 @@ TEST_F(Conditions, FindTheSameRowsInAFileAndInMemory) {
         {u"N = 'ärger'"_s, QString()},
         {u"N <> 'ärger'"_s, u"12456"_s},
         {u"M = 2.5"_s, u"6"_s},
+        {u"T > 2"_s, u"46"_s},
+        {u"Not T > 2"_s, u"125"_s},
+        {u"N < 'ärger'"_s, QString()},
         {u"T = N"_s, QString()},
         {u"T = N + 10"_s, u"6"_s},
         {u"T IN (2.5, 10)"_s, u"46"_s},
