@@ -150,37 +150,46 @@ TEST(SurveyReader, TakesTheEncodingThatASystemFileNames) {
     }
 }
 
+// Format 114 has them behind head (109 bytes), types, names, sort order, formats, names of labels and labels of
+// its variables (1 + 33 + 2 + 49 + 33 + 81 bytes each) and the end of the sort order (2); format 118 between tags.
 TEST(SurveyReader, TellsWhatStatasCharacteristicsHold) {
     TestHome home;
-    const QString path = home.path(u"chars.dta"_s);
-    SurveyFileMaker maker;
-    maker.number("v1");
-    maker.note("of the file, taken over");
-    maker.write(path, {{1.0}});
-    EXPECT_EQ(SurveyReader(path, {}).readHead().extras, QStringList());
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    QByteArray content = file.readAll(), added;
-    for (const auto& [owner, name, text] : {std::tuple("v1", "note0", "2"),
-                                            {"v1", "note1", "a"},
-                                            {"v1", "note2", "b"},
-                                            {"_dta", "_lang_list", "de en"},
-                                            {"v1", "_lang_v_en", "x"},
-                                            {"_dta", "source", "y"}}) {
-        const QByteArray entry = QByteArray(owner).leftJustified(129, '\0') +
-                                 QByteArray(name).leftJustified(129, '\0') + text + '\0';
-        const quint32 size = static_cast<quint32>(entry.size());
-        added += "<ch>" + QByteArray(reinterpret_cast<const char*>(&size), 4) + entry + "</ch>";
+    for (const bool tagged : {true, false}) {
+        SCOPED_TRACE(tagged);
+        const QString path = home.path(u"chars.dta"_s);
+        SurveyFileMaker maker;
+        maker.stataVersion(tagged ? 118 : 114);
+        maker.number("v1");
+        maker.number("v2");
+        maker.note("of the file, taken over");
+        maker.write(path, {{1.0, 2.0}});
+        EXPECT_EQ(SurveyReader(path, {}).readHead().extras, QStringList());
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        QByteArray content = file.readAll(), added;
+        const int nameBytes = tagged ? 129 : 33;
+        for (const auto& [owner, name, text] : {std::tuple("v1", "note0", "2"),
+                                                {"v1", "note1", "a"},
+                                                {"v1", "note2", "b"},
+                                                {"_dta", "_lang_list", "de en"},
+                                                {"v1", "_lang_v_en", "x"},
+                                                {"_dta", "source", "y"}}) {
+            const QByteArray entry = QByteArray(owner).leftJustified(nameBytes, '\0') +
+                                     QByteArray(name).leftJustified(nameBytes, '\0') + text + '\0';
+            const quint32 size = static_cast<quint32>(entry.size());
+            const QByteArray length(reinterpret_cast<const char*>(&size), 4);
+            added += tagged ? "<ch>" + length + entry + "</ch>" : '\1' + length + entry;
+        }
+        content.insert(tagged ? content.indexOf("</characteristics>") : 109 + 2 * 199 + 2, added);
+        file.seek(0);
+        file.write(content);
+        file.close();
+        const QStringList found = tagged ? dtaCharacteristics(path) : SurveyReader(path, {}).readHead().extras;
+        ASSERT_EQ(found.size(), 3) << found.join(u'\n').toStdString();
+        EXPECT_TRUE(found[0].startsWith(u"2 "_s));
+        EXPECT_TRUE(found[1].contains(u"de en"_s));
+        EXPECT_TRUE(found[2].startsWith(u"1 "_s));
     }
-    content.insert(content.indexOf("</characteristics>"), added);
-    file.seek(0);
-    file.write(content);
-    file.close();
-    const QStringList found = dtaCharacteristics(path);
-    ASSERT_EQ(found.size(), 3) << found.join(u'\n').toStdString();
-    EXPECT_TRUE(found[0].startsWith(u"2 "_s));
-    EXPECT_TRUE(found[1].contains(u"de en"_s));
-    EXPECT_TRUE(found[2].startsWith(u"1 "_s));
 }
 
 TEST(SurveyReader, TellsTextsWhoseCharactersAPortableFileDidNotKeep) {
