@@ -5,6 +5,7 @@
 #include "catalogue/StudyWriter.h"
 #include "catalogue/SurveyReader.h"
 #include "catalogue/importTexts.h"
+#include "catalogue/newCatalogue.h"
 #include "catalogue/schema.h"
 #include "platform/system/Paths.h"
 
@@ -283,7 +284,8 @@ std::vector<ImportReport> SurveyImporter::write() {
             studyFacts << said(u"Variablen, die es nicht mehr gibt (%1)"_s, u"Variables that are gone (%1)"_s)
                                   .arg(entries.vanished().size()) +
                               u": "_s + entries.vanished().join(u", "_s);
-        for (const QString& pointer : entries.pointersToVanished())
+        for (const QString& pointer :
+             StudyReferences(*catalogue_, entries.study()).toVanished(entries.vanished()))
             studyFacts
                 << said(u"Zeigt ins Leere: %1"_s, u"Points to a variable that is gone: %1"_s).arg(pointer);
 

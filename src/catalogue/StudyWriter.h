@@ -1,5 +1,6 @@
 #pragma once
 
+#include "catalogue/StudyReferences.h"
 #include "catalogue/studyContent.h"
 #include "platform/dao/Database.h"
 
@@ -29,35 +30,23 @@ public:
     /// Writes variables and labels, also where stored comparisons hold copies; those of the study that are
     /// not among them go. @return facts about what now reads other data
     QStringList writeContent(const StudyContent& content);
-    /// What still points to variables that went: assignments, comparisons, parts; one a line.
-    QStringList pointersToVanished() const;
     const QStringList& vanished() const { return vanished_; }
 
 private:
     dao::Database& catalogue_;
     QString studyTable_, study_;
     bool exists_ = false, isGroup_ = false;
-    struct Place {
-        QString name, table, field;
-    };
-    std::vector<Place> before_; ///< where the variables of a study that is there lay
-    QString query_;             ///< its `dt_query`
+    std::vector<StudyReferences::Place> before_; ///< where the variables of a study that is there lay
+    QString query_;                              ///< its `dt_query`
     QStringList vanished_;
 
-    dao::RecordsetPtr open(const QString& table, const QString& studyField) const;
     int nextOrder(const QString& group) const;
     QString weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
                       const std::vector<VariableEntry>& variables, QStringList& facts) const;
     void updateVariables(const std::vector<VariableEntry>& variables, std::vector<bool>& written);
     void updateLabels(const std::vector<LabelEntry>& labels, std::vector<bool>& written);
-    bool hasColumns(const QString& table, const QStringList& columns) const;
-    QStringList updateComparisons(const std::vector<VariableEntry>& variables);
-    QStringList movedInQuery(const std::vector<VariableEntry>& variables) const;
 };
 
 /// The table of the study view that holds a study or group of that number, else of the first one; the
 /// catalogue's options name the views, "tkey_Study" is the one if they name none.
 QString studyTableOf(dao::Database& catalogue, const QString& study);
-
-/// Makes the tables and options of a new catalogue with one study view.
-void makeCatalogue(dao::Database& catalogue);

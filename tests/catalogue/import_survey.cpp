@@ -241,6 +241,12 @@ TEST_F(ImportSurvey, AReplacedStudyLetsNothingReadAnotherVariablesColumn) {
     for (const QString& variable : {u"größe"_s, u"A"_s})
         execute(catalogue, u"INSERT INTO tsys_VariableComparison (fi_StudyNo, fi_VariableNo, fid, dt_Table, "
                            u"dt_Field) VALUES ('QX1', '%1', 7, 'QX1_1', 'V2')"_s.arg(variable));
+    // Of B's filter only a text of the user's counts: a part's is for the eye.
+    for (const auto& [variable, filter, kind] :
+         {std::tuple(u"größe"_s, u"(a=1 AND B>2)"_s, u"user"_s), {u"V2"_s, u"B = 1"_s, u"2"_s}})
+        execute(catalogue, u"INSERT INTO tsys_VariableComparison (fi_StudyNo, fi_VariableNo, fid, dt_Weight, "
+                           u"dt_Filter, dt_FilterInfo) VALUES ('QX1', '%1', 8, 'B', '%2', '%3')"_s.arg(
+                               variable, filter, kind));
     for (const QString& table : {u"trel_VariableLost"_s, u"trel_VariableStudy"_s})
         execute(catalogue,
                 u"INSERT INTO %1 (fid, fi_StudyNo, fi_VariableNo) VALUES (4, 'QX1', 'B')"_s.arg(table));
@@ -262,11 +268,16 @@ TEST_F(ImportSurvey, AReplacedStudyLetsNothingReadAnotherVariablesColumn) {
     EXPECT_EQ(rows(catalogue, u"SELECT id_VarName, dt_FieldName FROM tkey_Variable ORDER BY dt_Position"_s),
               (QStringList{u"V2|V2"_s, u"gewählt|V3"_s, u"größe|V3_"_s}));
     EXPECT_EQ(rows(catalogue,
-                   u"SELECT fi_VariableNo, dt_Field, dt_Missing FROM tsys_VariableComparison ORDER BY ID"_s),
+                   u"SELECT fi_VariableNo, dt_Field, dt_Missing FROM tsys_VariableComparison WHERE fid = 7 ORDER BY ID"_s),
               (QStringList{u"größe|V3_|9"_s, u"A|NULL|NULL"_s}));
     EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.V2"_s, u"größe"_s, u"QX1_1.V3_"_s}));
     EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.B"_s}));
     EXPECT_TRUE(hasFact({u"B: "_s, u"trel_VariableLost 4"_s}));
+    const auto facts = [&](const QString& words) { return report.facts.filter(words).size(); };
+    EXPECT_EQ(facts(u"A: Vergleichsauswertung 7"_s), 1);
+    EXPECT_EQ(facts(u"B: Gewicht in Vergleichsauswertung 8"_s), 2);
+    EXPECT_EQ(facts(u"A: Filter '(a=1 AND B>2)' in Vergleichsauswertung 8"_s), 1);
+    EXPECT_EQ(facts(u"B: Filter"_s), 1);
     EXPECT_EQ(rows(catalogue, u"SELECT id_StudyNo FROM tkey_Second"_s), QStringList{u"QX1"_s});
     EXPECT_EQ(rows(catalogue, u"SELECT id_StudyNo FROM tkey_Study"_s), QStringList());
 }
