@@ -118,6 +118,7 @@ void CreateSQL::prepareComparison() {
             for (int column = 0; column < columns; ++column)
                 table->setColWidth(column, widths[static_cast<size_t>(std::min(column, 2))]);
         }
+        table->setCols(columns);
         table->FixedRows = 1;
         table->FixedCols = 1;
     }

@@ -50,6 +50,7 @@ private:
     bool readRound();
     bool readComparisonRound();
     bool loadPartCriteria();
+    bool tellWhatHasGone(bool studyFound);
     bool findCases();
     bool addWeightToQuery();
     std::optional<VariablePlace> findPlace(const QString& variable);

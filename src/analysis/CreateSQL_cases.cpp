@@ -67,12 +67,30 @@ bool CreateSQL::readComparisonRound() {
 
 /// Reads the criteria from the catalogue: the entry's study need not be the one whose parts the window lists.
 bool CreateSQL::loadPartCriteria() {
-    return step([this] {
+    bool found = false;
+    const bool done = step([&] {
         const dao::RecordsetPtr parts = db_->OpenRecordset(u"tkey_Parts"_s);
-        parts->FindFirst(u"id_Part = "_s + r_.dbcParts.value);
-        if (!parts->NoMatch())
+        parts->FindFirst(u"id_Part = "_s + r_.dbcParts.value + u" AND fi_StudyNo = '"_s + round_.study + u"'"_s);
+        found = !parts->NoMatch();
+        if (found)
             r_.dtCriteria = parts->text(u"dt_SelectionCriteria"_s);
     });
+    return done && (found || endWith(round_.study + u", "_s + r_.txtFilter + u" "_s + TranslateText(u"nicht gefunden"_s)));
+}
+
+/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is told, and
+/// its stored table and field are used as they stand.
+bool CreateSQL::tellWhatHasGone(bool studyFound) {
+    if (!studyFound)
+        return endWith(round_.study + u" "_s + TranslateText(u"nicht gefunden"_s));
+    std::optional<VariablePlace> place;
+    if (!step([&] { place = findPlace(round_.facts.variable); }))
+        return false;
+    if (!place)
+        ui::asker().messageBox({.text = round_.study + u", "_s + round_.facts.variable + u" "_s +
+                                        TranslateText(u"nicht gefunden"_s),
+                                .icon = ui::Icon::Exclamation});
+    return true;
 }
 
 /// The study's cases: its own selection, or the first case table.
@@ -86,6 +104,8 @@ bool CreateSQL::findCases() {
         own = found ? studies->text(u"dt_query"_s) : QString();
     });
     if (!done)
+        return false;
+    if (isComparison() && !tellWhatHasGone(found))
         return false;
     if (!found)
         return clearAndEnd();

@@ -1,9 +1,9 @@
 #include "tables/Frequency.h"
 
-#include "platform/dao/DBEngine.h"
 #include "platform/system/NumberFormat.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestHome.h"
+#include "support/TestRecordsets.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const dao::Value null;
-using Rows = std::vector<std::vector<dao::Value>>;
+using Rows = TestRecordsets::Rows;
 
 /// A table with what it is made from, all options as a fresh installation has them but for automatic widths.
 class FrequencyTable : public testing::Test {
@@ -26,35 +26,13 @@ protected:
     std::function<bool()> cancelled_;
     Rows labels_{{u"1"_s, u"ja"_s}, {u"2.0"_s, u"nein"_s}, {u"9"_s, u"keine Angabe"_s}};
 
-    dao::DatabasePtr file_ = dao::DBEngine::instance().Workspaces(0).CreateDatabase(home_.path(u"t.mdb"_s));
-
-    dao::RecordsetPtr recordset(const QString& name, const QString& a, const QString& b, int type,
-                                const Rows& rows) {
-        if (file_->TableDefs().contains(name))
-            file_->TableDefs().Delete(name);
-        const dao::TableDefPtr table = file_->CreateTableDef(name);
-        table->Fields = {dao::TableDef::CreateField(a, type), dao::TableDef::CreateField(b, type)};
-        file_->TableDefs().Append(table);
-        dao::DBEngine::instance().Workspaces(0).BeginTrans();
-        const auto appender = file_->openAppender(name, {a, b});
-        for (const std::vector<dao::Value>& row : rows) {
-            for (int i = 0; i < 2; ++i) {
-                const dao::Value& value = row[static_cast<size_t>(i)];
-                if (type == dao::dbText)
-                    appender->setText(i, value.toText());
-                else if (!value.isNull())
-                    appender->setNumber(i, value.toDouble());
-            }
-            appender->appendRow();
-        }
-        dao::DBEngine::instance().Workspaces(0).CommitTrans();
-        return file_->OpenRecordset(name, dao::dbOpenSnapshot);
-    }
+    TestRecordsets recordsets_{home_.path(u"t.mdb"_s)};
 
     BuildOutcome build(const Rows& rows) {
-        const dao::RecordsetPtr counts = recordset(u"counts"_s, u"Value"_s, u"Count"_s, dao::dbDouble, rows);
+        const dao::RecordsetPtr counts =
+            recordsets_.make(u"counts"_s, {{u"Value"_s, dao::dbDouble}, {u"Count"_s, dao::dbDouble}}, rows);
         const dao::RecordsetPtr labels =
-            recordset(u"labels"_s, u"dt_Value"_s, u"dt_Label"_s, dao::dbText, labels_);
+            recordsets_.make(u"labels"_s, {{u"dt_Value"_s, dao::dbText}, {u"dt_Label"_s, dao::dbText}}, labels_);
         const FrequencyInput input{
             .counts = *counts,
             .labels = *labels,

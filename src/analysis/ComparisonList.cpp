@@ -1,0 +1,251 @@
+#include "analysis/ComparisonList.h"
+
+#include "analysis/comparisonEntries.h"
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
+#include "diagnostics/errors.h"
+#include "platform/ui/Asker.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void say(const QString& text) {
+    ui::asker().messageBox({.text = TranslateText(text), .icon = ui::Icon::Exclamation});
+}
+
+bool agreed(const QString& question, const QString& name = QString()) {
+    const QString of = name.isEmpty() ? QString() : u"\r\n("_s + name + u')';
+    return ui::asker().messageBox({TranslateText(question) + of, QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
+           ui::Answer::Yes;
+}
+
+} // namespace
+
+ComparisonList::ComparisonList(AnalysisModel& model) : model_(model) {
+    model_.applyComparisonEntryChange = [this] { ApplyComparisonEntryChange(true); };
+}
+
+template<class Steps>
+void ComparisonList::quietly(Steps&& steps) {
+    const bool armed = std::exchange(armed_, false);
+    steps();
+    armed_ = armed;
+}
+
+/// Weight and filter of the window as an entry keeps them. @return false where a weight is asked for and none is picked
+bool ComparisonList::writeChoices(ComparisonEntry& entry) const {
+    const AnalysisRequest& r = model_.request;
+    if (r.Option3 == WeightKind::WeightUser && r.weightVariable().isEmpty())
+        return false;
+    static const QString kinds[] = {QString(), u"RE"_s, u"HH"_s, u"user"_s};
+    entry.column[ComparisonEntry::Weight] = r.weightVariable();
+    entry.column[ComparisonEntry::WeightInfo] = kinds[static_cast<int>(r.Option3)];
+    for (const auto column : {ComparisonEntry::Filter, ComparisonEntry::FilterInfo, ComparisonEntry::PartText})
+        entry.column[column].clear();
+    if (r.optFilter == FilterKind::FilterUser) {
+        entry.column[ComparisonEntry::Filter] = r.txtFilter;
+        entry.column[ComparisonEntry::FilterInfo] = u"user"_s;
+    } else if (r.optFilter == FilterKind::FilterParts && !r.dbcParts.isEmpty()) {
+        entry.column[ComparisonEntry::Filter] = r.txtFilter;
+        entry.column[ComparisonEntry::FilterInfo] = r.dbcParts.value;
+        entry.column[ComparisonEntry::PartText] = r.dbcParts.text;
+    }
+    entry.text = entryText(entry);
+    return true;
+}
+
+bool ComparisonList::cmd_AddTrend() {
+    AnalysisRequest& r = model_.request;
+    if (r.dtTable.isEmpty() || r.dtField.isEmpty()) {
+        say(u"Keine Variable ausgewählt"_s);
+        return false;
+    }
+    ComparisonEntry entry;
+    entry.column[ComparisonEntry::Study] = r.dbcStudy.value;
+    entry.column[ComparisonEntry::Variable] = r.dbcVariable.value;
+    entry.column[ComparisonEntry::Table] = r.dtTable;
+    entry.column[ComparisonEntry::Field] = r.dtField;
+    entry.column[ComparisonEntry::Missing] = r.dtMissing;
+    entry.column[ComparisonEntry::Year] = r.dtYear;
+    entry.column[ComparisonEntry::Group] = r.dtVarGroup;
+    entry.column[ComparisonEntry::VarLabel] = r.dbcVariableUni;
+    if (!writeChoices(entry)) {
+        say(u"Gewichtungsvariable auswählen"_s);
+        return false;
+    }
+    r.lst_TrendVars.append(entry);
+    return true;
+}
+
+bool ComparisonList::addVariable(const QString& study, const QString& variable) {
+    bool added = false;
+    quietly([&] {
+        if (!model_.StudyClick(study) || !model_.chooseVariable(variable))
+            return;
+        model_.chooseFilter(FilterKind::noFilter);
+        const WeightKind wanted = gOptions.ComparisonWeight == 1   ? WeightKind::WeightRE
+                                  : gOptions.ComparisonWeight == 2 ? WeightKind::WeightHH
+                                                                   : WeightKind::noWeight;
+        if (!model_.chooseWeight(wanted))
+            model_.chooseWeight(WeightKind::noWeight);
+        added = cmd_AddTrend();
+    });
+    return added;
+}
+
+void ComparisonList::cmd_DeleteFromTrend() {
+    if (selected_.isEmpty() || !agreed(u"Möchten Sie die ausgewählte Variable aus dem Vergleich löschen?"_s))
+        return;
+    std::ranges::sort(selected_, std::greater());
+    for (const int row : selected_)
+        model_.request.lst_TrendVars.removeAt(row);
+    selected_.clear();
+    armed_ = false;
+}
+
+void ComparisonList::cmd_ClearTrend() {
+    if (entries().isEmpty() || !agreed(u"Möchten Sie den Vergleich leeren?"_s))
+        return;
+    model_.request.lst_TrendVars.clear();
+    model_.request.txtTitle.clear();
+    selected_.clear();
+    armed_ = false;
+}
+
+void ComparisonList::select(const QList<int>& rows) {
+    selected_.clear();
+    for (const int row : rows)
+        if (row >= 0 && row < entries().size() && !selected_.contains(row))
+            selected_.append(row);
+    std::ranges::sort(selected_);
+    armed_ = false;
+    if (selected_.isEmpty())
+        return;
+    const ComparisonEntry entry = entries().at(selected_.first());
+    quietly([&] { takeBack(entry); });
+    armed_ = true;
+}
+
+/// Sets the window's choices from an entry. Its study or variable may be gone; then the window keeps what it can.
+void ComparisonList::takeBack(const ComparisonEntry& entry) {
+    if (!model_.StudyClick(entry.at(ComparisonEntry::Study)))
+        return;
+    model_.chooseVariable(entry.at(ComparisonEntry::Variable));
+    const QString& weight = entry.at(ComparisonEntry::Weight);
+    if (weight.isEmpty())
+        model_.chooseWeight(WeightKind::noWeight);
+    else if (weight == model_.request.dt_WeightHH)
+        model_.chooseWeight(WeightKind::WeightHH);
+    else if (weight == model_.request.dt_WeightRE)
+        model_.chooseWeight(WeightKind::WeightRE);
+    else
+        model_.chooseWeight(WeightKind::WeightUser, weight);
+    const QString& kind = entry.at(ComparisonEntry::FilterInfo);
+    if (entry.at(ComparisonEntry::Filter).isEmpty())
+        model_.chooseFilter(FilterKind::noFilter);
+    else if (kind.isEmpty() || kind == "user"_L1)
+        model_.chooseFilterText(entry.at(ComparisonEntry::Filter));
+    else
+        model_.choosePart(kind);
+}
+
+void ComparisonList::ApplyComparisonEntryChange(bool ask) {
+    if (!armed_ || selected_.isEmpty() || model_.request.mode != AnalysisMode::Comparison)
+        return;
+    ComparisonEntry& entry = model_.request.lst_TrendVars[selected_.first()];
+    ComparisonEntry changed = entry;
+    const bool complete = writeChoices(changed);
+    if (complete && std::ranges::equal(changed.column, entry.column))
+        return;
+    if (ask && !agreed(u"Möchten Sie den ausgewählten Eintrag in der Vergleichsauswertung ändern?"_s))
+        return;
+    if (!complete) {
+        say(u"Gewichtungsvariable auswählen"_s);
+        return;
+    }
+    entry = changed;
+}
+
+bool ComparisonList::tablesExist() const {
+    return gDatabase.TableExist(u"tsys_Comparison"_s) && gDatabase.TableExist(u"tsys_VariableComparison"_s);
+}
+
+void ComparisonList::RefreshSavedComparisons() {
+    if (!tablesExist())
+        return;
+    saved_.clear();
+    attempt([this] {
+        const dao::RecordsetPtr rows = gDatabase.CurrentDatabase()->OpenRecordset(u"tsys_Comparison"_s, dao::dbOpenSnapshot);
+        for (; !rows->Eof(); rows->MoveNext())
+            saved_.append({u"ID"_s + rows->text(u"ID"_s), rows->text(u"dt_CompName"_s)});
+        rows->Close();
+    });
+}
+
+bool ComparisonList::cmd_SaveTrend() {
+    if (entries().isEmpty())
+        return false;
+    bool stored = false;
+    if (agreed(u"Möchten Sie diesen Vergleich speichern?"_s)) {
+        QString name = model_.request.txtTitle;
+        for (;;) {
+            const std::optional<QString> given = ui::asker().inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), {}, name);
+            if (!given || given->isEmpty())
+                break;
+            name = *given;
+            if (comparisonNamed(name)) {
+                say(u"Name bereits vorhanden."_s);
+                continue;
+            }
+            stored = attempt([&] { storeComparison(name, model_.request.txtTitle, entries()); });
+            break;
+        }
+    }
+    RefreshSavedComparisons();
+    return stored;
+}
+
+bool ComparisonList::save(const QString& name) {
+    if (comparisonNamed(name)) {
+        say(u"Name bereits vorhanden."_s);
+        return false;
+    }
+    const bool stored = attempt([&] { storeComparison(name, model_.request.txtTitle, entries()); });
+    RefreshSavedComparisons();
+    return stored;
+}
+
+bool ComparisonList::cmd_LoadTrend(int row) {
+    if (row < 0 || row >= saved_.size() || !agreed(u"Möchten Sie einen Vergleich laden?"_s, saved_[row].name))
+        return false;
+    return load(saved_[row]);
+}
+
+bool ComparisonList::load(const Saved& saved) {
+    std::optional<StoredComparison> stored;
+    if (!tablesExist() || !attempt([&] { stored = readComparison(saved.key.mid(2)); }))
+        return false;
+    if (!stored) {
+        say(u"Vergleich nicht gefunden"_s);
+        return false;
+    }
+    model_.request.lst_TrendVars = stored->entries;
+    model_.request.txtTitle = stored->title;
+    selected_.clear();
+    armed_ = false;
+    return true;
+}
+
+bool ComparisonList::cmd_DelSavedTrend(int row) {
+    if (row < 0 || row >= saved_.size() || !agreed(u"Möchten Sie einen gespeicherten Vergleich löschen?"_s, saved_[row].name))
+        return false;
+    bool deleted = false;
+    if (tablesExist() && attempt([&] { deleted = deleteComparison(saved_[row].key.mid(2)); }) && !deleted)
+        say(u"Vergleich nicht gefunden"_s);
+    RefreshSavedComparisons();
+    return deleted;
+}

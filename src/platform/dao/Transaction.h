@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/dao/DBEngine.h"
+
+namespace dao {
+
+/// A transaction that rolls back unless it is committed.
+class Transaction {
+public:
+    explicit Transaction(Workspace& workspace = DBEngine::instance().Workspaces(0)) : workspace_(workspace) {
+        workspace_.BeginTrans();
+    }
+    ~Transaction() {
+        if (!open_)
+            return;
+        try {
+            workspace_.Rollback();
+        } catch (const Error&) {
+            // The failure that led here is the one to be told; the files roll back when they are next opened.
+        }
+    }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// @throws Error as Workspace::CommitTrans()
+    void commit() {
+        workspace_.CommitTrans();
+        open_ = false;
+    }
+
+private:
+    Workspace& workspace_;
+    bool open_ = true;
+};
+
+} // namespace dao

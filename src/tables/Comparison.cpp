@@ -1,0 +1,238 @@
+#include "tables/Comparison.h"
+
+#include "app/globals.h"
+#include "diagnostics/errors.h"
+#include "platform/system/NumberFormat.h"
+#include "platform/ui/Asker.h"
+#include "tables/labels.h"
+#include "tables/missing.h"
+
+#include <QHash>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum ComparisonColumn { ValueColumn, LabelColumn, MarkColumn, FirstEntry };
+constexpr int comparisonRowHeight = 228;
+constexpr int scanLimit = 25000;
+const QString systemMissing = u"SYSMIS"_s;
+
+class ColumnBuilder {
+public:
+    ColumnBuilder(ResultTable& table, ResultTable& percent, ResultTable& absolute, const ComparisonInput& input)
+        : table_(table), percent_(percent), absolute_(absolute), in_(input) {}
+
+    BuildOutcome build();
+
+private:
+    /// A row of the table while the column is made: its cells, and the order that its value gives it.
+    struct Row {
+        std::vector<QString> cells;
+        double count = 0;
+        bool counted = false; ///< this entry brought the value
+    };
+
+    ResultTable& table_;
+    ResultTable& percent_;
+    ResultTable& absolute_;
+    const ComparisonInput& in_;
+    std::optional<MissingDefinition> definition_;
+    std::vector<Row> rows_;
+    QHash<QString, size_t> byValue_; ///< rows that have a value, by their place in the order of arrival
+    std::vector<size_t> order_;      ///< rows as the table shows them
+    size_t systemMissingRow_ = SIZE_MAX;
+    std::vector<QString> sums_, valid_; ///< the two rows below the values
+    double total_ = 0, validTotal_ = 0;
+    bool warned_ = false;
+
+    void read();
+    void remember(size_t row);
+    void add(const dao::Value& value, double count);
+    size_t newRow(const dao::Value& value, const QString& text);
+    QString labelOfNewRow(const dao::Value& value, bool isEmpty) const;
+    bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
+    void place(size_t row, const dao::Value& value, const QString& text);
+    void write();
+    void writePercent();
+    void setWidths();
+};
+
+/// Takes the rows of the entries before this one from the table; what an earlier run left in this column goes.
+void ColumnBuilder::read() {
+    if (table_.Cols() <= in_.column)
+        table_.setCols(in_.column + 1);
+    const int columns = table_.Cols();
+    const auto take = [&](int row) {
+        std::vector<QString> cells;
+        for (int column = 0; column < columns; ++column)
+            cells.push_back(column == in_.column ? QString() : table_.Cell(column, row));
+        return cells;
+    };
+    for (int row = 1; row < table_.Rows() - 3; ++row) {
+        rows_.push_back({take(row)});
+        order_.push_back(rows_.size() - 1);
+        remember(rows_.size() - 1);
+    }
+    sums_ = take(table_.Rows() - 3);
+    valid_ = take(table_.Rows() - 2);
+    if (in_.dtMissing)
+        definition_.emplace(*in_.dtMissing);
+}
+
+/// A value is found by its text; system-missing only in a row that says so.
+void ColumnBuilder::remember(size_t row) {
+    const Row& r = rows_[row];
+    if (!r.cells[ValueColumn].isEmpty()) {
+        if (!byValue_.contains(r.cells[ValueColumn]))
+            byValue_.insert(r.cells[ValueColumn], row);
+    } else if (systemMissingRow_ == SIZE_MAX && r.cells[LabelColumn].startsWith(systemMissing)) {
+        systemMissingRow_ = row;
+    }
+}
+
+void ColumnBuilder::add(const dao::Value& value, double count) {
+    const QString text = value.toText();
+    size_t row = text.isEmpty() ? systemMissingRow_ : byValue_.value(text, SIZE_MAX);
+    if (row == SIZE_MAX) {
+        if (rows_.size() + 3 >= scanLimit && !std::exchange(warned_, true))
+            ui::asker().messageBox(
+                {.text = TranslateText(u"25000 Zeilen erreicht, Abbruch"_s), .icon = ui::Icon::Exclamation});
+        row = newRow(value, text);
+    }
+    total_ += count;
+    if (rows_[row].cells[MarkColumn] != "X"_L1)
+        validTotal_ += count;
+    rows_[row].count += count;
+    rows_[row].counted = true;
+}
+
+QString ColumnBuilder::labelOfNewRow(const dao::Value& value, bool isEmpty) const {
+    if (!in_.HeaderValFirst)
+        return isEmpty ? systemMissing : QString();
+    QString label = labelOf(in_.labels, value).value_or(isEmpty ? systemMissing : QString());
+    if (in_.HeaderValAddVar) {
+        const QString& header = table_.Cell(in_.column, 0);
+        label += u" ("_s + header.left(header.indexOf(u'(')).trimmed() + u')';
+    }
+    return label;
+}
+
+size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
+    Row row{std::vector<QString>(static_cast<size_t>(table_.Cols()))};
+    const bool missing = text.isEmpty() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+    row.cells[ValueColumn] = text;
+    row.cells[LabelColumn] = labelOfNewRow(value, text.isEmpty());
+    row.cells[MarkColumn] = missing ? u"X"_s : QString();
+    rows_.push_back(row);
+    remember(rows_.size() - 1);
+    place(rows_.size() - 1, value, text);
+    return rows_.size() - 1;
+}
+
+/// A number is compared with the number at the start of the other cell, a text with its text; system-missing counts as 0.
+bool ColumnBuilder::comesBefore(const dao::Value& value, const QString& text, const QString& other) const {
+    if (text.isEmpty() || value.isNumeric())
+        return (text.isEmpty() ? 0.0 : value.toDouble()) < dao::leadingNumber(other, true);
+    return dao::compareTexts(text, other) < 0;
+}
+
+/// Goes up from the end past every row that the value comes before.
+void ColumnBuilder::place(size_t row, const dao::Value& value, const QString& text) {
+    auto at = order_.end();
+    while (at != order_.begin() && comesBefore(value, text, rows_[*(at - 1)].cells[ValueColumn]))
+        --at;
+    order_.insert(at, row);
+}
+
+void ColumnBuilder::write() {
+    const int dataRows = static_cast<int>(order_.size());
+    table_.setRows(dataRows + 4);
+    const auto put = [this](int row, const std::vector<QString>& cells) {
+        for (int column = 0; column < table_.Cols(); ++column)
+            table_.setCell(column, row, cells[static_cast<size_t>(column)]);
+        table_.setCellAlignment(LabelColumn, row, ResultTable::LeftCenter);
+        table_.setCellAlignment(MarkColumn, row, ResultTable::RightTop);
+        table_.setRowHeight(row, comparisonRowHeight);
+    };
+    const size_t column = static_cast<size_t>(in_.column);
+    for (int row = 1; row <= dataRows; ++row) {
+        Row& data = rows_[order_[static_cast<size_t>(row) - 1]];
+        if (data.counted)
+            data.cells[column] = NumberFormat::fixed(data.count, 0);
+        put(row, data.cells);
+    }
+    sums_[LabelColumn] = TranslateText(u"Summe"_s);
+    sums_[column] = NumberFormat::fixed(total_, 0);
+    valid_[LabelColumn] = TranslateText(u"Gültige Fälle"_s);
+    valid_[column] = NumberFormat::fixed(validTotal_, 0);
+    put(dataRows + 1, sums_);
+    put(dataRows + 2, valid_);
+    put(dataRows + 3, std::vector<QString>(static_cast<size_t>(table_.Cols())));
+}
+
+/// Valid percent of every entry, on the counts as displayed.
+void ColumnBuilder::writePercent() {
+    percent_ = table_;
+    const int validRow = table_.Rows() - 2;
+    for (int column = FirstEntry; column < table_.Cols(); ++column) {
+        const double base = dao::leadingNumber(table_.Cell(column, validRow), true);
+        for (int row = 1; row < table_.Rows(); ++row) {
+            const QString& cell = table_.Cell(column, row);
+            const bool shown = base != 0 && !cell.isEmpty() && table_.Cell(MarkColumn, row) != "X"_L1 && row != validRow - 1;
+            percent_.setCell(column, row,
+                             shown ? NumberFormat::fixed(dao::leadingNumber(cell, true) * 100.0 / base, 1) : QString());
+        }
+    }
+    if (!in_.CommaInPercent)
+        percent_.exchangeSeparators(FirstEntry, 1);
+}
+
+void ColumnBuilder::setWidths() {
+    if (!in_.AutoColWidth)
+        return;
+    const int sumRow = table_.Rows() - 3;
+    for (const int column : {+ValueColumn, +LabelColumn, +MarkColumn, in_.column}) {
+        double widest = 0;
+        for (int row = 0; row < table_.Rows(); ++row) {
+            if (table_.Cell(column, row).isEmpty())
+                continue;
+            const double width = 1.2 * in_.textWidth(table_.Cell(column, row));
+            widest = std::max(widest, row == 0 || row == sumRow ? width + 50 : width);
+        }
+        table_.setColWidth(column, static_cast<int>(widest));
+    }
+}
+
+BuildOutcome ColumnBuilder::build() {
+    read();
+    const bool empty = in_.counts.Bof() && in_.counts.Eof();
+    if (!empty)
+        in_.counts.MoveFirst();
+    for (; !empty && !in_.counts.Eof(); in_.counts.MoveNext()) {
+        const dao::Value count = in_.counts.value(1);
+        add(in_.counts.value(0), count.isNull() ? 0.0 : count.toDouble());
+    }
+    write();
+    for (int row = 1; row < table_.Rows() - 1; ++row)
+        if (in_.cancelled && in_.cancelled())
+            return BuildOutcome::Cancelled;
+    setWidths();
+    writePercent();
+    absolute_ = table_;
+    return BuildOutcome::Complete;
+}
+
+} // namespace
+
+BuildOutcome BuildComparisonColumn(ResultTable& table, ResultTable& percent, ResultTable& absolute,
+                                   const ComparisonInput& input, bool& bUserMissing) {
+    BuildOutcome outcome = BuildOutcome::Aborted;
+    const Trap end = trapped([&] { outcome = ColumnBuilder(table, percent, absolute, input).build(); });
+    if (end != Trap::Done)
+        return BuildOutcome::Aborted;
+    if (outcome == BuildOutcome::Complete)
+        bUserMissing = false;
+    return outcome;
+}
