@@ -164,6 +164,11 @@ bool CProfile::SetRegistryEntry(Registry::Hive hive, const QString& key, const Q
         entry.number = value.toUInt(&understood);
     else
         entry.text = value.toString().isEmpty() ? u" "_s : value.toString();
+    Registry::Entry before;
+    // A value that stands there already is not written again: each write replaces the whole file.
+    if (understood && Registry::read(hive, key, name, before) == Registry::Outcome::Done && before.type == entry.type &&
+        before.text == entry.text && before.number == entry.number)
+        return false;
     const Registry::Outcome outcome =
         understood ? Registry::write(hive, key, name, entry) : Registry::Outcome::NotWritable;
     if (outcome == Registry::Outcome::Done)

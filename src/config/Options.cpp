@@ -114,14 +114,18 @@ QString optionText(const Options& options, const OptionDescriptor& option, bool 
                       option.member);
 }
 
+void convertOption(Options& options, const OptionDescriptor& option, const QString& text) {
+    std::visit(Overload{
+                   [&](bool Options::*member) { options.*member = toBoolean(text); },
+                   [&](int Options::*member) { options.*member = toLong(text); },
+                   [&](QString Options::*member) { options.*member = text; },
+               },
+               option.member);
+}
+
 bool setOptionFromText(Options& options, const OptionDescriptor& option, const QString& text) {
     try {
-        std::visit(Overload{
-                       [&](bool Options::*member) { options.*member = toBoolean(text); },
-                       [&](int Options::*member) { options.*member = toLong(text); },
-                       [&](QString Options::*member) { options.*member = text; },
-                   },
-                   option.member);
+        convertOption(options, option, text);
         return true;
     } catch (const dao::Error&) {
         return false;

@@ -1,11 +1,282 @@
 #include "config/frmOptions.h"
 
+#include "config/OptionPaths.h"
+#include "config/frmOptionsPages.h"
+#include "diagnostics/errors.h"
+#include "language/mdLanguage.h"
+#include "platform/ui/Asker.h"
+#include "widgets/notBuilt.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Fields with a browse button, which is named like the field.
+const QStringList pathFields = {u"txtDatabaseName"_s,      u"txtDatabasePath"_s, u"txtDataPath"_s,
+                                u"txtQuestionnairePath"_s, u"txtSPSSPath"_s,     u"txtSkinPath"_s};
+QString buttonOf(const QString& field) {
+    return u"cmd"_s + field.mid(3);
+}
+
+const QString fontLists[] = {u"cmbFixedFont"_s, u"cmbPropFont"_s};
+const QString positionLists[] = {u"cmbDate"_s, u"cmbPageNumber"_s};
+constexpr int fontSizes[] = {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 24, 28, 36, 48, 72};
+
+/// Number of the member that an option array's control is.
+QString memberIndex(const QString& objectName) {
+    return objectName.section(u'(', 1).chopped(1);
+}
+
+/// Chooses an item by its text; a text that no item has yet, as a font that this machine lacks, becomes one, so that what
+/// nobody touches stays as it is.
+void choose(QComboBox* list, const QString& text) {
+    int row = list->findText(text);
+    if (row < 0 && !text.isEmpty()) {
+        list->insertItem(0, text);
+        row = 0;
+    }
+    list->setCurrentIndex(row);
+}
+
+QPushButton* addButton(QHBoxLayout* row, const QString& name, const QString& text) {
+    auto* button = new QPushButton(text);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    row->addWidget(button);
+    return button;
+}
+
+} // namespace
 
 void frmOptions::showOptions(QWidget* parent) {
     frmOptions(parent).exec();
 }
 
-frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOptions"_s) {}
+frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOptions"_s) {
+    setWindowTitle(u"Optionen"_s);
+    auto* column = new QVBoxLayout(this);
+    tbsOptions_ = makeOptionPages(this);
+    column->addWidget(tbsOptions_, 1);
+    auto* row = new QHBoxLayout;
+    addButton(row, u"cmdLoad"_s, u"&Laden..."_s);
+    addButton(row, u"cmdSave"_s, u"&Speichern..."_s);
+    row->addStretch();
+    addButton(row, u"cmdOK"_s, u"OK"_s)->setDefault(true);
+    addButton(row, u"cmdCancel"_s, u"Abbrechen"_s);
+    addButton(row, u"cmdApply"_s, u"&Übernehmen"_s);
+    column->addLayout(row);
+
+    fillLists();
+    connectControls();
+    connectButtons();
+    mdLanguage::SetCtrlProps(*this);
+    refreshTitles();
+    turnTab(0);
+    showModel();
+    tbsOptions_->setFocus();
+    resize(sizeHint().boundedTo(screen()->availableSize() * 0.95));
+}
 
 frmOptions::~frmOptions() = default;
+
+void frmOptions::fillLists() {
+    const auto list = [&](const QString& name) { return findChild<QComboBox*>(name); };
+    for (const QString& name : fontLists)
+        list(name)->addItems(QFontDatabase::families());
+    for (const QString& name : positionLists)
+        list(name)->addItems(OptionsModel::positionTexts());
+    for (const int size : fontSizes)
+        list(u"cmbFontSize"_s)->addItem(QString::number(size));
+}
+
+void frmOptions::connectControls() {
+    for (auto* box : findChildren<QCheckBox*>())
+        connect(box, &QCheckBox::toggled, this,
+                [=, this](bool on) { take(box->objectName(), on ? u"1"_s : u"0"_s); });
+    for (auto* button : findChildren<QRadioButton*>())
+        connect(button, &QRadioButton::toggled, this, [=, this](bool on) {
+            if (on)
+                take(button->objectName().section(u'(', 0, 0), memberIndex(button->objectName()));
+        });
+    for (auto* list : findChildren<QComboBox*>())
+        connect(list, &QComboBox::currentTextChanged, this,
+                [=, this](const QString& text) { take(list->objectName(), text); });
+    for (auto* field : findChildren<QLineEdit*>())
+        connect(field, &QLineEdit::textChanged, this,
+                [=, this](const QString& text) { take(field->objectName(), text); });
+}
+
+void frmOptions::connectButtons() {
+    const auto onClick = [this](const QString& name, auto&& handler) {
+        connect(findChild<QPushButton*>(name), &QPushButton::clicked, this, handler);
+    };
+    onClick(u"cmdOK"_s, [this] { cmdOK_Click(); });
+    onClick(u"cmdCancel"_s, [this] { cmdCancel_Click(); });
+    onClick(u"cmdApply"_s, [this] { cmdApply_Click(); });
+    onClick(u"cmdLoad"_s, [this] { cmdLoad_Click(); });
+    onClick(u"cmdSave"_s, [this] { cmdSave_Click(); });
+    for (const QString& field : pathFields) {
+        onClick(buttonOf(field), [=, this] { browse(field, false); });
+        findChild<QLineEdit*>(field)->installEventFilter(this);
+    }
+    connect(tbsOptions_, &QTabWidget::currentChanged, this, [this] { turnTab(0); });
+}
+
+/// What has no caption is named to those who cannot see it.
+void frmOptions::refreshTitles() {
+    for (const QString& field : pathFields) {
+        auto* button = findChild<QPushButton*>(buttonOf(field));
+        button->setAccessibleName(button->toolTip());
+    }
+}
+
+void frmOptions::showModel() {
+    showing_ = true;
+    for (const OptionControl& bound : OptionsModel::controls()) {
+        if (bound.form != OptionControl::Form::OptionArray) {
+            showValue(control(bound.control), bound.control);
+            continue;
+        }
+        for (auto* button : findChildren<QRadioButton*>())
+            if (button->objectName().startsWith(bound.control + u'('))
+                button->setChecked(memberIndex(button->objectName()) == model_.value(bound.control));
+    }
+    showValue(control(u"chkbSys"_s), u"chkbSys"_s);
+    showing_ = false;
+    showSamples();
+    applyNotBuilt(*this);
+}
+
+void frmOptions::showValue(QObject* object, const QString& name) {
+    if (auto* box = qobject_cast<QCheckBox*>(object)) {
+        box->setChecked(model_.isOn(name));
+        box->setEnabled(model_.isEnabled(name));
+    } else if (auto* list = qobject_cast<QComboBox*>(object)) {
+        choose(list, model_.value(name));
+    } else if (auto* field = qobject_cast<QLineEdit*>(object)) {
+        // A field that shows the value already keeps its caret.
+        if (field->text() != model_.value(name))
+            field->setText(model_.value(name));
+    }
+}
+
+void frmOptions::showSamples() {
+    const std::pair<QString, QString> samples[] = {{u"lblSample1"_s, u"cmbFixedFont"_s}, {u"lblSample2"_s, u"cmbPropFont"_s}};
+    for (const auto& [label, list] : samples) {
+        QFont sample = font();
+        sample.setFamilies({model_.value(list)});
+        findChild<QLabel*>(label)->setFont(sample);
+    }
+}
+
+void frmOptions::take(const QString& name, const QString& value) {
+    if (showing_)
+        return;
+    model_.setValue(name, value);
+    showModel();
+}
+
+void frmOptions::browse(const QString& field, bool byDoubleClick) {
+    trapped([&] {
+        if (byDoubleClick ? OptionPaths::browseByDoubleClick(model_, field) : OptionPaths::browse(model_, field))
+            showModel();
+    });
+}
+
+void frmOptions::cmdApply_Click() {
+    trapped([this] {
+        try {
+            if (!model_.apply())
+                return;
+            showModel();
+            // A window may close another when it follows the options.
+            const std::vector<Form*> forms = Form::open();
+            for (Form* form : forms)
+                if (std::ranges::find(Form::open(), form) != Form::open().end())
+                    form->optionsApplied();
+        } catch (const dao::Error& error) {
+            const QString text = missingPlaceText(error.number());
+            if (text.isEmpty())
+                throw;
+            ui::asker().messageBox({text});
+        }
+    });
+}
+
+void frmOptions::cmdOK_Click() {
+    cmdApply_Click();
+    cmdCancel_Click();
+}
+
+void frmOptions::cmdCancel_Click() {
+    done(QDialog::Rejected);
+    for (Form* form : Form::open())
+        if (form->windowName() == u"frmMain") {
+            form->widget().activateWindow();
+            form->widget().setFocus();
+        }
+}
+
+void frmOptions::cmdLoad_Click() {
+    trapped([this] {
+        const QString file = OptionPaths::chooseIniFile(false);
+        if (file.isEmpty())
+            return;
+        OptionsFromIniFile(file);
+        model_.load();
+        showModel();
+    });
+}
+
+void frmOptions::cmdSave_Click() {
+    trapped([] {
+        const QString file = OptionPaths::chooseIniFile(true);
+        if (!file.isEmpty())
+            OptionsToIniFile(file);
+    });
+}
+
+/// Goes to the tab so many places on, round the ends; only the page in view is enabled.
+void frmOptions::turnTab(int step) {
+    const int count = tbsOptions_->count();
+    tbsOptions_->setCurrentIndex((tbsOptions_->currentIndex() + step + count) % count);
+    for (int i = 0; i < count; ++i)
+        findChild<QWidget*>(arrayName(u"picOptions"_s, i))->setEnabled(i == tbsOptions_->currentIndex());
+}
+
+void frmOptions::keyPressEvent(QKeyEvent* event) {
+    const bool isTab = event->key() == Qt::Key_Tab || event->key() == Qt::Key_Backtab;
+    if (!isTab || !(event->modifiers() & Qt::ControlModifier)) {
+        QDialog::keyPressEvent(event);
+        return;
+    }
+    const bool back = event->key() == Qt::Key_Backtab || (event->modifiers() & Qt::ShiftModifier);
+    turnTab(back ? -1 : 1);
+}
+
+bool frmOptions::eventFilter(QObject* watched, QEvent* event) {
+    const QString field = watched->objectName();
+    if (event->type() == QEvent::MouseButtonDblClick) {
+        browse(field, true);
+        return true;
+    }
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4) {
+        browse(field, false);
+        return true;
+    }
+    return QDialog::eventFilter(watched, event);
+}

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "config/Options.h"
+
+#include <QMap>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+/// One control of the options dialog and the option behind it.
+struct OptionControl {
+    enum class Form { CheckBox, Text, Number, OptionArray, Position };
+
+    QString control; ///< control name; a member of an array with its index: "chkHeader(4)"
+    const OptionDescriptor* option;
+    Form form;
+    /// Stored place for a text that names none; for Form::Position only.
+    QString otherwise = QString();
+};
+
+/// What the options dialog shows and does, without widgets: pending values apart from the options in force, which change at
+/// apply() only.
+///
+/// Values are texts: a check box "1" or "0", an option array the index chosen, a position its text in the user's language,
+/// anything else as it is typed.
+class OptionsModel {
+public:
+    /// The controls in the order of writing.
+    static const std::vector<OptionControl>& controls();
+    /// Null if no option stands behind a control of that name.
+    static const OptionControl* find(const QString& control);
+
+    OptionsModel() { load(); }
+    /// Takes every value from the options in force, and the start-window flag.
+    void load();
+
+    QString value(const QString& control) const { return values_.value(control); }
+    bool isOn(const QString& control) const { return value(control) == QLatin1String("1"); }
+    void setValue(const QString& control, const QString& value);
+    /// False for a box whose governing box is off.
+    bool isEnabled(const QString& control) const;
+
+    /// Normalises the paths, takes the values over into the options in force in the order of the controls, then writes all
+    /// options and the start-window flag. A number that does not convert shows the standard error box: Ignore leaves that
+    /// option as it was, Abort that one and all that follow, and nothing is written.
+    /// @return false after Abort
+    bool apply();
+
+    /// The seven positions in the user's language, in the order of their list.
+    static QStringList positionTexts();
+    /// What is stored for a position's text; `otherwise` for a text that is none.
+    static QString storedPosition(const QString& text, const QString& otherwise);
+    /// The text of a stored position; empty if it is none.
+    static QString positionText(const QString& stored);
+
+private:
+    QMap<QString, QString> values_;
+
+    void normalisePaths();
+    void takeOver(const OptionControl& control) const;
+    static void saveOptions();
+};
+
+/// The message for an error that tells of a missing drive, path or file; empty for any other.
+QString missingPlaceText(int errorNumber);

@@ -1,0 +1,178 @@
+#include "config/frmOptions.h"
+
+#include "app/globals.h"
+#include "config/CProfile.h"
+#include "config/Options.h"
+#include "support/PrintQt.h"
+#include "support/WindowTest.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QTabWidget>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class OptionsDialog : public WindowTest {
+protected:
+    std::unique_ptr<frmOptions> dialog;
+
+    void open() {
+        dialog = std::make_unique<frmOptions>();
+        dialog->show();
+        settle();
+    }
+    template<class Widget>
+    Widget* of(const QString& name) {
+        auto* found = dialog->findChild<Widget*>(name);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return found;
+    }
+    int tab() { return of<QTabWidget>(u"tbsOptions"_s)->currentIndex(); }
+    void click(const QString& button) { of<QPushButton>(button)->click(); }
+};
+
+/// A window that counts how often options reached it.
+class OptionsFollower : public QWidget, public Form {
+public:
+    OptionsFollower() : Form(*this, u"frmFollower"_s) {}
+    void optionsApplied() override { ++applied; }
+    int applied = 0;
+};
+
+} // namespace
+
+TEST_F(OptionsDialog, ShowsEveryOptionInItsControlAndChangesNoneByOpeningAndApplying) {
+    gOptions.FixedFont = u"A font this machine lacks"_s;
+    gOptions.FontSize = 13;
+    gOptions.ComparisonWeight = 1;
+    gOptions.Landscape = false;
+    const Options before = gOptions;
+    open();
+    EXPECT_EQ(of<QComboBox>(u"cmbFixedFont"_s)->currentText(), before.FixedFont);
+    EXPECT_EQ(of<QLineEdit>(u"txtMaxItems"_s)->text(), u"20"_s);
+    EXPECT_TRUE(of<QRadioButton>(u"optWeight(1)"_s)->isChecked());
+    EXPECT_FALSE(of<QCheckBox>(u"chkLandscape"_s)->isChecked());
+    EXPECT_TRUE(of<QCheckBox>(u"chkbSys"_s)->isChecked());
+    for (const OptionControl& bound : OptionsModel::controls())
+        EXPECT_TRUE(dialog->control(bound.control) || bound.form == OptionControl::Form::OptionArray) << qPrintable(bound.control);
+    dialog->cmdApply_Click();
+    for (const OptionDescriptor& option : optionDescriptors()) {
+        const QString extension = QString::fromUtf16(option.key) == u"DatabaseName" ? u".mdb"_s : QString();
+        EXPECT_EQ(optionText(gOptions, option, false), optionText(before, option, false) + extension);
+    }
+}
+
+TEST_F(OptionsDialog, CancelCostsNothingAndOkAppliesTellsTheWindowsAndLeaves) {
+    OptionsFollower follower;
+    open();
+    of<QCheckBox>(u"chkIncludeMissing"_s)->setChecked(true);
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_FALSE(gOptions.IncludeMissing);
+    EXPECT_EQ(follower.applied, 0);
+    open();
+    EXPECT_FALSE(of<QCheckBox>(u"chkIncludeMissing"_s)->isChecked());
+    of<QCheckBox>(u"chkIncludeMissing"_s)->setChecked(true);
+    of<QComboBox>(u"cmbDate"_s)->setCurrentText(u"unten, links"_s);
+    QTest::keyClick(of<QLineEdit>(u"txtDatabaseName"_s), Qt::Key_Return);
+    EXPECT_FALSE(dialog->isVisible());
+    EXPECT_TRUE(gOptions.IncludeMissing);
+    EXPECT_EQ(gOptions.PrintDatePosition, u"botleft"_s);
+    EXPECT_EQ(gOptions.DatabaseName, u".mdb"_s);
+    EXPECT_EQ(follower.applied, 1);
+}
+
+TEST_F(OptionsDialog, CtrlTabTurnsTheTabsRoundTheEndsAndOnlyThePageInViewIsEnabled) {
+    open();
+    const int last = of<QTabWidget>(u"tbsOptions"_s)->count() - 1;
+    QTest::keyClick(of<QPushButton>(u"cmdOK"_s), Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(tab(), last);
+    EXPECT_TRUE(of<QWidget>(arrayName(u"picOptions"_s, last))->isEnabled());
+    EXPECT_FALSE(of<QWidget>(u"picOptions(0)"_s)->isEnabled());
+    QTest::keyClick(of<QCheckBox>(u"chkLandscape"_s), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(tab(), 0);
+    QTest::keyClick(of<QLineEdit>(u"txtDataPath"_s), Qt::Key_Tab, Qt::ControlModifier);
+    EXPECT_EQ(tab(), 1);
+}
+
+TEST_F(OptionsDialog, DependentBoxesAndSamplesFollowAsOneClicks) {
+    open();
+    auto* tabs = of<QTabWidget>(u"tbsOptions"_s);
+    tabs->setCurrentIndex(5);
+    auto* dependent = of<QCheckBox>(u"chkHeader(5)"_s);
+    EXPECT_TRUE(dependent->isEnabled());
+    QTest::keyClick(of<QCheckBox>(u"chkHeader(4)"_s), Qt::Key_Space);
+    EXPECT_FALSE(dependent->isEnabled());
+    EXPECT_FALSE(dependent->isChecked());
+    tabs->setCurrentIndex(2);
+    auto* fonts = of<QComboBox>(u"cmbPropFont"_s);
+    ASSERT_GT(fonts->count(), 1);
+    fonts->setCurrentIndex(fonts->count() - 1);
+    EXPECT_EQ(of<QLabel>(u"lblSample2"_s)->font().family(), fonts->currentText());
+    EXPECT_FALSE(of<QComboBox>(u"cmbDate"_s)->isEditable());
+    EXPECT_FALSE(of<QPushButton>(u"cmdDescriptives"_s)->isEnabled());
+    EXPECT_FALSE(of<QPushButton>(u"cmdDescriptives"_s)->toolTip().isEmpty());
+}
+
+TEST_F(OptionsDialog, LoadingTakesEffectAtOnceAndSavingWritesWhatIsInForce) {
+    gOptions.MaxItems = 7;
+    const QString file = home.path(u"meine;Optionen.ini"_s);
+    open();
+    of<QLineEdit>(u"txtMaxItems"_s)->setText(u"99"_s);
+    asker.file(file);
+    click(u"cmdSave"_s);
+    gOptions.MaxItems = 20;
+    asker.file(file);
+    click(u"cmdLoad"_s);
+    EXPECT_EQ(gOptions.MaxItems, 7);
+    EXPECT_EQ(of<QLineEdit>(u"txtMaxItems"_s)->text(), u"7"_s);
+}
+
+TEST_F(OptionsDialog, AFieldIsFilledByItsButtonByF4AndByADoubleClick) {
+    open();
+    auto* field = of<QLineEdit>(u"txtSPSSPath"_s);
+    asker.file(u"/srv/sav"_s);
+    click(u"cmdSPSSPath"_s);
+    EXPECT_EQ(field->text(), u"/srv/sav"_s);
+    asker.file(u"/srv/sav2"_s);
+    QTest::keyClick(field, Qt::Key_F4);
+    EXPECT_EQ(field->text(), u"/srv/sav2"_s);
+    asker.file(u"/srv/sav3/studie.sav"_s);
+    QTest::mouseDClick(field, Qt::LeftButton);
+    EXPECT_EQ(field->text(), u"/srv/sav3"_s);
+}
+
+TEST_F(OptionsDialog, NoMnemonicIsGivenTwiceOnAPageInEitherLanguage) {
+    for (const int language : {0, 1}) {
+        setLanguage(language);
+        open();
+        const int pages = of<QTabWidget>(u"tbsOptions"_s)->count();
+        for (int page = 0; page < pages; ++page) {
+            QStringList letters;
+            const auto note = [&](const QString& text) {
+                const qsizetype at = text.indexOf(u'&');
+                if (at >= 0)
+                    letters << text.mid(at + 1, 1).toLower();
+            };
+            QList<QWidget*> widgets = of<QWidget>(arrayName(u"picOptions"_s, page))->findChildren<QWidget*>();
+            widgets << of<QPushButton>(u"cmdLoad"_s) << of<QPushButton>(u"cmdSave"_s) << of<QPushButton>(u"cmdApply"_s);
+            for (const QWidget* widget : widgets)
+                note(widget->property("text").toString());
+            const QStringList all = letters;
+            EXPECT_EQ(letters.removeDuplicates(), 0) << page << ": " << qPrintable(all.join(u' '));
+            EXPECT_GT(letters.size(), 4);
+        }
+        for (const QString& field : {u"txtDatabasePath"_s, u"txtSkinPath"_s})
+            EXPECT_FALSE(of<QPushButton>(u"cmd"_s + field.mid(3))->accessibleName().isEmpty());
+    }
+    setLanguage(0);
+}
