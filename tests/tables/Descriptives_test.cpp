@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const dao::Value noValue;
+const dao::Value unknown;
 using StatRows = std::vector<std::vector<dao::Value>>;
 
 /// The cases of `stat`, in a table of that name.
@@ -134,7 +134,7 @@ StatRows randomCases(unsigned seed, size_t count, bool wholeWeights) {
     for (size_t i = 0; i < count; ++i) {
         const auto pick = random();
         const double weight = wholeWeights ? 1 + static_cast<double>(random() % 4) : 1;
-        rows.push_back({pick % 17 == 0 ? noValue : dao::Value(static_cast<double>(pick % 40) / 4), weight});
+        rows.push_back({pick % 17 == 0 ? unknown : dao::Value(static_cast<double>(pick % 40) / 4), weight});
     }
     return rows;
 }
@@ -155,7 +155,7 @@ TEST_F(Statistics, OfHandWorkedCases) {
         // -5 2 2 2
         // 23, their squares add up to 952, cubes to 5082, fourth powers to 411460. p = 2 and 6, half of W
         // is 3.5.
-        {{{4, 1}, {noValue, 1}, {5, 1}, {2, 1}, {5, 1}, {9, 1}, {4, 1}, {8, 1}, {5, 1}},
+        {{{4, 1}, {unknown, 1}, {5, 1}, {2, 1}, {5, 1}, {9, 1}, {4, 1}, {8, 1}, {5, 1}},
          none,
          u"9"_s,
          {9, 2, 8, 33.0 / 7, std::sqrt(68.0 / 21), 7, 33, 726.0 / 343 / std::pow(136.0 / 49, 1.5),
@@ -218,12 +218,12 @@ TEST_F(Statistics, RaiseWhatCannotBeComputed) {
     };
     EXPECT_EQ(deviation({{5, 1}}), 11) << "W is 1";
     EXPECT_EQ(deviation({{1, 0.25}, {3, 0.25}}), 5) << "W is below 1: a negative variance";
-    EXPECT_EQ(deviation({{1, noValue}}), 94);
+    EXPECT_EQ(deviation({{1, unknown}}), 94);
     weightType_ = dao::dbText;
     EXPECT_EQ(deviation({{1, u"x"_s}}), 13);
-    EXPECT_EQ(deviation({{noValue, u"x"_s}, {1, u"2"_s}, {2, u"2,0"_s}}), 0)
+    EXPECT_EQ(deviation({{unknown, u"x"_s}, {1, u"2"_s}, {2, u"2,0"_s}}), 0)
         << "a weight of no case that counts";
-    EXPECT_EQ(errorOf([&] { mdStats::Count(*stat({{noValue, u"x"_s}, {1, u"2"_s}}), x, w); }), 13);
+    EXPECT_EQ(errorOf([&] { mdStats::Count(*stat({{unknown, u"x"_s}, {1, u"2"_s}}), x, w); }), 13);
     type_ = dao::dbText;
     EXPECT_EQ(deviation({{u"x"_s, u"1"_s}}), 13);
     EXPECT_EQ(errorOf([&] { mdStats::Minimum(*stat({{u"x"_s, u"1"_s}}), x, {}); }), 13);
@@ -278,7 +278,7 @@ TEST_F(Statistics, FollowTheirInvariants) {
 }
 
 TEST_F(Statistics, ModeIsTheSmallestOfTheMostFrequentValues) {
-    const StatRows rows{{3, 1}, {2, 1}, {3, noValue}, {2, 1}, {9, 1}, {9, 1}, {9, 1}, {noValue, 1}, {1, 5}};
+    const StatRows rows{{3, 1}, {2, 1}, {3, unknown}, {2, 1}, {9, 1}, {9, 1}, {9, 1}, {unknown, 1}, {1, 5}};
     const auto mode = [&](const QString& weight, bool several) {
         stat(rows);
         dao::Value result;
@@ -295,7 +295,7 @@ TEST_F(Statistics, ModeIsTheSmallestOfTheMostFrequentValues) {
 TEST_F(Statistics, OneRowAStatistic) {
     using enum Statistic;
     missing_ = u"9"_s;
-    EXPECT_EQ(build({{4, 1}, {5, 1}, {9, 1}, {noValue, 1}},
+    EXPECT_EQ(build({{4, 1}, {5, 1}, {9, 1}, {unknown, 1}},
                     {Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance,
                      Skewness, Kurtosis, Mode, Median, Percentiles}),
               BuildOutcome::Complete);
@@ -312,12 +312,12 @@ TEST_F(Statistics, OneRowAStatistic) {
     EXPECT_EQ(lines(), QStringList(u"|Statistik|Wert"_s));
     EXPECT_EQ(build({}, {Count, Sum}), BuildOutcome::Empty);
     EXPECT_EQ(lines(), QStringList(u"|Statistik|Wert"_s));
-    build({{9, 1}, {noValue, 1}}, {Count, Maximum, Percentiles});
+    build({{9, 1}, {unknown, 1}}, {Count, Maximum, Percentiles});
     EXPECT_EQ(lines().mid(1), (QStringList{u"|Count|2,00"_s, u"|Maximum|"_s, u"|25%-Percentile|"_s,
                                            u"|50%-Percentile|"_s, u"|75%-Percentile|"_s}));
     weighted_ = true;
     missing_.clear();
-    build({{9, 1.5}, {noValue, 1}, {3, 0.5}}, {Count, Sum, ValidN});
+    build({{9, 1.5}, {unknown, 1}, {3, 0.5}}, {Count, Sum, ValidN});
     EXPECT_EQ(lines().mid(1), (QStringList{u"|Count|3,00"_s, u"|ValidN|2,00"_s, u"|Sum|15,00"_s}));
 }
 
@@ -353,7 +353,7 @@ TEST_F(Statistics, OneRowAGroup) {
     using enum Statistic;
     missing_ = u"9"_s;
     digits_ = u"1"_s;
-    const StatRows rows{{4, 1, 2.5}, {5, 1, 10}, {7, 1, 10}, {9, 1, -1}, {5, 1, noValue}, {8, 1, 2.5}};
+    const StatRows rows{{4, 1, 2.5}, {5, 1, 10}, {7, 1, 10}, {9, 1, -1}, {5, 1, unknown}, {8, 1, 2.5}};
     build(rows, {Count, Range, Mode, Percentiles});
     // A Null group equals nothing; a group of missing values has its count only; the mode is that of all
     // cases.
@@ -364,7 +364,7 @@ TEST_F(Statistics, OneRowAGroup) {
     EXPECT_EQ(table_.ColAlignment(1), ResultTable::RightTop);
     // 5 stands twice, all other values once; so the mode would be 5 in every group.
     groupType_ = dao::dbText;
-    build({{4, 1, u"it's \"b\""_s}, {6, 1, u"Älter"_s}, {8, 1, u"älter"_s}, {1, 1, u""_s}, {2, 1, noValue}},
+    build({{4, 1, u"it's \"b\""_s}, {6, 1, u"Älter"_s}, {8, 1, u"älter"_s}, {1, 1, u""_s}, {2, 1, unknown}},
           {Count, Sum});
     EXPECT_EQ(lines().mid(1),
               (QStringList{u"|0,0|"_s, u"|1,0|1,0"_s, u"it's \"b\"|1,0|4,0"_s, u"Älter|2,0|14,0"_s}));
