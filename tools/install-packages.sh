@@ -4,7 +4,8 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-svg-dev
+    qt6-base-dev qt6-svg-dev qt6-translations-l10n
+    fonts-dejavu-core
     libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
     libgtest-dev libbenchmark-dev
 )

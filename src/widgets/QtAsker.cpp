@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "platform/system/ApplicationInfo.h"
+#include "widgets/StandardTexts.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -148,7 +149,10 @@ std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& t
 
 std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
     const PlainPointer plain;
+    StandardTexts::followLanguage();
     QFileDialog window(QApplication::activeWindow(), choice.title, choice.folder);
+    // The desktop's own dialog speaks the language of the desktop.
+    window.setOption(QFileDialog::DontUseNativeDialog);
     window.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     window.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     window.setNameFilters(filtersOf(choice.filter));
@@ -162,7 +166,10 @@ std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
 
 std::optional<QString> QtAsker::chooseFolder(const QString& title) {
     const PlainPointer plain;
-    const QString folder = QFileDialog::getExistingDirectory(QApplication::activeWindow(), title);
+    StandardTexts::followLanguage();
+    const QString folder =
+        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, QString(),
+                                          QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
     if (folder.isEmpty())
         return std::nullopt;
     return folder;
