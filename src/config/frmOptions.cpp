@@ -18,8 +18,10 @@
 #include <QRadioButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -88,10 +90,26 @@ frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOpti
     turnTab(0);
     showModel();
     tbsOptions_->setFocus();
-    resize(sizeHint().boundedTo(screen()->availableSize() * 0.95));
+    resizeToContent();
 }
 
 frmOptions::~frmOptions() = default;
+
+/// The size at which every tab and every page shows whole, as far as the screen has room for it.
+void frmOptions::resizeToContent() {
+    ensurePolished();
+    // The two groups of paths stand under each other and share one column of labels.
+    int widest = 0;
+    const QList<QLabel*> labels = findChild<QWidget*>(u"picOptions(0)"_s)->findChildren<QLabel*>();
+    for (const QLabel* label : labels)
+        widest = std::max(widest, label->sizeHint().width());
+    for (QLabel* label : labels)
+        label->setMinimumWidth(widest);
+    const QMargins margins = layout()->contentsMargins();
+    const int tabs = tbsOptions_->tabBar()->sizeHint().width() + margins.left() + margins.right();
+    const QSize wanted = sizeHint().expandedTo({tabs, 0});
+    resize(wanted.boundedTo(screen()->availableSize() * 0.95));
+}
 
 void frmOptions::fillLists() {
     const auto list = [&](const QString& name) { return findChild<QComboBox*>(name); };

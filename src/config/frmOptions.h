@@ -38,6 +38,7 @@ private:
     QTabWidget* tbsOptions_ = nullptr;
     bool showing_ = false;
 
+    void resizeToContent();
     void fillLists();
     void connectControls();
     void connectButtons();

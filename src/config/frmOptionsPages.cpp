@@ -88,6 +88,7 @@ public:
         line->setMinimumWidth(line->fontMetrics().averageCharWidth() * 42);
         auto* browse = named<QPushButton>(button, {});
         browse->setIcon(Icons::get(u"open"_s));
+        browse->setIconSize(QSize(1, 1) * browse->fontMetrics().height());
         browse->setToolTip(tip);
         browse->setAutoDefault(false);
         auto* row = new QHBoxLayout;
