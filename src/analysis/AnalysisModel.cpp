@@ -202,11 +202,19 @@ void AnalysisModel::dbcVariable2_Change() {
     trapped([this] { loadVariable2(); });
 }
 
-/// @param keepChoices at the start of a run: what the user chose for this variable (statistics, missing
-/// values) holds
+/// The statistics were chosen for one variable; another one starts with the options'.
+void AnalysisModel::forgetStatistics() {
+    if (request.dbcStudy.value == describedStudy_.value && request.dbcVariable.value == describedVariable_.value)
+        return;
+    describedStudy_ = request.dbcStudy;
+    describedVariable_ = request.dbcVariable;
+    request.dtDesc.clear();
+    request.dtDescDigits.clear();
+}
+
+/// @param keepChoices at the start of a run: missing values that the user chose for this variable hold
 void AnalysisModel::loadVariable(bool keepChoices) {
-    if (!keepChoices)
-        request.dtDesc.clear();
+    forgetStatistics();
     hasInstruction_ = hasTable_ = hasGraph_ = false;
     if (!findVariable(request.dbcVariable.value))
         return;

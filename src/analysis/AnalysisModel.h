@@ -137,6 +137,8 @@ public:
     std::function<void(const QString& name, const QString& statement)> onStatement;
     /// Opens the missing-value dialog of Descriptives; nothing without one.
     std::function<void(AnalysisModel&)> askMissing;
+    /// Hears of a statistic that cannot be computed, in place of the standard error box; see DescriptivesInput.
+    std::function<void(const QString& place, const dao::Error& error)> onStatisticFailure;
     /// Runs after a change of weight or filter (an entry of a comparison follows it); nothing without one.
     std::function<void()> applyComparisonEntryChange;
     /// Width of a table text in twips; an estimate by its length until a window sets a true one.
@@ -178,6 +180,8 @@ private:
     RunFacts facts_;
     Computation last_;
     bool lastIncludeMissingXTab_ = false;
+    QString lastStatistics_;              ///< statistics, digits and options of the last table of them
+    BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
     QString selectionVariable_;
 
     void openNow();
@@ -191,6 +195,7 @@ private:
     void loadWeights();
     void loadParts();
     void loadVariable(bool keepChoices);
+    void forgetStatistics();
     void loadGroup();
     void setFilterKind(FilterKind kind);
     void runRequest();

@@ -1,5 +1,6 @@
 #include "analysis/CreateSQL.h"
 
+#include "analysis/DescriptivesChoice.h"
 #include "analysis/titles.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
@@ -169,10 +170,20 @@ AnalysisModel::Computation CreateSQL::computation() const {
             r_.dtMissing, r_.dtMissing2, round_.folder,         origin()};
 }
 
+/// What the table of statistics shows beyond the cases.
+QString CreateSQL::statisticsKey() const {
+    if (r_.mode != AnalysisMode::Descriptives)
+        return {};
+    const DescriptivesChoice choice = DescriptivesChoice::of(r_);
+    return choice.dtDesc() + u' ' + choice.dtDescDigits() + (gOptions.IncludeMissingDesc ? u" all"_s : QString()) +
+           (gOptions.CommaInPercent ? QString() : u" other separator"_s);
+}
+
 /// True if the tables show just this. The count statement alone does not tell: two weights, or two variables
 /// over one field, have the same.
 bool CreateSQL::isCurrent() const {
-    return m_.dtData3.Tag == round_.statement.sql && m_.last_ == computation();
+    return m_.dtData3.Tag == round_.statement.sql && m_.last_ == computation() &&
+           m_.lastStatistics_ == statisticsKey();
 }
 
 bool CreateSQL::isSameVariable() const {
@@ -194,6 +205,7 @@ bool CreateSQL::openCounts() {
     m_.bNewCalc = false;
     m_.oldproc = runNumber(r_.Option3);
     m_.lastIncludeMissingXTab_ = gOptions.IncludeMissingXTab;
+    m_.lastStatistics_ = statisticsKey();
     // Marks belong to the variable they were set for.
     const bool marks = r_.mode == AnalysisMode::Frequency || r_.mode == AnalysisMode::Crosstab;
     if (!m_.dtData3.Tag.isEmpty() || (marks && !isSameVariable()))

@@ -64,6 +64,7 @@ private:
     bool askForMissing();
     AnalysisModel::Origin origin() const;
     AnalysisModel::Computation computation() const;
+    QString statisticsKey() const;
     bool isCurrent() const;
     bool isSameVariable() const;
     bool needsComputation() const;

@@ -1,10 +1,16 @@
 #include "analysis/builders.h"
 
 #include "analysis/AnalysisModel.h"
+#include "analysis/DescriptivesChoice.h"
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 #include "platform/ui/Asker.h"
 #include "tables/Comparison.h"
+#include "tables/Descriptives.h"
 #include "tables/Frequency.h"
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,8 +48,33 @@ BuildOutcome buildComparison(AnalysisModel& model) {
     return BuildComparisonColumn(model.mfgGrid, model.mfgGrid2, model.mfgGrid5, input, model.bUserMissing);
 }
 
+/// The stored query `stat` has the text of the run's statement, so `counts` holds its rows; `stat2` is read only where
+/// its text differs.
+BuildOutcome buildDescriptives(AnalysisModel& model) {
+    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
+    const QString stat2 = database->QueryDefs().Item(u"stat2"_s)->SQL();
+    const bool same = stat2 == database->QueryDefs().Item(u"stat"_s)->SQL();
+    const dao::RecordsetPtr all =
+        same ? model.counts : database->OpenRecordset(u"SELECT * FROM stat2"_s, dao::dbOpenSnapshot);
+    const DescriptivesChoice choice = DescriptivesChoice::of(model.request);
+    const DescriptivesInput input{.stat = *model.counts,
+                                  .stat2 = *all,
+                                  .missingText = model.request.sMissing,
+                                  .weighted = model.request.Option3 != WeightKind::noWeight,
+                                  .selection = choice.chkDescriptives,
+                                  .digits = choice.dtDescDigits(),
+                                  .groupVariable = model.request.dbcVariable2.value,
+                                  .CommaInPercent = gOptions.CommaInPercent,
+                                  .cancelled = [&model] { return turnAndAsk(model); },
+                                  .onFailure = model.onStatisticFailure};
+    const BuildOutcome outcome = BuildDescriptivesTable(model.mfgGrid, input);
+    if (outcome == BuildOutcome::Complete)
+        model.bUserMissing = false;
+    return outcome;
+}
+
 } // namespace
 
 std::array<std::function<BuildOutcome(AnalysisModel&)>, 4> tableBuilders() {
-    return {buildFrequency, nullptr, nullptr, buildComparison};
+    return {buildFrequency, nullptr, buildDescriptives, buildComparison};
 }

@@ -86,6 +86,22 @@ bool MissingDefinition::split(const QString& text) {
            readPiece(d3_, text, second + 1, end);
 }
 
+std::vector<double> MissingDefinition::numbers() const {
+    switch (kind_) {
+    case Kind::None:
+        return {};
+    case Kind::One:
+        return {d1_};
+    case Kind::Two:
+    case Kind::Range:
+        return {d1_, d2_};
+    case Kind::Three:
+    case Kind::RangeAndOne:
+        return {d1_, d2_, d3_};
+    }
+    return {};
+}
+
 bool MissingDefinition::contains(double number) const {
     const bool inRange = std::min(d1_, d2_) <= number && number <= std::max(d1_, d2_);
     switch (kind_) {

@@ -4,6 +4,8 @@
 
 #include "platform/dao/Value.h"
 
+#include <vector>
+
 /// A missing-value definition ("9", "8;9", "7;8;9", "90 thru 99", "90 thru 99;0", also with ", " for ";" and
 /// "lowest" and "highest" for a number), read once. Its numbers are read with either decimal separator.
 ///
@@ -14,6 +16,9 @@ class MissingDefinition {
 public:
     explicit MissingDefinition(const QString& text);
 
+    /// The numbers of the definition, a range's bounds first; none for one under which nothing is missing.
+    std::vector<double> numbers() const;
+    bool isRange() const { return kind_ == Kind::Range || kind_ == Kind::RangeAndOne; }
     /// True when the number falls under the definition.
     bool contains(double number) const;
     /// The condition that is true for valid values; see MissingToSql().

@@ -312,6 +312,8 @@ TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
 
 TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
     open();
+    for (const AnalysisMode mode : {AnalysisMode::Crosstab, AnalysisMode::Descriptives})
+        model_.builders[static_cast<size_t>(mode)] = nullptr;
     EXPECT_FALSE(model_.chooseMode(AnalysisMode::Crosstab)) << "no choice without a builder";
     model_.request.mode = AnalysisMode::Descriptives;
     model_.changeTab(1);

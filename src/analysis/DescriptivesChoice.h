@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tables/Descriptives.h"
+
+#include <QString>
+
+class AnalysisModel;
+struct AnalysisRequest;
+
+/// What frmDescriptives shows and takes: a check box and a number of digits for each statistic.
+struct DescriptivesChoice {
+    StatisticSelection chkDescriptives{};
+    std::array<QString, statisticCount> cmbDigits;
+
+    /// The boxes' captions, by index.
+    static const std::array<QString, statisticCount>& captions();
+
+    /// The two options.
+    static DescriptivesChoice defaults();
+    /// What a window's request has chosen; the options where it has chosen nothing.
+    static DescriptivesChoice of(const AnalysisRequest& request);
+
+    QString dtDesc() const;
+    QString dtDescDigits() const;
+
+    /// OK in a window's dialog: the next run computes.
+    void applyTo(AnalysisModel& model) const;
+    /// OK in the options' dialog.
+    void applyToOptions() const;
+
+    bool operator==(const DescriptivesChoice&) const = default;
+
+private:
+    static DescriptivesChoice from(const QString& mask, const QString& digits);
+};
