@@ -10,7 +10,20 @@ namespace dao {
 
 struct ScalarFunction;
 
-enum class Aggregate { Count, CountRows, Sum, Average, Minimum, Maximum };
+enum class Aggregate {
+    Count,
+    CountRows,
+    Sum,
+    Average,
+    Minimum,
+    Maximum,
+    First,
+    Last,
+    Variance,           ///< of a sample: by the number of values less one
+    VarianceOfAll,
+    Deviation,          ///< of a sample
+    DeviationOfAll
+};
 
 /// An expression whose names are resolved and whose type is known: what SQLite text is written from, and what
 /// the condition of a search is evaluated on.

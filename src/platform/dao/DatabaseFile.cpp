@@ -88,11 +88,11 @@ DatabaseFile::Operation::~Operation() {
     }
 }
 
-BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use) {
+BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use, bool mayBeName) {
     bindingUse_ = &use;
     try {
         BoundStatement bound;
-        if (isName(source)) {
+        if (mayBeName && isName(source)) {
             bound = bindName(source, *this);
         } else {
             bound = bindStatement(parseStatement(source), *this);
@@ -128,7 +128,7 @@ RecordsetPtr DatabaseFile::OpenRecordset(const QString& source, int type) {
 void DatabaseFile::Execute(const QString& statement, int) {
     const Operation operation(*this);
     Attachments::Use use;
-    const BoundStatement bound = bind(statement, use);
+    const BoundStatement bound = bind(statement, use, false);
     if (bound.kind == tree::Statement::Kind::Select) {
         raiseEngineError(3065);
     }

@@ -53,8 +53,9 @@ public:
         std::shared_ptr<DatabaseFile> file_;
     };
 
-    /// Reads a statement or a bare name; the linked files that it reaches stay open as long as `use` lives.
-    BoundStatement bind(const QString& source, Attachments::Use& use);
+    /// Reads a statement, or a bare name where one may stand; the linked files that it reaches stay open as long as
+    /// `use` lives.
+    BoundStatement bind(const QString& source, Attachments::Use& use, bool mayBeName);
     std::optional<TableInfo> findTable(const QString& name, Attachments::Use& use);
     /// A search's condition as bindCriteriaSql() writes it.
     QString criteriaSql(const tree::Expression& criteria, const BoundStatement& statement, Attachments::Use& use);

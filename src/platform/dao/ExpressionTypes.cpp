@@ -122,6 +122,10 @@ void inferAggregate(BoundExpression& expression) {
         return setType(expression, dbLong);
     case Aggregate::Sum:
     case Aggregate::Average:
+    case Aggregate::Variance:
+    case Aggregate::VarianceOfAll:
+    case Aggregate::Deviation:
+    case Aggregate::DeviationOfAll:
         if (expression.arguments[0]->domain == Domain::Text) {
             const BoundExpression& argument = *expression.arguments[0];
             const QString name =
@@ -131,6 +135,8 @@ void inferAggregate(BoundExpression& expression) {
         return setType(expression, dbDouble);
     case Aggregate::Minimum:
     case Aggregate::Maximum:
+    case Aggregate::First:
+    case Aggregate::Last:
         expression.type = expression.arguments[0]->type;
         expression.domain = expression.arguments[0]->domain;
     }

@@ -1,32 +1,14 @@
 #include "platform/dao/Functions.h"
 
-#include "platform/dao/Error.h"
+#include "platform/dao/Aggregates.h"
 #include "platform/dao/FunctionBodies.h"
+#include "platform/dao/GuardedFunction.h"
 #include "platform/dao/SqliteValue.h"
 #include "platform/dao/TextOrder.h"
-
-#include <cmath>
-#include <optional>
-#include <sqlite3.h>
 
 namespace dao {
 
 namespace {
-
-thread_local std::optional<Error> keptError;
-
-/// Runs the step of a function; no exception may pass through SQLite.
-template <typename Step>
-void guarded(sqlite3_context* context, Step step) {
-    try {
-        step();
-    } catch (const Error& error) {
-        keptError = error;
-        sqlite3_result_error(context, error.what(), -1);
-    } catch (const std::bad_alloc&) {
-        sqlite3_result_error_nomem(context);
-    }
-}
 
 using Body = Value (*)(const Arguments&);
 
@@ -70,64 +52,17 @@ void runComparison(sqlite3_context* context, int, sqlite3_value** values) {
     });
 }
 
-/// What a sum has seen of its rows. SQLite clears it before the first.
-struct Sum {
-    double total;
-    qint64 whole;  ///< the same, exactly, while all are whole and it fits
-    qint64 count;
-    bool broken;   ///< `whole` holds no longer
-};
-
-void addToSum(sqlite3_context* context, int, sqlite3_value** values) {
-    const int type = sqlite3_value_type(values[0]);
-    if (type == SQLITE_NULL) {
-        return;
-    }
-    auto* sum = static_cast<Sum*>(sqlite3_aggregate_context(context, sizeof(Sum)));
-    if (sum == nullptr) {
-        sqlite3_result_error_nomem(context);
-        return;
-    }
-    if (type == SQLITE_INTEGER) {
-        const qint64 number = sqlite3_value_int64(values[0]);
-        sum->broken = sum->broken || __builtin_add_overflow(sum->whole, number, &sum->whole);
-        sum->total += static_cast<double>(number);
-    } else if (type == SQLITE_FLOAT) {
-        sum->broken = true;
-        sum->total += sqlite3_value_double(values[0]);
-    } else {
-        // A number column takes any text: SQLite would add the digits that it begins with.
-        guarded(context, [&] { raiseEngineError(3464, type == SQLITE_TEXT ? valueOf(values[0]).toText() : QString()); });
-    }
-    // Here and not at the end: SQLite asks for the end of a sum also when it clears away one that nobody wants.
-    if (!std::isfinite(sum->total)) {
-        guarded(context, [] { raiseRuntimeError(6); });
-    }
-    ++sum->count;
-}
-
-const Sum* finishedSum(sqlite3_context* context) {
-    return static_cast<const Sum*>(sqlite3_aggregate_context(context, 0));
-}
-
-void endSum(sqlite3_context* context) {
-    const Sum* const sum = finishedSum(context);
-    if (sum == nullptr) {
-        sqlite3_result_null(context);
-    } else if (sum->broken) {
-        sqlite3_result_double(context, sum->total);
-    } else {
-        sqlite3_result_int64(context, sum->whole);
-    }
-}
-
-void endAverage(sqlite3_context* context) {
-    const Sum* const sum = finishedSum(context);
-    if (sum == nullptr) {
-        sqlite3_result_null(context);
-    } else {
-        sqlite3_result_double(context, sum->total / static_cast<double>(sum->count));
-    }
+/// The first argument tells the signs between the values that follow it.
+void runCalculation(sqlite3_context* context, int count, sqlite3_value** values) {
+    guarded(context, [&] {
+        const auto* sign = reinterpret_cast<const char*>(sqlite3_value_text(values[0]));
+        Value result = valueOf(values[1]);
+        for (int i = 2; i < count; ++i, ++sign) {
+            const Body body = *sign == '+' ? bodies::add : *sign == '-' ? bodies::subtract : bodies::multiply;
+            result = body({result, valueOf(values[i])});
+        }
+        setResult(context, result);
+    });
 }
 
 int collate(void*, int aBytes, const void* a, int bBytes, const void* b) {
@@ -151,13 +86,6 @@ struct Function {
     Body body;
 };
 
-struct Aggregate {
-    const char* name;
-    void (*end)(sqlite3_context*);
-};
-
-constexpr Aggregate aggregates[] = {{"vx_sum", endSum}, {"vx_avg", endAverage}};
-
 constexpr int anyNumber = -1;
 
 constexpr Function functions[] = {
@@ -166,9 +94,6 @@ constexpr Function functions[] = {
     {"vx_key", 1, 1, bodies::key},
     {"vx_text", 1, 1, bodies::text},
     {"vx_concat", anyNumber, anyNumber, bodies::concat},
-    {"vx_add", 2, 2, bodies::add},
-    {"vx_sub", 2, 2, bodies::subtract},
-    {"vx_mul", 2, 2, bodies::multiply},
     {"vx_div", 2, 2, bodies::divide},
     {"vx_idiv", 2, 2, bodies::divideWhole},
     {"vx_mod", 2, 2, bodies::modulo},
@@ -210,12 +135,10 @@ constexpr Function functions[] = {
 }
 
 void registerFunctions(sqlite3* connection) {
-    // Only our own statements may call them: a stranger's file has no use for them in its views and triggers.
-    constexpr int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY;
     int result = sqlite3_create_collation(connection, textCollation, SQLITE_UTF8, nullptr, collate);
     const auto add = [&](const char* name, int arguments, const void* data, auto* function) {
         if (result == SQLITE_OK) {
-            result = sqlite3_create_function(connection, name, arguments, flags, const_cast<void*>(data), function,
+            result = sqlite3_create_function(connection, name, arguments, functionFlags, const_cast<void*>(data), function,
                                              nullptr, nullptr);
         }
     };
@@ -227,22 +150,12 @@ void registerFunctions(sqlite3* connection) {
             add(function.name, arguments, &function.body, runBody);
         }
     }
-    for (const Aggregate& aggregate : aggregates) {
-        if (result == SQLITE_OK) {
-            result = sqlite3_create_function(connection, aggregate.name, 1, flags, nullptr, nullptr, addToSum,
-                                             aggregate.end);
-        }
+    add("vx_calc", anyNumber, nullptr, runCalculation);
+    if (result == SQLITE_OK) {
+        result = registerAggregates(connection);
     }
     if (result != SQLITE_OK) {
         throw std::bad_alloc();
-    }
-}
-
-void raiseFunctionError() {
-    if (keptError) {
-        const Error error = *keptError;
-        keptError.reset();
-        throw error;
     }
 }
 

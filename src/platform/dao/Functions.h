@@ -17,8 +17,10 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///   vx_key(v)                                         what values that compare equal share, for grouping mixed columns
 ///   vx_text(v)                                        a number as the engine's text, Null stays Null
 ///   vx_concat(a, b, ...)                              & : Null counts as empty text, all Null is Null
-///   vx_add (two texts are joined), vx_sub, vx_mul, vx_div, vx_idiv, vx_mod, vx_pow (a, b), vx_neg(a)
-///                                                     operands that may be texts; division by zero is error 11
+///   vx_calc(signs, a, b, ...)                         a + b - c * ... from the left on, a sign between two values each
+///                                                     (two texts are joined by +)
+///   vx_div, vx_idiv, vx_mod, vx_pow (a, b), vx_neg(a) like vx_calc: operands that may be texts; division by zero is
+///                                                     error 11, what is beyond all doubles error 6
 ///   vx_val, vx_cdbl, vx_clng, vx_cint, vx_cbool, vx_int, vx_fix, vx_abs, vx_sgn, vx_sqr, vx_exp, vx_log (v),
 ///   vx_round(v [, decimals]), vx_isnumeric(v)         numbers; Null in, Null out (vx_isnumeric: 0)
 ///   vx_nz(v [, instead]), vx_cstr, vx_str, vx_trim, vx_ltrim, vx_rtrim, vx_ucase, vx_lcase, vx_len, vx_chr, vx_asc,
@@ -27,6 +29,9 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///                                                     texts, counted in code points; Null in, Null out
 ///   vx_sum, vx_avg (v)                                aggregates of numbers without the Nulls; a text or bytes among
 ///                                                     them is error 3464, a result beyond all doubles error 6
+///   vx_var, vx_stdev, vx_varp, vx_stdevp (v)          the same way: variance and standard deviation of a sample (Null for
+///                                                     fewer than two numbers), and of all there is
+///   vx_first, vx_last (v)                             the value of the first or last row, Null or not
 /// An error inside a function ends the statement and is kept until raiseFunctionError().
 void registerFunctions(sqlite3* connection);
 

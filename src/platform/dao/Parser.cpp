@@ -6,8 +6,6 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
-using Kind = Token::Kind;
-
 namespace {
 
 constexpr int statementSyntax = 3075;
@@ -63,7 +61,7 @@ tree::Statement StatementParser::readStatement() {
     } else {
         stream_.fail(u"SELECT, UPDATE, DELETE or INSERT"_s);
     }
-    stream_.accept(Kind::Semicolon);
+    stream_.accept(Token::Kind::Semicolon);
     readEnd(u"an operator or the end of the statement"_s);
     return statement;
 }
@@ -75,7 +73,7 @@ tree::ExpressionPtr StatementParser::readCriteria() {
 }
 
 void StatementParser::readEnd(const QString& expected) {
-    if (!stream_.at(Kind::End))
+    if (!stream_.at(Token::Kind::End))
         stream_.fail(expected);
 }
 
@@ -87,12 +85,12 @@ void StatementParser::readUpdate(tree::Statement& statement) {
         tree::Assignment assignment;
         assignment.field = expressions_.readName(u"a column name"_s);
         if (assignment.field.compare(statement.table, Qt::CaseInsensitive) == 0 &&
-            (stream_.accept(Kind::Dot) || stream_.accept(Kind::Exclamation)))
+            (stream_.accept(Token::Kind::Dot) || stream_.accept(Token::Kind::Exclamation)))
             assignment.field = expressions_.readName(u"a column name"_s);
-        stream_.expect(Kind::Equal, u"'='"_s);
+        stream_.expect(Token::Kind::Equal, u"'='"_s);
         assignment.value = expressions_.read();
         statement.assignments.push_back(std::move(assignment));
-    } while (stream_.accept(Kind::Comma));
+    } while (stream_.accept(Token::Kind::Comma));
     statement.where = readCondition(u"WHERE");
 }
 
@@ -117,11 +115,11 @@ void StatementParser::readInsert(tree::Statement& statement) {
     statement.kind = tree::Statement::Kind::Insert;
     stream_.expect(u"INTO");
     statement.table = expressions_.readName(u"a table name"_s);
-    if (stream_.accept(Kind::Open)) {
+    if (stream_.accept(Token::Kind::Open)) {
         do {
             statement.insertFields.push_back(expressions_.readName(u"a column name"_s));
-        } while (stream_.accept(Kind::Comma));
-        stream_.expect(Kind::Close, u"',' or ')'"_s);
+        } while (stream_.accept(Token::Kind::Comma));
+        stream_.expect(Token::Kind::Close, u"',' or ')'"_s);
     }
     if (stream_.at(u"SELECT")) {
         statement.select = readSelect();
@@ -129,9 +127,9 @@ void StatementParser::readInsert(tree::Statement& statement) {
     }
     if (!stream_.accept(u"VALUES"))
         stream_.fail(u"VALUES or SELECT"_s);
-    stream_.expect(Kind::Open, u"'('"_s);
+    stream_.expect(Token::Kind::Open, u"'('"_s);
     statement.insertValues = readList();
-    stream_.expect(Kind::Close, u"an operator, ',' or ')'"_s);
+    stream_.expect(Token::Kind::Close, u"an operator, ',' or ')'"_s);
 }
 
 /// A SELECT and those that UNION adds. Statements that were complete with their ";" are joined by UNION too.
@@ -140,7 +138,7 @@ tree::SelectPtr StatementParser::readSelect() {
     tree::SelectPtr first = readOneSelect();
     int count = 1;
     for (tree::Select* last = first.get();; last = last->unionWith.get()) {
-        if (outermost && stream_.at(Kind::Semicolon) && stream_.peek(1).is(u"UNION"))
+        if (outermost && stream_.at(Token::Kind::Semicolon) && stream_.peek(1).is(u"UNION"))
             stream_.advance();
         if (!stream_.at(u"UNION"))
             break;
@@ -178,7 +176,7 @@ tree::SelectPtr StatementParser::readOneSelect() {
 }
 
 void StatementParser::readTop(tree::Select& select) {
-    if (!stream_.at(u"TOP") || stream_.peek(1).kind != Kind::Number)
+    if (!stream_.at(u"TOP") || stream_.peek(1).kind != Token::Kind::Number)
         return;
     stream_.advance();
     bool isWhole = false;
@@ -193,12 +191,12 @@ void StatementParser::readItems(tree::Select& select) {
         tree::SelectItem item;
         item.expression = expressions_.readItem();
         if (stream_.accept(u"AS")) {
-            if (!stream_.at(Kind::Name) && !stream_.at(Kind::BracketedName))
+            if (!stream_.at(Token::Kind::Name) && !stream_.at(Token::Kind::BracketedName))
                 stream_.fail(u"a name"_s);
             item.alias = stream_.advance().text;
         }
         select.items.push_back(std::move(item));
-    } while (stream_.accept(Kind::Comma));
+    } while (stream_.accept(Token::Kind::Comma));
 }
 
 void StatementParser::readFrom(tree::Select& select) {
@@ -206,7 +204,7 @@ void StatementParser::readFrom(tree::Select& select) {
     const int outerJoins = std::exchange(joins_, 0);
     do {
         select.from.push_back(readJoins());
-    } while (stream_.accept(Kind::Comma));
+    } while (stream_.accept(Token::Kind::Comma));
     mayMissBracket_ = outerMayMiss;
     joins_ = outerJoins;
 }
@@ -246,7 +244,7 @@ std::optional<tree::Source::JoinKind> StatementParser::readJoinWords() {
 /// A name, a bracketed SELECT or a bracketed join.
 tree::SourcePtr StatementParser::readPlace() {
     const int position = stream_.current().position;
-    if (!stream_.accept(Kind::Open)) {
+    if (!stream_.accept(Token::Kind::Open)) {
         auto source = std::make_unique<tree::Source>();
         source->position = position;
         source->name = expressions_.readName(u"a table name"_s);
@@ -263,7 +261,7 @@ tree::SourcePtr StatementParser::readPlace() {
     source->kind = tree::Source::Kind::Select;
     source->position = position;
     source->select = readSelect();
-    stream_.expect(Kind::Close, u"an operator or ')'"_s);
+    stream_.expect(Token::Kind::Close, u"an operator or ')'"_s);
     readAlias(*source);
     return source;
 }
@@ -271,18 +269,18 @@ tree::SourcePtr StatementParser::readPlace() {
 /// The list of a category's variables opens one bracket more than it closes when the catalogue has no
 /// variable groups; the engine takes the end of FROM for the missing one.
 void StatementParser::readBracketEnd() {
-    if (stream_.accept(Kind::Close))
+    if (stream_.accept(Token::Kind::Close))
         return;
     const bool fromEnds = stream_.at(u"WHERE") || stream_.at(u"GROUP", u"BY") || stream_.at(u"HAVING") ||
                           stream_.at(u"ORDER", u"BY") || stream_.at(u"UNION") ||
-                          stream_.at(Kind::Semicolon) || stream_.at(Kind::End);
+                          stream_.at(Token::Kind::Semicolon) || stream_.at(Token::Kind::End);
     if (!fromEnds || !std::exchange(mayMissBracket_, false))
         stream_.fail(u"an operator, a join or ')'"_s);
 }
 
 void StatementParser::readAlias(tree::Source& source) {
     const bool named = stream_.accept(u"AS");
-    if (named || stream_.at(Kind::BracketedName) || (stream_.at(Kind::Name) && !expressions_.atKeyword()))
+    if (named || stream_.at(Token::Kind::BracketedName) || (stream_.at(Token::Kind::Name) && !expressions_.atKeyword()))
         source.alias = expressions_.readName(u"a name"_s);
 }
 
@@ -290,7 +288,7 @@ std::vector<tree::ExpressionPtr> StatementParser::readList() {
     std::vector<tree::ExpressionPtr> list;
     do {
         list.push_back(expressions_.read());
-    } while (stream_.accept(Kind::Comma));
+    } while (stream_.accept(Token::Kind::Comma));
     return list;
 }
 
@@ -309,7 +307,7 @@ std::vector<tree::OrderTerm> StatementParser::readOrder() {
         if (!term.descending)
             stream_.accept(u"ASC");
         order.push_back(std::move(term));
-    } while (stream_.accept(Kind::Comma));
+    } while (stream_.accept(Token::Kind::Comma));
     return order;
 }
 

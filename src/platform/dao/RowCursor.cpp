@@ -25,7 +25,7 @@ RowCursor::RowCursor(Source source) : source_(std::move(source)) {
 
 void RowCursor::open() {
     Attachments::Use use;
-    bound_ = source_.file->bind(source_.text, use);
+    bound_ = source_.file->bind(source_.text, use, true);
     if (bound_.kind != tree::Statement::Kind::Select) {
         raiseEngineError(3219);
     }

@@ -1,7 +1,10 @@
 #include "platform/dao/Rows.h"
 
+#include "platform/dao/Error.h"
+
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <sqlite3.h>
@@ -9,6 +12,8 @@
 namespace dao {
 
 namespace {
+
+constexpr int numberOverflow = 6;
 
 /// Grows by half, so that no more than a third of the memory is ever unused.
 template <typename Vector>
@@ -129,8 +134,13 @@ Value Rows::value(size_t row, int column) const {
         return {};
     case Tag::Integer:
         return Value(static_cast<qint64>(payload));
-    case Tag::Double:
-        return Value(std::bit_cast<double>(payload));
+    case Tag::Double: {
+        const auto number = std::bit_cast<double>(payload);
+        if (!std::isfinite(number)) {
+            raiseRuntimeError(numberOverflow);  // another program has left it in the file
+        }
+        return Value(number);
+    }
     case Tag::Text:
     case Tag::Bytes:
         break;

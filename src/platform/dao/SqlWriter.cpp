@@ -25,9 +25,6 @@ enum Precedence {
     EqualityLevel,
     OrderLevel,
     BitLevel,
-    SumLevel,
-    ProductLevel,
-    ConcatLevel,
     CollateLevel,
     UnaryLevel,
     AtomLevel
@@ -255,14 +252,36 @@ Written concatenated(const BoundExpression& expression) {
     return {u"vx_concat("_s + parts.join(u", "_s) + u')'};
 }
 
-/// Adding and the like; numbers by SQLite's own operators, of which a long row needs no bracket.
-Written calculated(const BoundExpression& expression, QLatin1StringView symbol, const QString& function,
-                   int level) {
-    const BoundExpression& a = *expression.arguments[0];
-    const BoundExpression& b = *expression.arguments[1];
-    if (!bothIn(Domain::Number, a, b))
-        return {call(function, expression.arguments)};
-    return {within(value(a), level) + u' ' + symbol + u' ' + within(value(b), level + 1), level};
+QChar calculationSign(const BoundExpression& expression) {
+    if (expression.kind != BoundExpression::Kind::Operation || expression.isCondition)
+        return {};
+    switch (expression.op) {
+    case Operator::Add:
+        return u'+';
+    case Operator::Subtract:
+        return u'-';
+    case Operator::Multiply:
+        return u'*';
+    default:
+        return {};
+    }
+}
+
+/// a + b - c * ... from the left on as one call, since calls inside each other are few in SQLite, and its own operators
+/// make infinity or nothing at all of what is beyond all numbers.
+Written calculated(const BoundExpression& expression) {
+    constexpr qsizetype most = 99; // arguments of one function in SQLite but for the signs
+    QStringList parts;
+    QString signs;
+    const BoundExpression* left = &expression;
+    for (QChar sign = calculationSign(*left); !sign.isNull() && parts.size() < most - 1;
+         sign = calculationSign(*left)) {
+        parts.prepend(within(value(*left->arguments[1]), 0));
+        signs.prepend(sign);
+        left = left->arguments[0].get();
+    }
+    parts.prepend(within(value(*left), 0));
+    return {u"vx_calc('"_s + signs + u"', "_s + parts.join(u", "_s) + u')'};
 }
 
 Written arithmetic(const BoundExpression& expression) {
@@ -271,11 +290,9 @@ Written arithmetic(const BoundExpression& expression) {
     case Operator::Concatenate:
         return concatenated(expression);
     case Operator::Add:
-        return calculated(expression, "+"_L1, u"vx_add"_s, SumLevel);
     case Operator::Subtract:
-        return calculated(expression, "-"_L1, u"vx_sub"_s, SumLevel);
     case Operator::Multiply:
-        return calculated(expression, "*"_L1, u"vx_mul"_s, ProductLevel);
+        return calculated(expression);
     case Operator::Divide:
         return {call(u"vx_div"_s, a)};
     case Operator::IntegerDivide:
@@ -336,6 +353,18 @@ Written aggregate(const BoundExpression& expression) {
         return {u"vx_sum("_s + number + u')'};
     case Aggregate::Average:
         return {u"vx_avg("_s + number + u')'};
+    case Aggregate::Variance:
+        return {u"vx_var("_s + number + u')'};
+    case Aggregate::VarianceOfAll:
+        return {u"vx_varp("_s + number + u')'};
+    case Aggregate::Deviation:
+        return {u"vx_stdev("_s + number + u')'};
+    case Aggregate::DeviationOfAll:
+        return {u"vx_stdevp("_s + number + u')'};
+    case Aggregate::First:
+        return {u"vx_first("_s + text + u')'};
+    case Aggregate::Last:
+        return {u"vx_last("_s + text + u')'};
     case Aggregate::Minimum:
         return {u"min("_s + writeForOrder(argument) + u')'};
     case Aggregate::Maximum:

@@ -84,6 +84,8 @@ TEST_F(DatabaseTest, LinksLeadToOtherFilesInAnySpelling) {
     EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM QX1_1"_s); }), 3011);
     EXPECT_EQ(errorOf([&] { link->setConnect(u"nothing"_s); }), 3170);
     EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM nowhere"_s); }), 3078);
+    for (const QString& none : {u"nowhere"_s, u"QX1_1"_s, u"DROP TABLE QX1_1"_s, QString()})
+        EXPECT_EQ(errorOf([&] { catalogue->Execute(none, 0); }), 3075) << none.toStdString();
 
     catalogue->Execute(u"UPDATE other SET V1 = 7 WHERE dt_CaseID = 1"_s);
     EXPECT_EQ(catalogue->RecordsAffected(), 1);

@@ -237,6 +237,7 @@ TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
             EXPECT_EQ(errorOf([&] { found = EngineTest::rows(*database_, statement); }), error) << content.constData();
             EXPECT_EQ(found, expected) << content.constData();
         }
+        EXPECT_EQ(errorOf([&] { EngineTest::rows(*database_, u"SELECT x FROM m"_s); }), error == 6 ? 6 : 0);
     }
     EXPECT_EQ(EngineTest::rows(*database_, u"SELECT Sum(x), Avg(x) FROM n WHERE false"_s), u"~,~"_s);
     const auto appender = database_->openAppender(u"n"_s, {u"id"_s, u"x"_s});

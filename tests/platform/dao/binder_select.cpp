@@ -89,6 +89,11 @@ TEST_F(SelectStatements, GiveTheirRows) {
         {u"SELECT Count(*) AS c FROM (SELECT DISTINCT fi_StudyNo FROM tkey_Variable)"_s, u"2"_s},
         {u"SELECT DISTINCT b FROM N WHERE a = 5 ORDER BY b DESC"_s, u"x"_s},
         {u"SELECT Max(b) AS m, Min(b) AS n, Avg(a) AS v, Count(b) AS c FROM N WHERE a > 5"_s, u"X|X|6.0|1"_s},
+        // 30, 40, 50: squares of the distances 100, 0, 100.
+        {u"SELECT Var([VAR]), VarP([VAR]) * 3, StDev([VAR]), StDevP(id) * StDevP(id) * 3 FROM N"_s, u"100.0|200.0|10.0|2.0"_s},
+        {u"SELECT StDev(a), VarP(a), Var(id) FROM N WHERE id = 1"_s, u"~|0.0|~"_s},
+        {u"SELECT First(b), Last(b), First(id), Last(a) FROM N WHERE id < 3"_s, u"x|X|1|6.0"_s},
+        {u"SELECT First(a), Last(a), Last(id) FROM N"_s, u"5.0|~|3"_s},
         {u"SELECT Count(*) FROM twins"_s, u"3"_s},
         {u"SELECT id FROM N UNION SELECT '2' FROM N UNION SELECT 'z' FROM N ORDER BY id DESC"_s,
          u"z;3;2;1"_s},

@@ -170,6 +170,7 @@ TEST_F(Conditions, WithUnknownNamesOrWrongTypesAreRefused) {
     } cases[] = {{u"X = 1"_s, 3070},     {u"D.id = 1"_s, 3070},        {u"Foo(id) = 1"_s, 3085},
                  {u"T"_s, 3464},         {u"B And 'abc'"_s, 3464},     {u"Count(id) = 1"_s, 3096},
                  {u"T * 2 = 1"_s, 13},   {u"id = (SELECT 1)"_s, 3075}, {u"1 / (id - 1) = 1"_s, 11},
+                 {u"N * 1E308 * 10 > 0"_s, 6}, {u"id - -9E307 * 2 > 0"_s, 6},
                  {u"CLng(T) = 1"_s, 13}, {u"Left(T) = 'a'"_s, 3075}};
     for (const auto& test : cases) {
         int number = 0;
@@ -182,6 +183,8 @@ TEST_F(Conditions, WithUnknownNamesOrWrongTypesAreRefused) {
     }
     EXPECT_EQ(errorOf(u"SELECT id FROM C WHERE 1 / (id - 1) = 1"_s), 11);
     EXPECT_EQ(errorOf(u"SELECT id FROM C WHERE T * 2 = 1"_s), 13);
+    for (const QString& sum : {u"N * 1E308 * 10"_s, u"id + 9E307 + 9E307"_s, u"-9E307 - 9E307 * id"_s})
+        EXPECT_EQ(errorOf(u"SELECT %1 FROM C WHERE id = 1"_s.arg(sum)), 6) << sum.toStdString();
     EXPECT_EQ(errorOf(u"SELECT id FROM C WHERE 1 / N > 0 And id < 3 And N > 0"_s), 0);
 }
 

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/dao/Error.h"
+
+#include <new>
+#include <sqlite3.h>
+
+namespace dao {
+
+/// What every function and aggregate of ours is registered with. Only our own statements may call them: a stranger's
+/// file has no use for them in its views and triggers.
+inline constexpr int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY;
+
+/// Keeps the error until raiseFunctionError() and ends the statement.
+void keepFunctionError(sqlite3_context* context, const Error& error);
+
+/// Runs the step of a function; no exception may pass through SQLite.
+template <typename Step>
+void guarded(sqlite3_context* context, Step step) {
+    try {
+        step();
+    } catch (const Error& error) {
+        keepFunctionError(context, error);
+    } catch (const std::bad_alloc&) {
+        sqlite3_result_error_nomem(context);
+    }
+}
+
+}
