@@ -60,6 +60,7 @@ void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
         connection_->run(u"PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT"_s, Purpose::Open);
     }
     attachments_ = std::make_unique<Attachments>(*connection_, location_);
+    const Reading reading(*connection_);
     definitions_.load(*connection_);
 }
 
@@ -153,6 +154,7 @@ void DatabaseFile::trace(const QString& jet, const QString& sqlite) const {
 }
 
 const QStringList& DatabaseFile::ownTables() {
+    const Reading reading(*connection_);
     const qint64 version = schemaVersion(*connection_, attachments_->main().schema);
     if (version != ownTablesVersion_) {
         ownTables_ = tableNames(*connection_, attachments_->main().schema);

@@ -24,6 +24,7 @@ RowCursor::RowCursor(Source source) : source_(std::move(source)) {
 }
 
 void RowCursor::open() {
+    const Reading reading(source_.file->connection());
     Attachments::Use use;
     bound_ = source_.file->bind(source_.text, use, true);
     if (bound_.kind != tree::Statement::Kind::Select) {
@@ -79,6 +80,7 @@ void RowCursor::load() {
         return;
     }
     const DatabaseFile::Operation operation(*source_.file);
+    const Reading reading(source_.file->connection());
     Attachments::Use use;
     reachTable(use);
     qint64 key = deletedKey_;
@@ -152,6 +154,7 @@ size_t RowCursor::positionOf(size_t row) const {
 
 bool RowCursor::fetch(const QString& sql, std::optional<qint64> key) {
     const DatabaseFile::Operation operation(*source_.file);
+    const Reading reading(source_.file->connection());
     Attachments::Use use;
     reachTable(use);
     source_.file->trace(source_.text, sql);
