@@ -60,7 +60,6 @@ void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
         connection_->run(u"PRAGMA locking_mode=EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT"_s, Purpose::Open);
     }
     attachments_ = std::make_unique<Attachments>(*connection_, location_);
-    const Reading reading(*connection_);
     definitions_.load(*connection_);
 }
 
