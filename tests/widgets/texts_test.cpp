@@ -1,0 +1,207 @@
+#include "app/frmStatus.h"
+#include "config/frmOptions.h"
+#include "language/SystemTable.h"
+#include "language/mdLanguage.h"
+#include "platform/dao/DBEngine.h"
+#include "support/PrintQt.h"
+#include "support/WindowTest.h"
+#include "widgets/Desktop.h"
+#include "widgets/Form.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFont>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSet>
+#include <QTabBar>
+#include <QTabWidget>
+#include <algorithm>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A window of the program and how a test comes by one.
+struct TextsWindow {
+    QString name;
+    std::function<Form*()> open;
+};
+
+template<class Window>
+Form* textsShown() {
+    auto* window = new Window;
+    window->show();
+    return window;
+}
+
+const TextsWindow textsWindows[] = {
+    {u"frmStatus"_s, textsShown<frmStatus>},
+    {u"frmOptions"_s, textsShown<frmOptions>},
+};
+
+/// Texts that are the same word in both languages.
+const QSet<QString> textsEqual = {u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
+                                  u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s};
+
+/// Places that have no row by rule: what they show is made at run time or is the same in any language.
+const QSet<QString> textsByRule = {
+    u"frmStatus Form frmStatus"_s, // the product's name
+};
+
+struct TextsRow {
+    QString german, english;
+};
+QString textsPlace(const QString& form, const QString& type, const QString& name, const QString& index,
+                   const QString& property) {
+    const QString member = index.isEmpty() ? QString() : u'(' + index + u')';
+    return form + u' ' + type + u' ' + name + member + (property == u"ToolTipText" ? u" ToolTipText"_s : QString());
+}
+
+/// The rows of the system database by place.
+std::map<QString, TextsRow> textsRows() {
+    std::map<QString, TextsRow> rows;
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(SystemTable::path());
+    const dao::RecordsetPtr table = database->OpenRecordset(u"select * from tblStat"_s, dao::dbOpenSnapshot);
+    for (; !table->Eof(); table->MoveNext())
+        rows[textsPlace(table->text(u"FormName"_s), table->text(u"CtrlTyp"_s), table->text(u"CtrlName"_s),
+                        table->value(u"Index"_s).toText(), table->text(u"Property"_s))] = {table->text(u"Deutsch"_s),
+                                                                                           table->text(u"Englisch"_s)};
+    table->Close();
+    database->Close();
+    return rows;
+}
+
+QString textsPlaceOf(const Form& form, const ControlText& control) {
+    const QString index = control.index ? QString::number(*control.index) : QString();
+    return textsPlace(form.windowName(), control.type, control.name, index, control.property);
+}
+
+bool textsSkipped(const ControlText& control) {
+    const QString notBuilt = TranslateText(u"In dieser Version noch nicht enthalten."_s);
+    return control.text.isEmpty() || control.type == u"TextBox" ||
+           (control.type == u"ComboBox" && control.tag == u"user_defined") ||
+           (control.property == u"ToolTipText" && control.text == notBuilt);
+}
+
+/// What is wrong with a widget's room for its text; empty if nothing is.
+QString textsCut(const QWidget* widget) {
+    const QSize room = widget->size();
+    QSize needed;
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+        needed = label->wordWrap() ? QSize(0, label->heightForWidth(label->width())) : label->sizeHint();
+    } else if (qobject_cast<const QCheckBox*>(widget) || qobject_cast<const QRadioButton*>(widget) ||
+               qobject_cast<const QPushButton*>(widget)) {
+        needed = widget->sizeHint();
+    } else if (const auto* box = qobject_cast<const QGroupBox*>(widget)) {
+        needed = QSize(box->fontMetrics().horizontalAdvance(QString(box->title()).remove(u'&')), 0);
+    } else if (const auto* bar = qobject_cast<const QTabBar*>(widget)) {
+        needed = QSize(bar->sizeHint().width(), 0);
+    } else if (const auto* header = qobject_cast<const QHeaderView*>(widget)) {
+        for (int i = 0; i < header->count(); ++i)
+            if (!header->isSectionHidden(i) && header->orientation() == Qt::Horizontal &&
+                header->sectionSize(i) < header->sectionSizeHint(i))
+                return u"column "_s + QString::number(i);
+        return {};
+    }
+    if (needed.width() <= room.width() && needed.height() <= room.height())
+        return {};
+    return QString::number(room.width()) + u'x' + QString::number(room.height()) + u" instead of "_s +
+           QString::number(needed.width()) + u'x' + QString::number(needed.height());
+}
+
+void expectNothingCut(const Form& form, const QString& where) {
+    QWidget& window = form.widget();
+    QList<QWidget*> widgets = window.findChildren<QWidget*>();
+    for (const QWidget* widget : widgets) {
+        if (!widget->isVisible())
+            continue;
+        const QString fault = textsCut(widget);
+        EXPECT_EQ(fault, QString()) << qPrintable(where) << ' ' << qPrintable(form.windowName()) << ' '
+                                    << qPrintable(widget->objectName()) << " \""
+                                    << qPrintable(widget->property("text").toString()) << '"';
+    }
+}
+
+/// Looks at a window page by page.
+template<class Look>
+void onEveryPage(QWidget& window, Look&& look) {
+    auto* tabs = window.findChild<QTabWidget*>();
+    const int pages = tabs ? tabs->count() : 1;
+    for (int page = 0; page < pages; ++page) {
+        if (tabs)
+            tabs->setCurrentIndex(page);
+        look(page);
+    }
+}
+
+class WindowTexts : public WindowTest {
+protected:
+    ~WindowTexts() override { QApplication::setFont(font_); }
+
+    static void setFontSize(int points) {
+        QFont font = QApplication::font();
+        font.setPointSize(points);
+        QApplication::setFont(font);
+    }
+
+private:
+    QFont font_ = QApplication::font();
+};
+
+} // namespace
+
+TEST_F(WindowTexts, EveryControlShowsTheTextOfItsRowInBothLanguages) {
+    openSampleArchive();
+    const std::map<QString, TextsRow> rows = textsRows();
+    QSet<QString> places;
+    for (const int language : {0, 1}) {
+        setLanguage(language);
+        for (const TextsWindow& window : textsWindows) {
+            Form* form = window.open();
+            settle();
+            for (const ControlText& control : form->controls()) {
+                const QString place = textsPlaceOf(*form, control);
+                places.insert(place);
+                if (textsSkipped(control) || textsByRule.contains(place))
+                    continue;
+                const auto row = rows.find(place);
+                if (row == rows.end()) {
+                    ADD_FAILURE() << "no row for " << qPrintable(place) << " \"" << qPrintable(control.text) << '"';
+                    continue;
+                }
+                EXPECT_EQ(control.text, language == 0 ? row->second.german : row->second.english) << qPrintable(place);
+            }
+            unloadChildWindows();
+        }
+    }
+    for (const auto& [place, row] : rows) {
+        const QString german = QString(row.german).remove(u'&');
+        EXPECT_TRUE(german != QString(row.english).remove(u'&') || textsEqual.contains(german)) << qPrintable(place);
+        const bool isOpened = std::ranges::any_of(
+            textsWindows, [&](const TextsWindow& window) { return place.startsWith(window.name + u' '); });
+        EXPECT_TRUE(!isOpened || places.contains(place)) << "a row without a control: " << qPrintable(place);
+    }
+}
+
+TEST_F(WindowTexts, NothingIsCutAtTheDefaultSizeWithSmallAndLargeFonts) {
+    openSampleArchive();
+    for (const int points : {8, 24})
+        for (const int language : {0, 1}) {
+            setFontSize(points);
+            setLanguage(language);
+            for (const TextsWindow& window : textsWindows) {
+                Form* form = window.open();
+                onEveryPage(form->widget(), [&](int page) {
+                    settle();
+                    expectNothingCut(*form, (language == 0 ? u"de "_s : u"en "_s) + QString::number(points) +
+                                                u" pt page "_s + QString::number(page));
+                });
+                unloadChildWindows();
+            }
+        }
+}
