@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/AnalysisRequest.h"
+#include "analysis/caseData.h"
 #include "analysis/runTrap.h"
 #include "platform/dao/DBEngine.h"
 #include "tables/ResultTable.h"
@@ -9,6 +10,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <vector>
 
 /// A recordset with the statement it came from, and a tag.
 struct DataHolder {
@@ -163,7 +165,7 @@ private:
     /// differ.
     struct Computation {
         QString q, study, variable, variable2, dtMissing, dtMissing2;
-        QString folder; ///< of the case files
+        std::vector<AttachedTable> attached;
         Origin origin;
         bool operator==(const Computation&) const = default;
     };

@@ -46,7 +46,7 @@ RunOutcome CreateSQL::run() {
     m_.bCancelRun = false;
     int rounds = 1;
     if (isComparison()) {
-        if (comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && m_.last_.origin == origin())
+        if (isComparisonShown())
             return RunOutcome::Reused;
         rounds = static_cast<int>(r_.lst_TrendVars.size());
         prepareComparison();
@@ -166,8 +166,17 @@ AnalysisModel::Origin CreateSQL::origin() const {
 }
 
 AnalysisModel::Computation CreateSQL::computation() const {
-    return {round_.qSql,  round_.study,  round_.facts.variable, round_.facts.variable2,
-            r_.dtMissing, r_.dtMissing2, round_.folder,         origin()};
+    return {
+        round_.qSql, round_.study, round_.facts.variable, round_.facts.variable2, r_.dtMissing, r_.dtMissing2,
+        attached_,   origin()};
+}
+
+/// True if the tables show this comparison, and each case table lies where it lay.
+bool CreateSQL::isComparisonShown() const {
+    const AnalysisModel::Computation& last = m_.last_;
+    return comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == origin() &&
+           std::all_of(last.attached.begin(), last.attached.end(),
+                       [this](const AttachedTable& table) { return liesWhereItLay(*db_, table); });
 }
 
 /// What the table of statistics shows beyond the cases.

@@ -32,7 +32,8 @@ private:
     AnalysisRequest& r_;
     dao::DatabasePtr db_;
     Round round_;
-    int number_ = 0; ///< of the round, from 1
+    std::vector<AttachedTable> attached_; ///< in all rounds
+    int number_ = 0;                      ///< of the round, from 1
     RunOutcome outcome_ = RunOutcome::Computed;
     bool computed_ = false;
 
@@ -65,6 +66,7 @@ private:
     AnalysisModel::Origin origin() const;
     AnalysisModel::Computation computation() const;
     QString statisticsKey() const;
+    bool isComparisonShown() const;
     bool isCurrent() const;
     bool isSameVariable() const;
     bool needsComputation() const;

@@ -149,24 +149,18 @@ bool CreateSQL::storeQuery() {
     });
 }
 
-/// The data folder, or the catalogue's own where the study's file isn't in the former.
 bool CreateSQL::findFolder() {
-    const QString file = round_.study + u".mdb"_s;
-    const QString own = Paths::folderOf(db_->Name());
-    if (!gOptions.DataPath.isEmpty() && Paths::exists(Paths::join(gOptions.DataPath, file))) {
-        round_.folder = gOptions.DataPath;
-    } else if (Paths::exists(Paths::join(own, file))) {
-        round_.folder = own;
-    } else {
-        ui::asker().messageBox({.text = u"'"_s + Paths::join(gOptions.DataPath, file) + u"' "_s +
-                                        TranslateText(u"nicht gefunden."_s),
-                                .icon = ui::Icon::Exclamation});
-        return clearAndEnd();
-    }
-    return true;
+    round_.folder = caseFolderOf(*db_, round_.study);
+    if (!round_.folder.isEmpty())
+        return true;
+    ui::asker().messageBox({.text = u"'"_s + Paths::join(gOptions.DataPath, round_.study + u".mdb"_s) +
+                                    u"' "_s + TranslateText(u"nicht gefunden."_s),
+                            .icon = ui::Icon::Exclamation});
+    return clearAndEnd();
 }
 
 bool CreateSQL::attach(const QString& table, const QString& study) {
+    attached_.push_back({table, study, round_.study, caseFileOf(table, study, round_.folder)});
     return step([&] { AttachCaseTable(*db_, table, study, round_.folder); });
 }
 

@@ -12,6 +12,19 @@ QString caseFileOf(const QString& table, const QString& study, const QString& fo
     return Paths::exists(first) ? first : Paths::join(folder, study + u".mdb"_s);
 }
 
+QString caseFolderOf(const dao::Database& catalogue, const QString& study) {
+    const QString file = study + u".mdb"_s;
+    if (!gOptions.DataPath.isEmpty() && Paths::exists(Paths::join(gOptions.DataPath, file)))
+        return gOptions.DataPath;
+    const QString own = Paths::folderOf(catalogue.Name());
+    return Paths::exists(Paths::join(own, file)) ? own : QString();
+}
+
+bool liesWhereItLay(const dao::Database& catalogue, const AttachedTable& attached) {
+    const QString folder = caseFolderOf(catalogue, attached.home);
+    return !folder.isEmpty() && caseFileOf(attached.table, attached.study, folder) == attached.file;
+}
+
 void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
                      const QString& path) {
     const QString connect =

@@ -8,6 +8,21 @@
 /// which is not tested. The suffix stands behind the table's last "_" (the whole name without one).
 QString caseFileOf(const QString& table, const QString& study, const QString& folder);
 
+/// Folder of a study's case files: the data folder, or the catalogue's own where "<study>.mdb" isn't in the
+/// former; empty if it is in neither.
+QString caseFolderOf(const dao::Database& catalogue, const QString& study);
+
+/// A case table that a run has attached.
+struct AttachedTable {
+    QString table, study;
+    QString home; ///< study whose case folder was searched
+    QString file;
+    bool operator==(const AttachedTable&) const = default;
+};
+
+/// True if a run would attach the table to the same file again.
+bool liesWhereItLay(const dao::Database& catalogue, const AttachedTable& attached);
+
 /// Makes sure that the catalogue links a case table to its file; a link that points elsewhere is set right,
 /// and takes effect when the table is next opened. An empty path means the option DataPath.
 /// @throws dao::Error of the engine

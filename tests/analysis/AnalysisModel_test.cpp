@@ -383,6 +383,14 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     EXPECT_EQ(model_.lblLabel, u"Vergleichsauswertung: Trend"_s);
     EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    // What was counted in a file that lies elsewhere now, or beside a table's own, is counted anew: here that of
+    // the second entry, and that of the first one's filter.
+    ASSERT_TRUE(QFile::rename(catalogue_.caseFile(u"QX2020"_s), home_.path(u"archive/QX2020.mdb"_s)));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    ASSERT_TRUE(QFile::copy(catalogue_.caseFile(u"QX1919"_s), catalogue_.caseFile(u"QX1919-2"_s)));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
 
     // An entry that fails takes the columns before it along: half a comparison is none.
     QList<ComparisonEntry>& entries = model_.request.lst_TrendVars;
