@@ -76,7 +76,8 @@ void moveAll(const QString& catalogue, const QString& folder, const QStringList&
     if (names.removeAll(target.fileName()) > 0) {
         takeAway(target.fileName());
         for (const QString& name : outdated)
-            takeAway(name);
+            if (!name.contains(u'/')) // what the note of a killed run names lies beside the catalogue
+                takeAway(name);
         for (const QString& name : std::as_const(names)) {
             takeAway(name);
             moves.move(built + name, place + name);
@@ -86,10 +87,10 @@ void moveAll(const QString& catalogue, const QString& folder, const QStringList&
     moves.keep();
 }
 
-}
+} // namespace
 
 BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), folder_(folderFor(catalogue)) {
-    if (!QDir().mkpath(files()))
+    if (QFileInfo(folder_).isSymLink() || !QDir().mkpath(files()))
         throw ImportError(
             said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)
                 .arg(Paths::native(folder_)));
@@ -122,7 +123,9 @@ void BuildFolder::moveIntoPlace(const QStringList& outdated) {
 
 void finishInterruptedBuild(const QString& catalogue) {
     const QString folder = folderFor(catalogue);
-    if (!QFileInfo::exists(folder))
+    // A link is none of ours: what it points to is somebody else's.
+    if (!QFileInfo::exists(folder) || QFileInfo(folder).isSymLink() ||
+        QFileInfo(folder + u"/new"_s).isSymLink() || QFileInfo(folder + u"/old"_s).isSymLink())
         return;
     QFile note(readyNote(folder));
     if (note.open(QIODevice::ReadOnly))
@@ -130,4 +133,4 @@ void finishInterruptedBuild(const QString& catalogue) {
     QDir(folder).removeRecursively();
 }
 
-}
+} // namespace archive

@@ -61,22 +61,27 @@ bool recover(const QString& path) {
     return hasTables;
 }
 
-/// Deals with one line of the note of a killed run.
+/// Deals with one line of the note of a killed run. A note may be as old as the archive that it came with:
+/// what an import cannot have written there, such as a link or a file of another kind, is somebody else's and
+/// stays.
 void recoverLine(const QString& line) {
     constexpr int noDatabase = 3343;
     const bool made = line.startsWith(madeMark);
     const QString path = line.mid(line.indexOf(u'\t') + 1);
+    if (!line.startsWith(touchedMark) && QFileInfo(path).isSymLink())
+        return;
     bool hasTables = false;
     try {
         hasTables = QFileInfo::exists(path) && recover(path);
     } catch (const dao::Error& error) {
         // What is no database has nothing to roll back. Anything else, a lock or damage, is for the user to
         // see to.
-        if (error.number() != noDatabase)
-            throw ImportError(
-                said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
-                     u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
-                    .arg(path, error.description()));
+        if (error.number() == noDatabase)
+            return;
+        throw ImportError(
+            said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
+                 u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
+                .arg(path, error.description()));
     }
     if (line.startsWith(blankMark) && !hasTables && QFileInfo::exists(path)) {
         QFile::resize(path, 0);
@@ -101,7 +106,8 @@ int lockNote(const QString& catalogue, bool create, bool& busy) {
     const QByteArray path = QFile::encodeName(noteOf(catalogue));
     busy = false;
     for (;;) {
-        const int note = open(path.constData(), O_RDWR | O_CLOEXEC | O_APPEND | (create ? O_CREAT : 0), 0666);
+        const int note =
+            open(path.constData(), O_RDWR | O_CLOEXEC | O_APPEND | O_NOFOLLOW | (create ? O_CREAT : 0), 0666);
         if (note < 0)
             return -1;
         if (flock(note, LOCK_EX | LOCK_NB) != 0) {
@@ -144,10 +150,11 @@ ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
     bool busy = false;
     note_ = lockNote(catalogue, true, busy);
     if (note_ < 0)
-        throw ImportError(busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
-                                      u"%1: Another import is at work"_s)
-                                     .arg(catalogue)
-                               : cannotWrite(catalogue));
+        throw ImportError(
+            busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
+                        u"%1: Another import is at work"_s)
+                       .arg(catalogue)
+                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue));
     try {
         archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);
@@ -174,6 +181,14 @@ void ImportGuard::willWrite(const QString& path) {
         return;
     written_ << absolute;
     const QFileInfo file(absolute);
+    if (QFileInfo(absolute).isSymLink()) {
+        if (!file.exists())
+            throw ImportError(said(u"%1: Die Verknüpfung zeigt ins Leere"_s,
+                                   u"%1: The link points to a file that is not there"_s)
+                                  .arg(path));
+        note(touchedMark, absolute);
+        return;
+    }
     note(!file.exists() ? madeMark : file.size() == 0 ? blankMark : touchedMark, absolute);
 }
 

@@ -1,5 +1,6 @@
 #include "ImportFixture.h"
 #include "catalogue/ImportGuard.h"
+#include "catalogue/schema.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -169,10 +170,10 @@ TEST_F(ImportInterrupted, EmptiedFilesGoAndBlankOnesStay) {
         guard.removeIfEmpty(emptied);
         guard.removeIfEmpty(home.path(u"QX1.mdb"_s)); // not committed: its table is still there
         guard.willWrite(blank);
-        QFile begun(blank);
-        if (begun.open(QIODevice::WriteOnly))
-            begun.write("half a page");
-        begun.close();
+        const dao::DatabasePtr opened = dao::DBEngine::instance().OpenDatabase(catalogue);
+        const auto begun = opened->openCompanion(blank);
+        dao::DBEngine::instance().Workspaces(0).BeginTrans();
+        begun->createTable(*schema::definition(*opened, schema::cases(u"QX3_1"_s, {})));
         raise(SIGKILL);
     }
     EXPECT_TRUE(WIFSIGNALED(waitFor(child)));
