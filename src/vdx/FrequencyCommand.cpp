@@ -47,7 +47,7 @@ CLI::App* FrequencyCommand::declare(CLI::App& program) {
 
 int FrequencyCommand::run(Session& session) {
     if (!filter_.empty() && !part_.empty())
-        throw UsageError(u"--filter and --part exclude each other"_s);
+        throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
     if (!session.open(QString::fromStdString(catalogue_)))
         return 1;
     if (!data_.empty())

@@ -43,9 +43,11 @@ void setOptions(const QStringList& settings) {
         const QString key = setting.left(equals);
         const OptionDescriptor* option = equals > 0 ? findOption(key) : nullptr;
         if (!option)
-            throw UsageError(u"--set %1: there is no option of that name (write KEY=VALUE)"_s.arg(setting));
+            throw UsageError{u"--set %1: Eine Option dieses Namens gibt es nicht (Form: KEY=VALUE)"_s.arg(setting),
+                             u"--set %1: there is no option of that name (write KEY=VALUE)"_s.arg(setting)};
         if (!setOptionFromText(gOptions, *option, setting.mid(equals + 1)))
-            throw UsageError(u"--set %1: the option does not take this value"_s.arg(setting));
+            throw UsageError{u"--set %1: Die Option nimmt diesen Wert nicht an"_s.arg(setting),
+                             u"--set %1: the option does not take this value"_s.arg(setting)};
     }
 }
 
@@ -54,13 +56,13 @@ void setOptions(const QStringList& settings) {
 Session::Session(const CommonOptions& options, std::FILE* out, std::FILE* err)
     : common_(options), err_(err), printer_(options.format, out), askerIn_(&noInput_), askerOut_(&boxText_),
       asker_(std::make_unique<ui::TerminalAsker>(askerIn_, askerOut_, false)) {
-    // First, since a wrong option ends it here: nothing else is to be put back then.
+    gLanguage = speaksGerman(options.language) ? 0 : 1;
+    // Before all else, since a wrong option ends it here: nothing is to be put back then.
     gOptions = Options();
     setOptions(options.set);
     asker_->isFailure = reportsError;
     askerBefore_ = ui::setAsker(asker_.get());
     gErrorTrapping = true;
-    gLanguage = speaksGerman(options.language) ? 0 : 1;
     NumberFormat::setDecimalSeparator(decimalSeparator(options.decimal));
     gErrHandler.Destination = Paths::join(Paths::applicationFolder(), u"Error.log"_s);
     gErrHandler.AppTitle = ApplicationInfo::title;

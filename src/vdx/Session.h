@@ -20,13 +20,8 @@ struct CommonOptions {
 };
 
 /// Wrong usage: the command line itself cannot be understood. Exit status 2.
-class UsageError : public std::exception {
-public:
-    explicit UsageError(const QString& text) : utf8_(text.toUtf8()) {}
-    const char* what() const noexcept override { return utf8_.constData(); }
-
-private:
-    QByteArray utf8_;
+struct UsageError {
+    QString german, english;
 };
 
 /// The world of one run: options at their defaults (the user's stored ones are not read, so that a run can be repeated

@@ -1,5 +1,6 @@
 #include "vdx/Command.h"
 
+#include "app/globals.h"
 #include "diagnostics/errors.h"
 #include "platform/system/ApplicationInfo.h"
 
@@ -60,8 +61,11 @@ struct TypedOptions {
     }
 };
 
-int usageError(const std::string& text, std::FILE* err) {
-    std::fputs(("vdx: " + text + "\nRun vdx --help for what to type.\n").c_str(), err);
+int usageError(const UsageError& error, std::FILE* err) {
+    const bool german = gLanguage == 0;
+    const QString text = u"vdx: "_s + (german ? error.german : error.english) + u'\n' +
+                         (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
+    std::fputs(text.toUtf8().constData(), err);
     return 2;
 }
 
@@ -80,7 +84,7 @@ int carryOut(Command& command, const CommonOptions& options, std::FILE* out, std
         }
         return status;
     } catch (const UsageError& error) {
-        return usageError(error.what(), err);
+        return usageError(error, err);
     } catch (const dao::Error& error) {
         std::fputs((error.description() + u'\n').toUtf8().constData(), err);
         return 1;

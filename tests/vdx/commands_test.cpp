@@ -97,7 +97,7 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {v5 + QStringList{u"--filter"_s, u"V7 = 1;"_s}, 1, u"Unerlaubtes Zeichen: ;"_s},
         {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Syntax error"_s},
         {v5 + QStringList{u"--missing"_s, u"neun"_s}, 1, u"13"_s},
-        {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u""_s},  // a text variable is no weight
+        {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u"Data type mismatch in criteria expression: W2"_s},  // a text
         {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
         {v5 + QStringList{u"--format"_s, u"xml"_s}, 2, u"xml"_s},
         {{u"frequency"_s, u"@"_s}, 2, u""_s},
