@@ -4,10 +4,15 @@
 
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPointer>
 #include <QScreen>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+QPointer<frmStatus> waiting;
+} // namespace
 
 frmStatus::frmStatus() : Form(*this, u"frmStatus"_s), lblInfo(new QLabel(this)) {
     lblInfo->setObjectName(u"lblInfo"_s);
@@ -28,4 +33,16 @@ frmStatus::~frmStatus() = default;
 void frmStatus::refreshTitles() {
     setWindowTitle(u"Varidex"_s);
     lblInfo->setText(gLanguage == 0 ? u"Bitte einen Moment Geduld..."_s : u"One moment please..."_s);
+}
+
+void frmStatus::showWait() {
+    if (!waiting)
+        waiting = new frmStatus;
+    waiting->show();
+    // The steps that it stands for give no event turn by themselves.
+    waiting->repaint();
+}
+
+void frmStatus::unload() {
+    delete waiting.data();
 }

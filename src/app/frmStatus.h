@@ -14,6 +14,11 @@ public:
 
     void refreshTitles() override;
 
+    /// Shows the one wait window of the program, not modally.
+    static void showWait();
+    /// Takes it away again if it is there.
+    static void unload();
+
 private:
     QLabel* lblInfo;
 };

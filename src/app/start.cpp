@@ -4,6 +4,7 @@
 #include "catalogue/mdDataBase.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
+#include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
@@ -13,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double shareOfScreen = 0.9;
+constexpr int pathNotValid = 3044;
 
 /// A stored number; what is no number counts as not stored.
 int storedNumber(const QString& name, int byDefault) {
@@ -40,6 +42,29 @@ qint16 Main::OpenDefDB() {
     if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
         return 0;
     return mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
+}
+
+bool Main::openingStep(const std::function<void()>& step) {
+    bool pathFound = true;
+    const Trap outcome = trapped([&] {
+        try {
+            step();
+        } catch (const dao::Error& error) {
+            if (error.number() != pathNotValid)
+                throw;
+            pathFound = false;
+        }
+    });
+    if (pathFound)
+        return outcome != Trap::Aborted;
+    ui::asker().messageBox({TranslateText(u"Pfad zur Datenbank"_s) + gOptions.DatabasePath + u'\\' + gOptions.DatabaseName +
+                                TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
+                                TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
+                            {},
+                            ui::Icon::Exclamation,
+                            ui::Buttons::Ok});
+    ui::asker().setPointer(ui::Pointer::Default);
+    return false;
 }
 
 Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QtGlobal>
+#include <functional>
 #include <optional>
 
 /// From the start of the process to the open catalogue, and its stop; windows are asked for through hooks
@@ -15,6 +16,10 @@ void StartServices();
 /// Opens the catalogue that the settings name; the names are read from them again first.
 /// @return the state reached, 1 open; 0 also when the settings name none
 qint16 OpenDefDB();
+
+/// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure the
+/// standard error box. @return false if the opening is to be left
+bool openingStep(const std::function<void()>& step);
 
 /// Place of the main window in twips.
 struct WindowPlace {

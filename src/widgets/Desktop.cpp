@@ -1,8 +1,14 @@
 #include "widgets/Desktop.h"
 
+#include <QDialog>
+
 namespace {
 Desktop plain;
 Desktop* current = &plain;
+
+bool isModalDialog(const QWidget* window) {
+    return qobject_cast<const QDialog*>(window) && window->isModal() && window->isVisible();
+}
 } // namespace
 
 Desktop& desktop() {
@@ -14,11 +20,15 @@ void setDesktop(Desktop* desktop) {
 }
 
 void unloadChildWindows() {
+    // Who waits for a dialog's end owns it; it is told to end, and goes with its owner.
+    for (Form* form : Form::open())
+        if (isModalDialog(&form->widget()))
+            static_cast<QDialog&>(form->widget()).reject();
     // Closing one may close others with it, so the list is read anew each time.
     for (;;) {
         Form* child = nullptr;
         for (Form* form : Form::open())
-            if (form->windowName().compare(QLatin1String("frmMain"), Qt::CaseInsensitive) != 0)
+            if (form->windowName().compare(QLatin1String("frmMain"), Qt::CaseInsensitive) != 0 && !form->widget().isModal())
                 child = form;
         if (!child)
             return;

@@ -23,5 +23,5 @@ Desktop& desktop();
 /// Sets the desktop (not owned); nullptr brings the plain one back.
 void setDesktop(Desktop* desktop);
 
-/// Closes every loaded window but the main one. Windows are deleted at once.
+/// Closes every loaded window but the main one. Windows are deleted at once, but a modal dialog only ends.
 void unloadChildWindows();

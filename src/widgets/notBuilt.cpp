@@ -17,7 +17,8 @@ const QMap<QString, QStringList> controlsNotBuilt = {
      {u"mnuFragebogenansicht"_s, u"mnuSPSSAnsicht"_s, u"mnuFilePrint"_s, u"mnuEditCut"_s, u"mnuEditPaste"_s, u"mnuLöschen"_s,
       u"mnuSuchen"_s, u"mnuWeitersuchen"_s, u"mnuErweiterteSuche"_s, u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s,
       u"mnuBeschreibungBearbeiten"_s, u"mnuEditShowPosition"_s, u"mnuViewGraphicOptions"_s, u"mnuDBBeschreibung"_s,
-      u"mnuViewDescriptions"_s, u"DBD"_s, u"DESC"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s}},
+      u"mnuViewDescriptions"_s, u"DBD"_s, u"DESC1"_s, u"DESC2"_s, u"DESC3"_s, u"DESC4"_s, u"DESC5"_s, u"DESC6"_s, u"DESC7"_s,
+      u"DESC8"_s, u"DESC9"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s}},
     {u"frmAuswertung"_s,
      {u"Option2"_s, u"Option4"_s, u"Option5"_s, u"cmdPreview"_s, u"cmdPrint"_s, u"chkVaridexCreation"_s, u"SSTab"_s}},
     {u"frmOptions"_s, {u"cmdDescriptives"_s}},
@@ -28,6 +29,11 @@ const QMap<QString, QStringList> controlsNotBuilt = {
 void applyNotBuilt(Form& form) {
     const QStringList names = controlsNotBuilt.value(form.windowName());
     const QString reason = TranslateText(u"In dieser Version noch nicht enthalten."_s);
+    // A control that shows nothing but a picture still says what it is for.
+    const auto tooltip = [&](const QObject* object) {
+        const QString own = object->property("ownToolTip").toString();
+        return own.isEmpty() ? reason : own + u'\n' + reason;
+    };
     const auto isNamed = [&](const QObject* object) {
         const QString name = object->objectName();
         const qsizetype bracket = name.indexOf(u'(');
@@ -36,11 +42,11 @@ void applyNotBuilt(Form& form) {
     for (QAction* action : form.widget().findChildren<QAction*>())
         if (isNamed(action)) {
             action->setEnabled(false);
-            action->setToolTip(reason);
+            action->setToolTip(tooltip(action));
         }
     for (QWidget* widget : form.widget().findChildren<QWidget*>())
         if (isNamed(widget)) {
             widget->setEnabled(false);
-            widget->setToolTip(reason);
+            widget->setToolTip(tooltip(widget));
         }
 }

@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #ifdef __GLIBC__
 #include <malloc.h>
+#include <sqlite3.h>
 #endif
 
 using namespace Qt::StringLiterals;
@@ -144,6 +145,10 @@ DBEngine::DBEngine() : state_(std::make_unique<State>()) {
 }
 
 DBEngine::~DBEngine() = default;
+
+QString DBEngine::storeVersion() {
+    return QString::fromLatin1(sqlite3_libversion());
+}
 
 DBEngine& DBEngine::instance() {
     static DBEngine engine;

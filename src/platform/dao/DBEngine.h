@@ -42,6 +42,8 @@ private:
 class DBEngine {
 public:
     static DBEngine& instance();
+    /// Version of the library that keeps the files.
+    static QString storeVersion();
 
     Workspace& Workspaces(int index);
     DatabasePtr OpenDatabase(const QString& path) { return Workspaces(0).OpenDatabase(path); }

@@ -1,0 +1,162 @@
+#include "app/MainMenu.h"
+
+#include <QSet>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Entries = std::vector<MenuEntry>;
+
+void addFileMenu(Entries& all) {
+    const QString menu = u"mnFile"_s;
+    all.push_back({{}, menu, u"&Datei"_s});
+    all.push_back({menu, u"mnFileOpen"_s, u"&Datenbank öffnen..."_s, u"Ctrl+O"_s, u"open"_s});
+    all.push_back({menu, u"mnFileClose"_s, u"Datenbank &schließen"_s, u"Ctrl+Shift+W"_s, u"close"_s});
+    for (int i = 1; i <= MainMenu::recentFiles; ++i)
+        all.push_back({menu, u"mnuFileMRU(%1)"_s.arg(i), {}, {}, u"catalogue"_s, false, i == 1});
+    all.push_back({menu, u"mnuFileExit"_s, u"&Beenden"_s, u"Ctrl+Q"_s, u"exit"_s, false, true});
+}
+
+void addViewMenu(Entries& all) {
+    const QString menu = u"mnuView"_s;
+    all.push_back({{}, menu, u"&Ansicht"_s});
+    all.push_back({menu, u"mnuDBBeschreibung"_s, u"Datenbank&beschreibung"_s, {}, u"catalogue-description"_s});
+    for (int i = 1; i <= MainMenu::views; ++i)
+        all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
+    for (int i = 1; i <= MainMenu::views; ++i)
+        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Ctrl+Alt+%1"_s.arg(i), u"description"_s, false, i == 1});
+    all.push_back({menu, u"mnuAuswertungsansicht"_s, u"&Auswertung"_s, u"Ctrl+Shift+A"_s, u"analysis"_s, false, true});
+    all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
+    all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});
+    all.push_back({menu, u"mnuFilePrint"_s, u"&Drucken..."_s, u"Ctrl+P"_s, u"print"_s, false, true});
+    all.push_back({menu, u"mnuFileClose"_s, u"Fenster s&chließen"_s, u"Ctrl+W"_s, {}, false, true});
+}
+
+void addEditMenu(Entries& all) {
+    const QString menu = u"mnuEdit"_s;
+    all.push_back({{}, menu, u"&Bearbeiten"_s});
+    all.push_back({menu, u"mnuEditCut"_s, u"&Ausschneiden"_s, u"Ctrl+X"_s, u"cut"_s});
+    all.push_back({menu, u"mnuEditCopy"_s, u"&Kopieren"_s, u"Ctrl+C"_s, u"copy"_s});
+    all.push_back({menu, u"mnuEditPaste"_s, u"&Einfügen"_s, u"Ctrl+V"_s, u"paste"_s});
+    all.push_back({menu, u"mnuLöschen"_s, u"&Löschen"_s, u"Del"_s, u"delete"_s});
+    all.push_back({menu, u"mnuSuchen"_s, u"&Suchen..."_s, u"Ctrl+F"_s, u"search"_s, false, true});
+    all.push_back({menu, u"mnuWeitersuchen"_s, u"&Weitersuchen"_s, u"F3"_s, u"search-next"_s});
+    all.push_back({menu, u"mnuErweiterteSuche"_s, u"Erweiterte Su&che..."_s, u"Ctrl+Shift+F"_s, u"search-extended"_s});
+    all.push_back({menu, u"mnuNeueKategorie"_s, u"&Neue Kategorie..."_s, {}, u"new"_s, false, true});
+    all.push_back({menu, u"mnuKategorieUmbenennen"_s, u"Kategorie &umbenennen..."_s, u"F2"_s, u"rename"_s});
+    all.push_back({menu, u"mnuBeschreibungBearbeiten"_s, u"&Beschreibung bearbeiten..."_s, {}, u"description"_s});
+    all.push_back({menu, u"mnuEditShowPosition"_s, u"&Position anzeigen"_s});
+}
+
+void addOptionsMenu(Entries& all) {
+    const QString menu = u"mnuOptions"_s, languages = u"mnLanguage"_s;
+    all.push_back({{}, menu, u"&Optionen"_s});
+    all.push_back({menu, u"mnu1VarWindow"_s, u"&Variablenfenster"_s, u"F7"_s, u"panel"_s, true});
+    all.push_back({menu, u"mnu2VarWindow"_s, u"&Doppeltes Variablenfenster"_s, u"F8"_s, u"panels"_s, true});
+    all.push_back({menu, u"mnuVVEL"_s, u"Variablenfenster &englisch"_s, u"F9"_s, {}, true});
+    all.push_back({menu, u"mnuEnglishLanguage"_s, u"Englische &Inhalte"_s, u"F12"_s, u"contents-english"_s, true, true});
+    all.push_back({menu, u"mnuChangeFont"_s, u"Schrift &wechseln"_s, u"Ctrl+Shift+K"_s, u"font"_s});
+    all.push_back({menu, languages, u"&Sprache"_s, {}, u"language"_s});
+    all.push_back({languages, u"mnLngG"_s, u"&Deutsch"_s, {}, u"502"_s});
+    all.push_back({languages, u"mnLngE"_s, u"&Englisch"_s, {}, u"503"_s});
+    all.push_back({menu, u"mnuViewToolBar"_s, u"S&ymbolleiste"_s, {}, {}, true, true});
+    all.push_back({menu, u"mnuViewStatusBar"_s, u"S&tatusleiste"_s, {}, {}, true});
+    all.push_back({menu, u"mnuViewGraphicOptions"_s, u"&Grafikoptionen..."_s, {}, u"chart"_s, false, true});
+    all.push_back({menu, u"mnuViewOptions"_s, u"&Optionen..."_s, u"Ctrl+,"_s, u"options"_s});
+}
+
+void addWindowAndHelpMenus(Entries& all) {
+    const QString menu = u"mnuWindow"_s, help = u"mnuHelp"_s;
+    all.push_back({{}, menu, u"&Fenster"_s});
+    all.push_back({menu, u"mnuWindowCascade"_s, u"Ü&berlappend"_s, {}, u"cascade"_s});
+    all.push_back({menu, u"mnuWindowTileVertical"_s, u"&Nebeneinander"_s, {}, u"tile-vertical"_s});
+    all.push_back({menu, u"mnuWindowTileHorizontal"_s, u"&Untereinander"_s, {}, u"tile-horizontal"_s});
+    all.push_back({menu, u"mnuWindowArrangeIcons"_s, u"&Symbole anordnen"_s, {}, u"arrange"_s});
+    all.push_back({menu, u"mnuWindowNext"_s, u"Nä&chstes Fenster"_s, u"Ctrl+F6"_s, {}, false, true});
+    all.push_back({menu, u"mnuWindowPrevious"_s, u"&Vorheriges Fenster"_s, u"Ctrl+Shift+F6"_s});
+    all.push_back({{}, help, u"&Hilfe"_s});
+    all.push_back({help, u"mnuHelpContents"_s, u"&Inhalt"_s, u"F1"_s, u"help"_s});
+    all.push_back({help, u"mnuHelpAbout"_s, u"In&fo über Varidex..."_s, {}, u"about"_s});
+}
+
+QString menuOf(const QString& name) {
+    const auto found = std::ranges::find(MainMenu::entries(), name, &MenuEntry::name);
+    return found == MainMenu::entries().end() ? QString() : found->menu;
+}
+
+bool isToolbarKey(const QString& name) {
+    return !name.startsWith(u"mn");
+}
+
+bool enabledInIdleMenu(const QString& name, const MainState& state) {
+    using Active = MainState::Active;
+    const bool known = state.active == Active::Explorer || state.active == Active::Analysis;
+    if (name == u"mnFileClose" || name == u"mnuView" || name == u"mnuEdit" || name == u"mnuWindow")
+        return state.catalogueOpen;
+    if (name == u"mnuFileClose")
+        return state.active != Active::None;
+    if (name == u"mnuFilePrint")
+        return known;
+    if (name == u"mnuAuswertungsansicht")
+        return known && state.dataPath;
+    if (name == u"mnuEditCopy")
+        return state.active == Active::Analysis;
+    if (name == u"mnuVVEL" || name == u"mnuChangeFont")
+        return state.active == Active::Explorer;
+    if (name == u"mnLngG")
+        return state.language != 0;
+    if (name == u"mnLngE")
+        return state.language == 0;
+    return true;
+}
+
+} // namespace
+
+const std::vector<MenuEntry>& MainMenu::entries() {
+    static const Entries all = [] {
+        Entries list;
+        addFileMenu(list);
+        addViewMenu(list);
+        addEditMenu(list);
+        addOptionsMenu(list);
+        addWindowAndHelpMenus(list);
+        return list;
+    }();
+    return all;
+}
+
+bool MainMenu::isMenu(const QString& name) {
+    return std::ranges::any_of(entries(), [&](const MenuEntry& entry) { return entry.menu == name; });
+}
+
+bool MainMenu::enabled(const QString& name, const MainState& state) {
+    if (isToolbarKey(name)) {
+        static const QSet<QString> always = {u"ODB"_s, u"O"_s, u"H"_s};
+        return !state.busy && (state.catalogueOpen || always.contains(name));
+    }
+    const QString menu = menuOf(name);
+    // Whoever waits for a run may look at another window or leave the program, which ends the run first.
+    const bool whileBusy = menu.isEmpty() || menu == u"mnuWindow" || name == u"mnuFileExit" || name.startsWith(u"mnuWindow");
+    if (state.busy && !whileBusy)
+        return false;
+    if (!menu.isEmpty() && !enabled(menu, state))
+        return false;
+    return enabledInIdleMenu(name, state);
+}
+
+bool MainMenu::checked(const QString& name, const MainState& state) {
+    if (name == u"mnu1VarWindow" || name == u"V")
+        return state.panels == 1;
+    if (name == u"mnu2VarWindow" || name == u"VV")
+        return state.panels == 2;
+    if (name == u"mnuVVEL")
+        return state.panelEnglish;
+    return (name == u"mnuEnglishLanguage" || name == u"EL") && state.englishContents;
+}
+
+int MainMenu::panelsAfter(const QString& name, int panels) {
+    const int wanted = name == u"mnu2VarWindow" ? 2 : 1;
+    return panels == wanted ? 0 : wanted;
+}

@@ -1,0 +1,41 @@
+#include "app/RecentFiles.h"
+
+#include "config/CProfile.h"
+#include "platform/system/Paths.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString nameOf(int place) {
+    return u"File"_s + QString::number(place);
+}
+
+/// Two spellings of a path that lead to one file on disk are one file.
+bool isSameFile(const QString& a, const QString& b) {
+    return Paths::onDisk(Paths::native(a)) == Paths::onDisk(Paths::native(b));
+}
+
+} // namespace
+
+void RecentFiles::SetRecentFiles(const QString& file) {
+    QStringList files = GetRecentFiles();
+    files.removeIf([&](const QString& other) { return isSameFile(other, file); });
+    files.prepend(file);
+    CProfile profile;
+    for (int place = 1; place <= places; ++place)
+        profile.SetRegistryEntry(RootKey, RegistryPath, nameOf(place), files.value(place - 1), Registry::String);
+}
+
+QStringList RecentFiles::GetRecentFiles() const {
+    QStringList files;
+    CProfile profile;
+    for (int place = 1; place <= places; ++place) {
+        const QString file =
+            profile.GetRegistryEntry(RootKey, RegistryPath, nameOf(place), QString(), RootKey, RegistryPath).toString();
+        // Empty text is kept as a blank.
+        if (!file.trimmed().isEmpty())
+            files << file;
+    }
+    return files;
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/system/Registry.h"
+
+#include <QString>
+#include <QStringList>
+
+/// The catalogues that were opened last, newest first, kept in the registry.
+class RecentFiles {
+public:
+    Registry::Hive RootKey = Registry::CurrentUser;
+    QString RegistryPath;
+    int places = 4;
+
+    /// Puts a file at the head; one that was in the list already moves there. A file that goes beyond the last place is
+    /// forgotten.
+    void SetRecentFiles(const QString& file);
+    QStringList GetRecentFiles() const;
+};

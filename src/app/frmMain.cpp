@@ -1,0 +1,345 @@
+#include "app/frmMain.h"
+
+#include "analysis/AnalysisModel.h"
+#include "app/frmStatus.h"
+#include "app/globals.h"
+#include "app/start.h"
+#include "app/windowPlace.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/CProfile.h"
+#include "config/Options.h"
+#include "diagnostics/errors.h"
+#include "explorer/frmExplorer.h"
+#include "language/mdLanguage.h"
+#include "platform/system/ApplicationInfo.h"
+#include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
+#include "widgets/ChildArea.h"
+#include "widgets/Icons.h"
+#include "widgets/RunGuard.h"
+#include "widgets/notBuilt.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QLocale>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTime>
+#include <QTimer>
+#include <QToolBar>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Texts of this object are made at run time and stand in no table.
+void madeAtRunTime(QObject* object) {
+    object->setProperty("CtrlTyp", QString());
+}
+
+/// A text in which "&" is a letter and no mnemonic.
+QString asCaption(QString text) {
+    return text.replace(u'&', u"&&"_s);
+}
+
+} // namespace
+
+frmMain::frmMain() : Form(*this, u"frmMain"_s), area_(new ChildArea(this)), tbToolBar_(new QToolBar(this)) {
+    setWindowTitle(ApplicationInfo::title);
+    setCentralWidget(area_);
+    area_->onActivated = [this] { applyState(); };
+    tbToolBar_->setObjectName(u"tbToolBar"_s);
+    tbToolBar_->setMovable(false);
+    addToolBar(tbToolBar_);
+    recent_.RegistryPath = SettingsKeys::user;
+    buildMenus();
+    buildStatusBar();
+    connectCommands();
+    setDesktop(this);
+}
+
+frmMain::~frmMain() {
+    area_->onActivated = nullptr;
+    if (&desktop() == this)
+        setDesktop(nullptr);
+    delete area_;
+}
+
+void frmMain::buildMenus() {
+    for (const MenuEntry& entry : MainMenu::entries()) {
+        QMenu* parent = menus_.value(entry.menu);
+        if (MainMenu::isMenu(entry.name)) {
+            QMenu* menu = parent ? parent->addMenu(entry.caption) : menuBar()->addMenu(entry.caption);
+            menu->setObjectName(entry.name);
+            menu->setToolTipsVisible(true);
+            menu->setIcon(Icons::get(entry.icon));
+            connect(menu, &QMenu::aboutToShow, this, [this, name = entry.name] {
+                applyState();
+                if (name == u"mnuWindow")
+                    listWindows();
+            });
+            menus_[entry.name] = menu;
+            continue;
+        }
+        if (entry.separatorBefore)
+            parent->addSeparator();
+        QAction* action = parent->addAction(Icons::get(entry.icon), entry.caption);
+        action->setObjectName(entry.name);
+        action->setShortcut(QKeySequence(entry.shortcut));
+        action->setCheckable(entry.checkable);
+        if (entry.caption.isEmpty()) {
+            madeAtRunTime(action);
+            action->setVisible(false);
+        }
+        connect(action, &QAction::triggered, this, [this, name = entry.name] { perform(name); });
+        actions_[entry.name] = action;
+    }
+    menus_[u"mnuWindow"_s]->addSeparator();
+}
+
+void frmMain::buildStatusBar() {
+    statusBar()->setObjectName(u"sbStatusbar"_s);
+    panel1_ = new QLabel(this);
+    panel1_->setObjectName(u"panel1"_s);
+    panel1_->setTextFormat(Qt::PlainText);
+    madeAtRunTime(panel1_);
+    // A long path must not widen the window.
+    panel1_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(panel1_, 1);
+    clock_ = new QLabel(this);
+    clock_->setObjectName(u"clock"_s);
+    madeAtRunTime(clock_);
+    statusBar()->addPermanentWidget(clock_);
+    const auto tell = [this] { clock_->setText(QLocale().toString(QTime::currentTime(), QLocale::ShortFormat)); };
+    auto* minute = new QTimer(this);
+    connect(minute, &QTimer::timeout, this, tell);
+    minute->start(5000);
+    tell();
+}
+
+void frmMain::load() {
+    const bool goOn = Main::openingStep([this] { mdLanguage::SetCtrlProps(*this); }) &&
+                      Main::openingStep([this] { InitializeForm(); });
+    applyState();
+    if (goOn)
+        ui::asker().setPointer(ui::Pointer::Default);
+}
+
+void frmMain::InitializeForm() {
+    const ProcedureScope scope(u"[frmMain.InitializeForm]"_s);
+    setWindowIcon(Icons::get(u"varidex"_s));
+    buildToolbar();
+    InitFileMenu();
+    panel1_->setText(u"Version: %1.%2.%3"_s.arg(ApplicationInfo::majorVersion)
+                         .arg(ApplicationInfo::minorVersion)
+                         .arg(ApplicationInfo::revision));
+    setChecked(u"mnuViewToolBar"_s, true);
+    setChecked(u"mnuViewStatusBar"_s, true);
+    placeWindow();
+    InitFormState(0);
+    helpFile_ = Paths::join(Paths::applicationFolder(), u"Varidex.chm"_s);
+    OpenDefDB();
+}
+
+void frmMain::placeWindow() {
+    const double dpi = logicalDpiX();
+    QList<QRect> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens << screen->availableGeometry();
+    const QRect first = screens.value(0);
+    const Main::WindowPlace stored = Main::StoredPlace(twipsOf(first.width(), dpi), twipsOf(first.height(), dpi));
+    const QRect place = placeOnScreens(QRect(pixelsOf(stored.left, dpi), pixelsOf(stored.top, dpi),
+                                             pixelsOf(stored.width, dpi), pixelsOf(stored.height, dpi)),
+                                       screens);
+    move(place.topLeft());
+    resize(place.size());
+}
+
+void frmMain::buildToolbar() {
+    for (QAction* action : tbToolBar_->actions()) {
+        actions_.remove(action->objectName());
+        // The button may be the one whose click brought this about.
+        action->setObjectName(QString());
+        tbToolBar_->removeAction(action);
+        action->deleteLater();
+    }
+    toolbar_.build();
+    for (const ToolbarButton& button : toolbar_.buttons())
+        addButton(button);
+    DrawViewMenu();
+    applyState();
+}
+
+void frmMain::addButton(const ToolbarButton& button) {
+    if (button.isSeparator()) {
+        tbToolBar_->addSeparator();
+        return;
+    }
+    const QIcon icon = button.view ? Icons::get(Icons::ofView(gViews.at(button.view, ViewTable::Type),
+                                                              gViews.at(button.view, ViewTable::CompAnalysis)))
+                                   : Icons::get(button.icon);
+    QAction* action = tbToolBar_->addAction(icon, QString());
+    action->setObjectName(button.key);
+    action->setCheckable(button.check);
+    action->setChecked(button.pressed);
+    action->setToolTip(button.tooltip);
+    action->setProperty("ownToolTip", button.tooltip);
+    madeAtRunTime(action);
+    if (QWidget* widget = tbToolBar_->widgetForAction(action))
+        widget->setAccessibleName(button.tooltip);
+    connect(action, &QAction::triggered, this, [this, key = button.key] { perform(key); });
+    actions_[button.key] = action;
+}
+
+void frmMain::DrawViewMenu() {
+    const int name = gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish;
+    const int description = gLanguage == 0 ? ViewTable::DescName : ViewTable::DescNameEnglish;
+    for (int view = 1; view <= MainMenu::views; ++view) {
+        const bool exists = view <= gCatalogueOptions.NumberOfFrmExplorers;
+        QAction* explorer = actions_[arrayName(u"mnuViewExplorers"_s, view)];
+        QAction* described = actions_[arrayName(u"mnuViewDescriptions"_s, view)];
+        explorer->setVisible(exists);
+        described->setVisible(exists && !gViews.at(view, ViewTable::DescName).isEmpty());
+        if (!exists)
+            continue;
+        explorer->setText(asCaption(gViews.at(view, name)));
+        explorer->setIcon(
+            Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
+        described->setText(asCaption(gViews.at(view, description)));
+    }
+}
+
+void frmMain::InitFileMenu() {
+    recentFiles_ = recent_.GetRecentFiles();
+    for (int i = 1; i <= MainMenu::recentFiles; ++i) {
+        QAction* entry = actions_[arrayName(u"mnuFileMRU"_s, i)];
+        const QString file = Paths::native(recentFiles_.value(i - 1));
+        entry->setVisible(!file.isEmpty());
+        entry->setText(u'&' + QString::number(i) + u' ' +
+                       asCaption(fontMetrics().elidedText(file, Qt::ElideMiddle, 60 * fontMetrics().averageCharWidth())));
+        entry->setToolTip(file);
+    }
+}
+
+void frmMain::SaveRcFile(const QString& file) {
+    recent_.SetRecentFiles(file);
+    InitFileMenu();
+}
+
+void frmMain::InitFormState(int state) {
+    stateOpen_ = state == 1;
+    const bool german = gLanguage == 0;
+    if (stateOpen_)
+        panel1_->setText((german ? u"Aktuelle Datenbank: "_s : u"Current Database: "_s) + gDatabase.Database());
+    else
+        panel1_->setText(german ? u"Keine Datenbankdateiauswahl"_s : u"No Database selected"_s);
+    panel1_->setToolTip(panel1_->text());
+    area_->setHint(stateOpen_ ? TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s)
+                              : TranslateText(u"Öffnen Sie eine Datenbank mit dem Menü Datei."_s));
+    applyState();
+    ui::asker().setPointer(ui::Pointer::Default);
+}
+
+frmExplorer* frmMain::activeExplorer() const {
+    return dynamic_cast<frmExplorer*>(activeForm());
+}
+
+MainState frmMain::state() const {
+    MainState now;
+    now.catalogueOpen = stateOpen_;
+    now.busy = gBusy > 0 || AnalysisModel::running();
+    now.dataPath = !gOptions.DataPath.isEmpty();
+    now.englishContents = gOptions.EnglishLanguage;
+    now.language = gLanguage;
+    const Form* form = activeForm();
+    if (const frmExplorer* explorer = activeExplorer()) {
+        now.active = MainState::Active::Explorer;
+        now.panels = explorer->model().state.lVarWindow;
+        now.panelEnglish = explorer->model().state.bVarWindowForEnglishLanguage;
+    } else if (form) {
+        now.active = form->windowName() == u"frmAuswertung" ? MainState::Active::Analysis : MainState::Active::Other;
+    }
+    return now;
+}
+
+void frmMain::setChecked(const QString& name, bool checked) {
+    if (QAction* action = actions_.value(name))
+        action->setChecked(checked);
+}
+
+void frmMain::applyState() {
+    const MainState now = state();
+    for (auto menu = menus_.cbegin(); menu != menus_.cend(); ++menu)
+        menu.value()->setEnabled(MainMenu::enabled(menu.key(), now));
+    for (auto action = actions_.cbegin(); action != actions_.cend(); ++action)
+        action.value()->setEnabled(MainMenu::enabled(action.key(), now));
+    for (const QString& name : {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s, u"mnuVVEL"_s, u"mnuEnglishLanguage"_s, u"EL"_s})
+        setChecked(name, MainMenu::checked(name, now));
+    if (now.active == MainState::Active::Explorer) {
+        pressedV_ = MainMenu::checked(u"V"_s, now);
+        pressedVV_ = MainMenu::checked(u"VV"_s, now);
+    }
+    setChecked(u"V"_s, pressedV_);
+    setChecked(u"VV"_s, pressedVV_);
+    setChecked(u"SCON"_s, gOptions.ShowCards);
+    setChecked(u"mnuViewToolBar"_s, !tbToolBar_->isHidden());
+    setChecked(u"mnuViewStatusBar"_s, !statusBar()->isHidden());
+    applyNotBuilt(*this);
+    // Copying from an explorer belongs to its gestures.
+    actions_[u"mnuEditCopy"_s]->setToolTip(now.active == MainState::Active::Explorer
+                                               ? TranslateText(u"In dieser Version noch nicht enthalten."_s)
+                                               : QString());
+}
+
+void frmMain::adopt(Form& child) {
+    area_->adopt(child.widget());
+    applyState();
+}
+
+void frmMain::activate(Form& child) {
+    area_->activate(child.widget());
+}
+
+Form* frmMain::activeForm() const {
+    const QWidget* window = area_->current();
+    for (Form* form : Form::open())
+        if (window && &form->widget() == window)
+            return form;
+    return nullptr;
+}
+
+void frmMain::showMessage(const QString& text) {
+    statusBar()->showMessage(text);
+    applyState();
+}
+
+void frmMain::optionsApplied() {
+    applyState();
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        frmStatus::unload();
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    if (stopped_)
+        return;
+    if (RunGuard::closeAfterRun(*this) || gBusy > 0) {
+        event->ignore();
+        return;
+    }
+    stopped_ = true;
+    std::optional<Main::WindowPlace> place;
+    if (!isMinimized()) {
+        const double dpi = logicalDpiX();
+        place = {twipsOf(x(), dpi), twipsOf(y(), dpi), twipsOf(width(), dpi), twipsOf(height(), dpi)};
+    }
+    Main::Stop(place);
+    CloseForms();
+    event->accept();
+}

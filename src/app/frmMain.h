@@ -1,0 +1,105 @@
+#pragma once
+
+#include "app/MainMenu.h"
+#include "app/RecentFiles.h"
+#include "app/ToolbarModel.h"
+#include "widgets/Desktop.h"
+#include "widgets/Form.h"
+
+#include <QHash>
+#include <QMainWindow>
+#include <functional>
+
+class ChildArea;
+class QLabel;
+class QMenu;
+class QToolBar;
+class frmExplorer;
+
+/// The frame window: menus, toolbar, status bar, and the area of the child windows, for which it is the desktop.
+///
+/// What can be used when stands in MainMenu; the window applies it and hands commands on.
+class frmMain : public QMainWindow, public Form, public Desktop {
+public:
+    frmMain();
+    ~frmMain() override;
+
+    /// Texts, toolbar, recent files, place, the last catalogue: all that opening the program means. The window is not shown
+    /// yet.
+    void load();
+
+    void DrawViewMenu();
+    void mnu1VarWindow_Click() { showPanels(QStringLiteral("mnu1VarWindow")); }
+    void mnu2VarWindow_Click() { showPanels(QStringLiteral("mnu2VarWindow")); }
+    void mnuAuswertungsansicht_Click();
+    void mnuOptions_Click() { applyState(); }
+    void mnuViewExplorers_Click(int view);
+    void mnuViewOptions_Click();
+    void mnuHelpContents_Click();
+    void ChangeFont();
+
+    /// Runs a command by the control name of its entry or the key of its button. While something runs that it would disturb, it
+    /// is refused; a key without a command does nothing.
+    void perform(const QString& name);
+    ChildArea& area() { return *area_; }
+
+    void adopt(Form& child) override;
+    void activate(Form& child) override;
+    Form* activeForm() const override;
+    void panelsChanged() override { applyState(); }
+    void showMessage(const QString& text) override;
+
+    void optionsApplied() override;
+    void refreshTitles() override { applyState(); }
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    QMenu* createPopupMenu() override { return nullptr; }
+
+private:
+    ChildArea* area_;
+    QToolBar* tbToolBar_;
+    QLabel* panel1_;
+    QLabel* clock_;
+    ToolbarModel toolbar_;
+    RecentFiles recent_;
+    QStringList recentFiles_;
+    QHash<QString, QAction*> actions_; ///< entries and buttons by name and key
+    QHash<QString, QMenu*> menus_;
+    QHash<QString, std::function<void()>> commands_;
+    bool stateOpen_ = false;
+    bool pressedV_ = false, pressedVV_ = false; ///< the panel buttons while no explorer is in front
+    bool stopped_ = false;
+    QString helpFile_;
+
+    void buildMenus();
+    void buildStatusBar();
+    void connectCommands();
+    void addWindowCommands();
+    void InitializeForm();
+    void placeWindow();
+    void buildToolbar();
+    void addButton(const ToolbarButton& button);
+    void InitFileMenu();
+    void SaveRcFile(const QString& file);
+    void listWindows();
+
+    void OpenDefDB();
+    void OpenDB();
+    bool closeCurrentDatabase();
+    void openFile(const QString& file);
+    void afterOpening(qint16 state);
+    void mnFileClose_Click();
+    void InitFormState(int state);
+    void CloseForms() { unloadChildWindows(); }
+    void switchLanguage(qint16 language);
+    void flipContents();
+    void showPanels(const QString& command);
+    void leave();
+
+    frmExplorer* activeExplorer() const;
+    MainState state() const;
+    void applyState();
+    void setChecked(const QString& name, bool checked);
+};

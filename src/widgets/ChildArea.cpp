@@ -1,0 +1,281 @@
+#include "widgets/ChildArea.h"
+
+#include "app/globals.h"
+
+#include <QEvent>
+#include <QHash>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPainter>
+#include <QPointer>
+#include <QProxyStyle>
+#include <QTimer>
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A maximised child keeps its own title bar: its buttons stay out of the menu bar and its title out of the frame's.
+class OwnTitleBar : public QProxyStyle {
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override {
+        return hint == SH_Workspace_FillSpaceOnMaximize ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+/// The menu of a window's frame comes in English only.
+QString systemMenuText(const QString& english) {
+    static const QHash<QString, QString> german = {
+        {u"&Restore"_s, u"&Wiederherstellen"_s}, {u"&Move"_s, u"&Verschieben"_s},       {u"&Size"_s, u"&Größe ändern"_s},
+        {u"Mi&nimize"_s, u"M&inimieren"_s},      {u"Ma&ximize"_s, u"M&aximieren"_s},    {u"Stay on &Top"_s, u"Immer im V&ordergrund"_s},
+        {u"&Close"_s, u"&Schließen"_s}};
+    return gLanguage == 0 ? german.value(english, english) : english;
+}
+
+void translateSystemMenu(QMenu* menu) {
+    if (!menu)
+        return;
+    for (QAction* action : menu->actions())
+        action->setProperty("english", action->text());
+    QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
+        for (QAction* action : menu->actions())
+            if (!action->isSeparator())
+                action->setText(systemMenuText(action->property("english").toString()));
+    });
+}
+
+QMdiSubWindow* frameOf(const QWidget& child) {
+    return qobject_cast<QMdiSubWindow*>(child.parentWidget());
+}
+
+} // namespace
+
+ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new OwnTitleBar) {
+    ownTitleBar_->setParent(this);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setFrameShape(QFrame::NoFrame);
+    followPalette();
+    connect(this, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* frame) {
+        if (frame && maximiseNext_) {
+            maximiseNext_ = false;
+            if (!frame->isMaximized())
+                frame->showMaximized();
+        }
+        if (onActivated)
+            onActivated();
+    });
+}
+
+ChildArea::~ChildArea() {
+    onActivated = nullptr;
+    // While the frames go, the last ones would still tell of their coming to the front.
+    disconnect(this, &QMdiArea::subWindowActivated, this, nullptr);
+    for (QMdiSubWindow* frame : subWindowList())
+        delete frame;
+}
+
+void ChildArea::setHint(const QString& hint) {
+    hint_ = hint;
+    viewport()->update();
+}
+
+void ChildArea::followPalette() {
+    setBackground(palette().color(QPalette::Window).darker(palette().color(QPalette::Window).lightness() < 128 ? 125 : 108));
+}
+
+void ChildArea::changeEvent(QEvent* event) {
+    QMdiArea::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        followPalette();
+}
+
+void ChildArea::paintEvent(QPaintEvent* event) {
+    QMdiArea::paintEvent(event);
+    if (hint_.isEmpty() || !framesInView().isEmpty())
+        return;
+    QPainter painter(viewport());
+    QColor faint = palette().color(QPalette::WindowText);
+    faint.setAlphaF(0.7F);
+    painter.setPen(faint);
+    const int margin = fontMetrics().height();
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap, hint_);
+}
+
+QMdiSubWindow* ChildArea::frontFrame() const {
+    QMdiSubWindow* frame = currentSubWindow();
+    return frame && frame->isVisibleTo(viewport()) && frame->widget() ? frame : nullptr;
+}
+
+QWidget* ChildArea::current() const {
+    const QMdiSubWindow* frame = frontFrame();
+    return frame ? frame->widget() : nullptr;
+}
+
+QList<QMdiSubWindow*> ChildArea::framesInView() const {
+    QList<QMdiSubWindow*> frames;
+    for (QMdiSubWindow* frame : subWindowList(CreationOrder))
+        if (frame->isVisibleTo(viewport()))
+            frames << frame;
+    return frames;
+}
+
+bool ChildArea::isHiddenChild(const QWidget& child) {
+    const QMdiSubWindow* frame = frameOf(child);
+    return frame ? frame->isHidden() : !child.isVisible();
+}
+
+void ChildArea::adopt(QWidget& child) {
+    const bool first = framesInView().isEmpty();
+    QMdiSubWindow* frame = addSubWindow(&child);
+    frame->setAttribute(Qt::WA_DeleteOnClose);
+    frame->setStyle(ownTitleBar_);
+    frame->installEventFilter(this);
+    translateSystemMenu(frame->systemMenu());
+    frame->resize(frame->sizeHint().expandedTo(viewport()->size() * 3 / 4).boundedTo(viewport()->size()));
+    if (first)
+        frame->showMaximized();
+    else
+        frame->show();
+    setActiveSubWindow(frame);
+}
+
+void ChildArea::activate(QWidget& child) {
+    QMdiSubWindow* frame = frameOf(child);
+    if (!frame) {
+        child.show();
+        return;
+    }
+    if (frame->isMinimized())
+        frame->showNormal();
+    else if (frame->isHidden())
+        frame->show();
+    setActiveSubWindow(frame);
+}
+
+void ChildArea::hideCurrent() {
+    QMdiSubWindow* frame = frontFrame();
+    if (!frame)
+        return;
+    const bool maximised = frame->isMaximized();
+    frame->hide();
+    const QList<QMdiSubWindow*> frames = subWindowList(ActivationHistoryOrder);
+    for (auto next = frames.crbegin(); next != frames.crend(); ++next)
+        if ((*next)->isVisibleTo(viewport())) {
+            setActiveSubWindow(*next);
+            if (maximised && !(*next)->isMaximized())
+                (*next)->showMaximized();
+            return;
+        }
+    setActiveSubWindow(nullptr);
+    if (onActivated)
+        onActivated();
+    viewport()->update();
+}
+
+bool ChildArea::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::Close) {
+        const QPointer<QMdiSubWindow> frame = qobject_cast<QMdiSubWindow*>(object);
+        if (frame && frame == frontFrame() && frame->isMaximized()) {
+            maximiseNext_ = true;
+            // A window that refused to close must not maximise another one later.
+            QTimer::singleShot(0, this, [this, frame] {
+                maximiseNext_ = false;
+                QMdiSubWindow* next = frontFrame();
+                if (next && next != frame && !next->isMaximized())
+                    next->showMaximized();
+            });
+        }
+    }
+    return QMdiArea::eventFilter(object, event);
+}
+
+/// The area above the minimised windows.
+QRect ChildArea::roomForWindows() const {
+    QRect room = viewport()->rect();
+    for (const QMdiSubWindow* frame : framesInView())
+        if (frame->isMinimized())
+            room.setBottom(std::min(room.bottom(), viewport()->height() - frame->height() - 1));
+    return room;
+}
+
+void ChildArea::cascade() {
+    QMdiSubWindow* front = frontFrame();
+    const QRect room = roomForWindows();
+    int place = 0;
+    for (QMdiSubWindow* frame : framesInView()) {
+        if (frame->isMinimized())
+            continue;
+        if (frame->isMaximized())
+            frame->showNormal();
+        const int step = frame->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, frame) + 4;
+        const QSize size = frame->minimumSizeHint().expandedTo(room.size() * 2 / 3);
+        const int steps = std::max(1, (room.height() - size.height()) / step + 1);
+        frame->setGeometry(QRect(room.topLeft() + QPoint(1, 1) * (place % steps * step), size));
+        frame->raise();
+        ++place;
+    }
+    if (front)
+        setActiveSubWindow(front);
+}
+
+void ChildArea::tileVertically() {
+    tile(1, 0, 3);
+}
+
+void ChildArea::tileHorizontally() {
+    tile(0, 1, 3);
+}
+
+/// @param columns,rows 1 for the direction in which up to `count` windows stand beside each other
+void ChildArea::tile(int columns, int rows, int count) {
+    QMdiSubWindow* front = frontFrame();
+    QList<QMdiSubWindow*> frames;
+    for (QMdiSubWindow* frame : framesInView())
+        if (!frame->isMinimized())
+            frames << frame;
+    if (frames.isEmpty())
+        return;
+    const int all = static_cast<int>(frames.size());
+    const int along = all <= count ? all : static_cast<int>(std::ceil(std::sqrt(all)));
+    const int across = (all + along - 1) / along;
+    columns = columns ? along : across;
+    rows = rows ? along : across;
+    const QRect room = roomForWindows();
+    for (int i = 0; i < all; ++i) {
+        QMdiSubWindow* frame = frames[i];
+        if (frame->isMaximized())
+            frame->showNormal();
+        const int column = i % columns, row = i / columns;
+        const int left = room.width() * column / columns, top = room.height() * row / rows;
+        frame->setGeometry(room.left() + left, room.top() + top, room.width() * (column + 1) / columns - left,
+                           room.height() * (row + 1) / rows - top);
+    }
+    if (front)
+        setActiveSubWindow(front);
+}
+
+void ChildArea::arrangeIcons() {
+    int left = 0, bottom = viewport()->height();
+    for (QMdiSubWindow* frame : framesInView()) {
+        if (!frame->isMinimized())
+            continue;
+        if (left > 0 && left + frame->width() > viewport()->width()) {
+            left = 0;
+            bottom -= frame->height();
+        }
+        frame->move(left, bottom - frame->height());
+        left += frame->width();
+    }
+}
+
+void ChildArea::activateNext(bool backwards) {
+    const QList<QMdiSubWindow*> frames = framesInView();
+    if (frames.isEmpty())
+        return;
+    const qsizetype now = frames.indexOf(frontFrame()), count = frames.size();
+    setActiveSubWindow(frames[now < 0 ? 0 : (now + (backwards ? count - 1 : 1)) % count]);
+}

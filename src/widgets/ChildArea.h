@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QMdiArea>
+#include <functional>
+
+/// The area of the child windows. Everything about QMdiArea that would surprise a user is put right here: the frame keeps its
+/// title and its menu bar when a child is maximised, the next one is maximised when a maximised one goes, windows are arranged
+/// in the order of their opening, hidden ones stay reachable, and the windows' own menus speak the user's language.
+class ChildArea : public QMdiArea {
+public:
+    explicit ChildArea(QWidget* parent = nullptr);
+    ~ChildArea() override;
+
+    /// Another window came to the front, or none is left.
+    std::function<void()> onActivated;
+    /// What is written on the empty area.
+    void setHint(const QString& hint);
+
+    /// Shows a window in a frame of its own, which deletes both when it is closed. The first one fills the area.
+    void adopt(QWidget& child);
+    /// Brings a window to the front, from hidden or minimised too.
+    void activate(QWidget& child);
+    /// The window in front, null if all are hidden or none is there.
+    QWidget* current() const;
+    /// Takes the window in front out of sight; it stays loaded.
+    void hideCurrent();
+    static bool isHiddenChild(const QWidget& child);
+
+    void cascade();
+    /// Side by side, and one above the other; many windows go into a grid.
+    void tileVertically();
+    void tileHorizontally();
+    /// Puts minimised windows side by side at the lower edge.
+    void arrangeIcons();
+    /// The next window in the order of opening, or the one before.
+    void activateNext(bool backwards);
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QStyle* ownTitleBar_;
+    QString hint_;
+    bool maximiseNext_ = false;
+
+    QMdiSubWindow* frontFrame() const;
+    QList<QMdiSubWindow*> framesInView() const;
+    QRect roomForWindows() const;
+    void tile(int columns, int rows, int count);
+    void followPalette();
+};
