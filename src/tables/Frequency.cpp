@@ -3,7 +3,6 @@
 #include "app/globals.h"
 #include "diagnostics/errors.h"
 #include "platform/system/NumberFormat.h"
-#include "platform/ui/Asker.h"
 #include "tables/labels.h"
 #include "tables/missing.h"
 
@@ -20,14 +19,11 @@ enum Column { Wert, Auspraegung, Missing, Anzahl, Prozent, GueltProzent, KumulPr
 constexpr int rowHeight = 228;
 constexpr std::array<int, 7> firstWidths{500, 2000, 800, 800, 800, 800, 800};
 
-void warn(const QString& text) {
-    ui::asker().messageBox({.text = TranslateText(text), .icon = ui::Icon::Exclamation});
-}
-
 class FrequencyBuilder {
 public:
     FrequencyBuilder(ResultTable& table, const FrequencyInput& input, bool& userMissing)
-        : table_(table), in_(input), bUserMissing_(userMissing) {}
+        : table_(table), in_(input), bUserMissing_(userMissing),
+          widths_(input.AutoColWidth, input.textWidth) {}
 
     BuildOutcome build();
 
@@ -43,7 +39,7 @@ private:
     };
     /// By value, in the order of the table: what is kept goes with its value wherever that arrives.
     QHash<QString, QList<Kept>> kept_;
-    std::vector<double> widths_ = std::vector<double>(7, 0.0);
+    ColumnWidths widths_;
     std::vector<double> sortKeys_;
     double total_ = 0, validTotal_ = 0;
     int lastRow_ = 0; ///< the row that the filling stood at when the counts ended
@@ -68,11 +64,7 @@ private:
 
 void FrequencyBuilder::write(int column, int row, const QString& text) {
     table_.setCell(column, row, text);
-    if (!in_.AutoColWidth || text.isEmpty())
-        return;
-    const double width = 1.2 * in_.textWidth(text);
-    double& widest = widths_[static_cast<size_t>(column)];
-    widest = std::max(widest, row == 0 || row == sumRow_ ? width + 50 : width);
+    widths_.note(column, text, row == 0 || row == sumRow_);
 }
 
 /// Takes the marks from the table that is there. False if that table does not hold the values of `counts`.
@@ -152,7 +144,7 @@ BuildOutcome FrequencyBuilder::build() {
 bool FrequencyBuilder::skipUnknown() {
     if (!in_.counts.value(1).isNull())
         return true;
-    warn(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s);
+    showTableWarning(u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s);
     while (!in_.counts.Eof() && in_.counts.value(1).isNull())
         in_.counts.MoveNext();
     return !in_.counts.Eof();
@@ -174,7 +166,7 @@ BuildOutcome FrequencyBuilder::fill() {
         if (in_.counts.Eof())
             return BuildOutcome::Complete;
         if (row == maxFrequencyRows) {
-            warn(u"25000 Zeilen erreicht, Abbruch"_s);
+            showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
             return BuildOutcome::Truncated;
         }
     }
@@ -293,7 +285,7 @@ void FrequencyBuilder::finish() {
     if (!in_.AutoColWidth)
         return;
     for (int column = 0; column < table_.Cols(); ++column)
-        table_.setColWidth(column, static_cast<int>(widths_[static_cast<size_t>(column)]));
+        table_.setColWidth(column, widths_.width(column));
 }
 
 } // namespace

@@ -6,16 +6,6 @@
 namespace {
 constexpr int defaultColWidth = 960;
 constexpr int defaultRowHeight = 240;
-
-QString exchanged(QString text) {
-    for (QChar& c : text) {
-        if (c == u',')
-            c = u'.';
-        else if (c == u'.')
-            c = u',';
-    }
-    return text;
-}
 } // namespace
 
 size_t ResultTable::index(int column, int row) const {
@@ -68,8 +58,46 @@ void ResultTable::orderRows(int first, const std::vector<int>& order) {
     std::move(moved.begin(), moved.end(), cells_.begin() + static_cast<std::ptrdiff_t>(index(0, first)));
 }
 
+void ResultTable::removeCol(int column) {
+    for (int row = 0; row < rows_; ++row)
+        for (int later = column + 1; later < cols_; ++later)
+            cells_[index(later - 1, row)] = std::move(cells_[index(later, row)]);
+    widths_.erase(widths_.begin() + column);
+    colAlignments_.erase(colAlignments_.begin() + column);
+    setCols(cols_ - 1);
+}
+
+void ResultTable::removeRow(int row) {
+    if (cols_ > 0) {
+        const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(index(0, row));
+        cells_.erase(first, first + cols_);
+    }
+    heights_.erase(heights_.begin() + row);
+    setRows(rows_ - 1);
+}
+
 void ResultTable::exchangeSeparators(int firstColumn, int firstRow) {
     for (int row = firstRow; row < rows_; ++row)
         for (int column = firstColumn; column < cols_; ++column)
-            setCell(column, row, exchanged(Cell(column, row)));
+            setCell(column, row, exchangedSeparators(Cell(column, row)));
+}
+
+void DeleteColumn(ResultTable& table, int column) {
+    if (column < table.Cols())
+        table.removeCol(column);
+}
+
+void DeleteRow(ResultTable& table, int row) {
+    if (row < table.Rows())
+        table.removeRow(row);
+}
+
+QString exchangedSeparators(QString text) {
+    for (QChar& c : text) {
+        if (c == u',')
+            c = u'.';
+        else if (c == u'.')
+            c = u',';
+    }
+    return text;
 }

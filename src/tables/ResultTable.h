@@ -41,6 +41,9 @@ public:
     void swapRows(int a, int b);
     /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
     void orderRows(int first, const std::vector<int>& order);
+    /// Takes a column or row out, with its width or height.
+    void removeCol(int column);
+    void removeRow(int row);
     /// Exchanges comma and point in every cell from a row and column on.
     void exchangeSeparators(int firstColumn, int firstRow);
 
@@ -56,3 +59,11 @@ private:
 
     size_t index(int column, int row) const;
 };
+
+/// Shifts the later columns one to the left; nothing for an index beyond the last.
+void DeleteColumn(ResultTable& table, int column);
+/// Shifts the later rows one up; nothing for an index beyond the last.
+void DeleteRow(ResultTable& table, int row);
+
+/// A text with comma and point exchanged.
+QString exchangedSeparators(QString text);
