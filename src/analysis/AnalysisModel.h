@@ -104,6 +104,9 @@ public:
     /// A key in dbcParts: 46 (Delete) empties it; every other key is refused. @return true if it was taken
     bool dbcParts_KeyDown(int key);
 
+    /// True if a crosstab has its variables exchanged: asked for, and in creation mode.
+    bool flipInForce() const { return request.chkFlipXtab && bCreationMode; }
+
     AnalysisView view() const;
 
     // ---- the run
@@ -115,6 +118,10 @@ public:
     void TAB1();
     /// New calculation on demand; asks its two questions.
     void cmdCalculate();
+    /// The click on cbValues: shows one of the views of a crosstab or comparison (0 "absolute Werte", 1
+    /// "Spaltenprozente", 2 "Zeilenprozente", 3 "Gesamtprozente") in mfgGrid. Nothing in other modes and while
+    /// a run goes on. A comparison refuses 2 and 3 with words and shows 0.
+    void chooseValues(int view);
     /// True while any model runs: other windows leave the engine alone then.
     static bool running();
     const RunFacts& facts() const { return facts_; }

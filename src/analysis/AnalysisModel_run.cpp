@@ -5,6 +5,9 @@
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
+#include <algorithm>
+#include <array>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -137,4 +140,27 @@ void AnalysisModel::cmdCalculate() {
     }
     dtData3.Tag.clear();
     changeTab(1);
+}
+
+void AnalysisModel::chooseValues(int view) {
+    const bool crosstab = request.mode == AnalysisMode::Crosstab;
+    if (running() || view < 0 || view > 3 || (!crosstab && request.mode != AnalysisMode::Comparison))
+        return;
+    if (!crosstab && view > 1) {
+        ui::asker().messageBox(
+            {.text = TranslateText(u"In Vergleichsauswertung nicht erlaubt"_s), .icon = ui::Icon::Exclamation});
+        view = 0;
+    }
+    request.cbValues = view;
+    const ResultTable& source = *std::array{&mfgGrid5, &mfgGrid2, &mfgGrid3, &mfgGrid4}[static_cast<size_t>(view)];
+    if (crosstab) {
+        const QString tag = mfgGrid.Tag;
+        mfgGrid = source;
+        mfgGrid.Tag = tag;
+        return;
+    }
+    // A comparison's views share their first columns with the table shown.
+    for (int row = 1; row < std::min(mfgGrid.Rows(), source.Rows()); ++row)
+        for (int column = 3; column < std::min(mfgGrid.Cols(), source.Cols()); ++column)
+            mfgGrid.setCell(column, row, source.Cell(column, row));
 }

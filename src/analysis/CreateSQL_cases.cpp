@@ -31,7 +31,7 @@ bool CreateSQL::readRound() {
     facts.weightVariable = round_.weightVariable;
     facts.weight = r_.Option3;
     facts.chkDescGroup = r_.chkDescGroup;
-    facts.flip = r_.chkFlipXtab && m_.bCreationMode;
+    facts.flip = m_.flipInForce();
     facts.part =
         r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
     facts.partCriteria = r_.dtCriteria;

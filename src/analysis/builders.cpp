@@ -7,17 +7,34 @@
 #include "config/Options.h"
 #include "platform/ui/Asker.h"
 #include "tables/Comparison.h"
+#include "tables/Crosstab.h"
 #include "tables/Descriptives.h"
 #include "tables/Frequency.h"
+
+#include <QElapsedTimer>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int builderTurnMilliseconds = 30;
+
 /// Gives the user interface its turn. @return true if the run was cancelled meanwhile
 bool turnAndAsk(const AnalysisModel& model) {
     ui::asker().eventTurn();
     return model.bCancelRun;
+}
+
+/// The same for what asks per record: a turn each time would cost more than the records.
+std::function<bool()> turnNowAndThen(const AnalysisModel& model) {
+    QElapsedTimer sinceTurn;
+    return [&model, sinceTurn]() mutable {
+        if (!sinceTurn.isValid() || sinceTurn.elapsed() >= builderTurnMilliseconds) {
+            ui::asker().eventTurn();
+            sinceTurn.start();
+        }
+        return model.bCancelRun;
+    };
 }
 
 BuildOutcome buildFrequency(AnalysisModel& model) {
@@ -31,6 +48,35 @@ BuildOutcome buildFrequency(AnalysisModel& model) {
                                .textWidth = model.textWidth,
                                .cancelled = [&model] { return turnAndAsk(model); }};
     return BuildFrequencyTable(model.mfgGrid, input, model.bUserMissing);
+}
+
+BuildOutcome buildCrosstab(AnalysisModel& model) {
+    const AnalysisRequest& request = model.request;
+    const bool flip = model.flipInForce();
+    const CrosstabInput input{.counts = *model.counts,
+                              .labels = *model.dtData4.recordset,
+                              .rowMissing = flip ? request.dtMissing2 : request.dtMissing,
+                              .columnMissing = flip ? request.dtMissing : request.dtMissing2,
+                              .options = {.IncludeMissingXTab = gOptions.IncludeMissingXTab,
+                                          .IncludeMissingInPercentXTab = gOptions.IncludeMissingInPercentXTab,
+                                          .IncludeNinXTab = gOptions.IncludeNinXTab,
+                                          .IncludeNinXTabPercent = gOptions.IncludeNinXTabPercent,
+                                          .IncludeNinXTabPercentNFirst = gOptions.IncludeNinXTabPercentNFirst,
+                                          .NoColumnLabels = gOptions.NoColumnLabels,
+                                          .NoRowLabels = gOptions.NoRowLabels,
+                                          .ShowValidSums = gOptions.ShowValidSums,
+                                          .ShowPercentSign = gOptions.ShowPercentSign,
+                                          .CommaInPercent = gOptions.CommaInPercent,
+                                          .AutoColWidth = gOptions.AutoColWidth},
+                              .textWidth = model.textWidth,
+                              .cancelled = turnNowAndThen(model)};
+    model.request.cbValues = 0;
+    return BuildCrosstabTable({.shown = model.mfgGrid,
+                               .columnPercent = model.mfgGrid2,
+                               .rowPercent = model.mfgGrid3,
+                               .totalPercent = model.mfgGrid4,
+                               .absolute = model.mfgGrid5},
+                              input, model.bUserMissing);
 }
 
 BuildOutcome buildComparison(AnalysisModel& model) {
@@ -76,5 +122,5 @@ BuildOutcome buildDescriptives(AnalysisModel& model) {
 } // namespace
 
 std::array<std::function<BuildOutcome(AnalysisModel&)>, 4> tableBuilders() {
-    return {buildFrequency, nullptr, buildDescriptives, buildComparison};
+    return {buildFrequency, buildCrosstab, buildDescriptives, buildComparison};
 }

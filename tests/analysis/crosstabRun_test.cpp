@@ -1,0 +1,142 @@
+#include "analysis/AnalysisModel.h"
+
+#include "config/Options.h"
+#include "support/ScriptedAsker.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// V5 (1, 1, 2, 2, 9, Null; 9 is missing and labelled) by V7 (1, 2 in turn).
+class CrosstabRun : public testing::Test {
+protected:
+    CrosstabRun() : catalogue_(home_.path(u"archive"_s)) {
+        catalogue_.fill();
+        catalogue_.open();
+        gOptions.ShowPercentSign = false;
+        model_.open();
+        model_.StudyClick(u"QX1919"_s);
+        model_.chooseMode(AnalysisMode::Crosstab);
+        model_.chooseVariable(u"V5"_s);
+        model_.chooseVariable2(u"V7"_s);
+    }
+
+    TestHome home_;
+    ScriptedAsker asker_;
+    TestCatalogue catalogue_;
+    AnalysisModel model_;
+
+    /// Values and cells of the shown table, a mark as "X" behind its value.
+    QString shown() const {
+        const ResultTable& t = model_.mfgGrid;
+        QStringList rows;
+        for (int row = 3; row < t.Rows(); ++row) {
+            QStringList cells(t.Cell(0, row) + t.Cell(2, row));
+            for (int column = 3; column < t.Cols(); ++column)
+                cells << t.Cell(column, row);
+            rows << cells.join(u'|');
+        }
+        return rows.join(u' ');
+    }
+    QString compute() {
+        model_.dtData3.Tag.clear();
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        return shown();
+    }
+};
+
+const QString title = u"QX1919, V5: Zufriedenheit nach V7: Geschlecht"_s;
+
+} // namespace
+
+TEST_F(CrosstabRun, ShowsItsFourViews) {
+    const QString counts = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 Summe|2|3|5| Gült. Summe|2|2||4"_s;
+    EXPECT_EQ(compute(), counts);
+    EXPECT_EQ(model_.mfgGrid.Tag, u"Crosstab"_s);
+    EXPECT_EQ(model_.lblLabel, title + u" (N=4)"_s);
+    EXPECT_TRUE(model_.view().cbValuesShown);
+    const QStringList views{counts,
+                            u"X|||| 1|50,0|50,0||50,0 2|50,0|50,0||50,0 Gült. Summe|100,0|100,0||100,0"_s,
+                            u"X|||| 1|50,0|50,0||100,0 2|50,0|50,0||100,0 Gült. Summe|50,0|50,0||100,0"_s,
+                            u"X|||| 1|25,0|25,0||50,0 2|25,0|25,0||50,0 Gült. Summe|50,0|50,0||100,0"_s};
+    for (const int view : {1, 2, 3, 0, 3}) {
+        model_.chooseValues(view);
+        EXPECT_EQ(model_.request.cbValues, view);
+        EXPECT_EQ(shown(), views[view]);
+        EXPECT_EQ(model_.mfgGrid.Tag, u"Crosstab"_s);
+    }
+    EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
+    EXPECT_EQ(model_.lblLabel, title) << "percentages have no N";
+    EXPECT_EQ(compute(), counts) << "a new table starts with its counts";
+    EXPECT_EQ(model_.request.cbValues, 0);
+    model_.request.mode = AnalysisMode::Frequency;
+    model_.chooseValues(2);
+    EXPECT_EQ(shown(), counts);
+}
+
+TEST_F(CrosstabRun, ExchangesVariablesWithTheirDefinitionsInCreationModeOnly) {
+    gOptions.IncludeMissingXTab = true;
+    model_.request.chkFlipXtab = true;
+    const QString upright = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 9X|1||1| Summe|3|3|6| Gült. Summe|2|2||4"_s;
+    EXPECT_EQ(compute(), upright);
+    model_.bCreationMode = true;
+    EXPECT_EQ(compute(), u"1||1|1|1|3|2 2|1|1|1||3|2 Summe|1|2|2|1|6| Gült. Summe||2|2|||4"_s);
+    EXPECT_EQ(model_.mfgGrid.Cell(0, 1), u"V7"_s);
+    EXPECT_EQ(model_.mfgGrid.Cell(3, 2) + model_.mfgGrid.Cell(4, 2) + model_.mfgGrid.Cell(6, 2), u"XX"_s);
+}
+
+TEST_F(CrosstabRun, CountsAgainByTheUsersMarks) {
+    gOptions.IncludeMissingXTab = true;
+    compute();
+    model_.mfgGrid.setCell(2, 4, u"X"_s); // 1 is missing now, 9 is not
+    model_.mfgGrid.setCell(2, 6, u" "_s);
+    asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
+    model_.cmdCalculate();
+    EXPECT_EQ(shown(), u"X||1|1| 1X|1|1|2| 2|1|1|2|2 9 |1||1|1 Summe|3|3|6| Gült. Summe|2|1||3"_s);
+    EXPECT_EQ(model_.lblLabel, title + u" (N=3)"_s);
+    model_.chooseVariable2(u"V6"_s);
+    model_.changeTab(1);
+    EXPECT_EQ(model_.mfgGrid.Cell(2, 4), u""_s) << "marks of another table are none for this one";
+}
+
+TEST_F(CrosstabRun, NamesInItsTitleTheSumThatPercentagesRestOnOrNone) {
+    for (int i = 0; i < 16; ++i) {
+        gOptions.IncludeMissingXTab = (i & 1) != 0;
+        gOptions.IncludeMissingInPercentXTab = (i & 2) != 0;
+        gOptions.IncludeNinXTab = (i & 4) != 0;
+        gOptions.ShowValidSums = (i & 8) != 0;
+        compute();
+        // Six cases, one of them left out as labelled missing; four valid.
+        const QString all = gOptions.IncludeMissingXTab ? u" (N=6)"_s : u" (N=5)"_s;
+        const QString valid = gOptions.ShowValidSums ? u" (N=4)"_s : QString();
+        EXPECT_EQ(model_.lblLabel, title + (gOptions.IncludeMissingInPercentXTab ? all : valid)) << i;
+    }
+}
+
+TEST_F(CrosstabRun, RefusesTwoViewsOfAComparison) {
+    model_.request.mode = AnalysisMode::Comparison;
+    for (ResultTable* table : {&model_.mfgGrid, &model_.mfgGrid2, &model_.mfgGrid5}) {
+        table->setRows(3);
+        table->setCols(4);
+        for (int row = 0; row < 3; ++row)
+            table->setCell(3, row, table == &model_.mfgGrid2 ? u"%"_s : u"n"_s);
+        table->setCell(0, 1, table == &model_.mfgGrid ? u"1"_s : QString());
+    }
+    const auto column = [this] {
+        return model_.mfgGrid.Cell(3, 0) + model_.mfgGrid.Cell(3, 1) + model_.mfgGrid.Cell(3, 2) +
+               model_.mfgGrid.Cell(0, 1);
+    };
+    model_.chooseValues(1);
+    EXPECT_EQ(column(), u"n%%1"_s);
+    for (const int view : {2, 3}) {
+        model_.chooseValues(1);
+        model_.chooseValues(view);
+        EXPECT_EQ(column(), u"nnn1"_s);
+        EXPECT_EQ(model_.request.cbValues, 0);
+        EXPECT_EQ(asker_.lastText(), u"In Vergleichsauswertung nicht erlaubt"_s);
+    }
+}
