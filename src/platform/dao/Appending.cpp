@@ -15,7 +15,7 @@ namespace dao {
 
 FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const QStringList& fields,
                            std::unique_ptr<Attachments::Use> use)
-    : file_(std::move(file)), use_(std::move(use)) {
+    : file_(std::move(file)), use_(std::move(use)), table_(table.sqlName) {
     if (table.readOnly) {
         raiseEngineError(3027);
     }
@@ -87,6 +87,7 @@ void FileAppender::setUtf8(int column, const char* text, int bytes) {
 
 void FileAppender::appendRow() {
     const DatabaseFile::Operation operation(*file_);
+    file_->noteWrite(table_);
     // What was bound must not enter the next row, also after a failure.
     const auto clear = [this] {
         insert_->reset();

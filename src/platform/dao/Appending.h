@@ -21,6 +21,7 @@ private:
 
     DatabaseFilePtr file_;
     std::unique_ptr<Attachments::Use> use_;
+    QString table_;  ///< its name for SQLite
     std::vector<int> types_;
     std::unique_ptr<Statement> insert_;
 };

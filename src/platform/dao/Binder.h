@@ -15,6 +15,7 @@ namespace dao {
 /// A table that a statement can reach, as the binder must write it for SQLite.
 struct TableInfo {
     QString name;    ///< as the catalogue spells it
+    QString schema;  ///< the file's alias, quoted
     QString sqlName; ///< qualified and quoted for SQLite, such as "ln2"."QX1_1"
     std::vector<ColumnInfo> columns;
     QString rowKey; ///< what names a row for editing, an identifier as SQLite takes it (rowid or a quoted key

@@ -134,6 +134,9 @@ void DatabaseFile::Execute(const QString& statement, int) {
     }
     requireWritable();
     trace(statement, bound.sql);
+    if (const std::optional<TableInfo> target = findTable(bound.tables.first(), use)) {
+        noteWrite(target->sqlName);
+    }
     Statement change(*connection_, bound.sql, Purpose::Write);
     while (change.step()) {
     }
@@ -179,6 +182,7 @@ std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, co
     }
     TableInfo info;
     info.name = link.isEmpty() ? stored->name : link;
+    info.schema = file.schema;
     info.sqlName = file.schema + u'.' + quotedName(stored->name);
     info.columns = stored->columns;
     info.rowKey = stored->rowKey;

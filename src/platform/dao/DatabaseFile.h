@@ -68,6 +68,9 @@ public:
     /// Names of the file's own tables, in order.
     const QStringList& ownTables();
     void requireWritable() const;
+    /// Counts what this engine has written to a table, by its name for SQLite: rows in memory may be older.
+    void noteWrite(const QString& sqlName) { ++writes_[sqlName]; }
+    quint64 writesTo(const QString& sqlName) { return writes_[sqlName]; }
     /// After a change of tables, links or queries.
     void definitionsChanged();
     void trace(const QString& jet, const QString& sqlite) const;
@@ -118,6 +121,7 @@ private:
     int recordsAffected_ = 0;
     Attachments::Use* bindingUse_ = nullptr;  ///< of the statement that is being bound
     std::map<std::pair<QString, QString>, CachedTable> tables_;
+    std::map<QString, quint64> writes_;
     QStringList ownTables_;
     qint64 ownTablesVersion_ = -1;
     class TableDefs tableDefs_;

@@ -120,6 +120,7 @@ void FileRecordset::Update() {
     }
     // A failure leaves the row in edit, so that it can be put right.
     const qint64 key = editing_ == Editing::Row ? writeChanges(table) : writeNewRow(table);
+    file_->noteWrite(table.sqlName);
     const bool isNew = editing_ == Editing::NewRow;
     editing_ = Editing::Nothing;
     lastModified_ = key;
@@ -154,6 +155,7 @@ void FileRecordset::Delete() {
     if (sqlite3_changes(file_->connection().handle()) == 0) {
         raiseEngineError(3167);
     }
+    file_->noteWrite(table.sqlName);
     cursor().removed();
 }
 

@@ -48,6 +48,9 @@ void RowCursor::open() {
 void RowCursor::readAll(const QString& sql) {
     source_.file->trace(source_.text, sql);
     rows_.begin(bound_.columns, source_.editable);
+    if (source_.editable) {
+        seen_ = seenNow();
+    }
     Statement statement(source_.file->connection(), sql);
     while (statement.step()) {
         if (rows_.size() == std::numeric_limits<quint32>::max()) {
@@ -55,6 +58,11 @@ void RowCursor::readAll(const QString& sql) {
         }
         rows_.append(statement.handle());
     }
+}
+
+RowCursor::Seen RowCursor::seenNow() const {
+    return {source_.file->writesTo(bound_.editable->sqlName),
+            dataVersion(source_.file->connection(), bound_.editable->schema)};
 }
 
 QString RowCursor::orderedSql() const {
@@ -312,12 +320,12 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
 }
 
 /// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart.
-bool RowCursor::isSameEntry(sqlite3_stmt* row) {
+bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
     for (size_t i = 0; i < bound_.columns.size(); ++i) {
         const QString& field = bound_.columns[i].sourceField;
         const int column = static_cast<int>(i);
         if (!field.isEmpty() && containsName(bound_.editable->keyColumns, field) &&
-            compareValues(columnValue(row, column), value(column)) != 0) {
+            compareValues(columnValue(row, column), (loaded_ ? rows_ : fetched_).value(known, column)) != 0) {
             return false;
         }
     }
@@ -328,9 +336,10 @@ void RowCursor::refresh() {
     const qint64 key = bookmark();
     bool same = false;
     readRow(key, [&](sqlite3_stmt* row) {
-        same = isSameEntry(row);
+        const size_t known = loaded_ ? rowAt(position_) : 0;
+        same = isSameEntry(row, known);
         if (same) {
-            loaded_ ? rows_.replace(rowAt(position_), row) : fetched_.replace(0, row);
+            (loaded_ ? rows_ : fetched_).replace(known, row);
         }
     });
     if (!same) {
@@ -339,8 +348,37 @@ void RowCursor::refresh() {
     forgetSearches();
 }
 
+/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values but
+/// its key.
+void RowCursor::catchUp() {
+    DatabaseFile& file = *source_.file;
+    if (!source_.editable || !file.isOpen() || file.connection().isInHook()) {
+        return;
+    }
+    const DatabaseFile::Operation operation(file);
+    Attachments::Use use;
+    reachTable(use);
+    const Seen now = seenNow();
+    if (now == seen_) {
+        return;
+    }
+    Statement statement(file.connection(), bound_.rowSql);
+    for (size_t row = 0; row < rows_.size(); ++row) {
+        statement.bind(1, Value(rows_.key(row)));
+        if (statement.step() && isSameEntry(statement.handle(), row)) {
+            rows_.replace(row, statement.handle());
+        } else {
+            rows_.forgetKey(row);
+        }
+        statement.reset();
+    }
+    seen_ = now;
+    forgetSearches();
+}
+
 void RowCursor::changed(qint64 key) {
     forgetSearches();
+    ++seen_.own;
     if (!loaded_) {
         place_ = fetchKey(key) ? Place::Fetched : Place::Deleted;
         return;
@@ -350,6 +388,7 @@ void RowCursor::changed(qint64 key) {
 
 void RowCursor::added(qint64 key) {
     forgetSearches();
+    ++seen_.own;
     if (!loaded_) {
         if (*empty_) {
             empty_ = false;
@@ -378,6 +417,7 @@ void RowCursor::prepareRemoval() {
 
 void RowCursor::removed() {
     forgetSearches();
+    ++seen_.own;
     if (!loaded_) {
         deletedKey_ = fetched_.key(0);
         place_ = Place::Deleted;

@@ -67,7 +67,15 @@ private:
         Fetched   ///< not in memory but for the row in fetched_
     };
 
+    /// How far what was written to the table is known here.
+    struct Seen {
+        quint64 own = 0;    ///< by this connection
+        qint64 others = 0;  ///< changes with what others write
+        friend bool operator==(const Seen&, const Seen&) = default;
+    };
+
     void open();
+    Seen seenNow() const;
     void readAll(const QString& sql);
     void load();
     void arriveAt(Place place, qint64 key);
@@ -84,7 +92,8 @@ private:
     bool findInMemory(const QString& criteria);
     std::optional<size_t> search(const Criteria& criteria);
     bool readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& take);
-    bool isSameEntry(sqlite3_stmt* row);
+    bool isSameEntry(sqlite3_stmt* row, size_t known);
+    void catchUp();
     void forgetSearches();
 
     Source source_;
@@ -93,6 +102,7 @@ private:
     Place place_ = Place::Before;
     size_t position_ = 0;
     Rows rows_;
+    Seen seen_;
     bool hasOrder_ = false;
     std::vector<quint32> order_;  ///< rows by position, once it is not the order in which they were read
     Rows fetched_;

@@ -38,6 +38,7 @@ bool RowCursor::findInMemory(const QString& criteria) {
         compiled_ = compileCriteria(criteria, bound_.columns);
         compiledText_ = criteria;
     }
+    catchUp();
     const std::optional<size_t> found = search(*compiled_);
     if (found) {
         place_ = Place::At;
@@ -53,7 +54,10 @@ std::optional<size_t> RowCursor::search(const Criteria& criteria) {
         const auto& [column, sought] = *equality;
         const auto [entry, fresh] = indexes_.try_emplace(column);
         if (fresh) {
-            entry->second.build(rowCount(), [&](size_t at) { return rows_.value(rowAt(at), column); });
+            entry->second.build(rowCount(), [&](size_t at) {
+                const size_t row = rowAt(at);
+                return rows_.isGone(row) ? Value() : rows_.value(row, column);
+            });
         }
         const bool exact = sought.kind() != Value::Kind::Integer || isWhole(sought.toDouble());
         if (entry->second.isComplete() && exact) {
@@ -62,7 +66,7 @@ std::optional<size_t> RowCursor::search(const Criteria& criteria) {
     }
     const Criteria::Row row = [&](int column) { return rows_.value(rowAt(position), column); };
     for (; position < rowCount(); ++position) {
-        if (criteria.matches(row)) {
+        if (!rows_.isGone(rowAt(position)) && criteria.matches(row)) {
             return position;
         }
     }

@@ -3,6 +3,7 @@
 #include "platform/dao/Types.h"
 #include "platform/dao/Value.h"
 
+#include <limits>
 #include <vector>
 
 struct sqlite3_stmt;
@@ -25,6 +26,7 @@ public:
     qint64 key(size_t row) const { return keys_[row]; }
     /// The row is gone from the file: its key may be another row's from now on.
     void forgetKey(size_t row);
+    bool isGone(size_t row) const { return keyed_ && keys_[row] == std::numeric_limits<qint64>::min(); }
     /// The row of that key, the one that was added last if there are several, size() if there is none.
     size_t find(qint64 key) const;
     /// The first row whose key is greater; only for rows in the order of their keys.

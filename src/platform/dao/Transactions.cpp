@@ -64,6 +64,9 @@ void DatabaseFile::rollback(int level) {
     // may bring the same version number again.
     tables_.clear();
     ownTablesVersion_ = -1;
+    for (auto& [table, count] : writes_) {
+        ++count;
+    }
 }
 
 bool DatabaseFile::isTransactionLost() const {

@@ -163,6 +163,37 @@ TEST_F(EditSafetyTest, ACommitThatMeetsALockMayBeTriedAgain) {
     EXPECT_EQ(EngineTest::rows(*database_, u"SELECT x FROM n"_s), u"7;7;7"_s);
 }
 
+/// Rows in memory are searched as they are in the file by now, but for a snapshot.
+TEST_F(EditSafetyTest, ASearchFindsWhatOthersHaveWrittenSince) {
+    const auto rows = database_->OpenRecordset(u"SELECT * FROM entry WHERE true"_s);
+    const auto snapshot = database_->OpenRecordset(u"SELECT * FROM entry"_s, dao::dbOpenSnapshot);
+    const auto found = [](dao::Recordset& searched, const QString& criteria) {
+        searched.FindFirst(criteria);
+        return searched.NoMatch() ? u"none"_s : searched.value(u"k"_s).toText();
+    };
+    EXPECT_EQ(found(*rows, u"v = 'new'"_s), u"none"_s);
+    database_->Execute(u"UPDATE entry SET v = 'new' WHERE k = 'b'"_s);
+    EXPECT_EQ(found(*rows, u"v = 'new'"_s), u"b"_s);
+    EXPECT_EQ(found(*snapshot, u"v = 'new'"_s), u"none"_s);
+    runAsStranger("UPDATE entry SET v = 'newer' WHERE rowid = 3");
+    EXPECT_EQ(found(*rows, u"v = 'newer'"_s), u"c"_s);
+    set(*rows, u"v"_s, u"mine"_s);
+    EXPECT_EQ(found(*rows, u"v = 'newer'"_s), u"none"_s);
+    const auto other = database_->OpenRecordset(u"entry"_s);
+    set(*other, u"v"_s, u"first"_s);
+    for (int search = 0; search < 5; ++search)  // by walking first, then by an index
+        EXPECT_EQ(found(*rows, u"v = 'first'"_s), u"a"_s);
+    other->Delete();
+    for (int search = 0; search < 5; ++search)
+        EXPECT_EQ(found(*rows, u"v = 'first'"_s), u"none"_s);
+    workspace().BeginTrans();
+    database_->Execute(u"UPDATE entry SET v = 'lost' WHERE k = 'b'"_s);
+    EXPECT_EQ(found(*rows, u"v = 'lost'"_s), u"b"_s);
+    workspace().Rollback();
+    EXPECT_EQ(found(*rows, u"v = 'lost'"_s), u"none"_s);
+    EXPECT_EQ(found(*rows, u"v = 'new'"_s), u"b"_s);
+}
+
 /// The values of x: 5, 10, 8.5 in three spellings that only a stranger's file has, and what is no number.
 TEST_F(EditSafetyTest, AValueInANumberFieldIsComparedByWhatItIs) {
     runAsStranger("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE, yes BOOLEAN);"
