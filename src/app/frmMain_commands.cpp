@@ -14,6 +14,7 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 #include "widgets/ChildArea.h"
+#include "widgets/StandardTexts.h"
 
 #include <QDesktopServices>
 #include <QMenu>
@@ -155,6 +156,7 @@ void frmMain::leave() {
 
 void frmMain::switchLanguage(qint16 language) {
     mdLanguage::SetLanguage(language);
+    StandardTexts::followLanguage();
     mdLanguage::RefreshForms({Form::open().begin(), Form::open().end()});
     buildToolbar();
     InitFormState(gDatabase.State());

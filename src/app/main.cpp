@@ -10,6 +10,7 @@
 #include "widgets/Desktop.h"
 #include "widgets/Icons.h"
 #include "widgets/QtAsker.h"
+#include "widgets/StandardTexts.h"
 
 #include <QApplication>
 
@@ -53,6 +54,7 @@ int main(int, char** arguments) {
     int outcome = 0;
     {
         Main::StartServices();
+        StandardTexts::followLanguage();
         frmMain window;
         {
             const BusyScope starting;

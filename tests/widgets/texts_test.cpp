@@ -1,8 +1,15 @@
+#include "app/frmAbout.h"
+#include "app/frmMain.h"
+#include "app/frmProcess.h"
+#include "app/frmSplash.h"
 #include "app/frmStatus.h"
+#include "catalogue/mdDataBase.h"
+#include "config/CProfile.h"
 #include "config/frmOptions.h"
 #include "language/SystemTable.h"
 #include "language/mdLanguage.h"
 #include "platform/dao/DBEngine.h"
+#include "platform/system/Paths.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 #include "widgets/Desktop.h"
@@ -39,14 +46,35 @@ Form* textsShown() {
     return window;
 }
 
+/// The main window, which opens the catalogue that the settings name.
+Form* textsMain() {
+    mdDataBase::CloseDataBase();
+    auto* window = new frmMain;
+    window->load();
+    window->show();
+    return window;
+}
+
+Form* textsProcess() {
+    auto* window = new frmProcess([] {});
+    window->lblStatus->setText(u"SV2018"_s);
+    window->show();
+    return window;
+}
+
 const TextsWindow textsWindows[] = {
+    {u"frmMain"_s, textsMain},
+    {u"frmSplash"_s, textsShown<frmSplash>},
+    {u"frmAbout"_s, textsShown<frmAbout>},
     {u"frmStatus"_s, textsShown<frmStatus>},
+    {u"frmProcess"_s, textsProcess},
     {u"frmOptions"_s, textsShown<frmOptions>},
 };
 
 /// Texts that are the same word in both languages.
 const QSet<QString> textsEqual = {u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
-                                  u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s};
+                                  u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s,
+                                  u"Varidex"_s, u"Deutsch"_s,      u"English"_s};
 
 /// Places that have no row by rule: what they show is made at run time or is the same in any language.
 const QSet<QString> textsByRule = {
@@ -141,7 +169,20 @@ void onEveryPage(QWidget& window, Look&& look) {
 
 class WindowTexts : public WindowTest {
 protected:
+    WindowTexts() {
+        const QString path = openSampleArchive();
+        const std::pair<QString, QString> settings[] = {{u"DatabasePath"_s, Paths::folderOf(path)},
+                                                        {u"DatabaseName"_s, Paths::fileOf(path)}};
+        for (const auto& [key, value] : settings)
+            CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key, value);
+    }
     ~WindowTexts() override { QApplication::setFont(font_); }
+
+    static void closeAll() {
+        unloadChildWindows();
+        while (!Form::open().empty())
+            delete &Form::open().front()->widget();
+    }
 
     static void setFontSize(int points) {
         QFont font = QApplication::font();
@@ -156,7 +197,6 @@ private:
 } // namespace
 
 TEST_F(WindowTexts, EveryControlShowsTheTextOfItsRowInBothLanguages) {
-    openSampleArchive();
     const std::map<QString, TextsRow> rows = textsRows();
     QSet<QString> places;
     for (const int language : {0, 1}) {
@@ -176,7 +216,7 @@ TEST_F(WindowTexts, EveryControlShowsTheTextOfItsRowInBothLanguages) {
                 }
                 EXPECT_EQ(control.text, language == 0 ? row->second.german : row->second.english) << qPrintable(place);
             }
-            unloadChildWindows();
+            closeAll();
         }
     }
     for (const auto& [place, row] : rows) {
@@ -189,7 +229,6 @@ TEST_F(WindowTexts, EveryControlShowsTheTextOfItsRowInBothLanguages) {
 }
 
 TEST_F(WindowTexts, NothingIsCutAtTheDefaultSizeWithSmallAndLargeFonts) {
-    openSampleArchive();
     for (const int points : {8, 24})
         for (const int language : {0, 1}) {
             setFontSize(points);
@@ -201,7 +240,7 @@ TEST_F(WindowTexts, NothingIsCutAtTheDefaultSizeWithSmallAndLargeFonts) {
                     expectNothingCut(*form, (language == 0 ? u"de "_s : u"en "_s) + QString::number(points) +
                                                 u" pt page "_s + QString::number(page));
                 });
-                unloadChildWindows();
+                closeAll();
             }
         }
 }
