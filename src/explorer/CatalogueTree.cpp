@@ -172,10 +172,17 @@ CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, Ca
     node.Text = text;
     node.Parent = parent;
     node.Index = static_cast<int>(nodes_.size());
-    if (parent)
+    if (parent) {
+        node.Place = static_cast<int>(parent->Children.size());
         parent->Children.push_back(&node);
+    }
     place = &node;
     return node;
+}
+
+void CatalogueTree::setRootText(const QString& text) {
+    if (!nodes_.empty())
+        nodes_.front().Text = text;
 }
 
 const CatalogueNode* CatalogueTree::find(const QString& key) const {

@@ -12,6 +12,7 @@ struct CatalogueNode {
     CatalogueNode* Parent = nullptr;
     int Image = 0, SelectedImage = 0, ExpandedImage = 0;
     int Index = 0; ///< running number in the tree, from 1
+    int Place = 0; ///< among its siblings, from 0
     bool Expanded = false;
     std::vector<CatalogueNode*> Children;
 
@@ -37,6 +38,8 @@ public:
     const CatalogueNode* root() const { return nodes_.empty() ? nullptr : &nodes_.front(); }
     /// Null if there is none.
     const CatalogueNode* find(const QString& key) const;
+    /// Gives the root another text, after the language of the user interface has changed.
+    void setRootText(const QString& text);
     /// In the order in which they were added.
     const std::deque<CatalogueNode>& nodes() const { return nodes_; }
 

@@ -1,26 +1,60 @@
 #pragma once
 
+#include "explorer/AssignmentList.h"
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
+#include "explorer/QuickFilter.h"
 #include "explorer/VariableList.h"
+#include "explorer/VariablePanel.h"
 
-/// One view of the open catalogue as an explorer shows it, without the window: its state, its tree and its
-/// list.
-class ExplorerModel {
+/// One view of the open catalogue as an explorer shows it, without the window: its state, its tree, its list and its
+/// two panels.
+class ExplorerModel : private ListviewHost {
 public:
+    using Step = VariablePanel::Step;
+
     ExplorerState state;
     CatalogueTree tree;
     VariableList list;
+    VariablePanel panelA{VariablePanel::Place::A}, panelB{VariablePanel::Place::B};
+    std::vector<Assignment> DBList1, DBList1_B;
 
-    /// The window that shows this model; not owned.
+    /// @param host the window that shows this model; not owned
     explicit ExplorerModel(ListviewHost* host = nullptr) : host_(host ? host : &none_) {}
 
     /// Begins with a view, in the contents' language that is in force, and builds its tree.
     void open(int view);
     /// Shows the variables of a node. @return false if the tree has no node of that key
     bool select(const QString& key, bool force = false);
+    /// Node whose variables are shown; null before the first.
+    const CatalogueNode* selectedNode() const { return tree.find(state.selectedKey); }
+
+    /// Fills panel A for a row of the list and, if wanted, its assignments. @return false if nothing could be shown
+    bool showRow(int row, bool assignments);
+    /// Fills panel B and its assignments for a row of the list; opens panel A's place if no panel is in view.
+    bool showRowInB(int row);
+    /// Moves panel B within its own result set. @return false without a record
+    bool moveB(Step step);
+    /// Place among the rows in view where a step of panel A leads, -1 if it leads nowhere.
+    /// @param current place of the list's current row, -1 without one
+    int stepInList(Step step, int current) const;
+
+    const QString& filter() const { return filter_; }
+    /// Narrows the list to the variables with these words in name, labels or question texts; empty shows all.
+    void setFilter(const QString& words);
+    /// Gets the texts for the filter ready, which the first setFilter() would do otherwise.
+    void prepareFilter();
 
 private:
     ListviewHost none_;
     ListviewHost* host_;
+    QuickFilter texts_;
+    QString filter_;
+    QString filteredId_;
+
+    void nodeShown(const CatalogueNode& node) override { host_->nodeShown(node); }
+    void listFilled() override;
+    void clearPanelA() override;
+    void itemClick() override { host_->itemClick(); }
+    void clearAssignmentList() override;
 };

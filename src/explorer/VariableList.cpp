@@ -61,6 +61,13 @@ std::vector<int> sourceColumns(const VariableList& list, const dao::Recordset& r
     return places;
 }
 
+/// Study, year and wave are mostly those of the row before: one copy serves both.
+void shareEqualTexts(const VariableRow& before, VariableRow& row) {
+    for (size_t i = 0; i < row.SubItems.size(); ++i)
+        if (row.SubItems[i] == before.SubItems[i])
+            row.SubItems[i] = before.SubItems[i];
+}
+
 /// Fills the rows in the statement's order. @return the greatest length of a variable name
 qsizetype fillRows(VariableList& list, dao::Recordset& recordset, bool english) {
     const int name = recordset.indexOf(u"fi_VariableNo"_s);
@@ -77,11 +84,14 @@ qsizetype fillRows(VariableList& list, dao::Recordset& recordset, bool english) 
         row.SubItems.reserve(places.size());
         for (const int place : places)
             row.SubItems.push_back(place < 0 ? QString() : recordset.value(place).toText());
+        if (i > 0)
+            shareEqualTexts(list.rows[static_cast<size_t>(i) - 1], row);
     }
     return longest;
 }
 
 void fill(VariableList& list, dao::Recordset& recordset, bool english) {
+    list.filterBy({});
     const qsizetype longest = fillRows(list, recordset, english);
     list.sort();
     list.selectedRow = list.rows.empty() ? -1 : 0;
@@ -91,11 +101,12 @@ void fill(VariableList& list, dao::Recordset& recordset, bool english) {
 
 } // namespace
 
-QString VariableRow::cell(int column) const {
+const QString& VariableRow::cell(int column) const {
+    static const QString nothing;
     if (column == 0)
         return Text;
     const size_t subItem = static_cast<size_t>(column) - 1;
-    return column > 0 && subItem < SubItems.size() ? SubItems[subItem] : QString();
+    return column > 0 && subItem < SubItems.size() ? SubItems[subItem] : nothing;
 }
 
 void VariableList::makeColumns(bool english) {
@@ -134,12 +145,34 @@ void VariableList::headerClicked(int column) {
 
 void VariableList::sort() {
     std::ranges::sort(rows, {}, &VariableRow::Position);
-    if (!sorted)
-        return;
-    std::ranges::stable_sort(rows, [this](const VariableRow& a, const VariableRow& b) {
-        const int order = dao::compareTexts(a.cell(sortKey), b.cell(sortKey));
-        return descending ? order > 0 : order < 0;
-    });
+    if (sorted)
+        std::ranges::stable_sort(rows, [this](const VariableRow& a, const VariableRow& b) {
+            const int order = dao::compareTexts(a.cell(sortKey), b.cell(sortKey));
+            return descending ? order > 0 : order < 0;
+        });
+    findShown();
+}
+
+void VariableList::filterBy(std::vector<bool> matching) {
+    matching_ = std::move(matching);
+    findShown();
+    if (placeOf(selectedRow) < 0)
+        selectedRow = -1;
+}
+
+void VariableList::findShown() {
+    shown.clear();
+    shown.reserve(rows.size());
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const auto position = static_cast<size_t>(rows[i].Position);
+        if (matching_.empty() || (position < matching_.size() && matching_[position]))
+            shown.push_back(static_cast<int>(i));
+    }
+}
+
+int VariableList::placeOf(int row) const {
+    const auto found = std::ranges::lower_bound(shown, row);
+    return found != shown.end() && *found == row ? static_cast<int>(found - shown.begin()) : -1;
 }
 
 void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state, VariableList& list,
@@ -154,6 +187,7 @@ void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state
         state.selectedKey = node.Key;
         list.Tag = QString::number(node.Index);
         host.nodeShown(node);
+        list.recordset.reset();
 
         const bool varGroups = gDatabase.TableExist(u"tkey_VarGroups"_s);
         CDaoPersistance persistance;
@@ -163,7 +197,7 @@ void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state
         if (!recordset)
             return;
         fill(list, *recordset, state.bELTree);
-        recordset->Close();
+        list.recordset = recordset;
         host.listFilled();
         host.clearPanelA();
         host.itemClick();

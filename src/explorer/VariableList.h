@@ -2,6 +2,7 @@
 
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
+#include "platform/dao/Recordset.h"
 
 #include <QString>
 #include <vector>
@@ -21,7 +22,7 @@ struct VariableRow {
     int Position = 0; ///< place in the statement's order
 
     /// Text of a column, 0 being the name; sub-item 1 is the study number.
-    QString cell(int column) const;
+    const QString& cell(int column) const;
 };
 
 /// The variables of the selected entry: columns, rows and how the user has sorted them.
@@ -31,6 +32,10 @@ public:
     std::vector<VariableRow> rows;
     QString Tag;          ///< Index of the node whose variables are shown
     int selectedRow = -1; ///< -1 without a row
+    /// Rows in view, as indexes into rows, in their order: all of them, or those that a filter leaves.
+    std::vector<int> shown;
+    /// What the rows were read from; it stays open, so that who needs more of a variable need not ask again.
+    dao::RecordsetPtr recordset;
 
     int sortKey = 0; ///< column
     bool descending = false;
@@ -50,6 +55,16 @@ public:
     /// Orders the rows by what is set, equal ones as they stand in the statement; unsorted is the statement's
     /// order.
     void sort();
+    /// Keeps in view the rows that match, told by their Position; nothing brings all back. A row that is selected
+    /// and goes out of view is unselected.
+    void filterBy(std::vector<bool> matching);
+    /// Place of a row among those in view, -1 if it is out of view.
+    int placeOf(int row) const;
+
+private:
+    std::vector<bool> matching_;
+
+    void findShown();
 };
 
 /// What the window does while its list is being filled; without a window there is nothing to do.

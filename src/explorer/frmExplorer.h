@@ -1,12 +1,22 @@
 #pragma once
 
+#include "explorer/ExplorerLayout.h"
 #include "explorer/ExplorerModel.h"
 #include "widgets/Form.h"
 
 #include <vector>
 
+class CatalogueTreeModel;
+class ElidedLabel;
+class ExplorerPanel;
+class QLabel;
+class QLineEdit;
+class QSplitter;
+class QTreeView;
+class VariableListView;
+
 /// The browsing window: the tree of a view, the variables of the selected entry, and up to two panels with one variable each.
-class frmExplorer : public QWidget, public Form {
+class frmExplorer : public QWidget, public Form, private ListviewHost {
 public:
     /// Creates and shows a window of a view of the open catalogue.
     static frmExplorer* OpenExplorerView(int view);
@@ -18,11 +28,16 @@ public:
     const ExplorerModel& model() const { return model_; }
     int viewNumber() const override { return model_.state.ltreetype; }
 
-    /// Where the keyboard was last in this window: what a command that reads the selection goes by.
+    /// Where the keyboard was last in this window: what a command that reads the selection goes by. The line of the quick
+    /// filter counts as the list.
     enum class Place { Tree, List, Elsewhere };
     Place place() const { return place_; }
-    /// The selected rows in the order of the list, as indexes into model().list.rows.
+    /// The selected rows in the order of the list, as indexes into model().list.rows; rows out of view are never among them.
     std::vector<int> selectedRows() const;
+
+    /// Selects a node, scrolled into view, gives the tree the focus and lists the node's variables.
+    /// @return false if the tree has no node of that key
+    bool showNode(const QString& key);
 
     /// Shows 0, 1 or 2 panels.
     void setPanels(int lVarWindow);
@@ -33,10 +48,62 @@ public:
     /// Exchanges the fixed font and the proportional one in question texts, lists and names.
     void ChangeFont();
 
-    void optionsApplied() override { Form_Resize(); }
+    void optionsApplied() override;
     void refreshTitles() override;
+    std::vector<ControlText> controls() const override;
+    void setControlText(const ControlText& control, const QString& text) override;
+    QSize sizeHint() const override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    ExplorerModel model_;
+    ExplorerModel model_{this};
+    ExplorerLayout layout_;
+    QString layoutBefore_;
+    QString fixedFont_, propFont_;
     Place place_ = Place::Tree;
+    bool rowShown_ = false; ///< panel A and its assignments show the present selection
+
+    ElidedLabel *lblTitle0_, *lblTitle1_;
+    QLabel *lblUnreached_, *lblRowCount_;
+    QTreeView* tvTreeView_;
+    CatalogueTreeModel* treeModel_;
+    QLineEdit* txtQuickFilter_;
+    VariableListView* lvListView_;
+    ExplorerPanel *panelA_, *panelB_;
+    QSplitter *imgSplitter_, *imgSplitter2_, *imgSplitter3_;
+
+    void buildControls();
+    QWidget* buildTreeSide();
+    QWidget* buildListSide();
+    void connectControls();
+    void addShortcuts();
+    void openView(int view);
+    void numberWindow();
+    void reportUnreached();
+
+    // What the model tells while it fills the list.
+    void nodeShown(const CatalogueNode& node) override;
+    void listFilled() override;
+    void clearPanelA() override;
+    void itemClick() override { lvListView_ItemClick(false); }
+    void clearAssignmentList() override;
+
+    /// The row that counts: the first selected one in list order, else the current one; -1 without one.
+    int rowToShow() const;
+    void lvListView_ItemClick(bool assignments);
+    void lvListView_DblClick();
+    void headerChosen(int column);
+    void filterChanged();
+    void listOrderChanged(const std::vector<int>& selectedPositions, int currentPosition);
+    void showRowCount();
+    std::vector<int> selectedPositions() const;
+    int currentPosition() const;
+
+    void switchChosen(bool panelB, const QString& key);
+    void moveA(ExplorerModel::Step step);
+    void showSwitches();
+    void showB();
+    void MyDBList_DblClick(const QString& key);
 };

@@ -1,0 +1,54 @@
+#include "explorer/AssignmentList.h"
+
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "catalogue/CDaoPersistance.h"
+#include "diagnostics/errors.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int lastView = 9;
+
+QString statement(const QString& table, const QString& study, const QString& variable) {
+    const QString relation = u"trel_Variable"_s + table;
+    const QString entries = u"tkey_"_s + table;
+    return u"Select * from "_s + relation + u" INNER JOIN "_s + entries + u" ON "_s + relation + u".fid = "_s + entries +
+           u".id Where fi_StudyNo = '"_s + study + u"' And fi_VariableNo = '"_s + variable + u"'"_s;
+}
+
+void addCategoriesOfView(std::vector<Assignment>& list, int view, const QString& study, const QString& variable,
+                         bool english) {
+    const QString table = gViews.at(view, ViewTable::Table);
+    CDaoPersistance persistance;
+    const dao::RecordsetPtr recordset = persistance.GetRecordset(
+        gDatabase.CurrentDatabase(), statement(table, study, variable), dao::dbOpenDynaset);
+    if (!recordset)
+        return;
+    for (; !recordset->Eof(); recordset->MoveNext())
+        list.push_back({viewLetter(view) + recordset->text(u"trel_Variable"_s + table + u".fid"_s),
+                        recordset->text(english ? u"dt_EnIndicatorName"_s : u"dt_IndicatorName"_s), 2 * view + 4});
+    recordset->Close();
+}
+
+} // namespace
+
+void Fill(std::vector<Assignment>& list, const QString& study, const QString& variable, bool english) {
+    const ProcedureScope scope(u"[frmExplorer.Fill]"_s);
+    list.clear();
+    for (int view = 1; view <= gCatalogueOptions.NumberOfFrmExplorers; ++view)
+        if (gViews.at(view, ViewTable::Type) != u"1")
+            attempt([&] { addCategoriesOfView(list, view, study, variable, english); });
+}
+
+Jump jumpOf(const QString& key, int ownView, const CatalogueTree& ownTree, const std::function<bool(int)>& isViewOpen) {
+    const int view = key.isEmpty() ? 0 : key.front().unicode() - viewLetter(0).unicode();
+    if (view == ownView)
+        return {ownTree.find(key) ? Jump::To::NodeHere : Jump::To::Nowhere, view};
+    if (view < 1)
+        return {};
+    if (isViewOpen(view))
+        return {Jump::To::OtherWindow, view};
+    return view <= lastView ? Jump{Jump::To::NewWindow, view} : Jump{};
+}

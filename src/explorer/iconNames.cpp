@@ -1,0 +1,17 @@
+#include "explorer/iconNames.h"
+
+#include "app/globals.h"
+#include "explorer/VariableList.h"
+
+using namespace Qt::StringLiterals;
+
+QString iconName(int number) {
+    if (number == VariableRow::smallIcon)
+        return u"variable"_s;
+    // Plain pairs begin at 6, described ones at 25, two numbers a view.
+    const bool described = number > VariableRow::smallIcon;
+    const int place = number - (described ? 25 : 6);
+    const bool study = gViews.at(place / 2 + 1, ViewTable::Type) == u"1";
+    return (study ? u"study"_s : u"category"_s) + (described ? u"-described"_s : QString()) +
+           (place % 2 == 1 ? u"-open"_s : QString());
+}

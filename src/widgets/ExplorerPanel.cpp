@@ -1,0 +1,109 @@
+#include "widgets/ExplorerPanel.h"
+
+#include "explorer/VariablePanel.h"
+#include "explorer/iconNames.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/FactsStrip.h"
+#include "widgets/Icons.h"
+#include "widgets/twips.h"
+
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(parent) {
+    const auto named = [&](auto* control, const QString& name) {
+        control->setObjectName(name + suffix);
+        control->setProperty("CtrlTyp", QString());
+        return control;
+    };
+    fidName = named(new ElidedLabel(this), u"fidName"_s);
+    txtQuestion = named(new QPlainTextEdit(this), u"txtQuestion"_s);
+    sbStatusBarV = named(new FactsStrip(this), u"sbStatusBarV"_s);
+    DBList1 = named(new QListWidget(this), u"DBList1"_s);
+    txtQuestion->setReadOnly(true);
+    txtQuestion->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    txtQuestion->setTabChangesFocus(true);
+    txtQuestion->setUndoRedoEnabled(false);
+    txtQuestion->setMinimumHeight(fontMetrics().height() * 3);
+    DBList1->setUniformItemSizes(true);
+    const int line = qMax(16, fontMetrics().height());
+    DBList1->setIconSize({line, line});
+    DBList1->installEventFilter(this);
+    connect(DBList1, &QListWidget::itemDoubleClicked, this, [this] { jump(); });
+
+    column_ = new QVBoxLayout(this);
+    column_->setContentsMargins(0, 0, 0, 0);
+    column_->setSpacing(qMax(3, fontMetrics().height() / 4));
+    column_->addWidget(fidName);
+    column_->addWidget(txtQuestion, 1);
+    column_->addWidget(sbStatusBarV);
+    column_->addWidget(DBList1);
+}
+
+void ExplorerPanel::show(const VariablePanel& panel) {
+    fidName->setText(panel.fidName);
+    if (txtQuestion->toPlainText() != panel.question) {
+        const QTextCursor before = txtQuestion->textCursor();
+        txtQuestion->setPlainText(panel.question);
+        const int last = txtQuestion->document()->characterCount() - 1;
+        QTextCursor cursor = txtQuestion->textCursor();
+        cursor.setPosition(qMin(before.anchor(), last));
+        cursor.setPosition(qMin(before.position(), last), QTextCursor::KeepAnchor);
+        txtQuestion->setTextCursor(cursor);
+    }
+    for (const QString& key : factKeys.mid(switchCount)) {
+        const VariablePanel::Fact fact = panel.fact(key);
+        sbStatusBarV->setText(key, fact.text);
+        // The place in the list explains itself; its tip is the window's own.
+        if (key != u"Position")
+            sbStatusBarV->setToolTipOf(key, fact.toolTip);
+    }
+}
+
+void ExplorerPanel::showAssignments(const std::vector<Assignment>& assignments) {
+    DBList1->clear();
+    for (const Assignment& assignment : assignments) {
+        auto* item = new QListWidgetItem(Icons::get(iconName(assignment.icon)), assignment.text, DBList1);
+        item->setData(Qt::UserRole, assignment.key);
+    }
+}
+
+void ExplorerPanel::arrange(bool stripOnTop, bool assignments, int height) {
+    column_->removeWidget(sbStatusBarV);
+    column_->insertWidget(stripOnTop ? 1 : 2, sbStatusBarV);
+    setTabOrder(stripOnTop ? static_cast<QWidget*>(sbStatusBarV) : txtQuestion,
+                stripOnTop ? static_cast<QWidget*>(txtQuestion) : sbStatusBarV);
+    DBList1->setVisible(assignments);
+    // A list too low for a single line is of no use.
+    DBList1->setFixedHeight(qMax(twipsToPixels(*this, height), fontMetrics().height() + 2 * DBList1->frameWidth() + 8));
+}
+
+void ExplorerPanel::setQuestionFont(const QString& family) {
+    QFont font;
+    font.setFamily(family);
+    txtQuestion->setFont(font);
+}
+
+QString ExplorerPanel::questionFont() const {
+    return txtQuestion->font().family();
+}
+
+bool ExplorerPanel::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == DBList1 && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            jump();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void ExplorerPanel::jump() {
+    if (const QListWidgetItem* item = DBList1->currentItem(); item && jumped)
+        jumped(item->data(Qt::UserRole).toString());
+}

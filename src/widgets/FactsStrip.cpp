@@ -1,0 +1,151 @@
+#include "widgets/FactsStrip.h"
+
+#include "explorer/VariablePanel.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/Icons.h"
+
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct SwitchLook {
+    const char16_t* key;
+    const char16_t* text;
+    bool stays; ///< keeps pressed in
+};
+constexpr SwitchLook switchLooks[switchCount] = {
+    {u"english", u"E", true}, {u"fixed", u"F", true},  {u"list", u"L", true},   {u"first", u"<<", false},
+    {u"back", u"<-", false},  {u"next", u"->", false}, {u"last", u">>", false},
+};
+
+} // namespace
+
+FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
+    setFrameShape(NoFrame);
+    lines_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
+    lines_->setContentsMargins(0, 0, 0, 0);
+    switches_ = new QWidget(this);
+    facts_ = new QWidget(this);
+    auto* switchLine = new QHBoxLayout(switches_);
+    auto* factLine = new QHBoxLayout(facts_);
+    switchLine->setContentsMargins(0, 0, 0, 0);
+    switchLine->setSpacing(1);
+    factLine->setContentsMargins(0, 0, 0, 0);
+    factLine->setSpacing(fontMetrics().averageCharWidth() * 2);
+    for (const SwitchLook& look : switchLooks) {
+        const QString key = QString::fromUtf16(look.key);
+        auto* cell = new QToolButton(switches_);
+        cell->setText(QString::fromUtf16(look.text));
+        cell->setAutoRaise(true);
+        cell->setFocusPolicy(Qt::TabFocus);
+        cell->setCheckable(look.stays);
+        cell->setProperty("CtrlTyp", QString());
+        connect(cell, &QToolButton::clicked, this, [this, key] {
+            if (switched)
+                switched(key);
+        });
+        if (key == u"first")
+            switchLine->addSpacing(fontMetrics().averageCharWidth());
+        switchLine->addWidget(cell);
+        cells_[key] = cell;
+    }
+    switchLine->addStretch();
+    for (const QString& key : factKeys.mid(switchCount)) {
+        auto* cell = new ElidedLabel(facts_);
+        cell->setProperty("CtrlTyp", QString());
+        cell->setSizePolicy(key == u"Label" ? QSizePolicy::Ignored : QSizePolicy::Maximum, QSizePolicy::Preferred);
+        factLine->addWidget(cell, key == u"Label" ? 1 : 0);
+        cells_[key] = cell;
+    }
+    QFont strong = font();
+    strong.setBold(true);
+    cells_[u"Variable"_s]->setFont(strong);
+    lines_->addWidget(switches_);
+    lines_->addWidget(facts_, 1);
+}
+
+QStringList FactsStrip::keys() const {
+    QStringList present;
+    for (const QString& key : factKeys)
+        if (cells_.contains(key))
+            present << key;
+    return present;
+}
+
+void FactsStrip::removeCell(const QString& key) {
+    delete cells_.take(key);
+    toolTips_.remove(key);
+}
+
+QToolButton* FactsStrip::button(const QString& key) const {
+    return qobject_cast<QToolButton*>(cells_.value(key));
+}
+
+QString FactsStrip::text(const QString& key) const {
+    const QWidget* of = cell(key);
+    return of ? of->property("text").toString() : QString();
+}
+
+void FactsStrip::setText(const QString& key, const QString& text) {
+    if (auto* label = qobject_cast<QLabel*>(cells_.value(key)))
+        label->setText(text);
+}
+
+void FactsStrip::setToolTipOf(const QString& key, const QString& toolTip) {
+    QWidget* of = cell(key);
+    if (!of)
+        return;
+    toolTips_[key] = toolTip;
+    // What looks like markup is text.
+    of->setToolTip(Qt::mightBeRichText(toolTip) ? toolTip.toHtmlEscaped() : toolTip);
+    of->setAccessibleName(button(key) ? toolTip : QString());
+}
+
+void FactsStrip::setOn(const QString& key, bool on) {
+    QToolButton* of = button(key);
+    if (!of)
+        return;
+    of->setChecked(on);
+    const QIcon picture = Icons::get(key + (on ? u"-on"_s : u"-off"_s));
+    of->setIcon(picture);
+    of->setToolButtonStyle(picture.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
+}
+
+bool FactsStrip::isOn(const QString& key) const {
+    const QToolButton* of = button(key);
+    return of && of->isChecked();
+}
+
+void FactsStrip::arrange() {
+    const int wanted = switches_->sizeHint().width() + fontMetrics().averageCharWidth() * 60;
+    const auto direction = width() >= wanted ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
+    if (lines_->direction() != direction)
+        lines_->setDirection(direction);
+    lines_->setSpacing(direction == QBoxLayout::LeftToRight ? fontMetrics().averageCharWidth() * 2 : 1);
+}
+
+void FactsStrip::resizeEvent(QResizeEvent* event) {
+    QFrame::resizeEvent(event);
+    arrange();
+}
+
+void FactsStrip::changeEvent(QEvent* event) {
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        arrange();
+}
+
+void FactsStrip::keyPressEvent(QKeyEvent* event) {
+    const bool left = event->key() == Qt::Key_Left;
+    if (!left && event->key() != Qt::Key_Right) {
+        QFrame::keyPressEvent(event);
+        return;
+    }
+    const qsizetype place = factKeys.indexOf(cells_.key(focusWidget())) + (left ? -1 : 1);
+    if (place >= 0 && place < switchCount)
+        cells_.value(factKeys[place])->setFocus(Qt::TabFocusReason);
+}

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QFrame>
+#include <QHash>
+#include <functional>
+
+class QBoxLayout;
+class QToolButton;
+
+/// The strip of a variable panel: cells that are known by a key and have a text and a tooltip. The first seven are
+/// switches, the others show facts. Takes a second line where one is too short for all.
+class FactsStrip : public QFrame {
+public:
+    explicit FactsStrip(QWidget* parent = nullptr);
+
+    std::function<void(const QString& key)> switched; ///< a switch was pressed, by mouse or keyboard
+
+    /// Keys of the cells, in order.
+    QStringList keys() const;
+    QWidget* cell(const QString& key) const { return cells_.value(key); }
+    void removeCell(const QString& key);
+
+    QString text(const QString& key) const;
+    void setText(const QString& key, const QString& text);
+    QString toolTipOf(const QString& key) const { return toolTips_.value(key); }
+    void setToolTipOf(const QString& key, const QString& toolTip);
+    /// Shows a switch pressed in, with its picture for it.
+    void setOn(const QString& key, bool on);
+    bool isOn(const QString& key) const;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    QBoxLayout* lines_;
+    QWidget* switches_;
+    QWidget* facts_;
+    QHash<QString, QWidget*> cells_;
+    QHash<QString, QString> toolTips_;
+
+    QToolButton* button(const QString& key) const;
+    void arrange();
+};

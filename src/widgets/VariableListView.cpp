@@ -1,0 +1,183 @@
+#include "widgets/VariableListView.h"
+
+#include "explorer/iconNames.h"
+#include "widgets/Icons.h"
+#include "widgets/twips.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+VariableListModel::VariableListModel(const VariableList& list, QObject* parent)
+    : QAbstractTableModel(parent), list_(list), icon_(Icons::get(iconName(VariableRow::smallIcon))) {}
+
+void VariableListModel::listChanged() {
+    beginResetModel();
+    endResetModel();
+}
+
+void VariableListModel::headingsChanged() {
+    if (columnCount() > 0)
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
+int VariableListModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(list_.shown.size());
+}
+
+int VariableListModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(list_.columns.size());
+}
+
+QVariant VariableListModel::data(const QModelIndex& index, int role) const {
+    const auto place = static_cast<size_t>(index.row());
+    if (!index.isValid() || place >= list_.shown.size())
+        return {};
+    if (role == Qt::DisplayRole)
+        return list_.rows[static_cast<size_t>(list_.shown[place])].cell(index.column());
+    if (role == Qt::DecorationRole && index.column() == 0)
+        return icon_;
+    return {};
+}
+
+QVariant VariableListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
+        return {};
+    const QString& heading = list_.columns[static_cast<size_t>(section)].Heading;
+    if (role == Qt::DisplayRole)
+        return heading;
+    if (role == Qt::ToolTipRole)
+        return heading.toHtmlEscaped() + u" (%1)"_s.arg(
+                             QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + section)).toString(QKeySequence::NativeText));
+    if (role == Qt::TextAlignmentRole)
+        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    return {};
+}
+
+VariableListView::VariableListView(VariableList& list, QWidget* parent) : QTableView(parent), list_(list), model_(list) {
+    setModel(&model_);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setShowGrid(false);
+    setWordWrap(false);
+    setTabKeyNavigation(false);
+    setAlternatingRowColors(true);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setSortIndicatorShown(true);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
+        if (headerChosen)
+            headerChosen(column);
+    });
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        // The last one only fills what is left.
+        if (!settingWidths_ && column + 1 < model_.columnCount() && width > 0)
+            list_.columns[static_cast<size_t>(column)].Width = pixelsToTwips(*this, width - iconRoom(column));
+    });
+    fitRowHeight();
+}
+
+void VariableListView::fitRowHeight() {
+    const int line = qMax(16, fontMetrics().height());
+    setIconSize({line, line});
+    verticalHeader()->setMinimumSectionSize(1);
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + qMax(4, fontMetrics().height() / 3));
+}
+
+void VariableListView::changeEvent(QEvent* event) {
+    QTableView::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        fitRowHeight();
+}
+
+void VariableListView::listChanged() {
+    const QScopedValueRollback setting(settingWidths_, true);
+    model_.listChanged();
+    scrollToTop();
+}
+
+void VariableListView::showColumns() {
+    const QScopedValueRollback setting(settingWidths_, true);
+    QHeaderView& header = *horizontalHeader();
+    header.setSortIndicator(list_.sorted ? list_.sortKey : -1,
+                            list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    for (int i = 0; i < model_.columnCount(); ++i)
+        header.resizeSection(i, qMax(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) + iconRoom(i),
+                                     header.sectionSizeHint(i)));
+}
+
+int VariableListView::iconRoom(int column) const {
+    return column == 0 ? iconSize().width() + fontMetrics().averageCharWidth() : 0;
+}
+
+int VariableListView::firstSelectedPlace() const {
+    int first = -1;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        if (first < 0 || range.top() < first)
+            first = range.top();
+    return first;
+}
+
+std::vector<int> VariableListView::selectedPlaces() const {
+    std::vector<int> places;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            places.push_back(row);
+    std::ranges::sort(places);
+    places.erase(std::unique(places.begin(), places.end()), places.end());
+    return places;
+}
+
+void VariableListView::selectOnly(int place) {
+    selectPlaces({place}, place);
+}
+
+void VariableListView::selectPlaces(const std::vector<int>& places, int current) {
+    QItemSelection selection;
+    const int lastColumn = model_.columnCount() - 1;
+    for (size_t i = 0; i < places.size();) {
+        size_t end = i + 1;
+        while (end < places.size() && places[end] == places[end - 1] + 1)
+            ++end;
+        selection.select(model_.index(places[i], 0), model_.index(places[end - 1], lastColumn));
+        i = end;
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (current < 0 && !places.empty())
+        current = places.front();
+    if (current >= 0) {
+        const int column = qMax(0, currentIndex().column());
+        selectionModel()->setCurrentIndex(model_.index(current, column), QItemSelectionModel::NoUpdate);
+        scrollTo(model_.index(current, 0));
+    }
+}
+
+void VariableListView::keyboardSearch(const QString& start) {
+    const int column = list_.sorted ? list_.sortKey : 0;
+    if (currentIndex().isValid() && currentIndex().column() != column)
+        selectionModel()->setCurrentIndex(currentIndex().siblingAtColumn(column), QItemSelectionModel::NoUpdate);
+    QTableView::keyboardSearch(start);
+}
+
+void VariableListView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && opened) {
+        opened();
+    } else if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 && key < Qt::Key_1 + model_.columnCount()) {
+        if (headerChosen)
+            headerChosen(key - Qt::Key_1);
+    } else {
+        QTableView::keyPressEvent(event);
+        if (key == Qt::Key_Space && chosenAgain)
+            chosenAgain();
+    }
+}
