@@ -1,10 +1,6 @@
 #include "analysis/AnalysisModel.h"
-#include "config/Options.h"
 #include "vdx/Command.h"
-
-#include "app/globals.h"
-
-using namespace Qt::StringLiterals;
+#include "vdx/StudyRequest.h"
 
 namespace {
 
@@ -15,111 +11,21 @@ public:
     int run(Session& session) override;
 
 private:
-    std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;
+    StudyRequest request_;
     std::vector<std::string> variables_;
-    bool sql_ = false;
-    CLI::Option* missingGiven_ = nullptr;
-
-    bool prepare(Session& session, AnalysisModel& model);
-    bool chooseWeight(Session& session, AnalysisModel& model);
-};
-
-struct Result {
-    QString title;
-    ResultTable table;
 };
 
 CLI::App* FrequencyCommand::declare(CLI::App& program) {
     CLI::App* command = program.add_subcommand("frequency", "Frequency tables of variables of a study");
-    command->add_option("CATALOGUE", catalogue_, "catalogue file")->required();
-    command->add_option("STUDY", study_, "study number")->required();
+    request_.declarePlaces(*command);
     command->add_option("VARIABLE", variables_, "one variable or more")->required();
-    command->add_option("--weight", weight_, "none, re, hh (the study's own weights) or the name of a weight variable")
-        ->type_name("WEIGHT");
-    command->add_option("--filter", filter_, "condition over variables of the study, such as \"V7=1 AND V8>2\"");
-    command->add_option("--part", part_, "part of the data set, by its number");
-    missingGiven_ = command->add_option("--missing", missing_,
-                                        "missing values in place of the documented ones, such as \"8;9\", or none");
-    command->add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
-    command->add_flag("--sql", sql_, "also print the statements, to standard error");
+    request_.declareOptions(*command);
     return command;
 }
 
 int FrequencyCommand::run(Session& session) {
-    if (!filter_.empty() && !part_.empty())
-        throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
-    if (!session.open(QString::fromStdString(catalogue_)))
-        return 1;
-    if (!data_.empty())
-        gOptions.DataPath = QString::fromStdString(data_);
-
     AnalysisModel model;
-    model.onStatement = [&](const QString& name, const QString& statement) {
-        if (sql_)
-            session.say(name + u": "_s + statement);
-    };
-    model.open();
-    if (!prepare(session, model))
-        return 1;
-
-    // All or nothing: a table that failed must not hide among those that came out.
-    std::vector<Result> results;
-    for (const std::string& variable : variables_) {
-        if (!model.chooseVariable(QString::fromStdString(variable))) {
-            session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
-                        {QString::fromStdString(variable), QString::fromStdString(study_)});
-            return 1;
-        }
-        const RunOutcome outcome = model.changeTab(1);
-        if (session.failed() || (outcome != RunOutcome::Computed && outcome != RunOutcome::Reused))
-            return 1;
-        results.push_back({model.lblLabel, model.mfgGrid});
-    }
-    for (const Result& result : results)
-        session.printer().print(result.title, result.table);
-    return 0;
-}
-
-bool FrequencyCommand::prepare(Session& session, AnalysisModel& model) {
-    const QString study = QString::fromStdString(study_);
-    if (!model.StudyClick(study)) {
-        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
-        return false;
-    }
-    model.chooseMode(AnalysisMode::Frequency);
-    if (missingGiven_->count() > 0)
-        model.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
-    if (!chooseWeight(session, model))
-        return false;
-    if (!part_.empty() && !model.choosePart(QString::fromStdString(part_))) {
-        session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s,
-                    {study, QString::fromStdString(part_)});
-        return false;
-    }
-    if (!filter_.empty())
-        model.chooseFilterText(QString::fromStdString(filter_));
-    return !session.failed();
-}
-
-bool FrequencyCommand::chooseWeight(Session& session, AnalysisModel& model) {
-    const QString study = QString::fromStdString(study_);
-    const QString weight = QString::fromStdString(weight_);
-    if (weight == u"none")
-        return model.chooseWeight(WeightKind::noWeight);
-    if (weight == u"re" || weight == u"hh") {
-        if (model.chooseWeight(weight == u"re" ? WeightKind::WeightRE : WeightKind::WeightHH))
-            return true;
-        const bool representative = weight == u"re";
-        session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s : u"Studie %1 hat kein Haushaltsgewicht."_s,
-                    representative ? u"Study %1 has no representative weight."_s : u"Study %1 has no household weight."_s,
-                    {study});
-        return false;
-    }
-    if (model.chooseWeight(WeightKind::WeightUser, weight))
-        return true;
-    session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
-                u"Weight variable %1 not found in study %2."_s, {weight, study});
-    return false;
+    return request_.prepare(session, model, AnalysisMode::Frequency) ? request_.run(session, model, variables_) : 1;
 }
 
 }

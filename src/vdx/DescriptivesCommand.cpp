@@ -1,0 +1,120 @@
+#include "analysis/AnalysisModel.h"
+#include "analysis/DescriptivesChoice.h"
+#include "vdx/Command.h"
+#include "vdx/StudyRequest.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// vdx descriptives: statistics of one variable or more, perhaps by groups of another.
+class DescriptivesCommand : public Command {
+public:
+    CLI::App* declare(CLI::App& program) override;
+    int run(Session& session) override;
+
+private:
+    StudyRequest request_;
+    std::vector<std::string> variables_;
+    std::string by_, statistics_, digits_;
+
+    DescriptivesChoice choice() const;
+};
+
+CLI::App* DescriptivesCommand::declare(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("descriptives", "Descriptive statistics of variables of a study");
+    request_.declarePlaces(*command);
+    command->add_option("VARIABLE", variables_, "one variable or more")->required();
+    request_.declareOptions(*command);
+    command->add_option("--by", by_, "a row for each group of this variable")->type_name("VARIABLE");
+    command->add_option("--statistics", statistics_,
+                        "all, or some of Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance, "
+                        "Skewness, Kurtosis, Mode, Median, Quartiles, parted by commas (default: the first six)")
+        ->type_name("NAMES");
+    command->add_option("--digits", digits_,
+                        "decimals of all statistics, or of each in the order above, parted by \";\" (default: 2)")
+        ->type_name("N");
+    return command;
+}
+
+/// The statistic of a name: its title, or its caption in the dialog, without regard to case and blanks.
+std::optional<size_t> statisticOf(const QString& name) {
+    const auto plain = [](const QString& text) { return text.simplified().remove(u' ').toCaseFolded(); };
+    for (size_t i = 0; i < statisticCount; ++i)
+        if (plain(titlesOf(static_cast<Statistic>(i)).first()) == plain(name) ||
+            plain(DescriptivesChoice::captions()[i]) == plain(name))
+            return i;
+    return std::nullopt;
+}
+
+StatisticSelection selectionFrom(const QString& names) {
+    StatisticSelection selection{};
+    if (names.compare(u"all"_s, Qt::CaseInsensitive) == 0) {
+        selection.fill(true);
+        return selection;
+    }
+    for (const QString& name : names.split(u',')) {
+        const std::optional<size_t> statistic = statisticOf(name);
+        if (!statistic)
+            throw UsageError{u"--statistics %1: Eine Statistik dieses Namens gibt es nicht"_s.arg(name),
+                             u"--statistics %1: there is no statistic of that name"_s.arg(name)};
+        selection[*statistic] = true;
+    }
+    return selection;
+}
+
+std::array<QString, statisticCount> digitsFrom(const QString& text) {
+    constexpr int most = 15;
+    std::array<QString, statisticCount> digits;
+    digits.fill(u"0"_s);
+    QStringList numbers = text.split(u';');
+    if (numbers.last().isEmpty())
+        numbers.removeLast();
+    if (numbers.size() == 1)
+        numbers = QStringList(static_cast<qsizetype>(statisticCount), numbers.first());
+    bool good = !numbers.isEmpty() && numbers.size() <= static_cast<qsizetype>(statisticCount);
+    for (qsizetype i = 0; good && i < numbers.size(); ++i) {
+        const int number = numbers[i].toInt(&good);
+        good = good && number >= 0 && number <= most;
+        digits[static_cast<size_t>(i)] = QString::number(number);
+    }
+    if (!good)
+        throw UsageError{u"--digits %1: eine Zahl von 0 bis 15, oder bis zu 14 solche mit \";\" dazwischen"_s.arg(text),
+                         u"--digits %1: a number from 0 to 15, or up to 14 of them parted by \";\""_s.arg(text)};
+    return digits;
+}
+
+DescriptivesChoice DescriptivesCommand::choice() const {
+    DescriptivesChoice choice = DescriptivesChoice::defaults();
+    if (!statistics_.empty())
+        choice.chkDescriptives = selectionFrom(QString::fromStdString(statistics_));
+    if (!digits_.empty())
+        choice.cmbDigits = digitsFrom(QString::fromStdString(digits_));
+    return choice;
+}
+
+int DescriptivesCommand::run(Session& session) {
+    const DescriptivesChoice chosen = choice();
+    AnalysisModel model;
+    if (!request_.prepare(session, model, AnalysisMode::Descriptives))
+        return 1;
+    if (!by_.empty() && !request_.chooseVariable(session, model, by_, true))
+        return 1;
+    model.request.chkDescGroup = !by_.empty();
+    model.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
+        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
+                    u"%1 cannot be computed (%2), its cell stays empty."_s,
+                    {model.request.dbcVariable.value + u", "_s + place,
+                     QString::number(error.number()) + u' ' + error.description()});
+    };
+    return request_.run(session, model, variables_, [&] {
+        chosen.applyTo(model);
+        return true;
+    });
+}
+
+}
+
+std::unique_ptr<Command> makeDescriptivesCommand() {
+    return std::make_unique<DescriptivesCommand>();
+}

@@ -1,0 +1,110 @@
+#include "vdx/StudyRequest.h"
+
+#include "analysis/AnalysisModel.h"
+#include "config/Options.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Result {
+    QString title;
+    ResultTable table;
+};
+
+}
+
+void StudyRequest::declarePlaces(CLI::App& command) {
+    command.add_option("CATALOGUE", catalogue_, "catalogue file")->required();
+    command.add_option("STUDY", study_, "study number")->required();
+}
+
+void StudyRequest::declareOptions(CLI::App& command) {
+    command.add_option("--weight", weight_, "none, re, hh (the study's own weights) or the name of a weight variable")->type_name("WEIGHT");
+    command.add_option("--filter", filter_, "condition over variables of the study, such as \"V7=1 AND V8>2\"");
+    command.add_option("--part", part_, "part of the data set, by its number");
+    missingGiven_ = command.add_option("--missing", missing_,
+                                       "missing values in place of the documented ones, such as \"8;9\", or none");
+    command.add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
+    command.add_flag("--sql", sql_, "also print the statements, to standard error");
+}
+
+bool StudyRequest::prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const {
+    if (!filter_.empty() && !part_.empty())
+        throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
+    if (!session.open(QString::fromStdString(catalogue_)))
+        return false;
+    if (!data_.empty())
+        gOptions.DataPath = QString::fromStdString(data_);
+    if (sql_)
+        model.onStatement = [&session](const QString& name, const QString& statement) {
+            session.say(name + u": "_s + statement);
+        };
+    model.open();
+    const QString study = QString::fromStdString(study_);
+    if (!model.StudyClick(study)) {
+        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+        return false;
+    }
+    model.chooseMode(mode);
+    if (missingGiven_->count() > 0)
+        model.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
+    return chooseWeight(session, model) && chooseCases(session, model) && !session.failed();
+}
+
+bool StudyRequest::chooseCases(Session& session, AnalysisModel& model) const {
+    if (!part_.empty() && !model.choosePart(QString::fromStdString(part_))) {
+        session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s,
+                    {QString::fromStdString(study_), QString::fromStdString(part_)});
+        return false;
+    }
+    if (!filter_.empty())
+        model.chooseFilterText(QString::fromStdString(filter_));
+    return true;
+}
+
+bool StudyRequest::chooseWeight(Session& session, AnalysisModel& model) const {
+    const QString study = QString::fromStdString(study_);
+    const QString weight = QString::fromStdString(weight_);
+    if (weight == u"none")
+        return model.chooseWeight(WeightKind::noWeight);
+    if (weight == u"re" || weight == u"hh") {
+        if (model.chooseWeight(weight == u"re" ? WeightKind::WeightRE : WeightKind::WeightHH))
+            return true;
+        const bool representative = weight == u"re";
+        session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s : u"Studie %1 hat kein Haushaltsgewicht."_s,
+                    representative ? u"Study %1 has no representative weight."_s : u"Study %1 has no household weight."_s,
+                    {study});
+        return false;
+    }
+    if (model.chooseWeight(WeightKind::WeightUser, weight))
+        return true;
+    session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
+                u"Weight variable %1 not found in study %2."_s, {weight, study});
+    return false;
+}
+
+bool StudyRequest::chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second) const {
+    const QString variable = QString::fromStdString(name);
+    if (second ? model.chooseVariable2(variable) : model.chooseVariable(variable))
+        return true;
+    session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
+                {variable, QString::fromStdString(study_)});
+    return false;
+}
+
+int StudyRequest::run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
+                      const std::function<bool()>& choose) const {
+    std::vector<Result> results;
+    for (const std::string& variable : variables) {
+        if (!chooseVariable(session, model, variable) || (choose && !choose()))
+            return 1;
+        const RunOutcome outcome = model.changeTab(1);
+        if (session.failed() || (outcome != RunOutcome::Computed && outcome != RunOutcome::Reused))
+            return 1;
+        results.push_back({model.lblLabel, model.mfgGrid});
+    }
+    for (const Result& result : results)
+        session.printer().print(result.title, result.table);
+    return 0;
+}

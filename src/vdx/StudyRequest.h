@@ -1,0 +1,38 @@
+#pragma once
+
+#include "analysis/AnalysisRequest.h"
+#include "vdx/Session.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+#include <vector>
+
+class AnalysisModel;
+
+/// What every analysis of one study takes from the command line: catalogue and study, weight, filter or part, missing values, the folder of
+/// the case files, --sql.
+class StudyRequest {
+public:
+    /// The places in front: CATALOGUE and STUDY.
+    void declarePlaces(CLI::App& command);
+    void declareOptions(CLI::App& command);
+
+    /// Opens the catalogue and makes the request for a mode. False after words on standard error. @throws UsageError
+    bool prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const;
+    /// Runs the request for one variable after the other and prints the tables once all have come out: a table that failed must not hide
+    /// among those that did. @param choose what else is chosen with each variable; false ends it
+    /// @return exit status
+    int run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
+            const std::function<bool()>& choose = {}) const;
+    /// Chooses a variable by a name as typed, with words where there is none.
+    bool chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second = false) const;
+
+private:
+    std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;
+    bool sql_ = false;
+    CLI::Option* missingGiven_ = nullptr;
+
+    bool chooseWeight(Session& session, AnalysisModel& model) const;
+    bool chooseCases(Session& session, AnalysisModel& model) const;
+};
