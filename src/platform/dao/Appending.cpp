@@ -13,8 +13,16 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
+namespace {
+
+bool hasSizes(const TableInfo& table) {
+    return std::any_of(table.columns.begin(), table.columns.end(), [](const ColumnInfo& c) { return c.size > 0; });
+}
+
+} // namespace
+
 FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const QStringList& fields,
-                           std::unique_ptr<Attachments::Use> use)
+                           std::unique_ptr<Attachments::Use> use, Rules rules)
     : file_(std::move(file)), use_(std::move(use)), table_(table.sqlName) {
     if (table.readOnly) {
         raiseEngineError(3027);
@@ -37,7 +45,23 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
     }
     const QString sql = u"INSERT INTO "_s + table.sqlName + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
                         places.join(u", "_s) + u')';
-    insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
+    // What is prepared while this is set skips the rules for as long as it lives.
+    const auto ignoreRules = [this](const QString& value) {
+        file_->connection().run(u"PRAGMA ignore_check_constraints = "_s + value);
+    };
+    const bool kept = rules == Rules::KeptByTheAppender && !hasSizes(table);
+    if (kept) {
+        ignoreRules(u"ON"_s);
+    }
+    try {
+        insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
+    } catch (...) {
+        ignoreRules(u"OFF"_s);
+        throw;
+    }
+    if (kept) {
+        ignoreRules(u"OFF"_s);
+    }
 }
 
 int FileAppender::parameter(int column) const {
@@ -152,7 +176,8 @@ std::unique_ptr<Appender> FileCompanion::openAppender(const QString& table, cons
     if (!info) {
         raiseEngineError(3078, table);
     }
-    return std::make_unique<FileAppender>(file_, *info, fields, std::move(use));
+    // A companion's tables are those that it was given here.
+    return std::make_unique<FileAppender>(file_, *info, fields, std::move(use), FileAppender::Rules::KeptByTheAppender);
 }
 
 void FileCompanion::close() {
