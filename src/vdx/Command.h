@@ -27,6 +27,7 @@ std::unique_ptr<Command> makeVariablesCommand();
 std::unique_ptr<Command> makeTreeCommand();
 std::unique_ptr<Command> makeListCommand();
 std::unique_ptr<Command> makeFrequencyCommand();
+std::unique_ptr<Command> makeCrosstabCommand();
 std::unique_ptr<Command> makeDescriptivesCommand();
 
 /// The whole program. @param arguments without the program's name, in UTF-8

@@ -53,7 +53,19 @@ QString jsonLine(const QJsonObject& object) {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
 }
 
-/// Columns of a result table that hold figures: those whose filled cells below the header are all numbers.
+/// True for one number or more, with a percent sign or in brackets.
+bool isFigure(QString cell) {
+    cell.remove(u'%').remove(u'(').remove(u')').replace(u',', u'.');
+    const QStringList parts = cell.split(u' ', Qt::SkipEmptyParts);
+    return !parts.isEmpty() && std::all_of(parts.begin(), parts.end(), [](const QString& part) {
+        bool number = false;
+        part.toDouble(&number);
+        return number;
+    });
+}
+
+/// Columns of a result table that hold figures: those whose filled cells below the header are all numbers, but for
+/// marks.
 QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
     QList<int> columns;
     if (rows.empty())
@@ -62,14 +74,11 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
         bool any = false;
         bool all = true;
         for (size_t r = static_cast<size_t>(headerRows); r < rows.size() && all; ++r) {
-            QString cell = rows[r].at(c).trimmed();
-            if (cell.isEmpty())
+            const QString cell = rows[r].at(c).trimmed();
+            if (cell.isEmpty() || cell == "X"_L1)
                 continue;
             any = true;
-            cell.replace(u',', u'.');
-            if (cell.endsWith(u'%'))
-                cell.chop(1);
-            cell.toDouble(&all);
+            all = isFigure(cell);
         }
         if (any && all)
             columns << c;

@@ -18,6 +18,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeTreeCommand());
     commands.push_back(makeListCommand());
     commands.push_back(makeFrequencyCommand());
+    commands.push_back(makeCrosstabCommand());
     commands.push_back(makeDescriptivesCommand());
     return commands;
 }

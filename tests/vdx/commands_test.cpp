@@ -23,7 +23,7 @@ protected:
     VdxResult run(QStringList arguments) const {
         arguments.replaceInStrings(u"@"_s, catalogue_);
         arguments << u"--language"_s << u"de"_s << u"--decimal"_s << u"comma"_s;
-        if (arguments[0] == u"frequency")
+        if (arguments[0] == u"frequency" || arguments[0] == u"crosstab")
             arguments << u"--data"_s << data_;
         return runVdx(arguments);
     }
@@ -101,6 +101,10 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
         {v5 + QStringList{u"--format"_s, u"xml"_s}, 2, u"xml"_s},
         {{u"frequency"_s, u"@"_s}, 2, u""_s},
+        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V5"_s}, 1, u"Doppelte Variablen"_s},
+        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},
+        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s}, 2, u"COLVAR"_s},
+        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--show"_s, u"n"_s}, 2, u"--show"_s},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.arguments.join(u' ').toStdString());
@@ -110,6 +114,30 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         EXPECT_FALSE(result.err.isEmpty());
         EXPECT_TRUE(result.err.contains(c.words)) << result.err.toStdString();
     }
+}
+
+TEST_F(Commands, aCrosstabIsShownInTheViewsAskedFor) {
+    // V5 by V7, which is 1 and 2 in turn; the labelled missing 9 of V5 is left out, its system-missing is shown as missing.
+    const QStringList request{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--format"_s, u"csv"_s};
+    const QString absolute = u",V7,,1,2,Summe,Gült. Summe\r\n"
+                             u"V5,,,männlich,weiblich,,\r\n"
+                             u",,Missing,,,,\r\n"
+                             u",SYSMIS,X,,1,1,\r\n"
+                             u"1,zufrieden,,1,1,2,2\r\n"
+                             u"2,unzufrieden,,1,1,2,2\r\n"
+                             u"Summe,,,2,3,5,\r\n"
+                             u"Gült. Summe,,,2,2,,4\r\n"_s;
+    EXPECT_EQ(run(request).out, absolute);
+    const VdxResult all = run(request + QStringList{u"--show"_s, u"all"_s});
+    EXPECT_TRUE(all.out.startsWith(absolute + u"\r\n"_s));
+    EXPECT_EQ(all.out.count(u"V5,,,"_s), 4);
+    EXPECT_TRUE(all.out.contains(u"Gült. Summe,,,\"50,0%\",\"50,0%\",,\"100,0%\"\r\n"_s));
+    const VdxResult flipped = run(QStringList{request} << u"--flip"_s << u"--set"_s << u"IncludeMissingXTab=1"_s);
+    EXPECT_TRUE(flipped.out.contains(u",,Missing,X,,,X,,\r\n1,männlich,,,1,1,1,3,2\r\n"_s)) << flipped.out.toStdString();
+    const VdxResult text = run({u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--weight"_s, u"re"_s, u"--show"_s, u"row"_s});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(text.out.startsWith(
+        u"QX1919, V5: Zufriedenheit nach V7: Geschlecht (gewichtet nach V3), Zeilenprozente\n"_s)) << text.out.toStdString();
 }
 
 TEST_F(Commands, aReadOnlyCatalogueIsAnalysedAndNoRunChangesAFile) {
@@ -126,7 +154,7 @@ TEST_F(Commands, aReadOnlyCatalogueIsAnalysedAndNoRunChangesAFile) {
 TEST_F(Commands, helpTellsWhatToTypeOnEveryLevel) {
     const VdxResult program = runVdx({u"--help"_s});
     EXPECT_EQ(program.status, 0);
-    for (const QString& command : {u"import"_s, u"build"_s, u"studies"_s, u"variables"_s, u"tree"_s, u"list"_s, u"frequency"_s}) {
+    for (const QString& command : {u"import"_s, u"build"_s, u"studies"_s, u"variables"_s, u"tree"_s, u"list"_s, u"frequency"_s, u"crosstab"_s}) {
         EXPECT_TRUE(program.out.contains(command));
         const VdxResult help = runVdx({command, u"--help"_s});
         EXPECT_EQ(help.status, 0);

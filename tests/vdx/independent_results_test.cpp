@@ -77,6 +77,22 @@ QString oneDecimal(const QString& count, double base) {
     return QString::number(tenths / 10) + u'.' + QString::number(tenths % 10);
 }
 
+/// The options that ask for what the other program was asked for.
+QStringList optionsOf(const QHash<QString, QString>& facts) {
+    QStringList options{u"--format"_s, u"json"_s, u"--decimal"_s, u"point"_s, u"--language"_s, u"de"_s};
+    QStringList conditions;
+    if (!facts[u"filter"_s].isEmpty())
+        conditions << facts[u"filter"_s];
+    const QString weight = facts[u"weight"_s];
+    if (weight != u"OFF") {
+        options << u"--weight"_s << weight;
+        conditions << weight + u">0"_s;  // the other program leaves these cases out
+    }
+    if (!conditions.isEmpty())
+        options << u"--filter"_s << u'(' + conditions.join(u") AND ("_s) + u')';
+    return options;
+}
+
 void compare(const ExpectedTable& expected, const QJsonObject& table) {
     const QJsonArray cells = table[u"cells"_s].toArray();
     const bool weighted = expected.facts[u"weight"_s] != u"OFF";
@@ -141,23 +157,118 @@ TEST(IndependentResults, frequenciesOfRealFilesAgreeWithPspp) {
                 continue;  // a text variable with a code declared missing, which a definition cannot express
             SCOPED_TRACE((name + u'/' + file).toStdString());
             const ExpectedTable expected = readExpected(folder.filePath(file));
-            QStringList arguments{u"frequency"_s, catalogue, study, expected.facts[u"variable"_s], u"--format"_s, u"json"_s,
-                                  u"--decimal"_s, u"point"_s, u"--language"_s, u"de"_s};
-            QStringList conditions;
-            if (!expected.facts[u"filter"_s].isEmpty())
-                conditions << expected.facts[u"filter"_s];
-            const QString weight = expected.facts[u"weight"_s];
-            if (weight != u"OFF") {
-                arguments << u"--weight"_s << weight;
-                conditions << weight + u">0"_s;  // the other program leaves these cases out
-            }
-            if (!conditions.isEmpty())
-                arguments << u"--filter"_s << u'(' + conditions.join(u") AND ("_s) + u')';
-            const VdxResult run = runVdx(arguments);
+            const VdxResult run = runVdx(QStringList{u"frequency"_s, catalogue, study, expected.facts[u"variable"_s]} +
+                                         optionsOf(expected.facts));
             ASSERT_EQ(run.status, 0) << run.err.toStdString();
             compare(expected, QJsonDocument::fromJson(run.out.toUtf8()).object());
             ++tables;
         }
     }
     EXPECT_EQ(tables, 78);
+}
+
+namespace {
+
+struct ExpectedCell {
+    QString row, column;
+    double count = 0;  // rounded
+};
+
+struct ExpectedCrosstab {
+    QHash<QString, QString> facts;
+    std::vector<ExpectedCell> cells;  // without sums
+    QHash<QString, double> rowSums, columnSums;
+    double sum = 0;
+};
+
+ExpectedCrosstab readExpectedCrosstab(const QString& path) {
+    ExpectedCrosstab table;
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    for (const QString& line : QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts)) {
+        const qsizetype colon = line.indexOf(u':');
+        const QStringList fields = csvFields(line);
+        if (line.startsWith(u"# ")) {
+            table.facts.insert(line.mid(2, colon - 2), line.mid(colon + 1).trimmed());
+        } else if (fields[0] != u"row" && fields[0] != u"Total" && fields[2] != u"Total") {
+            const double count = rounded(fields[4].toDouble()).toDouble();
+            table.cells.push_back({fields[0], fields[2], count});
+            table.rowSums[fields[0]] += count;
+            table.columnSums[fields[2]] += count;
+            table.sum += count;
+        }
+    }
+    return table;
+}
+
+/// Position of a value on an axis that is not marked as missing, -1 without.
+template<class CellAt>
+int positionOf(const QString& value, int count, CellAt&& cellAt) {
+    for (int i = 3; i < count; ++i)
+        if (cellAt(i, 2) != u"X" && sameValue(cellAt(i, 0), value))
+            return i;
+    return -1;
+}
+
+/// @param percentages of the columns, rows and of all
+void compare(const ExpectedCrosstab& expected, const QJsonObject& absolute, const std::vector<QJsonObject>& percentages) {
+    const auto at = [](const QJsonObject& table, int column, int row) {
+        return table[u"cells"_s].toArray()[row].toArray()[column].toString();
+    };
+    const auto find = [&](const QJsonObject& table, const ExpectedCell& cell) {
+        return std::pair{positionOf(cell.column, table[u"columns"_s].toInt(), [&](int i, int k) { return at(table, i, k); }),
+                         positionOf(cell.row, table[u"rows"_s].toInt(), [&](int i, int k) { return at(table, k, i); })};
+    };
+    double found = 0;
+    for (const ExpectedCell& cell : expected.cells) {
+        if (cell.count == 0)
+            continue;
+        const std::string what = (cell.row + u" by "_s + cell.column).toStdString();
+        const auto [column, row] = find(absolute, cell);
+        ASSERT_TRUE(column > 0 && row > 0) << what;
+        EXPECT_EQ(at(absolute, column, row).toDouble(), cell.count) << what;
+        found += at(absolute, column, row).toDouble();
+        const double bases[] = {expected.columnSums[cell.column], expected.rowSums[cell.row], expected.sum};
+        for (size_t view = 0; view < 3; ++view) {
+            const auto [c, r] = find(percentages[view], cell);
+            ASSERT_TRUE(c > 0 && r > 0) << what;
+            EXPECT_EQ(at(percentages[view], c, r), oneDecimal(QString::number(cell.count, 'f', 0), bases[view])) << what;
+        }
+    }
+    // Nothing beyond what the other program counts.
+    EXPECT_EQ(found, at(absolute, absolute[u"columns"_s].toInt() - 1, absolute[u"rows"_s].toInt() - 1).toDouble());
+}
+
+}
+
+TEST(IndependentResults, crosstabsOfRealFilesAgreeWithPspp) {
+    const QDir results(sharedData + u"/results"_s);
+    if (!results.exists())
+        GTEST_SKIP() << "the folder of survey files is not here";
+    const VdxHome home;
+    int tables = 0;
+    for (const QString& name : results.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString catalogue = home.path(u"survey.mdb"_s);
+        const QString study = u"S"_s + QString(name).remove(u'_');
+        ASSERT_EQ(runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s, u"--study"_s, study}).status, 0);
+        const QDir folder(results.filePath(name));
+        for (const QString& file : folder.entryList({u"xtab_*.csv"_s})) {
+            if (file.contains(u"_edu_"_s))
+                continue;  // see above
+            SCOPED_TRACE((name + u'/' + file).toStdString());
+            const ExpectedCrosstab expected = readExpectedCrosstab(folder.filePath(file));
+            const VdxResult run = runVdx(QStringList{u"crosstab"_s, catalogue, study, expected.facts[u"rows"_s],
+                                                     expected.facts[u"columns"_s], u"--show"_s, u"all"_s, u"--set"_s,
+                                                     u"ShowPercentSign=0"_s} +
+                                         optionsOf(expected.facts));
+            ASSERT_EQ(run.status, 0) << run.err.toStdString();
+            std::vector<QJsonObject> views;
+            for (const QString& line : run.out.split(u'\n', Qt::SkipEmptyParts))
+                views.push_back(QJsonDocument::fromJson(line.toUtf8()).object());
+            ASSERT_EQ(views.size(), 4u);
+            compare(expected, views[0], {views.begin() + 1, views.end()});
+            ++tables;
+        }
+    }
+    EXPECT_EQ(tables, 26);
 }

@@ -1,0 +1,73 @@
+#include "analysis/AnalysisModel.h"
+#include "analysis/titles.h"
+#include "app/globals.h"
+#include "config/Options.h"
+#include "vdx/Command.h"
+#include "vdx/StudyRequest.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The views in the order of cbValues, as they are called on the command line and in a title.
+struct CrosstabView {
+    const char* name;
+    QString words;
+};
+const std::array<CrosstabView, 4> crosstabViews{{{"absolute", u"absolute Werte"_s},
+                                                 {"column", u"Spaltenprozente"_s},
+                                                 {"row", u"Zeilenprozente"_s},
+                                                 {"total", u"Gesamtprozente"_s}}};
+
+/// vdx crosstab: the crosstab of two variables.
+class CrosstabCommand : public Command {
+public:
+    CLI::App* declare(CLI::App& program) override;
+    int run(Session& session) override;
+
+private:
+    StudyRequest request_;
+    std::string row_, column_, show_ = "absolute";
+    bool flip_ = false;
+};
+
+CLI::App* CrosstabCommand::declare(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("crosstab", "Crosstab of two variables of a study");
+    request_.declarePlaces(*command);
+    command->add_option("ROWVAR", row_, "variable in the rows")->required();
+    command->add_option("COLVAR", column_, "variable in the columns")->required();
+    request_.declareOptions(*command);
+    command->add_option("--show", show_, "absolute, column, row or total (percentages), or all")
+        ->check(CLI::IsMember({"absolute", "column", "row", "total", "all"}))
+        ->type_name("VIEW");
+    command->add_flag("--flip", flip_, "exchange rows and columns, in creation mode");
+    return command;
+}
+
+int CrosstabCommand::run(Session& session) {
+    AnalysisModel model;
+    if (!request_.prepare(session, model, AnalysisMode::Crosstab) ||
+        !request_.chooseVariable(session, model, row_) || !request_.chooseVariable(session, model, column_, true))
+        return 1;
+    model.request.chkFlipXtab = model.bCreationMode = flip_;
+    if (model.changeTab(1) != RunOutcome::Computed || session.failed())
+        return 1;
+    for (size_t view = 0; view < crosstabViews.size(); ++view) {
+        if (show_ != "all" && show_ != crosstabViews[view].name)
+            continue;
+        model.chooseValues(static_cast<int>(view));
+        const QString title = resultTitle(model.request, model.mfgGrid, gOptions);
+        session.printer().print(view == 0 ? title : title + u", "_s + TranslateText(crosstabViews[view].words),
+                                model.mfgGrid);
+    }
+    return 0;
+}
+
+} // namespace
+
+std::unique_ptr<Command> makeCrosstabCommand() {
+    return std::make_unique<CrosstabCommand>();
+}
