@@ -69,6 +69,7 @@ void AnalysisModel::openNow() {
     dtData2.source = u"select * from tkey_Variable where fi_StudyNo like 'QX1919';"_s;
     dtData2.recordset = query(dtData2.source);
     variableChoices_.clear();
+    variables_.clear();
     creationOffered_ = gCatalogueOptions.VaridexCreationMode && dtData2.recordset;
     for (const QString& field :
          {u"dt_Instruction"_s, u"dt_Table"_s, u"dt_TableLayout"_s, u"dt_Graph"_s, u"dt_GraphLayout"_s})
@@ -130,13 +131,20 @@ void AnalysisModel::loadVariables(const QString& statement) {
     dtData2.source = statement;
     dtData2.recordset = query(statement);
     variableChoices_.clear();
+    variables_.clear();
     if (!hasRows(dtData2.recordset))
         return;
     dao::Recordset& rows = *dtData2.recordset;
     const int name = rows.indexOf(u"id_VarName"_s);
     const int label = rows.indexOf(contentField(u"dt_VarLabel"_s, u"dt_EnVarLabel"_s));
-    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
-        variableChoices_ << rows.value(name).toText() + u": "_s + rows.value(label).toText();
+    const int caseTable = rows.indexOf(u"dt_TableName"_s);
+    const int field = rows.indexOf(u"dt_FieldName"_s);
+    for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
+        variables_.push_back({rows.value(name).toText(),
+                              rows.value(label).toText(),
+                              {rows.value(caseTable).toText(), rows.value(field).toText()}});
+        variableChoices_ << variables_.back().name + u": "_s + variables_.back().label;
+    }
     rows.MoveFirst();
 }
 
@@ -307,6 +315,12 @@ bool AnalysisModel::chooseWeight(WeightKind kind, const QString& variable) {
     return true;
 }
 
+void AnalysisModel::chooseUserWeight() {
+    request.Option3 = WeightKind::WeightUser;
+    if (applyComparisonEntryChange)
+        applyComparisonEntryChange();
+}
+
 /// Switches the kind of filter; the user's own text is kept for the next time.
 void AnalysisModel::setFilterKind(FilterKind kind) {
     if (request.optFilter == FilterKind::FilterUser)
@@ -345,6 +359,43 @@ void AnalysisModel::chooseFilterText(const QString& text) {
     request.optFilter = FilterKind::FilterUser;
     if (applyComparisonEntryChange)
         applyComparisonEntryChange();
+}
+
+FilterResult AnalysisModel::checkFilter(const QString& text) const {
+    FilterSurroundings surroundings;
+    surroundings.find = [this](const QString& word, bool&) -> std::optional<VariablePlace> {
+        for (const StudyVariable& variable : variables_)
+            if (dao::compareTexts(variable.name, word) == 0)
+                return variable.place;
+        return std::nullopt;
+    };
+    surroundings.attach = [](const QString&) { return true; };
+    return translateFilter(text, surroundings);
+}
+
+namespace {
+
+/// Key and text of every row of a recordset, which stands at its first row then.
+std::vector<BoundPicker> listOf(const dao::RecordsetPtr& recordset, const QString& key, const QString& text) {
+    std::vector<BoundPicker> list;
+    if (!hasRows(recordset))
+        return list;
+    for (recordset->MoveFirst(); !recordset->Eof(); recordset->MoveNext())
+        list.push_back({recordset->text(key), recordset->text(text)});
+    recordset->MoveFirst();
+    return list;
+}
+
+} // namespace
+
+std::vector<BoundPicker> AnalysisModel::studies() {
+    return listOf(dtData1.recordset, u"id_StudyNo"_s, contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s));
+}
+
+std::vector<BoundPicker> AnalysisModel::parts() {
+    if (!hasParts_)
+        return {};
+    return listOf(dtData5.recordset, u"id_Part"_s, contentField(u"dt_PartName"_s, u"dt_EnPartName"_s));
 }
 
 bool AnalysisModel::choosePart(const QString& id) {
@@ -406,6 +457,10 @@ bool AnalysisModel::dbcParts_KeyDown(int key) {
 AnalysisView AnalysisModel::view() const {
     AnalysisView v;
     const AnalysisMode mode = request.mode;
+    v.requestTab = tab_ == 0;
+    v.tableTab = v.tableCommands = tab_ == 1;
+    v.chartTab = tab_ == 2;
+    v.printInColour = v.chartTab && gOptions.GraphColor;
     v.comparison = mode == AnalysisMode::Comparison;
     v.secondVariable =
         mode == AnalysisMode::Crosstab || (mode == AnalysisMode::Descriptives && request.chkDescGroup);

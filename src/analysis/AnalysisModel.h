@@ -1,8 +1,11 @@
 #pragma once
 
 #include "analysis/AnalysisRequest.h"
+#include "analysis/TableFacts.h"
 #include "analysis/caseData.h"
 #include "analysis/runTrap.h"
+#include "analysis/tableClick.h"
+#include "analysis/userFilter.h"
 #include "platform/dao/DBEngine.h"
 #include "tables/ResultTable.h"
 #include "tables/TableBuilder.h"
@@ -38,6 +41,9 @@ struct RunFacts {
 
 /// What the window shows and lets the user do, as data; everything follows from request, study and tab.
 struct AnalysisView {
+    bool requestTab = false, tableTab = false, chartTab = false; ///< the tab in front
+    bool tableCommands = false; ///< cmdPreview, cmdPrint, cmdCalculate, cmdSetMissing shown
+    bool printInColour = false; ///< what the printer is set to for the tab
     bool secondVariable = false, comparison = false, cmdDescriptives = false;
     bool dt_WeightRE = false, dt_WeightHH = false; ///< fields shown
     std::array<bool, 4> Option3{};                 ///< enabled
@@ -50,6 +56,12 @@ struct AnalysisView {
     bool cmdInstructionLoad = false, cmdTableLoad = false, cmdGraphLoad = false; ///< enabled; delete likewise
     bool cmd_ClearTrend = false, cmd_SaveTrend = false;                          ///< enabled
     std::array<bool, 4> mode{};                                                  ///< modes that can be chosen
+};
+
+/// A variable of the study that is chosen.
+struct StudyVariable {
+    QString name, label;
+    VariablePlace place;
 };
 
 /// The model of the analysis window: one request, its tables, its run. Works on the catalogue open in
@@ -74,6 +86,11 @@ public:
     static QString studyQuerySource();
     /// The choices for a variable, "<id_Varname>: <label>", in order of position.
     const QStringList& variableChoices() const { return variableChoices_; }
+    const std::vector<StudyVariable>& variables() const { return variables_; }
+    /// The studies of the catalogue, value the number and text the title.
+    std::vector<BoundPicker> studies();
+    /// The parts of the study for separate analysis.
+    std::vector<BoundPicker> parts();
 
     /// Loads all that hangs on a study. @return false if the catalogue lists no such study
     bool StudyClick(const QString& study);
@@ -92,10 +109,14 @@ public:
     bool chooseMode(AnalysisMode mode);
     /// @param variable the weight's variable for WeightUser, else not read
     bool chooseWeight(WeightKind kind, const QString& variable = QString());
+    /// The user's own weight, with the variable that was chosen for it last or none yet.
+    void chooseUserWeight();
     /// FilterParts needs a study with parts; FilterUser brings back its last text.
     bool chooseFilter(FilterKind kind);
     /// Sets FilterUser and the text, which is read at the run.
     void chooseFilterText(const QString& text);
+    /// What the run's pass would say to a filter text; asks no engine and attaches nothing.
+    FilterResult checkFilter(const QString& text) const;
     /// Sets FilterParts and the part. May show "Variable zum Datensatz-Teil nicht gefunden:". @param id
     /// id_Part
     bool choosePart(const QString& id);
@@ -122,11 +143,26 @@ public:
     /// "Spaltenprozente", 2 "Zeilenprozente", 3 "Gesamtprozente") in mfgGrid. Nothing in other modes and while
     /// a run goes on. A comparison refuses 2 and 3 with words and shows 0.
     void chooseValues(int view);
+    /// Runs the request for a table that no longer fits it: marks that the user has set are kept where they still apply.
+    void computeAnew();
+    /// Options were applied: marks count no more at the next run.
+    void optionsApplied();
+    /// Ends the run that goes on.
+    void stop() { bCancelRun = true; }
     /// True while any model runs: other windows leave the engine alone then.
     static bool running();
     const RunFacts& facts() const { return facts_; }
 
     // ---- the result
+    /// What the shown table was made from; nothing without a table.
+    const std::optional<TableFacts>& tableFacts() const { return shown_; }
+    TableState tableState() const;
+    /// A selection in mfgGrid, by mouse or key: changes the marks of data rows, or asks for a new calculation.
+    ClickEffect mfgGrid_Click(const GridSelection& selection);
+    /// A click on the head of a column: only asks.
+    ClickEffect headerClick();
+    /// The click on one selected cell; for a larger selection nothing.
+    ClickEffect cmdSetMissing(const GridSelection& selection);
     ResultTable mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5;
     /// Column of mfgGrid that a comparison's builder fills.
     int mfgGridCol = 0;
@@ -135,6 +171,7 @@ public:
     /// Studies, variables, counts (its Tag is the ResultCacheKey), labels, parts.
     DataHolder dtData1, dtData2, dtData3, dtData4, dtData5;
     bool bUserMissing = false;
+    bool bMarksKept = false; ///< set by a builder that took the marks of the table before
     int oldproc = 0;
     bool bNewCalc = false;
     bool bCreationMode = false;
@@ -144,6 +181,8 @@ public:
     // ---- what a window, a test or the command line adds
     /// Each statement as it is handed over: "q" or "counts", and its text.
     std::function<void(const QString& name, const QString& statement)> onStatement;
+    /// A run begins; nothing without one.
+    std::function<void()> onRun;
     /// Opens the missing-value dialog of Descriptives; nothing without one.
     std::function<void(AnalysisModel&)> askMissing;
     /// Hears of a statistic that cannot be computed, in place of the standard error box; see DescriptivesInput.
@@ -178,6 +217,9 @@ private:
     };
 
     QStringList variableChoices_;
+    std::vector<StudyVariable> variables_;
+    std::optional<TableFacts> shown_;
+    bool stopped_ = false; ///< the last run was cancelled
     std::optional<QString> missingOverride_;
     QString lastFilterText_;
     bool creationOffered_ = false;
@@ -211,4 +253,6 @@ private:
     RunOutcome dispatch();
     RunOutcome refuse(const QString& text);
     void clearTable();
+    void noteTable(bool complete, const CountFacts& facts);
+    Origin origin() const;
 };

@@ -2,6 +2,8 @@
 
 #include "analysis/CreateSQL.h"
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
@@ -81,7 +83,15 @@ void AnalysisModel::TAB1() {
     {
         const RunningScope scope(this);
         ui::asker().setPointer(ui::Pointer::Wait);
+        if (onRun)
+            onRun();
         facts_.outcome = dispatch();
+    }
+    stopped_ = facts_.outcome == RunOutcome::Cancelled;
+    if (facts_.outcome == RunOutcome::Reused && shown_) {
+        // The title is new with every run.
+        shown_->request = request;
+        shown_->options.IncludeMissing = gOptions.IncludeMissing;
     }
     // A run that ended early may have left the table as it was: the tag goes on saying what that is.
     const bool early = facts_.outcome == RunOutcome::Refused || facts_.outcome == RunOutcome::Cancelled;
@@ -121,6 +131,7 @@ void AnalysisModel::clearTable() {
     gridTouched_ = true;
     dtData3.Tag.clear();
     lblLabel.clear();
+    shown_.reset();
 }
 
 void AnalysisModel::cmdCalculate() {
@@ -163,4 +174,70 @@ void AnalysisModel::chooseValues(int view) {
     for (int row = 1; row < std::min(mfgGrid.Rows(), source.Rows()); ++row)
         for (int column = 3; column < std::min(mfgGrid.Cols(), source.Cols()); ++column)
             mfgGrid.setCell(column, row, source.Cell(column, row));
+}
+
+AnalysisModel::Origin AnalysisModel::origin() const {
+    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
+    return {database ? database->Name() : QString(), gOptions.DataPath, gLanguage};
+}
+
+void AnalysisModel::noteTable(bool complete, const CountFacts& facts) {
+    shown_ = TableFacts{.request = request,
+                        .options = gOptions,
+                        .filterSql = facts.userFilter ? facts.filterSql : QString(),
+                        .part = facts.part,
+                        .marksByHand = bMarksKept,
+                        .marks = marksOf(mfgGrid),
+                        .complete = complete};
+}
+
+TableState AnalysisModel::tableState() const {
+    if (!shown_)
+        return TableState::None;
+    if (!shown_->complete)
+        return TableState::CutShort;
+    if (stopped_)
+        return TableState::Stopped;
+    if (!asksTheSame(shown_->request, request))
+        return TableState::OtherRequest;
+    if (!showsTheSame(shown_->options, gOptions) || last_.origin != origin())
+        return TableState::OtherOptions;
+    return marksOf(mfgGrid) == shown_->marks ? TableState::Current : TableState::OtherMarks;
+}
+
+void AnalysisModel::computeAnew() {
+    if (running())
+        return;
+    const TableState state = tableState();
+    if (state == TableState::OtherOptions || state == TableState::OtherMarks) {
+        bUserMissing = shown_->marksByHand || marksOf(mfgGrid) != shown_->marks;
+        // The marks are read from the table in the shape that the options now give it.
+        if (bUserMissing && shown_->options.SeparateValidCases != gOptions.SeparateValidCases)
+            separateValidRow(mfgGrid, gOptions.SeparateValidCases);
+        dtData3.Tag.clear();
+    }
+    changeTab(1);
+}
+
+void AnalysisModel::optionsApplied() {
+    bUserMissing = false;
+    if (dtData3.recordset && !running())
+        attempt([this] { dtData3.recordset->Requery(); });
+}
+
+ClickEffect AnalysisModel::mfgGrid_Click(const GridSelection& selection) {
+    if (running() || !shown_ || !shown_->complete)
+        return ClickEffect::None;
+    const ClickEffect effect = clickTable(mfgGrid, selection, shown_->options.SeparateValidCases);
+    if (effect == ClickEffect::Ask)
+        cmdCalculate();
+    return effect;
+}
+
+ClickEffect AnalysisModel::headerClick() {
+    return mfgGrid_Click({.Row = 1, .RowSel = mfgGrid.Rows() - 1, .Col = markColumn, .ColSel = markColumn});
+}
+
+ClickEffect AnalysisModel::cmdSetMissing(const GridSelection& selection) {
+    return selection.isOneCell() ? mfgGrid_Click(selection) : ClickEffect::None;
 }

@@ -161,20 +161,16 @@ bool CreateSQL::askForMissing() {
     return true;
 }
 
-AnalysisModel::Origin CreateSQL::origin() const {
-    return {db_->Name(), gOptions.DataPath, gLanguage};
-}
-
 AnalysisModel::Computation CreateSQL::computation() const {
     return {
         round_.qSql, round_.study, round_.facts.variable, round_.facts.variable2, r_.dtMissing, r_.dtMissing2,
-        attached_,   origin()};
+        attached_,   m_.origin()};
 }
 
 /// True if the tables show this comparison, and each case table lies where it lay.
 bool CreateSQL::isComparisonShown() const {
     const AnalysisModel::Computation& last = m_.last_;
-    return comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == origin() &&
+    return comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == m_.origin() &&
            std::all_of(last.attached.begin(), last.attached.end(),
                        [this](const AttachedTable& table) { return liesWhereItLay(*db_, table); });
 }
@@ -273,7 +269,10 @@ bool CreateSQL::build() {
         r_.sMissing.clear();
     computed_ = true;
     m_.gridTouched_ = true;
+    m_.shown_.reset();
+    m_.bMarksKept = false;
     const BuildOutcome built = m_.builder()(m_);
+    m_.noteTable(built == BuildOutcome::Complete || built == BuildOutcome::Empty, round_.facts);
     m_.cbValuesShown_ = r_.mode == AnalysisMode::Crosstab || isComparison();
     switch (built) {
     case BuildOutcome::Complete:

@@ -63,7 +63,6 @@ private:
     bool translateUserFilter();
     void buildStatement();
     bool askForMissing();
-    AnalysisModel::Origin origin() const;
     AnalysisModel::Computation computation() const;
     QString statisticsKey() const;
     bool isComparisonShown() const;

@@ -46,7 +46,8 @@ BuildOutcome buildFrequency(AnalysisModel& model) {
                                .CommaInPercent = gOptions.CommaInPercent,
                                .AutoColWidth = gOptions.AutoColWidth,
                                .textWidth = model.textWidth,
-                               .cancelled = [&model] { return turnAndAsk(model); }};
+                               .cancelled = [&model] { return turnAndAsk(model); },
+                               .marksKept = &model.bMarksKept};
     return BuildFrequencyTable(model.mfgGrid, input, model.bUserMissing);
 }
 

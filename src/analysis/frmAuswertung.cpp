@@ -1,20 +1,278 @@
 #include "analysis/frmAuswertung.h"
 
+#include "analysis/frmAuswertung_widgets.h"
+#include "analysis/saveTable.h"
+#include "app/globals.h"
+#include "config/Options.h"
+#include "diagnostics/errors.h"
+#include "explorer/frmExplorer.h"
+#include "language/mdLanguage.h"
+#include "platform/ui/Asker.h"
+#include "tables/tableText.h"
 #include "widgets/Desktop.h"
+#include "widgets/RunGuard.h"
+#include "widgets/notBuilt.h"
+
+#include <QCloseEvent>
+#include <QPlainTextEdit>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-frmAuswertung* frmAuswertung::openFrom(const frmExplorer*) {
+namespace {
+
+/// Of gWindowSerials.
+constexpr size_t analysisSerial = 3;
+
+QString selectedText(const QWidget* widget) {
+    // An editable list has the focus in place of its line.
+    if (const auto* list = qobject_cast<const QComboBox*>(widget))
+        return selectedText(list->lineEdit());
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget))
+        return line->selectedText();
+    if (const auto* label = qobject_cast<const QLabel*>(widget))
+        return label->selectedText();
+    if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget))
+        return text->textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n');
+    return {};
+}
+
+} // namespace
+
+frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
     auto* window = new frmAuswertung;
+    window->Tag = QString::number(++gWindowSerials[analysisSerial]);
+    window->refreshTitles();
+    if (explorer)
+        trapped([&] { window->preselect(*explorer); });
+    window->showModel();
     desktop().adopt(*window);
     return window;
 }
 
-frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s) {
+frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_unique<Widgets>()) {
+    setWindowTitle(u"Auswertung"_s);
+    build();
+    model_.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
+    model_.onRun = [this] { showRunning(); };
     model_.open();
+    connectRequest();
+    connectTable();
+    mdLanguage::SetCtrlProps(*this);
+    refreshTitles();
 }
 
 frmAuswertung::~frmAuswertung() = default;
-void frmAuswertung::copy() {}
-void frmAuswertung::optionsApplied() {}
-void frmAuswertung::refreshTitles() {}
+
+/// Without the modes of several variables, the first variable that is selected is the one that is chosen.
+void frmAuswertung::preselect(const frmExplorer& explorer) {
+    using Place = frmExplorer::Place;
+    const ExplorerModel& shown = explorer.model();
+    const bool trend = gViews.at(explorer.viewNumber(), ViewTable::CompAnalysis) == u"1";
+    const std::vector<VariableRow>& rows = shown.list.rows;
+    std::vector<int> selected;
+    if (explorer.place() == Place::List)
+        selected = explorer.selectedRows();
+    else if (trend && explorer.place() == Place::Tree && !rows.empty())
+        selected = {0};
+    if (selected.empty() || selected.front() < 0 || selected.front() >= static_cast<int>(rows.size()))
+        return;
+    const VariableRow& row = rows[static_cast<size_t>(selected.front())];
+    if (model_.StudyClick(row.cell(1)))
+        model_.chooseVariable(row.Text);
+}
+
+void frmAuswertung::refreshTitles() {
+    setWindowTitle(Tag.isEmpty() ? TranslateText(u"Auswertung"_s) : TranslateText(u"Auswertung"_s) + u' ' + Tag);
+    nameForReaders();
+    showModel();
+}
+
+void frmAuswertung::optionsApplied() {
+    model_.optionsApplied();
+    showModel();
+}
+
+void frmAuswertung::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange && w_ && w_->SSTab && !showing_ && gBusy == 0)
+        showModel();
+}
+
+void frmAuswertung::closeEvent(QCloseEvent* event) {
+    if (RunGuard::closeAfterRun(*this))
+        event->ignore();
+    else
+        event->accept();
+}
+
+/// A gesture that changes the request: the model decides, the window shows what came of it.
+void frmAuswertung::act(const std::function<void()>& step) {
+    if (showing_ || gBusy > 0)
+        return;
+    trapped(step);
+    showModel();
+}
+
+/// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
+void frmAuswertung::run(const std::function<void()>& step) {
+    if (showing_ || gBusy > 0 || AnalysisModel::running())
+        return;
+    {
+        const RunGuard::Scope guard([this] { model_.stop(); }, {w_->cmdStop, w_->SSTab->tabBar()});
+        const BusyScope busy;
+        trapped(step);
+    }
+    showModel();
+}
+
+/// While the numbers are in the making, those of before don't pass for them.
+void frmAuswertung::showRunning() {
+    w_->lblState->setText(TranslateText(u"Die Tabelle wird berechnet..."_s));
+    w_->cmdComputeAnew->hide();
+    w_->cmdStop->show();
+    w_->fraState->show();
+    w_->mfgGrid->updateTable({});
+    w_->lblLabel->clear();
+    w_->lblFacts->clear();
+}
+
+void frmAuswertung::changeTab(int tab) {
+    if (showing_)
+        return;
+    if (AnalysisModel::running()) {
+        // Its own run is stopped by this, and the window goes there; another one's is let alone.
+        model_.changeTab(tab);
+        return;
+    }
+    if (tab == 0)
+        act([this] { model_.changeTab(0); });
+    else
+        run([this, tab] { model_.changeTab(tab); });
+    if (tab != model_.tab())
+        showModel();
+}
+
+void frmAuswertung::chooseStudy(int index) {
+    act([&] {
+        const std::vector<BoundPicker> studies = model_.studies();
+        if (index >= 0 && index < static_cast<int>(studies.size()))
+            model_.StudyClick(studies[static_cast<size_t>(index)].value);
+    });
+}
+
+void frmAuswertung::connectRequest() {
+    connect(w_->SSTab, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
+    for (ChoicePicker* study : {w_->dbcStudy, w_->dbcStudy_1})
+        study->onChosen = [this](int index) { chooseStudy(index); };
+    const auto nameAt = [this](int index) { return model_.variables().at(static_cast<size_t>(index)).name; };
+    for (ChoicePicker* first : {w_->dbcVariable, w_->dbcVariable_1, w_->dbcVariableUni})
+        first->onChosen = [this, nameAt](int index) { act([&] { model_.chooseVariable(nameAt(index)); }); };
+    for (ChoicePicker* second : {w_->dbcVariable2, w_->dbcVariable_2, w_->dbcVariable2Uni})
+        second->onChosen = [this, nameAt](int index) { act([&] { model_.chooseVariable2(nameAt(index)); }); };
+    for (ChoicePicker* weight : {w_->dbcVarGewicht, w_->dbcVarGewicht_1, w_->dbcVarGewicht_1Uni})
+        weight->onChosen = [this, nameAt](int index) {
+            act([&] { model_.chooseWeight(WeightKind::WeightUser, nameAt(index)); });
+        };
+    const auto mode = [this](QRadioButton* button, AnalysisMode chosen) {
+        connect(button, &QRadioButton::clicked, this, [=, this] { act([&] { model_.chooseMode(chosen); }); });
+    };
+    mode(w_->Option1, AnalysisMode::Frequency);
+    mode(w_->Option2, AnalysisMode::Crosstab);
+    mode(w_->Option4, AnalysisMode::Descriptives);
+    mode(w_->Option5, AnalysisMode::Comparison);
+    for (int i = 0; i < 4; ++i)
+        connect(w_->Option3[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
+            act([&] {
+                if (i == static_cast<int>(WeightKind::WeightUser))
+                    model_.chooseUserWeight();
+                else
+                    model_.chooseWeight(static_cast<WeightKind>(i));
+            });
+        });
+    for (int i = 0; i < 3; ++i)
+        connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this,
+                [this, i] { act([&] { model_.chooseFilter(static_cast<FilterKind>(i)); }); });
+    w_->dbcParts->onChosen = [this](int index) {
+        act([&] { model_.choosePart(model_.parts().at(static_cast<size_t>(index)).value); });
+    };
+    w_->dbcParts->onKey = [this](int key) {
+        bool taken = false;
+        // The platform's Delete is the key with code 46.
+        act([&] { taken = key == Qt::Key_Delete && model_.dbcParts_KeyDown(46); });
+        return taken;
+    };
+    connect(w_->txtFilter, &QLineEdit::textEdited, this, [this](const QString& text) {
+        if (showing_ || gBusy > 0)
+            return;
+        trapped([&] { model_.chooseFilterText(text); });
+        showFilterCheck();
+    });
+    connect(w_->chkDescGroup, &QCheckBox::clicked, this,
+            [this](bool on) { act([&] { model_.request.chkDescGroup = on; }); });
+}
+
+void frmAuswertung::connectTable() {
+    w_->mfgGrid->setMarkColumn(markColumn);
+    w_->mfgGrid->onMark = [this](const GridSelection& selection) {
+        ClickEffect effect = ClickEffect::None;
+        run([&] { effect = model_.mfgGrid_Click(selection); });
+        marked(effect);
+    };
+    w_->mfgGrid->onHeader = [this](int) { run([this] { model_.headerClick(); }); };
+    connect(w_->cmdSetMissing, &QPushButton::clicked, this, [this] {
+        ClickEffect effect = ClickEffect::None;
+        run([&] { effect = model_.cmdSetMissing(w_->mfgGrid->selection()); });
+        marked(effect);
+    });
+    connect(w_->cmdCalculate, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCalculate(); }); });
+    connect(w_->cmdComputeAnew, &QPushButton::clicked, this, [this] { run([this] { model_.computeAnew(); }); });
+    connect(w_->cmdStop, &QPushButton::clicked, this, [this] { model_.stop(); });
+    connect(w_->cmdCopyTable, &QPushButton::clicked, this, [this] { copy(); });
+    connect(w_->cmdSaveTableAs, &QPushButton::clicked, this, [this] { saveTableAs(); });
+}
+
+/// The user goes on marking where the hand was.
+void frmAuswertung::marked(ClickEffect effect) {
+    if (effect == ClickEffect::Marked)
+        w_->mfgGrid->setFocus();
+}
+
+void frmAuswertung::copy() {
+    if (gBusy > 0)
+        return;
+    trapped([this] {
+        if (model_.tab() != 1) {
+            const QString text = selectedText(focusWidget());
+            if (!text.isEmpty())
+                ui::asker().setClipboard(text, QString());
+            return;
+        }
+        const ResultTable& table = model_.mfgGrid;
+        ui::asker().setClipboard(model_.lblLabel + u"\r\n"_s + clipText(table), htmlTable(model_.lblLabel, table));
+        ui::asker().messageBox({.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s),
+                                .icon = ui::Icon::Information});
+    });
+}
+
+void frmAuswertung::saveTableAs() {
+    if (gBusy > 0 || !model_.tableFacts())
+        return;
+    trapped([this] {
+        const std::optional<QString> path = ui::asker().chooseFile(
+            {.title = TranslateText(u"Tabelle speichern"_s),
+             .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
+             .extension = u"csv"_s,
+             .folder = QString(),
+             .name = model_.request.dbcStudy.value + u'-' + model_.request.dbcVariable.value + u".csv"_s,
+             .save = true});
+        if (!path)
+            return;
+        const QString reason = saveTable(*path, model_.lblLabel, model_.mfgGrid,
+                                         {standsOn(*model_.tableFacts(), model_.mfgGrid).join(u" · "_s)});
+        if (!reason.isEmpty())
+            ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
+                                            u"\r\n"_s + *path + u"\r\n"_s + reason,
+                                    .icon = ui::Icon::Exclamation});
+    });
+}

@@ -3,6 +3,9 @@
 #include "analysis/AnalysisModel.h"
 #include "widgets/Form.h"
 
+#include <memory>
+
+class ChoicePicker;
 class frmExplorer;
 
 /// The analysis window: the request, the table, the chart.
@@ -18,10 +21,49 @@ public:
     AnalysisModel& model() { return model_; }
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
+    /// Asks for a file and writes the table to it, as csv or as an HTML page.
+    void saveTableAs();
 
     void optionsApplied() override;
     void refreshTitles() override;
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
 private:
+    struct Widgets;
+
     AnalysisModel model_;
+    std::unique_ptr<Widgets> w_;
+    bool showing_ = false; ///< the window is being set from the model
+
+    void build();
+    QWidget* buildRequest();
+    QWidget* buildStudy();
+    QWidget* buildVariable(bool second);
+    QWidget* buildMode();
+    QWidget* buildWeight();
+    QWidget* buildFilter();
+    QWidget* buildComparison();
+    QWidget* buildTable();
+    QWidget* buildTableCommands();
+    void connectRequest();
+    void connectTable();
+    void nameForReaders();
+
+    void act(const std::function<void()>& step);
+    void run(const std::function<void()>& step);
+    void changeTab(int tab);
+    void chooseStudy(int index);
+    void preselect(const frmExplorer& explorer);
+    void showModel();
+    void showRunning();
+    void showRequest(const AnalysisView& view);
+    void showWeight(const AnalysisView& view);
+    void showFilter(const AnalysisView& view);
+    void showFilterCheck();
+    void showTable(const AnalysisView& view);
+    void showTableState();
+    void marked(ClickEffect effect);
 };

@@ -17,6 +17,8 @@ bool shows(const ResultTable& table, int column, int row, const QString& word) {
     return text == TranslateText(word) || text == word;
 }
 
+} // namespace
+
 /// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does
 /// not.
 std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
@@ -30,6 +32,8 @@ std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
             return table.Cell(3, row);
     return std::nullopt;
 }
+
+namespace {
 
 /// Index of the last row or column that bears the sum's label, -1 where that sum is not in the table. The
 /// valid sums stand at the very end or nowhere; the whole sums stand before them or at the end.

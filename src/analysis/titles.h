@@ -3,6 +3,8 @@
 #include "analysis/AnalysisRequest.h"
 #include "tables/ResultTable.h"
 
+#include <optional>
+
 struct Options;
 
 /// The title of a result: what was asked, the N where the table has the sum that it means, weight and filter.
@@ -14,3 +16,6 @@ QString resultTitle(const AnalysisRequest& request, const ResultTable& table, co
 
 /// Header of a comparison's column. @param entry with the weight and filter of its round
 QString comparisonHeader(const ComparisonEntry& entry, const Options& options);
+
+/// The number of cases that a frequency table states, all of them or the valid ones; nothing for one that was cut short.
+std::optional<QString> frequencyN(const ResultTable& table, bool withMissing);

@@ -27,6 +27,8 @@ public:
     FilterResult run() {
         for (qsizetype i = 0; i < text_.size() && result_.failure == FilterResult::Failure::None; ++i)
             take(i);
+        if (result_.failure == FilterResult::Failure::None && tokenStart_ >= 0)
+            result_.lost = text_.mid(tokenStart_);
         return result_;
     }
 
@@ -51,7 +53,7 @@ private:
             if (tokenStart_ < 0)
                 result_.filterSql += c;
         } else if (!isDelimiter(c)) {
-            fail(FilterResult::Failure::IllegalCharacter, c.isHighSurrogate() ? text_.mid(i, 2) : QString(c));
+            fail(FilterResult::Failure::IllegalCharacter, c.isHighSurrogate() ? text_.mid(i, 2) : QString(c), i);
         } else {
             if (tokenStart_ >= 0 && !takeWord(text_.mid(tokenStart_, i - tokenStart_)))
                 return;
@@ -60,7 +62,8 @@ private:
         }
     }
 
-    bool fail(FilterResult::Failure failure, const QString& culprit) {
+    bool fail(FilterResult::Failure failure, const QString& culprit, qsizetype position) {
+        result_.position = position;
         result_.failure = failure;
         result_.culprit = culprit;
         return false;
@@ -75,15 +78,15 @@ private:
         bool ended = false;
         const std::optional<VariablePlace> place = around_.find(word, ended);
         if (ended)
-            return fail(FilterResult::Failure::Ended, word);
+            return fail(FilterResult::Failure::Ended, word, tokenStart_);
         if (!place)
-            return fail(FilterResult::Failure::UnknownVariable, word);
+            return fail(FilterResult::Failure::UnknownVariable, word, tokenStart_);
         result_.filterSql += place->table + u'.' + place->field;
         const QString& table = place->table;
         if (around_.joinedAlready.contains(table, Qt::CaseInsensitive) || result_.joins.contains(table))
             return true;
         result_.joins.add(table, u" INNER JOIN "_s + table + u" ON q.ID = "_s + table + u".dt_CaseID) "_s);
-        return around_.attach(table) || fail(FilterResult::Failure::Ended, word);
+        return around_.attach(table) || fail(FilterResult::Failure::Ended, word, tokenStart_);
     }
 };
 

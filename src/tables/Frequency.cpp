@@ -99,6 +99,8 @@ void FrequencyBuilder::prepare() {
     const bool empty = in_.counts.Bof() && in_.counts.Eof();
     if (bUserMissing_ && (empty || !keepMarks()))
         bUserMissing_ = false;
+    if (in_.marksKept)
+        *in_.marksKept = bUserMissing_;
     if (!bUserMissing_) {
         table_.Clear();
         table_.setRows(2);

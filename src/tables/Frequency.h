@@ -24,6 +24,7 @@ struct FrequencyInput {
     /// Asked once per row while percentages are made; gives the user interface its turn. True ends the
     /// builder.
     std::function<bool()> cancelled;
+    bool* marksKept = nullptr; ///< told whether the marks of the table before decide
 };
 
 /// Most values that a table takes.

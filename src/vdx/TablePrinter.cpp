@@ -1,6 +1,7 @@
 #include "vdx/TablePrinter.h"
 
 #include "tables/ResultTable.h"
+#include "tables/tableText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -31,17 +32,6 @@ QString oneLine(QString text) {
     return text;
 }
 
-std::vector<QStringList> rowsOf(const ResultTable& table) {
-    std::vector<QStringList> rows;
-    for (int r = 0; r < table.Rows(); ++r) {
-        QStringList cells;
-        for (int c = 0; c < table.Cols(); ++c)
-            cells << table.Cell(c, r);
-        rows.push_back(cells);
-    }
-    return rows;
-}
-
 QJsonArray jsonRows(const std::vector<QStringList>& rows) {
     QJsonArray all;
     for (const QStringList& row : rows)
@@ -51,17 +41,6 @@ QJsonArray jsonRows(const std::vector<QStringList>& rows) {
 
 QString jsonLine(const QJsonObject& object) {
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n';
-}
-
-/// True for one number or more, with a percent sign or in brackets.
-bool isFigure(QString cell) {
-    cell.remove(u'%').remove(u'(').remove(u')').replace(u',', u'.');
-    const QStringList parts = cell.split(u' ', Qt::SkipEmptyParts);
-    return !parts.isEmpty() && std::all_of(parts.begin(), parts.end(), [](const QString& part) {
-        bool number = false;
-        part.toDouble(&number);
-        return number;
-    });
 }
 
 /// Columns of a result table that hold figures: those whose filled cells below the header are all numbers, but for
@@ -88,13 +67,6 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
 
 }
 
-QString csvCell(const QString& text) {
-    if (!text.contains(u'"') && !text.contains(u',') && !text.contains(u'\n') && !text.contains(u'\r'))
-        return text;
-    QString quoted = text;
-    return u'"' + quoted.replace(u'"', u"\"\""_s) + u'"';
-}
-
 int terminalWidth(const QString& text) {
     int width = 0;
     for (char32_t c : text.toUcs4()) {
@@ -107,7 +79,7 @@ int terminalWidth(const QString& text) {
 }
 
 void TablePrinter::print(const QString& title, const ResultTable& table) {
-    const std::vector<QStringList> rows = rowsOf(table);
+    const std::vector<QStringList> rows = tableRows(table);
     switch (format_) {
     case Format::Json:
         write(jsonLine({{u"title"_s, title},
@@ -157,12 +129,7 @@ void TablePrinter::print(const QStringList& header, const std::vector<QStringLis
 void TablePrinter::writeCsv(const std::vector<QStringList>& rows) {
     if (!first_)
         write(u"\r\n"_s);
-    for (const QStringList& row : rows) {
-        QStringList cells;
-        for (const QString& cell : row)
-            cells << csvCell(cell);
-        write(cells.join(u',') + u"\r\n"_s);
-    }
+    write(csvText(rows));
 }
 
 void TablePrinter::writeAligned(const std::vector<QStringList>& rows, int headerRows, const QList<int>& rightAligned) {

@@ -35,7 +35,5 @@ private:
     void writeAligned(const std::vector<QStringList>& rows, int headerRows, const QList<int>& rightAligned);
 };
 
-/// One cell in csv: quoted when it holds a comma, a quote or a line break.
-QString csvCell(const QString& text);
 /// Columns that a text takes on a terminal: combining marks none, wide characters two.
 int terminalWidth(const QString& text);

@@ -90,7 +90,7 @@ const TextsWindow textsWindows[] = {
 };
 
 /// Texts that are the same word in both languages.
-const QSet<QString> textsEqual = {u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
+const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s, u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
                                   u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s,
                                   u"Varidex"_s, u"Deutsch"_s,      u"English"_s};
 

@@ -1,0 +1,17 @@
+#include "analysis/saveTable.h"
+
+#include "tables/tableText.h"
+
+#include <QSaveFile>
+
+using namespace Qt::StringLiterals;
+
+QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes) {
+    const bool page =
+        path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
+    const QByteArray content = (page ? htmlPage(title, table, notes) : csvText(tableRows(table))).toUtf8();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return file.errorString();
+    return {};
+}

@@ -1,0 +1,101 @@
+#include "widgets/FilterLine.h"
+
+#include <QAbstractItemView>
+#include <QCompleter>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QListView>
+#include <QStringListModel>
+#include <QTextCharFormat>
+
+namespace {
+
+bool isOfWord(QChar c) {
+    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'_' || c == u'-';
+}
+
+} // namespace
+
+FilterLine::FilterLine(const QString& name, QWidget* parent)
+    : QLineEdit(parent), completer_(new QCompleter(this)), model_(new QStringListModel(this)) {
+    setObjectName(name);
+    setProperty("CtrlTyp", QString()); // its text is the user's
+    completer_->setModel(model_);
+    completer_->setFilterMode(Qt::MatchContains);
+    completer_->setCaseSensitivity(Qt::CaseInsensitive);
+    auto* list = new QListView;
+    list->setUniformItemSizes(true);
+    completer_->setPopup(list);
+    // Not as the line's own completer: that would replace the whole text.
+    completer_->setWidget(this);
+    connect(completer_, qOverload<const QString&>(&QCompleter::activated), this,
+            [this](const QString& choice) { take(choice); });
+    connect(this, &QLineEdit::textEdited, this, [this] { offer(); });
+}
+
+void FilterLine::setChoices(const QStringList& choices) {
+    model_->setStringList(choices);
+}
+
+void FilterLine::markSpot(int start, int length) {
+    QList<QInputMethodEvent::Attribute> attributes;
+    if (length > 0) {
+        QTextCharFormat format;
+        format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+        format.setUnderlineColor(palette().color(QPalette::Text));
+        format.setFontWeight(QFont::Bold);
+        attributes << QInputMethodEvent::Attribute(QInputMethodEvent::TextFormat, start - cursorPosition(), length,
+                                                   format);
+    }
+    QInputMethodEvent event(QString(), attributes);
+    QLineEdit::inputMethodEvent(&event);
+}
+
+int FilterLine::wordStart() const {
+    int start = cursorPosition();
+    while (start > 0 && isOfWord(text()[start - 1]))
+        --start;
+    return start;
+}
+
+void FilterLine::offer() {
+    const QString word = text().mid(wordStart(), cursorPosition() - wordStart());
+    if (word.isEmpty() || word[0].isDigit()) {
+        completer_->popup()->hide();
+        return;
+    }
+    completer_->setCompletionPrefix(word);
+    if (completer_->completionCount() == 0 ||
+        (completer_->completionCount() == 1 &&
+         completer_->currentCompletion().startsWith(word + u':', Qt::CaseInsensitive)))
+        completer_->popup()->hide();
+    else
+        completer_->complete();
+}
+
+void FilterLine::take(const QString& choice) {
+    const int start = wordStart();
+    const QString name = choice.left(choice.indexOf(u':'));
+    QString all = text();
+    all.replace(start, cursorPosition() - start, name);
+    setText(all);
+    setCursorPosition(start + static_cast<int>(name.size()));
+    Q_EMIT textEdited(all);
+}
+
+void FilterLine::keyPressEvent(QKeyEvent* event) {
+    // These belong to the list of names while it is open.
+    if (completer_->popup()->isVisible())
+        switch (event->key()) {
+        case Qt::Key_Enter:
+        case Qt::Key_Return:
+        case Qt::Key_Escape:
+        case Qt::Key_Tab:
+        case Qt::Key_Backtab:
+            event->ignore();
+            return;
+        default:
+            break;
+        }
+    QLineEdit::keyPressEvent(event);
+}

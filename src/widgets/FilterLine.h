@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QLineEdit>
+#include <QStringList>
+
+class QCompleter;
+class QStringListModel;
+
+/// A line for a condition over variables: offers their names as one types, found over name and label, and marks a spot.
+class FilterLine : public QLineEdit {
+public:
+    FilterLine(const QString& name, QWidget* parent);
+
+    /// @param choices "<name>: <label>"
+    void setChoices(const QStringList& choices);
+    /// Underlines a stretch of the text; a length of 0 takes the mark away.
+    void markSpot(int start, int length);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QCompleter* completer_;
+    QStringListModel* model_;
+
+    int wordStart() const;
+    void offer();
+    void take(const QString& choice);
+};

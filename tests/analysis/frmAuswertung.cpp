@@ -1,0 +1,313 @@
+#include "analysis/frmAuswertung.h"
+
+#include "app/globals.h"
+#include "config/Options.h"
+#include "support/PrintQt.h"
+#include "support/WindowTest.h"
+#include "tables/tableText.h"
+#include "widgets/ChoicePicker.h"
+#include "widgets/FilterLine.h"
+#include "widgets/ResultTableView.h"
+
+#include <QFile>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QTest>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+class AnalysisWindow : public WindowTest {
+protected:
+    frmAuswertung* window = nullptr;
+
+    void open() {
+        openSampleArchive();
+        window = frmAuswertung::openFrom(nullptr);
+        window->setAttribute(Qt::WA_DeleteOnClose, false);
+        window->activateWindow();
+        settle();
+    }
+    ~AnalysisWindow() override { delete window; }
+
+    template<class Widget>
+    Widget* the(const QString& name) {
+        auto* found = window->findChild<Widget*>(name);
+        EXPECT_NE(found, nullptr) << name.toStdString();
+        return found;
+    }
+    /// Chooses as a person does who types and presses Enter.
+    void type(const QString& picker, const QString& text) {
+        auto* list = the<ChoicePicker>(picker);
+        list->setFocus();
+        list->lineEdit()->selectAll();
+        QTest::keyClicks(list, text);
+        QTest::keyClick(list, Qt::Key_Enter);
+        settle();
+    }
+    void chooseStudy(const QString& number) {
+        auto* picker = the<ChoicePicker>(u"dbcStudy_1"_s);
+        picker->setFocus();
+        QTest::keyClick(picker, Qt::Key_Home);
+        for (int i = 0; i < picker->count() && picker->currentText() != number; ++i)
+            QTest::keyClick(picker, Qt::Key_Down);
+        ASSERT_EQ(window->model().request.dbcStudy.value, number);
+    }
+    void goTo(int tab) {
+        QTabBar* bar = the<QTabWidget>(u"SSTab"_s)->tabBar();
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
+        settle();
+    }
+    void click(const QString& button) {
+        QTest::mouseClick(the<QPushButton>(button), Qt::LeftButton);
+        settle();
+    }
+    /// What the grid paints, as a reader of rows would write it down.
+    QString row(int number) {
+        const ResultTable& table = the<ResultTableView>(u"mfgGrid"_s)->table();
+        return number < table.Rows() ? tableRows(table)[static_cast<size_t>(number)].join(u'|') : QString();
+    }
+    void selectCell(int tableRow, int tableColumn) {
+        auto* grid = the<ResultTableView>(u"mfgGrid"_s);
+        grid->setCurrentIndex(grid->model()->index(tableRow - 1, tableColumn - 1));
+        grid->setFocus();
+    }
+    QString state() { return the<QLabel>(u"lblState"_s)->isVisibleTo(window) ? the<QLabel>(u"lblState"_s)->text() : QString(); }
+    void openTable(const QString& variable = u"GESCHL"_s) {
+        open();
+        chooseStudy(u"SV2014"_s);
+        type(u"dbcVariableUni"_s, variable);
+        goTo(1);
+    }
+};
+
+TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNoFreeText) {
+    open();
+    chooseStudy(u"SV2014"_s);
+    type(u"dbcVariableUni"_s, u"schlecht"_s);
+    EXPECT_EQ(window->model().request.dbcVariable.value, u"GESCHL");
+    EXPECT_EQ(the<ChoicePicker>(u"dbcVariable"_s)->currentText(), u"Geschlecht");
+    EXPECT_EQ(the<QLabel>(u"lblVariable"_s)->text(), u"GESCHL: Geschlecht");
+    for (const Qt::Key leave : {Qt::Key_Tab, Qt::Key_Enter, Qt::Key_Escape}) {
+        auto* list = the<ChoicePicker>(u"dbcVariableUni"_s);
+        list->setFocus();
+        list->lineEdit()->selectAll();
+        QTest::keyClicks(list, u"gibt es nicht"_s);
+        QTest::keyClick(list, leave);
+        settle();
+        EXPECT_EQ(list->currentText(), u"GESCHL: Geschlecht") << leave;
+        EXPECT_EQ(window->model().request.dbcVariable.value, u"GESCHL") << leave;
+    }
+    // Another study, another list: nothing of the old one is left.
+    chooseStudy(u"SV2018"_s);
+    EXPECT_EQ(the<ChoicePicker>(u"dbcVariableUni"_s)->currentText(), QString());
+    EXPECT_TRUE(window->model().request.dbcVariable.isEmpty());
+}
+
+TEST_F(AnalysisWindow, WhatIsNotBuiltIsDisabledAndSaysWhy) {
+    open();
+    for (const QString& name : {u"Option2"_s, u"Option4(3)"_s, u"Option5"_s, u"cmdPreview"_s, u"cmdPrint"_s}) {
+        EXPECT_FALSE(the<QWidget>(name)->isEnabled()) << name.toStdString();
+        EXPECT_EQ(the<QWidget>(name)->toolTip(), u"In dieser Version noch nicht enthalten.");
+    }
+    auto* tabs = the<QTabWidget>(u"SSTab"_s);
+    EXPECT_FALSE(tabs->isTabEnabled(2));
+    EXPECT_EQ(tabs->tabToolTip(2), u"In dieser Version noch nicht enthalten.");
+    EXPECT_TRUE(the<QRadioButton>(u"Option1"_s)->isChecked());
+    // Without a study there is nothing to compute.
+    goTo(1);
+    EXPECT_EQ(asker.texts(), QStringList{u"Bitte eine Variable auswählen"_s});
+    EXPECT_EQ(tabs->currentIndex(), 0);
+}
+
+TEST_F(AnalysisWindow, TheTableTabShowsTheTableAndWhatItStandsOn) {
+    openTable();
+    EXPECT_EQ(row(0), u"Wert|Ausprägung|Missing|Anzahl|Prozent|Gült.Prozent|Kumul.Prozent");
+    EXPECT_EQ(row(1).section(u'|', 0, 2), u"1|männlich|");
+    EXPECT_EQ(the<QLabel>(u"lblLabel"_s)->text(), window->model().lblLabel);
+    EXPECT_EQ(state(), QString());
+    const QString facts = the<QLabel>(u"lblFacts"_s)->text();
+    EXPECT_TRUE(facts.startsWith(u"Studie: SV2014, Leben in Solvarden 2014 · Filter: keiner · Gewicht: keines · N = "_s))
+        << facts.toStdString();
+    EXPECT_TRUE(facts.endsWith(u" · Missing-Definition: 9"_s)) << facts.toStdString();
+    // The grid holds every cell of the model's table.
+    EXPECT_EQ(clipText(the<ResultTableView>(u"mfgGrid"_s)->table()), clipText(window->model().mfgGrid));
+}
+
+TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
+    open();
+    chooseStudy(u"SV2014"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    auto* line = the<FilterLine>(u"txtFilter"_s);
+    EXPECT_FALSE(line->isEnabled());
+    QTest::mouseClick(the<QRadioButton>(u"optFilter(2)"_s), Qt::LeftButton, {}, QPoint(8, 8));
+    ASSERT_TRUE(line->isEnabled());
+    line->setFocus();
+    QTest::keyClicks(line, u"GESCHL=1 AND GIBTSNICHT=2"_s);
+    auto* check = the<QLabel>(u"lblFilterCheck"_s);
+    EXPECT_EQ(check->text(), u"GIBTSNICHT nicht gefunden");
+    line->clear();
+    QTest::keyClicks(line, u"GESCHL = ;"_s);
+    EXPECT_EQ(check->text(), u"Unerlaubtes Zeichen: ;");
+    line->clear();
+    QTest::keyClicks(line, u"GESCHL=1"_s);
+    EXPECT_FALSE(check->isVisibleTo(window));
+    goTo(1);
+    EXPECT_EQ(row(2).section(u'|', 1, 1), u"Summe") << "only men are left";
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u".GESCHL=1 · "_s));
+    EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(AnalysisWindow, MarksAreSetBySpaceAndClickAndTheLineOffersToComputeAnew) {
+    openTable();
+    const QString before = row(1);
+    selectCell(1, 2);
+    QTest::keyClick(the<ResultTableView>(u"mfgGrid"_s), Qt::Key_Space);
+    EXPECT_EQ(row(1).section(u'|', 2, 2), u"X");
+    EXPECT_EQ(state(), u"Die Missing-Werte wurden seit der Berechnung geändert.");
+    click(u"cmdComputeAnew"_s);
+    EXPECT_EQ(state(), QString());
+    EXPECT_EQ(row(1).section(u'|', 5, 5), u" ") << "a missing value has no valid percent";
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().endsWith(u"von Hand gesetzt: 1; 9"_s))
+        << the<QLabel>(u"lblFacts"_s)->text().toStdString();
+
+    // One click in the column takes the mark back; another column does nothing.
+    auto* grid = the<ResultTableView>(u"mfgGrid"_s);
+    const auto clickCell = [&](int column) {
+        QTest::mouseClick(grid->viewport(), Qt::LeftButton, {},
+                          grid->visualRect(grid->model()->index(0, column - 1)).center());
+    };
+    clickCell(3);
+    EXPECT_EQ(row(1).section(u'|', 2, 2), u"X");
+    clickCell(2);
+    EXPECT_EQ(row(1).section(u'|', 2, 2), u" ");
+    click(u"cmdComputeAnew"_s);
+    EXPECT_EQ(row(1).section(u'|', 3), before.section(u'|', 3));
+    EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(AnalysisWindow, AClickOnAHeadingOnlyAsksAndTheOriginalDefinitionComesBack) {
+    openTable();
+    selectCell(1, 2);
+    click(u"cmdSetMissing"_s);
+    const QString marked = row(1);
+    const auto clickHeading = [&] {
+        QHeaderView* head = the<ResultTableView>(u"mfgGrid"_s)->horizontalHeader();
+        QTest::mouseClick(head->viewport(), Qt::LeftButton, {},
+                          QPoint(head->sectionViewportPosition(1) + head->sectionSize(1) / 2, head->height() / 2));
+        settle();
+    };
+    asker.answer(ui::Answer::No);
+    clickHeading();
+    EXPECT_EQ(row(1), marked) << "the question was answered with No";
+    asker.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
+    clickHeading();
+    EXPECT_EQ(row(1).section(u'|', 2, 2), QString());
+    EXPECT_EQ(asker.texts(),
+              (QStringList{u"Möchten Sie die Tabelle neuberechnen?"_s, u"Möchten Sie die Tabelle neuberechnen?"_s,
+                           u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s}));
+}
+
+TEST_F(AnalysisWindow, OptionsThatChangeTheTableAreNoticedAndMarksByHandOutliveThem) {
+    openTable();
+    selectCell(1, 2);
+    click(u"cmdSetMissing"_s);
+    gOptions.SeparateValidCases = !gOptions.SeparateValidCases;
+    window->optionsApplied();
+    EXPECT_EQ(state(), u"Die Optionen wurden seit der Berechnung geändert.");
+    const int rows = window->model().mfgGrid.Rows();
+    click(u"cmdComputeAnew"_s);
+    EXPECT_EQ(window->model().mfgGrid.Rows(), rows - 1);
+    EXPECT_EQ(row(1).section(u'|', 2, 2), u"X");
+    EXPECT_EQ(state(), QString());
+}
+
+TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThatTheNameSays) {
+    openTable();
+    window->copy();
+    EXPECT_EQ(asker.lastText(), u"Tabelle in Zwischenablage kopiert.");
+    const QStringList lines = asker.clipboardText.split(u'\r');
+    EXPECT_EQ(lines[0], window->model().lblLabel);
+    EXPECT_EQ(lines[1], u"\nWert\tAusprägung\tMissing\tAnzahl\tProzent\tGült.Prozent\tKumul.Prozent");
+    EXPECT_EQ(lines.size(), window->model().mfgGrid.Rows() + 1);
+    EXPECT_TRUE(asker.clipboardHtml.contains(u"<td align=\"left\">männlich</td>"_s));
+
+    const auto saved = [&](const QString& name) {
+        asker.file(home.path(name));
+        click(u"cmdSaveTableAs"_s);
+        QFile file(home.path(name));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : u"no file"_s;
+    };
+    EXPECT_TRUE(saved(u"t.csv"_s).startsWith(u"Wert,Ausprägung,Missing,Anzahl,"_s));
+    const QString page = saved(u"t.html"_s);
+    EXPECT_TRUE(page.startsWith(u"<!DOCTYPE html>"_s) && page.contains(u"Missing-Definition: 9"_s));
+    EXPECT_EQ(saved(u"not/there/t.csv"_s), u"no file");
+    EXPECT_TRUE(asker.lastText().startsWith(u"Die Tabelle konnte nicht gespeichert werden:"_s));
+
+    goTo(0);
+    auto* line = the<ChoicePicker>(u"dbcVariableUni"_s)->lineEdit();
+    line->setFocus();
+    line->setSelection(0, 3);
+    window->copy();
+    EXPECT_EQ(asker.clipboardText, u"GES");
+}
+
+TEST_F(AnalysisWindow, ARunIsStoppedByItsButtonOrEscapeAndOtherInputIsSwallowed) {
+    open();
+    chooseStudy(u"SV2014"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    AnalysisModel second;
+    QPushButton other;
+    int pressed = 0;
+    QObject::connect(&other, &QPushButton::clicked, [&] { ++pressed; });
+    other.show();
+    for (const bool byKey : {false, true}) {
+        bool done = false;
+        asker.onEventTurn = [&] {
+            if (std::exchange(done, true))
+                return;
+            EXPECT_TRUE(AnalysisModel::running());
+            EXPECT_GT(gBusy, 0);
+            QTest::mouseClick(&other, Qt::LeftButton);
+            QTest::keyClick(&other, Qt::Key_Space);
+            EXPECT_EQ(second.changeTab(1), RunOutcome::NotRun) << "another run is refused";
+            if (byKey)
+                QTest::keyClick(window, Qt::Key_Escape);
+            else
+                QTest::mouseClick(the<QPushButton>(u"cmdStop"_s), Qt::LeftButton);
+        };
+        goTo(1);
+        EXPECT_EQ(window->model().facts().outcome, RunOutcome::Cancelled);
+        EXPECT_TRUE(window->model().dtData3.Tag.isEmpty());
+        EXPECT_EQ(state(), u"Die Berechnung wurde abgebrochen.");
+        EXPECT_EQ(gBusy, 0);
+        asker.onEventTurn = nullptr;
+        goTo(0);
+    }
+    EXPECT_EQ(pressed, 0);
+    goTo(1);
+    EXPECT_EQ(state(), QString());
+    EXPECT_EQ(row(1).section(u'|', 1, 1), u"männlich");
+}
+
+TEST_F(AnalysisWindow, ClosingDuringARunStopsItFirst) {
+    open();
+    chooseStudy(u"SV2014"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    bool openDuringRun = false, done = false;
+    asker.onEventTurn = [&] {
+        if (std::exchange(done, true))
+            return;
+        window->close();
+        openDuringRun = window->isVisible() && AnalysisModel::running();
+    };
+    goTo(1);
+    EXPECT_TRUE(openDuringRun);
+    EXPECT_EQ(window->model().facts().outcome, RunOutcome::Cancelled);
+    EXPECT_FALSE(window->isVisible());
+}
