@@ -87,9 +87,10 @@ bool VariablePanel::move(Step step, const ExplorerState& state) {
     return true;
 }
 
-void VariablePanel::refill(const ExplorerState& state) {
+bool VariablePanel::refill(const ExplorerState& state) {
     if (filled_)
         fill(isEnglish(state));
+    return filled_;
 }
 
 void VariablePanel::clear() {

@@ -34,8 +34,8 @@ public:
               const dao::RecordsetPtr& ofList = {});
     /// Moves in the result set, not beyond its ends, and fills. @return false without a record
     bool move(Step step, const ExplorerState& state);
-    /// Fills question and facts anew from the current record, if they show one.
-    void refill(const ExplorerState& state);
+    /// Fills question and facts anew from the current record. @return false if they show none
+    bool refill(const ExplorerState& state);
     /// Empties the question and the facts; the result set stays.
     void clear();
 

@@ -301,8 +301,8 @@ void frmExplorer::switchChosen(bool panelB, const QString& key) {
         bool& english = panelB ? state.bELVV : state.bVarWindowForEnglishLanguage;
         english = !english;
         if (panelB) {
-            model_.panelB.refill(state);
-            panelB_->show(model_.panelB);
+            if (model_.panelB.refill(state))
+                panelB_->show(model_.panelB);
         } else {
             lvListView_ItemClick(true);
         }

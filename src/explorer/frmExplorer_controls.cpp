@@ -240,10 +240,10 @@ void frmExplorer::refreshTitles() {
     showRowCount();
     reportUnreached();
     // Facts carry their names in the language of the labels.
-    model_.panelA.refill(model_.state);
-    model_.panelB.refill(model_.state);
-    panelA_->show(model_.panelA);
-    panelB_->show(model_.panelB);
+    if (model_.panelA.refill(model_.state))
+        panelA_->show(model_.panelA);
+    if (model_.panelB.refill(model_.state))
+        panelB_->show(model_.panelB);
 }
 
 std::vector<ControlText> frmExplorer::controls() const {

@@ -14,13 +14,25 @@ namespace {
 
 struct SwitchLook {
     const char16_t* key;
-    const char16_t* text;
-    bool stays; ///< keeps pressed in
+    const char16_t* text; ///< shown where there is no picture
+    bool stays;           ///< keeps pressed in
+    const char16_t* picture;
+    const char16_t* pictureOn;
 };
 constexpr SwitchLook switchLooks[switchCount] = {
-    {u"english", u"E", true}, {u"fixed", u"F", true},  {u"list", u"L", true},   {u"first", u"<<", false},
-    {u"back", u"<-", false},  {u"next", u"->", false}, {u"last", u">>", false},
+    {u"english", u"E", true, u"switch-english", u"switch-english-on"},
+    {u"fixed", u"F", true, u"font", u"font"},
+    {u"list", u"L", true, u"switch-list", u"switch-list-on"},
+    {u"first", u"<<", false, u"go-first", u"go-first"},
+    {u"back", u"<-", false, u"go-back", u"go-back"},
+    {u"next", u"->", false, u"go-next", u"go-next"},
+    {u"last", u">>", false, u"go-last", u"go-last"},
 };
+
+void showPicture(QToolButton& cell, const char16_t* name) {
+    cell.setIcon(Icons::get(QString::fromUtf16(name)));
+    cell.setToolButtonStyle(cell.icon().isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonIconOnly);
+}
 
 } // namespace
 
@@ -43,6 +55,7 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
         cell->setAutoRaise(true);
         cell->setFocusPolicy(Qt::TabFocus);
         cell->setCheckable(look.stays);
+        showPicture(*cell, look.picture);
         cell->setProperty("CtrlTyp", QString());
         connect(cell, &QToolButton::clicked, this, [this, key] {
             if (switched)
@@ -110,9 +123,9 @@ void FactsStrip::setOn(const QString& key, bool on) {
     if (!of)
         return;
     of->setChecked(on);
-    const QIcon picture = Icons::get(key + (on ? u"-on"_s : u"-off"_s));
-    of->setIcon(picture);
-    of->setToolButtonStyle(picture.isNull() ? Qt::ToolButtonTextOnly : Qt::ToolButtonTextBesideIcon);
+    for (const SwitchLook& look : switchLooks)
+        if (key == QString::fromUtf16(look.key))
+            showPicture(*of, on ? look.pictureOn : look.picture);
 }
 
 bool FactsStrip::isOn(const QString& key) const {
