@@ -14,6 +14,7 @@
 #include "widgets/twips.h"
 
 #include <QHash>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>

@@ -65,8 +65,8 @@ private:
     Place place_ = Place::Tree;
     bool rowShown_ = false; ///< panel A and its assignments show the present selection
 
-    ElidedLabel *lblTitle0_, *lblTitle1_;
-    QLabel *lblUnreached_, *lblRowCount_;
+    ElidedLabel* lblTitle1_;
+    QLabel *lblTitle0_, *lblUnreached_, *lblRowCount_;
     QTreeView* tvTreeView_;
     CatalogueTreeModel* treeModel_;
     QLineEdit* txtQuickFilter_;

@@ -11,6 +11,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
@@ -88,7 +89,9 @@ void frmExplorer::buildControls() {
 
 QWidget* frmExplorer::buildTreeSide() {
     auto* side = new QWidget;
-    lblTitle0_ = ownText(new ElidedLabel, arrayName(u"lblTitle"_s, 0));
+    lblTitle0_ = ownText(new QLabel, arrayName(u"lblTitle"_s, 0));
+    lblTitle0_->setTextFormat(Qt::PlainText);
+    lblTitle0_->setWordWrap(true);
     lblUnreached_ = ownText(new QLabel, u"lblUnreached"_s);
     lblUnreached_->setTextFormat(Qt::PlainText);
     lblUnreached_->setWordWrap(true);

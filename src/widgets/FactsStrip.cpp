@@ -53,6 +53,8 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
         auto* cell = new QToolButton(switches_);
         cell->setText(QString::fromUtf16(look.text));
         cell->setAutoRaise(true);
+        const int line = qMax(16, fontMetrics().height());
+        cell->setIconSize({line, line});
         cell->setFocusPolicy(Qt::TabFocus);
         cell->setCheckable(look.stays);
         showPicture(*cell, look.picture);

@@ -81,7 +81,8 @@ VariableListView::VariableListView(VariableList& list, QWidget* parent) : QTable
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         // The last one only fills what is left.
         if (!settingWidths_ && column + 1 < model_.columnCount() && width > 0)
-            list_.columns[static_cast<size_t>(column)].Width = pixelsToTwips(*this, width - iconRoom(column));
+            list_.columns[static_cast<size_t>(column)].Width =
+                pixelsToTwips(*this, qRound((width - iconRoom(column)) / fontScale()));
     });
     fitRowHeight();
 }
@@ -95,8 +96,10 @@ void VariableListView::fitRowHeight() {
 
 void VariableListView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange) {
         fitRowHeight();
+        showColumns();
+    }
 }
 
 void VariableListView::listChanged() {
@@ -111,8 +114,14 @@ void VariableListView::showColumns() {
     header.setSortIndicator(list_.sorted ? list_.sortKey : -1,
                             list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
     for (int i = 0; i < model_.columnCount(); ++i)
-        header.resizeSection(i, qMax(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) + iconRoom(i),
+        header.resizeSection(i, qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) +
+                                         iconRoom(i),
                                      header.sectionSizeHint(i)));
+}
+
+double VariableListView::fontScale() const {
+    constexpr double smallCharacter = 90; // twips
+    return qMax(1.0, pixelsToTwips(*this, fontMetrics().averageCharWidth()) / smallCharacter);
 }
 
 int VariableListView::iconRoom(int column) const {

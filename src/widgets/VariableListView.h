@@ -65,6 +65,8 @@ private:
     bool settingWidths_ = false;
 
     void fitRowHeight();
+    /// Widths are meant for small letters; larger ones take as many more.
+    double fontScale() const;
     /// Width that the icon takes beside what a column's own width is for.
     int iconRoom(int column) const;
 };
