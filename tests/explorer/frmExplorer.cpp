@@ -1,6 +1,7 @@
 #include "explorer/frmExplorer.h"
 
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 #include "language/mdLanguage.h"
 #include "support/PrintQt.h"
@@ -378,4 +379,15 @@ TEST_F(frmExplorerTest, ColumnsSortingAndSplittersOutliveTheWindow) {
     EXPECT_EQ(name(0), u"LZUFR"_s) << "sorted by label";
     std::unique_ptr<frmExplorer> topics(frmExplorer::OpenExplorerView(2));
     EXPECT_LT(topics->findChild<VariableListView*>()->columnWidth(1), 120) << "category views have their own";
+}
+
+TEST_F(frmExplorerTest, EntriesThatNoWayLeadsToAreNamedAboveTheTree) {
+    open(2);
+    EXPECT_FALSE(find<QLabel>(u"lblUnreached"_s)->isVisible());
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Topic SET fid = 14 WHERE id = 13;"_s);
+    open(2);
+    EXPECT_TRUE(find<QLabel>(u"lblUnreached"_s)->isVisible());
+    EXPECT_EQ(find<QLabel>(u"lblUnreached"_s)->text(), u"Einträge, zu denen kein Weg führt: 2\nVertrauen (14), Politik (13)"_s);
+    EXPECT_FALSE(window->showNode(u"B14"_s));
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
