@@ -1,3 +1,4 @@
+#include "analysis/frmAuswertung.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
 #include "app/frmProcess.h"
@@ -86,6 +87,7 @@ const TextsWindow textsWindows[] = {
     {u"frmStatus"_s, textsShown<frmStatus>},
     {u"frmProcess"_s, textsProcess},
     {u"frmOptions"_s, textsShown<frmOptions>},
+    {u"frmAuswertung"_s, textsShown<frmAuswertung>},
     {u"frmExplorer"_s, textsExplorer},
 };
 
