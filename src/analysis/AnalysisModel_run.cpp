@@ -60,7 +60,7 @@ void AnalysisModel::runRequest() {
     loadVariable(true);
     if (request.mode == AnalysisMode::Comparison && request.lst_TrendVars.isEmpty()) {
         refuse(u"Bitte eine Variable auswählen"_s);
-    } else if (request.dtTable.isEmpty() || request.dtField.isEmpty()) {
+    } else if (request.mode != AnalysisMode::Comparison && (request.dtTable.isEmpty() || request.dtField.isEmpty())) {
         clearTable();
         refuse(u"Bitte eine Variable auswählen"_s);
     } else if (request.mode == AnalysisMode::Crosstab &&

@@ -243,9 +243,32 @@ bool ComparisonList::load(const Saved& saved) {
 bool ComparisonList::cmd_DelSavedTrend(int row) {
     if (row < 0 || row >= saved_.size() || !agreed(u"Möchten Sie einen gespeicherten Vergleich löschen?"_s, saved_[row].name))
         return false;
+    return remove(Saved(saved_[row]));
+}
+
+bool ComparisonList::remove(const Saved& saved) {
     bool deleted = false;
-    if (tablesExist() && attempt([&] { deleted = deleteComparison(saved_[row].key.mid(2)); }) && !deleted)
+    if (tablesExist() && attempt([&] { deleted = deleteComparison(saved.key.mid(2)); }) && !deleted)
         say(u"Vergleich nicht gefunden"_s);
     RefreshSavedComparisons();
     return deleted;
+}
+
+std::optional<ComparisonList::Saved> ComparisonList::savedNamed(const QString& name) {
+    RefreshSavedComparisons();
+    const auto found = std::ranges::find_if(saved_, [&](const Saved& s) { return dao::compareTexts(s.name, name) == 0; });
+    if (found != saved_.end())
+        return *found;
+    say(u"Vergleich nicht gefunden"_s);
+    return std::nullopt;
+}
+
+bool ComparisonList::load(const QString& name) {
+    const std::optional<Saved> saved = savedNamed(name);
+    return saved && load(*saved);
+}
+
+bool ComparisonList::remove(const QString& name) {
+    const std::optional<Saved> saved = savedNamed(name);
+    return saved && remove(*saved);
 }

@@ -50,6 +50,9 @@ public:
     bool cmd_LoadTrend(int row);
     /// Deletes a stored comparison, after a question.
     bool cmd_DelSavedTrend(int row);
+    /// Both without a question, by name; false after words where there is none of that name.
+    bool load(const QString& name);
+    bool remove(const QString& name);
 
 private:
     AnalysisModel& model_;
@@ -63,5 +66,7 @@ private:
     bool writeChoices(ComparisonEntry& entry) const;
     void takeBack(const ComparisonEntry& entry);
     bool tablesExist() const;
+    std::optional<Saved> savedNamed(const QString& name);
     bool load(const Saved& saved);
+    bool remove(const Saved& saved);
 };

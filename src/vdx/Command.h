@@ -29,6 +29,8 @@ std::unique_ptr<Command> makeListCommand();
 std::unique_ptr<Command> makeFrequencyCommand();
 std::unique_ptr<Command> makeCrosstabCommand();
 std::unique_ptr<Command> makeDescriptivesCommand();
+std::unique_ptr<Command> makeCompareCommand();
+std::unique_ptr<Command> makeComparisonsCommand();
 
 /// The whole program. @param arguments without the program's name, in UTF-8
 /// @return 0; 1 when the system says no; 2 for wrong usage

@@ -41,55 +41,61 @@ bool StudyRequest::prepare(Session& session, AnalysisModel& model, AnalysisMode 
             session.say(name + u": "_s + statement);
         };
     model.open();
-    const QString study = QString::fromStdString(study_);
-    if (!model.StudyClick(study)) {
-        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+    if (!cases().chooseStudy(session, model))
         return false;
-    }
     model.chooseMode(mode);
     if (missingGiven_->count() > 0)
         model.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
-    return chooseWeight(session, model) && chooseCases(session, model) && !session.failed();
+    return cases().chooseWeightAndFilter(session, model) && !session.failed();
 }
 
-bool StudyRequest::chooseCases(Session& session, AnalysisModel& model) const {
-    if (!part_.empty() && !model.choosePart(QString::fromStdString(part_))) {
-        session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s,
-                    {QString::fromStdString(study_), QString::fromStdString(part_)});
-        return false;
-    }
-    if (!filter_.empty())
-        model.chooseFilterText(QString::fromStdString(filter_));
-    return true;
-}
-
-bool StudyRequest::chooseWeight(Session& session, AnalysisModel& model) const {
-    const QString study = QString::fromStdString(study_);
-    const QString weight = QString::fromStdString(weight_);
-    if (weight == u"none")
-        return model.chooseWeight(WeightKind::noWeight);
-    if (weight == u"re" || weight == u"hh") {
-        if (model.chooseWeight(weight == u"re" ? WeightKind::WeightRE : WeightKind::WeightHH))
-            return true;
-        const bool representative = weight == u"re";
-        session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s : u"Studie %1 hat kein Haushaltsgewicht."_s,
-                    representative ? u"Study %1 has no representative weight."_s : u"Study %1 has no household weight."_s,
-                    {study});
-        return false;
-    }
-    if (model.chooseWeight(WeightKind::WeightUser, weight))
-        return true;
-    session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
-                u"Weight variable %1 not found in study %2."_s, {weight, study});
-    return false;
+TypedCases StudyRequest::cases() const {
+    return {QString::fromStdString(study_), QString::fromStdString(weight_), QString::fromStdString(filter_),
+            QString::fromStdString(part_)};
 }
 
 bool StudyRequest::chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second) const {
-    const QString variable = QString::fromStdString(name);
+    return cases().chooseVariable(session, model, QString::fromStdString(name), second);
+}
+
+bool TypedCases::choose(Session& session, AnalysisModel& model) const {
+    return chooseStudy(session, model) && chooseWeightAndFilter(session, model);
+}
+
+bool TypedCases::chooseStudy(Session& session, AnalysisModel& model) const {
+    if (model.StudyClick(study))
+        return true;
+    session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+    return false;
+}
+
+bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) const {
+    if (weight == u"re" || weight == u"hh") {
+        const bool representative = weight == u"re";
+        if (!model.chooseWeight(representative ? WeightKind::WeightRE : WeightKind::WeightHH)) {
+            session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s : u"Studie %1 hat kein Haushaltsgewicht."_s,
+                        representative ? u"Study %1 has no representative weight."_s : u"Study %1 has no household weight."_s,
+                        {study});
+            return false;
+        }
+    } else if (!model.chooseWeight(weight == u"none" ? WeightKind::noWeight : WeightKind::WeightUser, weight)) {
+        session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
+                    u"Weight variable %1 not found in study %2."_s, {weight, study});
+        return false;
+    }
+    if (!part.isEmpty() && !model.choosePart(part)) {
+        session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s, {study, part});
+        return false;
+    }
+    if (!filter.isEmpty())
+        model.chooseFilterText(filter);
+    return true;
+}
+
+bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second) const {
     if (second ? model.chooseVariable2(variable) : model.chooseVariable(variable))
         return true;
-    session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
-                {variable, QString::fromStdString(study_)});
+    session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s, {variable, study});
     return false;
 }
 

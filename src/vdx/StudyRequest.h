@@ -10,6 +10,21 @@
 
 class AnalysisModel;
 
+/// The cases of a study and their weight, as typed.
+struct TypedCases {
+    QString study;
+    QString weight = QStringLiteral("none"); ///< none, re, hh or the name of a variable
+    QString filter, part;                    ///< one of them, or none
+
+    /// Chooses study, weight, and filter or part. False after words on standard error.
+    bool choose(Session& session, AnalysisModel& model) const;
+    /// Weight, and filter or part of the study that is chosen already.
+    bool chooseWeightAndFilter(Session& session, AnalysisModel& model) const;
+    bool chooseStudy(Session& session, AnalysisModel& model) const;
+    /// Chooses a variable of the study, as the second one if asked.
+    bool chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second = false) const;
+};
+
 /// What every analysis of one study takes from the command line: catalogue and study, weight, filter or part, missing values, the folder of
 /// the case files, --sql.
 class StudyRequest {
@@ -33,6 +48,5 @@ private:
     bool sql_ = false;
     CLI::Option* missingGiven_ = nullptr;
 
-    bool chooseWeight(Session& session, AnalysisModel& model) const;
-    bool chooseCases(Session& session, AnalysisModel& model) const;
+    TypedCases cases() const;
 };

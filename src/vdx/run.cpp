@@ -20,6 +20,8 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeFrequencyCommand());
     commands.push_back(makeCrosstabCommand());
     commands.push_back(makeDescriptivesCommand());
+    commands.push_back(makeCompareCommand());
+    commands.push_back(makeComparisonsCommand());
     return commands;
 }
 

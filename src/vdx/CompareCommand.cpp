@@ -1,0 +1,171 @@
+#include "analysis/ComparisonList.h"
+#include "analysis/comparisonEntries.h"
+#include "config/Options.h"
+#include "diagnostics/errors.h"
+#include "vdx/Command.h"
+#include "vdx/StudyRequest.h"
+
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// One --entry: 'STUDY VARIABLE [weight=..] [filter=..] [part=..]', a value reaching to the next key.
+struct TypedEntry {
+    TypedCases cases;
+    QString variable;
+};
+
+TypedEntry entryFrom(const QString& text) {
+    static const QRegularExpression form(u"^\\s*(\\S+)\\s+(\\S+)\\s*(.*)$"_s, QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression key(u"(?:^|\\s)(weight|filter|part)\\s*="_s);
+    const QRegularExpressionMatch parts = form.match(text);
+    QString rest = parts.captured(3);
+    QRegularExpressionMatch next = key.match(rest);
+    if (!parts.hasMatch() || (!rest.isEmpty() && next.capturedStart() != 0))
+        throw UsageError{u"--entry \"%1\": erwartet wird STUDIE VARIABLE [weight=..] [filter=..] [part=..]"_s.arg(text),
+                         u"--entry \"%1\": expected is STUDY VARIABLE [weight=..] [filter=..] [part=..]"_s.arg(text)};
+    TypedEntry entry;
+    entry.cases.study = parts.captured(1);
+    entry.variable = parts.captured(2);
+    while (next.hasMatch()) {
+        const QString name = next.captured(1);
+        rest = rest.mid(next.capturedEnd());
+        next = key.match(rest);
+        const QString value = (next.hasMatch() ? rest.left(next.capturedStart()) : rest).trimmed();
+        (name == u"weight" ? entry.cases.weight : name == u"filter" ? entry.cases.filter : entry.cases.part) = value;
+    }
+    if (!entry.cases.filter.isEmpty() && !entry.cases.part.isEmpty())
+        throw UsageError{u"--entry \"%1\": filter und part schließen einander aus"_s.arg(text),
+                         u"--entry \"%1\": filter and part exclude each other"_s.arg(text)};
+    return entry;
+}
+
+/// vdx compare: one variable of several studies side by side.
+class CompareCommand : public Command {
+public:
+    CLI::App* declare(CLI::App& program) override;
+    int run(Session& session) override;
+
+private:
+    std::string catalogue_, title_, show_ = "absolute", load_, save_, delete_, data_;
+    std::vector<std::string> entries_;
+    bool sql_ = false;
+
+    void check() const;
+    bool addEntries(Session& session, AnalysisModel& model, ComparisonList& list, const std::vector<TypedEntry>& typed) const;
+};
+
+CLI::App* CompareCommand::declare(CLI::App& program) {
+    CLI::App* command = program.add_subcommand("compare", "Compare the frequencies of variables, over studies or within one");
+    command->add_option("CATALOGUE", catalogue_, "catalogue file")->required();
+    command->add_option("--entry", entries_, "a column: 'STUDY VARIABLE [weight=re|hh|NAME] [filter=TEXT] [part=ID]'; may be repeated")
+        ->type_name("ENTRY")
+        ->expected(1)
+        ->take_all();
+    command->add_option("--title", title_, "title of the comparison");
+    command->add_option("--show", show_, "absolute, or column for valid percent (default: absolute)")
+        ->check(CLI::IsMember({"absolute", "column"}))
+        ->type_name("VALUES");
+    command->add_option("--load", load_, "a comparison that the catalogue keeps, in place of --entry")->type_name("NAME");
+    command->add_option("--save", save_, "keep the comparison under this name: WRITES TO THE CATALOGUE")->type_name("NAME");
+    command->add_option("--delete", delete_, "delete the kept comparison of this name: WRITES TO THE CATALOGUE")->type_name("NAME");
+    command->add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
+    command->add_flag("--sql", sql_, "also print the statements, to standard error");
+    return command;
+}
+
+void CompareCommand::check() const {
+    if (!delete_.empty() && (!entries_.empty() || !load_.empty() || !save_.empty()))
+        throw UsageError{u"--delete steht allein"_s, u"--delete stands alone"_s};
+    if (delete_.empty() && entries_.empty() == load_.empty())
+        throw UsageError{u"--entry oder --load wird gebraucht, nicht beides"_s, u"--entry or --load is needed, not both"_s};
+}
+
+bool CompareCommand::addEntries(Session& session, AnalysisModel& model, ComparisonList& list,
+                                const std::vector<TypedEntry>& typed) const {
+    for (const TypedEntry& entry : typed) {
+        if (!entry.cases.choose(session, model) || !entry.cases.chooseVariable(session, model, entry.variable) ||
+            !list.cmd_AddTrend() || session.failed())
+            return false;
+        // The next entry begins without the filter of this one.
+        model.chooseFilter(FilterKind::noFilter);
+    }
+    return true;
+}
+
+int CompareCommand::run(Session& session) {
+    check();
+    std::vector<TypedEntry> typed;
+    for (const std::string& entry : entries_)
+        typed.push_back(entryFrom(QString::fromStdString(entry)));
+    if (!session.open(QString::fromStdString(catalogue_)))
+        return 1;
+    if (!data_.empty())
+        gOptions.DataPath = QString::fromStdString(data_);
+    AnalysisModel model;
+    ComparisonList list(model);
+    if (sql_)
+        model.onStatement = [&session](const QString& name, const QString& statement) { session.say(name + u": "_s + statement); };
+    model.open();
+    model.chooseMode(AnalysisMode::Comparison);
+    if (!delete_.empty())
+        return list.remove(QString::fromStdString(delete_)) ? 0 : 1;
+    if (load_.empty() ? !addEntries(session, model, list, typed) : !list.load(QString::fromStdString(load_)))
+        return 1;
+    if (!title_.empty())
+        model.request.txtTitle = QString::fromStdString(title_);
+    // A comparison that is kept is one that was seen to run.
+    const RunOutcome outcome = model.changeTab(1);
+    if (session.failed() || outcome != RunOutcome::Computed)
+        return 1;
+    if (!save_.empty() && !list.save(QString::fromStdString(save_)))
+        return 1;
+    session.printer().print(model.lblLabel, show_ == "column" ? model.mfgGrid2 : model.mfgGrid);
+    return 0;
+}
+
+/// vdx comparisons: what the catalogue keeps.
+class ComparisonsCommand : public Command {
+public:
+    CLI::App* declare(CLI::App& program) override {
+        CLI::App* command = program.add_subcommand("comparisons", "Comparisons that the catalogue keeps");
+        command->add_option("CATALOGUE", catalogue_, "catalogue file")->required();
+        return command;
+    }
+
+    int run(Session& session) override {
+        if (!session.open(QString::fromStdString(catalogue_)))
+            return 1;
+        AnalysisModel model;
+        ComparisonList list(model);
+        list.RefreshSavedComparisons();
+        std::vector<QStringList> rows;
+        for (const ComparisonList::Saved& saved : list.lst_SavedTrends()) {
+            std::optional<StoredComparison> stored;
+            attempt([&] { stored = readComparison(saved.key.mid(2)); });
+            if (!stored)
+                continue;
+            QStringList entries;
+            for (const ComparisonEntry& entry : stored->entries)
+                entries << entry.text;
+            rows.push_back({saved.name, stored->title.simplified(), entries.join(u" / "_s)});
+        }
+        session.printer().print({u"name"_s, u"title"_s, u"entries"_s}, rows);
+        return session.failed() ? 1 : 0;
+    }
+
+private:
+    std::string catalogue_;
+};
+
+}
+
+std::unique_ptr<Command> makeCompareCommand() {
+    return std::make_unique<CompareCommand>();
+}
+
+std::unique_ptr<Command> makeComparisonsCommand() {
+    return std::make_unique<ComparisonsCommand>();
+}
