@@ -3,7 +3,6 @@
 #include "app/globals.h"
 
 #include <QEvent>
-#include <QHash>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
@@ -26,24 +25,21 @@ public:
     }
 };
 
-/// The menu of a window's frame comes in English only.
-QString systemMenuText(const QString& english) {
-    static const QHash<QString, QString> german = {
-        {u"&Restore"_s, u"&Wiederherstellen"_s}, {u"&Move"_s, u"&Verschieben"_s},       {u"&Size"_s, u"&Größe ändern"_s},
-        {u"Mi&nimize"_s, u"M&inimieren"_s},      {u"Ma&ximize"_s, u"M&aximieren"_s},    {u"Stay on &Top"_s, u"Immer im V&ordergrund"_s},
-        {u"&Close"_s, u"&Schließen"_s}};
-    return gLanguage == 0 ? german.value(english, english) : english;
-}
-
+/// The menu of a window's frame has the texts of the window system, made once; these follow the program's language.
 void translateSystemMenu(QMenu* menu) {
     if (!menu)
         return;
-    for (QAction* action : menu->actions())
-        action->setProperty("english", action->text());
     QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
+        static const QStringList german = {u"&Wiederherstellen"_s, u"&Verschieben"_s,          u"&Größe ändern"_s, u"M&inimieren"_s,
+                                           u"Ma&ximieren"_s,       u"Immer im V&ordergrund"_s, u"&Schließen"_s};
+        static const QStringList english = {u"&Restore"_s,  u"&Move"_s,         u"&Size"_s, u"Mi&nimize"_s,
+                                            u"Ma&ximize"_s, u"Stay on &Top"_s, u"&Close"_s};
+        qsizetype place = 0;
         for (QAction* action : menu->actions())
-            if (!action->isSeparator())
-                action->setText(systemMenuText(action->property("english").toString()));
+            if (!action->isSeparator() && place < german.size()) {
+                action->setText((gLanguage == 0 ? german : english)[place]);
+                ++place;
+            }
     });
 }
 

@@ -1,0 +1,440 @@
+#include "app/frmMain.h"
+
+#include "app/frmAbout.h"
+#include "app/frmProcess.h"
+#include "app/frmSplash.h"
+#include "app/frmStatus.h"
+#include "app/globals.h"
+#include "app/start.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/CProfile.h"
+#include "config/Options.h"
+#include "explorer/frmExplorer.h"
+#include "language/mdLanguage.h"
+#include "platform/system/Paths.h"
+#include "support/PrintQt.h"
+#include "support/WindowTest.h"
+#include "widgets/ChildArea.h"
+
+#include <QCheckBox>
+#include <QFile>
+#include <QLabel>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A child window of no kind that the frame knows.
+class MainChild : public QWidget, public Form {
+public:
+    explicit MainChild(const QString& title) : Form(*this, u"frmSample"_s) { setWindowTitle(title); }
+};
+
+class MainWindow : public WindowTest {
+protected:
+    std::unique_ptr<frmMain> main;
+
+    MainWindow() { gUnloadWindows = unloadChildWindows; }
+    ~MainWindow() override {
+        gUnloadWindows = nullptr;
+        mdLanguage::showStartWindow = nullptr;
+        gBusy = 0;
+    }
+
+    void open() {
+        main.reset();
+        main = std::make_unique<frmMain>();
+        main->load();
+        main->show();
+        settle();
+    }
+    /// Opens the window with the sample archive in it.
+    QString openWithArchive() {
+        const QString path = openSampleArchive();
+        mdDataBaseIsStored(path);
+        open();
+        return path;
+    }
+    static void mdDataBaseIsStored(const QString& path) {
+        store(u"DatabasePath"_s, Paths::folderOf(path));
+        store(u"DatabaseName"_s, Paths::fileOf(path));
+    }
+    static void store(const QString& name, const QString& text) {
+        CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text);
+    }
+    QAction* action(const QString& name) const {
+        auto* found = main->findChild<QAction*>(name);
+        EXPECT_TRUE(found) << qPrintable(name);
+        return found;
+    }
+    bool enabled(const QString& name) const { return action(name)->isEnabled(); }
+    bool menuEnabled(const QString& name) const { return main->findChild<QMenu*>(name)->isEnabled(); }
+    QString panel() const { return main->findChild<QLabel*>(u"panel1"_s)->text(); }
+    /// A click of the mouse on a button of the toolbar.
+    void press(const QString& key) {
+        auto* bar = main->findChild<QToolBar*>(u"tbToolBar"_s);
+        QTest::mouseClick(bar->widgetForAction(action(key)), Qt::LeftButton);
+        settle();
+    }
+    MainChild* addChild(const QString& title) {
+        auto* child = new MainChild(title);
+        main->adopt(*child);
+        settle();
+        return child;
+    }
+    static QMdiSubWindow* frameOf(QWidget* child) { return qobject_cast<QMdiSubWindow*>(child->parentWidget()); }
+    QStringList windowList() {
+        Q_EMIT main->findChild<QMenu*>(u"mnuWindow"_s)->aboutToShow();
+        QStringList titles;
+        for (const QAction* entry : main->findChild<QMenu*>(u"mnuWindow"_s)->actions())
+            if (entry->objectName().startsWith(u"mnuWindowList("))
+                titles << entry->text() + (entry->isChecked() ? u" *"_s : QString());
+        return titles;
+    }
+};
+
+} // namespace
+
+TEST_F(MainWindow, StandsWithoutACatalogueWhateverTheOptionsSay) {
+    for (const QString& name : {QString(), u"weg.mdb"_s}) {
+        store(u"DatabasePath"_s, name.isEmpty() ? QString() : home.path(u"nirgends"_s));
+        store(u"DatabaseName"_s, name);
+        open();
+        EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+        EXPECT_FALSE(menuEnabled(u"mnuView"_s) || menuEnabled(u"mnuEdit"_s) || menuEnabled(u"mnuWindow"_s));
+        EXPECT_TRUE(menuEnabled(u"mnuOptions"_s) && enabled(u"ODB"_s) && enabled(u"O"_s) && enabled(u"H"_s));
+        EXPECT_FALSE(enabled(u"A"_s) || enabled(u"V"_s) || enabled(u"EL"_s) || enabled(u"mnFileClose"_s));
+        EXPECT_TRUE(asker.boxes.empty());
+    }
+}
+
+TEST_F(MainWindow, StandsWithAMissingOrDamagedSystemDatabaseAfterItsBoxes) {
+    const QString file = Paths::join(Paths::applicationFolder(), u"Vx.mdb"_s);
+    QFile::remove(file);
+    Main::StartServices();
+    open();
+    ASSERT_GE(asker.boxes.size(), 2u);
+    EXPECT_EQ(asker.boxes[0].text, u"Die Datenbankdatei "_s + file + u"\r\nkonnte nicht gefunden werden!"_s);
+    EXPECT_EQ(asker.boxes[0].title, u"CTextObject"_s);
+    EXPECT_EQ(asker.boxes[1].title, u"SysObject"_s);
+    EXPECT_TRUE(main->isVisible() && enabled(u"ODB"_s));
+
+    QFile damaged(file);
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write("no database");
+    damaged.close();
+    asker.boxes.clear();
+    Main::StartServices();
+    open();
+    EXPECT_FALSE(asker.boxes.empty());
+    EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+    EXPECT_EQ(action(u"mnFileOpen"_s)->text(), u"&Datenbank öffnen..."_s);
+}
+
+TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
+    const QString path = openWithArchive();
+    EXPECT_EQ(panel(), u"Aktuelle Datenbank: "_s + path);
+    const int views = gCatalogueOptions.NumberOfFrmExplorers;
+    for (int view = 1; view <= 9; ++view) {
+        QAction* entry = action(arrayName(u"mnuViewExplorers"_s, view));
+        EXPECT_EQ(entry->isVisible(), view <= views);
+        if (view > views)
+            continue;
+        EXPECT_EQ(entry->text(), gViews.at(view, ViewTable::Name));
+        EXPECT_EQ(action(u"EXPL"_s + QString::number(view))->toolTip(), gViews.at(view, ViewTable::Name));
+        EXPECT_EQ(action(arrayName(u"mnuViewDescriptions"_s, view))->isVisible(), !gViews.at(view, ViewTable::DescName).isEmpty());
+    }
+    const int atStart = gCatalogueOptions.OpenFrmExplorerAtStart;
+    EXPECT_EQ(main->activeForm() ? main->activeForm()->viewNumber() : 0, atStart);
+    press(u"EXPL1"_s);
+    ASSERT_TRUE(main->activeForm());
+    EXPECT_EQ(main->activeForm()->viewNumber(), 1);
+    EXPECT_TRUE(enabled(u"mnuAuswertungsansicht"_s));
+    EXPECT_EQ(main->windowTitle(), u"Varidex"_s) << "a maximised child leaves the title alone";
+    for (const QString& key : {u"DBD"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s, u"mnuFilePrint"_s, u"mnuEditCopy"_s}) {
+        EXPECT_FALSE(enabled(key)) << qPrintable(key);
+        EXPECT_TRUE(action(key)->toolTip().contains(u"In dieser Version noch nicht enthalten."_s)) << qPrintable(key);
+    }
+}
+
+TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
+    const QString path = openWithArchive();
+    MainChild* child = addChild(u"bleibt"_s);
+    asker.answer(ui::Answer::No);
+    press(u"ODB"_s);
+    EXPECT_EQ(asker.lastText(), u"Wollen Sie die aktuelle Datenbank schließen ?"_s);
+    EXPECT_EQ(asker.boxes.back().title, u"Varidex"_s);
+    EXPECT_EQ(gDatabase.State(), 1);
+    EXPECT_EQ(main->activeForm(), child);
+
+    asker.answer(ui::Answer::Yes).file(path);
+    press(u"ODB"_s);
+    EXPECT_EQ(gDatabase.State(), 1);
+    EXPECT_EQ(std::ranges::count(Form::open(), u"frmSample"_s, [](const Form* form) { return form->windowName(); }), 0);
+    EXPECT_TRUE(action(u"mnuFileMRU(1)"_s)->isVisible());
+    EXPECT_FALSE(action(u"mnuFileMRU(2)"_s)->isVisible());
+
+    asker.answer(ui::Answer::Yes).file(QString());
+    action(u"mnFileOpen"_s)->trigger();
+    EXPECT_EQ(gDatabase.State(), 0) << "by then the old one is gone";
+    EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+
+    action(u"mnuFileMRU(1)"_s)->trigger();
+    EXPECT_EQ(panel(), u"Aktuelle Datenbank: "_s + path);
+    asker.answer(ui::Answer::Yes);
+    action(u"mnFileClose"_s)->trigger();
+    EXPECT_EQ(Form::open().size(), 1u);
+    QFile::remove(path);
+    action(u"mnuFileMRU(1)"_s)->trigger();
+    EXPECT_EQ(asker.lastText(), u"Die Datenbankdatei: \r\n"_s + path + u"\r\nkann nicht gefunden werden."_s);
+    EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+}
+
+TEST_F(MainWindow, SwitchesItsLanguageAtOnceAndKeepsTheStateOfTheCatalogue) {
+    const QString path = openWithArchive();
+    action(u"mnLngE"_s)->trigger();
+    EXPECT_EQ(gLanguage, 1);
+    EXPECT_EQ(panel(), u"Current Database: "_s + path);
+    EXPECT_EQ(main->findChild<QMenu*>(u"mnFile"_s)->title(), u"&File"_s);
+    EXPECT_EQ(action(u"A"_s)->toolTip(), u"Analysis"_s);
+    EXPECT_EQ(action(u"mnuViewExplorers(1)"_s)->text(), gViews.at(1, ViewTable::NameEnglish));
+    EXPECT_TRUE(enabled(u"mnLngG"_s) && !enabled(u"mnLngE"_s));
+    action(u"mnLngG"_s)->trigger();
+    EXPECT_EQ(action(u"A"_s)->toolTip(), u"Auswertung"_s);
+    EXPECT_TRUE(enabled(u"mnLngE"_s) && !enabled(u"mnLngG"_s));
+}
+
+TEST_F(MainWindow, GivesEachEntryOfAMenuItsOwnMnemonicAndEachCommandItsOwnShortcut) {
+    openWithArchive();
+    for (const int language : {0, 1}) {
+        action(language == 0 ? u"mnLngG"_s : u"mnLngE"_s)->trigger();
+        for (const QMenu* menu : main->findChildren<QMenu*>()) {
+            QString taken;
+            for (const QAction* entry : menu->actions()) {
+                const QString text = entry->menu() ? entry->menu()->title() : entry->text();
+                const qsizetype mark = QString(text).replace(u"&&"_s, u"__"_s).indexOf(u'&');
+                if (entry->isSeparator() || !entry->isVisible() || !main->isAncestorOf(menu) || menu->objectName().isEmpty())
+                    continue;
+                EXPECT_TRUE(mark >= 0 || !entry->shortcut().isEmpty()) << qPrintable(text);
+                const QChar letter = mark < 0 ? QChar() : text.at(mark + 1).toLower();
+                EXPECT_TRUE(letter.isNull() || !taken.contains(letter)) << qPrintable(text) << " in " << qPrintable(menu->title());
+                taken += letter;
+            }
+        }
+    }
+    QStringList shortcuts;
+    for (const QAction* entry : main->findChildren<QAction*>())
+        if (!entry->shortcut().isEmpty() && entry->objectName().startsWith(u"mn"))
+            shortcuts << entry->shortcut().toString();
+    EXPECT_EQ(shortcuts.removeDuplicates(), 0);
+}
+
+TEST_F(MainWindow, ThePanelButtonsWorkOnTheActiveExplorerAndElsewhereOnlyChangeTheirState) {
+    openWithArchive();
+    asker.answer(ui::Answer::Yes);
+    action(u"mnFileClose"_s)->trigger();
+    action(u"mnu1VarWindow"_s)->trigger();
+    EXPECT_TRUE(action(u"V"_s)->isChecked());
+    EXPECT_FALSE(action(u"mnu1VarWindow"_s)->isChecked());
+
+    openWithArchive();
+    press(u"EXPL1"_s);
+    auto* explorer = dynamic_cast<frmExplorer*>(main->activeForm());
+    ASSERT_TRUE(explorer);
+    press(u"VV"_s);
+    EXPECT_EQ(explorer->model().state.lVarWindow, 2);
+    EXPECT_TRUE(action(u"VV"_s)->isChecked() && action(u"mnu2VarWindow"_s)->isChecked() && !action(u"V"_s)->isChecked());
+    press(u"EXPL1"_s);
+    EXPECT_FALSE(action(u"VV"_s)->isChecked()) << "the buttons follow the explorer in front";
+    main->activate(*explorer);
+    EXPECT_TRUE(action(u"VV"_s)->isChecked());
+    action(u"mnu2VarWindow"_s)->trigger();
+    EXPECT_EQ(explorer->model().state.lVarWindow, 0);
+
+    const bool english = gOptions.EnglishLanguage, tree = explorer->model().state.bELTree;
+    press(u"EL"_s);
+    EXPECT_EQ(gOptions.EnglishLanguage, !english);
+    EXPECT_EQ(action(u"EL"_s)->isChecked(), !english);
+    EXPECT_EQ(explorer->model().state.bELTree, tree) << "open windows keep their language";
+}
+
+TEST_F(MainWindow, HiddenWindowsAreListedAndComeBackAndAMaximisedOneLeavesTheNextMaximised) {
+    openWithArchive();
+    unloadChildWindows();
+    std::vector<MainChild*> children;
+    for (const QString& title : {u"eins"_s, u"zwei"_s, u"drei & mehr"_s})
+        children.push_back(addChild(title));
+    EXPECT_TRUE(frameOf(children[2])->isMaximized());
+    action(u"mnuFileClose"_s)->trigger();
+    settle();
+    EXPECT_EQ(windowList(), (QStringList{u"&1 eins"_s, u"&2 zwei *"_s, u"&3 drei && mehr (ausgeblendet)"_s}));
+    EXPECT_TRUE(frameOf(children[1])->isMaximized());
+
+    QTest::keyClick(main.get(), Qt::Key_F6, Qt::ControlModifier);
+    EXPECT_EQ(main->activeForm(), children[0]);
+    main->findChild<QAction*>(u"mnuWindowList(3)"_s)->trigger();
+    settle();
+    EXPECT_EQ(main->activeForm(), children[2]);
+    EXPECT_TRUE(children[2]->isVisible());
+
+    frameOf(children[2])->showMaximized();
+    frameOf(children[2])->close();
+    settle();
+    ASSERT_TRUE(main->activeForm());
+    EXPECT_TRUE(frameOf(&main->activeForm()->widget())->isMaximized());
+    EXPECT_EQ(main->windowTitle(), u"Varidex"_s);
+    action(u"mnuFileClose"_s)->trigger();
+    action(u"mnuFileClose"_s)->trigger();
+    EXPECT_FALSE(main->activeForm());
+    EXPECT_FALSE(enabled(u"mnuFileClose"_s));
+    EXPECT_EQ(windowList().size(), 2);
+}
+
+TEST_F(MainWindow, TilesInTheOrderOfOpeningWhateverWasInFrontLast) {
+    openWithArchive();
+    unloadChildWindows();
+    std::vector<MainChild*> children;
+    for (const QString& title : {u"eins"_s, u"zwei"_s, u"drei"_s})
+        children.push_back(addChild(title));
+    main->activate(*children[1]);
+    action(u"mnuWindowTileVertical"_s)->trigger();
+    EXPECT_LT(frameOf(children[0])->x(), frameOf(children[1])->x());
+    EXPECT_LT(frameOf(children[1])->x(), frameOf(children[2])->x());
+    EXPECT_EQ(frameOf(children[0])->y(), frameOf(children[2])->y());
+    main->activate(*children[2]);
+    action(u"mnuWindowTileHorizontal"_s)->trigger();
+    EXPECT_LT(frameOf(children[0])->y(), frameOf(children[1])->y());
+    EXPECT_LT(frameOf(children[1])->y(), frameOf(children[2])->y());
+    EXPECT_EQ(main->activeForm(), children[2]);
+    action(u"mnuWindowCascade"_s)->trigger();
+    EXPECT_LT(frameOf(children[0])->x(), frameOf(children[2])->x());
+}
+
+TEST_F(MainWindow, ClosesItsChildrenAndItselfInAnyOrder) {
+    for (const int order : {0, 1, 2, 3}) {
+        openWithArchive();
+        MainChild* first = addChild(u"eins"_s);
+        addChild(u"zwei"_s);
+        if (order == 0) {
+            while (Form* form = main->activeForm())
+                delete form->widget().parentWidget();
+        } else if (order == 1) {
+            main->area().closeAllSubWindows();
+        } else if (order == 2) {
+            frameOf(first)->close();
+            mdLanguage::SetLanguage(0);
+        }
+        settle();
+        EXPECT_TRUE(main->close());
+        settle();
+        EXPECT_EQ(gDatabase.State(), 0);
+        EXPECT_EQ(Form::open().size(), 1u) << order;
+        main.reset();
+    }
+    open();
+    addChild(u"eins"_s);
+    main.reset();
+    EXPECT_TRUE(Form::open().empty());
+}
+
+TEST_F(MainWindow, RefusesCommandsAndItsOwnEndWhileSomethingRuns) {
+    openWithArchive();
+    press(u"EXPL1"_s);
+    const size_t windows = Form::open().size();
+    gBusy = 1;
+    press(u"EXPL1"_s);
+    press(u"ODB"_s);
+    press(u"EL"_s);
+    EXPECT_EQ(action(u"EL"_s)->isChecked(), gOptions.EnglishLanguage);
+    EXPECT_EQ(Form::open().size(), windows);
+    EXPECT_FALSE(main->close());
+    EXPECT_TRUE(asker.boxes.empty());
+    EXPECT_EQ(gDatabase.State(), 1);
+    gBusy = 0;
+    main->panelsChanged();
+    EXPECT_TRUE(enabled(u"EXPL1"_s));
+}
+
+TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
+    openWithArchive();
+    main->setGeometry(30, 40, 700, 420);
+    settle();
+    const QRect place(main->pos(), main->size());
+    main->close();
+    open();
+    EXPECT_EQ(QRect(main->pos(), main->size()), place);
+
+    openWithArchive();
+    gOptions.DataPath.clear();
+    press(u"A"_s);
+    EXPECT_EQ(asker.lastText(), u"Geben Sie in den Optionen den Pfad der Daten an."_s);
+    action(u"H"_s)->trigger();
+    EXPECT_EQ(asker.lastText(), u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden. ("_s +
+                                    Paths::join(Paths::applicationFolder(), u"Varidex.chm"_s) + u')');
+}
+
+TEST_F(MainWindow, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
+    frmSplash splash;
+    splash.show();
+    settle();
+    for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_F4})
+        QTest::keyClick(&splash, static_cast<Qt::Key>(key));
+    EXPECT_TRUE(splash.isVisible());
+    EXPECT_EQ(gLanguage, 0);
+    auto* again = splash.findChild<QCheckBox*>(u"chkSys"_s);
+    EXPECT_TRUE(again->isChecked());
+    again->setChecked(false);
+    auto* english = splash.findChild<QPushButton*>(u"cmdLanguage(1)"_s);
+    EXPECT_EQ(english->toolTip(), u"Sprachauswahl: Englisch"_s);
+    english->setFocus();
+    QTest::keyClick(english, Qt::Key_Space);
+    EXPECT_FALSE(splash.isVisible());
+    EXPECT_EQ(gLanguage, 1);
+    EXPECT_EQ(mdLanguage::GetFormStatus(), 0);
+    const auto waiting = [] {
+        return std::ranges::any_of(Form::open(), [](const Form* form) { return form->windowName() == u"frmStatus"_s; });
+    };
+    EXPECT_TRUE(waiting());
+    static int shown = 0;
+    shown = 0;
+    mdLanguage::showStartWindow = [] { ++shown; };
+    Main::StartServices();
+    EXPECT_EQ(shown, 0) << "the next start asks no more";
+    EXPECT_EQ(gLanguage, 1);
+    frmStatus::unload();
+    EXPECT_FALSE(waiting());
+}
+
+TEST_F(MainWindow, TheProgressWindowStopsOnlyByItsButtonAndTheAboutBoxNamesVersions) {
+    int stops = 0;
+    frmProcess progress([&] { ++stops; });
+    progress.show();
+    QTest::keyClick(&progress, Qt::Key_Escape);
+    QTest::keyClick(&progress, Qt::Key_Return);
+    EXPECT_EQ(stops, 0);
+    EXPECT_TRUE(progress.isVisible());
+    auto* stop = progress.findChild<QPushButton*>(u"cmdStop"_s);
+    QTest::keyClick(stop, Qt::Key_Space);
+    EXPECT_EQ(stops, 1);
+    frmProcess endless;
+    endless.show();
+    EXPECT_FALSE(endless.close()) << "what cannot be stopped cannot be closed";
+    EXPECT_FALSE(endless.findChild<QPushButton*>(u"cmdStop"_s)->isVisible());
+
+    frmAbout about;
+    about.show();
+    QTest::mouseClick(about.findChild<QPushButton*>(u"cmdSysInfo"_s), Qt::LeftButton);
+    QTest::mouseClick(about.findChild<QPushButton*>(u"cmdCopy"_s), Qt::LeftButton);
+    EXPECT_TRUE(asker.clipboardText.contains(u"Qt "_s + QString::fromLatin1(qVersion())));
+    EXPECT_TRUE(asker.clipboardText.startsWith(u"Varidex 3.6.0\nQt"_s));
+    QTest::keyClick(&about, Qt::Key_Escape);
+    EXPECT_FALSE(about.isVisible());
+}
