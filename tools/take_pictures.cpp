@@ -1,9 +1,14 @@
+#include "app/frmAbout.h"
+#include "app/frmMain.h"
+#include "app/frmProcess.h"
+#include "app/frmSplash.h"
 #include "app/globals.h"
 #include "app/start.h"
 #include "config/CProfile.h"
 #include "config/frmOptions.h"
 #include "language/mdLanguage.h"
 #include "platform/system/Paths.h"
+#include "widgets/Desktop.h"
 #include "widgets/QtAsker.h"
 #include "widgets/StandardTexts.h"
 
@@ -13,7 +18,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
+#include <QLabel>
+#include <QMenu>
 #include <QPalette>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 
@@ -78,6 +86,42 @@ public:
 
     bool failed() const { return failed_; }
 
+    /// The windows around the others: start, progress and about.
+    void small() {
+        frmSplash splash;
+        splash.show();
+        take(splash, u"start"_s);
+        frmProcess progress([] {});
+        progress.lblStatus->setText(u"SV2018.mdb"_s);
+        progress.setProgress(40, 100);
+        progress.show();
+        take(progress, u"progress"_s);
+        frmAbout about;
+        about.show();
+        about.findChild<QPushButton*>(u"cmdSysInfo"_s)->click();
+        take(about, u"about"_s);
+    }
+
+    /// The frame with menus and child windows.
+    void frame() {
+        frmMain main;
+        main.load();
+        main.resize(1280, 800);
+        main.show();
+        take(main, u"main"_s);
+        for (const QString& name : {u"mnuView"_s, u"mnuOptions"_s}) {
+            auto* menu = main.findChild<QMenu*>(name);
+            menu->popup(QPoint());
+            take(*menu, name);
+            menu->close();
+        }
+        main.perform(u"mnuViewExplorers(1)"_s);
+        main.perform(u"mnuWindowTileVertical"_s);
+        take(main, u"main-tiled"_s);
+        unloadChildWindows();
+        take(main, u"main-empty"_s);
+    }
+
     void options() {
         frmOptions dialog;
         dialog.show();
@@ -138,6 +182,8 @@ int main(int count, char** arguments) {
     Main::StartServices();
     StandardTexts::followLanguage();
     Walk walk(wanted);
+    walk.small();
+    walk.frame();
     walk.options();
     ui::setAsker(nullptr);
     return walk.failed() ? 1 : 0;

@@ -22,7 +22,6 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QLocale>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -108,12 +107,13 @@ void frmMain::buildStatusBar() {
     madeAtRunTime(panel1_);
     // A long path must not widen the window.
     panel1_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    panel1_->setIndent(fontMetrics().averageCharWidth());
     statusBar()->addWidget(panel1_, 1);
     clock_ = new QLabel(this);
     clock_->setObjectName(u"clock"_s);
     madeAtRunTime(clock_);
     statusBar()->addPermanentWidget(clock_);
-    const auto tell = [this] { clock_->setText(QLocale().toString(QTime::currentTime(), QLocale::ShortFormat)); };
+    const auto tell = [this] { clock_->setText(QTime::currentTime().toString(u"HH:mm"_s)); };
     auto* minute = new QTimer(this);
     connect(minute, &QTimer::timeout, this, tell);
     minute->start(5000);
