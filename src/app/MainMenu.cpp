@@ -24,9 +24,9 @@ void addViewMenu(Entries& all) {
     all.push_back({{}, menu, u"&Ansicht"_s});
     all.push_back({menu, u"mnuDBBeschreibung"_s, u"Datenbank&beschreibung"_s, {}, u"catalogue-description"_s});
     for (int i = 1; i <= MainMenu::views; ++i)
-        all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
+        all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Alt+%1"_s.arg(i), {}, false, i == 1});
     for (int i = 1; i <= MainMenu::views; ++i)
-        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Ctrl+Alt+%1"_s.arg(i), u"description"_s, false, i == 1});
+        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Alt+Shift+%1"_s.arg(i), u"description"_s, false, i == 1});
     all.push_back({menu, u"mnuAuswertungsansicht"_s, u"&Auswertung"_s, u"Ctrl+Shift+A"_s, u"analysis"_s, false, true});
     all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
     all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});
@@ -43,7 +43,7 @@ void addEditMenu(Entries& all) {
     all.push_back({menu, u"mnuLöschen"_s, u"&Löschen"_s, u"Del"_s, u"delete"_s});
     all.push_back({menu, u"mnuSuchen"_s, u"&Suchen..."_s, u"Ctrl+F"_s, u"search"_s, false, true});
     all.push_back({menu, u"mnuWeitersuchen"_s, u"&Weitersuchen"_s, u"F3"_s, u"search-next"_s});
-    all.push_back({menu, u"mnuErweiterteSuche"_s, u"Erweiterte Su&che..."_s, u"Ctrl+Shift+F"_s, u"search-extended"_s});
+    all.push_back({menu, u"mnuErweiterteSuche"_s, u"Erweiterte Su&che..."_s, u"Ctrl+Shift+S"_s, u"search-extended"_s});
     all.push_back({menu, u"mnuNeueKategorie"_s, u"&Neue Kategorie..."_s, {}, u"new"_s, false, true});
     all.push_back({menu, u"mnuKategorieUmbenennen"_s, u"Kategorie &umbenennen..."_s, u"F2"_s, u"rename"_s});
     all.push_back({menu, u"mnuBeschreibungBearbeiten"_s, u"&Beschreibung bearbeiten..."_s, {}, u"description"_s});
@@ -53,10 +53,10 @@ void addEditMenu(Entries& all) {
 void addOptionsMenu(Entries& all) {
     const QString menu = u"mnuOptions"_s, languages = u"mnLanguage"_s;
     all.push_back({{}, menu, u"&Optionen"_s});
-    all.push_back({menu, u"mnu1VarWindow"_s, u"&Variablenfenster"_s, u"F7"_s, u"panel"_s, true});
-    all.push_back({menu, u"mnu2VarWindow"_s, u"&Doppeltes Variablenfenster"_s, u"F8"_s, u"panels"_s, true});
+    all.push_back({menu, u"mnu1VarWindow"_s, u"&Variablenfenster"_s, u"F7"_s, {}, true});
+    all.push_back({menu, u"mnu2VarWindow"_s, u"&Doppeltes Variablenfenster"_s, u"F8"_s, {}, true});
     all.push_back({menu, u"mnuVVEL"_s, u"Variablenfenster &englisch"_s, u"F9"_s, {}, true});
-    all.push_back({menu, u"mnuEnglishLanguage"_s, u"Englische &Inhalte"_s, u"F12"_s, u"contents-english"_s, true, true});
+    all.push_back({menu, u"mnuEnglishLanguage"_s, u"Englische &Inhalte"_s, u"F12"_s, {}, true, true});
     all.push_back({menu, u"mnuChangeFont"_s, u"Schrift &wechseln"_s, u"Ctrl+Shift+K"_s, u"font"_s});
     all.push_back({menu, languages, u"&Sprache"_s, {}, u"language"_s});
     all.push_back({languages, u"mnLngG"_s, u"&Deutsch"_s, {}, u"502"_s});

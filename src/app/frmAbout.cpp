@@ -104,7 +104,7 @@ void frmAbout::showInformation() {
     txtSysInfo_->show();
     cmdCopy_->show();
     txtSysInfo_->setFocus();
-    adjustSize();
+    resize(sizeHint());
 }
 
 QString frmAbout::systemInformation() {

@@ -15,9 +15,11 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 #include "widgets/ChildArea.h"
+#include "widgets/ElidedLabel.h"
 #include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
+#include "widgets/twips.h"
 
 #include <QCloseEvent>
 #include <QGuiApplication>
@@ -29,6 +31,7 @@
 #include <QTime>
 #include <QTimer>
 #include <QToolBar>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -52,6 +55,8 @@ frmMain::frmMain() : Form(*this, u"frmMain"_s), area_(new ChildArea(this)), tbTo
     area_->onActivated = [this] { applyState(); };
     tbToolBar_->setObjectName(u"tbToolBar"_s);
     tbToolBar_->setMovable(false);
+    const int icon = std::max(tbToolBar_->iconSize().height(), fontMetrics().height() * 5 / 4);
+    tbToolBar_->setIconSize(QSize(icon, icon));
     addToolBar(tbToolBar_);
     recent_.RegistryPath = SettingsKeys::user;
     buildMenus();
@@ -101,13 +106,13 @@ void frmMain::buildMenus() {
 
 void frmMain::buildStatusBar() {
     statusBar()->setObjectName(u"sbStatusbar"_s);
-    panel1_ = new QLabel(this);
+    panel1_ = new ElidedLabel(this);
     panel1_->setObjectName(u"panel1"_s);
     panel1_->setTextFormat(Qt::PlainText);
     madeAtRunTime(panel1_);
     // A long path must not widen the window.
     panel1_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    panel1_->setIndent(fontMetrics().averageCharWidth());
+    statusBar()->setContentsMargins(fontMetrics().averageCharWidth(), 0, 0, 0);
     statusBar()->addWidget(panel1_, 1);
     clock_ = new QLabel(this);
     clock_->setObjectName(u"clock"_s);
@@ -145,14 +150,13 @@ void frmMain::InitializeForm() {
 }
 
 void frmMain::placeWindow() {
-    const double dpi = logicalDpiX();
     QList<QRect> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens << screen->availableGeometry();
     const QRect first = screens.value(0);
-    const Main::WindowPlace stored = Main::StoredPlace(twipsOf(first.width(), dpi), twipsOf(first.height(), dpi));
-    const QRect place = placeOnScreens(QRect(pixelsOf(stored.left, dpi), pixelsOf(stored.top, dpi),
-                                             pixelsOf(stored.width, dpi), pixelsOf(stored.height, dpi)),
+    const Main::WindowPlace stored = Main::StoredPlace(pixelsToTwips(*this, first.width()), pixelsToTwips(*this, first.height()));
+    const QRect place = placeOnScreens(QRect(twipsToPixels(*this, stored.left), twipsToPixels(*this, stored.top),
+                                             twipsToPixels(*this, stored.width), twipsToPixels(*this, stored.height)),
                                        screens);
     move(place.topLeft());
     resize(place.size());
@@ -335,10 +339,8 @@ void frmMain::closeEvent(QCloseEvent* event) {
     }
     stopped_ = true;
     std::optional<Main::WindowPlace> place;
-    if (!isMinimized()) {
-        const double dpi = logicalDpiX();
-        place = {twipsOf(x(), dpi), twipsOf(y(), dpi), twipsOf(width(), dpi), twipsOf(height(), dpi)};
-    }
+    if (!isMinimized())
+        place = {pixelsToTwips(*this, x()), pixelsToTwips(*this, y()), pixelsToTwips(*this, width()), pixelsToTwips(*this, height())};
     Main::Stop(place);
     CloseForms();
     event->accept();

@@ -99,7 +99,7 @@ void frmMain::afterOpening(qint16 opened) {
     }
     // A view that fails to open leaves the catalogue open all the same.
     if (gCatalogueOptions.OpenFrmExplorerAtStart > 0)
-        trapped([] { frmExplorer::OpenExplorerView(gCatalogueOptions.OpenFrmExplorerAtStart); });
+        Main::openingStep([] { frmExplorer::OpenExplorerView(gCatalogueOptions.OpenFrmExplorerAtStart); });
     InitFormState(1);
 }
 

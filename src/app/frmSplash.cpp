@@ -86,7 +86,8 @@ frmSplash::frmSplash() : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&B
     all->addLayout(buttons);
     all->addWidget(chkSys_);
     mdLanguage::SetCtrlProps(*this);
-    chkSys_->setChecked(mdLanguage::GetFormStatus() == 1);
+    // It shows only when it is set to show.
+    chkSys_->setChecked(true);
     adjustSize();
     if (const QScreen* screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());

@@ -1,11 +1,9 @@
 #include "app/windowPlace.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
-constexpr double twipsAnInch = 1440.0;
 constexpr int leastWidth = 320, leastHeight = 240;
 /// What must be seen of the title to take hold of a window.
 constexpr int gripWidth = 120, gripHeight = 20;
@@ -22,14 +20,6 @@ bool canBeGrasped(const QRect& window, const QRect& screen) {
 }
 
 } // namespace
-
-int twipsOf(int pixels, double pixelsAnInch) {
-    return static_cast<int>(std::lround(pixels * twipsAnInch / pixelsAnInch));
-}
-
-int pixelsOf(int twips, double pixelsAnInch) {
-    return static_cast<int>(std::lround(twips * pixelsAnInch / twipsAnInch));
-}
 
 QRect placeOnScreens(const QRect& wanted, const QList<QRect>& screens) {
     // Beyond this no screen reaches, and differences of coordinates stay within an int.

@@ -3,12 +3,6 @@
 #include <QList>
 #include <QRect>
 
-/// Where a window stands, between the measure that is stored and the screens that are there.
-
-/// A length of the screen in twips (1,440 an inch), and back.
-int twipsOf(int pixels, double pixelsAnInch);
-int pixelsOf(int twips, double pixelsAnInch);
-
 /// A stored place as the window takes it: unchanged if enough of its upper edge lies on a screen to take hold of it, else
 /// moved onto the nearest of the screens; never larger than that screen and never too small to use.
 /// @param screens usable parts of the screens, the main one first

@@ -273,7 +273,7 @@ TEST_F(MainWindow, HiddenWindowsAreListedAndComeBackAndAMaximisedOneLeavesTheNex
     for (const QString& title : {u"eins"_s, u"zwei"_s, u"drei & mehr"_s})
         children.push_back(addChild(title));
     EXPECT_TRUE(frameOf(children[2])->isMaximized());
-    action(u"mnuFileClose"_s)->trigger();
+    QTest::keyClick(main.get(), Qt::Key_W, Qt::ControlModifier);
     settle();
     EXPECT_EQ(windowList(), (QStringList{u"&1 eins"_s, u"&2 zwei *"_s, u"&3 drei && mehr (ausgeblendet)"_s}));
     EXPECT_TRUE(frameOf(children[1])->isMaximized());

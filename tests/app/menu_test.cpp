@@ -165,10 +165,6 @@ TEST(WindowPlaces, AWindowThatCannotBeGraspedComesOntoTheNearestScreenAndOthersS
         EXPECT_TRUE(placed == c.placed) << c.wanted.x() << ' ' << c.wanted.y() << " to " << placed.x() << ' ' << placed.y() << ' '
                                         << placed.width() << ' ' << placed.height();
     }
-    // 96 pixels an inch: one pixel is 15 twips.
-    EXPECT_EQ(twipsOf(100, 96), 1500);
-    EXPECT_EQ(pixelsOf(1500, 96), 100);
-    EXPECT_EQ(pixelsOf(1500, 192), 200);
 }
 
 TEST(OpeningOfTheMainWindow, APathThatIsNotValidGetsItsOwnBoxAndOthersTheStandardOne) {
