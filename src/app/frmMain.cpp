@@ -92,7 +92,8 @@ void frmMain::buildMenus() {
             parent->addSeparator();
         QAction* action = parent->addAction(Icons::get(entry.icon), entry.caption);
         action->setObjectName(entry.name);
-        action->setShortcut(QKeySequence(entry.shortcut));
+        if (!entry.shortcut.isEmpty())
+            action->setShortcuts(QKeySequence::listFromString(entry.shortcut));
         action->setCheckable(entry.checkable);
         if (entry.caption.isEmpty()) {
             madeAtRunTime(action);

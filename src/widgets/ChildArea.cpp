@@ -26,9 +26,12 @@ public:
 };
 
 /// The menu of a window's frame has the texts of the window system, made once; these follow the program's language.
-void translateSystemMenu(QMenu* menu) {
+void prepareSystemMenu(QMenu* menu) {
     if (!menu)
         return;
+    // Their shortcuts would take those of the frame's own commands.
+    for (QAction* action : menu->actions())
+        action->setShortcuts(QList<QKeySequence>());
     QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
         static const QStringList german = {u"&Wiederherstellen"_s, u"&Verschieben"_s,          u"&Größe ändern"_s, u"M&inimieren"_s,
                                            u"Ma&ximieren"_s,       u"Immer im V&ordergrund"_s, u"&Schließen"_s};
@@ -130,7 +133,7 @@ void ChildArea::adopt(QWidget& child) {
     frame->setAttribute(Qt::WA_DeleteOnClose);
     frame->setStyle(ownTitleBar_);
     frame->installEventFilter(this);
-    translateSystemMenu(frame->systemMenu());
+    prepareSystemMenu(frame->systemMenu());
     frame->resize(frame->sizeHint().expandedTo(viewport()->size() * 3 / 4).boundedTo(viewport()->size()));
     if (first)
         frame->showMaximized();

@@ -232,8 +232,8 @@ TEST_F(MainWindow, GivesEachEntryOfAMenuItsOwnMnemonicAndEachCommandItsOwnShortc
     }
     QStringList shortcuts;
     for (const QAction* entry : main->findChildren<QAction*>())
-        if (!entry->shortcut().isEmpty() && entry->objectName().startsWith(u"mn"))
-            shortcuts << entry->shortcut().toString();
+        for (const QKeySequence& keys : entry->objectName().startsWith(u"mn") ? entry->shortcuts() : QList<QKeySequence>())
+            shortcuts << keys.toString();
     EXPECT_EQ(shortcuts.removeDuplicates(), 0);
 }
 
