@@ -87,7 +87,7 @@ void benchBuilder(const QString& folder) {
     double best = 1e9;
     for (int round = 0; round < 9; ++round)
         best = std::min(best, processorSeconds([&] {
-            const CrosstabInput input{.counts = *counts, .labels = *labels, .rowMissing = {}, .columnMissing = {}, .options = {}, .cancelled = {}};
+            const CrosstabInput input{.counts = *counts, .labels = *labels, .rowMissing = {}, .columnMissing = {}, .options = {}, .cancelled = {}, .onFailure = {}};
             if (BuildCrosstabTable({tables[0], tables[1], tables[2], tables[3], tables[4]}, input, false) != BuildOutcome::Complete)
                 qFatal("the builder did not come to its end");
         }));

@@ -185,7 +185,8 @@ public:
     std::function<void()> onRun;
     /// Opens the missing-value dialog of Descriptives; nothing without one.
     std::function<void(AnalysisModel&)> askMissing;
-    /// Hears of a statistic that cannot be computed, in place of the standard error box; see DescriptivesInput.
+    /// Hears of a statistic or percentage that cannot be computed, in place of the standard error box; see
+    /// DescriptivesInput and CrosstabInput.
     std::function<void(const QString& place, const dao::Error& error)> onStatisticFailure;
     /// Runs after a change of weight or filter (an entry of a comparison follows it); nothing without one.
     std::function<void()> applyComparisonEntryChange;

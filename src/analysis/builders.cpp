@@ -70,7 +70,8 @@ BuildOutcome buildCrosstab(AnalysisModel& model) {
                                           .CommaInPercent = gOptions.CommaInPercent,
                                           .AutoColWidth = gOptions.AutoColWidth},
                               .textWidth = model.textWidth,
-                              .cancelled = turnNowAndThen(model)};
+                              .cancelled = turnNowAndThen(model),
+                              .onFailure = model.onStatisticFailure};
     model.request.cbValues = 0;
     return BuildCrosstabTable({.shown = model.mfgGrid,
                                .columnPercent = model.mfgGrid2,

@@ -337,7 +337,7 @@ void CrosstabBuilder::writeValidSums() {
 }
 
 bool CrosstabBuilder::writePercentages() {
-    CrosstabPercent percent(shown_, in_.options);
+    CrosstabPercent percent(shown_, in_);
     using Of = CrosstabPercent::Of;
     if (!percent.fill(t_.columnPercent, Of::Column) || !percent.fill(t_.rowPercent, Of::Row) ||
         !percent.fill(t_.totalPercent, Of::Total))

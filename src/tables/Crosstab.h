@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/Error.h"
 #include "platform/dao/Recordset.h"
 #include "tables/ResultTable.h"
 #include "tables/TableBuilder.h"
@@ -38,6 +39,9 @@ struct CrosstabInput {
     /// Asked once per record of the axes and per row of cells; gives the user interface its turn. True ends
     /// the builder.
     std::function<bool()> cancelled;
+    /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
+    /// error box asks. @param place the values of row and column
+    std::function<void(const QString& place, const dao::Error& error)> onFailure;
 };
 
 /// The five tables of a crosstab, all laid out alike: two fixed rows and columns, the values from row and

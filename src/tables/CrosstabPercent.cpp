@@ -8,9 +8,9 @@
 
 using namespace Qt::StringLiterals;
 
-CrosstabPercent::CrosstabPercent(const ResultTable& absolute, const CrosstabOptions& options)
-    : absolute_(absolute), options_(options), cols_(absolute.Cols()), rows_(absolute.Rows()),
-      numbers_(static_cast<size_t>(cols_) * static_cast<size_t>(rows_)) {
+CrosstabPercent::CrosstabPercent(const ResultTable& absolute, const CrosstabInput& input)
+    : absolute_(absolute), in_(input), options_(input.options), cols_(absolute.Cols()),
+      rows_(absolute.Rows()), numbers_(static_cast<size_t>(cols_) * static_cast<size_t>(rows_)) {
     size_t index = 0;
     for (int row = 0; row < rows_; ++row)
         for (int column = 0; column < cols_; ++column, ++index)
@@ -55,13 +55,26 @@ bool CrosstabPercent::fill(ResultTable& table, Of of) {
     for (int row = 3; row < rows_; ++row) {
         for (int column = 3; column < cols_; ++column) {
             QString text;
-            if (trapped([&] { text = withSignAndSeparator(percent(of, column, row)); }) == Trap::Aborted)
+            if (!compute(text, of, column, row))
                 return false;
             table.setCell(column + (column == cols_ - 1 ? shift : 0), row + (row == rows_ - 1 ? shift : 0),
                           withN(text, column, row));
             if (options_.IncludeNinXTab)
                 writeN(table, column, row);
         }
+    }
+    return true;
+}
+
+/// @return false for Abort
+bool CrosstabPercent::compute(QString& text, Of of, int column, int row) {
+    const auto step = [&] { text = withSignAndSeparator(percent(of, column, row)); };
+    if (!in_.onFailure)
+        return trapped(step) != Trap::Aborted;
+    try {
+        step();
+    } catch (const dao::Error& error) {
+        in_.onFailure(absolute_.Cell(0, row) + u", "_s + absolute_.Cell(column, 0), error);
     }
     return true;
 }

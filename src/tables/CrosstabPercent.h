@@ -11,16 +11,17 @@ public:
     enum class Of { Column, Row, Total };
 
     /// @param absolute the finished table of absolute values, with its sums and valid sums
-    CrosstabPercent(const ResultTable& absolute, const CrosstabOptions& options);
+    CrosstabPercent(const ResultTable& absolute, const CrosstabInput& input);
 
     /// Sizes and fills a table of percentages, without taking any row or column away. A division by zero
-    /// shows the standard error box; Ignore leaves its cell empty. @return false for Abort
+    /// is told, or shows the standard error box; Ignore leaves its cell empty. @return false for Abort
     bool fill(ResultTable& table, Of of);
     /// True when no value of either axis is marked as missing.
     bool nothingMarked() const;
 
 private:
     const ResultTable& absolute_;
+    const CrosstabInput& in_;
     const CrosstabOptions& options_;
     int cols_, rows_;             ///< of the absolute table
     std::vector<double> numbers_; ///< its cells, row by row
@@ -34,6 +35,7 @@ private:
     bool rowMarked(int row) const { return absolute_.Cell(2, row) == QLatin1Char('X'); }
 
     void writeFrame(ResultTable& table) const;
+    bool compute(QString& text, Of of, int column, int row);
     QString percent(Of of, int column, int row);
     QString percentOfAll(Of of, int column, int row);
     QString percentOfValid(Of of, int column, int row);

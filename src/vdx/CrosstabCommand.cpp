@@ -52,6 +52,7 @@ int CrosstabCommand::run(Session& session) {
     if (!request_.prepare(session, model, AnalysisMode::Crosstab) ||
         !request_.chooseVariable(session, model, row_) || !request_.chooseVariable(session, model, column_, true))
         return 1;
+    request_.tellFailures(session, model);
     model.request.chkFlipXtab = model.bCreationMode = flip_;
     if (model.changeTab(1) != RunOutcome::Computed || session.failed())
         return 1;

@@ -101,12 +101,7 @@ int DescriptivesCommand::run(Session& session) {
     if (!by_.empty() && !request_.chooseVariable(session, model, by_, true))
         return 1;
     model.request.chkDescGroup = !by_.empty();
-    model.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
-        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
-                    u"%1 cannot be computed (%2), its cell stays empty."_s,
-                    {model.request.dbcVariable.value + u", "_s + place,
-                     QString::number(error.number()) + u' ' + error.description()});
-    };
+    request_.tellFailures(session, model);
     return request_.run(session, model, variables_, [&] {
         chosen.applyTo(model);
         return true;

@@ -99,6 +99,15 @@ bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QS
     return false;
 }
 
+void StudyRequest::tellFailures(Session& session, AnalysisModel& model) const {
+    model.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
+        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
+                    u"%1 cannot be computed (%2), its cell stays empty."_s,
+                    {model.request.dbcVariable.value + u", "_s + place,
+                     QString::number(error.number()) + u' ' + error.description()});
+    };
+}
+
 int StudyRequest::run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
                       const std::function<bool()>& choose) const {
     std::vector<Result> results;

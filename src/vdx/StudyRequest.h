@@ -40,6 +40,8 @@ public:
     /// @return exit status
     int run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
             const std::function<bool()>& choose = {}) const;
+    /// From now on a number that cannot be computed leaves its cell empty, with words on standard error.
+    void tellFailures(Session& session, AnalysisModel& model) const;
     /// Chooses a variable by a name as typed, with words where there is none.
     bool chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second = false) const;
 

@@ -49,7 +49,8 @@ BuildOutcome CrosstabTest::build(const Rows& rows, int type) {
         .columnMissing = columnMissing_,
         .options = options_,
         .textWidth = [](const QString& shown) { return static_cast<int>(shown.size()) * 100; },
-        .cancelled = cancelled_};
+        .cancelled = cancelled_,
+        .onFailure = onFailure_};
     return BuildCrosstabTable({shown_, column_, row_, total_, absolute_}, input, userMissing_);
 }
 

@@ -20,6 +20,7 @@ protected:
     std::optional<QString> rowMissing_, columnMissing_;
     bool userMissing_ = false;
     std::function<bool()> cancelled_;
+    std::function<void(const QString&, const dao::Error&)> onFailure_;
     /// Variable, code, label.
     Rows labels_;
 

@@ -47,6 +47,11 @@ TEST_F(CrosstabTest, HasNoPercentagesOfNothing) {
     EXPECT_EQ(text(column_), u"1Ost 2West S / 1ja 100,0 0,0 . / 2nein 0,0 100,0 . / S 100,0 100,0 ."_s);
     EXPECT_EQ(text(total_), u"1Ost 2West S / 1ja 0,0 0,0 0,0 / 2nein 0,0 0,0 0,0 / S 0,0 0,0 0,0"_s);
     EXPECT_EQ(asker_.lastText(), u"11\r\nDivision by zero"_s);
+    QStringList told;
+    onFailure_ = [&told](const QString& place, const dao::Error&) { told << place; };
+    build({{1, 1, 3}, {2, 2, -3}});
+    EXPECT_EQ(told, (QStringList{u"1, Summe"_s, u"2, Summe"_s, u"Summe, Summe"_s, u"Summe, 1"_s,
+                                 u"Summe, 2"_s, u"Summe, Summe"_s}));
 }
 
 TEST_F(CrosstabTest, AsksAboutACountThatIsNoNumber) {
