@@ -1,29 +1,31 @@
-#include "app/frmAbout.h"
 #include "app/frmMain.h"
-#include "app/frmProcess.h"
 #include "app/frmSplash.h"
 #include "app/globals.h"
 #include "app/start.h"
 #include "config/CProfile.h"
 #include "config/frmOptions.h"
+#include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
+#include "platform/system/NumberFormat.h"
 #include "platform/system/Paths.h"
-#include "widgets/Desktop.h"
 #include "widgets/QtAsker.h"
 #include "widgets/StandardTexts.h"
 
 #include <CLI/CLI.hpp>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
-#include <QLabel>
-#include <QMenu>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QPalette>
-#include <QPushButton>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -56,15 +58,16 @@ QByteArray screenOf(const QTemporaryDir& folder) {
     return "offscreen:configfile=" + QFile::encodeName(file.fileName());
 }
 
-/// A person's settings, made for this run only.
+/// A person's settings and catalogue, made for this run only.
 void prepareHome(const Wanted& wanted, const QTemporaryDir& folder) {
     qputenv("VARIDEX_HOME", QFile::encodeName(folder.path()));
     qputenv("VARIDEX_CONFIG", QFile::encodeName(folder.path()));
     const QString program = QCoreApplication::applicationDirPath();
     QFile::copy(program + u"/../bin/Vx.mdb"_s, folder.filePath(u"Vx.mdb"_s));
     const QFileInfo catalogue(QString::fromLocal8Bit(wanted.catalogue));
+    QFile::copy(catalogue.filePath(), folder.filePath(catalogue.fileName()));
     const std::pair<QString, QString> settings[] = {
-        {u"DatabasePath"_s, Paths::native(catalogue.absolutePath())},
+        {u"DatabasePath"_s, Paths::native(folder.path())},
         {u"DatabaseName"_s, catalogue.fileName()},
         {u"DataPath"_s, Paths::native(QFileInfo(QString::fromLocal8Bit(wanted.data)).absoluteFilePath())},
     };
@@ -72,6 +75,17 @@ void prepareHome(const Wanted& wanted, const QTemporaryDir& folder) {
         CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key, value);
     mdLanguage::SaveSysSettings(wanted.language == "en" ? 1 : 0, 0);
 }
+
+/// Nobody sits at the walk: what a box would say is a fault of it.
+class WalkAsker : public QtAsker {
+public:
+    ui::Answer messageBox(const ui::Box& box) override {
+        std::fprintf(stderr, "An unexpected box: %s\n", qUtf8Printable(box.text));
+        failed = true;
+        return ui::safeAnswer(box.buttons);
+    }
+    bool failed = false;
+};
 
 /// Takes the pictures of one run of the program.
 class Walk {
@@ -84,42 +98,27 @@ public:
             suffix_ += u"-pt"_s + QString::number(wanted.fontSize);
     }
 
-    bool failed() const { return failed_; }
-
-    /// The windows around the others: start, progress and about.
-    void small() {
-        frmSplash splash;
-        splash.show();
-        take(splash, u"start"_s);
-        frmProcess progress([] {});
-        progress.lblStatus->setText(u"SV2018.mdb"_s);
-        progress.setProgress(40, 100);
-        progress.show();
-        take(progress, u"progress"_s);
-        frmAbout about;
-        about.show();
-        about.findChild<QPushButton*>(u"cmdSysInfo"_s)->click();
-        take(about, u"about"_s);
+    void startWindow() {
+        frmSplash window;
+        window.show();
+        take(window, u"start"_s);
     }
 
-    /// The frame with menus and child windows.
-    void frame() {
-        frmMain main;
-        main.load();
-        main.resize(1280, 800);
-        main.show();
-        take(main, u"main"_s);
-        for (const QString& name : {u"mnuView"_s, u"mnuOptions"_s}) {
-            auto* menu = main.findChild<QMenu*>(name);
-            menu->popup(QPoint());
-            take(*menu, name);
-            menu->close();
-        }
-        main.perform(u"mnuViewExplorers(1)"_s);
-        main.perform(u"mnuWindowTileVertical"_s);
-        take(main, u"main-tiled"_s);
-        unloadChildWindows();
-        take(main, u"main-empty"_s);
+    /// The main window with one child in it at a time.
+    void mainWindow() {
+        frmMain window;
+        window.load();
+        window.show();
+        window.resize(1280, 800);
+        window.panelsChanged();
+        frmExplorer& first = study(window);
+        category(window);
+        take(window, u"category"_s);
+        jump();
+        take(window, u"jump"_s);
+        desktop().activate(first);
+        selectVariable(first, u"LZUFR"_s);
+        request(window);
     }
 
     void options() {
@@ -134,15 +133,121 @@ public:
 
 private:
     QString folder_, suffix_;
-    bool failed_ = false;
+
+    static void settle() {
+        for (int i = 0; i < 5; ++i) {
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+            QCoreApplication::processEvents();
+        }
+    }
 
     void take(QWidget& window, const QString& name) {
-        QCoreApplication::processEvents();
+        settle();
         const QString file = QDir(folder_).filePath(name + suffix_ + u".png"_s);
-        if (!window.grab().save(file)) {
-            std::fprintf(stderr, "%s cannot be written.\n", qUtf8Printable(file));
-            failed_ = true;
+        if (!window.grab().save(file))
+            throw std::runtime_error(qPrintable(file + u" cannot be written"_s));
+    }
+
+    template<class Widget>
+    static Widget& in(Form& form, const QString& name) {
+        auto* widget = form.widget().findChild<Widget*>(name);
+        if (!widget)
+            throw std::runtime_error(qPrintable(u"no control "_s + name));
+        return *widget;
+    }
+
+    static frmExplorer& explorer() {
+        auto* window = dynamic_cast<frmExplorer*>(desktop().activeForm());
+        if (!window)
+            throw std::runtime_error("no explorer in front");
+        return *window;
+    }
+
+    /// Presses a key on a widget, or types a text.
+    static void press(QWidget& widget, int key, const QString& text = QString()) {
+        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&widget, &down);
+        QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
+        QCoreApplication::sendEvent(&widget, &up);
+        settle();
+    }
+
+    /// Selects the row of the list that shows a variable.
+    static bool selectVariable(frmExplorer& window, const QString& name) {
+        auto& list = in<QAbstractItemView>(window, u"lvListView"_s);
+        const QModelIndexList found = list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, name);
+        if (found.isEmpty())
+            return false;
+        list.setFocus();
+        list.setCurrentIndex(found.first());
+        settle();
+        return true;
+    }
+
+    /// A study with a variable of it selected and both panels filled.
+    frmExplorer& study(frmMain& window) {
+        frmExplorer& first = explorer();
+        for (const CatalogueNode& node : first.model().tree.nodes())
+            if (node.id() == u"SV2018")
+                first.showNode(node.Key);
+        first.setPanels(2);
+        selectVariable(first, u"WIRTSOL"_s);
+        press(in<QAbstractItemView>(first, u"lvListView"_s), Qt::Key_Return);
+        selectVariable(first, u"LZUFR"_s);
+        take(window, u"main"_s);
+        return first;
+    }
+
+    /// The analysis of the selected variable: its request with a weight and a filter, then the table.
+    void request(frmMain& window) {
+        window.perform(u"A"_s);
+        settle();
+        Form* analysis = desktop().activeForm();
+        if (!analysis || analysis->windowName() != u"frmAuswertung")
+            throw std::runtime_error("no analysis opened");
+        in<QRadioButton>(*analysis, u"Option3(1)"_s).click();
+        in<QRadioButton>(*analysis, u"optFilter(2)"_s).click();
+        auto& filter = in<QLineEdit>(*analysis, u"txtFilter"_s);
+        filter.setFocus();
+        for (const QChar c : u"ALTERJ>29"_s)
+            press(filter, 0, QString(c));
+        press(filter, Qt::Key_Escape);
+        take(window, u"request"_s);
+        in<QTabWidget>(*analysis, u"SSTab"_s).setCurrentIndex(1);
+        take(window, u"table"_s);
+    }
+
+    /// A view of categories, at a variable that stands in several places.
+    void category(frmMain& window) {
+        for (int view = 2; view <= gViews.lastRow(); ++view) {
+            if (gViews.at(view, ViewTable::CompAnalysis) == u"1")
+                continue;
+            window.perform(u"EXPL"_s + QString::number(view));
+            settle();
+            explorer().setPanels(1);
+            if (showPlaces(explorer()))
+                return;
         }
+        throw std::runtime_error("no variable with several places");
+    }
+
+    static bool showPlaces(frmExplorer& window) {
+        for (const CatalogueNode& node : window.model().tree.nodes()) {
+            window.showNode(node.Key);
+            settle();
+            if (selectVariable(window, u"LZUFR"_s) && window.model().DBList1.size() > 1)
+                return true;
+        }
+        return false;
+    }
+
+    /// From there to another of its places.
+    void jump() {
+        auto& places = in<QListWidget>(explorer(), u"DBList1"_s);
+        places.setFocus();
+        places.setCurrentRow(places.count() - 1);
+        press(places, Qt::Key_Return);
+        explorer().setPanels(1);
     }
 };
 
@@ -162,7 +267,7 @@ int main(int count, char** arguments) {
     line.add_option("--font-size", wanted.fontSize)->check(CLI::Range(6, 48));
     CLI11_PARSE(line, count, arguments);
 
-    const QTemporaryDir home;
+    const QTemporaryDir home(QDir::tempPath() + u"/varidex-XXXXXX"_s);
     qputenv("QT_SCALE_FACTOR", QByteArray::number(wanted.scale));
     qputenv("QT_QPA_PLATFORM", screenOf(home));
     QApplication application(count, arguments);
@@ -174,17 +279,25 @@ int main(int count, char** arguments) {
         font.setPointSize(wanted.fontSize);
         QApplication::setFont(font);
     }
-    QtAsker asker;
+    WalkAsker asker;
     ui::setAsker(&asker);
-    prepareHome(wanted, home);
-    if (!QDir().mkpath(QString::fromLocal8Bit(wanted.folder)))
+    gUnloadWindows = unloadChildWindows;
+    if (!home.isValid() || !QDir().mkpath(QString::fromLocal8Bit(wanted.folder)))
         return 1;
+    prepareHome(wanted, home);
+    NumberFormat::setDecimalSeparator(wanted.language == "en" ? u'.' : u',');
     Main::StartServices();
     StandardTexts::followLanguage();
-    Walk walk(wanted);
-    walk.small();
-    walk.frame();
-    walk.options();
+    bool failed = false;
+    try {
+        Walk walk(wanted);
+        walk.startWindow();
+        walk.options();
+        walk.mainWindow();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        failed = true;
+    }
     ui::setAsker(nullptr);
-    return walk.failed() ? 1 : 0;
+    return failed || asker.failed ? 1 : 0;
 }
