@@ -153,6 +153,10 @@ void DescriptivesBuilder::read(dao::Recordset& rows, bool forCount) {
     const dao::Value none;
     const bool forMode = grouped_ && !forCount && numeric_ && chosen(Statistic::Mode);
     Block* block = grouped_ ? nullptr : blockOf(none, true);
+    if (numeric_ && !forCount && block)
+        block->cases.reserve(rows.RecordCount());
+    if (forMode)
+        all_.reserve(rows.RecordCount());
     for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) {
         const dao::Value x = numeric_ && !forCount ? rows.value(value) : none;
         const dao::Value w = in_.weighted ? rows.value(weight) : none;

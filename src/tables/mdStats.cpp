@@ -68,6 +68,13 @@ bool Cases::readWeight(const dao::Value& weight, double& w, std::optional<dao::E
     }
 }
 
+void Cases::reserve(int cases) {
+    if (weighted_)
+        cases_.reserve(static_cast<size_t>(cases));
+    else
+        values_.reserve(static_cast<size_t>(cases));
+}
+
 void Cases::add(const dao::Value& value, const dao::Value& weight) {
     ++rows_;
     double w = 0;
@@ -109,6 +116,7 @@ Cases collect(dao::Recordset& recordset, const QString& field, const QString& we
     if (isEmpty(recordset))
         return cases;
     const dao::Value none;
+    cases.reserve(recordset.RecordCount());
     for (recordset.MoveFirst(); !recordset.Eof(); recordset.MoveNext())
         cases.add(recordset.value(valueColumn), weighted ? recordset.value(weightColumn) : none);
     return cases;

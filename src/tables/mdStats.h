@@ -41,6 +41,8 @@ public:
     Cases(bool weighted, const MissingDefinition& definition)
         : weighted_(weighted), definition_(&definition) {}
 
+    /// Room for so many cases.
+    void reserve(int cases);
     /// Adds a row. What it holds that is no number is kept and raised by the statistics that need it.
     /// @param weight not read without weights
     void add(const dao::Value& value, const dao::Value& weight);
