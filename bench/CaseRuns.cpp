@@ -28,10 +28,13 @@ void run(AnalysisModel& model, const CaseRuns::Choose& choose) {
         qFatal("the run did not compute");
 }
 
-/// The statements of a run as SQLite gets them.
-QStringList statementsOf(const CaseRuns::Choose& choose) {
+/// The statements of a run as SQLite gets them. @param start of those that are wanted, as the engine is given them
+QStringList statementsOf(const CaseRuns::Choose& choose, const QString& start = {}) {
     QStringList statements;
-    dao::DBEngine::instance().setTrace([&](const QString&, const QString& sqlite) { statements << sqlite; });
+    dao::DBEngine::instance().setTrace([&](const QString& jet, const QString& sqlite) {
+        if (jet.startsWith(start))
+            statements << sqlite;
+    });
     AnalysisModel model;
     run(model, choose);
     dao::DBEngine::instance().setTrace({});
@@ -70,13 +73,18 @@ double CaseRuns::time(const Choose& choose) {
 
 void CaseRuns::compareWithStatements(const QString& name, double limit, const QString& folder, int cases,
                                      const Choose& choose) {
-    const QStringList statements = statementsOf(choose);
+    compareWithReading(name, limit, folder, cases, choose, {}, [] { return 0.0; });
+}
+
+void CaseRuns::compareWithReading(const QString& name, double limit, const QString& folder, int cases,
+                                  const Choose& choose, const QString& start, const std::function<double()>& more) {
+    const QStringList statements = statementsOf(choose, start);
     const QString own = folderOf(folder, cases);
     SqliteDirect direct(own + u"/cases.mdb"_s, {{aliasIn(statements), own + u"/B1.mdb"_s}});
     Ratios::measure(
         name, 7, limit, [&] { return time(choose); },
         [&] {
-            return seconds([&] {
+            return more() + seconds([&] {
                 for (const QString& statement : statements)
                     direct.run(statement);
             });

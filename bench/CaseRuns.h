@@ -17,6 +17,11 @@ void open(const QString& folder, int cases);
 double time(const Choose& choose);
 /// Measures a run over the open archive against its own statements, stepped bare on the same files.
 void compareWithStatements(const QString& name, double limit, const QString& folder, int cases, const Choose& choose);
+/// Measures a run over the open archive against reading its cases bare and whatever else the cases need.
+/// @param start what the statement that reads the cases starts with, as the engine is given it
+/// @param more seconds that the rest takes
+void compareWithReading(const QString& name, double limit, const QString& folder, int cases, const Choose& choose,
+                        const QString& start, const std::function<double()>& more);
 /// Prints the time a case over archives from 1e4 to 1e6 cases (1e7 with `large`) and notes how it grows.
 void growth(const QString& name, const QString& folder, bool large, const Choose& choose);
 
