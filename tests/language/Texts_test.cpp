@@ -103,6 +103,12 @@ QStringList literalsHandedOn(const QString& name, const QString& source, qsizety
     return literals;
 }
 
+/// Keys, fields and names of icons stand beside the texts in tables and argument lists; nobody reads them.
+bool isName(const QString& literal) {
+    static const QRegularExpression name(u"^(?:[A-Z]{1,4}|[a-z]+[A-Za-z0-9_-]*)$"_s);
+    return name.match(literal).hasMatch();
+}
+
 /// Every literal that reaches TranslateText in the sources of a folder: in the call itself, as the argument
 /// of a function that hands its parameter on, or in a constant.
 QStringList translatedLiterals(const QString& source) {
@@ -112,10 +118,11 @@ QStringList translatedLiterals(const QString& source) {
         found << literalsIn(arguments);
     for (auto calls = variable.globalMatch(source); calls.hasNext();) {
         const QRegularExpressionMatch match = calls.next();
-        const QStringList ofVariable =
+        QStringList ofVariable =
             source[match.capturedEnd() - 1] == u'['
                 ? literalsOfVariable(match.captured(1), source)
                 : literalsHandedOn(match.captured(1), source, match.capturedStart());
+        ofVariable.removeIf(isName);
         found << ofVariable;
     }
     return found;
