@@ -22,7 +22,7 @@ void compareWithStatements(const QString& name, double limit, const QString& fol
 /// @param more seconds that the rest takes
 void compareWithReading(const QString& name, double limit, const QString& folder, int cases, const Choose& choose,
                         const QString& start, const std::function<double()>& more);
-/// Prints the time a case over archives from 1e4 to 1e6 cases (1e7 with `large`) and notes how it grows.
+/// Prints the processor time a case over archives from 1e4 to 1e6 cases (1e7 with `large`) and notes how it grows.
 void growth(const QString& name, const QString& folder, bool large, const Choose& choose);
 
 }
