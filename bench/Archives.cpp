@@ -115,6 +115,33 @@ QString Archives::makeCases(const QString& folder, int cases) {
     return path;
 }
 
+QString Archives::makeWaves(const QString& folder, int studies, int cases) {
+    const QString path = folder + u"/waves.mdb"_s;
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    const dao::DatabasePtr catalogue = workspace.CreateDatabase(path);
+    workspace.BeginTrans();
+    schema::createCatalogueTables(*catalogue);
+    addOptions(*catalogue);
+    workspace.CommitTrans();
+    std::mt19937 random(20180331);
+    for (int i = 1; i <= studies; ++i) {
+        const QString study = u"S%1"_s.arg(i, 2, 10, QLatin1Char('0'));
+        const auto file = catalogue->openCompanion(folder + u'/' + study + u".mdb"_s);
+        workspace.BeginTrans();
+        addStudy(*studyAppender(*catalogue), study, i, u"W"_s);
+        {
+            const auto variables = variableAppender(*catalogue);
+            addVariable(*variables, study, u"W"_s, 1, study + u"_1"_s);
+            addVariable(*variables, study, u"V5"_s, 2, study + u"_1"_s);
+        }
+        fillCaseTable(*file, schema::cases(study + u"_1"_s, {number(u"W"_s), number(u"V5"_s)}), *catalogue, cases, {0, 8}, random);
+        workspace.CommitTrans();
+        file->close();
+    }
+    catalogue->Close();
+    return path;
+}
+
 QString Archives::makeCatalogue(const QString& folder, int studies, int variablesEach) {
     const QString path = folder + u"/large.mdb"_s;
     dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);

@@ -8,6 +8,9 @@ namespace Archives {
 /// One study "B1" with two case tables in one file: B1_1 (W weight, V5 with 8 values, V6 with 40) and B1_2 (V9 with 10).
 QString makeCases(const QString& folder, int cases);
 
+/// Studies S01, S02, ... with W (weight) and V5 (8 values), each in a case file of its own.
+QString makeWaves(const QString& folder, int studies, int cases);
+
 /// A catalogue of studies S0001, ... with as many variables each, labels and question texts, and a view of it.
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 

@@ -31,6 +31,7 @@ private:
     AnalysisModel& m_;
     AnalysisRequest& r_;
     dao::DatabasePtr db_;
+    dao::RecordsetPtr variables_; ///< of the catalogue, once a round has asked for one
     Round round_;
     std::vector<AttachedTable> attached_; ///< in all rounds
     int number_ = 0;                      ///< of the round, from 1

@@ -132,11 +132,12 @@ bool CreateSQL::addWeightToQuery() {
 
 /// Where a variable of the round's study lies. @throws dao::Error
 std::optional<VariablePlace> CreateSQL::findPlace(const QString& variable) {
-    const dao::RecordsetPtr variables = db_->OpenRecordset(u"tkey_Variable"_s);
-    variables->FindFirst(u"fi_StudyNo = '"_s + round_.study + u"' AND id_VarName ='"_s + variable + u"'"_s);
-    if (variables->NoMatch())
+    if (!variables_)
+        variables_ = db_->OpenRecordset(u"tkey_Variable"_s);
+    variables_->FindFirst(u"fi_StudyNo = '"_s + round_.study + u"' AND id_VarName ='"_s + variable + u"'"_s);
+    if (variables_->NoMatch())
         return std::nullopt;
-    return VariablePlace{variables->text(u"dt_TableName"_s), variables->text(u"dt_FieldName"_s)};
+    return VariablePlace{variables_->text(u"dt_TableName"_s), variables_->text(u"dt_FieldName"_s)};
 }
 
 bool CreateSQL::storeQuery() {
