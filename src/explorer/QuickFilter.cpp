@@ -1,17 +1,29 @@
 #include "explorer/QuickFilter.h"
 
 #include <QStringList>
-#include <cstring>
+#include <algorithm>
+#include <string_view>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// Parts the texts of a row, so that no word is found across two of them.
-constexpr QChar parting(1);
+constexpr char parting = 1;
 
-QByteArray folded(const QString& text) {
-    return text.toCaseFolded().toUtf8();
+/// Appends a text, folded. Most letters are plain ones, which need no table of Unicode.
+void appendFolded(QByteArray& to, QStringView text) {
+    const auto isPlain = [](QChar c) { return c.unicode() < 0x80; };
+    for (auto at = text.begin(); at != text.end();) {
+        for (; at != text.end() && isPlain(*at); ++at) {
+            const auto c = static_cast<char>(at->unicode());
+            to += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+        }
+        const auto end = std::find_if(at, text.end(), isPlain);
+        if (at != end)
+            to += QStringView(at, end).toString().toCaseFolded().toUtf8();
+        at = end;
+    }
 }
 
 } // namespace
@@ -35,12 +47,13 @@ void QuickFilter::read(dao::Recordset& recordset) {
     const int place = recordset.AbsolutePosition();
     ends_.reserve(static_cast<size_t>(recordset.RecordCount()));
     for (recordset.MoveFirst(); !recordset.Eof(); recordset.MoveNext()) {
-        QString row;
-        for (const int column : columns)
-            row += recordset.value(column).toText() + parting;
-        texts_ += folded(row);
+        for (const int column : columns) {
+            appendFolded(texts_, recordset.value(column).toText());
+            texts_ += parting;
+        }
         ends_.push_back(texts_.size());
     }
+    texts_.squeeze();
     recordset.MoveFirst();
     if (place > 0)
         recordset.Move(place);
@@ -51,23 +64,22 @@ std::vector<bool> QuickFilter::matching(const QString& words) const {
     if (all.isEmpty())
         return {};
     std::vector<bool> rows(ends_.size(), true);
-    for (const QString& word : all)
-        keepRowsWith(folded(word), rows);
+    for (const QString& word : all) {
+        QByteArray sought;
+        appendFolded(sought, word);
+        keepRowsWith(sought, rows);
+    }
     return rows;
 }
 
+/// A row that an earlier word has ruled out is not searched again.
 void QuickFilter::keepRowsWith(const QByteArray& word, std::vector<bool>& rows) const {
-    const char* const begin = texts_.constData();
-    const char* const end = begin + texts_.size();
-    const char* from = begin;
-    size_t row = 0;
-    while (row < rows.size()) {
-        const void* found = memmem(from, static_cast<size_t>(end - from), word.constData(),
-                                   static_cast<size_t>(word.size()));
-        const qsizetype place = found ? static_cast<const char*>(found) - begin : texts_.size();
-        for (; row < rows.size() && ends_[row] <= place; ++row)
-            rows[row] = false;
-        if (row < rows.size())
-            from = begin + ends_[row++];
+    const std::string_view all(texts_.constData(), static_cast<size_t>(texts_.size()));
+    const std::string_view sought(word.constData(), static_cast<size_t>(word.size()));
+    size_t begin = 0;
+    for (size_t row = 0; row < rows.size(); ++row) {
+        const auto end = static_cast<size_t>(ends_[row]);
+        rows[row] = rows[row] && all.substr(begin, end - begin).find(sought) != sought.npos;
+        begin = end;
     }
 }
