@@ -72,6 +72,7 @@ void CCtrl::SetControlProps() {
     }
     run(u"SetControlProps"_s, [this] {
         m_GetLanguage();
+        readRows();
         log_ = u'[' + window_->windowName() + u"]\r\n"_s;
         ui::asker().eventTurn();
         const std::vector<ControlText> controls = window_->controls();
@@ -119,16 +120,25 @@ std::optional<QString> CCtrl::textInCode(const ControlText& control) const {
     return std::nullopt;
 }
 
-QString CCtrl::statement(const ControlText& control) const {
-    const QString language = english_ ? u"Englisch"_s : u"Deutsch"_s;
-    const QString window = window_->windowName();
-    const QString start =
-        u"select "_s + language + (control.type == u"CommandButton" ? u", Property"_s : QString()) +
-        u" from tblStat where FormName = '"_s + window + u"' and CtrlTyp = '"_s + control.type + u"'"_s;
+/// One statement for all controls: windows have up to a hundred, and a change of language reaches every window.
+void CCtrl::readRows() {
+    rows_.clear();
+    const dao::RecordsetPtr rows =
+        database_->OpenRecordset(u"select CtrlTyp, CtrlName, Property, Index, "_s + (english_ ? u"Englisch"_s : u"Deutsch"_s) +
+                                     u" from tblStat where FormName = '"_s + window_->windowName() + u"'"_s,
+                                 dao::dbOpenSnapshot);
+    for (; !rows->Eof(); rows->MoveNext())
+        rows_.push_back({rows->value(0).toText(), rows->value(1).toText(), rows->value(2).toText(), rows->value(3), rows->value(4)});
+    rows->Close();
+}
+
+bool CCtrl::isRowOf(const TextRow& row, const ControlText& control) const {
+    const auto hasIndex = [&row](int index) { return !row.index.isNull() && dao::compareValues(row.index, index) == 0; };
+    if (dao::compareTexts(row.type, control.type) != 0)
+        return false;
     if (control.type == u"Form")
-        return window == u"frmExplorer" ? start + u" and index = 0"_s : start;
-    const QString index = control.index ? u" and index = "_s + QString::number(*control.index) : QString();
-    return start + index + u" and CtrlName = '"_s + control.name + u"'"_s;
+        return window_->windowName() != u"frmExplorer" || hasIndex(0);
+    return (!control.index || hasIndex(*control.index)) && dao::compareTexts(row.name, control.name) == 0;
 }
 
 void CCtrl::setText(const ControlText& control) {
@@ -136,17 +146,17 @@ void CCtrl::setText(const ControlText& control) {
         window_->setControlText(control, *text);
         return;
     }
-    const dao::RecordsetPtr texts = database_->OpenRecordset(statement(control), dao::dbOpenSnapshot);
-    for (; !texts->Eof(); texts->MoveNext()) {
+    for (const TextRow& row : rows_) {
+        if (!isRowOf(row, control))
+            continue;
         ControlText place = control;
         if (control.type == u"CommandButton")
-            place.property = texts->text(u"Property"_s);
-        if (!texts->value(0).isNull())
-            window_->setControlText(place, texts->value(0).toText());
+            place.property = row.property;
+        if (!row.text.isNull())
+            window_->setControlText(place, row.text.toText());
         if (control.type != u"CommandButton")
             break;
     }
-    texts->Close();
 }
 
 void CCtrl::logOldText(const ControlText& control) {

@@ -50,14 +50,20 @@ private:
     dao::DatabasePtr database_;
     bool english_ = false;
     QString log_;
+    struct TextRow {
+        QString type, name, property;
+        dao::Value index, text;
+    };
+    std::vector<TextRow> rows_; ///< those of CurrentForm in the language in force, as the table has them
 
     template<class Steps>
     void run(const QString& procedure, Steps&& steps);
     void m_GetLanguage();
+    void readRows();
     void setTextsOfType(const QString& type, const std::vector<ControlText>& controls);
     void setText(const ControlText& control);
     std::optional<QString> textInCode(const ControlText& control) const;
-    QString statement(const ControlText& control) const;
+    bool isRowOf(const TextRow& row, const ControlText& control) const;
     void logOldText(const ControlText& control);
     void m_CommitTransaktion();
 };
