@@ -19,12 +19,25 @@ FieldDefinition number(const QString& name) {
     return dao::TableDef::CreateField(name, dao::dbDouble);
 }
 
-void addOptions(dao::Database& catalogue) {
+using Options = std::vector<std::pair<QString, QString>>;
+
+const Options studyView = {{u"frmExplorer1Name"_s, u"Studien"_s},
+                           {u"frmExplorer1Table"_s, u"Study"_s},
+                           {u"frmExplorer1Type"_s, u"1"_s},
+                           {u"frmExplorer1NameEnglish"_s, u"Studies"_s}};
+const Options categoryView = {{u"OpenFrmExplorerAtStart"_s, u"1"_s},
+                              {u"frmExplorer2Name"_s, u"Themen"_s},
+                              {u"frmExplorer2Table"_s, u"Topic"_s},
+                              {u"frmExplorer2NameEnglish"_s, u"Topics"_s}};
+
+/// @param topics with the category view
+void addOptions(dao::Database& catalogue, bool topics = false) {
     const auto options = catalogue.openAppender(u"tsys_Options"_s, {u"dt_OptionName"_s, u"dt_OptionValue"_s});
-    const std::pair<QString, QString> rows[] = {{u"NumberOfFrmExplorers"_s, u"1"_s},   {u"frmExplorer1Name"_s, u"Studien"_s},
-                                                {u"frmExplorer1Table"_s, u"Study"_s},  {u"frmExplorer1Type"_s, u"1"_s},
-                                                {u"frmExplorer1NameEnglish"_s, u"Studies"_s}};
-    for (const auto& [key, value] : rows) {
+    Options values = studyView;
+    values.emplace_back(u"NumberOfFrmExplorers"_s, topics ? u"2"_s : u"1"_s);
+    if (topics)
+        values.insert(values.end(), categoryView.begin(), categoryView.end());
+    for (const auto& [key, value] : values) {
         options->setText(0, key);
         options->setText(1, value);
         options->appendRow();
@@ -57,18 +70,42 @@ std::unique_ptr<dao::Appender> variableAppender(dao::Database& catalogue) {
                                    u"dt_Missing"_s});
 }
 
-void addVariable(dao::Appender& variables, const QString& study, const QString& name, int position, const QString& table) {
+/// @param inTopic its question texts are as long as those of interviews mostly are: 200 characters
+void addVariable(dao::Appender& variables, const QString& study, const QString& name, int position, const QString& table,
+                 bool inTopic = false) {
+    constexpr int longText = 200;
+    const auto asked = [inTopic](const QString& text) { return inTopic ? text.repeated(3).left(longText) : text; };
     variables.setText(0, study);
     variables.setText(1, name);
     variables.setNumber(2, position);
     variables.setText(3, u"Zufriedenheit mit dem Bereich Nummer %1"_s.arg(position));
     variables.setText(4, u"Satisfaction with area number %1"_s.arg(position));
-    variables.setText(5, u"Wie zufrieden sind Sie, alles in allem, mit dem Bereich Nummer %1 Ihres Lebens?"_s.arg(position));
-    variables.setText(6, u"All things considered, how satisfied are you with area number %1 of your life?"_s.arg(position));
+    variables.setText(5, asked(u"Wie zufrieden sind Sie, alles in allem, mit dem Bereich Nummer %1 Ihres Lebens?"_s.arg(position)));
+    variables.setText(6, asked(u"All things considered, how satisfied are you with area number %1 of your life?"_s.arg(position)));
     variables.setText(7, table);
     variables.setText(8, name);
     variables.setText(9, u"8;9"_s);
     variables.appendRow();
+}
+
+void addTopics(dao::Database& catalogue) {
+    const auto topics = catalogue.openAppender(
+        u"tkey_Topic"_s, {u"fid"_s, u"Order"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s});
+    int order = 0;
+    for (const auto& [german, english] : {std::pair(u"Zufriedenheit"_s, u"Satisfaction"_s), std::pair(u"Erstes"_s, u"First"_s)}) {
+        topics->setNumber(0, 0);
+        topics->setNumber(1, ++order);
+        topics->setText(2, german);
+        topics->setText(3, english);
+        topics->appendRow();
+    }
+}
+
+void addAssignment(dao::Appender& assignments, int topic, const QString& study, const QString& variable) {
+    assignments.setNumber(0, topic);
+    assignments.setText(1, study);
+    assignments.setText(2, variable);
+    assignments.appendRow();
 }
 
 void fillCaseTable(dao::Companion& file, const schema::Table& table, dao::Database& catalogue, int cases,
@@ -147,16 +184,25 @@ QString Archives::makeCatalogue(const QString& folder, int studies, int variable
     dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
     const dao::DatabasePtr catalogue = workspace.CreateDatabase(path);
     workspace.BeginTrans();
-    schema::createCatalogueTables(*catalogue);
-    addOptions(*catalogue);
+    schema::createCatalogueTables(*catalogue, {u"Study"_s}, {u"Topic"_s});
+    addOptions(*catalogue, true);
+    addTopics(*catalogue);
     const auto studyRows = studyAppender(*catalogue);
     const auto variableRows = variableAppender(*catalogue);
+    const auto assignmentRows =
+        catalogue->openAppender(u"trel_VariableTopic"_s, {u"fid"_s, u"fi_StudyNo"_s, u"fi_VariableNo"_s});
     for (int s = 1; s <= studies; ++s) {
         const QString study = u"S%1"_s.arg(s, 4, 10, QLatin1Char('0'));
         addStudy(*studyRows, study, s, {});
-        for (int v = 1; v <= variablesEach; ++v)
-            addVariable(*variableRows, study, u"V%1"_s.arg(v), v, study + u"_1"_s);
+        for (int v = 1; v <= variablesEach; ++v) {
+            const QString name = u"V%1"_s.arg(v);
+            const bool inTopic = v % 10 == 0;
+            addVariable(*variableRows, study, name, v, study + u"_1"_s, inTopic);
+            if (inTopic)
+                addAssignment(*assignmentRows, 1, study, name);
+        }
     }
+    addAssignment(*assignmentRows, 2, u"S0001"_s, u"V1"_s);
     workspace.CommitTrans();
     catalogue->Close();
     return path;

@@ -11,7 +11,9 @@ QString makeCases(const QString& folder, int cases);
 /// Studies S01, S02, ... with W (weight) and V5 (8 values), each in a case file of its own.
 QString makeWaves(const QString& folder, int studies, int cases);
 
-/// A catalogue of studies S0001, ... with as many variables each, labels and question texts, and a view of it.
+/// A catalogue of studies S0001, ... with as many variables each, labels and question texts; a view of the studies, which is
+/// the one to open at the start, and one of topics: the first has every tenth variable (V10, V20, ...), with longer texts, the
+/// second a single one.
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 
 /// An SPSS file with whole and decimal numbers, labels, missing values and a text variable.

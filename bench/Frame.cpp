@@ -10,9 +10,12 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>
+#include <optional>
 
 int runBenchmarks(int argc, char** argv, const std::function<void(const QString&)>& prepare) {
-    QCoreApplication application(argc, argv);
+    std::optional<QCoreApplication> application;
+    if (!QCoreApplication::instance())
+        application.emplace(argc, argv);
     benchmark::Initialize(&argc, argv);
     const QTemporaryDir folder;
     gOptions = Options();
