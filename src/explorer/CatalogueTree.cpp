@@ -6,6 +6,7 @@
 #include "catalogue/schema.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/TextOrder.h"
 #include "platform/ui/Asker.h"
 
 using namespace Qt::StringLiterals;
@@ -149,7 +150,7 @@ CatalogueNode& CatalogueTree::addRoot(const QString& key, const QString& text) {
 
 CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, const QString& text) {
     // Entries come in the order of their parents: most have the one of the entry before.
-    CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(parentKey.toCaseFolded());
+    CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(dao::foldedText(parentKey));
     if (!parent)
         throw dao::Error(
             35601, u"Element not found: the entry \"%1\" belongs to \"%2\", which is not in the tree."_s.arg(
@@ -160,7 +161,7 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
 }
 
 CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
-    CatalogueNode*& place = byKey_[key.toCaseFolded()];
+    CatalogueNode*& place = byKey_[dao::foldedText(key)];
     if (place) {
         const QString where =
             isOnWayToRoot(parent, key) ? u"stands below itself"_s : u"is in the tree already"_s;
@@ -186,7 +187,7 @@ void CatalogueTree::setRootText(const QString& text) {
 }
 
 const CatalogueNode* CatalogueTree::find(const QString& key) const {
-    return byKey_.value(key.toCaseFolded());
+    return byKey_.value(dao::foldedText(key));
 }
 
 QChar viewLetter(int view) {
@@ -212,7 +213,7 @@ bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QStri
     const ProcedureScope scope(u"[Module1.Update_TreeViewAddnode]"_s);
     return attempt(
         [&] {
-            const QString letter(viewLetter(view));
+            const QChar letter = viewLetter(view);
             const bool described = !description.isEmpty() && description != u" ";
             // An entry with a description keeps an empty name and fails without a parent; only a plain one
             // falls back.

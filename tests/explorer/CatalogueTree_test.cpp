@@ -75,6 +75,15 @@ TEST_F(Tree, CategoriesFollowTheirOrderAndFallBackOnlyWithoutADescription) {
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
 
+TEST(TreeKeys, AreToldApartAsTheEngineTellsTexts) {
+    CatalogueTree tree;
+    tree.addRoot(u"A0"_s, u"Studien"_s);
+    const CatalogueNode& sharp = tree.add(u"a0"_s, u"AStraße"_s, {});
+    tree.add(u"A0"_s, u"AStrasse"_s, {});
+    EXPECT_EQ(tree.find(u"aSTRAßE"_s), &sharp);
+    EXPECT_THROW(tree.add(u"A0"_s, u"ASTRASSE"_s, {}), dao::Error);
+}
+
 TEST_F(Tree, AStudyWithoutItsParentIsReportedAndTheRestGoesOn) {
     catalogue.addStudy(u"QX1"_s, u"verwaist"_s, {{"fid", u"G002"_s}});
     catalogue.addStudy(u"QX2"_s, u"ohne Gruppe"_s);
