@@ -179,11 +179,12 @@ TEST_F(SystemTexts, AWindowTakesTheTextsOfItsControlsTypeByType) {
     const QString window = u"frmExplorer"_s;
     rows.controls = {
         {window, u"Form"_s, u"frmExplorer"_s, u"Caption"_s, 0, u"Ansicht"_s, u"View"_s},
+        {window, u"Label"_s, u"lblTitle"_s, u"Caption"_s, std::nullopt, u"Keine"_s, u"None"_s}, // of no member
         {window, u"Label"_s, u"lblTitle"_s, u"Caption"_s, 0, u"Alle"_s, u"All"_s},
         {window, u"Label"_s, u"lblTitle"_s, u"Caption"_s, 1, u"Einige"_s, u"Some"_s},
         {u"frmOther"_s, u"Label"_s, u"lblTitle"_s, u"Caption"_s, 1, u"Andere"_s, u"Others"_s},
         {window, u"CommandButton"_s, u"cmdGo"_s, u"ToolTipText"_s, std::nullopt, u"Startet"_s, u"Starts"_s},
-        {window, u"CommandButton"_s, u"cmdGo"_s, u"Caption"_s, std::nullopt, u"Los"_s, u"Go"_s},
+        {window, u"commandbutton"_s, u"CMDGO"_s, u"Caption"_s, std::nullopt, u"Los"_s, u"Go"_s},
         {window, u"ComboBox"_s, u"cmbA"_s, u"List"_s, 1, u"Zwei"_s, u"Two"_s},
         {window, u"TextBox"_s, u"txtA"_s, u"Text"_s, std::nullopt, u"Feld"_s, u"Field"_s},
     };
