@@ -75,7 +75,7 @@ void benchMemory(benchmark::State& state) {
     for (auto _ : state) {
         const double ten = startedProgram(10).second;
         Ratios::note(u"memory of ten explorers in MB"_s, ten / 1024, 400);
-        Ratios::note(u"memory of ten explorers over an empty frame's"_s, ten / startedEmpty().second, 6);
+        Ratios::note(u"memory of ten explorers over an empty frame's"_s, ten / startedEmpty().second, 8);
     }
 }
 
@@ -139,7 +139,7 @@ void benchStudy(benchmark::State& state) {
     frmExplorer& explorer = openExplorer(*mainWindow, 1);
     bool other = false;
     for (auto _ : state)
-        measureGesture(u"study of 500 selected, list painted"_s, 21, 4, [&] {
+        measureGesture(u"study of 500 selected, list painted"_s, 21, 40, [&] {
             selectNode(explorer, (other = !other) ? u"AS0500"_s : u"AS0501"_s);
         });
 }
@@ -151,7 +151,7 @@ void benchRow(benchmark::State& state) {
     auto* question = explorer.findChild<QPlainTextEdit*>(u"txtQuestion"_s);
     int place = 0;
     for (auto _ : state)
-        measureGesture(u"row of 500 selected, panel painted"_s, 21, 400, [&] {
+        measureGesture(u"row of 500 selected, panel painted"_s, 21, 100, [&] {
             PaintWatch watch(question->viewport());
             place = (place + 10) % 500;
             listOf(explorer).selectOnly(place + 9);
@@ -212,9 +212,9 @@ void benchTopic(benchmark::State& state) {
         selectNode(explorer, topic);
     };
     for (auto _ : state) {
-        measureGesture(u"topic of 50,000 selected, list painted"_s, 3, 3, reselect);
+        measureGesture(u"topic of 50,000 selected, list painted"_s, 5, 2, reselect);
         Ratios::measure(
-            u"50,000 rows sorted by label, list painted"_s, 5, 3,
+            u"50,000 rows sorted by label, list painted"_s, 5, 1,
             [&] {
                 return seconds([&] {
                     PaintWatch watch(list.viewport());
@@ -224,7 +224,7 @@ void benchTopic(benchmark::State& state) {
             },
             [&] { return seconds([&] { direct.run(sortedByStatement); }); });
         Ratios::measure(
-            u"filter of 50,000 rows, first focus"_s, 3, 4,
+            u"filter of 50,000 rows, first focus"_s, 5, 1.5,
             [&] {
                 reselect();
                 list.setFocus();
@@ -244,7 +244,7 @@ void benchLanguage(benchmark::State& state) {
         qFatal("ten windows and the frame should be open");
     bool english = false;
     for (auto _ : state)
-        measureGesture(u"language with ten windows open"_s, 11, 60, [&] {
+        measureGesture(u"language with ten windows open"_s, 11, 20, [&] {
             PaintWatch watch(mainWindow->menuBar());
             mainWindow->perform((english = !english) ? u"mnLngE"_s : u"mnLngG"_s);
             watch.wait();
