@@ -27,6 +27,8 @@ public:
     BuildOutcome build();
 
 private:
+    static constexpr size_t none = SIZE_MAX;
+
     /// A row of the table while the column is made: its cells, and the order that its value gives it.
     struct Row {
         std::vector<QString> cells;
@@ -40,18 +42,18 @@ private:
     const ComparisonInput& in_;
     std::optional<MissingDefinition> definition_;
     std::vector<Row> rows_;
-    QHash<QString, size_t> byValue_; ///< rows that have a value, by their place in the order of arrival
+    QHash<QString, size_t> byValue_; ///< rows of values, by their place in the order of arrival
+    size_t nullRow_ = none;          ///< the row of system-missing; its value cell is empty as that of an empty text is
     std::vector<size_t> order_;      ///< rows as the table shows them
-    size_t systemMissingRow_ = SIZE_MAX;
     std::vector<QString> sums_, valid_; ///< the two rows below the values
     double total_ = 0, validTotal_ = 0;
     bool warned_ = false;
 
     void read();
-    void remember(size_t row);
+    void findEmptyRows();
     void add(const dao::Value& value, double count);
     size_t newRow(const dao::Value& value, const QString& text);
-    QString labelOfNewRow(const dao::Value& value, bool isEmpty) const;
+    QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
     void place(size_t row, const dao::Value& value, const QString& text);
     void write();
@@ -63,6 +65,9 @@ private:
 void ColumnBuilder::read() {
     if (table_.Cols() <= in_.column)
         table_.setCols(in_.column + 1);
+    // Rows of another kind of table are no rows of a comparison.
+    if (table_.Rows() < 4)
+        table_.setRows(4);
     const int columns = table_.Cols();
     const auto take = [&](int row) {
         std::vector<QString> cells;
@@ -73,29 +78,39 @@ void ColumnBuilder::read() {
     for (int row = 1; row < table_.Rows() - 3; ++row) {
         rows_.push_back({take(row)});
         order_.push_back(rows_.size() - 1);
-        remember(rows_.size() - 1);
+        const QString& value = rows_.back().cells[ValueColumn];
+        if (!value.isEmpty() && !byValue_.contains(value))
+            byValue_.insert(value, rows_.size() - 1);
     }
+    findEmptyRows();
     sums_ = take(table_.Rows() - 3);
     valid_ = take(table_.Rows() - 2);
     if (in_.dtMissing)
         definition_.emplace(*in_.dtMissing);
 }
 
-/// A value is found by its text; system-missing only in a row that says so.
-void ColumnBuilder::remember(size_t row) {
-    const Row& r = rows_[row];
-    if (!r.cells[ValueColumn].isEmpty()) {
-        if (!byValue_.contains(r.cells[ValueColumn]))
-            byValue_.insert(r.cells[ValueColumn], row);
-    } else if (systemMissingRow_ == SIZE_MAX && r.cells[LabelColumn].startsWith(systemMissing)) {
-        systemMissingRow_ = row;
-    }
+/// System-missing and an empty text both have an empty value cell. Of two such rows the first is that of system-missing,
+/// which is sorted in front; one alone is told by its label or its mark.
+void ColumnBuilder::findEmptyRows() {
+    std::vector<size_t> empty;
+    for (const size_t row : order_)
+        if (rows_[row].cells[ValueColumn].isEmpty())
+            empty.push_back(row);
+    if (empty.empty())
+        return;
+    const Row& first = rows_[empty.front()];
+    const bool isNull = empty.size() > 1 || first.cells[LabelColumn].startsWith(systemMissing) ||
+                        first.cells[MarkColumn] == "X"_L1;
+    if (isNull)
+        nullRow_ = empty.front();
+    if (!isNull || empty.size() > 1)
+        byValue_.insert(QString(), empty.back());
 }
 
 void ColumnBuilder::add(const dao::Value& value, double count) {
     const QString text = value.toText();
-    size_t row = text.isEmpty() ? systemMissingRow_ : byValue_.value(text, SIZE_MAX);
-    if (row == SIZE_MAX) {
+    size_t row = value.isNull() ? nullRow_ : byValue_.value(text, none);
+    if (row == none) {
         if (rows_.size() + 3 >= scanLimit && !std::exchange(warned_, true))
             ui::asker().messageBox(
                 {.text = TranslateText(u"25000 Zeilen erreicht, Abbruch"_s), .icon = ui::Icon::Exclamation});
@@ -108,10 +123,11 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
     rows_[row].counted = true;
 }
 
-QString ColumnBuilder::labelOfNewRow(const dao::Value& value, bool isEmpty) const {
+QString ColumnBuilder::labelOfNewRow(const dao::Value& value) const {
+    const QString unlabelled = value.isNull() ? systemMissing : QString();
     if (!in_.HeaderValFirst)
-        return isEmpty ? systemMissing : QString();
-    QString label = labelOf(in_.labels, value).value_or(isEmpty ? systemMissing : QString());
+        return unlabelled;
+    QString label = labelOf(in_.labels, value).value_or(unlabelled);
     if (in_.HeaderValAddVar) {
         const QString& header = table_.Cell(in_.column, 0);
         label += u" ("_s + header.left(header.indexOf(u'(')).trimmed() + u')';
@@ -121,20 +137,24 @@ QString ColumnBuilder::labelOfNewRow(const dao::Value& value, bool isEmpty) cons
 
 size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
     Row row{std::vector<QString>(static_cast<size_t>(table_.Cols()))};
-    const bool missing = text.isEmpty() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+    const bool missing = value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
     row.cells[ValueColumn] = text;
-    row.cells[LabelColumn] = labelOfNewRow(value, text.isEmpty());
+    row.cells[LabelColumn] = labelOfNewRow(value);
     row.cells[MarkColumn] = missing ? u"X"_s : QString();
     rows_.push_back(row);
-    remember(rows_.size() - 1);
-    place(rows_.size() - 1, value, text);
-    return rows_.size() - 1;
+    const size_t added = rows_.size() - 1;
+    if (value.isNull())
+        nullRow_ = added;
+    else
+        byValue_.insert(text, added);
+    place(added, value, text);
+    return added;
 }
 
 /// A number is compared with the number at the start of the other cell, a text with its text; system-missing counts as 0.
 bool ColumnBuilder::comesBefore(const dao::Value& value, const QString& text, const QString& other) const {
-    if (text.isEmpty() || value.isNumeric())
-        return (text.isEmpty() ? 0.0 : value.toDouble()) < dao::leadingNumber(other, true);
+    if (value.isNull() || value.isNumeric())
+        return (value.isNull() ? 0.0 : value.toDouble()) < dao::leadingNumber(other, true);
     return dao::compareTexts(text, other) < 0;
 }
 

@@ -203,6 +203,11 @@ BuildOutcome CrosstabBuilder::readCells() {
     return BuildOutcome::Complete;
 }
 
+/// A sum of weights as its 15 significant digits have it: ten times 0.15 is 1.5, whatever their sum lacks of it.
+double withoutNoise(double sum) {
+    return QByteArray::number(sum, 'g', 15).toDouble();
+}
+
 /// @return false for Abort after a count that is no number
 bool CrosstabBuilder::readCell(int column, int row) {
     const size_t index =
@@ -212,7 +217,7 @@ bool CrosstabBuilder::readCell(int column, int row) {
         return true;
     }
     taken_[index] = true;
-    return trapped([&] { cells_[index] = RoundHalfUp(finite(in_.counts.value(2).toDouble())); }) !=
+    return trapped([&] { cells_[index] = RoundHalfUp(withoutNoise(finite(in_.counts.value(2).toDouble()))); }) !=
            Trap::Aborted;
 }
 
@@ -303,36 +308,32 @@ void CrosstabBuilder::writeTable() {
     }
 }
 
-/// Adds row and column "Gült. Summe": sums over what is marked on neither axis, nothing where they are 0.
+/// Adds row and column "Gült. Summe": sums over what is marked on neither axis, nothing where they are 0. Values whose own
+/// sum is 0 are not shown, but count here as they do in "Summe".
 void CrosstabBuilder::writeValidSums() {
     const int lastColumn = shown_.Cols(), lastRow = shown_.Rows();
     shown_.setCols(lastColumn + 1);
     shown_.setRows(lastRow + 1);
     shown_.setCell(0, lastRow, TranslateText(u"Gült. Summe"_s));
     shown_.setCell(lastColumn, 0, TranslateText(u"Gült. Summe"_s));
-    std::vector<double> byColumn(keptColumns_.size());
+    std::vector<double> byColumn(static_cast<size_t>(columns_.size())), byRow(static_cast<size_t>(rows_.size()));
     double total = 0;
+    for (int row = 0; row < rows_.size(); ++row)
+        for (int column = 0; column < columns_.size(); ++column) {
+            if (rows_.at(row).marked() || columns_.at(column).marked())
+                continue;
+            byRow[static_cast<size_t>(row)] += cell(column, row);
+            byColumn[static_cast<size_t>(column)] += cell(column, row);
+            total += cell(column, row);
+        }
     const auto write = [this](int column, int row, double sum) {
         if (sum != 0)
             shown_.setCell(column, row, NumberFormat::plain(sum));
     };
-    for (size_t r = 0; r < keptRows_.size(); ++r) {
-        if (rows_.at(keptRows_[r]).marked())
-            continue;
-        double sum = 0;
-        for (size_t c = 0; c < keptColumns_.size(); ++c) {
-            if (columns_.at(keptColumns_[c]).marked())
-                continue;
-            const double count = cell(keptColumns_[c], keptRows_[r]);
-            sum += count;
-            byColumn[c] += count;
-        }
-        write(lastColumn, firstData + static_cast<int>(r), sum);
-    }
-    for (size_t c = 0; c < byColumn.size(); ++c) {
-        write(firstData + static_cast<int>(c), lastRow, byColumn[c]);
-        total += byColumn[c];
-    }
+    for (size_t r = 0; r < keptRows_.size(); ++r)
+        write(lastColumn, firstData + static_cast<int>(r), byRow[static_cast<size_t>(keptRows_[r])]);
+    for (size_t c = 0; c < keptColumns_.size(); ++c)
+        write(firstData + static_cast<int>(c), lastRow, byColumn[static_cast<size_t>(keptColumns_[c])]);
     write(lastColumn, lastRow, total);
 }
 

@@ -18,9 +18,11 @@ dao::RecordsetPtr TestRecordsets::make(const QString& name, const Fields& fields
     const auto appender = file_->openAppender(name, names);
     for (const std::vector<dao::Value>& row : rows) {
         for (size_t i = 0; i < row.size(); ++i) {
+            if (row[i].isNull())
+                continue;
             if (fields[i].second == dao::dbText || fields[i].second == dao::dbMemo)
                 appender->setText(static_cast<int>(i), row[i].toText());
-            else if (!row[i].isNull())
+            else
                 appender->setNumber(static_cast<int>(i), row[i].toDouble());
         }
         appender->appendRow();

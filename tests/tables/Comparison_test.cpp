@@ -114,6 +114,19 @@ TEST_F(ComparisonTable, TextsSortAsTextsAndMarksOfTheUserHoldThroughARun) {
     add(1, u"A"_s, {{u"Bern"_s, 2}, {u"aarau"_s, 3}, {u"Zug"_s, 1}}, {}, QString(), dao::dbText);
     EXPECT_EQ(rows(table_), (QStringList{u"aarau|||3"_s, u"Bern|||2"_s, u"Zug|||1"_s, u"|Summe||6"_s, u"|Gültige Fälle||6"_s, u"|||"_s}));
 
+    // An empty text is a value like any other; only what is not there is missing. Neither takes the other's row.
+    setUp(2);
+    const TestRecordsets::Rows texts{{noValue, 1}, {u""_s, 2}, {u"Bern"_s, 3}};
+    for (const int entry : {1, 2})
+        add(entry, u"A"_s, texts, {}, QString(), dao::dbText);
+    EXPECT_EQ(rows(table_), (QStringList{u"|SYSMIS|X|1|1"_s, u"|||2|2"_s, u"Bern|||3|3"_s, u"|Summe||6|6"_s,
+                                         u"|Gültige Fälle||5|5"_s, u"||||"_s}));
+    // A label of its own does not part system-missing from the other entries' cases.
+    setUp(2);
+    add(1, u"A"_s, {{noValue, 1}, {1, 2}}, {{u""_s, u"nicht erhoben"_s}});
+    add(2, u"B"_s, {{noValue, 4}});
+    EXPECT_EQ(rows(table_)[0], u"|nicht erhoben|X|1|4"_s);
+
     setUp(1);
     comma_ = false;
     add(1, u"A"_s, {{1, 1}, {2, 2}, {9, 3}});

@@ -31,6 +31,24 @@ TEST_F(CrosstabTest, RoundsEachCellAndSumsWhatItShows) {
     EXPECT_EQ(shown_.CellAlignment(3, 1), ResultTable::RightTop);
 }
 
+TEST_F(CrosstabTest, RoundsASumOfTenthsAsItsDigitsHaveIt) {
+    // Ten times 0.15 and thirty times 0.35, added up as weights are.
+    double tenths = 0, thirds = 0;
+    for (int i = 0; i < 10; ++i)
+        tenths += 0.15;
+    for (int i = 0; i < 30; ++i)
+        thirds += 0.35;
+    build({{1, 1, tenths}, {1, 2, thirds}});
+    EXPECT_EQ(text(shown_), u"1Ost 2West S V / 1ja 2 11 13 13 / S 2 11 13 . / V 2 11 . 13"_s);
+}
+
+TEST_F(CrosstabTest, CountsARowThatCancelsOutInTheValidSumsToo) {
+    // The row of value 1 adds up to 0 and is not shown; "Summe" and "Gült. Summe" hold its cells all the same.
+    build({{1, 1, 3}, {1, 2, -3}, {2, 1, 3}, {2, 2, 5}});
+    EXPECT_EQ(text(shown_), u"1Ost 2West S V / 2nein 3 5 8 8 / S 6 2 8 . / V 6 2 . 8"_s);
+    EXPECT_EQ(column_.Cell(3, 3), u"50,0"_s);
+}
+
 TEST_F(CrosstabTest, HasNoPercentagesOfNothing) {
     options_.IncludeMissingInPercentXTab = true;
     EXPECT_EQ(build({}), BuildOutcome::Empty);
