@@ -1,10 +1,12 @@
 #include "config/frmOptions.h"
 
+#include "analysis/frmDescriptives.h"
 #include "config/OptionPaths.h"
 #include "config/frmOptionsPages.h"
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
+#include "widgets/Desktop.h"
 #include "widgets/notBuilt.h"
 
 #include <QCheckBox>
@@ -147,6 +149,7 @@ void frmOptions::connectButtons() {
     onClick(u"cmdApply"_s, [this] { cmdApply_Click(); });
     onClick(u"cmdLoad"_s, [this] { cmdLoad_Click(); });
     onClick(u"cmdSave"_s, [this] { cmdSave_Click(); });
+    onClick(u"cmdDescriptives"_s, [this] { trapped([this] { frmDescriptives(nullptr, this).exec(); }); });
     for (const QString& field : pathFields) {
         onClick(buttonOf(field), [=, this] { browse(field, false); });
         findChild<QLineEdit*>(field)->installEventFilter(this);
@@ -242,11 +245,7 @@ void frmOptions::cmdOK_Click() {
 
 void frmOptions::cmdCancel_Click() {
     done(QDialog::Rejected);
-    for (Form* form : Form::open())
-        if (form->windowName() == u"frmMain") {
-            form->widget().activateWindow();
-            form->widget().setFocus();
-        }
+    focusMainWindow();
 }
 
 void frmOptions::cmdLoad_Click() {

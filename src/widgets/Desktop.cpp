@@ -19,6 +19,14 @@ void setDesktop(Desktop* desktop) {
     current = desktop ? desktop : &plain;
 }
 
+void focusMainWindow() {
+    for (Form* form : Form::open())
+        if (form->windowName() == QLatin1String("frmMain")) {
+            form->widget().activateWindow();
+            form->widget().setFocus();
+        }
+}
+
 void unloadChildWindows() {
     // Who waits for a dialog's end owns it; it is told to end, and goes with its owner.
     for (Form* form : Form::open())

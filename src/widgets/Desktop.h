@@ -23,5 +23,8 @@ Desktop& desktop();
 /// Sets the desktop (not owned); nullptr brings the plain one back.
 void setDesktop(Desktop* desktop);
 
+/// Gives the focus to the main window, as a dialog does that closes.
+void focusMainWindow();
+
 /// Closes every loaded window but the main one. Windows are deleted at once, but a modal dialog only ends.
 void unloadChildWindows();

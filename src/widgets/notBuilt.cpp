@@ -20,8 +20,7 @@ const QMap<QString, QStringList> controlsNotBuilt = {
       u"mnuViewDescriptions"_s, u"DBD"_s, u"DESC1"_s, u"DESC2"_s, u"DESC3"_s, u"DESC4"_s, u"DESC5"_s, u"DESC6"_s, u"DESC7"_s,
       u"DESC8"_s, u"DESC9"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s}},
     {u"frmAuswertung"_s,
-     {u"Option2"_s, u"Option4"_s, u"Option5"_s, u"cmdPreview"_s, u"cmdPrint"_s, u"chkVaridexCreation"_s}},
-    {u"frmOptions"_s, {u"cmdDescriptives"_s}},
+     {u"cmdPreview"_s, u"cmdPrint"_s, u"chkPreserveLayout"_s, u"cbValuesInstruct"_s}},
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -16,6 +17,7 @@
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -119,8 +121,28 @@ TEST_F(OptionsDialog, DependentBoxesAndSamplesFollowAsOneClicks) {
     fonts->setCurrentIndex(fonts->count() - 1);
     EXPECT_EQ(of<QLabel>(u"lblSample2"_s)->font().family(), fonts->currentText());
     EXPECT_FALSE(of<QComboBox>(u"cmbDate"_s)->isEditable());
-    EXPECT_FALSE(of<QPushButton>(u"cmdDescriptives"_s)->isEnabled());
-    EXPECT_FALSE(of<QPushButton>(u"cmdDescriptives"_s)->toolTip().isEmpty());
+}
+
+TEST_F(OptionsDialog, StatisticsAreChosenAsDefaultsInTheirOwnDialog) {
+    open();
+    gOptions.Descriptives = 126;
+    auto* tabs = of<QTabWidget>(u"tbsOptions"_s);
+    for (int i = 0; i < tabs->count() && !of<QPushButton>(u"cmdDescriptives"_s)->isVisible(); ++i)
+        tabs->setCurrentIndex(i);
+    const auto choose = [&](Qt::Key end) {
+        QTimer::singleShot(0, [end] {
+            QWidget* inFront = QApplication::activeModalWidget();
+            ASSERT_NE(inFront, nullptr);
+            QTest::keyClick(inFront->findChild<QCheckBox*>(u"chkDescriptives(0)"_s), Qt::Key_Space);
+            QTest::keyClick(inFront, end);
+        });
+        of<QPushButton>(u"cmdDescriptives"_s)->click();
+    };
+    choose(Qt::Key_Escape);
+    EXPECT_EQ(gOptions.Descriptives, 126);
+    choose(Qt::Key_Enter);
+    EXPECT_EQ(gOptions.Descriptives, 124) << "without Count, which is 2";
+    EXPECT_EQ(gOptions.DescriptivesDigits, u"2;2;2;2;2;2;2;2;2;2;2;2;2;0;") << "a missing number of digits counts as 0";
 }
 
 TEST_F(OptionsDialog, LoadingTakesEffectAtOnceAndSavingWritesWhatIsInForce) {

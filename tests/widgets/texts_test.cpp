@@ -1,4 +1,6 @@
 #include "analysis/frmAuswertung.h"
+#include "analysis/frmDescriptives.h"
+#include "analysis/frmNewCalculation.h"
 #include "app/frmAbout.h"
 #include "app/frmMain.h"
 #include "app/frmProcess.h"
@@ -80,6 +82,19 @@ Form* textsExplorer() {
     return window;
 }
 
+Form* textsDescriptives() {
+    auto* window = new frmDescriptives(nullptr, nullptr);
+    window->QDialog::show();
+    return window;
+}
+
+Form* textsNewCalculation() {
+    static AnalysisModel model;
+    auto* window = new frmNewCalculation(model, nullptr);
+    window->QDialog::show();
+    return window;
+}
+
 const TextsWindow textsWindows[] = {
     {u"frmMain"_s, textsMain},
     {u"frmSplash"_s, textsShown<frmSplash>},
@@ -89,10 +104,15 @@ const TextsWindow textsWindows[] = {
     {u"frmOptions"_s, textsShown<frmOptions>},
     {u"frmAuswertung"_s, textsShown<frmAuswertung>},
     {u"frmExplorer"_s, textsExplorer},
+    {u"frmDescriptives"_s, textsDescriptives},
+    {u"frmNewCalculation"_s, textsNewCalculation},
 };
 
 /// Texts that are the same word in both languages.
 const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s, u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
+                                  u"Count"_s, u"Minimum"_s, u"Maximum"_s, u"Arithmetic Mean"_s, u"Standard Deviation"_s,
+                                  u"Valid N"_s, u"Range"_s, u"Sum"_s, u"Kurtosis"_s, u"Mode"_s, u"Median"_s,
+                                  u"Quartiles"_s, u"Missing Values"_s,
                                   u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s,
                                   u"Varidex"_s, u"Deutsch"_s,      u"English"_s};
 

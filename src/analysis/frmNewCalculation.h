@@ -1,0 +1,34 @@
+#pragma once
+
+#include "analysis/MissingChoice.h"
+#include "widgets/Form.h"
+
+#include <QDialog>
+#include <array>
+
+class QGroupBox;
+class QLineEdit;
+class QRadioButton;
+
+/// Asks for the missing values of a calculation that is about to begin. Cancel lets it go on with those that it has.
+class frmNewCalculation : public QDialog, public Form {
+public:
+    frmNewCalculation(AnalysisModel& model, QWidget* parent);
+    ~frmNewCalculation() override;
+
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+    void reject() override { cmdCancel_Click(); }
+
+private:
+    AnalysisModel& model_;
+    std::array<QRadioButton*, 2> Option1_{}, Option2_{};
+    QLineEdit *EinzelWert_, *Rangevon_, *Rangebis_;
+    QGroupBox* fraSettings_;
+
+    void build();
+    QGroupBox* buildSettings();
+    void showChoice(const MissingChoice& choice);
+    MissingChoice choice() const;
+};
