@@ -9,7 +9,9 @@ using namespace Qt::StringLiterals;
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes) {
     const bool page =
         path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
-    const QByteArray content = (page ? htmlPage(title, table, notes) : csvText(tableRows(table))).toUtf8();
+    // Spreadsheets read a csv file as UTF-8 only when it begins with the mark.
+    const QByteArray content =
+        page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csvText(tableRows(table)).toUtf8();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         return file.errorString();

@@ -5,7 +5,8 @@
 #include <QString>
 #include <QStringList>
 
-/// Writes a table to a file, whole or not at all: an HTML page for a name that ends in ".html" or ".htm", csv otherwise.
+/// Writes a table to a file, whole or not at all: an HTML page for a name that ends in ".html" or ".htm", csv with a
+/// byte order mark otherwise.
 /// @param notes lines below the table, in the page only
 /// @return the reason of a failure, in the system's words; empty on success
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes);
