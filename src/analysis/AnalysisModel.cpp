@@ -274,9 +274,23 @@ void AnalysisModel::overrideMissing(const std::optional<QString>& definition) {
     trapped([this] { loadVariable(true); });
 }
 
+/// The run of a comparison left the filter of its last entry; a part that the study shown has not got goes with it.
+void AnalysisModel::leaveComparison() {
+    if (request.optFilter != FilterKind::FilterParts)
+        return;
+    const QString id = request.dbcParts.value;
+    const bool own = hasParts_ && !id.isEmpty() && find(dtData5.recordset, u"id_Part = "_s + id);
+    if (!own)
+        setFilterKind(FilterKind::noFilter);
+    request.dbcParts = own ? request.dbcParts : BoundPicker();
+    loadPart();
+}
+
 bool AnalysisModel::chooseMode(AnalysisMode mode) {
     if (!builders[static_cast<size_t>(mode)])
         return false;
+    if (request.mode == AnalysisMode::Comparison && mode != AnalysisMode::Comparison)
+        trapped([this] { leaveComparison(); });
     request.mode = mode;
     if (mode == AnalysisMode::Frequency) {
         request.dbcVariable2.clear();
@@ -353,10 +367,14 @@ bool AnalysisModel::chooseFilter(FilterKind kind) {
     return true;
 }
 
-void AnalysisModel::chooseFilterText(const QString& text) {
+void AnalysisModel::typeFilterText(const QString& text) {
     lastFilterText_ = text;
     request.txtFilter = text;
     request.optFilter = FilterKind::FilterUser;
+}
+
+void AnalysisModel::chooseFilterText(const QString& text) {
+    typeFilterText(text);
     if (applyComparisonEntryChange)
         applyComparisonEntryChange();
 }

@@ -115,6 +115,8 @@ public:
     bool chooseFilter(FilterKind kind);
     /// Sets FilterUser and the text, which is read at the run.
     void chooseFilterText(const QString& text);
+    /// The same while the text is still being typed: an entry of a comparison does not follow yet.
+    void typeFilterText(const QString& text);
     /// What the run's pass would say to a filter text; asks no engine and attaches nothing.
     FilterResult checkFilter(const QString& text) const;
     /// Sets FilterParts and the part. May show "Variable zum Datensatz-Teil nicht gefunden:". @param id
@@ -159,9 +161,11 @@ public:
     TableState tableState() const;
     /// A selection in mfgGrid, by mouse or key: changes the marks of data rows, or asks for a new calculation.
     ClickEffect mfgGrid_Click(const GridSelection& selection);
-    /// A click on the head of a column: only asks.
+    /// A click on the head of a column, or of a crosstab's mark row: only asks.
     ClickEffect headerClick();
-    /// The click on one selected cell; for a larger selection nothing.
+    /// True if the table that is shown takes clicks on marks: statistics have none, a crosstab only in absolute values.
+    bool takesMarks() const;
+    /// The click on one selected cell of a frequency table or comparison; for a larger selection nothing.
     ClickEffect cmdSetMissing(const GridSelection& selection);
     ResultTable mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5;
     /// Column of mfgGrid that a comparison's builder fills.
@@ -232,7 +236,7 @@ private:
     RunFacts facts_;
     Computation last_;
     bool lastIncludeMissingXTab_ = false;
-    QString lastStatistics_;              ///< statistics, digits and options of the last table of them
+    QString lastStatistics_; ///< statisticsKey() of the last table of them
     BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
     QString selectionVariable_;
 
@@ -254,6 +258,9 @@ private:
     RunOutcome dispatch();
     RunOutcome refuse(const QString& text);
     void clearTable();
-    void noteTable(bool complete, const CountFacts& facts);
+    void noteTable(bool complete, const std::vector<TableFacts::Round>& rounds);
+    void leaveComparison();
+    const ResultTable& markedTable() const;
+    bool keepMarks() const;
     Origin origin() const;
 };

@@ -67,6 +67,10 @@ void AnalysisModel::runRequest() {
                (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
         clearTable();
         refuse(u"Bitte eine zweite Variable auswählen"_s);
+    } else if (request.mode != AnalysisMode::Comparison && request.Option3 == WeightKind::WeightUser &&
+               request.weightVariable().isEmpty()) {
+        // Without a variable nothing would be weighted, whatever the choice says.
+        refuse(u"Gewichtungsvariable auswählen"_s);
     } else {
         TAB1();
     }
@@ -89,7 +93,9 @@ void AnalysisModel::TAB1() {
     }
     stopped_ = facts_.outcome == RunOutcome::Cancelled;
     if (facts_.outcome == RunOutcome::Reused && shown_) {
-        // The title is new with every run.
+        // The title is new with every run; the statistics were made with the missing values of their own.
+        if (request.mode == AnalysisMode::Descriptives)
+            request.sMissing = shown_->request.sMissing;
         shown_->request = request;
         shown_->options.IncludeMissing = gOptions.IncludeMissing;
     }
@@ -157,6 +163,9 @@ void AnalysisModel::chooseValues(int view) {
     const bool crosstab = request.mode == AnalysisMode::Crosstab;
     if (running() || view < 0 || view > 3 || (!crosstab && request.mode != AnalysisMode::Comparison))
         return;
+    // A mode that was chosen since has no table yet.
+    if (!mfgGrid.Tag.isEmpty() && mfgGrid.Tag != tagOfMode(request.mode))
+        return;
     if (!crosstab && view > 1) {
         ui::asker().messageBox(
             {.text = TranslateText(u"In Vergleichsauswertung nicht erlaubt"_s), .icon = ui::Icon::Exclamation});
@@ -181,13 +190,17 @@ AnalysisModel::Origin AnalysisModel::origin() const {
     return {database ? database->Name() : QString(), gOptions.DataPath, gLanguage};
 }
 
-void AnalysisModel::noteTable(bool complete, const CountFacts& facts) {
+void AnalysisModel::noteTable(bool complete, const std::vector<TableFacts::Round>& rounds) {
     shown_ = TableFacts{.request = request,
                         .options = gOptions,
-                        .filterSql = facts.userFilter ? facts.filterSql : QString(),
-                        .part = facts.part,
+                        .rounds = rounds,
+                        .flip = flipInForce(),
+                        .statistics = statisticsKey(request),
                         .marksByHand = bMarksKept,
                         .marks = marksOf(mfgGrid),
+                        .markedRows = markedRows(mfgGrid),
+                        .markedColumns = markedColumns(mfgGrid),
+                        .area = markArea(mfgGrid, gOptions.SeparateValidCases),
                         .complete = complete};
 }
 
@@ -198,24 +211,44 @@ TableState AnalysisModel::tableState() const {
         return TableState::CutShort;
     if (stopped_)
         return TableState::Stopped;
-    if (!asksTheSame(shown_->request, request))
+    const bool flipped = request.mode == AnalysisMode::Crosstab && shown_->flip != flipInForce();
+    if (!asksTheSame(shown_->request, request) || flipped)
         return TableState::OtherRequest;
-    if (!showsTheSame(shown_->options, gOptions) || last_.origin != origin())
+    if (shown_->statistics != statisticsKey(request)) {
+        const bool chosen = shown_->request.dtDesc != request.dtDesc || shown_->request.dtDescDigits != request.dtDescDigits;
+        return chosen ? TableState::OtherRequest : TableState::OtherOptions;
+    }
+    if (!showsTheSame(request.mode, shown_->options, gOptions) || last_.origin != origin())
         return TableState::OtherOptions;
-    return marksOf(mfgGrid) == shown_->marks ? TableState::Current : TableState::OtherMarks;
+    return marksOf(markedTable()) == shown_->marks ? TableState::Current : TableState::OtherMarks;
+}
+
+/// The views of a crosstab take the place of the table that is marked.
+const ResultTable& AnalysisModel::markedTable() const {
+    return mfgGrid.Tag == "Crosstab"_L1 && request.cbValues != 0 ? mfgGrid5 : mfgGrid;
+}
+
+/// True if the marks were set by hand and fit the table that is to come.
+bool AnalysisModel::keepMarks() const {
+    return (shown_->marksByHand || marksOf(markedTable()) != shown_->marks) &&
+           keepsMarks(shown_->request.mode, shown_->options, gOptions);
 }
 
 void AnalysisModel::computeAnew() {
     if (running())
         return;
     const TableState state = tableState();
-    if (state == TableState::OtherOptions || state == TableState::OtherMarks) {
-        bUserMissing = shown_->marksByHand || marksOf(mfgGrid) != shown_->marks;
-        // The marks are read from the table in the shape that the options now give it.
-        if (bUserMissing && shown_->options.SeparateValidCases != gOptions.SeparateValidCases)
-            separateValidRow(mfgGrid, gOptions.SeparateValidCases);
-        dtData3.Tag.clear();
+    // A run that was cut short has left the marks that it was to take.
+    if (state != TableState::CutShort)
+        bUserMissing = shown_ && asksTheSame(shown_->request, request) && keepMarks();
+    // The marks are read from the table in the shape that the options now give it.
+    if (bUserMissing && mfgGrid.Tag == "Frequency"_L1 && shown_ &&
+        shown_->options.SeparateValidCases != gOptions.SeparateValidCases) {
+        separateValidRow(mfgGrid, gOptions.SeparateValidCases);
+        shown_->options.SeparateValidCases = gOptions.SeparateValidCases;
+        shown_->area = markArea(mfgGrid, gOptions.SeparateValidCases);
     }
+    dtData3.Tag.clear();
     changeTab(1);
 }
 
@@ -228,16 +261,27 @@ void AnalysisModel::optionsApplied() {
 ClickEffect AnalysisModel::mfgGrid_Click(const GridSelection& selection) {
     if (running() || !shown_ || !shown_->complete)
         return ClickEffect::None;
-    const ClickEffect effect = clickTable(mfgGrid, selection, shown_->options.SeparateValidCases);
+    if (!takesMarks())
+        return ClickEffect::None;
+    const ClickEffect effect = clickTable(mfgGrid, selection, shown_->area);
+    if (effect == ClickEffect::Marked && mfgGrid.Tag == "Crosstab"_L1)
+        clickTable(mfgGrid5, selection, shown_->area); // for when the views are changed
     if (effect == ClickEffect::Ask)
         cmdCalculate();
     return effect;
 }
 
 ClickEffect AnalysisModel::headerClick() {
-    return mfgGrid_Click({.Row = 1, .RowSel = mfgGrid.Rows() - 1, .Col = markColumn, .ColSel = markColumn});
+    return mfgGrid_Click(
+        {.Row = mfgGrid.FixedRows, .RowSel = mfgGrid.Rows() - 1, .Col = markColumn, .ColSel = markColumn});
+}
+
+bool AnalysisModel::takesMarks() const {
+    if (mfgGrid.Tag == "Crosstab"_L1)
+        return request.cbValues == 0;
+    return mfgGrid.Tag == "Frequency"_L1 || mfgGrid.Tag == "Trend"_L1;
 }
 
 ClickEffect AnalysisModel::cmdSetMissing(const GridSelection& selection) {
-    return selection.isOneCell() ? mfgGrid_Click(selection) : ClickEffect::None;
+    return selection.isOneCell() && mfgGrid.Tag != "Crosstab"_L1 ? mfgGrid_Click(selection) : ClickEffect::None;
 }

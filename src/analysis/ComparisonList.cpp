@@ -157,8 +157,15 @@ void ComparisonList::ApplyComparisonEntryChange(bool ask) {
     if (!armed_ || selected_.isEmpty() || model_.request.mode != AnalysisMode::Comparison)
         return;
     ComparisonEntry& entry = model_.request.lst_TrendVars[selected_.first()];
+    // The window has gone on to another study: its weights and parts are not the entry's.
+    if (entry.at(ComparisonEntry::Study) != model_.request.dbcStudy.value)
+        return;
     ComparisonEntry changed = entry;
     const bool complete = writeChoices(changed);
+    // A filter without a text is none.
+    const bool unfiltered = changed.at(ComparisonEntry::Filter).isEmpty() && entry.at(ComparisonEntry::Filter).isEmpty();
+    if (complete && unfiltered)
+        changed.column[ComparisonEntry::FilterInfo] = entry.at(ComparisonEntry::FilterInfo);
     if (complete && std::ranges::equal(changed.column, entry.column))
         return;
     if (ask && !agreed(u"Möchten Sie den ausgewählten Eintrag in der Vergleichsauswertung ändern?"_s))

@@ -1,6 +1,5 @@
 #include "analysis/CreateSQL.h"
 
-#include "analysis/DescriptivesChoice.h"
 #include "analysis/titles.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
@@ -54,6 +53,9 @@ RunOutcome CreateSQL::run() {
     for (number_ = 1; number_ <= rounds; ++number_)
         if (!runRound())
             break;
+    // The first entry's column used the marks up; a run that was stopped later needs them again.
+    if (marksKept_ && outcome_ == RunOutcome::Cancelled)
+        m_.bUserMissing = true;
     // A title belongs to every table that was touched, also to one that was cut short.
     const bool titled = r_.mode != AnalysisMode::Descriptives;
     if (computed_ || (titled && outcome_ == RunOutcome::Reused))
@@ -107,19 +109,20 @@ bool CreateSQL::endWith(const QString& text) {
 void CreateSQL::prepareComparison() {
     constexpr std::array<int, 3> widths{500, 2000, 800};
     const int columns = static_cast<int>(r_.lst_TrendVars.size()) + 3;
-    const bool keep = m_.bUserMissing;
-    m_.gridTouched_ = true;
-    if (!keep)
-        m_.lblLabel.clear();
+    // Marks belong to the entries they were set for.
+    marksKept_ = m_.bUserMissing && m_.shown_ && (m_.shown_->complete || m_.shown_->marksByHand) &&
+                 m_.shown_->request.mode == AnalysisMode::Comparison &&
+                 sameEntries(m_.shown_->request.lst_TrendVars, r_.lst_TrendVars);
+    m_.bUserMissing = marksKept_;
+    if (marksKept_)
+        return;
+    m_.clearTable();
     for (ResultTable* table : {&m_.mfgGrid, &m_.mfgGrid2, &m_.mfgGrid3, &m_.mfgGrid4, &m_.mfgGrid5}) {
-        if (!keep || table != &m_.mfgGrid) {
-            table->Clear();
-            table->setRows(keep ? m_.mfgGrid.Rows() : 4);
-            table->setCols(columns);
-            for (int column = 0; column < columns; ++column)
-                table->setColWidth(column, widths[static_cast<size_t>(std::min(column, 2))]);
-        }
+        table->Clear();
+        table->setRows(4);
         table->setCols(columns);
+        for (int column = 0; column < columns; ++column)
+            table->setColWidth(column, widths[static_cast<size_t>(std::min(column, 2))]);
         table->FixedRows = 1;
         table->FixedCols = 1;
     }
@@ -170,25 +173,17 @@ AnalysisModel::Computation CreateSQL::computation() const {
 /// True if the tables show this comparison, and each case table lies where it lay.
 bool CreateSQL::isComparisonShown() const {
     const AnalysisModel::Computation& last = m_.last_;
-    return comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == m_.origin() &&
+    const bool same = m_.shown_ && m_.shown_->complete && sameEntries(m_.shown_->request.lst_TrendVars, r_.lst_TrendVars);
+    return same && comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == m_.origin() &&
            std::all_of(last.attached.begin(), last.attached.end(),
                        [this](const AttachedTable& table) { return liesWhereItLay(*db_, table); });
-}
-
-/// What the table of statistics shows beyond the cases.
-QString CreateSQL::statisticsKey() const {
-    if (r_.mode != AnalysisMode::Descriptives)
-        return {};
-    const DescriptivesChoice choice = DescriptivesChoice::of(r_);
-    return choice.dtDesc() + u' ' + choice.dtDescDigits() + (gOptions.IncludeMissingDesc ? u" all"_s : QString()) +
-           (gOptions.CommaInPercent ? QString() : u" other separator"_s);
 }
 
 /// True if the tables show just this. The count statement alone does not tell: two weights, or two variables
 /// over one field, have the same.
 bool CreateSQL::isCurrent() const {
     return m_.dtData3.Tag == round_.statement.sql && m_.last_ == computation() &&
-           m_.lastStatistics_ == statisticsKey();
+           m_.lastStatistics_ == statisticsKey(r_);
 }
 
 bool CreateSQL::isSameVariable() const {
@@ -210,7 +205,7 @@ bool CreateSQL::openCounts() {
     m_.bNewCalc = false;
     m_.oldproc = runNumber(r_.Option3);
     m_.lastIncludeMissingXTab_ = gOptions.IncludeMissingXTab;
-    m_.lastStatistics_ = statisticsKey();
+    m_.lastStatistics_ = statisticsKey(r_);
     // Marks belong to the variable they were set for.
     const bool marks = r_.mode == AnalysisMode::Frequency || r_.mode == AnalysisMode::Crosstab;
     if (!m_.dtData3.Tag.isEmpty() || (marks && !isSameVariable()))
@@ -270,9 +265,9 @@ bool CreateSQL::build() {
     computed_ = true;
     m_.gridTouched_ = true;
     m_.shown_.reset();
-    m_.bMarksKept = false;
+    m_.bMarksKept = marksKept_;
     const BuildOutcome built = m_.builder()(m_);
-    m_.noteTable(built == BuildOutcome::Complete || built == BuildOutcome::Empty, round_.facts);
+    noteRound(built == BuildOutcome::Complete || built == BuildOutcome::Empty);
     m_.cbValuesShown_ = r_.mode == AnalysisMode::Crosstab || isComparison();
     switch (built) {
     case BuildOutcome::Complete:
@@ -291,6 +286,20 @@ bool CreateSQL::build() {
     m_.dtData3.Tag.clear();
     m_.tab_ = 0;
     return end(RunOutcome::Refused);
+}
+
+/// What the table stands on now; a comparison is whole after its last entry.
+void CreateSQL::noteRound(bool complete) {
+    const CountFacts& facts = round_.facts;
+    rounds_.push_back({.study = round_.study,
+                       .variable = facts.variable,
+                       .weight = round_.weightVariable,
+                       .filterSql = facts.userFilter ? facts.filterSql : QString(),
+                       .part = facts.part ? r_.dbcParts.text + u" ("_s + r_.txtFilter + u')' : QString(),
+                       .dtMissing = r_.dtMissing,
+                       .cases = statedCases(r_.mode, m_.mfgGrid, m_.mfgGridCol)});
+    const bool all = !isComparison() || number_ == static_cast<int>(r_.lst_TrendVars.size());
+    m_.noteTable(complete && all, rounds_);
 }
 
 void CreateSQL::writeComparisonHeader() {

@@ -34,6 +34,8 @@ private:
     dao::RecordsetPtr variables_; ///< of the catalogue, once a round has asked for one
     Round round_;
     std::vector<AttachedTable> attached_; ///< in all rounds
+    std::vector<TableFacts::Round> rounds_; ///< that the table shows
+    bool marksKept_ = false; ///< a comparison keeps the rows and marks of the one before
     int number_ = 0;                      ///< of the round, from 1
     RunOutcome outcome_ = RunOutcome::Computed;
     bool computed_ = false;
@@ -65,7 +67,6 @@ private:
     void buildStatement();
     bool askForMissing();
     AnalysisModel::Computation computation() const;
-    QString statisticsKey() const;
     bool isComparisonShown() const;
     bool isCurrent() const;
     bool isSameVariable() const;
@@ -74,5 +75,6 @@ private:
     bool storeStatistics();
     bool openLabels();
     bool build();
+    void noteRound(bool complete);
     void writeComparisonHeader();
 };

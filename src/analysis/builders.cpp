@@ -71,7 +71,11 @@ BuildOutcome buildCrosstab(AnalysisModel& model) {
                                           .AutoColWidth = gOptions.AutoColWidth},
                               .textWidth = model.textWidth,
                               .cancelled = turnNowAndThen(model),
-                              .onFailure = model.onStatisticFailure};
+                              .onFailure = model.onStatisticFailure,
+                              .marksKept = &model.bMarksKept};
+    // The marks are those of the absolute values, whatever view takes their place.
+    if (model.bUserMissing && model.request.cbValues != 0 && model.mfgGrid5.Rows() > 0)
+        model.mfgGrid = model.mfgGrid5;
     model.request.cbValues = 0;
     return BuildCrosstabTable({.shown = model.mfgGrid,
                                .columnPercent = model.mfgGrid2,

@@ -1,6 +1,9 @@
 #include "analysis/frmAuswertung.h"
 
 #include "analysis/frmAuswertung_widgets.h"
+#include "analysis/frmDescriptives.h"
+#include "analysis/frmNewCalculation.h"
+#include "analysis/preselection.h"
 #include "analysis/saveTable.h"
 #include "app/globals.h"
 #include "config/Options.h"
@@ -55,8 +58,11 @@ frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_u
     build();
     model_.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
     model_.onRun = [this] { showRunning(); };
+    model_.askMissing = [this](AnalysisModel& model) { frmNewCalculation(model, this).exec(); };
     model_.open();
+    comparison_.RefreshSavedComparisons();
     connectRequest();
+    connectComparison();
     connectTable();
     mdLanguage::SetCtrlProps(*this);
     refreshTitles();
@@ -64,22 +70,24 @@ frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_u
 
 frmAuswertung::~frmAuswertung() = default;
 
-/// Without the modes of several variables, the first variable that is selected is the one that is chosen.
+/// The rows that are selected; in a view for comparisons also all that the selected entry of the tree holds.
 void frmAuswertung::preselect(const frmExplorer& explorer) {
-    using Place = frmExplorer::Place;
     const ExplorerModel& shown = explorer.model();
     const bool trend = gViews.at(explorer.viewNumber(), ViewTable::CompAnalysis) == u"1";
-    const std::vector<VariableRow>& rows = shown.list.rows;
-    std::vector<int> selected;
-    if (explorer.place() == Place::List)
-        selected = explorer.selectedRows();
-    else if (trend && explorer.place() == Place::Tree && !rows.empty())
-        selected = {0};
-    if (selected.empty() || selected.front() < 0 || selected.front() >= static_cast<int>(rows.size()))
-        return;
-    const VariableRow& row = rows[static_cast<size_t>(selected.front())];
-    if (model_.StudyClick(row.cell(1)))
-        model_.chooseVariable(row.Text);
+    const bool ofTree = trend && explorer.place() == frmExplorer::Place::Tree;
+    std::vector<SelectedVariable> selection;
+    const auto add = [&](const VariableRow& row) { selection.push_back({row.cell(1), row.Text}); };
+    if (ofTree)
+        std::ranges::for_each(shown.list.rows, add);
+    else if (explorer.place() == frmExplorer::Place::List)
+        for (const int row : explorer.selectedRows())
+            add(shown.list.rows.at(static_cast<size_t>(row)));
+    if (!trend)
+        return preselectVariables(model_, selection);
+    if (!selection.empty() || ofTree)
+        preselectComparison(model_, comparison_, selection);
+    if (const CatalogueNode* node = shown.selectedNode(); ofTree && node)
+        model_.request.txtTitle = comparisonTitle(node->Text);
 }
 
 void frmAuswertung::refreshTitles() {
@@ -110,19 +118,31 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
 void frmAuswertung::act(const std::function<void()>& step) {
     if (showing_ || gBusy > 0)
         return;
+    finishFilter();
     trapped(step);
     showModel();
+}
+
+/// The text that was typed counts for the selected entry of a comparison once its editing is over, whichever way.
+void frmAuswertung::finishFilter() {
+    if (std::exchange(filterTyped_, false) && model_.request.optFilter == FilterKind::FilterUser)
+        trapped([this] { comparison_.ApplyComparisonEntryChange(true); });
 }
 
 /// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
 void frmAuswertung::run(const std::function<void()>& step) {
     if (showing_ || gBusy > 0 || AnalysisModel::running())
         return;
+    finishFilter();
     {
         const RunGuard::Scope guard([this] { model_.stop(); }, {w_->cmdStop, w_->SSTab->tabBar()});
         const BusyScope busy;
         trapped(step);
     }
+    // Weight and filter in view are those of the entry that was counted last: they are none of the selected one's.
+    const RunOutcome outcome = model_.facts().outcome;
+    if (model_.request.mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun && outcome != RunOutcome::Reused)
+        comparison_.select({});
     showModel();
 }
 
@@ -174,8 +194,19 @@ void frmAuswertung::connectRequest() {
         weight->onChosen = [this, nameAt](int index) {
             act([&] { model_.chooseWeight(WeightKind::WeightUser, nameAt(index)); });
         };
+    connectChoices();
+    connectFilter();
+}
+
+void frmAuswertung::connectChoices() {
     const auto mode = [this](QRadioButton* button, AnalysisMode chosen) {
-        connect(button, &QRadioButton::clicked, this, [=, this] { act([&] { model_.chooseMode(chosen); }); });
+        connect(button, &QRadioButton::clicked, this, [=, this] {
+            act([&] {
+                model_.chooseMode(chosen);
+                if (chosen == AnalysisMode::Comparison)
+                    comparison_.RefreshSavedComparisons();
+            });
+        });
     };
     mode(w_->Option1, AnalysisMode::Frequency);
     mode(w_->Option2, AnalysisMode::Crosstab);
@@ -190,11 +221,29 @@ void frmAuswertung::connectRequest() {
                     model_.chooseWeight(static_cast<WeightKind>(i));
             });
         });
+    const auto check = [this](QCheckBox* box, auto&& take) {
+        connect(box, &QCheckBox::clicked, this, [=, this](bool on) { act([&] { take(on); }); });
+    };
+    check(w_->chkDescGroup, [this](bool on) { model_.request.chkDescGroup = on; });
+    check(w_->chkFlipXtab, [this](bool on) { model_.request.chkFlipXtab = on; });
+    check(w_->chkVaridexCreation, [this](bool on) { model_.bCreationMode = on; });
+    connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
+}
+
+void frmAuswertung::connectFilter() {
     for (int i = 0; i < 3; ++i)
         connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this,
-                [this, i] { act([&] { model_.chooseFilter(static_cast<FilterKind>(i)); }); });
+                [this, i] {
+                    act([&] {
+                        if (model_.chooseFilter(static_cast<FilterKind>(i)) && i == static_cast<int>(FilterKind::FilterParts))
+                            comparison_.ApplyComparisonEntryChange(true);
+                    });
+                });
     w_->dbcParts->onChosen = [this](int index) {
-        act([&] { model_.choosePart(model_.parts().at(static_cast<size_t>(index)).value); });
+        act([&] {
+            if (model_.choosePart(model_.parts().at(static_cast<size_t>(index)).value))
+                comparison_.ApplyComparisonEntryChange(true);
+        });
     };
     w_->dbcParts->onKey = [this](int key) {
         bool taken = false;
@@ -205,21 +254,28 @@ void frmAuswertung::connectRequest() {
     connect(w_->txtFilter, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (showing_ || gBusy > 0)
             return;
-        trapped([&] { model_.chooseFilterText(text); });
+        filterTyped_ = true;
+        trapped([&] { model_.typeFilterText(text); });
         showFilterCheck();
     });
-    connect(w_->chkDescGroup, &QCheckBox::clicked, this,
-            [this](bool on) { act([&] { model_.request.chkDescGroup = on; }); });
+    connect(w_->txtFilter, &QLineEdit::editingFinished, this, [this] {
+        if (filterTyped_)
+            act([] {});
+    });
+}
+
+void frmAuswertung::cmdDescriptives_Click() {
+    act([this] { frmDescriptives(&model_, this).exec(); });
 }
 
 void frmAuswertung::connectTable() {
-    w_->mfgGrid->setMarkColumn(markColumn);
     w_->mfgGrid->onMark = [this](const GridSelection& selection) {
         ClickEffect effect = ClickEffect::None;
         run([&] { effect = model_.mfgGrid_Click(selection); });
         marked(effect);
     };
-    w_->mfgGrid->onHeader = [this](int) { run([this] { model_.headerClick(); }); };
+    w_->mfgGrid->onHeader = [this] { run([this] { model_.headerClick(); }); };
+    connect(w_->cbValues, &QComboBox::activated, this, [this](int view) { act([&] { model_.chooseValues(view); }); });
     connect(w_->cmdSetMissing, &QPushButton::clicked, this, [this] {
         ClickEffect effect = ClickEffect::None;
         run([&] { effect = model_.cmdSetMissing(w_->mfgGrid->selection()); });
@@ -255,6 +311,22 @@ void frmAuswertung::copy() {
     });
 }
 
+/// A name for the table that is shown, without what a file system refuses.
+QString frmAuswertung::fileName() const {
+    const AnalysisRequest& r = model_.tableFacts()->request;
+    QStringList words{r.dbcStudy.value, r.dbcVariable.value};
+    if (r.mode == AnalysisMode::Comparison)
+        words = {r.txtTitle.isEmpty() ? TranslateText(u"Vergleich"_s) : r.txtTitle};
+    else if (r.mode == AnalysisMode::Crosstab || (r.mode == AnalysisMode::Descriptives && r.chkDescGroup))
+        words << r.dbcVariable2.value;
+    words.removeAll(QString());
+    QString name = words.join(u'-');
+    for (QChar& c : name)
+        if (QStringLiteral("\\/:*?\"<>|").contains(c) || c < u' ')
+            c = u'_';
+    return name.left(100);
+}
+
 void frmAuswertung::saveTableAs() {
     if (gBusy > 0 || !model_.tableFacts())
         return;
@@ -264,12 +336,12 @@ void frmAuswertung::saveTableAs() {
              .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
              .extension = u"csv"_s,
              .folder = QString(),
-             .name = model_.request.dbcStudy.value + u'-' + model_.request.dbcVariable.value + u".csv"_s,
+             .name = fileName() + u".csv"_s,
              .save = true});
         if (!path)
             return;
         const QString reason = saveTable(*path, model_.lblLabel, model_.mfgGrid,
-                                         {standsOn(*model_.tableFacts(), model_.mfgGrid).join(u" · "_s)});
+                                         standsOn(*model_.tableFacts()));
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
                                             u"\r\n"_s + *path + u"\r\n"_s + reason,

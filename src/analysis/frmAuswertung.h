@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/AnalysisModel.h"
+#include "analysis/ComparisonList.h"
 #include "widgets/Form.h"
 
 #include <memory>
@@ -19,6 +20,7 @@ public:
     ~frmAuswertung() override;
 
     AnalysisModel& model() { return model_; }
+    ComparisonList& comparison() { return comparison_; }
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
@@ -35,8 +37,10 @@ private:
     struct Widgets;
 
     AnalysisModel model_;
+    ComparisonList comparison_{model_};
     std::unique_ptr<Widgets> w_;
-    bool showing_ = false; ///< the window is being set from the model
+    bool showing_ = false;     ///< the window is being set from the model
+    bool filterTyped_ = false; ///< the filter was edited and has not counted yet
 
     void build();
     QWidget* buildRequest();
@@ -49,6 +53,9 @@ private:
     QWidget* buildTable();
     QWidget* buildTableCommands();
     void connectRequest();
+    void connectChoices();
+    void connectFilter();
+    void connectComparison();
     void connectTable();
     void nameForReaders();
 
@@ -56,14 +63,20 @@ private:
     void run(const std::function<void()>& step);
     void changeTab(int tab);
     void chooseStudy(int index);
+    void finishFilter();
+    void selectEntries();
+    void cmdDescriptives_Click();
     void preselect(const frmExplorer& explorer);
+    QString fileName() const;
     void showModel();
     void showRunning();
     void showRequest(const AnalysisView& view);
     void showWeight(const AnalysisView& view);
     void showFilter(const AnalysisView& view);
     void showFilterCheck();
+    void showComparison(const AnalysisView& view);
     void showTable(const AnalysisView& view);
+    void showFacts(QStringList lines);
     void showTableState();
     void marked(ClickEffect effect);
 };

@@ -71,21 +71,25 @@ void frmAuswertung::build() {
     w_->SSTab->addTab(new QWidget(w_->SSTab), u"&Grafik"_s);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(w_->SSTab);
-    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 36);
+    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44);
 }
 
 QWidget* frmAuswertung::buildRequest() {
     auto* page = new QWidget;
-    auto* columns = new QHBoxLayout(page);
+    auto* column = new QVBoxLayout(page);
+    auto* columns = new QHBoxLayout;
     auto* left = new QVBoxLayout;
     auto* right = new QVBoxLayout;
     columns->addLayout(left, 3);
     columns->addLayout(right, 2);
+    column->addLayout(columns);
+    // Below both, so that nothing above gives way when it comes.
+    column->addWidget(buildComparison(), 1);
+    column->addStretch();
     left->addWidget(buildStudy());
     left->addWidget(buildVariable(false));
     left->addWidget(buildVariable(true));
     left->addWidget(buildFilter());
-    left->addWidget(buildComparison());
     left->addStretch(1);
     right->addWidget(buildMode());
     right->addWidget(buildWeight());
@@ -122,9 +126,9 @@ QWidget* frmAuswertung::buildVariable(bool second) {
     label = picker(u"dbcVariable"_s + number, frame);
     search = searchPicker(u"dbcVariable"_s + number + u"Uni"_s, frame);
     (second ? w_->lblVariable2 : w_->lblVariable) = factLabel(u"lblVariable"_s + number, frame);
-    grid->addWidget(caption(u"lblVarSearch"_s + number, second ? u"Suchen:"_s : u"S&uchen:"_s, search, frame), 0, 0);
+    grid->addWidget(caption(u"lblVarSearch"_s + number, second ? u"Suchen (&F):"_s : u"S&uchen:"_s, search, frame), 0, 0);
     grid->addWidget(search, 0, 1, 1, 2);
-    grid->addWidget(caption(u"lblVarName"_s + number, second ? u"Name und Label:"_s : u"&Name und Label:"_s, name, frame),
+    grid->addWidget(caption(u"lblVarName"_s + number, second ? u"Name und Label (&2):"_s : u"&Name und Label:"_s, name, frame),
                     1, 0);
     grid->addWidget(name, 1, 1);
     grid->addWidget(label, 1, 2);
@@ -143,9 +147,9 @@ QWidget* frmAuswertung::buildMode() {
     w_->Option2 = analysisControl<QRadioButton>(u"Option2"_s, u"&Kreuztabelle"_s, frame);
     w_->Option4 = analysisControl<QRadioButton>(arrayName(u"Option4"_s, 3), u"&Deskriptive Statistik"_s, frame);
     w_->Option5 = analysisControl<QRadioButton>(u"Option5"_s, u"&Vergleich"_s, frame);
-    w_->cmdDescriptives = analysisControl<QPushButton>(u"cmdDescriptives"_s, u"Statistiken..."_s, frame);
-    w_->chkDescGroup = analysisControl<QCheckBox>(u"chkDescGroup"_s, u"mit Gruppierung"_s, frame);
-    w_->chkFlipXtab = analysisControl<QCheckBox>(u"chkFlipXtab"_s, u"Kreuztabelle drehen"_s, frame);
+    w_->cmdDescriptives = analysisControl<QPushButton>(u"cmdDescriptives"_s, u"&Statistiken..."_s, frame);
+    w_->chkDescGroup = analysisControl<QCheckBox>(u"chkDescGroup"_s, u"mit Gru&ppierung"_s, frame);
+    w_->chkFlipXtab = analysisControl<QCheckBox>(u"chkFlipXtab"_s, u"Kreu&ztabelle drehen"_s, frame);
     w_->chkVaridexCreation = analysisControl<QCheckBox>(u"chkVaridexCreation"_s, u"Varide&x Creation Mode"_s, frame);
     w_->chkPreserveLayout = analysisControl<QCheckBox>(u"chkPreserveLayout"_s, u"Layout beibehalten"_s, frame);
     w_->cbValuesInstruct = valuesPicker(u"cbValuesInstruct"_s, frame);
@@ -213,28 +217,36 @@ QWidget* frmAuswertung::buildComparison() {
     auto* frame = w_->fraComparison = analysisControl<QGroupBox>(u"fraComparison"_s, u"Vergleich"_s, nullptr);
     auto* grid = new QGridLayout(frame);
     w_->txtTitle = plainControl<QLineEdit>(u"txtTitle"_s, frame);
-    w_->lst_TrendVars = plainControl<QListWidget>(u"lst_TrendVars"_s, frame);
-    w_->lst_SavedTrends = plainControl<QListWidget>(u"lst_SavedTrends"_s, frame);
-    w_->cmd_AddTrend = analysisControl<QPushButton>(u"cmd_AddTrend"_s, u"Hinzufügen"_s, frame);
-    w_->cmd_DeleteFromTrend = analysisControl<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfernen"_s, frame);
-    w_->cmd_ClearTrend = analysisControl<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen"_s, frame);
-    w_->cmd_LoadTrend = analysisControl<QPushButton>(u"cmd_LoadTrend"_s, u"Laden"_s, frame);
-    w_->cmd_SaveTrend = analysisControl<QPushButton>(u"cmd_SaveTrend"_s, u"Speichern"_s, frame);
-    w_->cmd_DelSavedTrend = analysisControl<QPushButton>(u"cmd_DelSavedTrend"_s, u"Löschen"_s, frame);
-    grid->addWidget(caption(u"lblTitle"_s, u"Titel:"_s, w_->txtTitle, frame), 0, 0, 1, 2);
-    grid->addWidget(w_->txtTitle, 1, 0, 1, 2);
-    grid->addWidget(caption(u"lblTrend"_s, u"Variablen des Vergleichs:"_s, w_->lst_TrendVars, frame), 2, 0);
-    grid->addWidget(caption(u"lblSavedTrends"_s, u"Gespeicherte Vergleiche:"_s, w_->lst_SavedTrends, frame), 2, 1);
-    grid->addWidget(w_->lst_TrendVars, 3, 0);
-    grid->addWidget(w_->lst_SavedTrends, 3, 1);
-    const auto row = [&](std::initializer_list<QPushButton*> buttons, int column) {
-        auto* box = new QHBoxLayout;
+    w_->lst_TrendVars = plainControl<EntryList>(u"lst_TrendVars"_s, frame);
+    w_->lst_SavedTrends = plainControl<EntryList>(u"lst_SavedTrends"_s, frame);
+    w_->lst_TrendVars->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    w_->lst_SavedTrends->setSelectionMode(QAbstractItemView::SingleSelection);
+    w_->cmd_AddTrend = analysisControl<QPushButton>(u"cmd_AddTrend"_s, u"Hin&zufügen"_s, frame);
+    w_->cmd_DeleteFromTrend = analysisControl<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Ent&fernen"_s, frame);
+    w_->cmd_ClearTrend = analysisControl<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen (&Q)"_s, frame);
+    w_->cmd_LoadTrend = analysisControl<QPushButton>(u"cmd_LoadTrend"_s, u"Laden (&J)"_s, frame);
+    w_->cmd_SaveTrend = analysisControl<QPushButton>(u"cmd_SaveTrend"_s, u"&Speichern"_s, frame);
+    w_->cmd_DelSavedTrend = analysisControl<QPushButton>(u"cmd_DelSavedTrend"_s, u"L&öschen"_s, frame);
+    auto* title = new QHBoxLayout;
+    title->addWidget(caption(u"lblTitle"_s, u"&Überschrift:"_s, w_->txtTitle, frame));
+    title->addWidget(w_->txtTitle, 1);
+    grid->addLayout(title, 0, 0, 1, 4);
+    const auto list = [&](EntryList* entries, QLabel* label, std::initializer_list<QPushButton*> buttons, int column) {
+        grid->addWidget(label, 1, column);
+        entries->setMinimumHeight(fontMetrics().height() * 5);
+        grid->addWidget(entries, 2, column);
+        auto* box = new QVBoxLayout;
         for (QPushButton* button : buttons)
             box->addWidget(button);
-        grid->addLayout(box, 4, column);
+        box->addStretch();
+        grid->addLayout(box, 2, column + 1);
     };
-    row({w_->cmd_AddTrend, w_->cmd_DeleteFromTrend, w_->cmd_ClearTrend}, 0);
-    row({w_->cmd_LoadTrend, w_->cmd_SaveTrend, w_->cmd_DelSavedTrend}, 1);
+    list(w_->lst_TrendVars, caption(u"lblTrend"_s, u"Aufgen&ommene Variablen:"_s, w_->lst_TrendVars, frame),
+         {w_->cmd_AddTrend, w_->cmd_DeleteFromTrend, w_->cmd_ClearTrend}, 0);
+    list(w_->lst_SavedTrends, caption(u"lblSavedTrends"_s, u"Ges&peicherte Vergleiche:"_s, w_->lst_SavedTrends, frame),
+         {w_->cmd_LoadTrend, w_->cmd_SaveTrend, w_->cmd_DelSavedTrend}, 2);
+    grid->setColumnStretch(0, 3);
+    grid->setColumnStretch(2, 2);
     return frame;
 }
 

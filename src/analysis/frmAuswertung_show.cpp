@@ -42,6 +42,7 @@ void frmAuswertung::showModel() {
     showRequest(view);
     showWeight(view);
     showFilter(view);
+    showComparison(view);
     showTable(view);
     w_->SSTab->setTabEnabled(chartTab, false);
     w_->SSTab->setTabToolTip(chartTab, TranslateText(u"In dieser Version noch nicht enthalten."_s));
@@ -80,18 +81,17 @@ void frmAuswertung::showRequest(const AnalysisView& view) {
     for (size_t i = 0; i < view.mode.size(); ++i)
         modes[i]->setEnabled(view.mode[i]);
     w_->fraVariable2->setVisible(view.secondVariable);
-    w_->fraComparison->setVisible(view.comparison);
     w_->cmdDescriptives->setVisible(view.cmdDescriptives);
     w_->chkDescGroup->setVisible(view.cmdDescriptives);
     w_->chkDescGroup->setChecked(r.chkDescGroup);
-    w_->chkFlipXtab->setVisible(r.mode == AnalysisMode::Crosstab);
+    w_->chkFlipXtab->setVisible(r.mode == AnalysisMode::Crosstab && view.chkVaridexCreation);
     w_->chkFlipXtab->setChecked(r.chkFlipXtab);
+    w_->chkFlipXtab->setEnabled(model_.bCreationMode);
+    w_->chkFlipXtab->setToolTip(model_.bCreationMode ? QString() : TranslateText(u"Nur im Varidex Creation Mode."_s));
     w_->chkVaridexCreation->setVisible(view.chkVaridexCreation);
+    w_->chkVaridexCreation->setChecked(model_.bCreationMode);
     w_->chkPreserveLayout->setVisible(view.instructionCommands);
     w_->cbValuesInstruct->setVisible(view.instructionCommands);
-    w_->txtTitle->setText(r.txtTitle);
-    w_->cmd_ClearTrend->setEnabled(view.cmd_ClearTrend);
-    w_->cmd_SaveTrend->setEnabled(view.cmd_SaveTrend);
 }
 
 void frmAuswertung::showWeight(const AnalysisView& view) {
@@ -163,14 +163,30 @@ void frmAuswertung::showFilterCheck() {
 void frmAuswertung::showTable(const AnalysisView& view) {
     w_->lblLabel->setText(model_.lblLabel);
     w_->cbValues->setVisible(view.cbValuesShown);
+    w_->cbValues->setCurrentIndex(model_.request.cbValues);
     const std::optional<TableFacts>& facts = model_.tableFacts();
     // A table that was never ready is not shown as one.
     const ResultTable empty;
     w_->mfgGrid->updateTable(facts ? model_.mfgGrid : empty);
-    w_->lblFacts->setText(facts ? standsOn(*facts, model_.mfgGrid).join(u" · "_s) : QString());
+    showFacts(facts ? standsOn(*facts) : QStringList());
+    const bool marks = facts && model_.takesMarks();
+    w_->mfgGrid->setMarks(marks ? markColumn : -1, marks && model_.mfgGrid.Tag == "Crosstab"_L1 ? markRow : -1);
     for (QPushButton* button : {w_->cmdSetMissing, w_->cmdCopyTable, w_->cmdSaveTableAs})
         button->setEnabled(facts.has_value());
+    w_->cmdSetMissing->setEnabled(marks && model_.mfgGrid.Tag != "Crosstab"_L1);
     showTableState();
+}
+
+/// A comparison of many entries has a line for each: the table needs the room more.
+void frmAuswertung::showFacts(QStringList lines) {
+    constexpr qsizetype most = 4;
+    w_->lblFacts->setToolTip(lines.size() > most ? Qt::convertFromPlainText(lines.join(u'\n')) : QString());
+    if (lines.size() > most) {
+        const qsizetype more = lines.size() - most + 1;
+        lines.resize(most - 1);
+        lines << u"... "_s + QString::number(more) + u' ' + TranslateText(u"weitere Einträge"_s);
+    }
+    w_->lblFacts->setText(lines.join(u'\n'));
 }
 
 void frmAuswertung::showTableState() {
@@ -199,6 +215,7 @@ void frmAuswertung::nameForReaders() {
     w_->dbcVarGewicht_1Uni->setAccessibleName(TranslateText(u"Gewichtungsvariable suchen"_s));
     w_->dbcParts->setAccessibleName(TranslateText(u"Datensatz-Teil"_s));
     w_->txtFilter->setAccessibleName(TranslateText(u"Filterbedingung"_s));
+    w_->cbValues->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
     w_->mfgGrid->setAccessibleName(TranslateText(u"Ergebnistabelle"_s));
     for (ChoicePicker* picker : {w_->dbcVariableUni, w_->dbcVariable2Uni, w_->dbcVarGewicht_1Uni})
         picker->setPrompt(TranslateText(u"Name oder Label eintippen"_s));

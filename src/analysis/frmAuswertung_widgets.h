@@ -2,6 +2,7 @@
 
 #include "analysis/frmAuswertung.h"
 #include "widgets/ChoicePicker.h"
+#include "widgets/EntryList.h"
 #include "widgets/FilterLine.h"
 #include "widgets/ResultTableView.h"
 
@@ -10,7 +11,6 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QLabel>
-#include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -41,7 +41,7 @@ struct frmAuswertung::Widgets {
     QLabel* lblFilterCheck;
 
     QLineEdit* txtTitle;
-    QListWidget *lst_TrendVars, *lst_SavedTrends;
+    EntryList *lst_TrendVars, *lst_SavedTrends;
     QPushButton *cmd_AddTrend, *cmd_DeleteFromTrend, *cmd_ClearTrend;
     QPushButton *cmd_LoadTrend, *cmd_SaveTrend, *cmd_DelSavedTrend;
 

@@ -1,41 +1,98 @@
 #include "analysis/tableClick.h"
 
+#include "analysis/titles.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isMarked(const ResultTable& table, int row) {
-    return table.Cell(markColumn, row) == "X"_L1;
+constexpr int crosstabFirst = 3;
+
+bool isCrosstab(const ResultTable& table) {
+    return table.Tag == "Crosstab"_L1;
+}
+
+bool hasMarkColumn(const ResultTable& table) {
+    return table.Cols() > markColumn && (isCrosstab(table) || table.Tag == "Frequency"_L1 || table.Tag == "Trend"_L1);
+}
+
+QString otherMark(bool marked) {
+    return marked ? u" "_s : u"X"_s;
+}
+
+/// A selection along the marks: what it means for those from `first` to `last`.
+template<class Toggle>
+ClickEffect clickMarks(int begin, int end, int afterHead, int first, int last, Toggle&& toggle) {
+    if (begin == afterHead && end > afterHead)
+        return ClickEffect::Ask;
+    const auto [low, high] = std::minmax(begin, end);
+    const int from = std::max(first, low), to = std::min(high, last);
+    for (int i = from; i <= to; ++i)
+        toggle(i);
+    return from <= to ? ClickEffect::Marked : ClickEffect::None;
 }
 
 } // namespace
 
-int lastDataRow(const ResultTable& table, bool separateValidCases) {
-    return std::max(0, table.Rows() - 3 - (separateValidCases ? 1 : 0));
+MarkArea markArea(const ResultTable& table, bool separateValidCases) {
+    if (!hasMarkColumn(table))
+        return {};
+    if (isCrosstab(table)) {
+        const auto [column, row] = crosstabSums(table);
+        return {.firstRow = crosstabFirst, .lastRow = row - 1, .firstColumn = crosstabFirst, .lastColumn = column - 1};
+    }
+    const int below = table.Tag == "Trend"_L1 ? 4 : separateValidCases ? 4 : 3;
+    return {.firstRow = 1, .lastRow = std::max(0, table.Rows() - below)};
 }
 
-ClickEffect clickTable(ResultTable& table, const GridSelection& selection, bool separateValidCases) {
-    if (table.Tag != "Frequency"_L1 || selection.Col != markColumn || selection.ColSel != markColumn ||
-        table.Cols() <= markColumn)
+bool isMarkedRow(const ResultTable& table, int row) {
+    return hasMarkColumn(table) && row < table.Rows() && table.Cell(markColumn, row) == "X"_L1;
+}
+
+bool isMarkedColumn(const ResultTable& table, int column) {
+    return isCrosstab(table) && table.Rows() > markRow && column < table.Cols() && table.Cell(column, markRow) == "X"_L1;
+}
+
+ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const MarkArea& area) {
+    if (!hasMarkColumn(table))
         return ClickEffect::None;
-    if (selection.Row == 1 && selection.RowSel > 1)
-        return ClickEffect::Ask;
-    const auto [top, bottom] = std::minmax(selection.Row, selection.RowSel);
-    const int last = std::min(bottom, lastDataRow(table, separateValidCases));
-    for (int row = std::max(1, top); row <= last; ++row)
-        table.setCell(markColumn, row, isMarked(table, row) ? u" "_s : u"X"_s);
-    return std::max(1, top) <= last ? ClickEffect::Marked : ClickEffect::None;
+    if (selection.Col == markColumn && selection.ColSel == markColumn)
+        return clickMarks(selection.Row, selection.RowSel, table.FixedRows, area.firstRow, area.lastRow, [&](int row) {
+            table.setCell(markColumn, row, otherMark(isMarkedRow(table, row)));
+        });
+    if (isCrosstab(table) && selection.Row == markRow && selection.RowSel == markRow)
+        return clickMarks(selection.Col, selection.ColSel, table.FixedCols, area.firstColumn, area.lastColumn,
+                          [&](int column) {
+                              table.setCell(column, markRow, otherMark(isMarkedColumn(table, column)));
+                          });
+    return ClickEffect::None;
 }
 
 std::vector<bool> marksOf(const ResultTable& table) {
     std::vector<bool> marks;
-    if (table.Cols() <= markColumn)
-        return marks;
-    for (int row = 0; row < table.Rows(); ++row)
-        marks.push_back(isMarked(table, row));
+    for (int row = 0; hasMarkColumn(table) && row < table.Rows(); ++row)
+        marks.push_back(isMarkedRow(table, row));
+    for (int column = 0; isCrosstab(table) && column < table.Cols(); ++column)
+        marks.push_back(isMarkedColumn(table, column));
     return marks;
+}
+
+QStringList markedRows(const ResultTable& table) {
+    QStringList values;
+    for (int row = 1; row < table.Rows(); ++row)
+        if (isMarkedRow(table, row))
+            values << (table.Cell(0, row).isEmpty() ? table.Cell(1, row) : table.Cell(0, row));
+    return values;
+}
+
+QStringList markedColumns(const ResultTable& table) {
+    QStringList values;
+    for (int column = 1; column < table.Cols(); ++column)
+        if (isMarkedColumn(table, column))
+            values << (table.Cell(column, 0).isEmpty() ? table.Cell(column, 1) : table.Cell(column, 0));
+    return values;
 }
 
 void separateValidRow(ResultTable& table, bool separate) {

@@ -2,6 +2,8 @@
 
 #include "tables/ResultTable.h"
 
+#include <QStringList>
+
 /// The selection in a table's grid: where it began and where it ended, in cells counted from 0.
 struct GridSelection {
     int Row = 0, RowSel = 0, Col = 0, ColSel = 0;
@@ -15,15 +17,26 @@ enum class ClickEffect {
     Ask     ///< the questions of a new calculation are to come
 };
 
-/// The column of a frequency table that tells missing values, by "X".
+/// The column that tells the missing values of the rows, by "X", and the row of a crosstab that tells those of its columns.
 constexpr int markColumn = 2;
+constexpr int markRow = 2;
 
-/// Last row that holds a value of the variable; 0 without any.
-int lastDataRow(const ResultTable& table, bool separateValidCases);
-/// What a selection means for the marks of a table, and does it. A selection that begins in row 1 and reaches further is
-/// what a click on the column's head leaves: it only asks.
-ClickEffect clickTable(ResultTable& table, const GridSelection& selection, bool separateValidCases);
-/// The rows that are marked as missing.
+/// Where a table has values that can be marked: rows and columns from `first` to `last`; columns in a crosstab only.
+struct MarkArea {
+    int firstRow = 1, lastRow = 0;
+    int firstColumn = 3, lastColumn = 0;
+};
+/// The area of a table that was just made: the sums are known by their words in the language in force.
+MarkArea markArea(const ResultTable& table, bool separateValidCases);
+/// What a selection means for the marks of a table, and does it. A selection that begins in the first row below the head
+/// (in a crosstab's mark row also: right of it) and reaches further is what a click on the head leaves: it only asks.
+ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const MarkArea& area);
+/// What is marked as missing: by row, then in a crosstab by column.
 std::vector<bool> marksOf(const ResultTable& table);
+bool isMarkedRow(const ResultTable& table, int row);
+bool isMarkedColumn(const ResultTable& table, int column);
+/// The values that are marked, those without a value by their label.
+QStringList markedRows(const ResultTable& table);
+QStringList markedColumns(const ResultTable& table);
 /// Gives a completed table the blank row before the valid cases, or takes it away; its data rows stay.
 void separateValidRow(ResultTable& table, bool separate);

@@ -17,8 +17,6 @@ bool shows(const ResultTable& table, int column, int row, const QString& word) {
     return text == TranslateText(word) || text == word;
 }
 
-} // namespace
-
 /// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does
 /// not.
 std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
@@ -33,8 +31,6 @@ std::optional<QString> frequencyN(const ResultTable& table, bool withMissing) {
     return std::nullopt;
 }
 
-namespace {
-
 /// Index of the last row or column that bears the sum's label, -1 where that sum is not in the table. The
 /// valid sums stand at the very end or nowhere; the whole sums stand before them or at the end.
 template<class Shows>
@@ -46,22 +42,26 @@ int sumIndex(int count, bool withMissing, Shows&& label) {
     return label(index, u"Summe"_s) ? index : -1;
 }
 
+CrosstabSums sumsOf(const ResultTable& table, bool withMissing) {
+    const auto ofRows = [&](int r, const QString& word) { return shows(table, 0, r, word); };
+    const auto ofColumns = [&](int c, const QString& word) { return shows(table, c, 0, word); };
+    return {sumIndex(table.Cols(), withMissing, ofColumns), sumIndex(table.Rows(), withMissing, ofRows)};
+}
+
 std::optional<QString> crosstabN(const ResultTable& table, bool withMissing) {
-    const int row = sumIndex(table.Rows(), withMissing,
-                             [&](int r, const QString& word) { return shows(table, 0, r, word); });
-    const int column = sumIndex(table.Cols(), withMissing,
-                                [&](int c, const QString& word) { return shows(table, c, 0, word); });
+    const auto [column, row] = sumsOf(table, withMissing);
     if (row < 0 || column < 0)
         return std::nullopt;
     return table.Cell(column, row);
 }
 
-/// The number of all cases, where "Count" was chosen.
-std::optional<QString> descriptivesN(const ResultTable& table) {
-    if (table.Cols() < 3 || table.Rows() < 3)
+/// A number of cases, where it is among the statistics chosen: "Count" or "ValidN".
+std::optional<QString> descriptivesN(const ResultTable& table, QLatin1StringView title) {
+    // By groups, each has its own.
+    if (table.Cols() != 3 || table.Rows() < 3 || !table.Cell(0, 0).isEmpty())
         return std::nullopt;
     for (int row = 1; row < table.Rows(); ++row)
-        if (table.Cell(1, row) == "Count"_L1)
+        if (table.Cell(1, row) == title)
             return table.Cell(2, row);
     return std::nullopt;
 }
@@ -83,7 +83,9 @@ QString weightWords(const AnalysisRequest& request) {
     case WeightKind::WeightHH:
         return bracketed(u"gewichtet nach"_s, request.dt_WeightHH);
     case WeightKind::WeightUser:
-        return bracketed(u"gewichtet nach"_s, request.dbcVarGewicht_1Uni);
+        // Without a variable nothing was weighted.
+        return request.weightVariable().isEmpty() ? QString()
+                                                  : bracketed(u"gewichtet nach"_s, request.dbcVarGewicht_1Uni);
     }
     return {};
 }
@@ -102,6 +104,26 @@ QString filterWords(const AnalysisRequest& request) {
 
 } // namespace
 
+CrosstabSums crosstabSums(const ResultTable& table) {
+    return sumsOf(table, true);
+}
+
+StatedCases statedCases(AnalysisMode mode, const ResultTable& table, int column) {
+    switch (mode) {
+    case AnalysisMode::Frequency:
+        return {frequencyN(table, true), frequencyN(table, false)};
+    case AnalysisMode::Crosstab:
+        return {crosstabN(table, true), crosstabN(table, false)};
+    case AnalysisMode::Descriptives:
+        return {descriptivesN(table, "Count"_L1), descriptivesN(table, "ValidN"_L1)};
+    case AnalysisMode::Comparison:
+        if (column > 0 && column < table.Cols() && shows(table, 1, table.Rows() - 3, u"Summe"_s))
+            return {table.Cell(column, table.Rows() - 3), table.Cell(column, table.Rows() - 2)};
+        break;
+    }
+    return {};
+}
+
 QString resultTitle(const AnalysisRequest& request, const ResultTable& table, const Options& options) {
     const QString start = request.dbcStudy.value + u", "_s + request.dbcVariableUni;
     const QString byTwo = start + u" "_s + TranslateText(u"nach"_s) + u" "_s + request.dbcVariable2Uni;
@@ -111,7 +133,8 @@ QString resultTitle(const AnalysisRequest& request, const ResultTable& table, co
         title = start + withN(frequencyN(table, options.IncludeMissing));
         break;
     case AnalysisMode::Descriptives:
-        title = request.chkDescGroup ? byTwo : start + withN(descriptivesN(table));
+        title = request.chkDescGroup && !request.dbcVariable2Uni.isEmpty() ? byTwo
+                                                                        : start + withN(descriptivesN(table, "Count"_L1));
         break;
     case AnalysisMode::Crosstab:
         title = byTwo;

@@ -17,5 +17,15 @@ QString resultTitle(const AnalysisRequest& request, const ResultTable& table, co
 /// Header of a comparison's column. @param entry with the weight and filter of its round
 QString comparisonHeader(const ComparisonEntry& entry, const Options& options);
 
-/// The number of cases that a frequency table states, all of them or the valid ones; nothing for one that was cut short.
-std::optional<QString> frequencyN(const ResultTable& table, bool withMissing);
+/// Where a crosstab's sums stand; -1 where there are none.
+struct CrosstabSums {
+    int column, row;
+};
+CrosstabSums crosstabSums(const ResultTable& table);
+
+/// The numbers of cases that a table states, all of them and the valid ones; nothing for what it does not state.
+struct StatedCases {
+    std::optional<QString> all, valid;
+};
+/// @param column of an entry in a comparison
+StatedCases statedCases(AnalysisMode mode, const ResultTable& table, int column = 0);

@@ -123,6 +123,8 @@ void CrosstabBuilder::keepAxes() {
     const int rows = endOfValues(shown_.Rows(), [this](int r) { return shown_.Cell(0, r); });
     if (columns < 0 || rows < 0)
         return;
+    if (in_.marksKept)
+        *in_.marksKept = true;
     for (int c = firstData; c < columns; ++c)
         columns_.keep({shown_.Cell(c, 0), shown_.Cell(c, 1), shown_.Cell(c, 2)});
     for (int r = firstData; r < rows; ++r)

@@ -42,6 +42,8 @@ struct CrosstabInput {
     /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the values of row and column
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
+    /// Told whether the axes of the table before, with their marks, were taken; may be null.
+    bool* marksKept = nullptr;
 };
 
 /// The five tables of a crosstab, all laid out alike: two fixed rows and columns, the values from row and

@@ -31,6 +31,15 @@ Qt::Alignment alignmentOf(const ResultTable& table, int column, int row) {
 
 } // namespace
 
+namespace {
+
+/// A label in full, as it stands: long ones wrap, and none is read as markup.
+QString plainToolTip(const QString& text) {
+    return text.trimmed().isEmpty() ? QString() : Qt::convertFromPlainText(text);
+}
+
+} // namespace
+
 /// The cells beside the fixed rows and columns.
 class ResultTableModel : public QAbstractTableModel {
 public:
@@ -49,9 +58,14 @@ public:
         const int row = index.row() + table.FixedRows;
         switch (role) {
         case Qt::DisplayRole:
-        case Qt::ToolTipRole:
         case Qt::AccessibleTextRole:
             return table.Cell(column, row);
+        case Qt::ToolTipRole:
+            return plainToolTip(table.Cell(column, row));
+        case Qt::FontRole:
+            return isMarked(column, row) ? QVariant(markedFont) : QVariant();
+        case Qt::BackgroundRole:
+            return isMarked(column, row) ? QVariant(markedBrush) : QVariant();
         case Qt::TextAlignmentRole:
             return QVariant(alignmentOf(table, column, row));
         default:
@@ -68,25 +82,46 @@ public:
         else
             for (int column = 0; column < table.FixedCols; ++column)
                 cells << table.Cell(column, section + table.FixedRows);
-        return cells.join(u'\n');
+        return role == Qt::ToolTipRole ? plainToolTip(cells.join(u'\n')) : cells.join(u'\n');
     }
+    QFont markedFont;
+    QBrush markedBrush;
+    bool isMarked(int column, int row) const {
+        return (row < static_cast<int>(rows_.size()) && rows_[static_cast<size_t>(row)]) ||
+               (column < static_cast<int>(columns_.size()) && columns_[static_cast<size_t>(column)]);
+    }
+
     void replace(const ResultTable& other) {
         beginResetModel();
-        table = other;
+        take(other);
         endResetModel();
     }
     void update(const ResultTable& other) {
-        table = other;
+        take(other);
         if (rowCount() > 0 && columnCount() > 0)
             Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    }
+
+private:
+    std::vector<bool> rows_, columns_; ///< marked
+
+    void take(const ResultTable& other) {
+        table = other;
+        rows_.clear();
+        columns_.clear();
+        for (int row = 0; row < table.Rows(); ++row)
+            rows_.push_back(isMarkedRow(table, row));
+        for (int column = 0; column < table.Cols(); ++column)
+            columns_.push_back(isMarkedColumn(table, column));
     }
 };
 
 namespace {
 
 /// One fixed cell, as a heading.
-void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, const ResultTable& table, int column,
+void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, const ResultTableModel& model, int column,
                   int row, QStyle::State state) {
+    const ResultTable& table = model.table;
     QStyleOptionHeader option;
     option.initFrom(&widget);
     option.rect = rect;
@@ -95,7 +130,8 @@ void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, c
     widget.style()->drawControl(QStyle::CE_HeaderSection, &option, painter, &widget);
     const int margin = cellMargin(widget);
     const QRect inner = rect.adjusted(margin, 0, -margin, 0);
-    const QString text = widget.fontMetrics().elidedText(table.Cell(column, row), Qt::ElideRight, inner.width());
+    painter->setFont(model.isMarked(column, row) ? model.markedFont : widget.font());
+    const QString text = painter->fontMetrics().elidedText(table.Cell(column, row), Qt::ElideRight, inner.width());
     painter->setPen(widget.palette().color(QPalette::ButtonText));
     painter->drawText(inner, static_cast<int>(alignmentOf(table, column, row)) | Qt::TextSingleLine, text);
 }
@@ -133,14 +169,14 @@ protected:
             state |= QStyle::State_On;
         if (orientation() == Qt::Horizontal) {
             for (int row = 0; row < table.FixedRows; ++row)
-                paintHeading(painter, {rect.x(), rect.y() + row * lineHeight, rect.width(), lineHeight}, *this, table,
+                paintHeading(painter, {rect.x(), rect.y() + row * lineHeight, rect.width(), lineHeight}, *this, model_,
                              section + table.FixedCols, row, state);
             return;
         }
         int x = rect.x();
         for (int column = 0; column < table.FixedCols && column < static_cast<int>(widths.size()); ++column) {
             const int width = widths[static_cast<size_t>(column)];
-            paintHeading(painter, {x, rect.y(), width, rect.height()}, *this, table, column,
+            paintHeading(painter, {x, rect.y(), width, rect.height()}, *this, model_, column,
                          section + table.FixedRows, state);
             x += width;
         }
@@ -164,7 +200,7 @@ protected:
         for (int column = 0; column < static_cast<int>(left_.widths.size()) && column < table.Cols(); ++column) {
             const int width = left_.widths[static_cast<size_t>(column)];
             for (int row = 0; row < table.FixedRows && row < table.Rows(); ++row)
-                paintHeading(&painter, {x, row * top_.lineHeight, width, top_.lineHeight}, *this, table, column, row,
+                paintHeading(&painter, {x, row * top_.lineHeight, width, top_.lineHeight}, *this, model_, column, row,
                              QStyle::State_None);
             x += width;
         }
@@ -194,9 +230,13 @@ ResultTableView::ResultTableView(const QString& name, QWidget* parent)
     setWordWrap(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     left->setSectionResizeMode(QHeaderView::Fixed);
-    connect(top, &QHeaderView::sectionClicked, this, [this](int section) {
+    connect(top, &QHeaderView::sectionClicked, this, [this] {
         if (onHeader)
-            onHeader(section + model_->table.FixedCols);
+            onHeader();
+    });
+    connect(left, &QHeaderView::sectionClicked, this, [this](int section) {
+        if (onHeader && section + model_->table.FixedRows == markRow_)
+            onHeader();
     });
 }
 
@@ -224,6 +264,11 @@ bool ResultTableView::hasShapeOf(const ResultTable& table) const {
 }
 
 void ResultTableView::updateTable(const ResultTable& table) {
+    model_->markedFont = font();
+    model_->markedFont.setItalic(true);
+    QColor shade = palette().color(QPalette::Text);
+    shade.setAlpha(18);
+    model_->markedBrush = shade;
     if (hasShapeOf(table)) {
         model_->update(table);
         for (QWidget* fixed : {horizontalHeader()->viewport(), verticalHeader()->viewport(), corner_})
@@ -273,14 +318,19 @@ GridSelection ResultTableView::selection() const {
 
 void ResultTableView::reportMark() {
     const GridSelection selected = selection();
-    if (onMark && selected.Col == markColumn_ && selected.ColSel == markColumn_)
+    if (selected.Row < 0 || !onMark)
+        return;
+    const bool inColumn = selected.Col == markColumn_ && selected.ColSel == markColumn_;
+    const bool inRow = selected.Row == markRow_ && selected.RowSel == markRow_;
+    if (inColumn || inRow)
         onMark(selected);
 }
 
 void ResultTableView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
-    pressedInMarks_ = event->button() == Qt::LeftButton && markColumn_ >= 0 && index.isValid() &&
-                      index.column() + model_->table.FixedCols == markColumn_;
+    pressedInMarks_ = event->button() == Qt::LeftButton && index.isValid() &&
+                      (index.column() + model_->table.FixedCols == markColumn_ ||
+                       index.row() + model_->table.FixedRows == markRow_);
     QTableView::mousePressEvent(event);
 }
 
@@ -293,7 +343,7 @@ void ResultTableView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void ResultTableView::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space && markColumn_ >= 0) {
+    if (event->key() == Qt::Key_Space && (markColumn_ >= 0 || markRow_ >= 0)) {
         reportMark();
         event->accept();
         return;

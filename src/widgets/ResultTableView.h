@@ -9,16 +9,19 @@
 class ResultTableModel;
 
 /// Shows a result table; its fixed rows and columns stay in view as headings while the rest scrolls. It holds a copy of
-/// the table: what is being computed doesn't show through.
+/// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart.
 class ResultTableView : public QTableView {
 public:
     ResultTableView(const QString& name, QWidget* parent);
 
-    /// A selection that begins and ends in this column is reported when the mouse lets go or Space is pressed; -1: none.
-    void setMarkColumn(int column) { markColumn_ = column; }
+    /// A selection along this column or this row is reported when the mouse lets go or Space is pressed; -1: none.
+    void setMarks(int column, int row) {
+        markColumn_ = column;
+        markRow_ = row;
+    }
     std::function<void(const GridSelection&)> onMark;
-    /// A click on the heading of a column, by its number in the table.
-    std::function<void(int column)> onHeader;
+    /// A click on the heading of a column, or on that of the row of marks.
+    std::function<void()> onHeader;
 
     /// Takes a table; columns get the widths that it names. While it has the shape and headings of the one before,
     /// selection, place and widths stay.
@@ -39,7 +42,7 @@ protected:
 private:
     ResultTableModel* model_;
     QWidget* corner_ = nullptr;
-    int markColumn_ = -1;
+    int markColumn_ = -1, markRow_ = -1;
     bool pressedInMarks_ = false;
 
     bool hasShapeOf(const ResultTable& table) const;

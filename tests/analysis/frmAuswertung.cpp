@@ -1,90 +1,10 @@
-#include "analysis/frmAuswertung.h"
-
-#include "app/globals.h"
-#include "config/Options.h"
-#include "support/PrintQt.h"
-#include "support/WindowTest.h"
-#include "tables/tableText.h"
-#include "widgets/ChoicePicker.h"
-#include "widgets/FilterLine.h"
-#include "widgets/ResultTableView.h"
+#include "analysis/AnalysisWindow.h"
 
 #include <QFile>
 #include <QHeaderView>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTabBar>
-#include <QTabWidget>
-#include <QTest>
 #include <utility>
 
 using namespace Qt::StringLiterals;
-
-class AnalysisWindow : public WindowTest {
-protected:
-    frmAuswertung* window = nullptr;
-
-    void open() {
-        openSampleArchive();
-        window = frmAuswertung::openFrom(nullptr);
-        window->setAttribute(Qt::WA_DeleteOnClose, false);
-        window->activateWindow();
-        settle();
-    }
-    ~AnalysisWindow() override { delete window; }
-
-    template<class Widget>
-    Widget* the(const QString& name) {
-        auto* found = window->findChild<Widget*>(name);
-        EXPECT_NE(found, nullptr) << name.toStdString();
-        return found;
-    }
-    /// Chooses as a person does who types and presses Enter.
-    void type(const QString& picker, const QString& text) {
-        auto* list = the<ChoicePicker>(picker);
-        list->setFocus();
-        list->lineEdit()->selectAll();
-        QTest::keyClicks(list, text);
-        QTest::keyClick(list, Qt::Key_Enter);
-        settle();
-    }
-    void chooseStudy(const QString& number) {
-        auto* picker = the<ChoicePicker>(u"dbcStudy_1"_s);
-        picker->setFocus();
-        QTest::keyClick(picker, Qt::Key_Home);
-        for (int i = 0; i < picker->count() && picker->currentText() != number; ++i)
-            QTest::keyClick(picker, Qt::Key_Down);
-        ASSERT_EQ(window->model().request.dbcStudy.value, number);
-    }
-    void goTo(int tab) {
-        QTabBar* bar = the<QTabWidget>(u"SSTab"_s)->tabBar();
-        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(tab).center());
-        settle();
-    }
-    void click(const QString& button) {
-        QTest::mouseClick(the<QPushButton>(button), Qt::LeftButton);
-        settle();
-    }
-    /// What the grid paints, as a reader of rows would write it down.
-    QString row(int number) {
-        const ResultTable& table = the<ResultTableView>(u"mfgGrid"_s)->table();
-        return number < table.Rows() ? tableRows(table)[static_cast<size_t>(number)].join(u'|') : QString();
-    }
-    void selectCell(int tableRow, int tableColumn) {
-        auto* grid = the<ResultTableView>(u"mfgGrid"_s);
-        grid->setCurrentIndex(grid->model()->index(tableRow - 1, tableColumn - 1));
-        grid->setFocus();
-    }
-    QString state() { return the<QLabel>(u"lblState"_s)->isVisibleTo(window) ? the<QLabel>(u"lblState"_s)->text() : QString(); }
-    void openTable(const QString& variable = u"GESCHL"_s) {
-        open();
-        chooseStudy(u"SV2014"_s);
-        type(u"dbcVariableUni"_s, variable);
-        goTo(1);
-    }
-};
 
 TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNoFreeText) {
     open();
@@ -111,7 +31,7 @@ TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNo
 
 TEST_F(AnalysisWindow, WhatIsNotBuiltIsDisabledAndSaysWhy) {
     open();
-    for (const QString& name : {u"Option2"_s, u"Option4(3)"_s, u"Option5"_s, u"cmdPreview"_s, u"cmdPrint"_s}) {
+    for (const QString& name : {u"cmdPreview"_s, u"cmdPrint"_s, u"chkPreserveLayout"_s}) {
         EXPECT_FALSE(the<QWidget>(name)->isEnabled()) << name.toStdString();
         EXPECT_EQ(the<QWidget>(name)->toolTip(), u"In dieser Version noch nicht enthalten.");
     }

@@ -52,18 +52,18 @@ TEST(TableClick, TogglesEachDataRowOfASelectionAndAsksAfterOneFromTheHead) {
     };
     for (const auto& c : cases) {
         ResultTable table = clickedTable(c.separate);
-        EXPECT_EQ(clickTable(table, c.selection, c.separate), c.effect) << c.selection.Row << ' ' << c.selection.RowSel;
+        EXPECT_EQ(clickTable(table, c.selection, markArea(table, c.separate)), c.effect) << c.selection.Row << ' ' << c.selection.RowSel;
         EXPECT_EQ(marksText(table).toStdU16String(), c.marks) << c.selection.Row << ' ' << c.selection.RowSel;
     }
     ResultTable other = clickedTable(false);
     other.Tag = u"Descriptives"_s;
-    EXPECT_EQ(clickTable(other, {1, 1, 2, 2}, false), ClickEffect::None);
+    EXPECT_EQ(clickTable(other, {1, 1, 2, 2}, markArea(other, false)), ClickEffect::None);
 }
 
 TEST(TableClick, ATakenMarkLeavesABlankAndTheBlankRowComesAndGoes) {
     ResultTable table = clickedTable(false);
-    clickTable(table, {2, 2, 2, 2}, false);
-    clickTable(table, {2, 2, 2, 2}, false);
+    clickTable(table, {2, 2, 2, 2}, markArea(table, false));
+    clickTable(table, {2, 2, 2, 2}, markArea(table, false));
     EXPECT_EQ(table.Cell(2, 2), u" ");
     separateValidRow(table, true);
     EXPECT_EQ(clipText(table), clipText([] {
