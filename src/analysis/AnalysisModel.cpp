@@ -1,6 +1,7 @@
 #include "analysis/AnalysisModel.h"
 
 #include "analysis/builders.h"
+#include "analysis/comparisonEntries.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
@@ -27,6 +28,12 @@ bool find(const dao::RecordsetPtr& recordset, const QString& criteria) {
     if (!hasRows(recordset))
         return false;
     return attempt([&] { recordset->FindFirst(criteria); }) && !recordset->NoMatch();
+}
+
+bool isNumber(const QString& text) {
+    bool good = false;
+    text.toLongLong(&good);
+    return good;
 }
 
 QString contentField(const QString& original, const QString& english) {
@@ -175,7 +182,7 @@ void AnalysisModel::loadParts() {
         return;
     dtData5.recordset->MoveFirst();
     request.dbcParts = {dtData5.recordset->text(u"id_Part"_s),
-                        dtData5.recordset->text(contentField(u"dt_PartName"_s, u"dt_EnPartName"_s))};
+                        partName(*dtData5.recordset)};
 }
 
 bool AnalysisModel::chooseVariable(const QString& name) {
@@ -352,7 +359,8 @@ bool AnalysisModel::chooseFilter(FilterKind kind) {
         dbcParts_Change();
         break;
     case FilterKind::FilterParts:
-        if (request.dbcParts.isEmpty()) {
+        // The run of a comparison may have left another study's part, or none.
+        if (!isNumber(request.dbcParts.value) || !find(dtData5.recordset, u"id_Part = "_s + request.dbcParts.value)) {
             dtData5.recordset->MoveFirst();
             request.dbcParts.value = dtData5.recordset->text(u"id_Part"_s);
         }
@@ -417,9 +425,7 @@ std::vector<BoundPicker> AnalysisModel::parts() {
 }
 
 bool AnalysisModel::choosePart(const QString& id) {
-    bool isNumber = false;
-    id.toLongLong(&isNumber);
-    if (!isNumber || !hasParts_ || !find(dtData5.recordset, u"id_Part = "_s + id))
+    if (!isNumber(id) || !hasParts_ || !find(dtData5.recordset, u"id_Part = "_s + id))
         return false;
     setFilterKind(FilterKind::FilterParts);
     request.dbcParts.value = id;
@@ -442,7 +448,7 @@ void AnalysisModel::loadPart() {
             return;
         }
         dao::Recordset& part = *dtData5.recordset;
-        request.dbcParts.text = part.text(contentField(u"dt_PartName"_s, u"dt_EnPartName"_s));
+        request.dbcParts.text = partName(part);
         request.dtCriteria = part.text(u"dt_SelectionCriteria"_s);
         const dao::Value variable = part.value(u"dt_SelectionVariable"_s);
         selectionVariable_ = variable.toText();

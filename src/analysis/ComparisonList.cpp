@@ -126,15 +126,16 @@ void ComparisonList::select(const QList<int>& rows) {
     if (selected_.isEmpty())
         return;
     const ComparisonEntry entry = entries().at(selected_.first());
-    quietly([&] { takeBack(entry); });
-    armed_ = true;
+    bool whole = false;
+    quietly([&] { whole = takeBack(entry); });
+    // An entry that the window cannot show must not follow what the window shows.
+    armed_ = whole;
 }
 
-/// Sets the window's choices from an entry. Its study or variable may be gone; then the window keeps what it can.
-void ComparisonList::takeBack(const ComparisonEntry& entry) {
-    if (!model_.StudyClick(entry.at(ComparisonEntry::Study)))
-        return;
-    model_.chooseVariable(entry.at(ComparisonEntry::Variable));
+/// Sets the window's choices from an entry. @return false if its study or variable has gone; the window keeps what it can
+bool ComparisonList::takeBack(const ComparisonEntry& entry) {
+    if (!model_.StudyClick(entry.at(ComparisonEntry::Study)) || !model_.chooseVariable(entry.at(ComparisonEntry::Variable)))
+        return false;
     const QString& weight = entry.at(ComparisonEntry::Weight);
     if (weight.isEmpty())
         model_.chooseWeight(WeightKind::noWeight);
@@ -145,12 +146,13 @@ void ComparisonList::takeBack(const ComparisonEntry& entry) {
     else
         model_.chooseWeight(WeightKind::WeightUser, weight);
     const QString& kind = entry.at(ComparisonEntry::FilterInfo);
+    if (!kind.isEmpty() && kind != "user"_L1)
+        return model_.choosePart(kind);
     if (entry.at(ComparisonEntry::Filter).isEmpty())
         model_.chooseFilter(FilterKind::noFilter);
-    else if (kind.isEmpty() || kind == "user"_L1)
-        model_.chooseFilterText(entry.at(ComparisonEntry::Filter));
     else
-        model_.choosePart(kind);
+        model_.chooseFilterText(entry.at(ComparisonEntry::Filter));
+    return true;
 }
 
 void ComparisonList::ApplyComparisonEntryChange(bool ask) {

@@ -64,7 +64,7 @@ private:
     template<class Steps>
     void quietly(Steps&& steps);
     bool writeChoices(ComparisonEntry& entry) const;
-    void takeBack(const ComparisonEntry& entry);
+    bool takeBack(const ComparisonEntry& entry);
     bool tablesExist() const;
     std::optional<Saved> savedNamed(const QString& name);
     bool load(const Saved& saved);

@@ -59,8 +59,14 @@ RunOutcome CreateSQL::run() {
     // A title belongs to every table that was touched, also to one that was cut short.
     const bool titled = r_.mode != AnalysisMode::Descriptives;
     if (computed_ || (titled && outcome_ == RunOutcome::Reused))
-        m_.lblLabel = resultTitle(r_, m_.mfgGrid, gOptions);
+        m_.lblLabel = resultTitle(r_, m_.mfgGrid, titleOptions());
     return outcome_;
+}
+
+/// A crosstab that stays as it is keeps the N that its percentages rest on.
+const Options& CreateSQL::titleOptions() const {
+    const bool stays = outcome_ == RunOutcome::Reused && r_.mode == AnalysisMode::Crosstab && m_.shown_;
+    return stays ? m_.shown_->options : gOptions;
 }
 
 /// Runs one engine statement under the run's trap.

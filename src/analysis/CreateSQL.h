@@ -43,6 +43,7 @@ private:
     bool isComparison() const { return r_.mode == AnalysisMode::Comparison; }
     const ComparisonEntry& entry() const { return r_.lst_TrendVars[number_ - 1]; }
 
+    const Options& titleOptions() const;
     bool step(const std::function<void()>& statement);
     bool turn();
     bool end(RunOutcome outcome);

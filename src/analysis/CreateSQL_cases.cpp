@@ -52,13 +52,15 @@ bool CreateSQL::readComparisonRound() {
     r_.dtMissing = e.at(ComparisonEntry::Missing);
     r_.dtYear = e.at(ComparisonEntry::Year);
     r_.dtVarGroup = e.at(ComparisonEntry::Group);
+    // A part is told by its number: what is written beside it is for the eye.
     const QString& filter = e.at(ComparisonEntry::Filter);
-    if (filter.isEmpty()) {
+    const QString& kind = e.at(ComparisonEntry::FilterInfo);
+    const bool part = !kind.isEmpty() && kind != "user"_L1;
+    if (filter.isEmpty() && !part) {
         r_.optFilter = FilterKind::noFilter;
         return true;
     }
-    r_.dbcParts = {e.at(ComparisonEntry::FilterInfo), e.at(ComparisonEntry::PartText)};
-    const bool part = !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
+    r_.dbcParts = {kind, e.at(ComparisonEntry::PartText)};
     r_.optFilter = part ? FilterKind::FilterParts : FilterKind::FilterUser;
     r_.txtFilter = filter;
     r_.dtCriteria.clear();

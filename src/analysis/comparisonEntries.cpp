@@ -51,14 +51,14 @@ dao::Value addComparison(const QString& name, const QString& title) {
 }
 
 /// The name of a part in the study that it belongs to; empty if the study has none of that number.
-QString partName(const QString& study, const QString& id) {
+QString partNameOf(const QString& study, const QString& id) {
     bool isNumber = false;
     id.toLongLong(&isNumber);
     if (!isNumber || !gDatabase.TableExist(u"tkey_Parts"_s))
         return {};
     const dao::RecordsetPtr parts = catalogue().OpenRecordset(u"tkey_Parts"_s, dao::dbOpenSnapshot);
     parts->FindFirst(u"id_Part = "_s + id + u" AND fi_StudyNo = '"_s + study + u"'"_s);
-    return parts->NoMatch() ? QString() : parts->text(gOptions.EnglishLanguage ? u"dt_EnPartName"_s : u"dt_PartName"_s);
+    return parts->NoMatch() ? QString() : partName(*parts);
 }
 
 dao::RecordsetPtr entriesOf(const QString& id) {
@@ -67,6 +67,13 @@ dao::RecordsetPtr entriesOf(const QString& id) {
 }
 
 } // namespace
+
+QString partName(dao::Recordset& part) {
+    const QString original = part.text(u"dt_PartName"_s), english = part.text(u"dt_EnPartName"_s);
+    const QString& wanted = gOptions.EnglishLanguage ? english : original;
+    const QString& other = gOptions.EnglishLanguage ? original : english;
+    return !wanted.isEmpty() ? wanted : !other.isEmpty() ? other : part.text(u"id_Part"_s);
+}
 
 QString entryText(const ComparisonEntry& entry) {
     QString text =
@@ -126,7 +133,7 @@ std::optional<StoredComparison> readComparison(const QString& id) {
             entry.column[column] = rows->text(field);
         const QString kind = entry.at(ComparisonEntry::FilterInfo);
         if (!kind.isEmpty() && kind != "user"_L1) {
-            entry.column[ComparisonEntry::PartText] = partName(entry.at(ComparisonEntry::Study), kind);
+            entry.column[ComparisonEntry::PartText] = partNameOf(entry.at(ComparisonEntry::Study), kind);
             if (entry.at(ComparisonEntry::PartText).isEmpty())
                 entry.column[ComparisonEntry::PartText] = entry.at(ComparisonEntry::Filter);
         }

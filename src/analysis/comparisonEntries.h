@@ -2,6 +2,8 @@
 
 #include "analysis/AnalysisRequest.h"
 
+#include "platform/dao/Recordset.h"
+
 #include <optional>
 
 /// Comparisons as the open catalogue keeps them in tsys_Comparison and tsys_VariableComparison, and the words of their
@@ -9,6 +11,9 @@
 
 /// What the list shows for an entry.
 QString entryText(const ComparisonEntry& entry);
+
+/// The name of a part (a row of tkey_Parts) in the contents' language; in the other one, or its number, where it has none.
+QString partName(dao::Recordset& part);
 
 struct StoredComparison {
     QString title;

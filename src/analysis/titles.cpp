@@ -165,7 +165,7 @@ QString comparisonHeader(const ComparisonEntry& entry, const Options& options) {
         add(u"("_s + TranslateText(u"G."_s) + u" "_s + weight + u")"_s, u" "_s);
     const QString& kind = entry.at(ComparisonEntry::FilterInfo);
     const bool part = !kind.isEmpty() && kind != "user"_L1;
-    if (options.HeaderAddFilter && !entry.at(ComparisonEntry::Filter).isEmpty())
+    if (options.HeaderAddFilter && (part || !entry.at(ComparisonEntry::Filter).isEmpty()))
         add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) +
                 u")"_s,
             u" "_s);

@@ -140,6 +140,34 @@ TEST_F(Comparisons, ARunCountsEachEntryAndTellsWhatHasGone) {
     EXPECT_EQ(asker_.lastText(), u"QX2020 nicht gefunden"_s);
 }
 
+TEST_F(Comparisons, APartWithoutANameStaysAPart) {
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE "
+                       u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
+    catalogue_.execute(u"UPDATE tkey_Parts SET dt_PartName = Null, dt_EnPartName = Null"_s);
+    open();
+    model_.StudyClick(u"QX1919"_s);
+    model_.chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    ASSERT_TRUE(list_.cmd_AddTrend());
+    ASSERT_TRUE(list_.addVariable(u"QX2020"_s, u"V5"_s));
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    // V7 = 1 in cases 1, 3 and 5 of QX1919.
+    EXPECT_EQ(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 3), u"3"_s);
+    EXPECT_EQ(model_.mfgGrid.Cell(3, 0), u"QX1919, V5, 1919 (F. 1)"_s);
+    // The study of the window has parts again after the run of an entry with a filter of its own.
+    model_.StudyClick(u"QX1919"_s);
+    model_.chooseVariable(u"V5"_s);
+    model_.chooseFilterText(u"V7=2"_s);
+    ASSERT_TRUE(list_.cmd_AddTrend());
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Frequency));
+    ASSERT_TRUE(model_.chooseFilter(FilterKind::FilterParts));
+    EXPECT_EQ(model_.request.dbcParts.value, u"1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 3), u"3"_s);
+}
+
 TEST_F(Comparisons, AreStoredWholeLoadedBackAndDeleted) {
     open();
     gOptions.ComparisonWeight = 1;
