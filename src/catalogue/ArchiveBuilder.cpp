@@ -9,6 +9,7 @@
 #include "catalogue/QueryCheck.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
+#include "platform/dao/Transaction.h"
 
 #include <QFileInfo>
 
@@ -17,31 +18,6 @@ using namespace Qt::StringLiterals;
 namespace archive {
 
 namespace {
-
-/// A transaction that is rolled back unless it is committed.
-class Transaction {
-public:
-    Transaction() { dao::DBEngine::instance().Workspaces(0).BeginTrans(); }
-    ~Transaction() {
-        if (!committed_)
-            rollBack();
-    }
-    void commit() {
-        dao::DBEngine::instance().Workspaces(0).CommitTrans();
-        committed_ = true;
-    }
-
-private:
-    bool committed_ = false;
-
-    static void rollBack() noexcept {
-        try {
-            dao::DBEngine::instance().Workspaces(0).Rollback();
-        } catch (const dao::Error&) {
-            // The file is thrown away as a whole; the failure that led here is the one to tell.
-        }
-    }
-};
 
 /// One build, in the folder where the catalogue comes into being.
 class Builder {
@@ -63,7 +39,7 @@ public:
 
     void run() {
         {
-            Transaction transaction;
+            dao::Transaction transaction;
             entries_.writeFrame();
             for (const View& view : description_.views)
                 if (view.isStudyView)
@@ -75,7 +51,7 @@ public:
                 if (!study.isGroup)
                     takeIn(view, study);
         {
-            Transaction transaction;
+            dao::Transaction transaction;
             entries_.checkVariableTexts();
             for (const View& view : description_.views)
                 if (!view.isStudyView)
@@ -129,7 +105,7 @@ private:
         told(study, [&] { importer.add(pathOf(description_, study.file), settingsOf(study)); });
         std::vector<ImportReport> written;
         {
-            Transaction transaction;
+            dao::Transaction transaction;
             told(study, [&] { written = importer.write(); });
             entries_.completeStudy(view, study);
             transaction.commit();

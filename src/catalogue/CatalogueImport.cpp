@@ -7,6 +7,7 @@
 #include "catalogue/importTexts.h"
 #include "catalogue/newCatalogue.h"
 #include "catalogue/schema.h"
+#include "platform/dao/Transaction.h"
 #include "platform/system/Paths.h"
 
 #include <QDir>
@@ -95,31 +96,6 @@ bool sameFile(const QString& a, const QString& b) {
                0 ||
            (QFileInfo::exists(a) && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath());
 }
-
-/// Rolls back unless it was committed.
-class Transaction {
-public:
-    explicit Transaction(dao::Workspace& workspace) : workspace_(workspace) { workspace_.BeginTrans(); }
-    ~Transaction() {
-        if (open_)
-            try {
-                workspace_.Rollback();
-            } catch (const dao::Error&) {
-                // The failure that led here is the one to be told; the files roll back when they are next
-                // opened.
-            }
-    }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    void commit() {
-        workspace_.CommitTrans();
-        open_ = false;
-    }
-
-private:
-    dao::Workspace& workspace_;
-    bool open_ = true;
-};
 
 /// Closes a database however the scope ends.
 struct Closing {
@@ -346,7 +322,7 @@ ImportReport importSurvey(const ImportRequest& request) {
     importer.add(request.file, request.settings);
     std::vector<ImportReport> reports;
     {
-        Transaction transaction(workspace);
+        dao::Transaction transaction(workspace);
         if (isNew)
             makeCatalogue(database);
         reports = importer.write();

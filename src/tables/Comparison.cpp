@@ -3,7 +3,6 @@
 #include "app/globals.h"
 #include "diagnostics/errors.h"
 #include "platform/system/NumberFormat.h"
-#include "platform/ui/Asker.h"
 #include "tables/labels.h"
 #include "tables/missing.h"
 
@@ -112,8 +111,7 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
     size_t row = value.isNull() ? nullRow_ : byValue_.value(text, none);
     if (row == none) {
         if (rows_.size() + 3 >= scanLimit && !std::exchange(warned_, true))
-            ui::asker().messageBox(
-                {.text = TranslateText(u"25000 Zeilen erreicht, Abbruch"_s), .icon = ui::Icon::Exclamation});
+            showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
         row = newRow(value, text);
     }
     total_ += count;
@@ -212,16 +210,13 @@ void ColumnBuilder::writePercent() {
 void ColumnBuilder::setWidths() {
     if (!in_.AutoColWidth)
         return;
+    ColumnWidths widths(true, in_.textWidth);
     const int sumRow = table_.Rows() - 3;
     for (const int column : {+ValueColumn, +LabelColumn, +MarkColumn, in_.column}) {
-        double widest = 0;
-        for (int row = 0; row < table_.Rows(); ++row) {
-            if (table_.Cell(column, row).isEmpty())
-                continue;
-            const double width = 1.2 * in_.textWidth(table_.Cell(column, row));
-            widest = std::max(widest, row == 0 || row == sumRow ? width + 50 : width);
-        }
-        table_.setColWidth(column, static_cast<int>(widest));
+        for (int row = 0; row < table_.Rows(); ++row)
+            if (!table_.Cell(column, row).isEmpty())
+                widths.note(column, table_.Cell(column, row), row == 0 || row == sumRow);
+        table_.setColWidth(column, widths.width(column));
     }
 }
 

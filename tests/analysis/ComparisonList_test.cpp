@@ -47,17 +47,6 @@ protected:
             all << entry.text;
         return all;
     }
-
-    QStringList cells(const ResultTable& table) const {
-        QStringList rows;
-        for (int row = 0; row < table.Rows(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < table.Cols(); ++column)
-                cells << table.Cell(column, row);
-            rows << cells.join(u'|');
-        }
-        return rows;
-    }
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/system/NumberFormat.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
+#include "support/TableText.h"
 #include "support/TestHome.h"
 #include "support/TestRecordsets.h"
 
@@ -50,16 +51,7 @@ protected:
         return BuildComparisonColumn(table_, percent_, absolute_, input, userMissing_);
     }
 
-    static QStringList rows(const ResultTable& table, int first = 1) {
-        QStringList lines;
-        for (int row = first; row < table.Rows(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < table.Cols(); ++column)
-                cells << table.Cell(column, row);
-            lines << cells.join(u'|');
-        }
-        return lines;
-    }
+    static QStringList rows(const ResultTable& table) { return linesOf(table, 1); }
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "platform/dao/DBEngine.h"
 #include "platform/system/NumberFormat.h"
 #include "support/ScriptedAsker.h"
+#include "support/TableText.h"
 #include "support/TestHome.h"
 #include "tables/mdStats.h"
 
@@ -75,16 +76,7 @@ protected:
         return BuildDescriptivesTable(table_, input);
     }
 
-    QStringList lines() const {
-        QStringList result;
-        for (int row = 0; row < table_.Rows(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < table_.Cols(); ++column)
-                cells << table_.Cell(column, row);
-            result << cells.join(u'|');
-        }
-        return result;
-    }
+    QStringList lines() const { return linesOf(table_); }
 
     /// The public procedures over the rows, in the order of the table's.
     std::vector<double> all(const StatRows& rows, const QString& weight, const QString& missing = QString()) {

@@ -2,6 +2,7 @@
 
 #include "platform/system/NumberFormat.h"
 #include "support/ScriptedAsker.h"
+#include "support/TableText.h"
 #include "support/TestHome.h"
 #include "support/TestRecordsets.h"
 
@@ -46,17 +47,7 @@ protected:
         return BuildFrequencyTable(table_, input, userMissing_);
     }
 
-    /// The rows of the table, cells parted by "|".
-    QStringList rows() const {
-        QStringList lines;
-        for (int row = 0; row < table_.Rows(); ++row) {
-            QStringList cells;
-            for (int column = 0; column < table_.Cols(); ++column)
-                cells << table_.Cell(column, row);
-            lines << cells.join(u'|');
-        }
-        return lines;
-    }
+    QStringList rows() const { return linesOf(table_); }
 };
 
 } // namespace

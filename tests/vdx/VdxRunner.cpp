@@ -1,5 +1,6 @@
 #include "VdxRunner.h"
 
+#include "support/TestCatalogue.h"
 #include "vdx/Command.h"
 
 #include <QFile>
@@ -35,4 +36,11 @@ VdxResult runVdx(const QStringList& arguments) {
     result.out = takeAll(out);
     result.err = takeAll(err);
     return result;
+}
+
+VdxArchive::VdxArchive() {
+    TestCatalogue made(home_.path());
+    made.fill();
+    catalogue_ = made.path();
+    data_ = made.dataFolder();
 }

@@ -3,6 +3,7 @@
 #include "support/TestHome.h"
 
 #include <QStringList>
+#include <gtest/gtest.h>
 
 /// A fresh world with the texts that the build made.
 class VdxHome : public TestHome {
@@ -18,3 +19,12 @@ struct VdxResult {
 
 /// Runs vdx in this process.
 VdxResult runVdx(const QStringList& arguments);
+
+/// The standing example in files, closed again.
+class VdxArchive : public ::testing::Test {
+protected:
+    VdxArchive();
+
+    VdxHome home_;
+    QString catalogue_, data_;
+};

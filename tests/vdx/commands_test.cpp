@@ -10,16 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The standing example in files, closed again.
-class Commands : public ::testing::Test {
+class Commands : public VdxArchive {
 protected:
-    Commands() {
-        TestCatalogue made(home_.path());
-        made.fill();
-        catalogue_ = made.path();
-        data_ = made.dataFolder();
-    }
-
     VdxResult run(QStringList arguments) const {
         arguments.replaceInStrings(u"@"_s, catalogue_);
         arguments << u"--language"_s << u"de"_s << u"--decimal"_s << u"comma"_s;
@@ -27,9 +19,6 @@ protected:
             arguments << u"--data"_s << data_;
         return runVdx(arguments);
     }
-
-    VdxHome home_;
-    QString catalogue_, data_;
 };
 
 }

@@ -10,15 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class Compare : public ::testing::Test {
+class Compare : public VdxArchive {
 protected:
-    Compare() {
-        TestCatalogue made(home_.path());
-        made.fill();
-        catalogue_ = made.path();
-        data_ = made.dataFolder();
-    }
-
     VdxResult run(const QStringList& arguments) const {
         const QStringList plain{u"--set"_s, u"HeaderValAddVar=0"_s, u"--set"_s, u"HeaderGroup=0"_s};
         const QStringList common{u"--language"_s, u"de"_s, u"--decimal"_s, u"comma"_s, u"--format"_s, u"csv"_s};
@@ -32,9 +25,6 @@ protected:
         QFile file(catalogue_);
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
-
-    VdxHome home_;
-    QString catalogue_, data_;
 };
 
 // V5 of QX1919: 1 1 2 2 9 and one system-missing, of QX2020: 1 2 2; V7 is 1 in its first and third case.

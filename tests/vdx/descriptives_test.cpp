@@ -15,24 +15,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class DescriptivesCommands : public ::testing::Test {
+class DescriptivesCommands : public VdxArchive {
 protected:
-    DescriptivesCommands() {
-        TestCatalogue made(home_.path());
-        made.fill();
-        catalogue_ = made.path();
-        data_ = made.dataFolder();
-    }
-
     VdxResult run(const QString& variables, const QStringList& options) const {
         return runVdx(QStringList{u"descriptives"_s, catalogue_, u"QX1919"_s} + variables.split(u' ') +
                       options +
                       QStringList{u"--data"_s, data_, u"--language"_s, u"de"_s, u"--decimal"_s, u"comma"_s,
                                   u"--format"_s, u"csv"_s});
     }
-
-    VdxHome home_;
-    QString catalogue_, data_;
 };
 
 const QString surveyData = QStringLiteral(VARIDEX_SOURCE_ROOT "/../shared/data");
