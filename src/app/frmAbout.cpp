@@ -1,5 +1,6 @@
 #include "app/frmAbout.h"
 
+#include "app/globals.h"
 #include "language/mdLanguage.h"
 #include "platform/dao/DBEngine.h"
 #include "platform/system/ApplicationInfo.h"
@@ -16,6 +17,7 @@
 #include <QScreen>
 #include <QSysInfo>
 #include <QVBoxLayout>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -98,6 +100,15 @@ frmAbout::frmAbout(QWidget* parent)
 }
 
 frmAbout::~frmAbout() = default;
+
+void frmAbout::showInfo(QWidget* parent) {
+    std::optional<frmAbout> window;
+    {
+        const BusyScope building;
+        window.emplace(parent);
+    }
+    window->exec();
+}
 
 void frmAbout::showInformation() {
     txtSysInfo_->setPlainText(systemInformation());

@@ -13,6 +13,9 @@ public:
     explicit frmAbout(QWidget* parent = nullptr);
     ~frmAbout() override;
 
+    /// Shows the window and waits for its end.
+    static void showInfo(QWidget* parent);
+
     /// Versions of program, libraries and system, one a line.
     static QString systemInformation();
 

@@ -69,7 +69,7 @@ void frmMain::addWindowCommands() {
     commands_[u"mnuWindowNext"_s] = [this] { area_->activateNext(false); };
     commands_[u"mnuWindowPrevious"_s] = [this] { area_->activateNext(true); };
     commands_[u"mnuHelpContents"_s] = [this] { mnuHelpContents_Click(); };
-    commands_[u"mnuHelpAbout"_s] = [this] { frmAbout(this).exec(); };
+    commands_[u"mnuHelpAbout"_s] = [this] { frmAbout::showInfo(this); };
 }
 
 void frmMain::perform(const QString& name) {
@@ -157,7 +157,10 @@ void frmMain::leave() {
 void frmMain::switchLanguage(qint16 language) {
     mdLanguage::SetLanguage(language);
     StandardTexts::followLanguage();
-    mdLanguage::RefreshForms({Form::open().begin(), Form::open().end()});
+    {
+        const BusyScope busy;
+        mdLanguage::RefreshForms({Form::open().begin(), Form::open().end()}, Form::isOpen);
+    }
     buildToolbar();
     InitFormState(gDatabase.State());
 }
@@ -187,6 +190,7 @@ void frmMain::mnuAuswertungsansicht_Click() {
                                 ui::Buttons::Ok});
         return;
     }
+    const BusyScope busy;
     frmAuswertung::openFrom(activeExplorer());
 }
 

@@ -21,6 +21,7 @@ frmStatus::frmStatus() : Form(*this, u"frmStatus"_s), lblInfo(new QLabel(this)) 
     layout->setContentsMargins(32, 24, 32, 24);
     layout->addWidget(lblInfo, 0, Qt::AlignCenter);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
+    setAttribute(Qt::WA_DeleteOnClose);
     setCursor(Qt::WaitCursor);
     refreshTitles();
     adjustSize();

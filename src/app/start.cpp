@@ -23,8 +23,8 @@ int storedNumber(const QString& name, int byDefault) {
     return isNumber ? number : byDefault;
 }
 
-void store(const QString& name, const QString& text) {
-    CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text, Registry::String);
+bool store(const QString& name, const QString& text) {
+    return !CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text, Registry::String);
 }
 
 } // namespace
@@ -75,11 +75,15 @@ Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
 
 void Main::Stop(const std::optional<WindowPlace>& place) {
     if (place) {
-        store(u"MainLeft"_s, QString::number(place->left));
-        store(u"MainTop"_s, QString::number(place->top));
-        store(u"MainWidth"_s, QString::number(place->width));
-        store(u"MainHeight"_s, QString::number(place->height));
-        store(u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s);
+        const std::pair<QString, QString> values[] = {{u"MainLeft"_s, QString::number(place->left)},
+                                                      {u"MainTop"_s, QString::number(place->top)},
+                                                      {u"MainWidth"_s, QString::number(place->width)},
+                                                      {u"MainHeight"_s, QString::number(place->height)},
+                                                      {u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s}};
+        // Where one cannot be written the others cannot either, and one box says so.
+        for (const auto& [name, value] : values)
+            if (!store(name, value))
+                break;
     }
     mdDataBase::CloseDataBase();
 }

@@ -24,6 +24,7 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -67,7 +68,12 @@ QPushButton* addButton(QHBoxLayout* row, const QString& name, const QString& tex
 } // namespace
 
 void frmOptions::showOptions(QWidget* parent) {
-    frmOptions(parent).exec();
+    std::optional<frmOptions> window;
+    {
+        const BusyScope building;
+        window.emplace(parent);
+    }
+    window->exec();
 }
 
 frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOptions"_s) {

@@ -83,5 +83,8 @@ ExplorerLayout ExplorerLayout::stored(bool study) {
 }
 
 void ExplorerLayout::store(bool study) const {
-    CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, settingName(study), toText());
+    // Without a word if it fails: it is stored while its window goes, and a lost width is no lost work.
+    Registry::Entry entry;
+    entry.text = toText();
+    Registry::write(Registry::CurrentUser, SettingsKeys::user, settingName(study), entry);
 }

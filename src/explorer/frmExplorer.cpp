@@ -48,9 +48,14 @@ const QHash<QString, ExplorerModel::Step>& steps() {
 } // namespace
 
 frmExplorer* frmExplorer::OpenExplorerView(int view) {
-    auto* window = new frmExplorer(view);
-    desktop().adopt(*window);
-    window->Form_Resize();
+    frmExplorer* window = nullptr;
+    {
+        const BusyScope busy;
+        window = new frmExplorer(view);
+        desktop().adopt(*window);
+        window->Form_Resize();
+    }
+    desktop().panelsChanged();
     return window;
 }
 
@@ -343,6 +348,7 @@ void frmExplorer::MyDBList_DblClick(const QString& key) {
     const Jump jump = jumpOf(key, viewNumber(), model_.tree, [](int view) { return explorerOfView(view) != nullptr; });
     bool found = jump.to == Jump::To::NodeHere && showNode(key);
     if (jump.to == Jump::To::OtherWindow || jump.to == Jump::To::NewWindow) {
+        const BusyScope busy;
         frmExplorer* other = jump.to == Jump::To::OtherWindow ? explorerOfView(jump.view) : OpenExplorerView(jump.view);
         desktop().activate(*other);
         found = other->showNode(key);

@@ -133,11 +133,14 @@ void mdLanguage::SetCtrlProps(ControlHost& window) {
     ui::asker().setPointer(ui::Pointer::Default);
 }
 
-void mdLanguage::RefreshForms(const std::vector<ControlHost*>& windows) {
+void mdLanguage::RefreshForms(const std::vector<ControlHost*>& windows, bool (*isOpen)(const ControlHost*)) {
     ui::asker().setPointer(ui::Pointer::Wait);
     for (ControlHost* window : windows) {
+        if (isOpen && !isOpen(window))
+            continue;
         SetCtrlProps(*window);
-        window->refreshTitles();
+        if (!isOpen || isOpen(window))
+            window->refreshTitles();
     }
     ui::asker().setPointer(ui::Pointer::Default);
 }

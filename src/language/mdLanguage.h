@@ -27,6 +27,6 @@ qint16 GetFormStatus();
 /// Gives a window the texts of the language in force.
 void SetCtrlProps(ControlHost& window);
 /// Gives all open windows their texts after a change of language, titles that are built at run time included.
-void RefreshForms(const std::vector<ControlHost*>& windows);
+void RefreshForms(const std::vector<ControlHost*>& windows, bool (*isOpen)(const ControlHost*) = nullptr);
 
 } // namespace mdLanguage

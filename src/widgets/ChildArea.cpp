@@ -1,6 +1,7 @@
 #include "widgets/ChildArea.h"
 
 #include "app/globals.h"
+#include "widgets/RunGuard.h"
 
 #include <QEvent>
 #include <QMdiSubWindow>
@@ -178,6 +179,11 @@ void ChildArea::hideCurrent() {
 bool ChildArea::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::Close) {
         const QPointer<QMdiSubWindow> frame = qobject_cast<QMdiSubWindow*>(object);
+        // Nothing goes away under a run or while windows are being made or refilled.
+        if (frame && frame->widget() && (RunGuard::closeAfterRun(*frame->widget()) || gBusy > 0)) {
+            event->ignore();
+            return true;
+        }
         if (frame && frame == frontFrame() && frame->isMaximized()) {
             maximiseNext_ = true;
             // A window that refused to close must not maximise another one later.

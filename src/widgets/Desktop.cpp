@@ -5,10 +5,6 @@
 namespace {
 Desktop plain;
 Desktop* current = &plain;
-
-bool isModalDialog(const QWidget* window) {
-    return qobject_cast<const QDialog*>(window) && window->isModal() && window->isVisible();
-}
 } // namespace
 
 Desktop& desktop() {
@@ -28,15 +24,17 @@ void focusMainWindow() {
 }
 
 void unloadChildWindows() {
-    // Who waits for a dialog's end owns it; it is told to end, and goes with its owner.
-    for (Form* form : Form::open())
-        if (isModalDialog(&form->widget()))
-            static_cast<QDialog&>(form->widget()).reject();
+    // Whoever made a dialog owns it; it is told to end, and goes with its owner.
+    for (Form* form : std::vector<Form*>(Form::open()))
+        if (Form::isOpen(form))
+            if (auto* dialog = qobject_cast<QDialog*>(&form->widget()); dialog && dialog->isVisible())
+                dialog->reject();
     // Closing one may close others with it, so the list is read anew each time.
     for (;;) {
         Form* child = nullptr;
         for (Form* form : Form::open())
-            if (form->windowName().compare(QLatin1String("frmMain"), Qt::CaseInsensitive) != 0 && !form->widget().isModal())
+            if (form->windowName().compare(QLatin1String("frmMain"), Qt::CaseInsensitive) != 0 &&
+                !qobject_cast<QDialog*>(&form->widget()))
                 child = form;
         if (!child)
             return;

@@ -26,5 +26,5 @@ void setDesktop(Desktop* desktop);
 /// Gives the focus to the main window, as a dialog does that closes.
 void focusMainWindow();
 
-/// Closes every loaded window but the main one. Windows are deleted at once, but a modal dialog only ends.
+/// Closes every loaded window but the main one. Windows are deleted at once, but a dialog only ends.
 void unloadChildWindows();

@@ -141,6 +141,10 @@ const std::vector<Form*>& Form::open() {
     return openForms();
 }
 
+bool Form::isOpen(const ControlHost* form) {
+    return std::ranges::find(openForms(), form) != openForms().end();
+}
+
 std::vector<ControlText> Form::controls() const {
     std::vector<ControlText> places;
     places.push_back({.type = u"Form"_s, .name = name_, .index = std::nullopt, .text = root_.windowTitle()});

@@ -37,6 +37,8 @@ public:
 
     /// The windows that are loaded, hidden ones too, in the order of their opening.
     static const std::vector<Form*>& open();
+    /// Whether a window that was among them still is.
+    static bool isOpen(const ControlHost* form);
 
 private:
     QWidget& root_;

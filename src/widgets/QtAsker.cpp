@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "platform/system/ApplicationInfo.h"
+#include "widgets/RunGuard.h"
 #include "widgets/StandardTexts.h"
 
 #include <QApplication>
@@ -198,5 +199,6 @@ void QtAsker::beep() {
 }
 
 void QtAsker::eventTurn() {
-    QCoreApplication::processEvents();
+    // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their turn.
+    QCoreApplication::processEvents(RunGuard::running() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }

@@ -1,5 +1,8 @@
 #include "widgets/RunGuard.h"
 
+#include "app/globals.h"
+#include "widgets/Desktop.h"
+
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMetaObject>
@@ -78,11 +81,13 @@ protected:
             return !QApplication::activeModalWidget();
         if (!widget || isModal(widget))
             return false;
-        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        const bool goesThrough = passes(widget);
+        const bool inMenu = goesThrough && widget->inherits("QMenu");
+        if (!inMenu && event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
             stop();
             return true;
         }
-        return !passes(widget);
+        return !goesThrough;
     }
 
 private:
@@ -102,7 +107,9 @@ private:
     bool passes(const QWidget* widget) const {
         if (std::find(controls_.begin(), controls_.end(), widget) != controls_.end())
             return true;
-        // The frames of child windows, by which these are closed.
+        // What the menus keep enabled, and the frames of child windows, by which these are closed.
+        if (widget->inherits("QMenu") || widget->inherits("QMenuBar"))
+            return true;
         return widget->inherits("QMdiSubWindow") || QByteArray(widget->metaObject()->className()).startsWith("QMdi");
     }
 };
@@ -113,12 +120,20 @@ InputWatch* watch = nullptr;
 
 RunGuard::Scope::Scope(std::function<void()> stop, std::vector<QWidget*> controls) {
     watch = new InputWatch(std::move(stop), std::move(controls));
+    ++gBusy;
+    desktop().panelsChanged();
 }
 
 RunGuard::Scope::~Scope() {
     watch->finish();
     watch->deleteLater();
     watch = nullptr;
+    --gBusy;
+    desktop().panelsChanged();
+}
+
+bool RunGuard::running() {
+    return watch != nullptr;
 }
 
 bool RunGuard::closeAfterRun(QWidget& window) {

@@ -12,8 +12,11 @@ namespace RunGuard {
 /// then. Answers false at once without a run.
 bool closeAfterRun(QWidget& window);
 
-/// A run for as long as it lives. The turns that the run gives to events paint and take requests to close; mouse and keys
-/// reach only the controls named, the frames of windows and a modal box. Escape stops it.
+bool running();
+
+/// A run for as long as it lives: busy, and told to the desktop. The turns that the run gives to events paint and take
+/// requests to close; mouse and keys reach only the controls named, menus, the frames of windows and a modal box. Escape
+/// stops it.
 class Scope {
 public:
     /// @param stop ends the run at its next turn

@@ -15,12 +15,18 @@
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 #include "widgets/ChildArea.h"
+#include "widgets/RunGuard.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QDir>
+#include <QDialog>
 #include <QFile>
+#include <QHeaderView>
 #include <QLabel>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
@@ -361,6 +367,68 @@ TEST_F(MainWindow, RefusesCommandsAndItsOwnEndWhileSomethingRuns) {
     gBusy = 0;
     main->panelsChanged();
     EXPECT_TRUE(enabled(u"EXPL1"_s));
+}
+
+TEST_F(MainWindow, NothingGoesAwayInAnEventTurnWhileAWindowIsBuiltOrRefilled) {
+    openWithArchive();
+    press(u"EXPL1"_s);
+    for (const QString& command : {u"mnuAuswertungsansicht"_s, u"mnLngE"_s, u"mnLngG"_s, u"mnuViewOptions"_s, u"mnuHelpAbout"_s,
+                                   u"mnuViewExplorers(2)"_s}) {
+        int turns = 0;
+        const size_t boxes = asker.boxes.size();
+        asker.onEventTurn = [&] {
+            ++turns;
+            main->perform(u"mnFileClose"_s);
+            frameOf(&main->activeForm()->widget())->close();
+        };
+        QTimer::singleShot(0, [&] {
+            asker.onEventTurn = nullptr;
+            if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                dialog->reject();
+        });
+        action(command)->trigger();
+        settle();
+        EXPECT_GT(turns, 0) << qPrintable(command);
+        EXPECT_EQ(gDatabase.State(), 1) << qPrintable(command);
+        EXPECT_EQ(asker.boxes.size(), boxes) << qPrintable(command);
+        EXPECT_TRUE(enabled(u"EXPL1"_s)) << qPrintable(command);
+    }
+    EXPECT_EQ(Form::open().size(), 1u + 4u) << "two at first, an analysis and another explorer";
+}
+
+TEST_F(MainWindow, AChildThatIsClosedDuringARunStopsItAndGoesAfterIt) {
+    openWithArchive();
+    unloadChildWindows();
+    press(u"EXPL1"_s);
+    const QPointer<QMdiSubWindow> frame = frameOf(&main->activeForm()->widget());
+    int stops = 0;
+    {
+        const RunGuard::Scope run([&] { ++stops; }, {});
+        EXPECT_FALSE(enabled(u"EXPL1"_s)) << "the frame shows what it refuses";
+        EXPECT_TRUE(enabled(u"mnuFileExit"_s));
+        frame->close();
+        settle();
+        EXPECT_EQ(stops, 1);
+        EXPECT_TRUE(frame);
+        auto* windows = main->findChild<QMenu*>(u"mnuWindow"_s);
+        windows->popup(QPoint());
+        QTest::keyClick(windows, Qt::Key_Escape);
+        EXPECT_FALSE(windows->isVisible()) << "menus work";
+        EXPECT_EQ(stops, 1);
+    }
+    settle();
+    EXPECT_FALSE(frame);
+    EXPECT_TRUE(enabled(u"EXPL1"_s));
+}
+
+TEST_F(MainWindow, SettingsThatCannotBeStoredAtTheEndAreToldOnce) {
+    openWithArchive();
+    press(u"EXPL1"_s);
+    main->activeForm()->widget().findChild<QHeaderView*>()->resizeSection(1, 150);
+    QFile::remove(home.path(u"config/user.ini"_s));
+    QDir().mkpath(home.path(u"config/user.ini"_s)); // a folder in the file's place
+    EXPECT_TRUE(main->close());
+    EXPECT_EQ(asker.boxes.size(), 1u);
 }
 
 TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
