@@ -298,6 +298,9 @@ bool AnalysisModel::chooseMode(AnalysisMode mode) {
         return false;
     if (request.mode == AnalysisMode::Comparison && mode != AnalysisMode::Comparison)
         trapped([this] { leaveComparison(); });
+    // What the user said of missing values was said of another table.
+    if (request.mode != mode && std::exchange(bUserMissing, false))
+        request.sMissing = request.dtMissing;
     request.mode = mode;
     if (mode == AnalysisMode::Frequency) {
         request.dbcVariable2.clear();

@@ -301,7 +301,7 @@ void CreateSQL::noteRound(bool complete) {
                        .variable = facts.variable,
                        .weight = round_.weightVariable,
                        .filterSql = facts.userFilter ? facts.filterSql : QString(),
-                       .part = facts.part ? r_.dbcParts.text + u" ("_s + r_.txtFilter + u')' : QString(),
+                       .part = facts.part ? r_.dbcParts.text + u" (q.SE="_s + facts.partCriteria + u')' : QString(),
                        .dtMissing = r_.dtMissing,
                        .cases = statedCases(r_.mode, m_.mfgGrid, m_.mfgGridCol)});
     const bool all = !isComparison() || number_ == static_cast<int>(r_.lst_TrendVars.size());

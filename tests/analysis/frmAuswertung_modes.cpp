@@ -1,12 +1,20 @@
 #include "analysis/AnalysisWindow.h"
 
+#include "catalogue/CDaoDatabase.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
 #include "widgets/VariableListView.h"
 
+#include <QDir>
 #include <QFile>
 #include <QHeaderView>
+#include <QInputMethodEvent>
+#include <QKeySequence>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
 #include <QTreeView>
+#include <utility>
 
 /// Crosstab, statistics and comparison through the window.
 class AnalysisModes : public AnalysisWindow {
@@ -374,4 +382,143 @@ TEST_F(AnalysisModes, TheDialogOfMissingValuesTakesEveryShapeAndCancelLetsTheRun
     EXPECT_EQ(row(2), u"|Minimum|5,00");
     EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().endsWith(u"Missing-Definition: 0 thru 4, 99"_s));
     EXPECT_EQ(tableIs(), TableState::Current);
+}
+
+TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonic) {
+    openMode(u"Option1"_s);
+    const auto mnemonics = [this] {
+        QMap<QString, QStringList> owners;
+        for (const auto* widget : window->findChildren<QWidget*>()) {
+            QString text = widget->property("text").toString();
+            if (const auto* bar = qobject_cast<const QTabBar*>(widget))
+                for (int i = 0; i < bar->count(); ++i)
+                    owners[QKeySequence::mnemonic(bar->tabText(i)).toString()] << bar->tabText(i);
+            if (widget->isVisibleTo(window) && !qobject_cast<const QLineEdit*>(widget))
+                owners[QKeySequence::mnemonic(text).toString()] << text;
+        }
+        owners.remove(QString());
+        return owners;
+    };
+    for (const int language : {0, 1}) {
+        setLanguage(language);
+        mdLanguage::RefreshForms({Form::open().begin(), Form::open().end()});
+        for (const QString& mode : {u"Option1"_s, u"Option2"_s, u"Option4(3)"_s, u"Option5"_s}) {
+            goTo(0);
+            press(mode);
+            if (mode.startsWith(u"Option4"_s) && !model().request.chkDescGroup)
+                press(u"chkDescGroup"_s);
+            const auto owners = mnemonics();
+            EXPECT_GT(owners.size(), 15);
+            for (auto owner = owners.begin(); owner != owners.end(); ++owner)
+                EXPECT_EQ(owner.value().size(), 1) << mode.toStdString() << ' ' << owner.value().join(u" | "_s).toStdString();
+        }
+        press(u"Option1"_s);
+        goTo(1);
+        const auto owners = mnemonics();
+        for (auto owner = owners.begin(); owner != owners.end(); ++owner)
+            EXPECT_EQ(owner.value().size(), 1) << owner.value().join(u" | "_s).toStdString();
+    }
+}
+
+TEST_F(AnalysisModes, PartsAndWeightsOfTheWindowCountAndDeleteTakesThePartAway) {
+    openMode(u"Option1"_s);
+    goTo(1);
+    const QString all = model().tableFacts()->rounds[0].cases.all.value_or(QString());
+    goTo(0);
+    press(u"optFilter(1)"_s);
+    auto* parts = the<ChoicePicker>(u"dbcParts"_s);
+    ASSERT_TRUE(parts->isEnabled());
+    EXPECT_EQ(the<FilterLine>(u"txtFilter"_s)->text(), window->model().request.txtFilter);
+    EXPECT_FALSE(the<FilterLine>(u"txtFilter"_s)->isEnabled());
+    goTo(1);
+    const QString facts = the<QLabel>(u"lblFacts"_s)->text();
+    EXPECT_TRUE(facts.contains(u"Filter: "_s + parts->currentText() + u" ("_s)) << facts.toStdString();
+    EXPECT_LT(model().tableFacts()->rounds[0].cases.all->toInt(), all.toInt());
+    goTo(0);
+    parts->setFocus();
+    QTest::keyClick(parts, Qt::Key_A);
+    EXPECT_TRUE(the<QRadioButton>(u"optFilter(1)"_s)->isChecked()) << "other keys are refused";
+    QTest::keyClick(parts, Qt::Key_Delete);
+    EXPECT_TRUE(the<QRadioButton>(u"optFilter(0)"_s)->isChecked());
+
+    press(u"Option3(3)"_s);
+    type(u"dbcVarGewicht_1Uni"_s, u"GEWREP"_s);
+    goTo(1);
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"Gewicht: GEWREP"_s));
+    const QString own = clipText(model().mfgGrid);
+    goTo(0);
+    press(u"Option3(1)"_s);
+    EXPECT_FALSE(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->isEnabled());
+    goTo(1);
+    EXPECT_EQ(clipText(model().mfgGrid), own) << "the same variable, however it is chosen";
+}
+
+TEST_F(AnalysisModes, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
+    openMode(u"Option1"_s);
+    const QString data = home.path(u"Fälle"_s);
+    QDir().mkpath(data);
+    QFile::copy(gOptions.DataPath + u"/SV2018.mdb"_s, data + u"/SV2018.mdb"_s);
+    gOptions.DataPath = data;
+    goTo(1);
+    EXPECT_EQ(tableIs(), TableState::Current);
+    goTo(0);
+    QDir().rename(data, data + u"-weg"_s);
+    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
+    goTo(1);
+    EXPECT_TRUE(asker.lastText().endsWith(u"SV2018.mdb' nicht gefunden."_s)) << asker.lastText().toStdString();
+    EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
+    QDir().rename(data + u"-weg"_s, data);
+    goTo(1);
+    EXPECT_EQ(tableIs(), TableState::Current);
+}
+
+TEST_F(AnalysisModes, TextsOfAnyScriptShowInPickersTitleAndTable) {
+    openSampleArchive();
+    const QString label = u"مستوى الرضا"_s, value = u"ערך <b>ראשון</b>"_s;
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Variable SET dt_VarLabel = '"_s + label +
+                                         u"' WHERE fi_StudyNo = 'SV2018' AND id_VarName = 'GESCHL'"_s);
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Value SET dt_Label = '"_s + value +
+                                         u"' WHERE fi_StudyNo = 'SV2018' AND fi_VarName = 'GESCHL' AND dt_Value = '1'"_s);
+    window = frmAuswertung::openFrom(nullptr);
+    window->setAttribute(Qt::WA_DeleteOnClose, false);
+    window->activateWindow();
+    settle();
+    chooseStudy(u"SV2018"_s);
+    auto* picker = the<ChoicePicker>(u"dbcVariableUni"_s);
+    picker->setFocus();
+    QInputMethodEvent typed;
+    typed.setCommitString(u"الرضا"_s);
+    QCoreApplication::sendEvent(picker->lineEdit(), &typed);
+    QTest::keyClick(picker, Qt::Key_Enter);
+    settle();
+    EXPECT_EQ(model().request.dbcVariable.value, u"GESCHL");
+    goTo(1);
+    EXPECT_TRUE(the<QLabel>(u"lblLabel"_s)->text().contains(label));
+    EXPECT_EQ(cell(1, 1), value);
+    const QModelIndex index = the<ResultTableView>(u"mfgGrid"_s)->model()->index(0, 0);
+    EXPECT_TRUE(index.data(Qt::ToolTipRole).toString().contains(u"&lt;b&gt;"_s)) << "a label is no markup";
+}
+
+TEST_F(AnalysisModes, AChildWindowThatIsClosedDuringItsRunGoesOnceTheRunHasEnded) {
+    openMode(u"Option2"_s);
+    type(u"dbcVariable2Uni"_s, u"LZUFR:"_s);
+    QMdiArea area;
+    QMdiSubWindow* frame = area.addSubWindow(window);
+    area.show();
+    frame->show();
+    settle();
+    const QPointer<frmAuswertung> alive(window);
+    bool stillThere = false, done = false;
+    asker.onEventTurn = [&] {
+        if (std::exchange(done, true))
+            return;
+        frame->close();
+        stillThere = window->isVisible() && AnalysisModel::running();
+    };
+    goTo(1);
+    EXPECT_TRUE(stillThere);
+    EXPECT_FALSE(AnalysisModel::running());
+    EXPECT_FALSE(alive) << "its frame took it along";
+    if (!alive)
+        window = nullptr;
 }

@@ -1,0 +1,234 @@
+#include "analysis/ComparisonList.h"
+#include "analysis/preselection.h"
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
+#include "support/PrintQt.h"
+#include "support/ScriptedAsker.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+#include "tables/tableText.h"
+
+#include <QMap>
+#include <gtest/gtest.h>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class AllModes : public testing::Test {
+protected:
+    AllModes() : catalogue_(home_.path(u"archive"_s)) { catalogue_.fill(); }
+
+    TestHome home_;
+    ScriptedAsker asker_;
+    TestCatalogue catalogue_;
+    AnalysisModel model_;
+    ComparisonList list_{model_};
+
+    void open() {
+        ASSERT_EQ(catalogue_.open(), 1);
+        gOptions.AskMissing = false;
+        gOptions.HeaderValAddVar = false;
+        model_.open();
+    }
+
+    /// QX1919 in a mode: V5, by V6 in another table, or V5 of both studies.
+    void ask(AnalysisMode mode, const QString& first = u"V5"_s, const QString& second = u"V6"_s) {
+        model_.chooseMode(mode);
+        model_.StudyClick(u"QX1919"_s);
+        model_.chooseVariable(first);
+        model_.request.lst_TrendVars.clear();
+        if (mode == AnalysisMode::Crosstab)
+            model_.chooseVariable2(second);
+        if (mode == AnalysisMode::Comparison) {
+            list_.addVariable(u"QX1919"_s, first);
+            list_.addVariable(u"QX2020"_s, u"V5"_s);
+        }
+    }
+
+    /// Value to count, with the two sums as "Summe" and "Gültige Fälle".
+    static QMap<QString, QString> counts(const ResultTable& table, int column) {
+        QMap<QString, QString> found;
+        for (int row = 1; row < table.Rows(); ++row)
+            if (!table.Cell(column, row).isEmpty())
+                found[table.Cell(0, row).isEmpty() ? table.Cell(1, row) : table.Cell(0, row)] = table.Cell(column, row);
+        return found;
+    }
+};
+
+constexpr AnalysisMode everyMode[] = {AnalysisMode::Frequency, AnalysisMode::Crosstab, AnalysisMode::Descriptives,
+                                      AnalysisMode::Comparison};
+
+} // namespace
+
+/// Random cases in thirty studies, each in a file of its own: more than one connection can hold.
+TEST_F(AllModes, EachOfSixtyColumnsOfAComparisonHasTheCountsOfItsEntrysFrequency) {
+    std::mt19937 random(20'180'331);
+    const auto below = [&](unsigned n) { return static_cast<unsigned>(random() % n); };
+    for (int i = 0; i < 30; ++i) {
+        const QString study = u"RS%1"_s.arg(i, 2, 10, QChar(u'0'));
+        const QString table = study + u"_1"_s;
+        std::vector<std::vector<dao::Value>> cases;
+        for (unsigned c = 20 + below(30); c > 0; --c) {
+            const auto value = [&](unsigned n) { return below(9) == 0 ? dao::Value() : dao::Value(double(below(n))); };
+            cases.push_back({value(6), value(4), dao::Value(0.25 * (1 + below(8)))});
+        }
+        catalogue_.together([&] {
+            catalogue_.addStudy(study, study, {{"dt_WeightRE", u"W"_s}});
+            for (const QString& name : {u"A"_s, u"B"_s, u"W"_s})
+                catalogue_.addVariable(study, name, table, {{"dt_Missing", u"2"_s}});
+        });
+        const auto number = [](const QString& name) { return dao::FieldDefinition{name, dao::dbDouble}; };
+        catalogue_.addCases(study, table, {number(u"A"_s), number(u"B"_s), number(u"W"_s)}, cases);
+    }
+    open();
+    model_.chooseMode(AnalysisMode::Comparison);
+    for (int i = 0; i < 60; ++i) {
+        gOptions.ComparisonWeight = i % 3 == 0 ? 1 : 0;
+        ASSERT_TRUE(list_.addVariable(u"RS%1"_s.arg(i / 2, 2, 10, QChar(u'0')), i % 2 ? u"B"_s : u"A"_s));
+        if (i % 5 == 0) {
+            list_.select({i});
+            model_.typeFilterText(u"B<3"_s);
+            list_.ApplyComparisonEntryChange(false);
+        }
+    }
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+    const ResultTable compared = model_.mfgGrid;
+    const QList<ComparisonEntry> entries = list_.entries();
+    gOptions.SeparateValidCases = gOptions.CumulatedPercent = false;
+    for (int i = 0; i < 60; ++i) {
+        model_.chooseMode(AnalysisMode::Comparison);
+        list_.select({i});
+        model_.chooseMode(AnalysisMode::Frequency);
+        ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << i;
+        EXPECT_EQ(counts(compared, i + 3), counts(model_.mfgGrid, 3)) << entries[i].text.toStdString();
+    }
+    EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
+}
+
+TEST_F(AllModes, ARunStoppedAtAnyMomentLeavesNoTableThatPassesForWholeAndTheNextOneIsRight) {
+    open();
+    for (const AnalysisMode mode : everyMode) {
+        ask(mode);
+        ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        const QString whole = clipText(model_.mfgGrid) + model_.lblLabel;
+        int stopAt = 0;
+        for (bool stopped = true; stopped; ++stopAt) {
+            ASSERT_LT(stopAt, 500);
+            ask(mode == AnalysisMode::Frequency ? AnalysisMode::Crosstab : AnalysisMode::Frequency);
+            model_.changeTab(1);
+            ask(mode);
+            int turns = 0;
+            asker_.onEventTurn = [&] {
+                if (turns++ == stopAt)
+                    model_.stop();
+            };
+            const RunOutcome outcome = model_.changeTab(1);
+            asker_.onEventTurn = nullptr;
+            stopped = outcome == RunOutcome::Cancelled;
+            EXPECT_TRUE(stopped || outcome == RunOutcome::Computed);
+            if (stopped) {
+                EXPECT_NE(model_.tableState(), TableState::Current) << stopAt;
+            }
+            model_.changeTab(0);
+            model_.changeTab(1);
+            EXPECT_EQ(clipText(model_.mfgGrid) + model_.lblLabel, whole) << stopAt;
+            EXPECT_EQ(model_.tableState(), TableState::Current);
+        }
+        EXPECT_GT(stopAt, 3);
+    }
+}
+
+TEST_F(AllModes, TakeATextVariableAsThePartsSay) {
+    open();
+    const QString V8 = u"V8"_s;
+    for (const AnalysisMode mode : everyMode) {
+        ask(mode, V8);
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << int(mode) << asker_.lastText().toStdString();
+        EXPECT_EQ(model_.tableState(), TableState::Current);
+        const bool refused = clipText(model_.mfgGrid).contains(u"Descriptives nur für numerische Felder"_s);
+        EXPECT_EQ(refused, mode == AnalysisMode::Descriptives);
+    }
+    ask(AnalysisMode::Crosstab, u"V5"_s, V8);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
+}
+
+TEST_F(AllModes, NothingOfAComparisonsLastEntryCountsInAnotherMode) {
+    catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s, {{"dt_FieldName", u"V7"_s}});
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE FROM QX1919_1;' "
+                       "WHERE id_StudyNo = 'QX1919'"_s);
+    open();
+    model_.chooseMode(AnalysisMode::Comparison);
+    model_.StudyClick(u"QX1919"_s);
+    model_.chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    ASSERT_TRUE(list_.cmd_AddTrend());
+    ASSERT_TRUE(model_.StudyClick(u"QX2020"_s));
+    model_.chooseVariable(u"V5"_s);
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+    EXPECT_EQ(model_.request.optFilter, FilterKind::FilterParts) << "the run leaves the entry's filter";
+    model_.chooseMode(AnalysisMode::Frequency);
+    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter) << "this study has no such part";
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.lblLabel.count(u"Fälle aus"_s), 0);
+}
+
+TEST_F(AllModes, AnEntryFollowsOnlyAWindowThatShowsItsStudy) {
+    open();
+    model_.chooseMode(AnalysisMode::Comparison);
+    list_.addVariable(u"QX1919"_s, u"V5"_s);
+    list_.select({0});
+    model_.chooseFilter(FilterKind::FilterUser);
+    model_.typeFilterText(u"V7=1"_s);
+    EXPECT_TRUE(asker_.boxes.empty()) << "an empty filter is none, and one that is being typed does not count yet";
+    model_.StudyClick(u"QX2020"_s);
+    model_.chooseFilterText(u"V7=1"_s);
+    EXPECT_TRUE(asker_.boxes.empty()) << "this is the filter of another study";
+}
+
+TEST_F(AllModes, ASelectionOfVariablesBecomesTheRequest) {
+    open();
+    const std::vector<SelectedVariable> three{{u"QX1919"_s, u"V5"_s}, {u"QX1919"_s, u"V7"_s}, {u"QX1919"_s, u"V6"_s}};
+    preselectVariables(model_, three);
+    EXPECT_EQ(model_.request.mode, AnalysisMode::Crosstab);
+    EXPECT_EQ(model_.request.dbcVariable2.value, u"V7");
+    model_.open();
+    preselectVariables(model_, {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}});
+    EXPECT_EQ(model_.request.mode, AnalysisMode::Frequency) << "the second is of another study";
+    EXPECT_EQ(model_.request.dbcVariable.value, u"V5");
+    for (const int weight : {0, 1, 2}) {
+        model_.open();
+        gOptions.ComparisonWeight = weight;
+        preselectComparison(model_, list_, {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}, {u"WEG"_s, u"V5"_s}});
+        ASSERT_EQ(list_.entries().size(), 2);
+        EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::Weight), weight == 1 ? u"V3"_s : QString());
+        EXPECT_EQ(list_.entries()[1].at(ComparisonEntry::Weight), QString());
+        EXPECT_EQ(comparisonTitle(u"Trend"_s), weight == 0 ? u"Trend"_s : u"Trend (gewichtet)"_s);
+    }
+}
+
+TEST_F(AllModes, MarksOfAComparisonBelongToItsEntriesAndOutliveOptionsThatKeepItsRows) {
+    open();
+    ask(AnalysisMode::Comparison);
+    model_.changeTab(1);
+    int one = 1;
+    while (model_.mfgGrid.Cell(0, one) != u"1")
+        ++one;
+    EXPECT_EQ(model_.mfgGrid_Click({one, one, 2, 2}), ClickEffect::Marked);
+    const QString valid = model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 2);
+    gOptions.HeaderYear = !gOptions.HeaderYear;
+    model_.computeAnew();
+    EXPECT_EQ(model_.mfgGrid.Cell(2, one), u"X");
+    EXPECT_NE(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 2), valid);
+    EXPECT_TRUE(standsOn(*model_.tableFacts())[0].contains(u"von Hand gesetzt: "_s));
+    // Another entry: the marks are none of its.
+    list_.addVariable(u"QX1919"_s, u"V7"_s);
+    asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
+    model_.cmdCalculate();
+    EXPECT_NE(model_.mfgGrid.Cell(2, one), u"X");
+    EXPECT_EQ(model_.mfgGrid.Cols(), 6);
+    EXPECT_EQ(model_.tableState(), TableState::Current);
+}
