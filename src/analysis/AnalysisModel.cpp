@@ -286,7 +286,7 @@ void AnalysisModel::leaveComparison() {
     if (request.optFilter != FilterKind::FilterParts)
         return;
     const QString id = request.dbcParts.value;
-    const bool own = hasParts_ && !id.isEmpty() && find(dtData5.recordset, u"id_Part = "_s + id);
+    const bool own = hasParts_ && isNumber(id) && find(dtData5.recordset, u"id_Part = "_s + id);
     if (!own)
         setFilterKind(FilterKind::noFilter);
     request.dbcParts = own ? request.dbcParts : BoundPicker();

@@ -164,9 +164,12 @@ void ComparisonList::ApplyComparisonEntryChange(bool ask) {
         return;
     ComparisonEntry changed = entry;
     const bool complete = writeChoices(changed);
-    // A filter without a text is none.
-    const bool unfiltered = changed.at(ComparisonEntry::Filter).isEmpty() && entry.at(ComparisonEntry::Filter).isEmpty();
-    if (complete && unfiltered)
+    // The user's filter without a text is none.
+    const auto unfiltered = [](const ComparisonEntry& e) {
+        const QString& kind = e.at(ComparisonEntry::FilterInfo);
+        return e.at(ComparisonEntry::Filter).isEmpty() && (kind.isEmpty() || kind == "user"_L1);
+    };
+    if (complete && unfiltered(changed) && unfiltered(entry))
         changed.column[ComparisonEntry::FilterInfo] = entry.at(ComparisonEntry::FilterInfo);
     if (complete && std::ranges::equal(changed.column, entry.column))
         return;
