@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "app/start.h"
 #include "config/CProfile.h"
+#include "config/Options.h"
 #include "config/frmOptions.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
@@ -14,6 +15,7 @@
 #include <CLI/CLI.hpp>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -21,6 +23,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QItemSelectionModel>
 #include <QPalette>
 #include <QRadioButton>
 #include <QTabWidget>
@@ -66,10 +69,13 @@ void prepareHome(const Wanted& wanted, const QTemporaryDir& folder) {
     QFile::copy(program + u"/../bin/Vx.mdb"_s, folder.filePath(u"Vx.mdb"_s));
     const QFileInfo catalogue(QString::fromLocal8Bit(wanted.catalogue));
     QFile::copy(catalogue.filePath(), folder.filePath(catalogue.fileName()));
+    const QString data = QFileInfo(QString::fromLocal8Bit(wanted.data)).absoluteFilePath();
+    QDir::setCurrent(folder.path());
     const std::pair<QString, QString> settings[] = {
-        {u"DatabasePath"_s, Paths::native(folder.path())},
+        // The pictures show no path of the machine that they are taken on.
+        {u"DatabasePath"_s, u"."_s},
         {u"DatabaseName"_s, catalogue.fileName()},
-        {u"DataPath"_s, Paths::native(QFileInfo(QString::fromLocal8Bit(wanted.data)).absoluteFilePath())},
+        {u"DataPath"_s, Paths::native(data)},
     };
     for (const auto& [key, value] : settings)
         CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key, value);
@@ -90,7 +96,7 @@ public:
 /// Takes the pictures of one run of the program.
 class Walk {
 public:
-    explicit Walk(const Wanted& wanted) : folder_(QString::fromLocal8Bit(wanted.folder)) {
+    Walk(const Wanted& wanted, const QString& folder) : folder_(folder) {
         suffix_ = u'-' + QString::fromLatin1(wanted.language) + (wanted.dark ? u"-dark"_s : u"-light"_s);
         if (wanted.scale != 1)
             suffix_ += u'-' + QString::number(qRound(wanted.scale * 100));
@@ -119,6 +125,9 @@ public:
         desktop().activate(first);
         selectVariable(first, u"LZUFR"_s);
         request(window);
+        crosstab(window, first);
+        statistics(window, first);
+        comparison(window);
     }
 
     void options() {
@@ -198,23 +207,77 @@ private:
         return first;
     }
 
-    /// The analysis of the selected variable: its request with a weight and a filter, then the table.
-    void request(frmMain& window) {
+    /// Opens an analysis of what is selected in the explorer in front.
+    static Form& analysis(frmMain& window) {
         window.perform(u"A"_s);
         settle();
-        Form* analysis = desktop().activeForm();
-        if (!analysis || analysis->windowName() != u"frmAuswertung")
+        Form* opened = desktop().activeForm();
+        if (!opened || opened->windowName() != u"frmAuswertung")
             throw std::runtime_error("no analysis opened");
-        in<QRadioButton>(*analysis, u"Option3(1)"_s).click();
-        in<QRadioButton>(*analysis, u"optFilter(2)"_s).click();
-        auto& filter = in<QLineEdit>(*analysis, u"txtFilter"_s);
+        return *opened;
+    }
+
+    void takeTable(frmMain& window, Form& opened, const QString& name) {
+        in<QTabWidget>(opened, u"SSTab"_s).setCurrentIndex(1);
+        take(window, name);
+    }
+
+    /// The analysis of the selected variable: its request with a weight and a filter, then the table.
+    void request(frmMain& window) {
+        Form& opened = analysis(window);
+        in<QRadioButton>(opened, u"Option3(1)"_s).click();
+        in<QRadioButton>(opened, u"optFilter(2)"_s).click();
+        auto& filter = in<QLineEdit>(opened, u"txtFilter"_s);
         filter.setFocus();
         for (const QChar c : u"ALTERJ>29"_s)
             press(filter, 0, QString(c));
         press(filter, Qt::Key_Escape);
         take(window, u"request"_s);
-        in<QTabWidget>(*analysis, u"SSTab"_s).setCurrentIndex(1);
-        take(window, u"table"_s);
+        takeTable(window, opened, u"table"_s);
+    }
+
+    /// Two variables of a study crossed, in counts and in percentages of the columns.
+    void crosstab(frmMain& window, frmExplorer& study) {
+        desktop().activate(study);
+        selectVariable(study, u"GESUND"_s);
+        auto& list = in<QAbstractItemView>(study, u"lvListView"_s);
+        const QModelIndexList second = list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, u"WOHNZ"_s);
+        if (!second.isEmpty())
+            list.selectionModel()->select(second.first(), QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        Form& opened = analysis(window);
+        in<QRadioButton>(opened, u"Option3(1)"_s).click();
+        takeTable(window, opened, u"crosstab"_s);
+        in<QComboBox>(opened, u"cbValues"_s).setCurrentIndex(1);
+        take(window, u"crosstab2"_s);
+    }
+
+    /// All statistics of a variable.
+    void statistics(frmMain& window, frmExplorer& study) {
+        desktop().activate(study);
+        selectVariable(study, u"MIETE"_s);
+        Form& opened = analysis(window);
+        gOptions.AskMissing = false; // nobody answers here
+        in<QRadioButton>(opened, u"Option4(3)"_s).click();
+        takeTable(window, opened, u"statistics"_s);
+    }
+
+    /// The entry of a trend view, compared over its studies.
+    void comparison(frmMain& window) {
+        for (int view = 2; view <= gViews.lastRow(); ++view) {
+            if (gViews.at(view, ViewTable::CompAnalysis) != u"1")
+                continue;
+            window.perform(u"EXPL"_s + QString::number(view));
+            settle();
+            frmExplorer& trends = explorer();
+            trends.showNode(trends.model().tree.nodes().at(1).Key);
+            in<QAbstractItemView>(trends, u"tvTreeView"_s).setFocus();
+            settle();
+            Form& opened = analysis(window);
+            take(window, u"entries"_s);
+            takeTable(window, opened, u"comparison"_s);
+            return;
+        }
+        throw std::runtime_error("no trend view");
     }
 
     /// A view of categories, at a variable that stands in several places.
@@ -282,7 +345,8 @@ int main(int count, char** arguments) {
     WalkAsker asker;
     ui::setAsker(&asker);
     gUnloadWindows = unloadChildWindows;
-    if (!home.isValid() || !QDir().mkpath(QString::fromLocal8Bit(wanted.folder)))
+    const QString folder = QFileInfo(QString::fromLocal8Bit(wanted.folder)).absoluteFilePath();
+    if (!home.isValid() || !QDir().mkpath(folder))
         return 1;
     prepareHome(wanted, home);
     NumberFormat::setDecimalSeparator(wanted.language == "en" ? u'.' : u',');
@@ -290,7 +354,7 @@ int main(int count, char** arguments) {
     StandardTexts::followLanguage();
     bool failed = false;
     try {
-        Walk walk(wanted);
+        Walk walk(wanted, folder);
         walk.startWindow();
         walk.options();
         walk.mainWindow();
