@@ -23,11 +23,32 @@ Attachments::Attachments(Connection& connection, const DatabaseLocation& main)
 }
 
 const Attachments::File& Attachments::reach(const QString& path, Use& use) {
+    if (const std::shared_ptr<File> file = openAt(path)) {
+        return take(file, use);
+    }
     return attach(DatabaseLocation::find(path), false, use);
 }
 
 const Attachments::File& Attachments::reachNew(const QString& path, Use& use) {
     return attach(DatabaseLocation::findNew(path), true, use);
+}
+
+/// The open file that was found at just this path and still lies there as it did. Its number can't be another file's as
+/// long as it is open. A path that is spelled otherwise may lead elsewhere by now, and is looked up anew.
+std::shared_ptr<Attachments::File> Attachments::openAt(const QString& path) const {
+    for (const auto& file : files_) {
+        if (file->attached && file->location.path == path) {
+            return file->location.isUnchanged() ? file : nullptr;
+        }
+    }
+    return nullptr;
+}
+
+const Attachments::File& Attachments::take(const std::shared_ptr<File>& file, Use& use) {
+    file->lastUse = ++uses_;
+    ++file->users;
+    use.files_.push_back(file);
+    return *file;
 }
 
 const Attachments::File& Attachments::attach(const DatabaseLocation& location, bool create, Use& use) {
@@ -44,10 +65,7 @@ const Attachments::File& Attachments::attach(const DatabaseLocation& location, b
     if (!file->attached) {
         open(*file, create);
     }
-    file->lastUse = ++uses_;
-    ++file->users;
-    use.files_.push_back(file);
-    return *file;
+    return take(file, use);
 }
 
 std::shared_ptr<Attachments::File> Attachments::fileOf(const DatabaseLocation& location) {
@@ -122,6 +140,7 @@ bool Attachments::detach(File& file) {
     if (file.users > 0) {
         return false;
     }
+    connection_.forgetQuestions();
     const QByteArray sql = "DETACH " + file.schema.toUtf8();
     if (sqlite3_exec(connection_.handle(), sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         return false;

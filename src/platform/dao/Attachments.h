@@ -47,6 +47,8 @@ public:
     void letGo(const QString& schema);
 
 private:
+    std::shared_ptr<File> openAt(const QString& path) const;
+    const File& take(const std::shared_ptr<File>& file, Use& use);
     const File& attach(const DatabaseLocation& location, bool create, Use& use);
     std::shared_ptr<File> fileOf(const DatabaseLocation& location);
     void open(File& file, bool create);

@@ -47,6 +47,8 @@ Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode 
 }
 
 Connection::~Connection() {
+    questions_.clear();
+    reading_.reset();
     sqlite3_close_v2(handle_);
 }
 
@@ -90,6 +92,36 @@ void Connection::run(const QString& sql, Purpose purpose) {
         if (result != SQLITE_OK && result != SQLITE_DONE) {
             raise(result, purpose);
         }
+    }
+}
+
+qint64 Connection::ask(const QString& sql) {
+    std::unique_ptr<Statement>& question = questions_[sql];
+    if (!question) {
+        question = std::make_unique<Statement>(*this, sql);
+    }
+    const qint64 answer = question->step() ? question->number(0) : 0;
+    question->reset();
+    return answer;
+}
+
+void Connection::forgetQuestions() {
+    questions_.clear();
+}
+
+void Connection::beginReading() {
+    if (readings_ == 0) {
+        if (!reading_) {
+            reading_ = std::make_unique<Statement>(*this, u"SELECT (SELECT 1 FROM main.sqlite_schema LIMIT 1)"_s);
+        }
+        reading_->step();
+    }
+    ++readings_;
+}
+
+void Connection::endReading() {
+    if (--readings_ == 0) {
+        reading_->reset();
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <exception>
+#include <map>
 #include <memory>
 #include <sqlite3.h>
 
@@ -12,6 +13,8 @@ namespace dao {
 
 /// What SQLite was asked for when it refused; the same refusal has other numbers in other places.
 enum class Purpose { Open, Read, Write };
+
+class Statement;
 
 /// One SQLite connection with the engine's rules set: no trust in what a file brings along, waiting for other
 /// processes' locks, the progress hook, and every refusal turned into the engine's error.
@@ -40,7 +43,16 @@ public:
     void leaveWal(const QString& schema);
     bool isInTransaction() const { return sqlite3_get_autocommit(handle_) == 0; }
 
+    /// The number that a statement gives, 0 for none. For the same few questions asked again and again: the statement
+    /// stays prepared.
+    qint64 ask(const QString& sql);
+    /// Drops the statements that ask() has prepared; a file that they read is to be let go.
+    void forgetQuestions();
+
 private:
+    friend class Reading;
+    void beginReading();
+    void endReading();
     void configure();
     void checkContent(const QString& file);
     static int onProgress(void* self);
@@ -51,6 +63,9 @@ private:
     bool cancelled_ = false;
     std::exception_ptr hookFailure_;
     qint64 busySince_ = 0;
+    std::map<QString, std::unique_ptr<Statement>> questions_;
+    std::unique_ptr<Statement> reading_;
+    int readings_ = 0;
 };
 
 /// A prepared statement.
@@ -76,19 +91,19 @@ private:
     sqlite3_stmt* handle_ = nullptr;
 };
 
-/// As long as it lives, what is read of the connection's own file locks it once for all and sees it in one state; alone,
-/// each look at the file locks it anew, which costs more than the look. Not to be held while something is written: one
+/// As long as it lives, what is read of the connection's files locks each once for all and sees it in one state; alone,
+/// each look at a file locks it anew, which costs more than the look. One inside another adds nothing. Not to be held while something is written: one
 /// that reads already isn't made to wait for another's lock.
 class Reading {
 public:
     /// @throws Error as Connection::raise()
-    explicit Reading(Connection& connection)
-        : statement_(connection, QStringLiteral("SELECT count(*) FROM main.sqlite_schema")) {
-        statement_.step();
-    }
+    explicit Reading(Connection& connection) : connection_(connection) { connection.beginReading(); }
+    ~Reading() { connection_.endReading(); }
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
 
 private:
-    Statement statement_;
+    Connection& connection_;
 };
 
 }

@@ -20,12 +20,20 @@ QFileInfo absoluteInfo(const QString& path) {
     return QFileInfo(QDir::cleanPath(info.absoluteFilePath()));
 }
 
-void identify(DatabaseLocation& location) {
+void readStatus(DatabaseLocation& location) {
     struct stat found {};
-    if (stat(QFile::encodeName(location.path).constData(), &found) == 0) {
-        location.device = static_cast<quint64>(found.st_dev);
-        location.inode = static_cast<quint64>(found.st_ino);
+    if (stat(QFile::encodeName(location.path).constData(), &found) != 0) {
+        return;
     }
+    constexpr qint64 nanosecondsOfASecond = 1'000'000'000;
+    location.device = static_cast<quint64>(found.st_dev);
+    location.inode = static_cast<quint64>(found.st_ino);
+    location.rights = static_cast<quint32>(found.st_mode);
+    location.changed = static_cast<qint64>(found.st_ctim.tv_sec) * nanosecondsOfASecond + found.st_ctim.tv_nsec;
+}
+
+void identify(DatabaseLocation& location) {
+    readStatus(location);
     const QString canonical = QFileInfo(location.path).canonicalFilePath();
     location.identity = canonical.isEmpty() ? location.path : canonical;
 }
@@ -62,6 +70,14 @@ DatabaseLocation DatabaseLocation::find(const QString& path) {
         raiseEngineError(3343, path);
     }
     return location;
+}
+
+bool DatabaseLocation::isUnchanged() const {
+    DatabaseLocation now;
+    now.path = path;
+    readStatus(now);
+    return inode != 0 && now.device == device && now.inode == inode && now.rights == rights &&
+           now.changed == changed;
 }
 
 QByteArray DatabaseLocation::uri(Mode mode) const {

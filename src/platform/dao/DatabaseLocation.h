@@ -11,6 +11,8 @@ struct DatabaseLocation {
     QString identity;  ///< the same for two ways to one file
     quint64 device = 0;
     quint64 inode = 0;
+    quint32 rights = 0;  ///< with the kind of file, as the system gives them
+    qint64 changed = 0;  ///< when anything of the file, its rights included, last changed, in nanoseconds
     bool writable = false;
 
     /// @throws Error 3044 no such folder, 3024 no such file, 3051 no file or not to be read, 3343 an empty file
@@ -19,6 +21,10 @@ struct DatabaseLocation {
     static DatabaseLocation findNew(const QString& path);
 
     enum class Mode { ReadWrite, ReadWriteCreate, ReadOnly, Immutable };
+    /// True when the path still leads to the same file and neither it nor what is told of it has changed. Asks the
+    /// system once, where finding out anew takes a dozen questions.
+    bool isUnchanged() const;
+
     /// The URI by which SQLite opens the file.
     QByteArray uri(Mode mode) const;
     /// True when nobody can have left unfinished work beside the file, so that it can be read without any lock.

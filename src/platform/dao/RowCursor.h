@@ -57,6 +57,8 @@ public:
     TableInfo reachTable(Attachments::Use& use);
 
 private:
+    static constexpr int recordDeleted = 3167;
+
     enum class Place {
         Before,
         At,       ///< position_ in memory

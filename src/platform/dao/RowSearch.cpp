@@ -19,13 +19,11 @@ bool RowCursor::find(const QString& criteria) {
 
 bool RowCursor::findInFile(const QString& criteria) {
     const tree::ExpressionPtr condition = parseCriteria(criteria);
-    QString sql;
-    {
-        const DatabaseFile::Operation operation(*source_.file);
-        Attachments::Use use;
-        reachTable(use);
-        sql = source_.file->criteriaSql(*condition, bound_, use);
-    }
+    const DatabaseFile::Operation operation(*source_.file);
+    const Reading reading(source_.file->connection());
+    Attachments::Use use;
+    reachTable(use);
+    const QString sql = source_.file->criteriaSql(*condition, bound_, use);
     const bool found = fetch(bound_.whereSql + u" AND ("_s + sql + u')' + orderedSql() + u" LIMIT 1"_s);
     if (found) {
         place_ = Place::Fetched;

@@ -290,13 +290,11 @@ QStringList tableNames(Connection& connection, const QString& schema) {
 }
 
 qint64 schemaVersion(Connection& connection, const QString& schema) {
-    Statement version(connection, u"PRAGMA "_s + schema + u".schema_version"_s);
-    return version.step() ? version.number(0) : 0;
+    return connection.ask(u"PRAGMA "_s + schema + u".schema_version"_s);
 }
 
 qint64 dataVersion(Connection& connection, const QString& schema) {
-    Statement version(connection, u"PRAGMA "_s + schema + u".data_version"_s);
-    return version.step() ? version.number(0) : 0;
+    return connection.ask(u"PRAGMA "_s + schema + u".data_version"_s);
 }
 
 bool declaresOnlyNumbers(const StoredTable& table, const QString& field) {

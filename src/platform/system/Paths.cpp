@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -67,13 +68,17 @@ QString findApplicationFolder() {
 QString entryLike(const QString& folder, const QString& name) {
     if (QFileInfo::exists(QDir(folder).filePath(name)))
         return name;
-    const QStringList entries =
-        QDir(folder.isEmpty() ? u"."_s : folder)
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QString& entry : entries)
-        if (entry.compare(name, Qt::CaseInsensitive) == 0)
-            return entry;
-    return {};
+    // An archive's folder holds thousands of files, so nothing but their names is asked for.
+    QString found;
+    std::error_code failure;
+    const std::filesystem::path place(QFile::encodeName(folder.isEmpty() ? u"."_s : folder).toStdString());
+    std::filesystem::directory_iterator entry(place, failure);
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure)) {
+        const QString other = QFile::decodeName(entry->path().filename().c_str());
+        if (other.compare(name, Qt::CaseInsensitive) == 0 && (found.isEmpty() || other < found))
+            found = other;
+    }
+    return found;
 }
 
 } // namespace

@@ -103,6 +103,22 @@ TEST_F(DatabaseTest, AFileThatTakesTheNameOfALinkedOneIsRead) {
     EXPECT_EQ(errorOf([&] { rows(*catalogue, u"SELECT V1 FROM QX1_1"_s); }), 3024);
     QFile::rename(path(u"new.mdb"_s), path(u"QX1.mdb"_s));
     EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"100;200"_s);
+
+    const auto takesOver = [this](const QString& file, const QString& place) {
+        return std::rename(QFile::encodeName(path(file)).constData(), QFile::encodeName(path(place)).constData()) == 0;
+    };
+    createCases(u"same.mdb"_s, u"QX1_1"_s, 2, 7);
+    ASSERT_TRUE(takesOver(u"same.mdb"_s, u"QX1.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"7;14"_s) << "at no time was there none";
+    createCases(u"elsewhere.mdb"_s, u"QX1_1"_s, 1, 9);
+    ASSERT_TRUE(QFile::link(path(u"elsewhere.mdb"_s), path(u"symbolic"_s)));
+    ASSERT_TRUE(takesOver(u"symbolic"_s, u"QX1.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"9"_s);
+    catalogue->TableDefs().Item(u"QX1_1"_s)->setConnect(u";DATABASE="_s + path(u"Elsewhere.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"9"_s);
+    createCases(u"other.mdb"_s, u"QX1_1"_s, 1, 8);
+    ASSERT_TRUE(takesOver(u"other.mdb"_s, u"Elsewhere.mdb"_s));
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"8"_s) << "the name that is spelled just so comes first";
 }
 
 TEST_F(DatabaseTest, AnyNumberOfLinksMayExistButOneStatementReachesTenFiles) {
