@@ -91,12 +91,9 @@ DatabaseFile::Operation::~Operation() {
 BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use, bool mayBeName) {
     bindingUse_ = &use;
     try {
-        BoundStatement bound;
-        if (mayBeName && isName(source)) {
-            bound = bindName(source, *this);
-        } else {
-            bound = bindStatement(parseStatement(source), *this);
-        }
+        // What changes rows is run once.
+        BoundStatement bound = mayBeName ? memory_.bind(source, isName(source), *this)
+                                         : bindStatement(parseStatement(source), *this);
         bindingUse_ = nullptr;
         return bound;
     } catch (...) {
@@ -165,21 +162,28 @@ const QStringList& DatabaseFile::ownTables() {
     return ownTables_;
 }
 
-const std::optional<StoredTable>& DatabaseFile::storedTable(const Attachments::File& file, const QString& name) {
+DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& file, const QString& name) {
     CachedTable& cached = tables_[{file.schema, name.toCaseFolded()}];
     const qint64 version = schemaVersion(*connection_, file.schema);
     if (cached.schemaVersion != version || cached.generation != file.generation) {
-        cached = {version, file.generation, readTable(*connection_, file.schema, name), {}};
+        std::optional<StoredTable> table = readTable(*connection_, file.schema, name);
+        const quint64 structure = table == cached.table && cached.structure != 0 ? cached.structure : ++structures_;
+        cached = {version, file.generation, structure, std::move(table), {}};
     }
-    return cached.table;
+    return cached;
 }
 
-std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, const QString& table,
-                                               const QString& link) {
-    const std::optional<StoredTable>& stored = storedTable(file, table);
+std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, const QString& table) {
+    return infoOf({&file, &cachedTable(file, table), {}});
+}
+
+std::optional<TableInfo> DatabaseFile::infoOf(const Place& place) const {
+    const std::optional<StoredTable>& stored = place.table->table;
     if (!stored) {
         return std::nullopt;
     }
+    const Attachments::File& file = *place.file;
+    const QString& link = place.link;
     TableInfo info;
     info.name = link.isEmpty() ? stored->name : link;
     info.schema = file.schema;
@@ -196,51 +200,55 @@ std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, co
 }
 
 std::optional<TableInfo> DatabaseFile::findTable(const QString& name) {
-    if (auto own = tableIn(attachments_->main(), name)) {
-        return own;
+    return infoOf(placeOf(name));
+}
+
+TableState DatabaseFile::tableState(const QString& name) {
+    const Place place = placeOf(name);
+    const CachedTable& cached = *place.table;
+    if (!cached.table) {
+        return {};
     }
-    const Definitions::Link* const link = definitions_.findLink(name);
+    return {place.link.isEmpty() ? cached.table->name : place.link, cached.structure,
+            readOnly_ || place.file->readOnly};
+}
+
+/// A table of its own hides a link, and what is neither is looked for among its own. @throws Error 3011
+DatabaseFile::Place DatabaseFile::placeOf(const QString& name) {
+    const Attachments::File& main = attachments_->main();
+    CachedTable& own = cachedTable(main, name);
+    const Definitions::Link* const link = own.table ? nullptr : definitions_.findLink(name);
     if (link == nullptr) {
-        return std::nullopt;
+        return {&main, &own, {}};
     }
     const Definitions::Link found = *link;
     const Attachments::File& file = attachments_->reach(linkedFile(found.connect), *bindingUse_);
-    auto linked = tableIn(file, found.source, found.name);
-    if (!linked) {
+    CachedTable& linked = cachedTable(file, found.source);
+    if (!linked.table) {
         raiseEngineError(3011, found.source);
     }
-    return linked;
-}
-
-/// The file in which a table of that name, its own or a link's, is to be found, and its name there.
-std::pair<const Attachments::File*, QString> DatabaseFile::placeOf(const QString& table) {
-    const Attachments::File& main = attachments_->main();
-    const Definitions::Link* const link = storedTable(main, table) ? nullptr : definitions_.findLink(table);
-    if (link == nullptr) {
-        return {&main, table};
-    }
-    const Definitions::Link found = *link;
-    return {&attachments_->reach(linkedFile(found.connect), *bindingUse_), found.source};
+    return {&file, &linked, found.name};
 }
 
 bool DatabaseFile::holdsOnlyNumbers(const QString& table, const QString& field) {
-    const auto [file, source] = placeOf(table);
-    const std::optional<StoredTable>& stored = storedTable(*file, source);
-    if (!stored) {
+    const Place place = placeOf(table);
+    CachedTable& cached = *place.table;
+    if (!cached.table) {
         return false;
     }
-    const auto [entry, fresh] = tables_[{file->schema, source.toCaseFolded()}].contents.try_emplace(field);
+    const StoredTable& stored = *cached.table;
+    const auto [entry, fresh] = cached.contents.try_emplace(field);
     Content& content = entry->second;
     if (fresh) {
-        content.declared = declaresOnlyNumbers(*stored, field);
+        content.declared = declaresOnlyNumbers(stored, field);
     }
     if (content.declared) {
         return true;
     }
     // This engine writes nothing but numbers into such a field; only another program can, and then the version changes.
-    const qint64 version = dataVersion(*connection_, file->schema);
+    const qint64 version = dataVersion(*connection_, place.file->schema);
     if (content.dataVersion != version) {
-        content.onlyNumbers = dao::holdsOnlyNumbers(*connection_, file->schema, stored->name, field);
+        content.onlyNumbers = dao::holdsOnlyNumbers(*connection_, place.file->schema, stored.name, field);
         content.dataVersion = version;
     }
     return content.onlyNumbers;

@@ -4,6 +4,7 @@
 #include "platform/dao/Binder.h"
 #include "platform/dao/Database.h"
 #include "platform/dao/Definitions.h"
+#include "platform/dao/StatementMemory.h"
 #include "platform/dao/TableSchema.h"
 
 #include <QStringList>
@@ -14,7 +15,7 @@ namespace dao {
 
 /// One open file: its connection, the files that its links reach, its definitions; and where the binder finds names.
 class DatabaseFile final : public Database,
-                           private SchemaSource,
+                           private WatchedSchema,
                            public std::enable_shared_from_this<DatabaseFile> {
 public:
     enum class Opening { Existing, New };
@@ -59,9 +60,8 @@ public:
     std::optional<TableInfo> findTable(const QString& name, Attachments::Use& use);
     /// A search's condition as bindCriteriaSql() writes it.
     QString criteriaSql(const tree::Expression& criteria, const BoundStatement& statement, Attachments::Use& use);
-    /// A table of one attached file; under the name of a link if one is given.
-    std::optional<TableInfo> tableIn(const Attachments::File& file, const QString& table,
-                                     const QString& link = QString());
+    /// A table of one attached file.
+    std::optional<TableInfo> tableIn(const Attachments::File& file, const QString& table);
     Connection& connection() { return *connection_; }
     Attachments& attachments() { return *attachments_; }
     Definitions& definitions() { return definitions_; }
@@ -93,6 +93,7 @@ private:
     struct CachedTable {
         qint64 schemaVersion = -1;
         int generation = 0;
+        quint64 structure = 0;  ///< another number whenever the table was read and found changed
         std::optional<StoredTable> table;
         std::map<QString, Content> contents;  ///< of fields that were asked for
     };
@@ -100,8 +101,16 @@ private:
     std::optional<TableInfo> findTable(const QString& name) override;
     std::optional<QString> findQuery(const QString& name) override;
     bool holdsOnlyNumbers(const QString& table, const QString& field) override;
-    std::pair<const Attachments::File*, QString> placeOf(const QString& table);
-    const std::optional<StoredTable>& storedTable(const Attachments::File& file, const QString& name);
+    TableState tableState(const QString& name) override;
+    /// Where a name leads.
+    struct Place {
+        const Attachments::File* file;
+        CachedTable* table;
+        QString link;  ///< the link that leads there, if one does
+    };
+    Place placeOf(const QString& name);
+    std::optional<TableInfo> infoOf(const Place& place) const;
+    CachedTable& cachedTable(const Attachments::File& file, const QString& name);
     bool isName(const QString& source);
     void open(Opening opening, bool exclusive, bool readOnly);
     void closeNow();
@@ -121,6 +130,8 @@ private:
     int recordsAffected_ = 0;
     Attachments::Use* bindingUse_ = nullptr;  ///< of the statement that is being bound
     std::map<std::pair<QString, QString>, CachedTable> tables_;
+    quint64 structures_ = 0;
+    StatementMemory memory_;
     std::map<QString, quint64> writes_;
     QStringList ownTables_;
     qint64 ownTablesVersion_ = -1;

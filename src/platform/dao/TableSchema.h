@@ -37,6 +37,7 @@ struct StoredTable {
     QString rowKey;  ///< name of the hidden row number, empty if the table has none
     QStringList keyColumns;  ///< of the declared primary key
     QString declaration;     ///< the statement that made it
+    friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
 /// Names of a file's tables but for the system's, in order of name.

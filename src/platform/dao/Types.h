@@ -41,6 +41,7 @@ struct ColumnInfo {
     int attributes = 0;   ///< dbAutoIncrField for a counter
     QString sourceTable;  ///< table that the column comes from, empty for an expression
     QString sourceField;  ///< its name there
+    friend bool operator==(const ColumnInfo&, const ColumnInfo&) = default;
 };
 
 }

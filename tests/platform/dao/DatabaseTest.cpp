@@ -121,6 +121,42 @@ TEST_F(DatabaseTest, AFileThatTakesTheNameOfALinkedOneIsRead) {
     EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"8"_s) << "the name that is spelled just so comes first";
 }
 
+TEST_F(DatabaseTest, AStatementRunAgainMeansWhatItMeansByNow) {
+    createCases(u"QX1.mdb"_s, u"QX1_1"_s, 2);
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    addLink(*catalogue, u"L"_s, path(u"QX1.mdb"_s), u"QX1_1"_s);
+    catalogue->CreateQueryDef(u"q"_s, u"SELECT V1 FROM L"_s);
+    const auto all = [&](const QString& source) { return rows(*catalogue, u"SELECT * FROM "_s + source); };
+    const auto typeOfV1 = [&] { return catalogue->OpenRecordset(u"SELECT V1 FROM L"_s)->Fields()[0].Type; };
+    const Stranger cases(path(u"QX1.mdb"_s)), stranger(path(u"catalogue.mdb"_s));
+
+    EXPECT_EQ(all(u"q"_s) + u'|' + rows(*catalogue, u"q"_s), u"1;2|1;2"_s);
+    catalogue->QueryDefs().Item(u"q"_s)->setSQL(u"SELECT V1 * 2 AS W FROM L"_s);
+    EXPECT_EQ(all(u"q"_s) + u'|' + rows(*catalogue, u"q"_s), u"2;4|2;4"_s);
+    EXPECT_EQ(all(u"L"_s), u"1,1;2,2"_s);
+    EXPECT_EQ(typeOfV1(), dao::dbDouble);
+    cases.run("ALTER TABLE QX1_1 ADD COLUMN W TEXT DEFAULT 'x'");
+    EXPECT_EQ(all(u"L"_s), u"1,1,x;2,2,x"_s);
+    cases.run("DROP TABLE QX1_1; CREATE TABLE QX1_1 (V1 TEXT, dt_CaseID INTEGER PRIMARY KEY); INSERT INTO QX1_1 VALUES ('3', 1)");
+    EXPECT_EQ(all(u"L"_s) + u'|' + all(u"q"_s), u"3,1|6"_s);
+    EXPECT_EQ(typeOfV1(), dao::dbText);
+
+    stranger.run("CREATE TABLE L (V1 INTEGER PRIMARY KEY); INSERT INTO L VALUES (77)");
+    EXPECT_EQ(all(u"L"_s) + u'|' + all(u"q"_s), u"77|154"_s) << "its own table hides a link";
+    stranger.run("DROP TABLE L");
+    EXPECT_EQ(all(u"L"_s) + u'|' + all(u"q"_s), u"3,1|6"_s);
+
+    for (const QString& field : {u"a"_s, u"b"_s}) {
+        workspace().BeginTrans();
+        addTable(*catalogue, u"t"_s, {{field, dao::dbLong}});
+        EXPECT_EQ(catalogue->OpenRecordset(u"SELECT * FROM t"_s)->Fields()[0].Name, field);
+        workspace().Rollback();
+        EXPECT_EQ(errorOf([&] { all(u"t"_s); }), 3078);
+    }
+    catalogue->TableDefs().Delete(u"L"_s);
+    EXPECT_EQ(errorOf([&] { all(u"q"_s); }), 3078);
+}
+
 TEST_F(DatabaseTest, AnyNumberOfLinksMayExistButOneStatementReachesTenFiles) {
     const auto catalogue = create(u"catalogue.mdb"_s);
     QString from;
