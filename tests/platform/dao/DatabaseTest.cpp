@@ -1,6 +1,7 @@
 #include "platform/dao/EngineFixture.h"
 
 #include <QFile>
+#include <cstdio>
 #include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
