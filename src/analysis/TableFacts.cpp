@@ -31,18 +31,18 @@ bool groupsByTwo(const AnalysisRequest& r) {
     return r.mode == AnalysisMode::Crosstab || (r.mode == AnalysisMode::Descriptives && r.chkDescGroup);
 }
 
-QString named(const QString& name, const QString& value) {
-    return TranslateText(name) + u' ' + value;
+QString spaced(const QString& name, const QString& value) {
+    return name + u' ' + value;
 }
 
 QString filterPhrase(const TableFacts::Round& round) {
     if (!round.part.isEmpty())
-        return named(u"Filter:"_s, round.part);
-    return named(u"Filter:"_s, round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
+        return spaced(TranslateText(u"Filter:"_s), round.part);
+    return spaced(TranslateText(u"Filter:"_s), round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
 }
 
 QString weightPhrase(const TableFacts::Round& round) {
-    return named(u"Gewicht:"_s, round.weight.isEmpty() ? TranslateText(u"keines"_s) : round.weight);
+    return spaced(TranslateText(u"Gewicht:"_s), round.weight.isEmpty() ? TranslateText(u"keines"_s) : round.weight);
 }
 
 QStringList casesPhrase(const StatedCases& cases) {
@@ -58,7 +58,7 @@ QString definition(const QString& text) {
 }
 
 QString byHand(const QStringList& values) {
-    return named(u"von Hand gesetzt:"_s, values.join(u"; "_s));
+    return spaced(TranslateText(u"von Hand gesetzt:"_s), values.join(u"; "_s));
 }
 
 QString missingPhrase(const TableFacts& facts) {
@@ -86,12 +86,12 @@ QString missingPhrase(const TableFacts& facts) {
 QStringList entriesStandOn(const TableFacts& facts) {
     QStringList lines;
     if (facts.marksByHand)
-        lines << named(u"Missing-Definition:"_s, missingPhrase(facts));
+        lines << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts));
     for (const TableFacts::Round& round : facts.rounds) {
         QStringList phrases{round.study + u", "_s + round.variable, filterPhrase(round), weightPhrase(round)};
         phrases << casesPhrase(round.cases);
         if (!facts.marksByHand)
-            phrases << named(u"Missing-Definition:"_s, definition(round.dtMissing));
+            phrases << spaced(TranslateText(u"Missing-Definition:"_s), definition(round.dtMissing));
         lines << phrases.join(u" · "_s);
     }
     return lines;
@@ -166,10 +166,10 @@ QStringList standsOn(const TableFacts& facts) {
     const AnalysisRequest& r = facts.request;
     if (r.mode == AnalysisMode::Comparison)
         return entriesStandOn(facts);
-    QStringList phrases{named(u"Studie:"_s, r.dbcStudy.value + u", "_s + r.dbcStudy.text)};
+    QStringList phrases{spaced(TranslateText(u"Studie:"_s), r.dbcStudy.value + u", "_s + r.dbcStudy.text)};
     for (const TableFacts::Round& round : facts.rounds)
         phrases << filterPhrase(round) << weightPhrase(round) << casesPhrase(round.cases);
-    phrases << named(u"Missing-Definition:"_s, missingPhrase(facts));
+    phrases << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts));
     return {phrases.join(u" · "_s)};
 }
 
