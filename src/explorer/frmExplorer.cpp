@@ -71,6 +71,8 @@ frmExplorer::frmExplorer(int view) : Form(*this, u"frmExplorer"_s) {
     refreshTitles();
     Form_Resize();
     applyNotBuilt(*this);
+    // Whoever opens a view looks for an entry of its tree first.
+    tvTreeView_->setFocus();
 }
 
 frmExplorer::~frmExplorer() {

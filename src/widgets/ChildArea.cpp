@@ -65,6 +65,7 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new OwnTi
             if (!frame->isMaximized())
                 frame->showMaximized();
         }
+        fillIfMaximised(frame);
         if (onActivated)
             onActivated();
     });
@@ -129,18 +130,28 @@ bool ChildArea::isHiddenChild(const QWidget& child) {
 }
 
 void ChildArea::adopt(QWidget& child) {
-    const bool first = framesInView().isEmpty();
+    const QMdiSubWindow* front = frontFrame();
+    const bool maximised = !front || front->isMaximized();
     QMdiSubWindow* frame = addSubWindow(&child);
     frame->setAttribute(Qt::WA_DeleteOnClose);
+    // Going from control to control one never stops at the frame, which does not show that it has the keyboard.
+    frame->setFocusPolicy(Qt::ClickFocus);
     frame->setStyle(ownTitleBar_);
     frame->installEventFilter(this);
     prepareSystemMenu(frame->systemMenu());
     frame->resize(frame->sizeHint().expandedTo(viewport()->size() * 3 / 4).boundedTo(viewport()->size()));
-    if (first)
+    if (maximised)
         frame->showMaximized();
     else
         frame->show();
     setActiveSubWindow(frame);
+    fillIfMaximised(frame);
+}
+
+/// A frame that is maximised in place of another one keeps the size that it would have had beside it.
+void ChildArea::fillIfMaximised(QMdiSubWindow* frame) {
+    if (frame && frame->isMaximized() && frame->geometry() != viewport()->rect())
+        frame->setGeometry(viewport()->rect());
 }
 
 void ChildArea::activate(QWidget& child) {

@@ -16,7 +16,8 @@ public:
     /// What is written on the empty area.
     void setHint(const QString& hint);
 
-    /// Shows a window in a frame of its own, which deletes both when it is closed. The first one fills the area.
+    /// Shows a window in a frame of its own, which deletes both when it is closed. The first one fills the area, and so
+    /// does one that comes while the one in front does.
     void adopt(QWidget& child);
     /// Brings a window to the front, from hidden or minimised too.
     void activate(QWidget& child);
@@ -47,6 +48,7 @@ private:
 
     QMdiSubWindow* frontFrame() const;
     QList<QMdiSubWindow*> framesInView() const;
+    void fillIfMaximised(QMdiSubWindow* frame);
     QRect roomForWindows() const;
     void tile(int columns, int rows, int count);
     void followPalette();

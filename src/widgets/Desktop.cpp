@@ -17,10 +17,9 @@ void setDesktop(Desktop* desktop) {
 
 void focusMainWindow() {
     for (Form* form : Form::open())
-        if (form->windowName() == QLatin1String("frmMain")) {
+        // Of its children, the one that had the keyboard before gets it again.
+        if (form->windowName() == QLatin1String("frmMain"))
             form->widget().activateWindow();
-            form->widget().setFocus();
-        }
 }
 
 void unloadChildWindows() {

@@ -17,6 +17,7 @@
 #include "widgets/ChildArea.h"
 #include "widgets/RunGuard.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
@@ -24,6 +25,7 @@
 #include <QFile>
 #include <QHeaderView>
 #include <QLabel>
+#include <QListWidget>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPointer>
@@ -505,4 +507,59 @@ TEST_F(MainWindow, TheProgressWindowStopsOnlyByItsButtonAndTheAboutBoxNamesVersi
     EXPECT_TRUE(asker.clipboardText.startsWith(u"Varidex 3.6.0\nQt"_s));
     QTest::keyClick(&about, Qt::Key_Escape);
     EXPECT_FALSE(about.isVisible());
+}
+
+TEST_F(MainWindow, AnExplorerHasTheKeyboardInItsTreeAndTabFollowsTheEye) {
+    openWithArchive();
+    main->activateWindow();
+    settle();
+    auto& explorer = dynamic_cast<frmExplorer&>(main->activeForm()->widget());
+    explorer.setPanels(2);
+    const auto focus = [] { return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : u"-"_s; };
+    QStringList order;
+    for (int i = 0; i < 12; ++i) {
+        if (!focus().isEmpty())
+            order << focus();
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    }
+    EXPECT_EQ(order.join(u' '), u"tvTreeView txtQuickFilter lvListView txtQuestion DBList1"_s);
+    // A jump to another window leads to the node there.
+    explorer.showNode(u"ASV2018"_s);
+    auto* list = explorer.findChild<QAbstractItemView*>(u"lvListView"_s);
+    list->setFocus();
+    list->setCurrentIndex(list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, u"LZUFR"_s).value(0));
+    auto* places = explorer.findChild<QListWidget*>(u"DBList1"_s);
+    places->setFocus();
+    QTest::keyClick(places, Qt::Key_End);
+    QTest::keyClick(places, Qt::Key_Return);
+    EXPECT_NE(main->activeForm(), &explorer);
+    EXPECT_EQ(focus(), u"tvTreeView");
+    EXPECT_TRUE(main->activeForm()->widget().isAncestorOf(QApplication::focusWidget()));
+    settle();
+    EXPECT_EQ(focus(), u"tvTreeView");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(focus(), u"txtQuickFilter");
+    // After the options it is back where it was.
+    main->activate(explorer);
+    list->setFocus();
+    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    main->perform(u"O"_s);
+    EXPECT_EQ(focus(), u"lvListView");
+}
+
+TEST_F(MainWindow, AWindowThatComesWhileTheOneInFrontFillsTheAreaFillsItToo) {
+    openWithArchive();
+    QWidget* first = &main->activeForm()->widget();
+    for (const QString& key : {u"EXPL2"_s, u"EXPL3"_s}) {
+        press(key);
+        const QMdiSubWindow* front = frameOf(&main->activeForm()->widget());
+        ASSERT_NE(front->widget(), first);
+        EXPECT_EQ(front->geometry(), main->area().viewport()->rect()) << qPrintable(key);
+    }
+    main->activate(*Form::open()[1]);
+    settle();
+    EXPECT_EQ(frameOf(first)->geometry(), main->area().viewport()->rect());
+    frameOf(first)->showNormal();
+    press(u"EXPL3"_s);
+    EXPECT_FALSE(frameOf(&main->activeForm()->widget())->isMaximized());
 }
