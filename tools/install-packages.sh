@@ -8,6 +8,7 @@ packages=(
     fonts-dejavu-core
     libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
     libgtest-dev libbenchmark-dev
+    xvfb openbox xdotool
 )
 
 missing=()

@@ -1,0 +1,216 @@
+#include "app/walk/Screen.h"
+#include "language/CSys.h"
+#include "support/PrintQt.h"
+
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QMimeData>
+#include <QTemporaryDir>
+#include <QThread>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString questionGerman = u"Wie zufrieden sind Sie gegenwärtig, alles in allem, mit Ihrem Leben? 0 bedeutet ganz und gar "
+                               "unzufrieden, 10 ganz und gar zufrieden."_s;
+const QString questionEnglish = u"All things considered, how satisfied are you with your life these days? 0 means completely "
+                                "dissatisfied, 10 completely satisfied."_s;
+
+/// The program as a person meets it who has just been given it, and the keys that lead through it.
+class Walk : public testing::Test {
+protected:
+    QTemporaryDir folder;
+    std::unique_ptr<Screen> screen;
+    QProcess program;
+    QString mainWindow;
+
+    QString home(const QString& name) const { return folder.filePath(name); }
+
+    /// A home with the sample archive as what an installation opens by default.
+    void prepareHome() {
+        const QString archive = QStringLiteral(VARIDEX_SAMPLES);
+        ASSERT_TRUE(QFile::copy(QStringLiteral(VARIDEX_BINARIES "/Vx.mdb"), home(u"Vx.mdb"_s)));
+        ASSERT_TRUE(QFile::copy(archive + u"/solvarden.mdb"_s, home(u"solvarden.mdb"_s)));
+        QFile defaults(home(u"machine.ini"_s));
+        ASSERT_TRUE(defaults.open(QIODevice::WriteOnly));
+        defaults.write(u"[Software\\Norvik\\Varidex\\3.6\\Default]\nDatabasePath=1:%1\nDatabaseName=1:solvarden.mdb\n"
+                       "DataPath=1:%2\n"_s.arg(folder.path(), archive)
+                           .toUtf8());
+        qputenv("VARIDEX_HOME", QFile::encodeName(folder.path()));
+        qputenv("VARIDEX_CONFIG", QFile::encodeName(folder.path()));
+    }
+
+    ~Walk() override {
+        if (program.state() != QProcess::NotRunning) {
+            take(u"failed"_s);
+            program.kill();
+            program.waitForFinished();
+        }
+    }
+
+    bool take(const QString& name) const {
+        const QString pictures = QStringLiteral(VARIDEX_PICTURES);
+        QDir().mkpath(pictures);
+        return screen && screen->take(pictures + u'/' + name + u".png"_s);
+    }
+
+    static const QMimeData* clipboard() { return QGuiApplication::clipboard()->mimeData(); }
+
+    /// Repeats keys until the clipboard holds what they should copy: type-ahead starts anew when the machine was too slow for it.
+    bool copies(const QString& text, const std::function<void()>& keys) const {
+        return Screen::until([&] {
+            keys();
+            for (int i = 0; i < 10 && clipboard()->text() != text; ++i) {
+                QCoreApplication::processEvents();
+                QThread::msleep(50);
+            }
+            return clipboard()->text() == text;
+        });
+    }
+    /// From the list to the question text and back.
+    void copyQuestion() { screen->press({u"Tab"_s, u"ctrl+a"_s, u"ctrl+c"_s, u"shift+Tab"_s}); }
+    /// In a list: the row whose text begins so, and its question text.
+    bool findsByTyping(const QString& variable, const QString& question) {
+        return copies(question, [&] {
+            screen->press({u"Home"_s});
+            screen->type(variable);
+            copyQuestion();
+        });
+    }
+    /// Opens the options dialog, which tells the language, and leaves it.
+    bool optionsAreCalled(const QString& title, const QString& picture) {
+        screen->press({u"ctrl+comma"_s});
+        const bool opened = screen->opens(title, mainWindow) && take(picture);
+        screen->press({u"Escape"_s});
+        return opened && Screen::until([&] { return screen->activeWindow() == mainWindow; });
+    }
+
+    void startWindow();
+    void browse();
+    void analyse();
+    void leave();
+};
+
+void Walk::startWindow() {
+    screen->start(program, QStringLiteral(VARIDEX_BINARIES "/varidex"));
+    ASSERT_TRUE(screen->opens(u"Varidex"_s, {}));
+    const QString start = screen->activeWindow();
+    ASSERT_TRUE(take(u"1-start"_s));
+    screen->press({u"Escape"_s});
+    ASSERT_EQ(screen->activeWindow(), start) << "keys do nothing on the start window";
+    // Not again at the next start; and German.
+    screen->press({u"alt+b"_s, u"alt+d"_s});
+    ASSERT_TRUE(Screen::until([&] {
+        mainWindow = screen->activeWindow();
+        return mainWindow != start && screen->widthOf(mainWindow) > 1000;
+    }));
+    EXPECT_EQ(screen->activeTitle(), u"Varidex");
+    ASSERT_TRUE(optionsAreCalled(u"Optionen"_s, u"2-optionen"_s));
+}
+
+void Walk::browse() {
+    // The explorer stands with the keyboard in its tree: the study, after the heading before it, then the list beyond the filter line.
+    screen->press({u"F7"_s, u"Home"_s, u"asterisk"_s});
+    ASSERT_TRUE(copies(questionGerman, [&] {
+        screen->press({u"Home"_s});
+        screen->type(u"Wellen"_s);
+        screen->press({u"Down"_s, u"Tab"_s, u"Tab"_s, u"Home"_s});
+        screen->type(u"LZUFR"_s);
+        copyQuestion();
+        screen->press({u"shift+Tab"_s, u"shift+Tab"_s});
+    }));
+    screen->press({u"Tab"_s, u"Tab"_s, u"ctrl+shift+e"_s});
+    ASSERT_TRUE(copies(questionEnglish, [&] { copyQuestion(); }));
+    ASSERT_TRUE(take(u"3-studie"_s));
+    // The filter narrows by the text of the question; down goes to the first row that is left.
+    screen->press({u"ctrl+k"_s});
+    screen->type(u"pay per year"_s);
+    screen->press({u"Down"_s});
+    ASSERT_TRUE(copies(u"How much would you be willing to pay per year to protect the environment?"_s, [&] { copyQuestion(); }));
+    ASSERT_TRUE(take(u"4-filter"_s));
+    screen->press({u"ctrl+k"_s, u"Escape"_s, u"Tab"_s});
+    ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
+    // Past the text and the seven switches to where else the variable stands; from there to a window of another view, which has
+    // a language of its own.
+    screen->press(QStringList(9, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
+    ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionGerman));
+    ASSERT_TRUE(take(u"5-sprung"_s));
+}
+
+void Walk::analyse() {
+    // Back to the study, and from its row to the table with weight and filter.
+    screen->press({u"ctrl+F6"_s, u"ctrl+k"_s, u"Tab"_s});
+    ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
+    screen->press({u"ctrl+shift+a"_s, u"alt+r"_s});
+    // Weighted counts of the cases over 29, rounded: 237.26 and 252.02 of 945.76 valid ones, as another program adds them up.
+    const auto isTable = [](const QString& text) {
+        return text.startsWith(u"SV2018, LZUFR: Allgemeine Lebenszufriedenheit (N=946) (gewichtet nach GEWREP)"_s) &&
+               text.contains(u"7\t\t\t237\t"_s) && text.contains(u"8\t\t\t252\t"_s);
+    };
+    ASSERT_TRUE(Screen::until([&] {
+        // A choice by its letter shows itself pressed for a moment before it counts.
+        QThread::msleep(250);
+        screen->press({u"alt+i"_s});
+        QThread::msleep(250);
+        screen->press({u"Down"_s, u"Down"_s, u"space"_s, u"Tab"_s, u"ctrl+a"_s});
+        screen->type(u"ALTERJ>29"_s);
+        screen->press({u"Escape"_s});
+        if (!take(u"6-anfrage"_s))
+            return false;
+        screen->press({u"alt+t"_s});
+        // While the table is being computed nothing is copied; a box tells when it is.
+        for (int i = 0; i < 8; ++i) {
+            screen->press({u"ctrl+c"_s});
+            QThread::msleep(250);
+            if (screen->activeWindow() != mainWindow)
+                break;
+        }
+        screen->press({u"Return"_s});
+        if (isTable(clipboard()->text()))
+            return true;
+        screen->press({u"ctrl+shift+Tab"_s});
+        return false;
+    })) << clipboard()->text().toStdString();
+    ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() == mainWindow; })) << "the box about the copy goes";
+    ASSERT_TRUE(clipboard()->html().contains(u"<table"_s));
+    ASSERT_TRUE(take(u"7-tabelle"_s));
+}
+
+void Walk::leave() {
+    screen->press({u"ctrl+F6"_s, u"alt+o"_s, u"s"_s, u"e"_s});
+    ASSERT_TRUE(optionsAreCalled(u"Options"_s, u"8-options"_s));
+    screen->press({u"ctrl+q"_s});
+    ASSERT_TRUE(Screen::until([&] { return program.waitForFinished(10); }));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_FALSE(QFile::exists(home(u"Error.log"_s)));
+    QFile settings(home(u"user.ini"_s));
+    ASSERT_TRUE(settings.open(QIODevice::ReadOnly));
+    const QByteArray stored = settings.readAll();
+    for (const char* line : {"MainLeft=1:", "MainWidth=1:", "EnglishLanguage=1:0"})
+        ASSERT_TRUE(stored.contains(line)) << line << '\n' << stored.toStdString();
+    CSys system;
+    system.DatabaseName = home(u"Vx.mdb"_s);
+    EXPECT_EQ(system.GetLanguage(), 1);
+    EXPECT_EQ(system.GetFormStatus(), 0);
+}
+
+} // namespace
+
+TEST_F(Walk, APersonWithAKeyboardBrowsesAnalysesAndLeavesTheProgram) {
+    if (const QStringList missing = Screen::missingPrograms(); !missing.isEmpty())
+        GTEST_SKIP() << "not installed: " << missing.join(u", ").toStdString();
+    prepareHome();
+    screen = std::make_unique<Screen>(folder.path());
+    ASSERT_TRUE(screen->stands());
+    startWindow();
+    if (!HasFailure())
+        browse();
+    if (!HasFailure())
+        analyse();
+    if (!HasFailure())
+        leave();
+}
