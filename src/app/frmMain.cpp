@@ -276,7 +276,10 @@ void frmMain::setChecked(const QString& name, bool checked) {
 }
 
 void frmMain::applyState() {
-    const MainState now = state();
+    MainState now = state();
+    // What is shown as out of use stays so for a while: a run. A window that is being made tells no one when it is done, and the
+    // keys typed meanwhile are for what it has made.
+    now.busy = AnalysisModel::running() || RunGuard::running();
     for (auto menu = menus_.cbegin(); menu != menus_.cend(); ++menu)
         menu.value()->setEnabled(MainMenu::enabled(menu.key(), now));
     for (auto action = actions_.cbegin(); action != actions_.cend(); ++action)

@@ -535,6 +535,7 @@ TEST_F(MainWindow, AnExplorerHasTheKeyboardInItsTreeAndTabFollowsTheEye) {
     EXPECT_NE(main->activeForm(), &explorer);
     EXPECT_EQ(focus(), u"tvTreeView");
     EXPECT_TRUE(main->activeForm()->widget().isAncestorOf(QApplication::focusWidget()));
+    EXPECT_TRUE(enabled(u"V"_s) && enabled(u"mnu1VarWindow"_s)) << "the next key may need them";
     settle();
     EXPECT_EQ(focus(), u"tvTreeView");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
