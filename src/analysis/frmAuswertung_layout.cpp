@@ -66,9 +66,9 @@ void frmAuswertung::build() {
     w_->SSTab = new QTabWidget(this);
     w_->SSTab->setObjectName(u"SSTab"_s);
     w_->SSTab->setDocumentMode(true);
-    w_->SSTab->addTab(buildRequest(), u"&Anfrage"_s);
+    w_->SSTab->addTab(buildRequest(), u"Anfra&ge"_s);
     w_->SSTab->addTab(buildTable(), u"&Tabelle"_s);
-    w_->SSTab->addTab(new QWidget(w_->SSTab), u"&Grafik"_s);
+    w_->SSTab->addTab(new QWidget(w_->SSTab), u"Grafik"_s);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(w_->SSTab);
     resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44);
@@ -126,7 +126,7 @@ QWidget* frmAuswertung::buildVariable(bool second) {
     label = picker(u"dbcVariable"_s + number, frame);
     search = searchPicker(u"dbcVariable"_s + number + u"Uni"_s, frame);
     (second ? w_->lblVariable2 : w_->lblVariable) = factLabel(u"lblVariable"_s + number, frame);
-    grid->addWidget(caption(u"lblVarSearch"_s + number, second ? u"Suchen (&F):"_s : u"S&uchen:"_s, search, frame), 0, 0);
+    grid->addWidget(caption(u"lblVarSearch"_s + number, second ? u"Suchen (&5):"_s : u"S&uchen:"_s, search, frame), 0, 0);
     grid->addWidget(search, 0, 1, 1, 2);
     grid->addWidget(caption(u"lblVarName"_s + number, second ? u"Name und Label (&2):"_s : u"&Name und Label:"_s, name, frame),
                     1, 0);
@@ -143,9 +143,9 @@ QWidget* frmAuswertung::buildVariable(bool second) {
 QWidget* frmAuswertung::buildMode() {
     auto* frame = analysisControl<QGroupBox>(u"fraMode"_s, u"Auswertung"_s, nullptr);
     auto* grid = new QGridLayout(frame);
-    w_->Option1 = analysisControl<QRadioButton>(u"Option1"_s, u"&Häufigkeit"_s, frame);
+    w_->Option1 = analysisControl<QRadioButton>(u"Option1"_s, u"Häufigkeit (&1)"_s, frame);
     w_->Option2 = analysisControl<QRadioButton>(u"Option2"_s, u"&Kreuztabelle"_s, frame);
-    w_->Option4 = analysisControl<QRadioButton>(arrayName(u"Option4"_s, 3), u"&Deskriptive Statistik"_s, frame);
+    w_->Option4 = analysisControl<QRadioButton>(arrayName(u"Option4"_s, 3), u"Deskriptive Statistik (&3)"_s, frame);
     w_->Option5 = analysisControl<QRadioButton>(u"Option5"_s, u"&Vergleich"_s, frame);
     w_->cmdDescriptives = analysisControl<QPushButton>(u"cmdDescriptives"_s, u"&Statistiken..."_s, frame);
     w_->chkDescGroup = analysisControl<QCheckBox>(u"chkDescGroup"_s, u"mit Gru&ppierung"_s, frame);
@@ -196,7 +196,7 @@ QWidget* frmAuswertung::buildWeight() {
 QWidget* frmAuswertung::buildFilter() {
     auto* frame = analysisControl<QGroupBox>(u"fraFilter"_s, u"Filter"_s, nullptr);
     auto* grid = new QGridLayout(frame);
-    const std::array<QString, 3> texts{u"ke&iner"_s, u"Datensatz-Tei&le"_s, u"&benutzerdefiniert"_s};
+    const std::array<QString, 3> texts{u"ke&iner"_s, u"Datensatz-Tei&le"_s, u"benutzerdefiniert (&Y)"_s};
     for (int i = 0; i < 3; ++i)
         w_->optFilter[static_cast<size_t>(i)] =
             analysisControl<QRadioButton>(arrayName(u"optFilter"_s, i), texts[static_cast<size_t>(i)], frame);
@@ -222,7 +222,7 @@ QWidget* frmAuswertung::buildComparison() {
     w_->lst_TrendVars->setSelectionMode(QAbstractItemView::ExtendedSelection);
     w_->lst_SavedTrends->setSelectionMode(QAbstractItemView::SingleSelection);
     w_->cmd_AddTrend = analysisControl<QPushButton>(u"cmd_AddTrend"_s, u"Hin&zufügen"_s, frame);
-    w_->cmd_DeleteFromTrend = analysisControl<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Ent&fernen"_s, frame);
+    w_->cmd_DeleteFromTrend = analysisControl<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfernen (&5)"_s, frame);
     w_->cmd_ClearTrend = analysisControl<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen (&Q)"_s, frame);
     w_->cmd_LoadTrend = analysisControl<QPushButton>(u"cmd_LoadTrend"_s, u"Laden (&J)"_s, frame);
     w_->cmd_SaveTrend = analysisControl<QPushButton>(u"cmd_SaveTrend"_s, u"&Speichern"_s, frame);
@@ -241,7 +241,7 @@ QWidget* frmAuswertung::buildComparison() {
         box->addStretch();
         grid->addLayout(box, 2, column + 1);
     };
-    list(w_->lst_TrendVars, caption(u"lblTrend"_s, u"Aufgen&ommene Variablen:"_s, w_->lst_TrendVars, frame),
+    list(w_->lst_TrendVars, caption(u"lblTrend"_s, u"Aufgenommene Variablen (&4):"_s, w_->lst_TrendVars, frame),
          {w_->cmd_AddTrend, w_->cmd_DeleteFromTrend, w_->cmd_ClearTrend}, 0);
     list(w_->lst_SavedTrends, caption(u"lblSavedTrends"_s, u"Ges&peicherte Vergleiche:"_s, w_->lst_SavedTrends, frame),
          {w_->cmd_LoadTrend, w_->cmd_SaveTrend, w_->cmd_DelSavedTrend}, 2);
@@ -291,7 +291,7 @@ QWidget* frmAuswertung::buildTableCommands() {
     row->setContentsMargins(0, 0, 0, 0);
     w_->cmdCalculate = analysisControl<QPushButton>(u"cmdCalculate"_s, u"Neu berechnen (&Z)..."_s, bar);
     w_->cmdSetMissing = analysisControl<QPushButton>(u"cmdSetMissing"_s, u"Missing &setzen/löschen"_s, bar);
-    w_->cmdCopyTable = analysisControl<QPushButton>(u"cmdCopyTable"_s, u"Tabelle k&opieren"_s, bar);
+    w_->cmdCopyTable = analysisControl<QPushButton>(u"cmdCopyTable"_s, u"Tabelle kop&ieren"_s, bar);
     w_->cmdSaveTableAs = analysisControl<QPushButton>(u"cmdSaveTableAs"_s, u"Tabelle s&peichern unter..."_s, bar);
     w_->cmdPreview = analysisControl<QPushButton>(u"cmdPreview"_s, u"Vorschau"_s, bar);
     w_->cmdPrint = analysisControl<QPushButton>(u"cmdPrint"_s, u"Drucken..."_s, bar);

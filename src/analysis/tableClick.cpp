@@ -23,9 +23,10 @@ QString otherMark(bool marked) {
 }
 
 /// A selection along the marks: what it means for those from `first` to `last`.
+/// @param whole what a click on the head selects, from the first row or column below it to the last of the table
 template<class Toggle>
-ClickEffect clickMarks(int begin, int end, int afterHead, int first, int last, Toggle&& toggle) {
-    if (begin == afterHead && end > afterHead)
+ClickEffect clickMarks(int begin, int end, std::pair<int, int> whole, int first, int last, Toggle&& toggle) {
+    if (std::pair(begin, end) == whole && begin < end)
         return ClickEffect::Ask;
     const auto [low, high] = std::minmax(begin, end);
     const int from = std::max(first, low), to = std::min(high, last);
@@ -59,11 +60,11 @@ ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const
     if (!hasMarkColumn(table))
         return ClickEffect::None;
     if (selection.Col == markColumn && selection.ColSel == markColumn)
-        return clickMarks(selection.Row, selection.RowSel, table.FixedRows, area.firstRow, area.lastRow, [&](int row) {
+        return clickMarks(selection.Row, selection.RowSel, {table.FixedRows, table.Rows() - 1}, area.firstRow, area.lastRow, [&](int row) {
             table.setCell(markColumn, row, otherMark(isMarkedRow(table, row)));
         });
     if (isCrosstab(table) && selection.Row == markRow && selection.RowSel == markRow)
-        return clickMarks(selection.Col, selection.ColSel, table.FixedCols, area.firstColumn, area.lastColumn,
+        return clickMarks(selection.Col, selection.ColSel, {table.FixedCols, table.Cols() - 1}, area.firstColumn, area.lastColumn,
                           [&](int column) {
                               table.setCell(column, markRow, otherMark(isMarkedColumn(table, column)));
                           });

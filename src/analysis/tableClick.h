@@ -28,8 +28,9 @@ struct MarkArea {
 };
 /// The area of a table that was just made: the sums are known by their words in the language in force.
 MarkArea markArea(const ResultTable& table, bool separateValidCases);
-/// What a selection means for the marks of a table, and does it. A selection that begins in the first row below the head
-/// (in a crosstab's mark row also: right of it) and reaches further is what a click on the head leaves: it only asks.
+/// What a selection means for the marks of a table, and does it. A selection from the first row below the head to the last of
+/// the table (in a crosstab's mark row also: from the first column to the last) is what a click on the head leaves: it only asks.
+/// Any other changes the mark of each data row or column in it.
 ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const MarkArea& area);
 /// What is marked as missing: by row, then in a crosstab by column.
 std::vector<bool> marksOf(const ResultTable& table);
