@@ -8,6 +8,7 @@
 
 #include <QStringList>
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -15,14 +16,12 @@ namespace dao {
 
 namespace {
 
-bool hasSizes(const TableInfo& table) {
-    return std::any_of(table.columns.begin(), table.columns.end(), [](const ColumnInfo& c) { return c.size > 0; });
+constexpr int numberBeyondAll = 6;
+
 }
 
-} // namespace
-
 FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const QStringList& fields,
-                           std::unique_ptr<Attachments::Use> use, Rules rules)
+                           std::unique_ptr<Attachments::Use> use)
     : file_(std::move(file)), use_(std::move(use)), table_(table.sqlName) {
     if (table.readOnly) {
         raiseEngineError(3027);
@@ -45,23 +44,7 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
     }
     const QString sql = u"INSERT INTO "_s + table.sqlName + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
                         places.join(u", "_s) + u')';
-    // What is prepared while this is set skips the rules for as long as it lives.
-    const auto ignoreRules = [this](const QString& value) {
-        file_->connection().run(u"PRAGMA ignore_check_constraints = "_s + value);
-    };
-    const bool kept = rules == Rules::KeptByTheAppender && !hasSizes(table);
-    if (kept) {
-        ignoreRules(u"ON"_s);
-    }
-    try {
-        insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
-    } catch (...) {
-        ignoreRules(u"OFF"_s);
-        throw;
-    }
-    if (kept) {
-        ignoreRules(u"OFF"_s);
-    }
+    insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
 }
 
 int FileAppender::parameter(int column) const {
@@ -84,8 +67,10 @@ void FileAppender::setNumber(int column, double number) {
         sqlite3_bind_int64(insert_->handle(), place, number != 0 ? -1 : 0);
     } else if (isWhole(number)) {
         sqlite3_bind_int64(insert_->handle(), place, static_cast<sqlite3_int64>(number));
-    } else {
+    } else if (std::isfinite(number)) {
         sqlite3_bind_double(insert_->handle(), place, number);
+    } else {
+        raiseRuntimeError(numberBeyondAll);
     }
 }
 
@@ -176,8 +161,7 @@ std::unique_ptr<Appender> FileCompanion::openAppender(const QString& table, cons
     if (!info) {
         raiseEngineError(3078, table);
     }
-    // A companion's tables are those that it was given here.
-    return std::make_unique<FileAppender>(file_, *info, fields, std::move(use), FileAppender::Rules::KeptByTheAppender);
+    return std::make_unique<FileAppender>(file_, *info, fields, std::move(use));
 }
 
 void FileCompanion::close() {

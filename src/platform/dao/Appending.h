@@ -6,12 +6,9 @@ namespace dao {
 
 class FileAppender final : public Appender {
 public:
-    /// Whether the file checks each row by the rules that its table declares. An appender puts numbers alone into number
-    /// fields; where a table has no other rule, the file need not look at each of them again.
-    enum class Rules { OfTheFile, KeptByTheAppender };
     /// @throws Error 3265 a field that the table hasn't got, 3264 no field, 3027
     FileAppender(DatabaseFilePtr file, const TableInfo& table, const QStringList& fields,
-                 std::unique_ptr<Attachments::Use> use, Rules rules = Rules::OfTheFile);
+                 std::unique_ptr<Attachments::Use> use);
 
     void setNull(int column) override;
     void setNumber(int column, double number) override;

@@ -149,6 +149,15 @@ bool Attachments::detach(File& file) {
     return true;
 }
 
+int Attachments::generation(const QString& schema) const {
+    for (const auto& file : files_) {
+        if (file->schema == schema) {
+            return file->generation;
+        }
+    }
+    return 0;
+}
+
 void Attachments::letGo(const QString& schema) {
     for (const auto& file : files_) {
         if (file->schema == schema && file->attached && !detach(*file)) {

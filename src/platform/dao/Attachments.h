@@ -43,6 +43,8 @@ public:
     const File& reach(const QString& path, Use& use);
     /// The same for a file that is made if it isn't there.
     const File& reachNew(const QString& path, Use& use);
+    /// How often the file of that alias was opened; 0 for the connection's own.
+    int generation(const QString& schema) const;
     /// Lets a file go. @throws Error 3050 when it is still in use
     void letGo(const QString& schema);
 

@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <sqlite3.h>
+#include <utility>
 
 namespace dao {
 
@@ -92,18 +93,24 @@ private:
 };
 
 /// As long as it lives, what is read of the connection's files locks each once for all and sees it in one state; alone,
-/// each look at a file locks it anew, which costs more than the look. One inside another adds nothing. Not to be held while something is written: one
-/// that reads already isn't made to wait for another's lock.
+/// each look at a file locks it anew, which costs more than the look. One inside another adds nothing. For the looks
+/// that belong together and not for what takes long, since nobody else can write into the connection's own file
+/// meanwhile; nor to be held while something is written: one that reads already isn't made to wait for another's lock.
 class Reading {
 public:
     /// @throws Error as Connection::raise()
-    explicit Reading(Connection& connection) : connection_(connection) { connection.beginReading(); }
-    ~Reading() { connection_.endReading(); }
+    explicit Reading(Connection& connection) : connection_(&connection) { connection.beginReading(); }
+    ~Reading() { end(); }
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
+    void end() {
+        if (Connection* const connection = std::exchange(connection_, nullptr)) {
+            connection->endReading();
+        }
+    }
 
 private:
-    Connection& connection_;
+    Connection* connection_;
 };
 
 }

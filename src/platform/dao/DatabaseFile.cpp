@@ -237,14 +237,7 @@ bool DatabaseFile::holdsOnlyNumbers(const QString& table, const QString& field) 
         return false;
     }
     const StoredTable& stored = *cached.table;
-    const auto [entry, fresh] = cached.contents.try_emplace(field);
-    Content& content = entry->second;
-    if (fresh) {
-        content.declared = declaresOnlyNumbers(stored, field);
-    }
-    if (content.declared) {
-        return true;
-    }
+    Content& content = cached.contents[field];
     // This engine writes nothing but numbers into such a field; only another program can, and then the version changes.
     const qint64 version = dataVersion(*connection_, place.file->schema);
     if (content.dataVersion != version) {

@@ -86,7 +86,6 @@ public:
 private:
     /// What was found in a field, and when.
     struct Content {
-        bool declared = false;  ///< the table's own declaration keeps everything but numbers out
         bool onlyNumbers = false;
         qint64 dataVersion = -1;
     };

@@ -45,9 +45,9 @@ bool comparesValues(Operator op) {
            (op >= Operator::In && op <= Operator::NotBetween);
 }
 
-/// A number beside a text that spells one is compared as a number, so that the number's index may serve.
+/// A text that spells a number is one beside a number, whatever else the number's field holds; so its index may serve.
 void foldNumberText(BoundExpression& side, const BoundExpression& other) {
-    if (!side.isTextConstant() || other.domain != Domain::Number)
+    if (!side.isTextConstant() || (other.domain != Domain::Number && !isNumericType(other.type)))
         return;
     if (const std::optional<double> number = textToNumber(side.value.toText())) {
         side.value = Value(*number);

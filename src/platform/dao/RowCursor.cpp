@@ -242,7 +242,7 @@ void RowCursor::removed() {
         return;
     }
     writeOrder();
-    rows_.forgetKey(rowAt(position_));
+    rows_.setGone(rowAt(position_));
     order_.erase(order_.begin() + static_cast<std::ptrdiff_t>(position_));
     place_ = Place::Deleted;
 }

@@ -72,11 +72,13 @@ private:
     /// How far what was written to the table is known here.
     struct Seen {
         quint64 own = 0;    ///< by this connection
-        qint64 others = 0;  ///< changes with what others write
+        qint64 others = 0;  ///< changes with what others write, as long as the file stays open
+        int opening = 0;    ///< counts how often the file was opened
         friend bool operator==(const Seen&, const Seen&) = default;
     };
 
     void open();
+    void endUnlessOwn(Reading& reading) const;
     Seen seenNow() const;
     void readAll(const QString& sql);
     void load();

@@ -9,13 +9,22 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
+/// Names are looked up under one lock. The rows of other files are read without it: while a long count runs there, others
+/// may write into the connection's own file.
+void RowCursor::endUnlessOwn(Reading& reading) const {
+    if (!bound_.editable || bound_.editable->schema != source_.file->attachments().main().schema) {
+        reading.end();
+    }
+}
+
 void RowCursor::open() {
-    const Reading reading(source_.file->connection());
+    Reading reading(source_.file->connection());
     Attachments::Use use;
     bound_ = source_.file->bind(source_.text, use, true);
     if (bound_.kind != tree::Statement::Kind::Select) {
         raiseEngineError(3219);
     }
+    endUnlessOwn(reading);
     source_.editable = source_.editable && bound_.editable.has_value();
     const bool wholeTable = source_.editable && source_.sort.isEmpty() && bound_.whereSql.endsWith(u" WHERE 1"_s);
     if (!wholeTable) {
@@ -47,8 +56,9 @@ void RowCursor::readAll(const QString& sql) {
 }
 
 RowCursor::Seen RowCursor::seenNow() const {
-    return {source_.file->writesTo(bound_.editable->sqlName),
-            dataVersion(source_.file->connection(), bound_.editable->schema)};
+    const QString& schema = bound_.editable->schema;
+    return {source_.file->writesTo(bound_.editable->sqlName), dataVersion(source_.file->connection(), schema),
+            source_.file->attachments().generation(schema)};
 }
 
 QString RowCursor::orderedSql() const {
@@ -74,9 +84,10 @@ void RowCursor::load() {
         return;
     }
     const DatabaseFile::Operation operation(*source_.file);
-    const Reading reading(source_.file->connection());
+    Reading reading(source_.file->connection());
     Attachments::Use use;
     reachTable(use);
+    endUnlessOwn(reading);
     qint64 key = deletedKey_;
     if (place_ == Place::Fetched) {
         key = fetched_.key(0);
@@ -89,9 +100,10 @@ void RowCursor::load() {
 
 bool RowCursor::fetch(const QString& sql, std::optional<qint64> key) {
     const DatabaseFile::Operation operation(*source_.file);
-    const Reading reading(source_.file->connection());
+    Reading reading(source_.file->connection());
     Attachments::Use use;
     reachTable(use);
+    endUnlessOwn(reading);
     source_.file->trace(source_.text, sql);
     Statement statement(source_.file->connection(), sql);
     if (key) {
@@ -135,17 +147,26 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
     return found;
 }
 
-/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart.
+/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart. Where
+/// the result has none, a row that was gone is there again only if nothing in it differs.
 bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
-    for (size_t i = 0; i < bound_.columns.size(); ++i) {
-        const QString& field = bound_.columns[i].sourceField;
-        const int column = static_cast<int>(i);
-        if (!field.isEmpty() && containsName(bound_.editable->keyColumns, field) &&
-            compareValues(columnValue(row, column), (loaded_ ? rows_ : fetched_).value(known, column)) != 0) {
-            return false;
+    const Rows& rows = loaded_ ? rows_ : fetched_;
+    const auto differs = [&](int column) {
+        return compareValues(columnValue(row, column), rows.value(known, column)) != 0;
+    };
+    bool keyed = false;
+    bool other = false;
+    bool changed = false;
+    for (int column = 0; column < static_cast<int>(bound_.columns.size()); ++column) {
+        const QString& field = bound_.columns[static_cast<size_t>(column)].sourceField;
+        if (!field.isEmpty() && containsName(bound_.editable->keyColumns, field)) {
+            keyed = true;
+            other = other || differs(column);
+        } else if (rows.isGone(known)) {
+            changed = changed || differs(column);
         }
     }
-    return true;
+    return !other && (keyed || !changed);
 }
 
 void RowCursor::refresh() {
@@ -164,8 +185,8 @@ void RowCursor::refresh() {
     forgetSearches();
 }
 
-/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values but
-/// its key.
+/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values, and
+/// comes back when its deletion is taken back.
 void RowCursor::catchUp() {
     DatabaseFile& file = *source_.file;
     if (!source_.editable || !file.isOpen() || file.connection().isInHook()) {
@@ -181,10 +202,11 @@ void RowCursor::catchUp() {
     Statement statement(file.connection(), bound_.rowSql);
     for (size_t row = 0; row < rows_.size(); ++row) {
         statement.bind(1, Value(rows_.key(row)));
-        if (statement.step() && isSameEntry(statement.handle(), row)) {
+        const bool taken = rows_.isGone(row) && rows_.find(rows_.key(row)) != rows_.size();  // by a new row
+        if (!taken && statement.step() && isSameEntry(statement.handle(), row)) {
             rows_.replace(row, statement.handle());
         } else {
-            rows_.forgetKey(row);
+            rows_.setGone(row);
         }
         statement.reset();
     }

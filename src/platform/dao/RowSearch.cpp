@@ -20,10 +20,11 @@ bool RowCursor::find(const QString& criteria) {
 bool RowCursor::findInFile(const QString& criteria) {
     const tree::ExpressionPtr condition = parseCriteria(criteria);
     const DatabaseFile::Operation operation(*source_.file);
-    const Reading reading(source_.file->connection());
+    Reading reading(source_.file->connection());
     Attachments::Use use;
     reachTable(use);
     const QString sql = source_.file->criteriaSql(*condition, bound_, use);
+    endUnlessOwn(reading);
     const bool found = fetch(bound_.whereSql + u" AND ("_s + sql + u')' + orderedSql() + u" LIMIT 1"_s);
     if (found) {
         place_ = Place::Fetched;

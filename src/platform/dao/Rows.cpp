@@ -6,7 +6,6 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <sqlite3.h>
 
 namespace dao {
@@ -55,6 +54,9 @@ void Rows::replace(size_t row, sqlite3_stmt* statement) {
     }
     if (keyed_) {
         setKey(row, sqlite3_column_int64(statement, static_cast<int>(columns_)));
+        if (isGone(row)) {
+            gone_[row] = false;
+        }
     }
 }
 
@@ -65,9 +67,11 @@ void Rows::setKey(size_t row, qint64 key) {
     }
 }
 
-void Rows::forgetKey(size_t row) {
-    ascending_ = false;
-    keys_[row] = std::numeric_limits<qint64>::min();
+void Rows::setGone(size_t row) {
+    if (gone_.size() <= row) {
+        gone_.resize(row + 1);
+    }
+    gone_[row] = true;
 }
 
 void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
@@ -153,11 +157,16 @@ Value Rows::value(size_t row, int column) const {
 
 size_t Rows::find(qint64 key) const {
     if (!ascending_) {
-        const auto last = std::find(keys_.rbegin(), keys_.rend(), key);
-        return last != keys_.rend() ? static_cast<size_t>(keys_.rend() - last) - 1 : rows_;
+        for (size_t row = rows_; row-- > 0;) {
+            if (keys_[row] == key && !isGone(row)) {
+                return row;
+            }
+        }
+        return rows_;
     }
     const auto found = std::lower_bound(keys_.begin(), keys_.end(), key);
-    return found != keys_.end() && *found == key ? static_cast<size_t>(found - keys_.begin()) : rows_;
+    const auto row = static_cast<size_t>(found - keys_.begin());
+    return row < rows_ && *found == key && !isGone(row) ? row : rows_;
 }
 
 size_t Rows::behind(qint64 key) const {

@@ -3,7 +3,6 @@
 #include "platform/dao/Types.h"
 #include "platform/dao/Value.h"
 
-#include <limits>
 #include <vector>
 
 struct sqlite3_stmt;
@@ -24,10 +23,10 @@ public:
     /// @throws Error 6 for a number beyond all doubles
     Value value(size_t row, int column) const;
     qint64 key(size_t row) const { return keys_[row]; }
-    /// The row is gone from the file: its key may be another row's from now on.
-    void forgetKey(size_t row);
-    bool isGone(size_t row) const { return keyed_ && keys_[row] == std::numeric_limits<qint64>::min(); }
-    /// The row of that key, the one that was added last if there are several, size() if there is none.
+    /// The row is gone from the file: its key may be another row's by now. It is there again when it is replaced.
+    void setGone(size_t row);
+    bool isGone(size_t row) const { return row < gone_.size() && gone_[row]; }
+    /// The row of that key that isn't gone, the one that was added last if there are several, size() if there is none.
     size_t find(qint64 key) const;
     /// The first row whose key is greater; only for rows in the order of their keys.
     size_t behind(qint64 key) const;
@@ -48,6 +47,7 @@ private:
     std::vector<Tag> tags_;
     std::vector<char> blocks_;  ///< each a length of four bytes and the content
     std::vector<qint64> keys_;
+    std::vector<bool> gone_;  ///< up to the last that ever was
 };
 
 }

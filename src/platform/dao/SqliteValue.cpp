@@ -1,15 +1,29 @@
 #include "platform/dao/SqliteValue.h"
 
+#include "platform/dao/Error.h"
+
+#include <cmath>
 #include <sqlite3.h>
 
 namespace dao {
+
+namespace {
+
+constexpr int infiniteNumber = 6;
+
+}
 
 Value valueOf(sqlite3_value* value) {
     switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
         return Value(static_cast<qint64>(sqlite3_value_int64(value)));
-    case SQLITE_FLOAT:
-        return Value(sqlite3_value_double(value));
+    case SQLITE_FLOAT: {
+        const double number = sqlite3_value_double(value);
+        if (!std::isfinite(number)) {
+            raiseRuntimeError(infiniteNumber);  // another program has left it in the file
+        }
+        return Value(number);
+    }
     case SQLITE_TEXT: {
         // The text first, then its size: the other way round the size may be that of another encoding.
         const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
@@ -75,6 +89,9 @@ int bindValue(sqlite3_stmt* statement, int parameter, const Value& value) {
         return sqlite3_bind_int64(statement, parameter, value.toInteger());
     case Value::Kind::Double: {
         const double number = value.toDouble();
+        if (!std::isfinite(number)) {
+            raiseRuntimeError(infiniteNumber);
+        }
         return isWhole(number) ? sqlite3_bind_int64(statement, parameter, static_cast<sqlite3_int64>(number))
                                : sqlite3_bind_double(statement, parameter, number);
     }

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -74,12 +75,6 @@ const FieldDefinition* rowNumberField(const TableDef& definition) {
     return nullptr;
 }
 
-/// SQLite takes any value in any column. This keeps everything but numbers out, at the price of one comparison: numbers
-/// are below every text, and texts below bytes.
-QString numberRule(const QString& field) {
-    return u"CHECK ("_s + quotedName(field) + u" < '')"_s;
-}
-
 QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) {
     const QString name = quotedName(field.Name);
     if (isRowNumber) {
@@ -95,9 +90,6 @@ QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) 
         sql += u" NOT NULL DEFAULT 0"_s;
     } else if (field.Required || isInKey) {
         sql += u" NOT NULL"_s;
-    }
-    if (isNumericType(field.Type)) {
-        sql += u' ' + numberRule(field.Name);
     }
     if (isTextType(field.Type)) {
         sql += u" COLLATE "_s + QLatin1StringView(textCollation);
@@ -246,7 +238,7 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     }
     StoredTable stored;
     {
-        Statement name(connection, u"SELECT name, sql FROM "_s + schema +
+        Statement name(connection, u"SELECT name FROM "_s + schema +
                                        u".sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE "_s +
                                        QLatin1StringView(textCollation));
         name.bind(1, Value(table));
@@ -254,7 +246,6 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
             return std::nullopt;
         }
         stored.name = name.text(0);
-        stored.declaration = name.text(1);
     }
     Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(stored.name) + u')');
     // Virtual tables of a stranger's file are none of ours.
@@ -297,13 +288,14 @@ qint64 dataVersion(Connection& connection, const QString& schema) {
     return connection.ask(u"PRAGMA "_s + schema + u".data_version"_s);
 }
 
-bool declaresOnlyNumbers(const StoredTable& table, const QString& field) {
-    return table.declaration.contains(numberRule(field));
-}
-
 bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field) {
-    Statement other(connection, u"SELECT 1 FROM "_s + schema + u'.' + quotedName(table) + u" WHERE "_s +
-                                    quotedName(field) + u" >= '' LIMIT 1"_s);
+    // Texts and bytes are above every number.
+    const QString name = quotedName(field);
+    Statement other(connection, u"SELECT 1 FROM "_s + schema + u'.' + quotedName(table) + u" WHERE "_s + name +
+                                    u" > ?1 OR "_s + name + u" < ?2 LIMIT 1"_s);
+    constexpr double greatest = std::numeric_limits<double>::max();
+    other.bind(1, Value(greatest));
+    other.bind(2, Value(-greatest));
     return !other.step();
 }
 

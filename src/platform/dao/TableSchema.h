@@ -36,7 +36,6 @@ struct StoredTable {
     std::vector<ColumnInfo> columns;
     QString rowKey;  ///< name of the hidden row number, empty if the table has none
     QStringList keyColumns;  ///< of the declared primary key
-    QString declaration;     ///< the statement that made it
     friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
@@ -46,9 +45,8 @@ qint64 schemaVersion(Connection& connection, const QString& schema);
 /// Changes when another connection has written.
 qint64 dataVersion(Connection& connection, const QString& schema);
 
-/// True when the declaration keeps texts and bytes out of a number field, as that of this engine's own tables does.
-bool declaresOnlyNumbers(const StoredTable& table, const QString& field);
-/// The same found out by a look at the rows: all of them, unless the field has an index.
+/// True when a number field holds no text, no bytes and nothing infinite: SQLite takes any value in any column, and what
+/// another's file declares can be got around. All rows are looked at, unless the field has an index.
 bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field);
 
 }

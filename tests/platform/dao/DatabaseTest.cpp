@@ -174,6 +174,12 @@ TEST_F(DatabaseTest, AnyNumberOfLinksMayExistButOneStatementReachesTenFiles) {
     for (const int i : {25, 1, 13, 7, 20, 2})
         EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM S%1_1"_s.arg(i)), QString::number(i));
     EXPECT_EQ(errorOf([&] { rows(*catalogue, elevenFiles); }), 3048);
+    const auto loaded = catalogue->OpenRecordset(u"SELECT * FROM S1_1 WHERE true"_s);
+    Stranger(path(u"S1.mdb"_s)).run("UPDATE S1_1 SET V1 = 5");
+    for (int i = 2; i <= 12; ++i)
+        rows(*catalogue, u"SELECT V1 FROM S%1_1"_s.arg(i));
+    loaded->FindFirst(u"V1 = 5"_s);
+    EXPECT_FALSE(loaded->NoMatch()) << "the file was let go in between";
     workspace().BeginTrans();
     for (int i = 1; i <= 10; ++i)
         catalogue->Execute(u"UPDATE S%1_1 SET V1 = 0"_s.arg(i));
