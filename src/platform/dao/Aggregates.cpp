@@ -120,30 +120,6 @@ void endSpread(sqlite3_context* context) {
     sqlite3_result_double(context, Root ? std::sqrt(variance) : variance);
 }
 
-void keepFirst(sqlite3_context* context, int, sqlite3_value** values) {
-    auto* kept = memoryOf<sqlite3_value*>(context);
-    if (kept != nullptr && *kept == nullptr) {
-        *kept = sqlite3_value_dup(values[0]);
-    }
-}
-
-void keepLast(sqlite3_context* context, int, sqlite3_value** values) {
-    if (auto* kept = memoryOf<sqlite3_value*>(context)) {
-        sqlite3_value_free(*kept);
-        *kept = sqlite3_value_dup(values[0]);
-    }
-}
-
-void endKept(sqlite3_context* context) {
-    auto* kept = static_cast<sqlite3_value**>(sqlite3_aggregate_context(context, 0));
-    if (kept == nullptr || *kept == nullptr) {
-        sqlite3_result_null(context);
-        return;
-    }
-    sqlite3_result_value(context, *kept);
-    sqlite3_value_free(*kept);
-}
-
 struct AggregateFunction {
     const char* name;
     void (*step)(sqlite3_context*, int, sqlite3_value**);
@@ -157,8 +133,6 @@ constexpr AggregateFunction aggregates[] = {
     {"vx_varp", addToSpread, endSpread<0, false>},
     {"vx_stdev", addToSpread, endSpread<1, true>},
     {"vx_stdevp", addToSpread, endSpread<0, true>},
-    {"vx_first", keepFirst, endKept},
-    {"vx_last", keepLast, endKept},
 };
 
 }

@@ -17,8 +17,6 @@ enum class Aggregate {
     Average,
     Minimum,
     Maximum,
-    First,
-    Last,
     Variance,           ///< of a sample: by the number of values less one
     VarianceOfAll,
     Deviation,          ///< of a sample

@@ -27,8 +27,7 @@ struct AggregateName {
 constexpr std::array aggregateNames = {
     AggregateName{"count"_L1, Aggregate::Count}, AggregateName{"sum"_L1, Aggregate::Sum},
     AggregateName{"avg"_L1, Aggregate::Average}, AggregateName{"min"_L1, Aggregate::Minimum},
-    AggregateName{"max"_L1, Aggregate::Maximum}, AggregateName{"first"_L1, Aggregate::First},
-    AggregateName{"last"_L1, Aggregate::Last},   AggregateName{"var"_L1, Aggregate::Variance},
+    AggregateName{"max"_L1, Aggregate::Maximum}, AggregateName{"var"_L1, Aggregate::Variance},
     AggregateName{"varp"_L1, Aggregate::VarianceOfAll}, AggregateName{"stdev"_L1, Aggregate::Deviation},
     AggregateName{"stdevp"_L1, Aggregate::DeviationOfAll},
 };

@@ -135,8 +135,6 @@ void inferAggregate(BoundExpression& expression) {
         return setType(expression, dbDouble);
     case Aggregate::Minimum:
     case Aggregate::Maximum:
-    case Aggregate::First:
-    case Aggregate::Last:
         expression.type = expression.arguments[0]->type;
         expression.domain = expression.arguments[0]->domain;
     }

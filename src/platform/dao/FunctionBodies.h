@@ -17,6 +17,9 @@ Value like(const Arguments& a);
 Value condition(const Arguments& a);
 Value key(const Arguments& a);
 Value text(const Arguments& a);
+/// The text, if it is no longer than a field's size; behind it the size in code points and the field's name.
+/// @throws Error 3163
+Value fitting(const Arguments& a);
 /// Any number of values; Null counts as empty text unless all are Null.
 Value concat(const Arguments& a);
 

@@ -93,6 +93,7 @@ constexpr Function functions[] = {
     {"vx_bool", 1, 1, bodies::condition},
     {"vx_key", 1, 1, bodies::key},
     {"vx_text", 1, 1, bodies::text},
+    {"vx_fit", 3, 3, bodies::fitting},
     {"vx_concat", anyNumber, anyNumber, bodies::concat},
     {"vx_div", 2, 2, bodies::divide},
     {"vx_idiv", 2, 2, bodies::divideWhole},

@@ -1,5 +1,6 @@
 #include "platform/dao/Error.h"
 #include "platform/dao/FileRecordset.h"
+#include "platform/dao/FunctionBodies.h"
 #include "platform/dao/SqlText.h"
 #include "platform/dao/SqliteValue.h"
 
@@ -21,15 +22,6 @@ Value wholeInRange(const Value& value, qint64 lowest, qint64 highest) {
         raiseRuntimeError(overflow);
     }
     return Value(whole);
-}
-
-Value textInSize(const Field& field, const Value& value) {
-    const QString text = value.toText();
-    // The size counts code points, as the rule in the file does.
-    if (field.Size > 0 && text.size() > field.Size && text.toUcs4().size() > field.Size) {
-        raiseEngineError(3163, field.Name);
-    }
-    return Value(text);
 }
 
 /// The value in the form in which a field of that type holds it.
@@ -56,7 +48,7 @@ Value forField(const Field& field, const Value& value) {
         return Value(value.toDouble());
     case dbText:
     case dbMemo:
-        return textInSize(field, value);
+        return field.Size > 0 ? bodies::fitting({value, Value(field.Size), Value(field.Name)}) : Value(value.toText());
     default:
         return value;
     }

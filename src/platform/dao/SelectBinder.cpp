@@ -259,9 +259,36 @@ SelectBinder::Clauses SelectBinder::clauses() const {
     if (having_)
         clauses.having = u" HAVING "_s + writeCondition(*having_);
     clauses.orderBy = orderText();
+    if (top_ >= 0 && !orderBy_.empty())
+        return withTies(std::move(clauses));
     if (top_ >= 0)
         clauses.limit = u" LIMIT "_s + QString::number(top_);
     return clauses;
+}
+
+SelectBinder::Clauses SelectBinder::withTies(Clauses clauses) const {
+    clauses.orderBy.clear();
+    QStringList names;
+    for (const Item& item : items_)
+        names << quotedName(item.name);
+    QStringList terms;
+    for (const Order& order : orderBy_) {
+        BoundExpression column;
+        if (distinct_) {
+            column.kind = BoundExpression::Kind::Column;
+            column.column.sql = names[order.position - 1];
+            column.type = order.expression->type;
+            column.domain = order.expression->domain;
+        }
+        terms << writeForOrder(distinct_ ? column : *order.expression) + (order.descending ? u" DESC"_s : QString());
+    }
+    const QString rank = u", rank() OVER (ORDER BY "_s + terms.join(u", "_s) + u") AS \"top rank\""_s;
+    if (distinct_)
+        clauses = {u"SELECT *"_s + rank, u" FROM ("_s + compose(clauses) + u')', {}, {}, {}, {}, {}};
+    else
+        clauses.list += rank;
+    return {u"SELECT "_s + names.join(u", "_s), u" FROM ("_s + compose(clauses) + u')',
+            u"\"top rank\" <= "_s + QString::number(top_), {}, {}, u" ORDER BY \"top rank\""_s, {}};
 }
 
 QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {

@@ -40,6 +40,8 @@ public:
     /// the collation that finds equal rows.
     QString unionBranch(const std::vector<Domain>& domains) const;
 
+    /// The same with all rows that the order leaves equal to the last of TOP's.
+    Clauses withTies(Clauses clauses) const;
     static QString compose(const Clauses& clauses);
     /// A whole SELECT with all that its UNION joins.
     static BoundSelect bindWhole(const tree::Select& select, BindContext& context, const Scope* outer);

@@ -361,10 +361,6 @@ Written aggregate(const BoundExpression& expression) {
         return {u"vx_stdev("_s + number + u')'};
     case Aggregate::DeviationOfAll:
         return {u"vx_stdevp("_s + number + u')'};
-    case Aggregate::First:
-        return {u"vx_first("_s + text + u')'};
-    case Aggregate::Last:
-        return {u"vx_last("_s + text + u')'};
     case Aggregate::Minimum:
         return {u"min("_s + writeForOrder(argument) + u')'};
     case Aggregate::Maximum:
@@ -438,6 +434,9 @@ QString numberForField(const BoundExpression& expression, const ColumnInfo& fiel
 QString writeForField(const BoundExpression& expression, const ColumnInfo& field) {
     if (expression.domain == Domain::Null)
         return writeValue(expression);
+    if (isTextType(field.type) && field.size > 0)
+        return u"vx_fit("_s + writeValue(expression) + u", "_s + QString::number(field.size) + u", "_s +
+               quotedText(field.name) + u')';
     if (isTextType(field.type) && expression.domain != Domain::Text)
         return u"vx_text("_s + writeValue(expression) + u')';
     return isNumericType(field.type) ? numberForField(expression, field) : writeValue(expression);

@@ -89,6 +89,16 @@ Value text(const Arguments& a) {
     return a[0].isNull() ? Value() : Value(a[0].toText());
 }
 
+Value fitting(const Arguments& a) {
+    const Value whole = text(a);
+    const QString characters = whole.toText();
+    const qint64 size = a[1].toInteger();
+    if (characters.size() > size && characters.toUcs4().size() > size) {
+        raiseEngineError(3163, a[2].toText());
+    }
+    return whole;
+}
+
 Value concat(const Arguments& a) {
     QString whole;
     bool allNull = true;

@@ -355,6 +355,13 @@ TEST_F(EditSafetyTest, DatesBytesAndRulesAreReadAsTheyAre) {
     EXPECT_EQ(bytes->value(0), Value(QByteArray("\x00\xff", 2)));
     EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE s SET c = -1"_s); }), 3317);
 
+    runAsStranger("CREATE TABLE sized (id INTEGER PRIMARY KEY, t VARCHAR(3)); INSERT INTO sized VALUES (1, 'abcd')");
+    for (const QString& value : {u"'abcd'"_s, u"1234"_s, u"(SELECT t FROM sized)"_s})
+        EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE sized SET t = "_s + value); }), 3163) << value.toStdString();
+    EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO sized VALUES (2, 'abcd')"_s); }), 3163);
+    database_->Execute(u"INSERT INTO sized (id, t) VALUES (2, 'äöü')"_s);
+    EXPECT_EQ(EngineTest::rows(*database_, u"SELECT t FROM sized"_s), u"abcd;äöü"_s);
+
     QDir().mkpath(path(u"a;b"_s));
     createCases(u"a;b/c.mdb"_s, u"t"_s, 1);
     addLink(*database_, u"t"_s, path(u"a;b/c.mdb"_s));
