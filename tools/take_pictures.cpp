@@ -9,6 +9,7 @@
 #include "language/mdLanguage.h"
 #include "platform/system/NumberFormat.h"
 #include "platform/system/Paths.h"
+#include "widgets/ProgramStyle.h"
 #include "widgets/QtAsker.h"
 #include "widgets/StandardTexts.h"
 
@@ -49,6 +50,8 @@ void useDarkPalette() {
     dark.setColor(QPalette::Link, QColor(120, 175, 235));
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         dark.setColor(QPalette::Disabled, role, QColor(140, 143, 148));
+    dark.setColor(QPalette::PlaceholderText, QColor(160, 163, 168));
+    dark.setColor(QPalette::Disabled, QPalette::PlaceholderText, QColor(120, 123, 128));
     QApplication::setPalette(dark);
 }
 
@@ -334,7 +337,7 @@ int main(int count, char** arguments) {
     qputenv("QT_SCALE_FACTOR", QByteArray::number(wanted.scale));
     qputenv("QT_QPA_PLATFORM", screenOf(home));
     QApplication application(count, arguments);
-    QApplication::setStyle(u"Fusion"_s);
+    QApplication::setStyle(new ProgramStyle(u"Fusion"_s));
     if (wanted.dark)
         useDarkPalette();
     if (wanted.fontSize > 0) {

@@ -13,6 +13,7 @@
 #include "platform/ui/Asker.h"
 #include "tables/tableText.h"
 #include "widgets/Desktop.h"
+#include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
 
@@ -55,6 +56,7 @@ frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
 
 frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_unique<Widgets>()) {
     setWindowTitle(u"Auswertung"_s);
+    setWindowIcon(Icons::get(u"analysis"_s));
     build();
     model_.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
     model_.onRun = [this] { showRunning(); };

@@ -31,7 +31,7 @@ void addViewMenu(Entries& all) {
     all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
     all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});
     all.push_back({menu, u"mnuFilePrint"_s, u"&Drucken..."_s, u"Ctrl+P"_s, u"print"_s, false, true});
-    all.push_back({menu, u"mnuFileClose"_s, u"Fenster s&chließen"_s, u"Ctrl+W; Ctrl+F4"_s, {}, false, true});
+    all.push_back({menu, u"mnuFileClose"_s, u"Fenster ausb&lenden"_s, u"Ctrl+W"_s, {}, false, true});
 }
 
 void addEditMenu(Entries& all) {

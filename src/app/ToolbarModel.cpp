@@ -39,6 +39,7 @@ void ToolbarModel::addViews() {
         buttons_.push_back({u"DESC"_s + QString::number(number),
                             gViews.at(view, gLanguage == 0 ? ViewTable::DescName : ViewTable::DescNameEnglish),
                             u"mnuViewDescriptions(%1)"_s.arg(view), u"description"_s});
+        buttons_.back().view = view;
     }
     addSeparator();
 }

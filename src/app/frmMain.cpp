@@ -19,6 +19,7 @@
 #include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
+#include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
 #include <QCloseEvent>
@@ -161,6 +162,8 @@ void frmMain::placeWindow() {
                                        screens);
     move(place.topLeft());
     resize(place.size());
+    if (stored.maximised)
+        setWindowState(windowState() | Qt::WindowMaximized);
 }
 
 void frmMain::buildToolbar() {
@@ -183,8 +186,9 @@ void frmMain::addButton(const ToolbarButton& button) {
         tbToolBar_->addSeparator();
         return;
     }
-    const QIcon icon = button.view ? Icons::get(Icons::ofView(gViews.at(button.view, ViewTable::Type),
-                                                              gViews.at(button.view, ViewTable::CompAnalysis)))
+    const QString ofView = Icons::ofView(gViews.at(button.view, ViewTable::Type), gViews.at(button.view, ViewTable::CompAnalysis));
+    // Views are told apart by their number, which is that of their shortcut too.
+    const QIcon icon = button.view ? Icons::withNumber(button.icon.isEmpty() ? ofView : button.icon, button.view)
                                    : Icons::get(button.icon);
     QAction* action = tbToolBar_->addAction(icon, QString());
     action->setObjectName(button.key);
@@ -241,7 +245,7 @@ void frmMain::InitFormState(int state) {
         panel1_->setText((german ? u"Aktuelle Datenbank: "_s : u"Current Database: "_s) + gDatabase.Database());
     else
         panel1_->setText(german ? u"Keine Datenbankdateiauswahl"_s : u"No Database selected"_s);
-    panel1_->setToolTip(panel1_->text());
+    panel1_->setToolTip(plainToolTip(panel1_->text()));
     area_->setHint(stateOpen_ ? TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s)
                               : TranslateText(u"Öffnen Sie eine Datenbank mit dem Menü Datei."_s));
     applyState();
@@ -296,6 +300,9 @@ void frmMain::applyState() {
     setChecked(u"mnuViewToolBar"_s, !tbToolBar_->isHidden());
     setChecked(u"mnuViewStatusBar"_s, !statusBar()->isHidden());
     applyNotBuilt(*this);
+    // What cannot be used isn't drawn pressed in.
+    if (!actions_.value(u"SCON"_s, actions_[u"mnuEditCopy"_s])->isEnabled())
+        setChecked(u"SCON"_s, false);
     // Copying from an explorer belongs to its gestures.
     actions_[u"mnuEditCopy"_s]->setToolTip(now.active == MainState::Active::Explorer
                                                ? TranslateText(u"In dieser Version noch nicht enthalten."_s)
@@ -343,8 +350,12 @@ void frmMain::closeEvent(QCloseEvent* event) {
     }
     stopped_ = true;
     std::optional<Main::WindowPlace> place;
-    if (!isMinimized())
-        place = {pixelsToTwips(*this, x()), pixelsToTwips(*this, y()), pixelsToTwips(*this, width()), pixelsToTwips(*this, height())};
+    if (!isMinimized()) {
+        // Of a maximised window, the place that it goes back to.
+        const QRect now = isMaximized() ? normalGeometry() : QRect(pos(), size());
+        place = {pixelsToTwips(*this, now.x()), pixelsToTwips(*this, now.y()), pixelsToTwips(*this, now.width()),
+                 pixelsToTwips(*this, now.height()), isMaximized()};
+    }
     Main::Stop(place);
     CloseForms();
     event->accept();

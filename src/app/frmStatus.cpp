@@ -3,6 +3,7 @@
 #include "app/globals.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QScreen>
@@ -18,7 +19,8 @@ frmStatus::frmStatus() : Form(*this, u"frmStatus"_s), lblInfo(new QLabel(this)) 
     lblInfo->setObjectName(u"lblInfo"_s);
     lblInfo->setProperty("CtrlTyp", QString());
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(32, 24, 32, 24);
+    const int unit = fontMetrics().height();
+    layout->setContentsMargins(unit * 2, unit * 3 / 2, unit * 2, unit * 3 / 2);
     layout->addWidget(lblInfo, 0, Qt::AlignCenter);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setAttribute(Qt::WA_DeleteOnClose);
@@ -34,6 +36,11 @@ frmStatus::~frmStatus() = default;
 void frmStatus::refreshTitles() {
     setWindowTitle(u"Varidex"_s);
     lblInfo->setText(gLanguage == 0 ? u"Bitte einen Moment Geduld..."_s : u"One moment please..."_s);
+}
+
+/// It goes when what it stands for is done.
+void frmStatus::keyPressEvent(QKeyEvent* event) {
+    event->accept();
 }
 
 void frmStatus::showWait() {

@@ -19,6 +19,9 @@ public:
     /// Takes it away again if it is there.
     static void unload();
 
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
 private:
     QLabel* lblInfo;
 };

@@ -9,6 +9,7 @@
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
 #include "widgets/Icons.h"
+#include "widgets/ProgramStyle.h"
 #include "widgets/QtAsker.h"
 #include "widgets/StandardTexts.h"
 
@@ -44,6 +45,7 @@ int main(int, char** arguments) {
         u"%1.%2.%3"_s.arg(ApplicationInfo::majorVersion).arg(ApplicationInfo::minorVersion).arg(ApplicationInfo::revision));
     Program::setDesktopFileName(u"varidex"_s);
     Program::setWindowIcon(Icons::get(u"varidex"_s));
+    Program::setStyle(new ProgramStyle);
     // The start window is not the last one.
     Program::setQuitOnLastWindowClosed(false);
 

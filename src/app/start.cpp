@@ -70,7 +70,7 @@ bool Main::openingStep(const std::function<void()>& step) {
 Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
     return {storedNumber(u"MainLeft"_s, 0), storedNumber(u"MainTop"_s, 0),
             storedNumber(u"MainWidth"_s, qRound(shareOfScreen * screenWidth)),
-            storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight))};
+            storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight)), storedNumber(u"MainMaximized"_s, 0) == 1};
 }
 
 void Main::Stop(const std::optional<WindowPlace>& place) {
@@ -79,6 +79,7 @@ void Main::Stop(const std::optional<WindowPlace>& place) {
                                                       {u"MainTop"_s, QString::number(place->top)},
                                                       {u"MainWidth"_s, QString::number(place->width)},
                                                       {u"MainHeight"_s, QString::number(place->height)},
+                                                      {u"MainMaximized"_s, place->maximised ? u"1"_s : u"0"_s},
                                                       {u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s}};
         // Where one cannot be written the others cannot either, and one box says so.
         for (const auto& [name, value] : values)

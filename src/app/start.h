@@ -24,6 +24,7 @@ bool openingStep(const std::function<void()>& step);
 /// Place of the main window in twips.
 struct WindowPlace {
     int left = 0, top = 0, width = 0, height = 0;
+    bool maximised = false; ///< the place is then the one to go back to
 };
 /// The stored place; what is not stored is 0 for the corner and nine tenths of the screen for the size.
 WindowPlace StoredPlace(int screenWidth, int screenHeight);

@@ -110,9 +110,11 @@ void frmOptions::resizeToContent() {
     int widest = 0;
     const QList<QLabel*> labels = findChild<QWidget*>(u"picOptions(0)"_s)->findChildren<QLabel*>();
     for (const QLabel* label : labels)
-        widest = std::max(widest, label->sizeHint().width());
+        if (label->buddy())
+            widest = std::max(widest, label->sizeHint().width());
     for (QLabel* label : labels)
-        label->setMinimumWidth(widest);
+        if (label->buddy())
+            label->setMinimumWidth(widest);
     const QMargins margins = layout()->contentsMargins();
     const int tabs = tbsOptions_->tabBar()->sizeHint().width() + margins.left() + margins.right();
     const QSize wanted = sizeHint().expandedTo({tabs, 0});

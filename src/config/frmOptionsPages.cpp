@@ -111,6 +111,15 @@ public:
         rows_->addRow(named<QLabel>(name, u"AaBbCc ÄäÖöÜüß 0123456789"_s));
     }
 
+    /// Tells what can be set on the page but isn't used by this version.
+    void note(int number, const QString& text) {
+        auto* label = named<QLabel>(arrayName(u"lblNotUsed"_s, number), text);
+        QFont small = label->font();
+        small.setItalic(true);
+        label->setFont(small);
+        column_->addWidget(label);
+    }
+
     void end() { column_->addStretch(); }
 
 private:
@@ -149,18 +158,19 @@ void addGeneral(QTabWidget* tabs) {
     page.group(u"fraPaths"_s, u"Ordner"_s);
     page.path(u"txtDataPath"_s, u"cmdDataPath"_s, u"&Auswertungsdateien:"_s, u"Ordner der Auswertungsdateien auswählen (F4)"_s);
     page.path(u"txtQuestionnairePath"_s, u"cmdQuestionnairePath"_s, u"&Fragebogen:"_s,
-              u"Ordner der Fragebogen auswählen (F4)"_s);
+              u"Ordner der Fragebögen auswählen (F4)"_s);
     page.path(u"txtSPSSPath"_s, u"cmdSPSSPath"_s, u"S&PSS-Dateien:"_s, u"Ordner der SPSS-Dateien auswählen (F4)"_s);
     page.check(u"chkDataOnCD"_s, u"Daten-Dateien auf &CD-ROM"_s);
     page.group(u"fraStart"_s, u"Programmstart"_s);
     page.check(u"chkbSys"_s, u"&Begrüßungsdialog beim Start anzeigen"_s);
+    page.note(0, u"Noch ohne Wirkung: Ordner für Fragebögen und SPSS"_s);
     page.end();
 }
 
 void addExplorer(QTabWidget* tabs) {
     Page page(tabs, u"Explorer"_s);
     page.group(u"fraVariableWindow"_s, u"Variablenfenster"_s);
-    page.check(u"chkbAlignSBVTop"_s, u"Statusleiste oberhalb &des Fragetextes"_s);
+    page.check(u"chkbAlignSBVTop"_s, u"Merkmalsleiste oberhalb &des Fragetextes"_s);
     page.check(u"chkbShowCards"_s, u"ShowCards &anzeigen"_s);
     page.check(u"chkTakeSameVarWindow"_s, u"&Immer dasselbe Variablenfenster verwenden"_s);
     page.number(u"txtAssignListHeight"_s, u"Höhe der &Zuordnungsliste (Twips):"_s);
@@ -170,6 +180,7 @@ void addExplorer(QTabWidget* tabs) {
     page.group(u"fraSkin"_s, u"Hintergrundbild"_s);
     page.check(u"chkbSkin"_s, u"&Hintergrundbild verwenden"_s);
     page.path(u"txtSkinPath"_s, u"cmdSkinPath"_s, u"&Ordner:"_s, u"Skin-Datei auswählen (F4)"_s);
+    page.note(1, u"Noch ohne Wirkung: ShowCards, Hintergrundbild, Anordnen"_s);
     page.end();
 }
 
@@ -196,7 +207,7 @@ void addTables(QTabWidget* tabs) {
     page.check(u"chkAskMissing"_s, u"&Vor der Auswertung nach fehlenden Werten fragen"_s);
     page.check(u"chkAutoColWidth"_s, u"Spaltenbreite &anpassen"_s);
     page.check(u"chkShowPercentSign"_s, u"&Prozentzeichen anzeigen"_s);
-    page.check(u"chkCommaInPercent"_s, u"&Nachkommastellen in Prozenten"_s);
+    page.check(u"chkCommaInPercent"_s, u"Dezimalzeichen des S&ystems verwenden"_s);
     page.end();
 }
 
@@ -244,6 +255,7 @@ void addCharts(QTabWidget* tabs) {
     page.group(u"fraChartItems"_s, u"Kategorien"_s);
     page.number(u"txtMaxItems"_s, u"&Höchstzahl der Kategorien:"_s);
     page.number(u"txtStartItem"_s, u"&Erste Kategorie:"_s);
+    page.note(2, u"Noch ohne Wirkung: alle Angaben zu Grafiken"_s);
     page.end();
 }
 
@@ -262,6 +274,7 @@ void addReport(QTabWidget* tabs) {
     page.check(u"chkIncludeGraphs"_s, u"Ges&peicherte Grafiken"_s);
     page.check(u"chkIncludeShowCards"_s, u"S&howCards"_s);
     page.number(u"maxlevel"_s, u"&Tiefe der Gliederung:"_s);
+    page.note(3, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
     page.end();
 }
 

@@ -4,6 +4,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
 #include "diagnostics/errors.h"
+#include "explorer/VariableList.h"
 
 using namespace Qt::StringLiterals;
 
@@ -15,7 +16,7 @@ QString statement(const QString& table, const QString& study, const QString& var
     const QString relation = u"trel_Variable"_s + table;
     const QString entries = u"tkey_"_s + table;
     return u"Select * from "_s + relation + u" INNER JOIN "_s + entries + u" ON "_s + relation + u".fid = "_s + entries +
-           u".id Where fi_StudyNo = '"_s + study + u"' And fi_VariableNo = '"_s + variable + u"'"_s;
+           u".id Where fi_StudyNo = "_s + quotedKey(study) + u" And fi_VariableNo = "_s + quotedKey(variable);
 }
 
 void addCategoriesOfView(std::vector<Assignment>& list, int view, const QString& study, const QString& variable,
@@ -43,7 +44,7 @@ void Fill(std::vector<Assignment>& list, const QString& study, const QString& va
 }
 
 Jump jumpOf(const QString& key, int ownView, const CatalogueTree& ownTree, const std::function<bool(int)>& isViewOpen) {
-    const int view = key.isEmpty() ? 0 : key.front().unicode() - viewLetter(0).unicode();
+    const int view = viewOfKey(key);
     if (view == ownView)
         return {ownTree.find(key) ? Jump::To::NodeHere : Jump::To::Nowhere, view};
     if (view < 1)

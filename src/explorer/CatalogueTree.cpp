@@ -127,8 +127,7 @@ private:
                     dao::raiseRuntimeError(13);
                 if (depth >= maxDepth)
                     throw dao::Error(
-                        28, u"The tree is deeper than %1 levels at the entry \"%2\"."_s.arg(maxDepth).arg(
-                                entry.key));
+                        28, TranslateText(u"Der Baum ist tiefer als %1 Stufen beim Eintrag \"%2\"."_s).arg(maxDepth).arg(entry.key));
                 addBelow(entry.key, depth + 1);
             },
             reportTreeError);
@@ -153,8 +152,8 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
     CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(dao::foldedText(parentKey));
     if (!parent)
         throw dao::Error(
-            35601, u"Element not found: the entry \"%1\" belongs to \"%2\", which is not in the tree."_s.arg(
-                       key.mid(1), parentKey.mid(1)));
+            35601, TranslateText(u"Element nicht gefunden: Der Eintrag \"%1\" gehört zu \"%2\", das nicht im Baum steht."_s)
+                       .arg(key.mid(1), parentKey.mid(1)));
     lastParentKey_ = parentKey;
     lastParent_ = parent;
     return append(key, text, parent);
@@ -163,10 +162,10 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
 CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
     CatalogueNode*& place = byKey_[dao::foldedText(key)];
     if (place) {
-        const QString where =
-            isOnWayToRoot(parent, key) ? u"stands below itself"_s : u"is in the tree already"_s;
-        throw dao::Error(35602,
-                         u"Key is not unique in collection: the entry \"%1\" %2."_s.arg(key.mid(1), where));
+        throw dao::Error(35602, (isOnWayToRoot(parent, key)
+                                     ? TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht unter sich selbst."_s)
+                                     : TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht schon im Baum."_s))
+                                    .arg(key.mid(1)));
     }
     CatalogueNode& node = nodes_.emplace_back();
     node.Key = key;
@@ -192,6 +191,10 @@ const CatalogueNode* CatalogueTree::find(const QString& key) const {
 
 QChar viewLetter(int view) {
     return QChar(static_cast<char16_t>(64 + view));
+}
+
+int viewOfKey(const QString& key) {
+    return key.isEmpty() ? 0 : key.front().unicode() - viewLetter(0).unicode();
 }
 
 void Update_TreeView(CatalogueTree& tree, int view, bool english) {

@@ -54,6 +54,8 @@ private:
 
 /// Letter of a view in the keys of its nodes: "A" for view 1.
 QChar viewLetter(int view);
+/// The view that a node's or assignment's key belongs to; 0 or less for none.
+int viewOfKey(const QString& key);
 
 /// Rebuilds the tree of a view of the open catalogue, in the original language or in English. Failures are
 /// reported and the tree stays as far as it was built. An entry that stands below itself is reported and not

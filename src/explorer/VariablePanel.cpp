@@ -11,15 +11,6 @@ using namespace Qt::StringLiterals;
 const QStringList factKeys = {u"english"_s,  u"fixed"_s,    u"list"_s,   u"first"_s, u"back"_s, u"next"_s, u"last"_s,
                               u"Position"_s, u"Variable"_s, u"Studie"_s, u"Welle"_s, u"Jahr"_s, u"Label"_s};
 
-namespace {
-
-/// A text within a condition; an apostrophe in it must not end it.
-QString quoted(QString text) {
-    return u'\'' + text.replace(u'\'', u"''"_s) + u'\'';
-}
-
-} // namespace
-
 bool VariablePanel::isEnglish(const ExplorerState& state) const {
     return place_ == Place::A ? state.bVarWindowForEnglishLanguage : state.bELVV;
 }
@@ -55,7 +46,7 @@ bool VariablePanel::show(const CatalogueNode& node, const QString& study, const 
         return false;
     }
     recordset_->MoveLast();
-    recordset_->FindFirst(u"fi_StudyNo="_s + quoted(study) + u" AND fi_VariableNo="_s + quoted(variable));
+    recordset_->FindFirst(u"fi_StudyNo="_s + quotedKey(study) + u" AND fi_VariableNo="_s + quotedKey(variable));
     if (recordset_->NoMatch())
         recordset_->MoveFirst();
     fill(isEnglish(state));

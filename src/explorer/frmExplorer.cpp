@@ -102,7 +102,8 @@ void frmExplorer::openView(int view) {
     propFont_ = gOptions.PropFont;
     for (ExplorerPanel* panel : {panelA_, panelB_})
         panel->setQuestionFont(propFont_);
-    setWindowIcon(Icons::get(model_.state.bIsStudy ? u"study"_s : u"category"_s));
+    unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
+    setWindowIcon(Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
     reportUnreached();
 }
 
@@ -118,7 +119,7 @@ void frmExplorer::numberWindow() {
 
 void frmExplorer::reportUnreached() {
     constexpr size_t named = 20;
-    const std::vector<UnreachedEntry> entries = unreachedEntries(model_.tree, viewNumber(), model_.state.bELTree);
+    const std::vector<UnreachedEntry>& entries = unreached_;
     QStringList texts;
     for (size_t i = 0; i < entries.size() && i < named; ++i)
         texts << u"%1 (%2)"_s.arg(entries[i].text.left(60), entries[i].key.left(60));
@@ -280,7 +281,8 @@ void frmExplorer::listOrderChanged(const std::vector<int>& selected, int current
 void frmExplorer::showRowCount() {
     const QString all = QString::number(model_.list.rows.size());
     const QString shown = QString::number(model_.list.shown.size());
-    lblRowCount_->setText(model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all);
+    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) + u' ' +
+                          TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
 }
 
 // ---- panels
@@ -311,8 +313,10 @@ void frmExplorer::switchChosen(bool panelB, const QString& key) {
         if (panelB) {
             if (model_.panelB.refill(state))
                 panelB_->show(model_.panelB);
-        } else {
+        } else if (rowToShow() >= 0) {
             lvListView_ItemClick(true);
+        } else if (model_.panelA.refill(state)) {
+            panelA_->show(model_.panelA); // its row is filtered away
         }
     } else if (key == u"fixed") {
         panel.setQuestionFont(panel.questionFont() == fixedFont_ ? propFont_ : fixedFont_);

@@ -61,6 +61,7 @@ private:
     ExplorerModel model_{this};
     ExplorerLayout layout_;
     QString layoutBefore_;
+    std::vector<UnreachedEntry> unreached_; ///< read once, with the tree
     QString fixedFont_, propFont_;
     Place place_ = Place::Tree;
     bool rowShown_ = false; ///< panel A and its assignments show the present selection

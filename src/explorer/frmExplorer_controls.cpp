@@ -1,5 +1,6 @@
 #include "explorer/frmExplorer.h"
 
+#include "explorer/iconNames.h"
 #include "platform/ui/Asker.h"
 #include "widgets/CatalogueTreeModel.h"
 #include "widgets/Desktop.h"
@@ -40,15 +41,11 @@ QSplitter* splitter(const QString& name, Qt::Orientation orientation) {
     return bar;
 }
 
-QString explorerViewName(int view) {
-    return gViews.at(view, gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish);
-}
-
 /// "Alle Studien (Originalsprache)", in the language of the labels, by the language of the contents.
 QString allEntriesTitle(int view, bool english) {
     if (gLanguage == 0)
-        return TranslateText(u"Alle "_s) + explorerViewName(view) + (english ? u" (Englisch)"_s : u" (Originalsprache)"_s);
-    return u"All "_s + explorerViewName(view) + (english ? u" (English)"_s : u" (Original Language)"_s);
+        return TranslateText(u"Alle "_s) + viewName(view) + (english ? u" (Englisch)"_s : u" (Originalsprache)"_s);
+    return u"All "_s + viewName(view) + (english ? u" (English)"_s : u" (Original Language)"_s);
 }
 
 /// Share of the first part of a splitter, of a thousand.
@@ -226,8 +223,8 @@ bool frmExplorer::eventFilter(QObject* watched, QEvent* event) {
 void frmExplorer::refreshTitles() {
     const int view = viewNumber();
     lblTitle0_->setText(allEntriesTitle(view, model_.state.bELTree));
-    setWindowTitle(explorerViewName(view) + u' ' + Tag);
-    model_.tree.setRootText(explorerViewName(view));
+    setWindowTitle(viewName(view) + u' ' + Tag);
+    model_.tree.setRootText(viewName(view));
     treeModel_->rootChanged();
 
     tvTreeView_->setAccessibleName(lblTitle0_->text());

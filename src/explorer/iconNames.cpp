@@ -11,7 +11,13 @@ QString iconName(int number) {
     // Plain pairs begin at 6, described ones at 25, two numbers a view.
     const bool described = number > VariableRow::smallIcon;
     const int place = number - (described ? 25 : 6);
-    const bool study = gViews.at(place / 2 + 1, ViewTable::Type) == u"1";
-    return (study ? u"study"_s : u"category"_s) + (described ? u"-described"_s : QString()) +
+    const int view = place / 2 + 1;
+    const bool study = gViews.at(view, ViewTable::Type) == u"1";
+    const bool trend = !study && gViews.at(view, ViewTable::CompAnalysis) == u"1";
+    return (study ? u"study"_s : trend ? u"trend"_s : u"category"_s) + (described ? u"-described"_s : QString()) +
            (place % 2 == 1 ? u"-open"_s : QString());
+}
+
+QString viewName(int view) {
+    return gViews.at(view, gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish);
 }

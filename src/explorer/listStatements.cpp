@@ -3,6 +3,10 @@
 
 using namespace Qt::StringLiterals;
 
+QString quotedKey(QString key) {
+    return u'\'' + key.replace(u'\'', u"''"_s) + u'\'';
+}
+
 QString studyVariablesStatement(const QString& table, const QString& id, bool varGroups) {
     const QString study = u"tkey_"_s + table;
     QString sql = u"SELECT tkey_Variable.id_VarName AS fi_VariableNo, tkey_Variable.fi_StudyNo, "
@@ -18,8 +22,8 @@ QString studyVariablesStatement(const QString& table, const QString& id, bool va
            u" ON tkey_Variable.fi_StudyNo = "_s + study + u".id_StudyNo) "_s;
     if (varGroups)
         sql += u"LEFT JOIN tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup "_s;
-    return sql + u"  WHERE [fi_StudyNo] = '"_s + id +
-           u"' ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;"_s;
+    return sql + u"  WHERE [fi_StudyNo] = "_s + quotedKey(id) +
+           u" ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;"_s;
 }
 
 QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id,

@@ -1,14 +1,16 @@
 #include "widgets/ChildArea.h"
 
 #include "app/globals.h"
+#include "widgets/ProgramStyle.h"
 #include "widgets/RunGuard.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
 #include <QPointer>
-#include <QProxyStyle>
+#include <QShortcut>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
@@ -17,20 +19,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A maximised child keeps its own title bar: its buttons stay out of the menu bar and its title out of the frame's.
-class OwnTitleBar : public QProxyStyle {
-public:
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* data) const override {
-        return hint == SH_Workspace_FillSpaceOnMaximize ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-};
-
 /// The menu of a window's frame has the texts of the window system, made once; these follow the program's language.
 void prepareSystemMenu(QMenu* menu) {
     if (!menu)
         return;
-    // Their shortcuts would take those of the frame's own commands.
+    // Their shortcuts would take those of the frame's own commands; closing has one of the area's.
     for (QAction* action : menu->actions())
         action->setShortcuts(QList<QKeySequence>());
     QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
@@ -47,13 +40,18 @@ void prepareSystemMenu(QMenu* menu) {
     });
 }
 
+/// Title bars have the colour of a selection.
+QIcon onTitleBar(const QIcon& icon, int size) {
+    return QIcon(icon.pixmap(QSize(size, size) * 2, QIcon::Selected));
+}
+
 QMdiSubWindow* frameOf(const QWidget& child) {
     return qobject_cast<QMdiSubWindow*>(child.parentWidget());
 }
 
 } // namespace
 
-ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new OwnTitleBar) {
+ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new ProgramStyle) {
     ownTitleBar_->setParent(this);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -66,9 +64,34 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new OwnTi
                 frame->showMaximized();
         }
         fillIfMaximised(frame);
+        if (frame)
+            restoreFocus(*frame);
         if (onActivated)
             onActivated();
     });
+    connect(qApp, &QApplication::focusChanged, this, [this] {
+        // While windows change places the focus wanders; what counts is where it comes to rest.
+        QTimer::singleShot(0, this, [this] {
+            const QMdiSubWindow* frame = frontFrame();
+            QWidget* now = QApplication::focusWidget();
+            if (frame && now && frame->isAncestorOf(now))
+                focusOf_[frame] = now;
+        });
+    });
+    connect(new QShortcut(Qt::CTRL | Qt::Key_F4, this), &QShortcut::activated, this, [this] {
+        if (QMdiSubWindow* frame = frontFrame())
+            frame->close();
+    });
+}
+
+/// A window that comes back has its keyboard where it was, unless the mouse has just put it elsewhere.
+void ChildArea::restoreFocus(const QMdiSubWindow& frame) {
+    QWidget* last = focusOf_.value(&frame);
+    const QWidget* now = QApplication::focusWidget();
+    const bool clicked = now && QApplication::mouseButtons() != Qt::NoButton && frame.isAncestorOf(now) &&
+                         now->rect().contains(now->mapFromGlobal(QCursor::pos()));
+    if (last && !clicked && frame.isAncestorOf(last) && last->isVisible() && last->isEnabled())
+        last->setFocus(Qt::ActiveWindowFocusReason);
 }
 
 ChildArea::~ChildArea() {
@@ -137,6 +160,8 @@ void ChildArea::adopt(QWidget& child) {
     // Going from control to control one never stops at the frame, which does not show that it has the keyboard.
     frame->setFocusPolicy(Qt::ClickFocus);
     frame->setStyle(ownTitleBar_);
+    if (child.testAttribute(Qt::WA_SetWindowIcon))
+        frame->setWindowIcon(onTitleBar(child.windowIcon(), fontMetrics().height()));
     frame->installEventFilter(this);
     prepareSystemMenu(frame->systemMenu());
     frame->resize(frame->sizeHint().expandedTo(viewport()->size() * 3 / 4).boundedTo(viewport()->size()));
@@ -144,6 +169,7 @@ void ChildArea::adopt(QWidget& child) {
         frame->showMaximized();
     else
         frame->show();
+    keepInside(*frame);
     setActiveSubWindow(frame);
     fillIfMaximised(frame);
 }
@@ -152,6 +178,18 @@ void ChildArea::adopt(QWidget& child) {
 void ChildArea::fillIfMaximised(QMdiSubWindow* frame) {
     if (frame && frame->isMaximized() && frame->geometry() != viewport()->rect())
         frame->setGeometry(viewport()->rect());
+}
+
+/// Moves a window that would reach beyond the edge.
+void ChildArea::keepInside(QMdiSubWindow& frame) const {
+    if (frame.isMaximized() || frame.isMinimized())
+        return;
+    const QRect room = roomForWindows();
+    QRect place = frame.geometry();
+    place.setSize(place.size().boundedTo(room.size()));
+    place.moveLeft(std::max(room.left(), std::min(place.left(), room.right() + 1 - place.width())));
+    place.moveTop(std::max(room.top(), std::min(place.top(), room.bottom() + 1 - place.height())));
+    frame.setGeometry(place);
 }
 
 void ChildArea::activate(QWidget& child) {

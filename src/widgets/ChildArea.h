@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QMdiArea>
+#include <QPointer>
 #include <functional>
 
 /// The area of the child windows. Everything about QMdiArea that would surprise a user is put right here: the frame keeps its
 /// title and its menu bar when a child is maximised, the next one is maximised when a maximised one goes, windows are arranged
-/// in the order of their opening, hidden ones stay reachable, and the windows' own menus speak the user's language.
+/// in the order of their opening, hidden ones stay reachable, a window keeps its keyboard focus while another one is used, and the windows' own menus speak the user's language.
 class ChildArea : public QMdiArea {
 public:
     explicit ChildArea(QWidget* parent = nullptr);
@@ -44,6 +46,7 @@ protected:
 private:
     QStyle* ownTitleBar_;
     QString hint_;
+    QHash<const QMdiSubWindow*, QPointer<QWidget>> focusOf_; ///< where the keyboard is in each window
     bool maximiseNext_ = false;
 
     QMdiSubWindow* frontFrame() const;
@@ -52,4 +55,6 @@ private:
     QRect roomForWindows() const;
     void tile(int columns, int rows, int count);
     void followPalette();
+    void restoreFocus(const QMdiSubWindow& frame);
+    void keepInside(QMdiSubWindow& frame) const;
 };

@@ -1,5 +1,7 @@
 #include "widgets/ChoicePicker.h"
 
+#include "widgets/toolTips.h"
+
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QKeyEvent>
@@ -95,7 +97,7 @@ void ChoicePicker::restore() {
         lineEdit()->setText(shown_ < 0 ? QString() : choices_[shown_]);
         lineEdit()->setCursorPosition(0);
     }
-    setToolTip(shown_ < 0 ? QString() : choices_[shown_]);
+    setToolTip(shown_ < 0 ? QString() : plainToolTip(choices_[shown_]));
 }
 
 /// The list is to be searched from an empty line: the first key replaces what is shown.

@@ -14,7 +14,7 @@ QSize ElidedLabel::sizeHint() const {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    return {fontMetrics().averageCharWidth() * static_cast<int>(qMin<qsizetype>(text().size(), 4)), sizeHint().height()};
+    return {fontMetrics().averageCharWidth() * static_cast<int>(qMin<qsizetype>(text().size(), leastCharacters)), sizeHint().height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {

@@ -7,6 +7,8 @@ class ElidedLabel : public QLabel {
 public:
     explicit ElidedLabel(QWidget* parent = nullptr);
 
+    int leastCharacters = 4; ///< of a text so many stay in view, if it has them
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

@@ -5,6 +5,7 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/FactsStrip.h"
 #include "widgets/Icons.h"
+#include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
 #include <QKeyEvent>
@@ -67,16 +68,20 @@ void ExplorerPanel::show(const VariablePanel& panel) {
 void ExplorerPanel::showAssignments(const std::vector<Assignment>& assignments) {
     DBList1->clear();
     for (const Assignment& assignment : assignments) {
-        auto* item = new QListWidgetItem(Icons::get(iconName(assignment.icon)), assignment.text, DBList1);
+        auto* item = new QListWidgetItem(Icons::withNumber(iconName(assignment.icon), viewOfKey(assignment.key)),
+                                         assignment.text, DBList1);
         item->setData(Qt::UserRole, assignment.key);
+        item->setToolTip(plainToolTip(viewName(viewOfKey(assignment.key))));
     }
 }
 
 void ExplorerPanel::arrange(bool stripOnTop, bool assignments, int height) {
     column_->removeWidget(sbStatusBarV);
     column_->insertWidget(stripOnTop ? 1 : 2, sbStatusBarV);
-    setTabOrder(stripOnTop ? static_cast<QWidget*>(sbStatusBarV) : txtQuestion,
-                stripOnTop ? static_cast<QWidget*>(txtQuestion) : sbStatusBarV);
+    if (stripOnTop)
+        sbStatusBarV->orderTabs(nullptr, {txtQuestion, DBList1});
+    else
+        sbStatusBarV->orderTabs(txtQuestion, {DBList1});
     DBList1->setVisible(assignments);
     // A list too low for a single line is of no use.
     DBList1->setFixedHeight(qMax(twipsToPixels(*this, height), fontMetrics().height() + 2 * DBList1->frameWidth() + 8));

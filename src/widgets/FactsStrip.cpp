@@ -3,10 +3,12 @@
 #include "explorer/VariablePanel.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/Icons.h"
+#include "widgets/toolTips.h"
 
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QToolButton>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -55,7 +57,8 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
         cell->setAutoRaise(true);
         const int line = qMax(16, fontMetrics().height());
         cell->setIconSize({line, line});
-        cell->setFocusPolicy(Qt::TabFocus);
+        cell->installEventFilter(this);
+        buttons_ << cell;
         cell->setCheckable(look.stays);
         showPicture(*cell, look.picture);
         cell->setProperty("CtrlTyp", QString());
@@ -73,6 +76,9 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
         auto* cell = new ElidedLabel(facts_);
         cell->setProperty("CtrlTyp", QString());
         cell->setSizePolicy(key == u"Label" ? QSizePolicy::Ignored : QSizePolicy::Maximum, QSizePolicy::Preferred);
+        // The place and the name are what one looks for first.
+        if (key == u"Position" || key == u"Variable")
+            cell->leastCharacters = 12;
         factLine->addWidget(cell, key == u"Label" ? 1 : 0);
         cells_[key] = cell;
     }
@@ -81,6 +87,28 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
     cells_[u"Variable"_s]->setFont(strong);
     lines_->addWidget(switches_);
     lines_->addWidget(facts_, 1);
+    stopAt(buttons_.first());
+}
+
+/// The strip is one stop of the Tab key; within it the arrow keys go on.
+void FactsStrip::stopAt(QWidget* button) {
+    for (QWidget* cell : buttons_)
+        cell->setFocusPolicy(cell == button ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void FactsStrip::orderTabs(QWidget* before, const QList<QWidget*>& after) {
+    const auto taking = std::ranges::find_if(buttons_, [](const QWidget* cell) { return cell->focusPolicy() != Qt::NoFocus; });
+    QWidget* const stop = taking == buttons_.end() ? buttons_.first() : *taking;
+    QWidget* last = before;
+    for (QWidget* cell : buttons_ + after) {
+        // Only what takes the focus can be put in order.
+        if (buttons_.contains(cell))
+            cell->setFocusPolicy(Qt::TabFocus);
+        if (last)
+            setTabOrder(last, cell);
+        last = cell;
+    }
+    stopAt(stop);
 }
 
 QStringList FactsStrip::keys() const {
@@ -115,8 +143,7 @@ void FactsStrip::setToolTipOf(const QString& key, const QString& toolTip) {
     if (!of)
         return;
     toolTips_[key] = toolTip;
-    // What looks like markup is text.
-    of->setToolTip(Qt::mightBeRichText(toolTip) ? toolTip.toHtmlEscaped() : toolTip);
+    of->setToolTip(plainToolTip(toolTip));
     of->setAccessibleName(button(key) ? toolTip : QString());
 }
 
@@ -154,13 +181,14 @@ void FactsStrip::changeEvent(QEvent* event) {
         arrange();
 }
 
-void FactsStrip::keyPressEvent(QKeyEvent* event) {
-    const bool left = event->key() == Qt::Key_Left;
-    if (!left && event->key() != Qt::Key_Right) {
-        QFrame::keyPressEvent(event);
-        return;
+bool FactsStrip::eventFilter(QObject* watched, QEvent* event) {
+    const int key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event)->key() : 0;
+    if (key != Qt::Key_Left && key != Qt::Key_Right)
+        return QFrame::eventFilter(watched, event);
+    const qsizetype place = buttons_.indexOf(static_cast<QWidget*>(watched)) + (key == Qt::Key_Left ? -1 : 1);
+    if (place >= 0 && place < buttons_.size()) {
+        stopAt(buttons_[place]);
+        buttons_[place]->setFocus(Qt::TabFocusReason);
     }
-    const qsizetype place = factKeys.indexOf(cells_.key(focusWidget())) + (left ? -1 : 1);
-    if (place >= 0 && place < switchCount)
-        cells_.value(factKeys[place])->setFocus(Qt::TabFocusReason);
+    return true;
 }

@@ -28,9 +28,12 @@ public:
     void setOn(const QString& key, bool on);
     bool isOn(const QString& key) const;
 
+    /// Puts the strip, in the order of the Tab key, behind a control (null: where it is) and others behind the strip.
+    void orderTabs(QWidget* before, const QList<QWidget*>& after);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
@@ -39,7 +42,9 @@ private:
     QWidget* facts_;
     QHash<QString, QWidget*> cells_;
     QHash<QString, QString> toolTips_;
+    QList<QWidget*> buttons_;
 
     QToolButton* button(const QString& key) const;
     void arrange();
+    void stopAt(QWidget* button);
 };

@@ -123,8 +123,11 @@ ui::Answer QtAsker::messageBox(const ui::Box& box) {
     window.setText(QString(box.text).replace(u"\r\n"_s, u"\n"_s));
     window.setTextInteractionFlags(Qt::TextSelectableByMouse);
     const std::vector<Button> buttons = buttonsOf(box.buttons);
-    for (const Button& button : buttons)
-        window.addButton(button.standard)->setText(captionOf(button.answer));
+    for (const Button& button : buttons) {
+        QPushButton* shown = window.addButton(button.standard);
+        shown->setText(captionOf(button.answer));
+        shown->setIcon({});
+    }
     for (const Button& button : buttons)
         if (button.answer == ui::safeAnswer(box.buttons) && buttons.size() > 1)
             window.setEscapeButton(button.standard);

@@ -1,6 +1,7 @@
 #include "widgets/ResultTableView.h"
 
 #include "tables/tableText.h"
+#include "widgets/toolTips.h"
 
 #include <QAbstractTableModel>
 #include <QHeaderView>
@@ -27,15 +28,6 @@ Qt::Alignment alignmentOf(const ResultTable& table, int column, int row) {
     if (alignment == ResultTable::RightTop)
         return Qt::AlignRight | Qt::AlignVCenter;
     return (isFigure(table.Cell(column, row)) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
-}
-
-} // namespace
-
-namespace {
-
-/// A label in full, as it stands: long ones wrap, and none is read as markup.
-QString plainToolTip(const QString& text) {
-    return text.trimmed().isEmpty() ? QString() : Qt::convertFromPlainText(text);
 }
 
 } // namespace
@@ -349,6 +341,14 @@ void ResultTableView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+/// Who comes by the keyboard sees where the arrow keys start from.
+void ResultTableView::focusInEvent(QFocusEvent* event) {
+    QTableView::focusInEvent(event);
+    if (event->reason() != Qt::MouseFocusReason && !currentIndex().isValid() && model_->rowCount() > 0 &&
+        model_->columnCount() > 0)
+        setCurrentIndex(model_->index(0, 0));
 }
 
 void ResultTableView::resizeEvent(QResizeEvent* event) {

@@ -113,7 +113,9 @@ void VariableListView::showColumns() {
     QHeaderView& header = *horizontalHeader();
     header.setSortIndicator(list_.sorted ? list_.sortKey : -1,
                             list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
-    for (int i = 0; i < model_.columnCount(); ++i)
+    // The last one takes what is left; a width of its own would be the least that it takes.
+    header.resizeSection(model_.columnCount() - 1, header.sectionSizeHint(model_.columnCount() - 1));
+    for (int i = 0; i + 1 < model_.columnCount(); ++i)
         header.resizeSection(i, qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) +
                                          iconRoom(i),
                                      header.sectionSizeHint(i)));
@@ -121,7 +123,9 @@ void VariableListView::showColumns() {
 
 double VariableListView::fontScale() const {
     constexpr double smallCharacter = 90; // twips
-    return qMax(1.0, pixelsToTwips(*this, fontMetrics().averageCharWidth()) / smallCharacter);
+    const QString capitals = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s; // names of variables are written so
+    const int width = pixelsToTwips(*this, fontMetrics().horizontalAdvance(capitals)) / static_cast<int>(capitals.size());
+    return qMax(1.0, width / smallCharacter);
 }
 
 int VariableListView::iconRoom(int column) const {

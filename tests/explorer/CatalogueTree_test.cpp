@@ -105,7 +105,7 @@ TEST_F(Tree, ACycleEndsWithAReportAndWhatNoWayLeadsToIsNamed) {
     catalogue.addCategory(u"Category"_s, 8, 7, 1, u"im Kreis"_s);
     build(2);
     ASSERT_EQ(asker.boxes.size(), 1u);
-    EXPECT_TRUE(asker.lastText().contains(u"the entry \"0\" stands below itself"_s))
+    EXPECT_TRUE(asker.lastText().contains(u"Der Eintrag \"0\" steht unter sich selbst"_s))
         << qPrintable(asker.lastText());
     EXPECT_EQ(tree.nodes().size(), 4u);
     EXPECT_EQ(unreached(2), (QStringList{u"0"_s, u"8"_s, u"7"_s}));
@@ -136,7 +136,7 @@ TEST_F(Tree, ATreeTooDeepEndsWithOneReport) {
     });
     build(3);
     ASSERT_EQ(asker.boxes.size(), 1u);
-    EXPECT_TRUE(asker.lastText().contains(u"deeper than 500 levels"_s)) << qPrintable(asker.lastText());
+    EXPECT_TRUE(asker.lastText().contains(u"tiefer als 500 Stufen"_s)) << qPrintable(asker.lastText());
     EXPECT_EQ(tree.nodes().size(), 502u);
     EXPECT_EQ(tree.find(u"C1501"_s), nullptr);
 }

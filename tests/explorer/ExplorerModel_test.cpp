@@ -170,6 +170,8 @@ TEST_F(Explorer, IconsFollowTheNumberingOfTheViews) {
     EXPECT_EQ(iconName(24), u"variable"_s);
     EXPECT_EQ(iconName(25), u"study-described"_s);
     EXPECT_EQ(iconName(28), u"category-described-open"_s);
+    gViews.set(2, ViewTable::CompAnalysis, u"1"_s);
+    EXPECT_EQ(iconName(8), u"trend"_s) << "two views may have a category of the same name";
 }
 
 } // namespace

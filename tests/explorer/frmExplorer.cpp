@@ -283,6 +283,27 @@ TEST_F(frmExplorerTest, SwitchesOfThePanelsWorkApart) {
     EXPECT_EQ(find<QListWidget>(u"DBList1"_s)->font().family(), u"MS Sans Serif"_s);
 }
 
+TEST_F(frmExplorerTest, TheTabKeyFollowsTheEyeThroughAPanelWithTheStripAsOneStop) {
+    open(1);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    window->setPanels(1);
+    for (const bool top : {true, false}) {
+        gOptions.AlignSBVTop = top;
+        window->optionsApplied();
+        auto* strip = find<FactsStrip>(u"sbStatusBarV"_s);
+        strip->cell(u"english"_s)->setFocus();
+        QTest::keyClick(strip->cell(u"english"_s), Qt::Key_Right);
+        EXPECT_TRUE(strip->cell(u"fixed"_s)->hasFocus());
+        QTest::keyClick(strip->cell(u"fixed"_s), Qt::Key_Left);
+        QTest::keyClick(strip->cell(u"english"_s), Qt::Key_Tab);
+        auto* question = find<QWidget>(u"txtQuestion"_s);
+        auto* box = find<QWidget>(u"DBList1"_s);
+        EXPECT_TRUE((top ? question : box)->hasFocus()) << top;
+        QTest::keyClick(window->focusWidget(), Qt::Key_Backtab);
+        EXPECT_TRUE(strip->cell(u"english"_s)->hasFocus()) << top;
+    }
+}
+
 TEST_F(frmExplorerTest, AnAssignmentLeadsToItsCategoryWhereverItIsShown) {
     open(1);
     clickNode(u"Leben in Solvarden 2018"_s);
@@ -332,6 +353,11 @@ TEST_F(frmExplorerTest, TheQuickFilterHidesRowsFromEverySelectionAndStep) {
     QTest::keyClicks(filter, u"WOHN gRÖß"_s);
     ASSERT_EQ(list->model()->rowCount(), 1);
     EXPECT_EQ(selectedNames(), QStringList(u"ORTGR"_s)) << "what is still in view stays selected";
+    const QString german = fact(u"Label"_s);
+    filter->setText(u"zzz"_s);
+    press(u"english"_s);
+    EXPECT_NE(fact(u"Label"_s), german) << "also for a row that is filtered away";
+    press(u"english"_s);
     filter->setText(u"trust"_s);
     ASSERT_EQ(list->model()->rowCount(), 4) << "English labels are searched too";
     EXPECT_TRUE(selectedNames().isEmpty());
