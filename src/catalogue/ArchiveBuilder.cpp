@@ -10,6 +10,7 @@
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
 #include "platform/dao/Transaction.h"
+#include "platform/system/Paths.h"
 
 #include <QFileInfo>
 
@@ -202,8 +203,10 @@ void addSummary(const Description& description, BuildReport& report) {
 
 }
 
-BuildReport buildArchive(const BuildRequest& request) {
+BuildReport buildArchive(const BuildRequest& wish) {
     using namespace archive;
+    BuildRequest request = wish;
+    request.catalogue = Paths::resolved(wish.catalogue);
     const Description description = readDescription(request.description);
     BuildReport report;
     ImportGuard guard(request.catalogue);

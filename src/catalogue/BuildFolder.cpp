@@ -1,7 +1,9 @@
 #include "catalogue/BuildFolder.h"
 
 #include "catalogue/CatalogueImport.h"
+#include "catalogue/NoteLine.h"
 #include "catalogue/importTexts.h"
+#include "platform/system/FileIdentity.h"
 #include "platform/system/Paths.h"
 
 #include <QDir>
@@ -24,8 +26,36 @@ QString folderFor(const QString& catalogue) {
     return u"%1/.%2.vdx-build"_s.arg(file.absolutePath(), file.fileName());
 }
 
+const QString ownerMark = u"folder"_s, oldMark = u"old"_s, newMark = u"new"_s;
+
+QString ownerNote(const QString& folder) {
+    return folder + u"/owner"_s;
+}
+
 QString readyNote(const QString& folder) {
     return folder + u"/ready"_s;
+}
+
+/// What only the run that made the folder, here, can have written into it.
+QByteArray ownerLine(const QString& folder) {
+    return NoteLine{ownerMark, fileIdentity(folder), fileIdentity(QFileInfo(folder).absolutePath())}.text();
+}
+
+void writeNote(const QString& path, const QByteArray& content) {
+    QSaveFile note(path);
+    if (!note.open(QIODevice::WriteOnly) || note.write(content) != content.size() || !note.commit())
+        throw ImportError(said(u"'%1' kann nicht geschrieben werden: %2"_s, u"'%1' cannot be written: %2"_s)
+                              .arg(Paths::native(path), note.errorString()));
+}
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString cannotMove(const QString& from, const QString& to, const QString& reason) {
+    return said(u"'%1' kann nicht nach '%2' gebracht werden: %3"_s, u"'%1' cannot be moved to '%2': %3"_s)
+        .arg(Paths::native(from), Paths::native(to), reason);
 }
 
 /// Renames that can be taken back until they are kept.
@@ -39,9 +69,7 @@ public:
         QDir().mkpath(QFileInfo(to).absolutePath());
         QFile file(from);
         if (!file.rename(to))
-            throw ImportError(said(u"'%1' kann nicht nach '%2' gebracht werden: %3"_s,
-                                   u"'%1' cannot be moved to '%2': %3"_s)
-                                  .arg(Paths::native(from), Paths::native(to), file.errorString()));
+            throw ImportError(cannotMove(from, to, file.errorString()));
         done_.emplace_back(from, to);
     }
     void keep() { done_.clear(); }
@@ -52,37 +80,83 @@ private:
 
 QStringList filesBelow(const QString& folder) {
     QStringList names;
-    QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+    QDirIterator files(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (files.hasNext())
         names << QDir(folder).relativeFilePath(files.next());
     return names;
 }
 
-void moveAll(const QString& catalogue, const QString& folder, const QStringList& outdated) {
+/// A run that was killed at once had not come to put its name to the folder.
+bool isOurs(const QString& folder) {
+    // A link is none of ours: what it points to is somebody else's.
+    for (const QString& part : {folder, folder + u"/new"_s, folder + u"/old"_s})
+        if (QFileInfo(part).isSymLink())
+            return false;
+    return filesBelow(folder).isEmpty() || contentOf(ownerNote(folder)) == ownerLine(folder);
+}
+
+QStringList journalsOf(const QString& name) {
+    return {name + u"-journal"_s, name + u"-wal"_s, name + u"-shm"_s};
+}
+
+bool isDatabaseName(const QString& name) {
+    return name.endsWith(u".mdb"_s, Qt::CaseInsensitive) && !name.contains(u'/');
+}
+
+bool leadsOut(const QString& name) {
+    return QDir::isAbsolutePath(name) || QDir::cleanPath(name) != name || name.startsWith(u".."_s);
+}
+
+/// What is to be moved, in its order: the old catalogue goes first, the new one comes last.
+QList<NoteLine> movesToMake(const QString& catalogue, const QString& folder, const QStringList& outdated) {
+    const QFileInfo target(catalogue);
+    QStringList built = filesBelow(folder + u"/new"_s);
+    built.removeAll(target.fileName());
+    QStringList going = QStringList{target.fileName()} + outdated + built;
+    going.removeDuplicates();
+    QList<NoteLine> lines;
+    for (const QString& name : std::as_const(going))
+        if (const QString path = target.absolutePath() + u'/' + name; QFileInfo(path).isFile())
+            lines << NoteLine{oldMark, fileIdentity(path), name};
+    for (const QString& name : built + QStringList{target.fileName()})
+        lines << NoteLine{newMark, fileIdentity(folder + u"/new/"_s + name), name};
+    return lines;
+}
+
+/// Makes the moves that are not made yet. Only the very files that were there when the note was written move.
+void moveAll(const QString& catalogue, const QString& folder, const QList<NoteLine>& lines) {
     const QFileInfo target(catalogue);
     const QString place = target.absolutePath() + u'/';
     const QString built = folder + u"/new/"_s;
     const QString old = folder + u"/old/"_s;
+    // Without the catalogue among them it has taken its place already, and only the folder is left to be
+    // removed.
+    if (!QFileInfo(built + target.fileName()).isFile())
+        return;
+    QStringList arriving;
+    for (const NoteLine& line : lines)
+        if (line.mark == newMark)
+            arriving << line.path;
     Moves moves;
-    const auto takeAway = [&](const QString& name) {
-        // A journal that a killed program left belongs to the old file; beside the new one it would spoil it.
-        for (const QString& file : {name, name + u"-journal"_s, name + u"-wal"_s, name + u"-shm"_s})
+    // A journal that a killed program left belongs to the old file; beside the new one it would spoil it.
+    const auto takeJournals = [&](const QString& name) {
+        for (const QString& file : journalsOf(name))
             if (QFileInfo(place + file).isFile())
                 moves.move(place + file, old + file);
     };
-    QStringList names = filesBelow(built);
-    // Without the catalogue among them it has taken its place already, and only the folder is left to be
-    // removed.
-    if (names.removeAll(target.fileName()) > 0) {
-        takeAway(target.fileName());
-        for (const QString& name : outdated)
-            if (!name.contains(u'/')) // what the note of a killed run names lies beside the catalogue
-                takeAway(name);
-        for (const QString& name : std::as_const(names)) {
-            takeAway(name);
-            moves.move(built + name, place + name);
-        }
-        moves.move(built + target.fileName(), target.absoluteFilePath());
+    for (const NoteLine& line : lines) {
+        const bool isNew = line.mark == newMark;
+        if (leadsOut(line.path) || (!isNew && !isDatabaseName(line.path) && !arriving.contains(line.path)))
+            continue;
+        const QString from = (isNew ? built : place) + line.path;
+        const QString identity = fileIdentity(from);
+        if (isNew && !identity.isEmpty() && identity != line.identity)
+            throw ImportError(cannotMove(from, place + line.path,
+                                         said(u"nicht mehr dieselbe Datei"_s, u"another file by now"_s)));
+        if (identity.isEmpty() || identity != line.identity)
+            continue; // has moved already
+        takeJournals(line.path);
+        moves.move(from, (isNew ? place : old) + line.path);
     }
     moves.keep();
 }
@@ -90,10 +164,17 @@ void moveAll(const QString& catalogue, const QString& folder, const QStringList&
 } // namespace
 
 BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), folder_(folderFor(catalogue)) {
-    if (QFileInfo(folder_).isSymLink() || !QDir().mkpath(files()))
+    if (!isOurs(folder_))
+        throw ImportError(said(u"Den Ordner '%1' hat kein Aufbau hier angelegt. Sehen Sie ihn durch und "
+                               u"löschen Sie ihn, oder benennen Sie ihn um"_s,
+                               u"The folder '%1' was not made by a build here. Look through it and delete "
+                               u"or rename it"_s)
+                              .arg(Paths::native(folder_)));
+    if (!QDir().mkpath(files()))
         throw ImportError(
             said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)
                 .arg(Paths::native(folder_)));
+    writeNote(ownerNote(folder_), ownerLine(folder_));
 }
 
 BuildFolder::~BuildFolder() {
@@ -106,30 +187,31 @@ QString BuildFolder::files() const {
     return folder_ + u"/new"_s;
 }
 
+void BuildFolder::settle(const QStringList& outdated) {
+    QByteArray note;
+    for (const NoteLine& line : movesToMake(catalogue_, folder_, outdated))
+        note += line.text();
+    writeNote(readyNote(folder_), note);
+}
+
 void BuildFolder::moveIntoPlace(const QStringList& outdated) {
-    // What is replaced goes when its successor comes: a second run after a kill must not take away the new
-    // file.
-    QStringList vanishing = outdated;
-    for (const QString& name : filesBelow(files()))
-        vanishing.removeAll(name);
-    QSaveFile note(readyNote(folder_));
-    const QByteArray names = vanishing.join(u'\n').toUtf8();
-    if (!note.open(QIODevice::WriteOnly) || note.write(names) != names.size() || !note.commit())
-        throw ImportError(said(u"'%1' kann nicht geschrieben werden: %2"_s, u"'%1' cannot be written: %2"_s)
-                              .arg(Paths::native(note.fileName()), note.errorString()));
-    moveAll(catalogue_, folder_, vanishing);
+    settle(outdated);
+    moveAll(catalogue_, folder_, noteLines(contentOf(readyNote(folder_))));
     inPlace_ = true;
+}
+
+bool waitsForItsMove(const QString& catalogue) {
+    const QString folder = folderFor(catalogue);
+    return isOurs(folder) && QFileInfo::exists(readyNote(folder)) &&
+           QFileInfo::exists(folder + u"/new/"_s + QFileInfo(catalogue).fileName());
 }
 
 void finishInterruptedBuild(const QString& catalogue) {
     const QString folder = folderFor(catalogue);
-    // A link is none of ours: what it points to is somebody else's.
-    if (!QFileInfo::exists(folder) || QFileInfo(folder).isSymLink() ||
-        QFileInfo(folder + u"/new"_s).isSymLink() || QFileInfo(folder + u"/old"_s).isSymLink())
+    if (!QFileInfo::exists(folder) || !isOurs(folder))
         return;
-    QFile note(readyNote(folder));
-    if (note.open(QIODevice::ReadOnly))
-        moveAll(catalogue, folder, QString::fromUtf8(note.readAll()).split(u'\n', Qt::SkipEmptyParts));
+    if (QFileInfo::exists(readyNote(folder)))
+        moveAll(catalogue, folder, noteLines(contentOf(readyNote(folder))));
     QDir(folder).removeRecursively();
 }
 

@@ -40,7 +40,7 @@ void CDaoDatabase::OpenQXDatabase() {
     path_ = path;
     connect_ = path_;
     attempt([&] {
-        current_ = CurrentWorkspace().OpenDatabase(Paths::onDisk(Paths::native(connect_)), false, false);
+        current_ = CurrentWorkspace().OpenDatabase(Paths::resolved(connect_), false, false);
         state_ = 1;
     });
 }

@@ -31,6 +31,7 @@ struct SurveyImporter::Job {
     CaseWriter writer;
     std::map<QString, std::unique_ptr<dao::Companion>> files; ///< by path
     QStringList hadTables, emptied;                           ///< case files, by path
+    bool isElsewhere = false;                                 ///< analyses do not find it by themselves
     qint64 cutTexts = 0;
 
     Job(const QString& path, const ImportSettings& wishes, const QHash<QString, QString>& fieldsBefore)
@@ -72,6 +73,7 @@ struct SurveyImporter::Job {
                               .arg(*weight));
     }
 
+    void checkPlace(const QString& home);
     void dropOldTables();
     void fill(dao::Database& catalogue, const std::function<bool(double)>& progress);
     QStringList facts(const ImportReport& report, const StudyContent& content,
@@ -107,6 +109,23 @@ struct Closing {
 };
 
 } // namespace
+
+/// Analyses look beside the catalogue, `home`, unless they are told another folder. What lies there would be
+/// counted in place of the cases that are written elsewhere.
+void SurveyImporter::Job::checkPlace(const QString& home) {
+    isElsewhere = !sameFile(folder, home);
+    if (!isElsewhere)
+        return;
+    if (const QStringList there = presentCaseFiles(home, study); !there.isEmpty())
+        throw ImportError(
+            said(u"Neben dem Katalog liegt schon eine Falldatei der Studie (%1), die Auswertungen "
+                 u"anstelle der neuen nehmen würden. Bringen Sie sie weg, oder importieren Sie "
+                 u"ohne --data"_s,
+                 u"There is a case file of the study beside the catalogue already (%1), which "
+                 u"analyses would take in place of the new one. Move it away, or import without "
+                 u"--data"_s)
+                .arg(there.front()));
+}
 
 void SurveyImporter::Job::dropOldTables() {
     const QRegularExpression own(u"^%1_\\d+$"_s.arg(study), QRegularExpression::CaseInsensitiveOption);
@@ -149,6 +168,10 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
         said(u"Variablen: %1"_s, u"Variables: %1"_s).arg(report.variables),
         said(u"Tabellen: %1 (%2)"_s, u"Tables: %1 (%2)"_s).arg(report.tables).arg(tableNames.join(u", "_s)),
         said(u"Wertelabels: %1"_s, u"Value labels: %1"_s).arg(report.labels)};
+    if (isElsewhere)
+        lines << said(u"Die Fälle liegen nicht neben dem Katalog; Auswertungen brauchen --data %1"_s,
+                      u"The cases do not lie beside the catalogue; analyses need --data %1"_s)
+                     .arg(Paths::native(folder));
     lines << studyFacts << content.facts;
     for (const QString& extra : head.extras)
         lines << said(u"Nicht übernommen: %1"_s, u"Not taken over: %1"_s).arg(extra);
@@ -217,15 +240,11 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
             said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(job->folder));
 
     const QStringList present = presentCaseFiles(job->folder, job->study);
-    if (!present.isEmpty() && !settings.replace)
-        throw ImportError(said(u"Die Datei %1 ist schon da; mit --replace wird sie überschrieben"_s,
-                               u"There is a file %1 already; --replace overwrites it"_s)
-                              .arg(present.front()));
     QStringList paths = present;
     for (const CaseTable& table : job->tables)
         if (const QString path = caseFileOf(job->folder, job->study, table); !paths.contains(path))
             paths << path;
-    for (const QString& path : paths) {
+    for (const QString& path : std::as_const(paths))
         if (sameFile(path, catalogue_->Name()))
             throw ImportError(said(u"Die Falldatei der Studie wäre der Katalog selbst (%1). Wählen Sie eine "
                                    u"andere Nummer oder mit --data einen "
@@ -234,8 +253,19 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
                                    u"another number, or another folder "
                                    "with --data"_s)
                                   .arg(path));
-        guard_.willWrite(path);
+    if (!present.isEmpty() && !settings.replace)
+        throw ImportError(said(u"Die Datei %1 ist schon da; mit --replace wird sie überschrieben"_s,
+                               u"There is a file %1 already; --replace overwrites it"_s)
+                              .arg(present.front()));
+    job->checkPlace(QFileInfo(catalogue_->Name()).absolutePath());
+    for (const QString& path : std::as_const(paths)) {
+        // What cannot be opened has nothing to be cleared away, and must not stand in the next run's way.
+        const bool isThere = QFileInfo(path).size() > 0;
+        if (!isThere)
+            guard_.willWrite(path);
         job->files.emplace(path, catalogue_->openCompanion(path));
+        if (isThere)
+            guard_.willWrite(path);
     }
     jobs_.push_back(std::move(job));
 }
@@ -291,7 +321,7 @@ void SurveyImporter::finish() {
 }
 
 ImportReport importSurvey(const ImportRequest& request) {
-    const QString path = Paths::onDisk(request.catalogue);
+    const QString path = Paths::resolved(request.catalogue);
     if (const QString folder = QFileInfo(path).absolutePath(); !QFileInfo(folder).isDir())
         throw ImportError(said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(folder));
     // Before anything is touched, so that a wrong number or file leaves no trace at all.

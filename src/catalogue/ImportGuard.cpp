@@ -2,8 +2,10 @@
 
 #include "catalogue/BuildFolder.h"
 #include "catalogue/CatalogueImport.h"
+#include "catalogue/NoteLine.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
+#include "platform/system/FileIdentity.h"
 #include "platform/system/Paths.h"
 
 #include <QDir>
@@ -18,9 +20,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString madeMark = u"made\t"_s;
-const QString blankMark = u"blank\t"_s; ///< was there without content
-const QString touchedMark = u"touched\t"_s;
+const QString headMark = u"note"_s;
+const QString madeMark = u"made"_s;
+const QString blankMark = u"blank"_s; ///< was there without content
+const QString touchedMark = u"touched"_s;
 
 QString noteOf(const QString& catalogue) {
     return catalogue + u"-import"_s;
@@ -61,18 +64,30 @@ bool recover(const QString& path) {
     return hasTables;
 }
 
-/// Deals with one line of the note of a killed run. A note may be as old as the archive that it came with:
-/// what an import cannot have written there, such as a link or a file of another kind, is somebody else's and
-/// stays.
-void recoverLine(const QString& line) {
+/// True if the file of a line is still the one that it is about. What was to be made is known by its folder.
+bool isSame(const NoteLine& line) {
+    const QString identity = fileIdentity(line.path);
+    return !identity.isEmpty() &&
+           (line.identity == identity ||
+            (line.mark == madeMark && line.identity == fileIdentity(QFileInfo(line.path).absolutePath())));
+}
+
+/// Deals with one line of the note of a killed run. What an import cannot have written there, such as a link
+/// or a file of another kind, is somebody else's and stays.
+void recoverLine(const QString& catalogue, const NoteLine& line) {
     constexpr int noDatabase = 3343;
-    const bool made = line.startsWith(madeMark);
-    const QString path = line.mid(line.indexOf(u'\t') + 1);
-    if (!line.startsWith(touchedMark) && QFileInfo(path).isSymLink())
+    const QString& path = line.path;
+    const bool made = line.mark == madeMark, touched = line.mark == touchedMark;
+    if (!isSame(line) || (!touched && QFileInfo(path).isSymLink()))
+        return;
+    if (path != catalogue && !path.endsWith(u".mdb"_s, Qt::CaseInsensitive))
+        return;
+    // Without a journal there is nothing to roll back, and a file that was damaged before stays as it was.
+    if (touched && !QFileInfo::exists(journalOf(QFileInfo(path).canonicalFilePath())))
         return;
     bool hasTables = false;
     try {
-        hasTables = QFileInfo::exists(path) && recover(path);
+        hasTables = recover(path);
     } catch (const dao::Error& error) {
         // What is no database has nothing to roll back. Anything else, a lock or damage, is for the user to
         // see to.
@@ -83,7 +98,7 @@ void recoverLine(const QString& line) {
                  u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
                 .arg(path, error.description()));
     }
-    if (line.startsWith(blankMark) && !hasTables && QFileInfo::exists(path)) {
+    if (line.mark == blankMark && !hasTables && QFileInfo::exists(path)) {
         QFile::resize(path, 0);
         QFile::remove(journalOf(path));
     }
@@ -125,18 +140,30 @@ int lockNote(const QString& catalogue, bool create, bool& busy) {
     }
 }
 
-/// Rolls back and removes what the note lists, and empties it. Under the lock.
-void clearAway(const QString& catalogue, int note) {
+/// The first line of a note: what only a run that made it, here, can have written.
+NoteLine headOf(const QString& catalogue, int note) {
+    return {headMark, fileIdentity(note), fileIdentity(QFileInfo(catalogue).absolutePath())};
+}
+
+/// Rolls back and removes what the note lists. Under the lock.
+/// @return false for a note that was copied, unpacked or written by somebody: it means nothing here
+bool clearAway(const QString& catalogue, int note) {
     QFile file;
     if (!file.open(note, QIODevice::ReadOnly) || !file.seek(0))
-        return;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    for (const QString& line : lines)
-        recoverLine(line);
-    if (!lines.isEmpty())
+        return false;
+    const QByteArray content = file.readAll();
+    if (content.isEmpty())
+        return true;
+    if (!content.startsWith(headOf(catalogue, note).text()))
+        return false;
+    const QString absolute = QFileInfo(catalogue).absoluteFilePath();
+    const QList<NoteLine> lines = noteLines(content);
+    for (const NoteLine& line : lines)
+        if (line.mark != headMark)
+            recoverLine(absolute, line);
+    if (lines.size() > 1)
         removeCommitNotes(catalogue);
-    if (ftruncate(note, 0) != 0)
-        throw ImportError(cannotWrite(noteOf(catalogue)));
+    return true;
 }
 
 void removeNote(const QString& catalogue, int note) {
@@ -158,6 +185,9 @@ ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
     try {
         archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);
+        if (ftruncate(note_, 0) != 0)
+            throw ImportError(cannotWrite(noteOf(catalogue)));
+        write(headOf(catalogue, note_));
     } catch (...) {
         close(note_);
         throw;
@@ -197,8 +227,13 @@ void ImportGuard::removeIfEmpty(const QString& path) {
 }
 
 void ImportGuard::note(const QString& mark, const QString& path) const {
-    const QByteArray line = (mark + path + u'\n').toUtf8();
-    if (write(note_, line.constData(), static_cast<size_t>(line.size())) != line.size())
+    const QString identity = fileIdentity(path);
+    write({mark, identity.isEmpty() ? fileIdentity(QFileInfo(path).absolutePath()) : identity, path});
+}
+
+void ImportGuard::write(const NoteLine& line) const {
+    const QByteArray text = line.text();
+    if (::write(note_, text.constData(), static_cast<size_t>(text.size())) != text.size())
         throw ImportError(cannotWrite(noteOf(catalogue_)));
 }
 
@@ -208,14 +243,25 @@ void ImportGuard::done() {
 }
 
 void removeLeftovers(const QString& path) {
-    const QString catalogue = Paths::onDisk(path);
+    const QString catalogue = Paths::resolved(path);
     bool busy = false;
     const int note = lockNote(catalogue, false, busy);
     if (note < 0)
         return;
     try {
-        archive::finishInterruptedBuild(catalogue);
-        clearAway(catalogue, note);
+        const bool ours = clearAway(catalogue, note);
+        if (ours && archive::waitsForItsMove(catalogue))
+            throw ImportError(
+                said(
+                    u"%1: Ein Aufbau wurde abgebrochen, als er seine Dateien verschob; vdx build oder vdx "
+                    u"import bringt ihn zu Ende"_s,
+                    u"%1: A build was interrupted while it moved its files; vdx build or vdx import finishes "
+                    u"it"_s)
+                    .arg(catalogue));
+        if (!ours) {
+            close(note);
+            return;
+        }
     } catch (...) {
         close(note);
         throw;

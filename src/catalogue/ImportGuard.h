@@ -3,12 +3,16 @@
 #include <QString>
 #include <QStringList>
 
+struct NoteLine;
+
 /// Keeps one writer at a time on a catalogue's files and sees to it that none of the files that a failed or
 /// killed run began stays behind.
 ///
 /// Before a run opens a file for writing, the guard writes its path into a note beside the catalogue, which
 /// is locked for as long as the run lives. A run that ends without done() rolls back and takes its new files
-/// away again; the next run does it for one that was killed.
+/// away again; the next run does it for one that was killed. The note and each of its lines carry the
+/// identity of what they are about, so that a note that came with a copied or unpacked folder moves and
+/// deletes nothing.
 class ImportGuard {
 public:
     /// Locks, and clears away what a killed run left. @throws ImportError when another run is at work or the
@@ -34,12 +38,14 @@ private:
     QStringList written_;
 
     void note(const QString& mark, const QString& path) const;
+    void write(const NoteLine& line) const;
 };
 
 /// Clears away what a killed run left beside a catalogue: unfinished transactions are rolled back, files that
-/// it had begun are removed, a build that was killed while it moved its files is finished. To be called
-/// before a catalogue is opened, however its path is spelled: costs one look for a file when there is nothing
-/// left, and does nothing while a run is at work or where nothing can be written.
-/// @throws ImportError if something cannot be cleared away (a file in use, damage, no room); the leftovers
-/// stay for the next call, and the catalogue cannot be trusted to be whole
+/// it had begun are removed. A build that was killed while it moved its files is not finished here, where
+/// somebody only wants to look, but told of. To be called before a catalogue is opened, however its path is
+/// spelled: costs one look for a file when there is nothing left, and does nothing while a run is at work or
+/// where nothing can be written.
+/// @throws ImportError if something cannot be cleared away (a file in use, damage, no room) or a build waits
+/// for its move; the leftovers stay for the next call, and the catalogue cannot be trusted to be whole
 void removeLeftovers(const QString& catalogue);

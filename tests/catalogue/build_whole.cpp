@@ -13,8 +13,11 @@
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <csignal>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -231,14 +234,24 @@ class KilledBuild : public testing::Test {
 protected:
     ArchiveFolder folder_;
     QString inFolder(const QString& name) const { return folder_.out(u".cat.mdb.vdx-build/"_s + name); }
-    void SetUp() override {
-        for (const QString& part : {u"new"_s, u"old"_s})
-            QDir().mkpath(inFolder(part));
+    void kill(bool settled) {
         for (const QString& name : {u"cat.mdb"_s, u"QX1.mdb"_s, u"QX1-2.mdb"_s})
             ArchiveFolder::write(folder_.out(name), "old");
-        for (const QString& name : {u"cat.mdb"_s, u"QX1.mdb"_s})
-            ArchiveFolder::write(inFolder(u"new/"_s + name), "new");
+        const pid_t child = fork();
+        if (child == 0) {
+            const ImportGuard guard(folder_.out(u"cat.mdb"_s));
+            archive::BuildFolder build(folder_.out(u"cat.mdb"_s));
+            for (const QString& name : {u"cat.mdb"_s, u"QX1.mdb"_s})
+                ArchiveFolder::write(inFolder(u"new/"_s + name), "new");
+            if (settled)
+                build.settle({u"QX1-2.mdb"_s});
+            raise(SIGKILL);
+        }
+        waitpid(child, nullptr, 0);
+        QDir().mkpath(inFolder(u"old"_s));
     }
+    /// What the next build or import does first.
+    void next() const { const ImportGuard guard(folder_.out(u"cat.mdb"_s)); }
 };
 
 const std::map<QString, QByteArray> oldFiles{
@@ -248,36 +261,37 @@ const std::map<QString, QByteArray> newFiles{{u"cat.mdb"_s, "new"}, {u"QX1.mdb"_
 }
 
 TEST_F(KilledBuild, BeforeItHadEverythingLeavesTheOldArchive) {
-    archive::finishInterruptedBuild(folder_.out(u"cat.mdb"_s));
+    kill(false);
+    next();
     EXPECT_EQ(folder_.target(), oldFiles);
 }
 
 TEST_F(KilledBuild, WhileMovingIsFinished) {
-    ArchiveFolder::write(inFolder(u"ready"_s), "QX1-2.mdb");
+    kill(true);
     // A journal of the old catalogue would be played back into the new one.
     ArchiveFolder::write(folder_.out(u"cat.mdb-journal"_s), "old");
-    // The note that the killed run had locked.
-    ArchiveFolder::write(folder_.out(u"cat.mdb-import"_s), {});
-    removeLeftovers(folder_.out(u"cat.mdb"_s));
+    // What came later is nobody's to move.
+    ArchiveFolder::write(inFolder(u"new/later.mdb"_s), "later");
+    next();
     EXPECT_EQ(folder_.target(), newFiles);
 }
 
 TEST_F(KilledBuild, HalfWayIsFinished) {
-    ArchiveFolder::write(inFolder(u"ready"_s), "QX1-2.mdb");
+    kill(true);
     QFile::rename(folder_.out(u"cat.mdb"_s), inFolder(u"old/cat.mdb"_s));
     QFile::rename(folder_.out(u"QX1.mdb"_s), inFolder(u"old/QX1.mdb"_s));
     QFile::rename(inFolder(u"new/QX1.mdb"_s), folder_.out(u"QX1.mdb"_s));
-    archive::finishInterruptedBuild(folder_.out(u"cat.mdb"_s));
+    next();
     // The second table's file went with the old archive; the first one's is the new one already.
     EXPECT_EQ(folder_.target(), newFiles);
 }
 
 TEST_F(KilledBuild, WithEverythingInPlaceOnlyNeedsItsFolderRemoved) {
-    ArchiveFolder::write(inFolder(u"ready"_s), "QX1-2.mdb");
+    kill(true);
     for (const QString& name : {u"cat.mdb"_s, u"QX1.mdb"_s, u"QX1-2.mdb"_s})
         QFile::rename(folder_.out(name), inFolder(u"old/"_s + name));
     for (const QString& name : {u"QX1.mdb"_s, u"cat.mdb"_s})
         QFile::rename(inFolder(u"new/"_s + name), folder_.out(name));
-    archive::finishInterruptedBuild(folder_.out(u"cat.mdb"_s));
+    next();
     EXPECT_EQ(folder_.target(), newFiles);
 }

@@ -78,7 +78,7 @@ TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
     replacing.settings.replace = true;
     replacing.settings.title = u"B"_s;
     const ImportRequest adding = request(second, u"QX2"_s);
-    ImportRequest making = request(second, u"QX1"_s);
+    ImportRequest making = request(second, u"QX3"_s);
     making.catalogue = home.path(u"new.mdb"_s);
     making.settings.dataFolder = home.path(u"data"_s);
     QDir().mkpath(making.settings.dataFolder);
@@ -98,7 +98,7 @@ TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
 
         removeLeftovers(wish.catalogue);
         const QString cases = wish.settings.dataFolder.isEmpty() ? home.path(wish.settings.study + u".mdb"_s)
-                                                                 : home.path(u"data/QX1.mdb"_s);
+                                                                 : home.path(u"data/QX3.mdb"_s);
         bool taken = false;
         if (&wish == &replacing)
             taken = content().contains(u"QX1|B"_s);
@@ -123,7 +123,7 @@ TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
         // Back to the beginning for the next round.
         for (const QString& name : folder().keys())
             QFile::remove(home.path(name));
-        QFile::remove(home.path(u"data/QX1.mdb"_s));
+        QFile::remove(home.path(u"data/QX3.mdb"_s));
         for (auto file = before.begin(); file != before.end(); ++file) {
             QFile copy(home.path(file.key()));
             ASSERT_TRUE(copy.open(QIODevice::WriteOnly));
@@ -183,6 +183,20 @@ TEST_F(ImportInterrupted, EmptiedFilesGoAndBlankOnesStay) {
     EXPECT_EQ(QFile(blank).size(), 0);
     EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT Count(*) AS N FROM QX1_1"_s),
               QStringList{QString::number(caseCount)});
+}
+
+// What was damaged before cannot be rolled back, and needs not be.
+TEST_F(ImportInterrupted, AFailureBlocksNoOtherStudy) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    ASSERT_TRUE(QFile::resize(home.path(u"QX1.mdb"_s), 100'000));
+    QDir().mkpath(home.path(u"A5.mdb"_s));
+    for (const QString& study : {u"QX1"_s, u"A5"_s}) {
+        ImportRequest wish = request(second, study);
+        wish.settings.replace = true;
+        EXPECT_NE(outcome(wish), QString()) << study.toStdString();
+        EXPECT_FALSE(QFile::exists(catalogue + u"-import"_s)) << study.toStdString();
+        EXPECT_EQ(outcome(request(second, u"B"_s + study)), QString());
+    }
 }
 
 TEST_F(ImportInterrupted, OneImportAtATime) {

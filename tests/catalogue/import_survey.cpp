@@ -303,6 +303,8 @@ TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
         QString words;
         std::function<void(ImportRequest&)> change;
     };
+    const QString other = home.path(u"other"_s);
+    QDir().mkpath(other);
     const auto before = folder();
     for (const Case& c : std::vector<Case>{
              {u"Q-2"_s, [](auto& r) { r.settings.study = u"Q-2"_s; }},
@@ -316,7 +318,16 @@ TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
              {u"cut.sav"_s, [&](auto& r) { r.file = cut; }},
              {u"gone.sav"_s, [&](auto& r) { r.file = home.path(u"gone.sav"_s); }},
              {u"QX9-1.mdb"_s, [](auto& r) { r.settings.study = u"QX9"_s; }},
-             {u"my.mdb"_s, [](auto& r) { r.settings.study = u"MY"_s; }},
+             {u"Katalog selbst"_s, [](auto& r) { r.settings.study = u"MY"_s; }},
+             {u"Katalog selbst"_s,
+              [&](auto& r) { r.settings.study = u"NEW"_s, r.catalogue = home.path(u"new.mdb"_s); }},
+             // Analyses would go on counting the file beside the catalogue.
+             {u"QX1.mdb), die Auswertungen"_s,
+              [&](auto& r) {
+                  r.settings.study = u"QX1"_s, r.settings.replace = true, r.settings.dataFolder = other;
+              }},
+             {u"QX9-1.mdb), die Auswertungen"_s,
+              [&](auto& r) { r.settings.study = u"QX9"_s, r.settings.dataFolder = other; }},
              {u"3343"_s, [&](auto& r) { r.catalogue = home.path(u"text.mdb"_s); }},
              {u"QX1.mdb"_s, [&](auto& r) { r.catalogue = home.path(u"QX1.mdb"_s); }},
              {u"abgebrochen"_s, [](auto& r) { r.settings.progress = [](double) { return false; }; }},
@@ -330,4 +341,9 @@ TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
         EXPECT_TRUE(words.contains(c.words)) << c.words.toStdString() << ": " << words.toStdString();
         EXPECT_TRUE(folder() == before) << words.toStdString() << folder().keys().join(u' ').toStdString();
     }
+    EXPECT_EQ(QDir(other).entryList(QDir::Files), QStringList());
+    ImportRequest elsewhere = request(good, u"QX2"_s);
+    elsewhere.settings.dataFolder = other;
+    EXPECT_EQ(outcome(elsewhere), QString());
+    EXPECT_TRUE(hasFact({u"--data"_s, other}));
 }

@@ -129,6 +129,11 @@ QString Paths::onDisk(const QString& path) {
     return found;
 }
 
+QString Paths::resolved(const QString& path) {
+    const QString found = onDisk(path);
+    return QFileInfo(found).isSymLink() && QFileInfo::exists(found) ? QFileInfo(found).canonicalFilePath() : found;
+}
+
 QString Paths::chooseApplicationFolder(const QString& programFolder, const QString& userFolder) {
     const QString installed = installedFolder(programFolder);
     if (!QFileInfo(installed).isDir() && QFileInfo(programFolder).isWritable())

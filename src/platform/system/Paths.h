@@ -21,6 +21,8 @@ QString fileOf(const QString& path);
 bool exists(const QString& path);
 /// The path as it is spelled on disk when it differs only in case; the path itself otherwise.
 QString onDisk(const QString& path);
+/// The same with links followed, so that what lies beside a file is looked for beside the file itself.
+QString resolved(const QString& path);
 
 /// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
 /// folder (prepared from the installed files when it is first needed). Never ends in a separator.
