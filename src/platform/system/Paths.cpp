@@ -39,13 +39,13 @@ QString installedFolder(const QString& program) {
     return QDir::cleanPath(program + u"/../share/varidex"_s);
 }
 
-/// Copies what is not there yet, each file whole or not at all.
+/// Copies what is not there yet, each file whole or not at all; programs stay where they are.
 void prepareUserFolder(const QString& folder, const QString& installed) {
     QDir().mkpath(folder);
     for (const QFileInfo& file : QDir(installed).entryInfoList(QDir::Files)) {
         const QString target = folder + u'/' + file.fileName();
         const QString unfinished = target + u".new"_s;
-        if (QFileInfo::exists(target))
+        if (QFileInfo::exists(target) || file.permission(QFileDevice::ExeOwner))
             continue;
         QFile::remove(unfinished); // left by a start that was broken off
         if (!QFile::copy(file.filePath(), unfinished))
@@ -136,9 +136,11 @@ QString Paths::resolved(const QString& path) {
 
 QString Paths::chooseApplicationFolder(const QString& programFolder, const QString& userFolder) {
     const QString installed = installedFolder(programFolder);
-    if (!QFileInfo(installed).isDir() && QFileInfo(programFolder).isWritable())
+    const bool isInstalled = QFileInfo(installed).isDir();
+    if (!isInstalled && QFileInfo(programFolder).isWritable())
         return programFolder;
-    prepareUserFolder(userFolder, installed);
+    // A build that belongs to somebody else has its files beside the program.
+    prepareUserFolder(userFolder, isInstalled ? installed : programFolder);
     return userFolder;
 }
 

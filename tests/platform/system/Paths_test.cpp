@@ -4,6 +4,9 @@
 #include <QDir>
 #include <QFile>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -91,4 +94,31 @@ TEST(Paths, AnInstalledProgramWorksInTheUsersFolderWithItsOwnCopyOfTheFiles) {
     Paths::chooseApplicationFolder(program, user);
     ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
     EXPECT_EQ(copy.readAll(), QByteArray("changed by the user"));
+}
+
+TEST(Paths, ABuildThatMayNotBeWrittenLendsItsFilesToTheUsersFolder) {
+    const TestHome home;
+    const QString program = home.path(u"build/bin"_s), user = home.path(u"user/varidex"_s);
+    for (const QString& folder : {program, home.path(u"user"_s)})
+        QDir().mkpath(folder);
+    for (const QString& name : {u"Vx.mdb"_s, u"vdx"_s})
+        writeFile(program + u'/' + name);
+    const QByteArray files = QFile::encodeName(program), users = QFile::encodeName(home.path(u"user"_s));
+    chmod((files + "/Vx.mdb").constData(), 0644);
+    chmod((files + "/vdx").constData(), 0755);
+    chmod(files.constData(), 0555);
+    chmod(users.constData(), 0777);
+    chmod(QFile::encodeName(home.path()).constData(), 0755);
+    const pid_t child = fork();
+    if (child == 0) {
+        constexpr uid_t nobody = 65534; // to the superuser every folder is writable
+        if (geteuid() == 0 && setuid(nobody) != 0)
+            _exit(2);
+        _exit(Paths::chooseApplicationFolder(program, user) == user ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(QDir(user).entryList(QDir::Files), QStringList{u"Vx.mdb"_s});
+    chmod(files.constData(), 0755);
 }
