@@ -59,6 +59,8 @@ private:
     std::map<GroupKey, Block> blocks_;
     mdStats::Cases all_; ///< of all groups, for the mode
     std::optional<std::optional<double>> mode_;
+    std::optional<dao::Error> failure_; ///< the last one told of in the block at hand
+    QStringList told_;                  ///< titles of the block's failures
 
     bool chosen(Statistic statistic) const { return in_.selection[static_cast<size_t>(statistic)]; }
     bool anyOf(std::initializer_list<Statistic> statistics) const;
@@ -71,6 +73,8 @@ private:
     std::optional<double> compute(Statistic statistic, const QString& group, Step&& step,
                                   qsizetype title = 0);
     Results results(Block& block);
+    Results computed(Block& block);
+    void tellBlanks(const QString& group, const Results& found);
     void moments(Block& block, Results& found);
     void positions(Block& block, Results& found);
     std::optional<double> modeOfAll();
@@ -191,6 +195,8 @@ std::optional<double> DescriptivesBuilder::compute(Statistic statistic, const QS
         } catch (const dao::Error& error) {
             const QString name = titlesOf(statistic).at(title);
             in_.onFailure(group.isEmpty() ? name : group + u", "_s + name, error);
+            failure_ = error;
+            told_ << name;
         }
     } else if (trapped([&] { result = step(); }) == Trap::Aborted) {
         aborted_ = true;
@@ -198,8 +204,28 @@ std::optional<double> DescriptivesBuilder::compute(Statistic statistic, const QS
     return result;
 }
 
-/// All results of one block. Without a valid case only "Count" has one.
+/// One failure may keep other statistics from being computed: each that stays empty for it is told of too.
+void DescriptivesBuilder::tellBlanks(const QString& group, const Results& found) {
+    if (!failure_)
+        return;
+    forEachStatistic(in_.selection, [&](Statistic statistic) {
+        const QStringList& titles = titlesOf(statistic);
+        for (qsizetype i = 0; i < titles.size(); ++i)
+            if (!found[static_cast<size_t>(statistic)].value(i) && !told_.contains(titles[i]))
+                in_.onFailure(group.isEmpty() ? titles[i] : group + u", "_s + titles[i], *failure_);
+    });
+}
+
 Results DescriptivesBuilder::results(Block& block) {
+    failure_.reset();
+    told_.clear();
+    const Results found = computed(block);
+    tellBlanks(block.group, found);
+    return found;
+}
+
+/// All results of one block. Without a valid case only "Count" has one.
+Results DescriptivesBuilder::computed(Block& block) {
     using enum Statistic;
     Results found;
     const auto put = [&](Statistic statistic, const std::optional<double>& value) {

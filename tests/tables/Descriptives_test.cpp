@@ -390,6 +390,11 @@ TEST_F(Statistics, LeaveACellEmptyAndGoOn) {
     build({{5, 1, 1}, {6, 1, 2}, {7, 1, 2}}, {StandardDeviation});
     EXPECT_EQ(heard, QStringList(u"1, StandardDeviation 11"_s));
     EXPECT_EQ(lines(), (QStringList{u"V6|StandardDeviation"_s, u"1|"_s, u"2|0,71"_s}));
+
+    // What stays empty because another statistic failed is told of as well, each title once.
+    heard.clear();
+    build({{5, 1, 1}, {6, 1, 2}, {7, 1, 2}}, {StandardDeviation, Variance});
+    EXPECT_EQ(heard, (QStringList{u"1, StandardDeviation 11"_s, u"1, Variance 11"_s}));
 }
 
 TEST(DescriptiveChoices, AreWrittenAsANumber) {
