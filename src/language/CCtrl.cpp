@@ -4,6 +4,7 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
+#include <QFile>
 #include <QSaveFile>
 #include <algorithm>
 #include <iterator>
@@ -21,11 +22,15 @@ const QString typesInOrder[] = {u"Form"_s,     u"Menu"_s,     u"OptionButton"_s,
 const QString exportedProperties[] = {u"Caption"_s, u"TabCaption"_s, u"Text"_s, u"TooltipText"_s,
                                       u"DialogTitle"_s};
 
+[[noreturn]] void raiseWriteFailure() {
+    throw dao::Error(75, u"Path/File access error"_s);
+}
+
 /// Writes a file whole or not at all. @throws dao::Error 75 if it cannot be written
 void writeText(const QString& path, const QString& text) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0 || !file.commit())
-        throw dao::Error(75, u"Path/File access error"_s);
+        raiseWriteFailure();
 }
 
 bool samePlace(const ControlText& a, const ControlText& b) {
@@ -164,9 +169,12 @@ void CCtrl::logOldText(const ControlText& control) {
     log_ += control.name + index + u'=' + control.text + u"\r\n"_s;
 }
 
-/// Closes the log; it commits nothing, whatever its name says.
+/// Closes the log; it commits nothing, whatever its name says. Nobody reads it, so it need not wait for the disk.
 void CCtrl::m_CommitTransaktion() {
-    writeText(Paths::join(Paths::applicationFolder(), u"Ctrl.clf"_s), log_);
+    QFile file(Paths::join(Paths::applicationFolder(), u"Ctrl.clf"_s));
+    const QByteArray log = log_.toUtf8();
+    if (!file.open(QIODevice::WriteOnly) || file.write(log) != log.size() || !file.flush())
+        raiseWriteFailure();
 }
 
 void CCtrl::UpdateTblStat() {
