@@ -70,8 +70,10 @@ protected:
             return clipboard()->text() == text;
         });
     }
-    /// From the list to the question text and back.
-    void copyQuestion() { screen->press({u"Tab"_s, u"ctrl+a"_s, u"ctrl+c"_s, u"shift+Tab"_s}); }
+    /// From the list past the strip of facts to the question text, and back.
+    void copyQuestion() {
+        screen->press({u"Tab"_s, u"Tab"_s, u"ctrl+a"_s, u"ctrl+c"_s, u"shift+Tab"_s, u"shift+Tab"_s});
+    }
     /// In a list: the row whose text begins so, and its question text.
     bool findsByTyping(const QString& variable, const QString& question) {
         return copies(question, [&] {
@@ -133,9 +135,9 @@ void Walk::browse() {
     ASSERT_TRUE(take(u"4-filter"_s));
     screen->press({u"ctrl+k"_s, u"Escape"_s, u"Tab"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
-    // Past the text and the seven switches to where else the variable stands; from there to a window of another view, which has
-    // a language of its own.
-    screen->press(QStringList(9, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
+    // Past strip and text to where else the variable stands; from there to a window of another view, which has a language of its
+    // own.
+    screen->press(QStringList(3, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionGerman));
     ASSERT_TRUE(take(u"5-sprung"_s));
 }
