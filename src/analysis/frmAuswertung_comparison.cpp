@@ -88,7 +88,7 @@ void frmAuswertung::showComparison(const AnalysisView& view) {
         saved << one.name;
     showTexts(*w_->lst_TrendVars, entries);
     showTexts(*w_->lst_SavedTrends, saved);
-    if (selectedIn(*w_->lst_TrendVars) != comparison_.selected()) {
+    if (!std::ranges::equal(selectedIn(*w_->lst_TrendVars), comparison_.selected())) {
         const QSignalBlocker quiet(w_->lst_TrendVars);
         w_->lst_TrendVars->clearSelection();
         for (const int row : comparison_.selected())

