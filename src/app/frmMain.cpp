@@ -326,11 +326,6 @@ Form* frmMain::activeForm() const {
     return nullptr;
 }
 
-void frmMain::showMessage(const QString& text) {
-    statusBar()->showMessage(text);
-    applyState();
-}
-
 void frmMain::optionsApplied() {
     applyState();
 }

@@ -47,7 +47,6 @@ public:
     void activate(Form& child) override;
     Form* activeForm() const override;
     void panelsChanged() override { applyState(); }
-    void showMessage(const QString& text) override;
 
     void optionsApplied() override;
     void refreshTitles() override { applyState(); }

@@ -14,8 +14,6 @@ public:
     virtual Form* activeForm() const { return nullptr; }
     /// The panels of an explorer were opened or closed: buttons and check marks follow.
     virtual void panelsChanged() {}
-    /// A word about what is going on, in the status bar; empty takes it away.
-    virtual void showMessage(const QString&) {}
 };
 
 /// The desktop of the process; never null.

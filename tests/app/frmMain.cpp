@@ -1,8 +1,6 @@
 #include "app/frmMain.h"
 
 #include "app/frmAbout.h"
-#include "app/frmProcess.h"
-#include "app/frmSplash.h"
 #include "app/frmStatus.h"
 #include "app/globals.h"
 #include "app/start.h"
@@ -489,64 +487,6 @@ TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
     main->mnuHelpContents_Click();
     EXPECT_EQ(asker.lastText(), u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden. ("_s +
                                     Paths::join(Paths::applicationFolder(), u"Varidex.chm"_s) + u')');
-}
-
-TEST_F(MainWindow, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
-    frmSplash splash;
-    splash.show();
-    settle();
-    for (const int key : {Qt::Key_Escape, Qt::Key_Return, Qt::Key_F4})
-        QTest::keyClick(&splash, static_cast<Qt::Key>(key));
-    EXPECT_TRUE(splash.isVisible());
-    EXPECT_EQ(gLanguage, 0);
-    auto* again = splash.findChild<QCheckBox*>(u"chkSys"_s);
-    EXPECT_TRUE(again->isChecked());
-    again->setChecked(false);
-    auto* english = splash.findChild<QPushButton*>(u"cmdLanguage(1)"_s);
-    EXPECT_EQ(english->toolTip(), u"Sprachauswahl: Englisch"_s);
-    english->setFocus();
-    QTest::keyClick(english, Qt::Key_Space);
-    EXPECT_FALSE(splash.isVisible());
-    EXPECT_EQ(gLanguage, 1);
-    EXPECT_EQ(mdLanguage::GetFormStatus(), 0);
-    const auto waiting = [] {
-        return std::ranges::any_of(Form::open(), [](const Form* form) { return form->windowName() == u"frmStatus"_s; });
-    };
-    EXPECT_TRUE(waiting());
-    static int shown = 0;
-    shown = 0;
-    mdLanguage::showStartWindow = [] { ++shown; };
-    Main::StartServices();
-    EXPECT_EQ(shown, 0) << "the next start asks no more";
-    EXPECT_EQ(gLanguage, 1);
-    frmStatus::unload();
-    EXPECT_FALSE(waiting());
-}
-
-TEST_F(MainWindow, TheProgressWindowStopsOnlyByItsButtonAndTheAboutBoxNamesVersions) {
-    int stops = 0;
-    frmProcess progress([&] { ++stops; });
-    progress.show();
-    QTest::keyClick(&progress, Qt::Key_Escape);
-    QTest::keyClick(&progress, Qt::Key_Return);
-    EXPECT_EQ(stops, 0);
-    EXPECT_TRUE(progress.isVisible());
-    auto* stop = progress.findChild<QPushButton*>(u"cmdStop"_s);
-    QTest::keyClick(stop, Qt::Key_Space);
-    EXPECT_EQ(stops, 1);
-    frmProcess endless;
-    endless.show();
-    EXPECT_FALSE(endless.close()) << "what cannot be stopped cannot be closed";
-    EXPECT_FALSE(endless.findChild<QPushButton*>(u"cmdStop"_s)->isVisible());
-
-    frmAbout about;
-    about.show();
-    QTest::mouseClick(about.findChild<QPushButton*>(u"cmdSysInfo"_s), Qt::LeftButton);
-    QTest::mouseClick(about.findChild<QPushButton*>(u"cmdCopy"_s), Qt::LeftButton);
-    EXPECT_TRUE(asker.clipboardText.contains(u"Qt "_s + QString::fromLatin1(qVersion())));
-    EXPECT_TRUE(asker.clipboardText.startsWith(u"Varidex 3.6.0\nQt"_s));
-    QTest::keyClick(&about, Qt::Key_Escape);
-    EXPECT_FALSE(about.isVisible());
 }
 
 TEST_F(MainWindow, AnExplorerHasTheKeyboardInItsTreeAndTabFollowsTheEye) {
