@@ -5,6 +5,7 @@
 #include "catalogue/SurveyInput.h"
 #include "catalogue/dtaCharacteristics.h"
 #include "catalogue/importTexts.h"
+#include "catalogue/portableNumbers.h"
 #include "catalogue/savExtensions.h"
 
 #include <QFile>
@@ -381,6 +382,8 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding)
                 u"%1: Eine .por-Datei hat einen festen Zeichensatz, --encoding gilt für sie nicht; nehmen Sie .sav"_s,
                 u"%1: A .por file has one fixed set of characters, --encoding does not apply to it; use .sav"_s)
                 .arg(path));
+    if (kind_ == Kind::Por)
+        spelledOut_ = withNumbersSpelledOut(path);
     if (kind_ == Kind::Sav && encoding_.isEmpty())
         encoding_ = ownEncoding(path);
     if (!encoding_.isEmpty()) {
@@ -429,7 +432,7 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
                 auto& p = *static_cast<Pass*>(context);
                 return p.guarded([&] { p.value(row, variable, value); });
             });
-    SurveyInput input(path_);
+    SurveyInput input(spelledOut_ ? spelledOut_->fileName() : path_);
     input.serve(parser.get());
     if (!encoding_.isEmpty())
         readstat_set_file_character_encoding(parser.get(), encoding_.constData());

@@ -2,7 +2,9 @@
 
 #include "catalogue/SurveyFile.h"
 
+#include <QTemporaryFile>
 #include <functional>
+#include <memory>
 
 /// Reads .sav, .zsav, .por and .dta files, one row at a time, with bounds on everything that a file may
 /// claim.
@@ -29,6 +31,7 @@ private:
     QString path_;
     QByteArray encoding_;
     Kind kind_ = Kind::Sav;
+    std::unique_ptr<QTemporaryFile> spelledOut_; ///< what is read in place of a .por file
     qint64 lostInHead_ = 0, lostTexts_ = 0;
 
     struct HeadPass;

@@ -27,6 +27,9 @@ bool survives(double bound) {
 QString missingDefinition(const std::vector<MissingRange>& missing) {
     QStringList ranges, values;
     for (const MissingRange& range : missing) {
+        // A value beyond every number: some writers put one in place of the range's real beginning.
+        if (range.single() && std::isinf(range.low))
+            return {};
         if (range.single())
             values << boundText(range.low);
         else

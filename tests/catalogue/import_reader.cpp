@@ -42,6 +42,37 @@ QString errorOf(const QString& path, const QString& encoding = {}, int* count = 
 
 } // namespace
 
+// The zero before a point, the digits after it, the one length of an empty text and the order of missing
+// values differ by writer; a table may give one character two meanings.
+TEST(SurveyReader, ReadsPortableFilesHoweverTheirNumbersAreWritten) {
+    TestHome home;
+    QByteArray table = QByteArray(64, '0') + "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz "
+                                             ".<(+|&[]!$*);^-/|,%_>?`:$@'=\"000000~-0000123456789000-()0{}\\";
+    table = table.leftJustified(256, '0');
+    const QByteArray content = QByteArray(200, ' ') + table + "SPSSPORTA8/202601016/00000011/_42/5B/" +
+                               "70/2/V15/2/0/5/2/0/" + "83/BF/A0/" + "75/1/TA/5/0/A/5/0/" + "C3//.F" +
+                               "F.F/3//.F-.F/0/ 5./1/a*.1/bZ";
+    const QString path = home.path(u"written.por"_s);
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    for (qsizetype at = 0; at < content.size(); at += 80)
+        file.write(content.mid(at, 80).leftJustified(80, at + 80 > content.size() ? 'Z' : ' ') + "\r\n");
+    file.close();
+
+    SurveyReader reader(path, {});
+    const SurveyFile head = reader.readHead();
+    ASSERT_EQ(head.variables.size(), 2u);
+    ASSERT_EQ(head.variables[0].missing.size(), 2u);
+    EXPECT_EQ(head.variables[0].missing[0].low, 15.0);
+    EXPECT_EQ(head.variables[0].missing[0].high, 10.0 * 30);
+    EXPECT_EQ(head.variables[0].missing[1].low, 3.0);
+    EXPECT_EQ(head.variables[1].label, u"/.F"_s);
+    Rows rows;
+    reader.readRows(head, rows, {});
+    EXPECT_EQ(rows.rows.mid(0, 4),
+              (QStringList{u"0=0.5|1='/.F'|"_s, u"0=-0.5|1=''|"_s, u"0=5|1='a'|"_s, u"1='b'|"_s}));
+}
+
 TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
     TestHome home;
     for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s, u"dta"_s}) {
@@ -150,8 +181,9 @@ TEST(SurveyReader, TakesTheEncodingThatASystemFileNames) {
     }
 }
 
-// Format 114 has them behind head (109 bytes), types, names, sort order, formats, names of labels and labels of
-// its variables (1 + 33 + 2 + 49 + 33 + 81 bytes each) and the end of the sort order (2); format 118 between tags.
+// Format 114 has them behind head (109 bytes), types, names, sort order, formats, names of labels and labels
+// of its variables (1 + 33 + 2 + 49 + 33 + 81 bytes each) and the end of the sort order (2); format 118
+// between tags.
 TEST(SurveyReader, TellsWhatStatasCharacteristicsHold) {
     TestHome home;
     for (const bool tagged : {true, false}) {
@@ -184,7 +216,8 @@ TEST(SurveyReader, TellsWhatStatasCharacteristicsHold) {
         file.seek(0);
         file.write(content);
         file.close();
-        const QStringList found = tagged ? dtaCharacteristics(path) : SurveyReader(path, {}).readHead().extras;
+        const QStringList found =
+            tagged ? dtaCharacteristics(path) : SurveyReader(path, {}).readHead().extras;
         ASSERT_EQ(found.size(), 3) << found.join(u'\n').toStdString();
         EXPECT_TRUE(found[0].startsWith(u"2 "_s));
         EXPECT_TRUE(found[1].contains(u"de en"_s));

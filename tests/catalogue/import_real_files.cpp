@@ -39,8 +39,14 @@ const std::vector<RealFile>& realFiles() {
          {{u"childs|8"_s, u"eight or more"_s}},
          {{u"wtx"_s, u"Gewicht (künstlich, nicht ganzzahlig; auch 0, negativ, sysmis)"_s}}},
         {u"gss1996_weighted_missing.zsav", 2903, 21, u"wtx", gssMissing, {}, {}},
-        {u"gss1996_weighted_missing.por", -1, 0, u"", {}, {}, {}}, // its writer's numbers are none that the
-                                                                   // reader knows
+        // Its writer put the highest number in place of 85 and 90.
+        {u"gss1996_weighted_missing.por",
+         2903,
+         21,
+         u"WTX",
+         {{u"MARITAL"_s, u"3"_s}, {u"AGE"_s, u""_s}, {u"SEI"_s, u""_s}, {u"PASEI"_s, u"lowest thru 20;40"_s}},
+         {{u"CHILDS|8"_s, u"eight or more"_s}},
+         {}},
         {u"gss_studentware.sav", 1473, 22, u"", {}, {}, {}},
         {u"hoffman_gss.dta", 2903, 20, u"", {}, {{u"marital|1"_s, u"married"_s}}, {}},
         {u"hoffman_religion.sav", 626, 10, u"", {}, {}, {}},
