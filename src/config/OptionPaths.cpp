@@ -54,7 +54,7 @@ std::optional<ui::FileChoice> dialogOf(const QString& field) {
 /// Asks for a file, beginning where the field points, and gives the field what it keeps of it.
 bool takeFile(OptionsModel& model, const QString& field, ui::FileChoice choice) {
     const bool isDatabase = field == databaseField;
-    choice.folder = model.value(isDatabase ? databaseFolderField : field);
+    choice.folder = Paths::native(model.value(isDatabase ? databaseFolderField : field));
     const std::optional<QString> file = ui::asker().chooseFile(choice);
     if (!file)
         return false;
@@ -76,7 +76,8 @@ bool OptionPaths::browse(OptionsModel& model, const QString& field) {
     for (const FolderButton& button : folderButtons) {
         if (button.field != field)
             continue;
-        const std::optional<QString> folder = ui::asker().chooseFolder(button.title.text());
+        const std::optional<QString> folder =
+            ui::asker().chooseFolder(button.title.text(), Paths::native(model.value(field)));
         if (folder)
             model.setValue(field, Paths::native(*folder));
         return folder.has_value();

@@ -121,11 +121,6 @@ void VariableList::makeColumns(bool english) {
     add(english ? u"VL"_s : u"EL"_s, labelColumn);
 }
 
-void VariableList::rewriteHeadings() {
-    for (ListColumn& column : columns)
-        column.Heading = column.Key == u"SY" ? u"Jahr"_s : heading(column.Key);
-}
-
 int VariableList::columnOf(const QString& key) const {
     const auto found = std::ranges::find(columns, key, &ListColumn::Key);
     return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());

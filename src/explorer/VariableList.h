@@ -43,9 +43,6 @@ public:
 
     /// Makes the columns anew; the first label column is that of the contents' language.
     void makeColumns(bool english);
-    /// Rewrites the headings when the language of the user interface has changed; the year stays "Jahr" in
-    /// both.
-    void rewriteHeadings();
     /// Place of a column, -1 if there is none.
     int columnOf(const QString& key) const;
 

@@ -168,15 +168,15 @@ std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
     return window.selectedFiles().constFirst();
 }
 
-std::optional<QString> QtAsker::chooseFolder(const QString& title) {
+std::optional<QString> QtAsker::chooseFolder(const QString& title, const QString& folder) {
     const PlainPointer plain;
     StandardTexts::followLanguage();
-    const QString folder =
-        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, QString(),
+    const QString chosen =
+        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, folder,
                                           QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
-    if (folder.isEmpty())
+    if (chosen.isEmpty())
         return std::nullopt;
-    return folder;
+    return chosen;
 }
 
 void QtAsker::setClipboard(const QString& text, const QString& html) {

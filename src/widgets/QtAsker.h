@@ -10,7 +10,7 @@ public:
     ui::Answer messageBox(const ui::Box& box) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
-    std::optional<QString> chooseFolder(const QString& title) override;
+    std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     void setClipboard(const QString& text, const QString& html) override;
     void setPointer(ui::Pointer pointer) override;
     ui::Pointer pointer() const override { return pointer_; }

@@ -167,6 +167,7 @@ TEST_F(OptionsDialog, AFieldIsFilledByItsButtonByF4AndByADoubleClick) {
     EXPECT_EQ(field->text(), u"/srv/sav"_s);
     asker.file(u"/srv/sav2"_s);
     QTest::keyClick(field, Qt::Key_F4);
+    EXPECT_EQ(asker.lastChoice.folder, u"/srv/sav"_s) << "the choice begins where the field points";
     EXPECT_EQ(field->text(), u"/srv/sav2"_s);
     asker.file(u"/srv/sav3/studie.sav"_s);
     QTest::mouseDClick(field, Qt::LeftButton);

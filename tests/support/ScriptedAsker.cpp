@@ -61,10 +61,12 @@ std::optional<QString> ScriptedAsker::inputBox(const QString& prompt, const QStr
 }
 
 std::optional<QString> ScriptedAsker::chooseFile(const ui::FileChoice& choice) {
+    lastChoice = choice;
     return next(files_, choice.title);
 }
 
-std::optional<QString> ScriptedAsker::chooseFolder(const QString& title) {
+std::optional<QString> ScriptedAsker::chooseFolder(const QString& title, const QString& folder) {
+    lastChoice = {.title = title, .filter = {}, .extension = {}, .folder = folder, .name = {}};
     return next(files_, title);
 }
 

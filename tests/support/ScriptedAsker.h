@@ -20,6 +20,7 @@ public:
     std::vector<ui::Box> boxes;  ///< every box shown, in order
     std::function<void()> onEventTurn;
     QString clipboardText, clipboardHtml;
+    ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
 
     QStringList texts() const;
     /// Text of the last box, empty if none was shown.
@@ -28,7 +29,7 @@ public:
     ui::Answer messageBox(const ui::Box& box) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
-    std::optional<QString> chooseFolder(const QString& title) override;
+    std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     void setClipboard(const QString& text, const QString& html) override;
     void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
     ui::Pointer pointer() const override { return pointer_; }

@@ -1,3 +1,5 @@
+#include "widgets/ProgramStyle.h"
+
 #include <QApplication>
 #include <QFile>
 #include <QTemporaryDir>
@@ -23,5 +25,6 @@ int main(int count, char** arguments) {
         qputenv("QT_QPA_PLATFORM", screenOf(folder));
     testing::InitGoogleTest(&count, arguments);
     QApplication application(count, arguments);
+    QApplication::setStyle(new ProgramStyle(QStringLiteral("Fusion")));
     return RUN_ALL_TESTS();
 }

@@ -40,7 +40,8 @@ public:
     virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                             const QString& proposal) = 0;
     virtual std::optional<QString> chooseFile(const FileChoice& choice) = 0;
-    virtual std::optional<QString> chooseFolder(const QString& title) = 0;
+    /// @param folder where the choice begins; empty: wherever the user was last
+    virtual std::optional<QString> chooseFolder(const QString& title, const QString& folder) = 0;
     virtual void setClipboard(const QString& text, const QString& html) = 0;
     virtual void setPointer(Pointer pointer) = 0;
     virtual Pointer pointer() const = 0;

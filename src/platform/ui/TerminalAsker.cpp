@@ -110,7 +110,7 @@ std::optional<QString> TerminalAsker::chooseFile(const FileChoice& choice) {
     return line && line->isEmpty() ? std::nullopt : line;
 }
 
-std::optional<QString> TerminalAsker::chooseFolder(const QString& title) {
+std::optional<QString> TerminalAsker::chooseFolder(const QString& title, const QString&) {
     const std::optional<QString> line = ask(title + u':');
     return line && line->isEmpty() ? std::nullopt : line;
 }

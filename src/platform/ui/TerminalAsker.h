@@ -27,7 +27,7 @@ public:
     std::optional<QString> inputBox(const QString& prompt, const QString& title,
                                     const QString& proposal) override;
     std::optional<QString> chooseFile(const FileChoice& choice) override;
-    std::optional<QString> chooseFolder(const QString& title) override;
+    std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     void setClipboard(const QString&, const QString&) override {}
     void setPointer(Pointer pointer) override { pointer_ = pointer; }
     Pointer pointer() const override { return pointer_; }

@@ -38,7 +38,7 @@ TEST(TerminalAsker, WithoutATerminalAQuestionIsAnsweredWithTheButtonThatChangesN
     }
     Terminal terminal(u"x\n"_s, false);
     EXPECT_EQ(terminal.asker.inputBox(u"Name"_s, u"Neu"_s, u"a"_s), std::nullopt);
-    EXPECT_EQ(terminal.asker.chooseFolder(u"Ordner"_s), std::nullopt);
+    EXPECT_EQ(terminal.asker.chooseFolder(u"Ordner"_s, {}), std::nullopt);
 }
 
 TEST(TerminalAsker, OnATerminalTheTypedWordDecidesAndAnUnknownOneIsAskedAgain) {
