@@ -16,6 +16,7 @@
 #include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
+#include "widgets/radioGroup.h"
 
 #include <QCloseEvent>
 #include <QPlainTextEdit>
@@ -223,6 +224,10 @@ void frmAuswertung::connectChoices() {
                     model_.chooseWeight(static_cast<WeightKind>(i));
             });
         });
+    stopAtChosen(std::array{w_->Option1, w_->Option2, w_->Option4, w_->Option5});
+    stopAtChosen(w_->Option3);
+    stopAtChosen(w_->optFilter);
+    w_->lblWeightUser->installEventFilter(this);
     const auto check = [this](QCheckBox* box, auto&& take) {
         connect(box, &QCheckBox::clicked, this, [=, this](bool on) { act([&] { take(on); }); });
     };
@@ -230,6 +235,17 @@ void frmAuswertung::connectChoices() {
     check(w_->chkFlipXtab, [this](bool on) { model_.request.chkFlipXtab = on; });
     check(w_->chkVaridexCreation, [this](bool on) { model_.bCreationMode = on; });
     connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
+}
+
+/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker.
+bool frmAuswertung::eventFilter(QObject* watched, QEvent* event) {
+    const bool clicked = event->type() == QEvent::MouseButtonRelease;
+    if (watched != w_->lblWeightUser || (!clicked && event->type() != QEvent::Shortcut))
+        return QWidget::eventFilter(watched, event);
+    w_->Option3[static_cast<size_t>(WeightKind::WeightUser)]->click();
+    if (!clicked)
+        w_->dbcVarGewicht_1Uni->setFocus(Qt::ShortcutFocusReason);
+    return true;
 }
 
 void frmAuswertung::connectFilter() {
@@ -313,22 +329,6 @@ void frmAuswertung::copy() {
     });
 }
 
-/// A name for the table that is shown, without what a file system refuses.
-QString frmAuswertung::fileName() const {
-    const AnalysisRequest& r = model_.tableFacts()->request;
-    QStringList words{r.dbcStudy.value, r.dbcVariable.value};
-    if (r.mode == AnalysisMode::Comparison)
-        words = {r.txtTitle.isEmpty() ? TranslateText(u"Vergleich"_s) : r.txtTitle};
-    else if (r.mode == AnalysisMode::Crosstab || (r.mode == AnalysisMode::Descriptives && r.chkDescGroup))
-        words << r.dbcVariable2.value;
-    words.removeAll(QString());
-    QString name = words.join(u'-');
-    for (QChar& c : name)
-        if (QStringLiteral("\\/:*?\"<>|").contains(c) || c < u' ')
-            c = u'_';
-    return name.left(100);
-}
-
 void frmAuswertung::saveTableAs() {
     if (gBusy > 0 || !model_.tableFacts())
         return;
@@ -338,7 +338,7 @@ void frmAuswertung::saveTableAs() {
              .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
              .extension = u"csv"_s,
              .folder = QString(),
-             .name = fileName() + u".csv"_s,
+             .name = tableFileName(model_.tableFacts()->request) + u".csv"_s,
              .save = true});
         if (!path)
             return;

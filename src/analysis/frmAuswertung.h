@@ -32,6 +32,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Widgets;
@@ -67,7 +68,6 @@ private:
     void selectEntries();
     void cmdDescriptives_Click();
     void preselect(const frmExplorer& explorer);
-    QString fileName() const;
     void showModel();
     void showRunning();
     void showRequest(const AnalysisView& view);

@@ -184,7 +184,8 @@ QWidget* frmAuswertung::buildWeight() {
     grid->addWidget(w_->Option3[2], 2, 0, 1, 2);
     grid->addWidget(w_->dt_WeightHH, 2, 2);
     grid->addWidget(w_->Option3[3], 3, 0);
-    grid->addWidget(caption(u"lblWeightUser"_s, u"Ge&wichtungsvariable:"_s, w_->dbcVarGewicht_1Uni, frame), 3, 1, 1, 2);
+    w_->lblWeightUser = caption(u"lblWeightUser"_s, u"Ge&wichtungsvariable:"_s, w_->Option3[3], frame);
+    grid->addWidget(w_->lblWeightUser, 3, 1, 1, 2);
     grid->addWidget(w_->dbcVarGewicht_1Uni, 4, 1, 1, 2);
     grid->addWidget(w_->dbcVarGewicht_1, 5, 1);
     grid->addWidget(w_->dbcVarGewicht, 5, 2);

@@ -32,7 +32,7 @@ struct frmAuswertung::Widgets {
     QLabel *lblVariable, *lblVariable2;
 
     std::array<QRadioButton*, 4> Option3;
-    QLabel *dt_WeightRE, *dt_WeightHH;
+    QLabel *dt_WeightRE, *dt_WeightHH, *lblWeightUser;
     ChoicePicker *dbcVarGewicht, *dbcVarGewicht_1, *dbcVarGewicht_1Uni;
 
     std::array<QRadioButton*, 3> optFilter;

@@ -5,6 +5,7 @@
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
+#include "widgets/radioGroup.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
@@ -75,6 +76,7 @@ void frmNewCalculation::build() {
     column->addWidget(fraSettings_ = buildSettings());
     column->addStretch();
     column->addLayout(buttons);
+    stopAtChosen(Option1_);
     connect(Option1_[1], &QRadioButton::toggled, fraSettings_, &QWidget::setEnabled);
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
     connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
@@ -86,6 +88,7 @@ QGroupBox* frmNewCalculation::buildSettings() {
     auto* grid = new QGridLayout(frame);
     Option2_ = {choiceButton(u"Option2"_s, 0, u"&einzelne Missing-Werte (1, 2 oder 3)"_s, frame),
                 choiceButton(u"Option2"_s, 1, u"Missing-&Bereich von ... bis ... und optional ein einzelner Wert"_s, frame)};
+    stopAtChosen(Option2_);
     grid->addWidget(Option2_[0], 0, 0, 1, 2);
     grid->addWidget(Option2_[1], 1, 0, 1, 2);
     EinzelWert_ = numberLine(*grid, 2, u"EinzelWert"_s, u"&1. Wert, einzelner Wert:"_s, frame);

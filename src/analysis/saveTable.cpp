@@ -1,5 +1,7 @@
 #include "analysis/saveTable.h"
 
+#include "app/globals.h"
+#include "platform/system/Paths.h"
 #include "tables/tableText.h"
 
 #include <QSaveFile>
@@ -16,4 +18,17 @@ QString saveTable(const QString& path, const QString& title, const ResultTable& 
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         return file.errorString();
     return {};
+}
+
+QString tableFileName(const AnalysisRequest& request) {
+    QStringList words;
+    if (request.mode == AnalysisMode::Comparison)
+        words << request.txtTitle;
+    else
+        words << request.dbcStudy.value << request.dbcVariable.value;
+    if (request.mode == AnalysisMode::Crosstab || (request.mode == AnalysisMode::Descriptives && request.chkDescGroup))
+        words << request.dbcVariable2.value;
+    words.removeAll(QString());
+    const QString name = Paths::asFileName(words.join(u'-'));
+    return name.isEmpty() ? TranslateText(u"Vergleich"_s) : name;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/AnalysisRequest.h"
 #include "tables/ResultTable.h"
 
 #include <QString>
@@ -10,3 +11,5 @@
 /// @param notes lines below the table, in the page only
 /// @return the reason of a failure, in the system's words; empty on success
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes);
+/// A name for the file of a table, by the request that the table was made from; without an extension.
+QString tableFileName(const AnalysisRequest& request);

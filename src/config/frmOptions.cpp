@@ -8,6 +8,7 @@
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
 #include "widgets/notBuilt.h"
+#include "widgets/radioGroup.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -140,6 +141,8 @@ void frmOptions::connectControls() {
             if (on)
                 take(button->objectName().section(u'(', 0, 0), memberIndex(button->objectName()));
         });
+    // The only ones of the dialog.
+    stopAtChosen(findChildren<QRadioButton*>());
     for (auto* list : findChildren<QComboBox*>())
         connect(list, &QComboBox::currentTextChanged, this,
                 [=, this](const QString& text) { take(list->objectName(), text); });

@@ -169,7 +169,14 @@ TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThat
     EXPECT_EQ(saved(u"not/there/t.csv"_s), u"no file");
     EXPECT_TRUE(asker.lastText().startsWith(u"Die Tabelle konnte nicht gespeichert werden:"_s));
 
+    // The name that is offered is that of the table, whatever is asked for meanwhile.
     goTo(0);
+    type(u"dbcVariableUni"_s, u"LZUFR"_s);
+    asker.file(home.path(u"t2.csv"_s));
+    window->saveTableAs();
+    EXPECT_EQ(asker.lastChoice.name, u"SV2014-GESCHL.csv");
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+
     auto* line = the<ChoicePicker>(u"dbcVariableUni"_s)->lineEdit();
     line->setFocus();
     line->setSelection(0, 3);

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QStandardPaths>
 #include <filesystem>
 
@@ -109,6 +110,25 @@ QString Paths::folderOf(const QString& path) {
 
 QString Paths::fileOf(const QString& path) {
     return path.mid(lastSeparator(path) + 1);
+}
+
+QString Paths::asFileName(const QString& text) {
+    constexpr qsizetype mostBytes = 150;
+    static const QString refused = u"\\/:*?\"<>|"_s;
+    QString name;
+    for (const QChar c : text)
+        name += refused.contains(c) || !(c.isPrint() || c.isSurrogate()) ? u'_' : c;
+    while (name.toUtf8().size() > mostBytes)
+        name.chop(name.size() > 1 && name.back().isLowSurrogate() ? 2 : 1);
+    const auto isLoose = [](QChar c) { return c == u'.' || c.isSpace(); };
+    while (!name.isEmpty() && isLoose(name.back()))
+        name.chop(1);
+    while (!name.isEmpty() && isLoose(name.front()))
+        name.remove(0, 1);
+    // Windows takes these for devices, whatever follows them behind a point.
+    static const QRegularExpression device(u"^(CON|PRN|AUX|NUL|COM[0-9]|LPT[0-9])(?=\\.|$)"_s,
+                                           QRegularExpression::CaseInsensitiveOption);
+    return name.replace(device, u"\\1_"_s);
 }
 
 bool Paths::exists(const QString& path) {

@@ -15,6 +15,9 @@ QString native(const QString& path);
 QString folderOf(const QString& path);
 /// What stands behind the last separator.
 QString fileOf(const QString& path);
+/// A text as the name of a file, without its extension: what some file system refuses becomes "_", points and blanks at
+/// its ends go, and it is no longer than 150 bytes. "" if nothing is left.
+QString asFileName(const QString& text);
 
 /// The directory test: true when the path is not empty, a file or folder of that name is there (the name
 /// compared as the file system does, then without regard to case), and no error came up.

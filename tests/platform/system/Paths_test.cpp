@@ -46,6 +46,23 @@ TEST(Paths, BothSeparatorsAreReadAndTheNativeOneIsWritten) {
     EXPECT_EQ(Paths::fileOf(u"c.mdb"_s), u"c.mdb"_s);
 }
 
+TEST(Paths, ATextBecomesAFileNameThatAnySystemTakes) {
+    const std::pair<QString, QString> cases[] = {
+        {u"SV2018-LZUFR"_s, u"SV2018-LZUFR"_s},
+        {u"a/b\\c:d*e?f\"g<h>i|j\tk"_s, u"a_b_c_d_e_f_g_h_i_j_k"_s},
+        {u" .Jahr 2018. ."_s, u"Jahr 2018"_s},
+        {u"..."_s, QString()},
+        {u"con"_s, u"con_"_s},
+        {u"LPT1.Druck"_s, u"LPT1_.Druck"_s},
+        {u"Constanze"_s, u"Constanze"_s},
+        {u"رضا 😀"_s, u"رضا 😀"_s},
+        {QString(200, u'ä'), QString(75, u'ä')},
+        {u"x"_s + u"😀"_s.repeated(50), u"x"_s + u"😀"_s.repeated(37)},
+    };
+    for (const auto& [text, name] : cases)
+        EXPECT_EQ(Paths::asFileName(text), name) << text.toStdString();
+}
+
 TEST(Paths, AFileIsFoundWithoutRegardToTheCaseOfAnyPartOfItsPath) {
     const TestHome home;
     QDir().mkpath(home.path(u"Daten/Wellen"_s));
