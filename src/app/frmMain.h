@@ -71,6 +71,8 @@ private:
     bool pressedV_ = false, pressedVV_ = false; ///< the panel buttons while no explorer is in front
     bool stopped_ = false;
     QString helpFile_;
+    /// The pages in the language of the program, if they are there, else the file that was assigned.
+    QString helpFile() const;
 
     void buildMenus();
     void buildStatusBar();

@@ -16,11 +16,9 @@
 #include "widgets/ChildArea.h"
 #include "widgets/StandardTexts.h"
 
-#include <QDesktopServices>
 #include <QMenu>
 #include <QStatusBar>
 #include <QToolBar>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -203,8 +201,14 @@ void frmMain::ChangeFont() {
         explorer->ChangeFont();
 }
 
+QString frmMain::helpFile() const {
+    const QString pages = Paths::join(Paths::applicationFolder(), gLanguage == 0 ? u"Varidex-de.html"_s : u"Varidex-en.html"_s);
+    return Paths::exists(pages) ? pages : helpFile_;
+}
+
 void frmMain::mnuHelpContents_Click() {
-    if (helpFile_.isEmpty()) {
+    const QString file = helpFile();
+    if (file.isEmpty()) {
         ui::asker().messageBox(
             {TranslateText(
                  u"Hilfeinhalt konnte nicht angezeigt werden. Dieser Anwendung ist keine Hilfedatei zugeordnet."_s),
@@ -213,9 +217,9 @@ void frmMain::mnuHelpContents_Click() {
              ui::Buttons::Ok});
         return;
     }
-    if (!Paths::exists(helpFile_) || !QDesktopServices::openUrl(QUrl::fromLocalFile(Paths::onDisk(helpFile_))))
+    if (!Paths::exists(file) || !ui::asker().openFile(Paths::onDisk(file)))
         ui::asker().messageBox(
-            {TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) + u" ("_s + helpFile_ + u')'});
+            {TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) + u" ("_s + file + u')'});
 }
 
 void frmMain::listWindows() {

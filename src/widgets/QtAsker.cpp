@@ -7,10 +7,12 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QUrl>
 #include <QPushButton>
 #include <vector>
 
@@ -177,6 +179,10 @@ std::optional<QString> QtAsker::chooseFolder(const QString& title, const QString
     if (chosen.isEmpty())
         return std::nullopt;
     return chosen;
+}
+
+bool QtAsker::openFile(const QString& path) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
 void QtAsker::setClipboard(const QString& text, const QString& html) {

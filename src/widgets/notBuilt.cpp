@@ -18,8 +18,7 @@ const QMap<QString, QStringList> controlsNotBuilt = {
       u"mnuSuchen"_s, u"mnuWeitersuchen"_s, u"mnuErweiterteSuche"_s, u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s,
       u"mnuBeschreibungBearbeiten"_s, u"mnuEditShowPosition"_s, u"mnuViewGraphicOptions"_s, u"mnuDBBeschreibung"_s,
       u"mnuViewDescriptions"_s, u"DBD"_s, u"DESC1"_s, u"DESC2"_s, u"DESC3"_s, u"DESC4"_s, u"DESC5"_s, u"DESC6"_s, u"DESC7"_s,
-      u"DESC8"_s, u"DESC9"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s,
-      u"mnuHelpContents"_s, u"H"_s}},
+      u"DESC8"_s, u"DESC9"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s}},
     {u"frmAuswertung"_s,
      {u"cmdPreview"_s, u"cmdPrint"_s, u"chkPreserveLayout"_s, u"cbValuesInstruct"_s}},
 };

@@ -483,10 +483,6 @@ TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
     gOptions.DataPath.clear();
     press(u"A"_s);
     EXPECT_EQ(asker.lastText(), u"Geben Sie in den Optionen den Pfad der Daten an."_s);
-    EXPECT_FALSE(enabled(u"H"_s)) << "there are no help pages yet";
-    main->mnuHelpContents_Click();
-    EXPECT_EQ(asker.lastText(), u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden. ("_s +
-                                    Paths::join(Paths::applicationFolder(), u"Varidex.chm"_s) + u')');
 }
 
 TEST_F(MainWindow, AnExplorerHasTheKeyboardInItsTreeAndTabFollowsTheEye) {

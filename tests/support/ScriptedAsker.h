@@ -21,6 +21,7 @@ public:
     std::function<void()> onEventTurn;
     QString clipboardText, clipboardHtml;
     ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
+    QStringList opened; ///< files handed to other applications
 
     QStringList texts() const;
     /// Text of the last box, empty if none was shown.
@@ -30,6 +31,10 @@ public:
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
+    bool openFile(const QString& path) override {
+        opened << path;
+        return true;
+    }
     void setClipboard(const QString& text, const QString& html) override;
     void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
     ui::Pointer pointer() const override { return pointer_; }

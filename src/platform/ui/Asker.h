@@ -46,6 +46,9 @@ public:
     virtual void setPointer(Pointer pointer) = 0;
     virtual Pointer pointer() const = 0;
     virtual void beep() {}
+    /// Hands a file to the application that the desktop has for it.
+    /// @return whether one took it
+    virtual bool openFile(const QString& /*path*/) { return false; }
     virtual QStringList printers() const { return {}; }
     /// Lets pending window events run once.
     virtual void eventTurn() {}
