@@ -296,7 +296,7 @@ std::unique_ptr<QTemporaryFile> withNumbersSpelledOut(const QString& path) {
     if (!from.open(QIODevice::ReadOnly) || !to->open())
         return nullptr;
     try {
-        if (PortableCopy(from, *to).run() && to->flush())
+        if (PortableCopy(from, *to).run() && to->flush() && to->error() == QFileDevice::NoError)
             return to;
     } catch (const NotUnderstood&) {
         // Told by the library, which reads the file as it is.
