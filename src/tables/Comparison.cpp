@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/TextOrder.h"
 #include "platform/system/NumberFormat.h"
 #include "tables/labels.h"
 #include "tables/missing.h"
@@ -41,7 +42,9 @@ private:
     const ComparisonInput& in_;
     std::optional<MissingDefinition> definition_;
     std::vector<Row> rows_;
-    QHash<QString, size_t> byValue_; ///< rows of values, by their place in the order of arrival
+    /// Rows of values, by their place in the order of arrival. Each entry has its own spelling of a text, and the engine
+    /// takes no notice of case: the keys are folded.
+    QHash<QString, size_t> byValue_;
     size_t nullRow_ = none;          ///< the row of system-missing; its value cell is empty as that of an empty text is
     std::vector<size_t> order_;      ///< rows as the table shows them
     std::vector<QString> sums_, valid_; ///< the two rows below the values
@@ -77,7 +80,7 @@ void ColumnBuilder::read() {
     for (int row = 1; row < table_.Rows() - 3; ++row) {
         rows_.push_back({take(row)});
         order_.push_back(rows_.size() - 1);
-        const QString& value = rows_.back().cells[ValueColumn];
+        const QString value = dao::foldedText(rows_.back().cells[ValueColumn]);
         if (!value.isEmpty() && !byValue_.contains(value))
             byValue_.insert(value, rows_.size() - 1);
     }
@@ -108,7 +111,7 @@ void ColumnBuilder::findEmptyRows() {
 
 void ColumnBuilder::add(const dao::Value& value, double count) {
     const QString text = value.toText();
-    size_t row = value.isNull() ? nullRow_ : byValue_.value(text, none);
+    size_t row = value.isNull() ? nullRow_ : byValue_.value(dao::foldedText(text), none);
     if (row == none) {
         if (rows_.size() + 3 >= scanLimit && !std::exchange(warned_, true))
             showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
@@ -144,7 +147,7 @@ size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
     if (value.isNull())
         nullRow_ = added;
     else
-        byValue_.insert(text, added);
+        byValue_.insert(dao::foldedText(text), added);
     place(added, value, text);
     return added;
 }

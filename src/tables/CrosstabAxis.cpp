@@ -1,6 +1,7 @@
 #include "tables/CrosstabAxis.h"
 
 #include "diagnostics/errors.h"
+#include "platform/dao/TextOrder.h"
 #include "tables/labels.h"
 
 using namespace Qt::StringLiterals;
@@ -21,8 +22,10 @@ QString withoutBlanks(const QString& text) {
     return from == 0 && to == text.size() ? text : text.mid(from, to - from);
 }
 
+/// Equal for values that the engine takes for one: with two variables it hands a value over in whichever spelling
+/// came first beside each value of the other.
 QString keyOf(const dao::Value& value) {
-    return value.isNull() ? nullKey : withoutBlanks(value.toText());
+    return value.isNull() ? nullKey : dao::foldedText(withoutBlanks(value.toText()));
 }
 
 bool isNumber(const dao::Value& value) {
@@ -46,7 +49,7 @@ void CrosstabAxis::keep(const Entry& entry) {
     if (null || (entry.value.isEmpty() && rules_.IncludeMissingXTab && !ids_.contains(nullKey)))
         ids_.insert(nullKey, id);
     if (!null)
-        ids_.insert(entry.value, id);
+        ids_.insert(dao::foldedText(entry.value), id);
 }
 
 bool CrosstabAxis::isMissing(const dao::Value& value) const {
@@ -76,7 +79,7 @@ bool CrosstabAxis::takeRecord() {
 }
 
 void CrosstabAxis::add(const dao::Value& value, const QString& key, const std::optional<QString>& label) {
-    Entry entry{value.isNull() ? QString() : key, rules_.noLabels ? QString() : label.value_or(QString()),
+    Entry entry{withoutBlanks(value.toText()), rules_.noLabels ? QString() : label.value_or(QString()),
                 isMissing(value) ? u"X"_s : QString()};
     if (value.isNull() && !label)
         entry.label = sysmis;

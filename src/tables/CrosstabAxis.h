@@ -8,7 +8,8 @@
 #include <optional>
 #include <vector>
 
-/// One axis of a crosstab: the values that occur, sorted, with their labels and marks.
+/// One axis of a crosstab: the values that occur, sorted, with their labels and marks. Texts that differ in case only
+/// are one value, as for the engine; it shows as it was spelled first.
 class CrosstabAxis {
 public:
     struct Rules {

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/TextOrder.h"
 #include "platform/system/NumberFormat.h"
 #include "tables/labels.h"
 #include "tables/missing.h"
@@ -37,7 +38,8 @@ private:
         QString mark;
         QString cumulated; ///< stays on a row that the user has marked since
     };
-    /// By value, in the order of the table: what is kept goes with its value wherever that arrives.
+    /// By folded value, in the order of the table: what is kept goes with its value wherever and however spelled that
+    /// arrives.
     QHash<QString, QList<Kept>> kept_;
     ColumnWidths widths_;
     std::vector<double> sortKeys_;
@@ -75,17 +77,17 @@ bool FrequencyBuilder::keepMarks() {
     // What stays must not be exchanged a second time.
     if (!in_.CommaInPercent)
         table_.exchangeSeparators(KumulProzent, 1);
+    const bool cumulated = table_.Cols() > KumulProzent;
     for (int row = 1; row <= rows; ++row)
-        kept_[table_.Cell(Wert, row)].append({table_.Cell(Missing, row), table_.Cols() > KumulProzent
-                                                                             ? table_.Cell(KumulProzent, row)
-                                                                             : QString()});
+        kept_[dao::foldedText(table_.Cell(Wert, row))].append(
+            {table_.Cell(Missing, row), cumulated ? table_.Cell(KumulProzent, row) : QString()});
     QHash<QString, int> arriving;
     int arrivingRows = 0;
     for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
         if (in_.counts.value(1).isNull())
             continue;
         ++arrivingRows;
-        ++arriving[in_.counts.value(0).toText()];
+        ++arriving[dao::foldedText(in_.counts.value(0).toText())];
     }
     if (arrivingRows != rows)
         return false;
@@ -187,7 +189,7 @@ bool FrequencyBuilder::fillRow(int row) {
     write(Auspraegung, row, label.value_or(value.isNull() ? u"SYSMIS"_s : QString()));
     table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
     if (bUserMissing_) {
-        const Kept kept = kept_[text].takeFirst();
+        const Kept kept = kept_[dao::foldedText(text)].takeFirst();
         write(Missing, row, kept.mark);
         // Without a base they get no new text, and the old one would be another run's.
         table_.setCell(Prozent, row, QString());
