@@ -153,9 +153,13 @@ double Cases::sum() const {
     return finite(products_.value());
 }
 
+/// Equal values are their mean themselves: a quotient that misses them by a rounding would leave deviations, of which
+/// skewness and kurtosis would make a shape.
 double Cases::mean() const {
     const double n = validN();
-    return n <= 0 ? 0 : quotient(sum(), n);
+    if (n <= 0)
+        return 0;
+    return minimum_ == maximum_ ? minimum() : quotient(sum(), n);
 }
 
 double Cases::minimum() const {

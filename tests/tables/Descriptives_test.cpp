@@ -202,6 +202,22 @@ TEST_F(Statistics, LoseNoDigitsInSums) {
     EXPECT_EQ(mdStats::Median(*stat(tenths), x, u"W2"_s, {}), 10.5);
 }
 
+TEST_F(Statistics, OfEqualValuesHaveNoSpreadAndNoShape) {
+    const QString x = u"VAR"_s;
+    // None of these is a binary fraction, so neither are most of their sums what their multiples should be.
+    const std::vector<std::pair<double, int>> constants{{0.1, 3}, {0.7, 3}, {3.3, 6}, {123.456, 10}, {9.9, 13}, {-0.1, 3}};
+    for (const auto& [value, count] : constants)
+        for (const QString& weight : {QString(), u"W2"_s}) {
+            SCOPED_TRACE(testing::Message() << count << " times " << value << (weight.isEmpty() ? "" : ", weighted"));
+            const dao::RecordsetPtr r = stat(StatRows(static_cast<size_t>(count), {value, 1.3}));
+            const double m = mdStats::Mean(*r, x, weight, {});
+            EXPECT_EQ(m, value);
+            EXPECT_EQ(mdStats::StdDev(m, *r, x, weight, {}), 0.0);
+            EXPECT_EQ(mdStats::Skewness(m, *r, x, weight, {}), 0.0);
+            EXPECT_EQ(mdStats::Kurtosis(m, *r, x, weight, {}), 0.0);
+        }
+}
+
 TEST_F(Statistics, RaiseWhatCannotBeComputed) {
     const QString x = u"VAR"_s, w = u"W2"_s;
     const auto deviation = [&](const StatRows& rows) {
