@@ -90,18 +90,19 @@ std::vector<dao::FieldDefinition> CaseWriter::fields(const CaseTable& table,
 }
 
 void CaseWriter::addTable(const CaseTable& table, std::unique_ptr<dao::Appender> appender) {
+    dao::RowBlock rows = appender->newBlock();
+    tables_.push_back(std::make_unique<Table>(Table{std::move(appender), std::move(rows)}));
     for (size_t i = 0; i < table.variables.size(); ++i) {
         Place& place = places_[static_cast<size_t>(table.variables[i])];
-        place.appender = appender.get();
+        place.rows = &tables_.back()->rows;
         place.column = static_cast<int>(i) + 1;
     }
-    appenders_.push_back(std::move(appender));
 }
 
 void CaseWriter::reset() {
-    appenders_.clear();
+    tables_.clear();
     for (Place& place : places_)
-        place.appender = nullptr;
+        place.rows = nullptr;
     std::fill(noDates_.begin(), noDates_.end(), 0);
     std::fill(infinite_.begin(), infinite_.end(), 0);
     std::fill(rounded_.begin(), rounded_.end(), 0);
@@ -119,22 +120,22 @@ void CaseWriter::number(int variable, double value) {
     if (place.time.isTime())
         writeTime(place, variable, value);
     else
-        place.appender->setNumber(place.column, value);
+        place.rows->setNumber(place.column, value);
 }
 
 void CaseWriter::writeTime(Place& place, int variable, double value) {
     // A code for "not known" is no moment; as a date it would pass for a valid answer.
     if (isDeclaredMissing(file_.variables[static_cast<size_t>(variable)], value)) {
-        place.appender->setText(place.column, codeText(value));
+        place.rows->setText(place.column, codeText(value));
         return;
     }
     if (const std::optional<QByteArray> iso = isoText(value, place.time)) {
         rounded_[static_cast<size_t>(variable)] += isFinerThanMillisecond(value, place.time);
-        place.appender->setUtf8(place.column, iso->constData(), static_cast<int>(iso->size()));
+        place.rows->setUtf8(place.column, iso->constData(), static_cast<int>(iso->size()));
         return;
     }
     ++noDates_[static_cast<size_t>(variable)];
-    place.appender->setText(place.column, codeText(value));
+    place.rows->setText(place.column, codeText(value));
 }
 
 void CaseWriter::letter(int variable, char letter) {
@@ -144,22 +145,34 @@ void CaseWriter::letter(int variable, char letter) {
     Place& place = places_[static_cast<size_t>(variable)];
     const double code = codes_.code(variable, letter);
     if (place.time.isTime())
-        place.appender->setText(place.column, codeText(code));
+        place.rows->setText(place.column, codeText(code));
     else
-        place.appender->setNumber(place.column, code);
+        place.rows->setNumber(place.column, code);
 }
 
 void CaseWriter::text(int variable, const char* utf8, int bytes) {
     Place& place = places_[static_cast<size_t>(variable)];
-    place.appender->setUtf8(place.column, utf8, bytes);
+    place.rows->setUtf8(place.column, utf8, bytes);
 }
 
 void CaseWriter::endRow() {
     ++rows_;
-    for (const auto& appender : appenders_) {
-        appender->setNumber(0, rows_);
-        appender->appendRow();
+    for (const auto& table : tables_) {
+        table->rows.setNumber(0, rows_);
+        table->rows.endRow();
+        if (table->rows.isFull())
+            append(*table);
     }
+}
+
+void CaseWriter::finish() {
+    for (const auto& table : tables_)
+        append(*table);
+}
+
+void CaseWriter::append(Table& table) {
+    table.appender->appendRows(table.rows);
+    table.rows.clear();
 }
 
 QString storedCode(double code, TimeFormat time, const SurveyVariable& variable) {

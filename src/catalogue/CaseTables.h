@@ -6,6 +6,7 @@
 #include "catalogue/importNames.h"
 #include "catalogue/surveyDates.h"
 #include "platform/dao/Database.h"
+#include "platform/dao/RowBlock.h"
 
 #include <QSet>
 #include <memory>
@@ -28,7 +29,7 @@ std::vector<CaseTable> shareOutVariables(const QString& study, const std::vector
 /// folder or the table is to have its own, else "<study>.mdb". It is the choice that an analysis makes.
 QString caseFileOf(const QString& folder, const QString& study, const CaseTable& table);
 
-/// Writes the rows of a survey file into its case tables, one row of each at a time.
+/// Writes the rows of a survey file into its case tables, one row of each at a time, many at once into the file.
 class CaseWriter : public RowReceiver {
 public:
     CaseWriter(const SurveyFile& file, TaggedCodes& codes);
@@ -38,8 +39,10 @@ public:
                                              const std::vector<VariableNames>& names) const;
     /// Adds a table whose first column is `dt_CaseID` and whose others are those of fields().
     void addTable(const CaseTable& table, std::unique_ptr<dao::Appender> appender);
-    /// Lets all tables go and begins counting anew.
+    /// Lets all tables go, with what was not yet written, and begins counting anew.
     void reset();
+    /// To be called after the last row. @throws dao::Error, as endRow()
+    void finish();
 
     void number(int variable, double value) override;
     void letter(int variable, char letter) override;
@@ -55,19 +58,24 @@ public:
     const std::vector<qint64>& rounded() const { return rounded_; }
 
 private:
+    struct Table {
+        std::unique_ptr<dao::Appender> appender;
+        dao::RowBlock rows;
+    };
     struct Place {
-        dao::Appender* appender = nullptr;
+        dao::RowBlock* rows = nullptr;
         int column = 0;
         TimeFormat time;
     };
     const SurveyFile& file_;
     TaggedCodes& codes_;
     std::vector<Place> places_;
-    std::vector<std::unique_ptr<dao::Appender>> appenders_;
+    std::vector<std::unique_ptr<Table>> tables_;
     std::vector<qint64> noDates_, infinite_, rounded_;
     int rows_ = 0;
 
     void writeTime(Place& place, int variable, double value);
+    static void append(Table& table);
 };
 
 /// A code of a variable as its case table holds it: ISO text for dates that are not declared missing, else

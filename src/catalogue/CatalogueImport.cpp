@@ -151,6 +151,7 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
                 table, fileOf(table).openAppender(
                            table.name, schema::cases(table.name, writer.fields(table, names)).fieldNames()));
         cutTexts = reader.readRows(head, writer, progress);
+        writer.finish();
     } while (codes.settle());
     for (const auto& [path, companion] : files)
         if (companion->tableNames().isEmpty() && hadTables.contains(path))

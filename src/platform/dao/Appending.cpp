@@ -1,6 +1,7 @@
 #include "platform/dao/Appending.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/RowSource.h"
 #include "platform/dao/SqlText.h"
 #include "platform/dao/SqliteValue.h"
 #include "platform/dao/TableSchema.h"
@@ -42,8 +43,8 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
         places += u"?"_s;
         types_.push_back(column->type);
     }
-    const QString sql = u"INSERT INTO "_s + table.sqlName + u" ("_s + names.join(u", "_s) + u") VALUES ("_s +
-                        places.join(u", "_s) + u')';
+    target_ = table.sqlName + u" ("_s + names.join(u", "_s) + u')';
+    const QString sql = u"INSERT INTO "_s + target_ + u" VALUES ("_s + places.join(u", "_s) + u')';
     insert_ = std::make_unique<Statement>(file_->connection(), sql, Purpose::Write);
 }
 
@@ -97,18 +98,48 @@ void FileAppender::setUtf8(int column, const char* text, int bytes) {
 void FileAppender::appendRow() {
     const DatabaseFile::Operation operation(*file_);
     file_->noteWrite(table_);
+    run(*insert_);
+}
+
+void FileAppender::run(Statement& insert) {
     // What was bound must not enter the next row, also after a failure.
-    const auto clear = [this] {
-        insert_->reset();
-        sqlite3_clear_bindings(insert_->handle());
+    const auto clear = [&insert] {
+        insert.reset();
+        sqlite3_clear_bindings(insert.handle());
     };
     try {
-        insert_->step();
+        insert.step();
     } catch (...) {
         clear();
         throw;
     }
     clear();
+}
+
+RowBlock FileAppender::newBlock() const {
+    if (types_.size() > RowSource::mostColumns) {
+        raiseEngineError(3190);
+    }
+    std::vector<RowBlock::Column> columns;
+    for (const int type : types_) {
+        using enum RowBlock::Column;
+        columns.push_back(isTextType(type) ? Text : type == dbBoolean ? YesNo : Number);
+    }
+    return RowBlock(std::move(columns));
+}
+
+void FileAppender::appendRows(const RowBlock& block) {
+    const DatabaseFile::Operation operation(*file_);
+    file_->noteWrite(table_);
+    if (!insertBlock_) {
+        // Being able to take back a single block would cost a copy of every page that it changes.
+        insertBlock_ = std::make_unique<Statement>(file_->connection(),
+                                                   u"INSERT OR FAIL INTO "_s + target_ + u' ' +
+                                                       RowSource::selectSql(static_cast<int>(types_.size())),
+                                                   Purpose::Write);
+    }
+    RowSource::bind(insertBlock_->handle(), block);
+    run(*insertBlock_);
 }
 
 FileCompanion::FileCompanion(DatabaseFilePtr file, const QString& path)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dao/DatabaseFile.h"
+#include "platform/dao/RowBlock.h"
 
 namespace dao {
 
@@ -15,15 +16,19 @@ public:
     void setText(int column, const QString& text) override;
     void setUtf8(int column, const char* text, int bytes) override;
     void appendRow() override;
+    RowBlock newBlock() const override;
+    void appendRows(const RowBlock& block) override;
 
 private:
     int parameter(int column) const;
+    static void run(Statement& insert);
 
     DatabaseFilePtr file_;
     std::unique_ptr<Attachments::Use> use_;
-    QString table_;  ///< its name for SQLite
+    QString table_;   ///< its name for SQLite
+    QString target_;  ///< with the fields
     std::vector<int> types_;
-    std::unique_ptr<Statement> insert_;
+    std::unique_ptr<Statement> insert_, insertBlock_;
 };
 
 class FileCompanion final : public Companion {

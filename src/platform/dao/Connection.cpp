@@ -3,6 +3,7 @@
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/Functions.h"
+#include "platform/dao/RowSource.h"
 #include "platform/dao/SqliteError.h"
 #include "platform/dao/SqliteValue.h"
 
@@ -65,6 +66,9 @@ void Connection::configure() {
     sqlite3_busy_handler(handle_, onBusy, this);
     sqlite3_progress_handler(handle_, stepsBetweenProgress, onProgress, this);
     registerFunctions(handle_);
+    if (RowSource::registerOn(handle_) != SQLITE_OK) {
+        throw std::bad_alloc();
+    }
 }
 
 void Connection::checkContent(const QString& file) {

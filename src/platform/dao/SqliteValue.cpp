@@ -111,9 +111,4 @@ int bindValue(sqlite3_stmt* statement, int parameter, const Value& value) {
     return sqlite3_bind_null(statement, parameter);
 }
 
-bool isWhole(double number) {
-    constexpr double largest = 9007199254740992.0;  // 2^53: beyond it not every whole number is a double
-    return number >= -largest && number <= largest && number == static_cast<double>(static_cast<qint64>(number));
-}
-
 }

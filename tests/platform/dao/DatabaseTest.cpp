@@ -1,4 +1,5 @@
 #include "platform/dao/EngineFixture.h"
+#include "platform/dao/RowBlock.h"
 
 #include <QFile>
 #include <cstdio>
@@ -20,6 +21,17 @@ protected:
             char* message = nullptr;
             EXPECT_EQ(sqlite3_exec(handle_, sql, nullptr, nullptr, &message), SQLITE_OK) << (message ? message : "");
             sqlite3_free(message);
+        }
+        /// The first row, its columns parted by a blank.
+        QString ask(const char* sql) const {
+            QStringList columns;
+            const auto keep = [](void* into, int count, char** texts, char**) {
+                for (int i = 0; i < count; ++i)
+                    *static_cast<QStringList*>(into) += QString::fromUtf8(texts[i]);
+                return 0;
+            };
+            EXPECT_EQ(sqlite3_exec(handle_, sql, keep, &columns, nullptr), SQLITE_OK) << sqlite3_errmsg(handle_);
+            return columns.join(u' ');
         }
 
     private:
@@ -369,6 +381,79 @@ TEST_F(DatabaseTest, ACompanionIsCommittedWithItsDatabaseOrNotAtAll) {
     }
     addLink(*database, u"QX9_1"_s, path(u"QX9.mdb"_s));
     EXPECT_EQ(rows(*database, u"SELECT V1 FROM QX9_1"_s), u"1,5;~"_s);
+}
+
+TEST_F(DatabaseTest, ABlockOfRowsIsStoredAsTheSameRowsOneByOneAre) {
+    const auto database = create(u"a.mdb"_s);
+    const QStringList names{u"id"_s, u"d"_s, u"b"_s, u"t"_s};
+    for (const QString& table : {u"single"_s, u"block"_s}) {
+        addTable(*database, table,
+                 {{names[0], dao::dbLong}, {names[1], dao::dbDouble}, {names[2], dao::dbBoolean}, {names[3], dao::dbText}});
+    }
+    const auto fill = [](auto& target, auto&& endRow) {
+        const double numbers[] = {0, -0.0, 1, -7, 2.5, 1e300, 9007199254740992.0, 9007199254740994.0, 5e-324};
+        int id = 0;
+        for (const double number : numbers) {
+            target.setNumber(0, ++id);
+            target.setNumber(1, number);
+            target.setNumber(2, number);
+            target.setText(3, u"\u00DC %1 \U0001F600"_s.arg(id).repeated(id));
+            endRow();
+        }
+        target.setNumber(0, ++id);
+        target.setText(3, QString());
+        target.setNumber(2, 0);
+        endRow();
+    };
+    const auto single = database->openAppender(u"single"_s, names);
+    fill(*single, [&] { single->appendRow(); });
+    const auto appender = database->openAppender(u"block"_s, names);
+    dao::RowBlock block = appender->newBlock();
+    fill(block, [&] { block.endRow(); });
+    appender->appendRows(block);
+    const QString all = u"SELECT * FROM %1 ORDER BY id"_s;
+    EXPECT_EQ(rows(*database, all.arg(u"block"_s)), rows(*database, all.arg(u"single"_s)));
+    database->Close();
+    const Stranger stranger(path(u"a.mdb"_s));
+    EXPECT_EQ(stranger.ask("SELECT count(*), sum(b), (SELECT count(*) FROM (SELECT id, d, typeof(d), b, hex(t) FROM single "
+                           "INTERSECT SELECT id, d, typeof(d), b, hex(t) FROM block)) FROM block"),
+              u"10 -7 10"_s);
+}
+
+TEST_F(DatabaseTest, ABlockOfRowsRefusesWhatItsFieldsCannotHold) {
+    const auto database = create(u"a.mdb"_s);
+    addTable(*database, u"t"_s, {{u"id"_s, dao::dbLong}, {u"d"_s, dao::dbDouble}, {u"x"_s, dao::dbText}});
+    const auto appender = database->openAppender(u"t"_s, {u"id"_s, u"d"_s, u"x"_s});
+    dao::RowBlock block = appender->newBlock();
+    EXPECT_EQ(errorOf([&] { block.setNumber(3, 1); }), 3265);
+    EXPECT_EQ(errorOf([&] { block.setNumber(-1, 1); }), 3265);
+    EXPECT_EQ(errorOf([&] { block.setNumber(2, 1); }), 3421);
+    EXPECT_EQ(errorOf([&] { block.setText(1, u"1"_s); }), 3421);
+    EXPECT_EQ(errorOf([&] { block.setNumber(1, HUGE_VAL); }), 6);
+    for (int row = 0; row < 3; ++row) {
+        block.setNumber(0, row / 2);  // 0, 0, 1
+        block.endRow();
+    }
+    workspace().BeginTrans();
+    EXPECT_EQ(errorOf([&] { appender->appendRows(block); }), 3022);
+    workspace().Rollback();
+    EXPECT_EQ(rows(*database, u"SELECT Count(*) FROM t"_s), u"0"_s);
+
+    // A block takes more rows than it asks for, and is as new once it is empty.
+    block.clear();
+    for (int row = 0; row < 10'000; ++row) {
+        block.setNumber(0, row);
+        block.setText(2, QString::number(row));
+        block.endRow();
+    }
+    EXPECT_TRUE(block.isFull());
+    appender->appendRows(block);
+    block.clear();
+    block.setNumber(0, 10'000);
+    block.endRow();
+    appender->appendRows(block);
+    EXPECT_EQ(rows(*database, u"SELECT Count(*), Count(d), Count(x), Max(Val(x)) FROM t"_s), u"10001,0,10000,9999"_s);
+    EXPECT_EQ(errorOf([&] { database->OpenRecordset(u"__vx_rows"_s); }), 3078);
 }
 
 TEST_F(DatabaseTest, WorkThatWasInterruptedIsTakenBackAtTheNextOpening) {
