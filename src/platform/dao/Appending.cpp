@@ -150,6 +150,13 @@ FileCompanion::FileCompanion(DatabaseFilePtr file, const QString& path)
     }
     schema_ = attached.schema;
     file_->connection().leaveWal(schema_);
+    useLargePages();
+}
+
+/// Of a file that is yet to be made. It is written and read from beginning to end, for which larger pages take a tenth
+/// less time.
+void FileCompanion::useLargePages() {
+    file_->connection().run(u"PRAGMA "_s + schema_ + u".page_size=16384"_s);
 }
 
 FileCompanion::~FileCompanion() {

@@ -44,6 +44,7 @@ public:
 
 private:
     const Attachments::File& reach(Attachments::Use& use) const;
+    void useLargePages();
 
     DatabaseFilePtr file_;
     QString path_;
