@@ -96,6 +96,7 @@ void frmAuswertung::preselect(const frmExplorer& explorer) {
 void frmAuswertung::refreshTitles() {
     setWindowTitle(Tag.isEmpty() ? TranslateText(u"Auswertung"_s) : TranslateText(u"Auswertung"_s) + u' ' + Tag);
     nameForReaders();
+    alignCaptions();
     showModel();
 }
 
@@ -106,8 +107,10 @@ void frmAuswertung::optionsApplied() {
 
 void frmAuswertung::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange && w_ && w_->SSTab && !showing_ && gBusy == 0)
+    if (event->type() == QEvent::FontChange && w_ && w_->SSTab && !showing_ && gBusy == 0) {
+        alignCaptions();
         showModel();
+    }
 }
 
 void frmAuswertung::closeEvent(QCloseEvent* event) {

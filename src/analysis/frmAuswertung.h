@@ -58,6 +58,7 @@ private:
     void connectFilter();
     void connectComparison();
     void connectTable();
+    void alignCaptions();
     void nameForReaders();
 
     void act(const std::function<void()>& step);
@@ -71,6 +72,7 @@ private:
     void showModel();
     void showRunning();
     void showRequest(const AnalysisView& view);
+    void showLongLabels();
     void showWeight(const AnalysisView& view);
     void showFilter(const AnalysisView& view);
     void showFilterCheck();

@@ -3,6 +3,7 @@
 #include "widgets/notBuilt.h"
 
 #include <QScopedValueRollback>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -73,8 +74,7 @@ void frmAuswertung::showRequest(const AnalysisView& view) {
               placeOf(model_.variables(), r.dbcVariable2.value));
     w_->lblVariable->setText(r.dbcVariableUni);
     w_->lblVariable2->setText(r.dbcVariable2Uni);
-    w_->lblVariable->setVisible(!r.dbcVariableUni.isEmpty());
-    w_->lblVariable2->setVisible(!r.dbcVariable2Uni.isEmpty());
+    showLongLabels();
 
     QRadioButton* modes[] = {w_->Option1, w_->Option2, w_->Option4, w_->Option5};
     modes[static_cast<size_t>(r.mode)]->setChecked(true);
@@ -92,6 +92,12 @@ void frmAuswertung::showRequest(const AnalysisView& view) {
     w_->chkVaridexCreation->setChecked(model_.bCreationMode);
     w_->chkPreserveLayout->setVisible(view.instructionCommands);
     w_->cbValuesInstruct->setVisible(view.instructionCommands);
+}
+
+/// A label that its picker has no room for stands below it in full.
+void frmAuswertung::showLongLabels() {
+    for (const auto& [label, picker] : {std::pair{w_->lblVariable, w_->dbcVariable}, {w_->lblVariable2, w_->dbcVariable2}})
+        label->setVisible(!label->text().isEmpty() && !picker->showsWhole());
 }
 
 void frmAuswertung::showWeight(const AnalysisView& view) {

@@ -51,6 +51,8 @@ struct frmAuswertung::Widgets {
     QPushButton *cmdCalculate, *cmdSetMissing, *cmdPreview, *cmdPrint;
     QPushButton *cmdCopyTable, *cmdSaveTableAs, *cmdComputeAnew, *cmdStop;
 
+    std::array<QList<QWidget*>, 2> sameWidth; ///< captions below each other: of the left side, of the weights
+
     /// Every picker of a variable, in the order of their lists: names, labels, both.
     std::array<ChoicePicker*, 9> variablePickers() const {
         return {dbcVariable_1,   dbcVariable_2,   dbcVarGewicht_1, dbcVariable,        dbcVariable2,

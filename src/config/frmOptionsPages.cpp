@@ -2,6 +2,7 @@
 
 #include "widgets/Form.h"
 #include "widgets/Icons.h"
+#include "widgets/PageArea.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,30 +13,12 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Scrolls where the screen is too small for a page, and asks for the page's whole size where it is not.
-class PageArea : public QScrollArea {
-public:
-    explicit PageArea(QWidget* page) {
-        setWidget(page);
-        setWidgetResizable(true);
-        setFrameShape(QFrame::NoFrame);
-        setFocusPolicy(Qt::NoFocus);
-        page->setAutoFillBackground(false);
-        viewport()->setAutoFillBackground(false);
-    }
-    QSize sizeHint() const override {
-        return widget()->sizeHint() + QSize(verticalScrollBar()->sizeHint().width(), 0);
-    }
-};
 
 /// One page while it is being filled, group by group and row by row.
 class Page {

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QStyleOptionComboBox>
 #include <QWheelEvent>
 
 namespace {
@@ -128,4 +129,26 @@ void ChoicePicker::wheelEvent(QWheelEvent* event) {
         QComboBox::wheelEvent(event);
     else
         event->ignore();
+}
+
+int ChoicePicker::roomForText() const {
+    QStyleOptionComboBox option;
+    QComboBox::initStyleOption(&option);
+    // The style leaves a pixel on either side of the text.
+    return style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this).width() - 2;
+}
+
+bool ChoicePicker::showsWhole() const {
+    return fontMetrics().horizontalAdvance(currentText()) <= roomForText();
+}
+
+void ChoicePicker::initStyleOption(QStyleOptionComboBox* option) const {
+    QComboBox::initStyleOption(option);
+    option->currentText = fontMetrics().elidedText(option->currentText, Qt::ElideRight, roomForText());
+}
+
+void ChoicePicker::resizeEvent(QResizeEvent* event) {
+    QComboBox::resizeEvent(event);
+    if (onResized)
+        onResized();
 }

@@ -21,16 +21,22 @@ public:
     /// Shows an entry without telling anyone. @param index -1 for none
     void showChoice(int index);
     void setPrompt(const QString& text);
+    /// Whether the chosen text has room; where it has none it ends in dots.
+    bool showsWhole() const;
+    std::function<void()> onResized;
 
 protected:
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void initStyleOption(QStyleOptionComboBox* option) const override;
 
 private:
     QStringList choices_;
     int shown_ = -1;
 
+    int roomForText() const;
     void choose(int index);
     void chooseTyped();
     void restore();

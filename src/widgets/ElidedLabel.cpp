@@ -10,7 +10,7 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
 QSize ElidedLabel::sizeHint() const {
     // A text of any length is asked for no more than a line of it.
     const QString start = text().left(200);
-    return {fontMetrics().horizontalAdvance(start) + fontMetrics().averageCharWidth(), fontMetrics().height() + 4};
+    return {fontMetrics().horizontalAdvance(start) + fontMetrics().averageCharWidth(), fontMetrics().height() + 2};
 }
 
 QSize ElidedLabel::minimumSizeHint() const {

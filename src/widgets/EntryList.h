@@ -13,6 +13,9 @@ public:
     /// @param key Qt::Key_Insert, Key_Delete or Key_Return
     std::function<void(int key)> onKey;
 
+    /// It takes the room that there is, and asks for no more than it needs.
+    QSize sizeHint() const override { return minimumSizeHint().expandedTo(minimumSize()); }
+
 protected:
     bool event(QEvent* event) override {
         if (event->type() == QEvent::ShortcutOverride && keyOf(static_cast<QKeyEvent*>(event)) != 0) {

@@ -29,7 +29,7 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
     txtQuestion->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtQuestion->setTabChangesFocus(true);
     txtQuestion->setUndoRedoEnabled(false);
-    txtQuestion->setMinimumHeight(fontMetrics().height() * 3);
+    txtQuestion->setMinimumHeight(fontMetrics().height() * 2);
     DBList1->setUniformItemSizes(true);
     const int line = qMax(16, fontMetrics().height());
     DBList1->setIconSize({line, line});
@@ -38,7 +38,7 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
 
     column_ = new QVBoxLayout(this);
     column_->setContentsMargins(0, 0, 0, 0);
-    column_->setSpacing(qMax(3, fontMetrics().height() / 4));
+    column_->setSpacing(qMax(3, fontMetrics().height() / 8));
     column_->addWidget(fidName);
     column_->addWidget(txtQuestion, 1);
     column_->addWidget(sbStatusBarV);

@@ -2,10 +2,11 @@
 
 #include "explorer/VariablePanel.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/FlowLayout.h"
 #include "widgets/Icons.h"
 #include "widgets/toolTips.h"
 
-#include <QBoxLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QToolButton>
 #include <algorithm>
@@ -40,23 +41,17 @@ void showPicture(QToolButton& cell, const char16_t* name) {
 
 FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
     setFrameShape(NoFrame);
-    lines_ = new QBoxLayout(QBoxLayout::LeftToRight, this);
-    lines_->setContentsMargins(0, 0, 0, 0);
-    switches_ = new QWidget(this);
-    facts_ = new QWidget(this);
-    auto* switchLine = new QHBoxLayout(switches_);
-    auto* factLine = new QHBoxLayout(facts_);
+    auto* line = new FlowLayout(this);
+    auto* switches = new QWidget(this);
+    auto* switchLine = new QHBoxLayout(switches);
     switchLine->setContentsMargins(0, 0, 0, 0);
     switchLine->setSpacing(1);
-    factLine->setContentsMargins(0, 0, 0, 0);
-    factLine->setSpacing(fontMetrics().averageCharWidth() * 2);
     for (const SwitchLook& look : switchLooks) {
         const QString key = QString::fromUtf16(look.key);
-        auto* cell = new QToolButton(switches_);
+        auto* cell = new QToolButton(switches);
         cell->setText(QString::fromUtf16(look.text));
         cell->setAutoRaise(true);
-        const int line = qMax(16, fontMetrics().height());
-        cell->setIconSize({line, line});
+        cell->setIconSize(QSize(1, 1) * qMax(16, fontMetrics().height()));
         cell->installEventFilter(this);
         buttons_ << cell;
         cell->setCheckable(look.stays);
@@ -71,23 +66,22 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
         switchLine->addWidget(cell);
         cells_[key] = cell;
     }
-    switchLine->addStretch();
+    line->add(switches);
     for (const QString& key : factKeys.mid(switchCount)) {
-        auto* cell = new ElidedLabel(facts_);
+        auto* cell = new ElidedLabel(this);
         cell->setProperty("CtrlTyp", QString());
-        cell->setSizePolicy(key == u"Label" ? QSizePolicy::Ignored : QSizePolicy::Maximum, QSizePolicy::Preferred);
-        // The place and the name are what one looks for first.
-        if (key == u"Position" || key == u"Variable")
-            cell->leastCharacters = 12;
-        factLine->addWidget(cell, key == u"Label" ? 1 : 0);
+        // The label may be of any length: it takes what the line leaves over.
+        const bool isLabel = key == u"Label";
+        cell->leastCharacters = isLabel ? 16 : 4;
+        line->add(cell, isLabel ? 1 : 0);
         cells_[key] = cell;
     }
     QFont strong = font();
     strong.setBold(true);
     cells_[u"Variable"_s]->setFont(strong);
-    lines_->addWidget(switches_);
-    lines_->addWidget(facts_, 1);
     stopAt(buttons_.first());
+    line->setSpacing(fontMetrics().averageCharWidth() * 2);
+    line->lineSpacing = 1;
 }
 
 /// The strip is one stop of the Tab key; within it the arrow keys go on.
@@ -162,23 +156,12 @@ bool FactsStrip::isOn(const QString& key) const {
     return of && of->isChecked();
 }
 
-void FactsStrip::arrange() {
-    const int wanted = switches_->sizeHint().width() + fontMetrics().averageCharWidth() * 60;
-    const auto direction = width() >= wanted ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
-    if (lines_->direction() != direction)
-        lines_->setDirection(direction);
-    lines_->setSpacing(direction == QBoxLayout::LeftToRight ? fontMetrics().averageCharWidth() * 2 : 1);
-}
-
-void FactsStrip::resizeEvent(QResizeEvent* event) {
-    QFrame::resizeEvent(event);
-    arrange();
-}
-
-void FactsStrip::changeEvent(QEvent* event) {
-    QFrame::changeEvent(event);
-    if (event->type() == QEvent::FontChange)
-        arrange();
+bool FactsStrip::event(QEvent* event) {
+    const bool done = QFrame::event(event);
+    // A splitter asks what is least needed, not what is needed for a width: lines that are there must stay in view.
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+        setMinimumHeight(layout()->heightForWidth(width()));
+    return done;
 }
 
 bool FactsStrip::eventFilter(QObject* watched, QEvent* event) {

@@ -4,11 +4,10 @@
 #include <QHash>
 #include <functional>
 
-class QBoxLayout;
 class QToolButton;
 
 /// The strip of a variable panel: cells that are known by a key and have a text and a tooltip. The first seven are
-/// switches, the others show facts. Takes a second line where one is too short for all.
+/// switches, the others show facts. What one line is too short for goes on in the next.
 class FactsStrip : public QFrame {
 public:
     explicit FactsStrip(QWidget* parent = nullptr);
@@ -32,19 +31,14 @@ public:
     void orderTabs(QWidget* before, const QList<QWidget*>& after);
 
 protected:
-    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
 private:
-    QBoxLayout* lines_;
-    QWidget* switches_;
-    QWidget* facts_;
     QHash<QString, QWidget*> cells_;
     QHash<QString, QString> toolTips_;
     QList<QWidget*> buttons_;
 
     QToolButton* button(const QString& key) const;
-    void arrange();
     void stopAt(QWidget* button);
 };

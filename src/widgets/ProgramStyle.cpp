@@ -51,6 +51,14 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     }
 }
 
+QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const {
+    const QSize own = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    const bool captioned = type == CT_PushButton && button && !button->text.isEmpty();
+    return captioned ? own.expandedTo({contents.width() + button->fontMetrics.averageCharWidth() * 4, 0}) : own;
+}
+
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const {
     // A maximised child keeps its own title bar: its buttons stay out of the menu bar and its title out of the frame's.
     return hint == SH_Workspace_FillSpaceOnMaximize ? 1 : QProxyStyle::styleHint(hint, option, widget, data);

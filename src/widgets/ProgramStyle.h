@@ -2,13 +2,16 @@
 
 #include <QProxyStyle>
 
-/// The desktop's own style, with what it lacks here: title bars of child windows and marks of boxes that grow with the font, a
-/// frame around the list or table that has the keyboard, and a paler selection in those that don't.
+/// The desktop's own style, with what it lacks here: air beside the text of a button, title bars of child windows and marks
+/// of boxes that grow with the font, a frame around the list or table that has the keyboard, and a paler selection in those
+/// that don't.
 class ProgramStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const override;
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter, const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,

@@ -76,3 +76,29 @@ TEST_F(AnalysisLook, TheCaptionOfTheFourthWeightChoosesItAndItsLetterGoesToThePi
         EXPECT_EQ(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->hasFocus(), byKey);
     }
 }
+
+TEST_F(AnalysisLook, AThirdOfAScreenIsWideEnoughForEveryButtonAndField) {
+    openTable();
+    window->resize(1280 / 3, 600);
+    for (const int tab : {1, 0}) {
+        goTo(tab);
+        if (tab == 0)
+            press(u"Option5"_s);
+        EXPECT_LE(window->minimumSizeHint().width(), 1280 / 3);
+        for (const auto* button : window->findChildren<QAbstractButton*>())
+            if (button->isVisible() && !button->text().isEmpty()) {
+                EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+                const QRect place(button->mapTo(window, QPoint()), button->size());
+                EXPECT_GE(window->width(), place.right()) << button->text().toStdString();
+            }
+    }
+    // A label that its picker has no room for stands below it in full, and only then.
+    goTo(0);
+    press(u"Option1"_s);
+    EXPECT_FALSE(the<QLabel>(u"lblVariable"_s)->isVisibleTo(window));
+    type(u"dbcVariableUni"_s, u"LZUFR"_s);
+    EXPECT_TRUE(the<QLabel>(u"lblVariable"_s)->isVisibleTo(window));
+    window->resize(1280, 600);
+    settle();
+    EXPECT_FALSE(the<QLabel>(u"lblVariable"_s)->isVisibleTo(window));
+}

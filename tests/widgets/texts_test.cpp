@@ -23,6 +23,7 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/Form.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QFont>
@@ -31,7 +32,9 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollArea>
 #include <QSet>
+#include <QStackedLayout>
 #include <QTabBar>
 #include <QTabWidget>
 #include <algorithm>
@@ -204,6 +207,30 @@ void expectNothingCut(const Form& form, const QString& where) {
     }
 }
 
+/// Everything has the least size that it asks for, nothing lies over its neighbour, and no page is wider than its view.
+void expectRoomForAll(const Form& form, const QString& where) {
+    const QString place = where + u' ' + form.windowName() + u' ';
+    for (QWidget* widget : form.widget().findChildren<QWidget*>()) {
+        if (!widget->isVisible())
+            continue;
+        const auto* area = qobject_cast<QScrollArea*>(widget);
+        EXPECT_TRUE(!area || area->widget()->width() <= area->viewport()->width()) << qPrintable(place) << "scrolls sideways";
+        QRegion taken;
+        for (int i = 0; widget->layout() && i < widget->layout()->count(); ++i) {
+            QLayoutItem* item = widget->layout()->itemAt(i);
+            if (item->isEmpty() || qobject_cast<QStackedLayout*>(widget->layout()))
+                continue;
+            const QRect part = item->geometry();
+            const QString name = place + (item->widget() ? item->widget()->objectName() : QString()) + u" in "_s + widget->objectName();
+            EXPECT_FALSE(taken.intersects(part)) << qPrintable(name) << " lies over its neighbour";
+            EXPECT_TRUE(widget->rect().contains(part)) << qPrintable(name) << " reaches beyond";
+            EXPECT_GE(part.height(), item->minimumSize().height()) << qPrintable(name);
+            EXPECT_GE(part.width(), item->minimumSize().width()) << qPrintable(name);
+            taken += part;
+        }
+    }
+}
+
 /// Looks at a window page by page.
 template<class Look>
 void onEveryPage(QWidget& window, Look&& look) {
@@ -291,5 +318,46 @@ TEST_F(WindowTexts, NothingIsCutAtTheDefaultSizeWithSmallAndLargeFonts) {
                 });
                 closeAll();
             }
+        }
+}
+
+TEST_F(WindowTexts, NothingIsCutOrScrolledSidewaysInsideTheMainWindowWithALargeFont) {
+    setFontSize(24);
+    for (const QSize& screen : {QSize(1920, 1080), QSize(1366, 768)})
+        for (const int language : {0, 1}) {
+            setLanguage(language);
+            Form* form = textsMain();
+            auto& window = static_cast<frmMain&>(form->widget());
+            window.resize(screen * 0.9);
+            settle();
+            frmExplorer* explorer = frmExplorer::OpenExplorerView(1);
+            explorer->setPanels(2);
+            for (const CatalogueNode& node : explorer->model().tree.nodes())
+                if (node.id() == u"SV2018")
+                    explorer->showNode(node.Key);
+            auto* list = explorer->findChild<QAbstractItemView*>(u"lvListView"_s);
+            list->setCurrentIndex(list->model()->index(3, 0));
+            settle();
+            const QString where = (language == 0 ? u"de "_s : u"en "_s) + QString::number(screen.width());
+            expectNothingCut(*explorer, where);
+            expectRoomForAll(*explorer, where);
+            auto* analysis = frmAuswertung::openFrom(explorer);
+            analysis->model().StudyClick(u"SV2018"_s);
+            analysis->model().chooseVariable(u"LZUFR"_s);
+            for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Crosstab, AnalysisMode::Descriptives, AnalysisMode::Comparison}) {
+                analysis->model().chooseMode(mode);
+                analysis->optionsApplied();
+                settle();
+                const QString inMode = where + u" mode "_s + QString::number(static_cast<int>(mode));
+                expectNothingCut(*analysis, inMode);
+                expectRoomForAll(*analysis, inMode);
+            }
+            analysis->model().chooseMode(AnalysisMode::Frequency);
+            analysis->findChild<QTabWidget*>(u"SSTab"_s)->setCurrentIndex(1);
+            settle();
+            EXPECT_TRUE(analysis->model().tableFacts());
+            expectNothingCut(*analysis, where + u" table"_s);
+            expectRoomForAll(*analysis, where + u" table"_s);
+            closeAll();
         }
 }
