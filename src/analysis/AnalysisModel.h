@@ -190,7 +190,7 @@ public:
     /// Opens the missing-value dialog of Descriptives; nothing without one.
     std::function<void(AnalysisModel&)> askMissing;
     /// Hears of a statistic or percentage that cannot be computed, in place of the standard error box; see
-    /// DescriptivesInput and CrosstabInput.
+    /// FrequencyInput, CrosstabInput and DescriptivesInput.
     std::function<void(const QString& place, const dao::Error& error)> onStatisticFailure;
     /// Runs after a change of weight or filter (an entry of a comparison follows it); nothing without one.
     std::function<void()> applyComparisonEntryChange;

@@ -47,6 +47,7 @@ BuildOutcome buildFrequency(AnalysisModel& model) {
                                .AutoColWidth = gOptions.AutoColWidth,
                                .textWidth = model.textWidth,
                                .cancelled = [&model] { return turnAndAsk(model); },
+                               .onFailure = model.onStatisticFailure,
                                .marksKept = &model.bMarksKept};
     return BuildFrequencyTable(model.mfgGrid, input, model.bUserMissing);
 }

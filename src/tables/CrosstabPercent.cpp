@@ -68,15 +68,11 @@ bool CrosstabPercent::fill(ResultTable& table, Of of) {
 
 /// @return false for Abort
 bool CrosstabPercent::compute(QString& text, Of of, int column, int row) {
-    const auto step = [&] { text = withSignAndSeparator(percent(of, column, row)); };
-    if (!in_.onFailure)
-        return trapped(step) != Trap::Aborted;
-    try {
-        step();
-    } catch (const dao::Error& error) {
-        in_.onFailure(absolute_.Cell(0, row) + u", "_s + absolute_.Cell(column, 0), error);
-    }
-    return true;
+    return computeOrTell(
+        bool(in_.onFailure), [&] { text = withSignAndSeparator(percent(of, column, row)); },
+        [&](const dao::Error& error) {
+            in_.onFailure(absolute_.Cell(0, row) + u", "_s + absolute_.Cell(column, 0), error);
+        });
 }
 
 QString CrosstabPercent::percent(Of of, int column, int row) {

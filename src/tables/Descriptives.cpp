@@ -189,18 +189,14 @@ std::optional<double> DescriptivesBuilder::compute(Statistic statistic, const QS
     std::optional<double> result;
     if (aborted_)
         return result;
-    if (in_.onFailure) {
-        try {
-            result = step();
-        } catch (const dao::Error& error) {
+    aborted_ = !computeOrTell(
+        bool(in_.onFailure), [&] { result = step(); },
+        [&](const dao::Error& error) {
             const QString name = titlesOf(statistic).at(title);
             in_.onFailure(group.isEmpty() ? name : group + u", "_s + name, error);
             failure_ = error;
             told_ << name;
-        }
-    } else if (trapped([&] { result = step(); }) == Trap::Aborted) {
-        aborted_ = true;
-    }
+        });
     return result;
 }
 

@@ -195,7 +195,7 @@ bool FrequencyBuilder::fillRow(int row) {
         table_.setCell(Prozent, row, QString());
         table_.setCell(GueltProzent, row, QString());
         if (in_.CumulatedPercent)
-            table_.setCell(KumulProzent, row, kept.cumulated);
+            table_.setCell(KumulProzent, row, kept.mark == "X"_L1 ? kept.cumulated : QString());
     } else {
         const bool missing =
             value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
@@ -270,7 +270,7 @@ BuildOutcome FrequencyBuilder::percentages() {
 bool FrequencyBuilder::validPercent(int row, double count, double valid, double cumulated, double& sum) {
     if (count + valid == 0)
         return true;
-    const Trap outcome = trapped([&] {
+    const auto step = [&] {
         if (valid == 0)
             dao::raiseRuntimeError(11);
         const double percent = count / valid * 100.0;
@@ -278,8 +278,12 @@ bool FrequencyBuilder::validPercent(int row, double count, double valid, double 
         if (in_.CumulatedPercent)
             write(KumulProzent, row, NumberFormat::fixed(cumulated / valid * 100.0, 1));
         sum += percent;
+    };
+    return computeOrTell(bool(in_.onFailure), step, [&](const dao::Error& error) {
+        const QString& value = table_.Cell(table_.Cell(Wert, row).isEmpty() ? Auspraegung : Wert, row);
+        for (int column = GueltProzent; column < table_.Cols(); ++column)
+            in_.onFailure(value + u", "_s + table_.Cell(column, 0), error);
     });
-    return outcome != Trap::Aborted;
 }
 
 void FrequencyBuilder::finish() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/Error.h"
 #include "platform/dao/Recordset.h"
 #include "tables/ResultTable.h"
 #include "tables/TableBuilder.h"
@@ -24,6 +25,9 @@ struct FrequencyInput {
     /// Asked once per row while percentages are made; gives the user interface its turn. True ends the
     /// builder.
     std::function<bool()> cancelled;
+    /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
+    /// error box asks. @param place the value and the head of the column
+    std::function<void(const QString& place, const dao::Error& error)> onFailure;
     bool* marksKept = nullptr; ///< told whether the marks of the table before decide
 };
 

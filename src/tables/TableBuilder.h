@@ -1,5 +1,7 @@
 #pragma once
 
+#include "diagnostics/errors.h"
+
 #include <QHash>
 #include <QString>
 #include <functional>
@@ -22,6 +24,20 @@ int estimatedTextWidth(const QString& text);
 
 /// Shows one of a builder's warnings, in the language in force.
 void showTableWarning(const QString& text);
+
+/// Computes what stands in a cell. Of a failure `tell` hears where somebody listens, and the cell stays empty; else the
+/// standard error box asks. @return false for Abort
+template<class Step, class Tell>
+bool computeOrTell(bool listened, Step&& step, Tell&& tell) {
+    if (!listened)
+        return trapped(step) != Trap::Aborted;
+    try {
+        step();
+    } catch (const dao::Error& error) {
+        tell(error);
+    }
+    return true;
+}
 
 /// The widths that a table's columns want: 1.2 times the width of the widest text, in twips.
 class ColumnWidths {

@@ -25,7 +25,10 @@ CLI::App* FrequencyCommand::declare(CLI::App& program) {
 
 int FrequencyCommand::run(Session& session) {
     AnalysisModel model;
-    return request_.prepare(session, model, AnalysisMode::Frequency) ? request_.run(session, model, variables_) : 1;
+    if (!request_.prepare(session, model, AnalysisMode::Frequency))
+        return 1;
+    request_.tellFailures(session, model);
+    return request_.run(session, model, variables_);
 }
 
 }

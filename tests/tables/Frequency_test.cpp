@@ -25,6 +25,7 @@ protected:
     std::optional<QString> dtMissing_;
     bool cumulated_ = true, separate_ = true, comma_ = true, autoWidth_ = false;
     std::function<bool()> cancelled_;
+    std::function<void(const QString&, const dao::Error&)> onFailure_;
     Rows labels_{{u"1"_s, u"ja"_s}, {u"2.0"_s, u"nein"_s}, {u"9"_s, u"keine Angabe"_s}};
 
     TestRecordsets recordsets_{home_.path(u"t.mdb"_s)};
@@ -43,7 +44,8 @@ protected:
             .CommaInPercent = comma_,
             .AutoColWidth = autoWidth_,
             .textWidth = [](const QString& text) { return static_cast<int>(text.size()) * 100; },
-            .cancelled = cancelled_};
+            .cancelled = cancelled_,
+            .onFailure = onFailure_};
         return BuildFrequencyTable(table_, input, userMissing_);
     }
 
@@ -85,6 +87,27 @@ TEST_F(FrequencyTable, LeavesPercentagesOutWhereThereIsNoBase) {
                                           u"|Gültige Fälle||0|||"_s}));
     EXPECT_EQ(build({}), BuildOutcome::Empty);
     EXPECT_EQ(table_.Rows(), 2);
+}
+
+TEST_F(FrequencyTable, GoesOnWithoutPercentagesOfValidCasesThatCancelOut) {
+    dtMissing_ = u"9"_s;
+    const Rows counts{{1, 2}, {2, -2}, {9, 5}};
+    const QStringList expected{u"1|ja||2|40,0||"_s, u"2|nein||-2|-40,0||"_s, u"9|keine Angabe|X|5|100,0| |"_s,
+                               u"|Summe||5|100,0|0,0|"_s, u"||||||"_s, u"|Gültige Fälle||0|||"_s};
+    QStringList told;
+    onFailure_ = [&](const QString& place, const dao::Error& error) { told << place + u' ' + QString::number(error.number()); };
+    EXPECT_EQ(build(counts), BuildOutcome::Complete);
+    EXPECT_EQ(rows().mid(1), expected);
+    EXPECT_EQ(told, (QStringList{u"1, Gült.Prozent 11"_s, u"1, Kumul.Prozent 11"_s, u"2, Gült.Prozent 11"_s,
+                                 u"2, Kumul.Prozent 11"_s}));
+    EXPECT_TRUE(asker_.boxes.empty());
+    // Where nobody listens the box asks, once a row.
+    onFailure_ = {};
+    asker_.answer(ui::Answer::Ignore).answer(ui::Answer::Ignore);
+    EXPECT_EQ(build(counts), BuildOutcome::Complete);
+    EXPECT_EQ(rows().mid(1), expected);
+    asker_.answer(ui::Answer::Abort);
+    EXPECT_EQ(build(counts), BuildOutcome::Aborted);
 }
 
 TEST_F(FrequencyTable, SortsByNumberUnderEitherSeparatorWhateverTheOrderOfArrival) {
@@ -156,7 +179,7 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
     // Where there is no base any more, no percentage of the run before may stay.
     userMissing_ = true;
     build({{null, 0.0}, {-3, 0.0}, {1, 0.0}, {9, 0.0}});
-    EXPECT_EQ(rows()[1], u"-3|||0|||20.0"_s);
+    EXPECT_EQ(rows()[1], u"-3|||0|||"_s);
     // Marks of other values are no marks for these.
     userMissing_ = true;
     build({{1, 3}, {9, 4}});

@@ -26,7 +26,7 @@ protected:
             made_.addStudy(u"QGONE"_s, u"Gewicht nicht da"_s, {{"fid", u"0"_s}, {"dt_WeightRE", u"GONE"_s}});
             made_.addVariable(u"QGONE"_s, u"V1"_s, u"QW_1"_s);
             made_.addStudy(u"QW"_s, u"Gewichte"_s, {{"fid", u"0"_s}});
-            for (const QString& name : {u"V1"_s, u"WTEXT"_s, u"WNULL"_s, u"WMINUS"_s, u"WZERO"_s, u"größe"_s})
+            for (const QString& name : {u"V1"_s, u"WTEXT"_s, u"WNULL"_s, u"WMINUS"_s, u"WZERO"_s, u"WSPLIT"_s, u"größe"_s})
                 made_.addVariable(u"QW"_s, name, u"QW_1"_s);
             made_.addStudy(u"QMANY"_s, u"viele Werte"_s, {{"fid", u"0"_s}});
             made_.addVariable(u"QMANY"_s, u"MANY"_s, u"QMANY_1"_s);
@@ -44,8 +44,9 @@ protected:
         };
         made_.addCases(u"QW"_s, u"QW_1"_s,
                        {number(u"V1"_s), dao::TableDef::CreateField(u"WTEXT"_s, dao::dbText),
-                        number(u"WNULL"_s), number(u"WMINUS"_s), number(u"WZERO"_s), number(u"größe"_s)},
-                       {{1, u"x"_s, {}, -2, 0, 1}, {1, u"y"_s, {}, -2, 0, 1}, {2, u"z"_s, {}, 3, 0, 1}});
+                        number(u"WNULL"_s), number(u"WMINUS"_s), number(u"WZERO"_s), number(u"WSPLIT"_s),
+                        number(u"größe"_s)},
+                       {{1, u"x"_s, {}, -2, 0, 1, 1}, {1, u"y"_s, {}, -2, 0, 1, 1}, {2, u"z"_s, {}, 3, 0, -2, 1}});
         std::vector<std::vector<dao::Value>> many;
         for (int i = 1; i <= 25'001; ++i)
             many.push_back({i});
@@ -149,7 +150,7 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
         run(u"frequency|@|QW|V1|--set|X=1|--language|en"_s).err.startsWith(u"vdx: --set X=1: there is no"_s));
 }
 
-// Two cases of 1 and one of 2; weights -2, -2, 3; 0; Null. What can be counted is, and a table without cases
+// Two cases of 1 and one of 2; weights -2, -2, 3; 0; 1, 1, -2; Null. What can be counted is, and a table without cases
 // has no rows.
 TEST_F(BadInput, isCountedWhereItCanBe) {
     const QString head = u"Wert,Ausprägung,Missing,Anzahl,Prozent,Gült.Prozent,Kumul.Prozent\r\n"_s;
@@ -164,6 +165,10 @@ TEST_F(BadInput, isCountedWhereItCanBe) {
               head + label + u"-4,\"400,0\",\"400,0\",\"400,0\"\r\n2,,,3,\"-300,0\""_s,
               {}},
              {u"V1|--weight|WZERO"_s, head + label + u"0,,,\r\n2,,,0,,,\r\n,Summe,,0,\"0,0\",\"0,0\","_s, {}},
+             {u"V1|größe|--weight|WSPLIT"_s,
+              head + label + u"2,,,\r\n2,,,-2,,,\r\n,Summe,,0,\"0,0\",\"0,0\",\r\n,,,,,,\r\n,Gültige Fälle,,0,,,\r\n\r\n"_s + head +
+                  u"1,,,0,,,\r\n"_s,
+              u"V1, 1, Gült.Prozent ist nicht zu berechnen (11 Division by zero), die Zelle bleibt leer."_s},
              {u"V1|--weight|WNULL"_s, head + u",,,,,,\r\n"_s,
               u"Varidex: Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s},
              {u"V1|--filter|V1>7"_s, head + u",,,,,,\r\n"_s, {}},
