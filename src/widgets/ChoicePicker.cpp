@@ -1,5 +1,6 @@
 #include "widgets/ChoicePicker.h"
 
+#include "widgets/BestFirst.h"
 #include "widgets/toolTips.h"
 
 #include <QAbstractItemView>
@@ -32,14 +33,18 @@ ChoicePicker::ChoicePicker(const QString& name, Kind kind, QWidget* parent) : QC
         return;
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
-    auto* completer = new QCompleter(model(), this);
+    // What is offered first is what Enter takes.
+    auto* found = new BestFirst(model(), this);
+    auto* completer = new QCompleter(found, this);
     completer->setFilterMode(Qt::MatchContains);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     completer->setMaxVisibleItems(visibleChoices);
-    auto* found = new QListView;
-    found->setUniformItemSizes(true);
-    completer->setPopup(found);
+    auto* offered = new QListView;
+    offered->setUniformItemSizes(true);
+    completer->setPopup(offered);
     setCompleter(completer);
+    connect(lineEdit(), &QLineEdit::textEdited, this, [found](const QString& text) { found->fit(text.trimmed()); });
+    lineEdit()->installEventFilter(this);
     connect(lineEdit(), &QLineEdit::returnPressed, this, [this] { chooseTyped(); });
     connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { restore(); });
 }
@@ -78,16 +83,19 @@ void ChoicePicker::choose(int index) {
         onChosen(index);
 }
 
-/// Enter takes the first choice that holds what was typed.
+/// Enter takes the choice that fits what was typed best.
 void ChoicePicker::chooseTyped() {
     const QString typed = lineEdit()->text().trimmed();
-    if (typed.isEmpty() || (shown_ >= 0 && typed == choices_[shown_].trimmed()))
+    if (typed.isEmpty() || isUntouched())
         return;
-    for (int i = 0; i < choices_.size(); ++i)
-        if (choices_[i].contains(typed, Qt::CaseInsensitive)) {
-            choose(i);
-            return;
+    int best = -1, least = BestFirst::noMatch;
+    for (int i = 0; i < choices_.size() && least > 0; ++i)
+        if (const int here = BestFirst::misfit(choices_[i], typed); here < least) {
+            best = i;
+            least = here;
         }
+    if (best >= 0)
+        choose(best);
 }
 
 /// Shows the choice again, whatever stands in the line.
@@ -96,23 +104,42 @@ void ChoicePicker::restore() {
     setCurrentIndex(shown_);
     if (lineEdit()) {
         lineEdit()->setText(shown_ < 0 ? QString() : choices_[shown_]);
-        lineEdit()->setCursorPosition(0);
+        if (hasFocus())
+            selectLine();
+        else
+            lineEdit()->setCursorPosition(0);
     }
     setToolTip(shown_ < 0 ? QString() : plainToolTip(choices_[shown_]));
 }
 
-/// The list is to be searched from an empty line: the first key replaces what is shown.
+/// The first key of a search replaces what is shown, which is read from its beginning until then.
+void ChoicePicker::selectLine() {
+    const int length = static_cast<int>(lineEdit()->text().size());
+    lineEdit()->setSelection(length, -length);
+}
+
+bool ChoicePicker::isUntouched() const {
+    return shown_ >= 0 && lineEdit()->text().trimmed() == choices_[shown_].trimmed();
+}
+
 void ChoicePicker::focusInEvent(QFocusEvent* event) {
     QComboBox::focusInEvent(event);
     if (lineEdit() && event->reason() != Qt::PopupFocusReason)
-        lineEdit()->selectAll();
+        selectLine();
+}
+
+/// A click that puts the cursor into the line begins a search as well; what was typed or selected is left alone.
+bool ChoicePicker::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText() &&
+        isUntouched())
+        QMetaObject::invokeMethod(this, [this] { selectLine(); }, Qt::QueuedConnection);
+    return QComboBox::eventFilter(watched, event);
 }
 
 void ChoicePicker::keyPressEvent(QKeyEvent* event) {
     // The line has no focus of its own: its keys come here.
     if (lineEdit() && event->key() == Qt::Key_Escape) {
         restore();
-        lineEdit()->selectAll();
         return;
     }
     if (onKey && (event->key() == Qt::Key_Delete || !event->text().trimmed().isEmpty())) {

@@ -5,7 +5,7 @@
 #include <functional>
 
 /// A drop-down list of what the catalogue offers. A searched one narrows its list as one types, over the whole of each
-/// text; whatever was typed, it shows one of its choices or nothing when it is left.
+/// text, names before words of a label; whatever was typed, it shows one of its choices or nothing when it is left.
 class ChoicePicker : public QComboBox {
 public:
     enum class Kind { Plain, Searched };
@@ -26,6 +26,7 @@ public:
     std::function<void()> onResized;
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
@@ -40,4 +41,6 @@ private:
     void choose(int index);
     void chooseTyped();
     void restore();
+    void selectLine();
+    bool isUntouched() const;
 };

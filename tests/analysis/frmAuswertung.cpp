@@ -1,5 +1,7 @@
 #include "analysis/AnalysisWindow.h"
 
+#include <QAbstractItemView>
+#include <QCompleter>
 #include <QFile>
 #include <QHeaderView>
 #include <utility>
@@ -27,6 +29,50 @@ TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNo
     chooseStudy(u"SV2018"_s);
     EXPECT_EQ(the<ChoicePicker>(u"dbcVariableUni"_s)->currentText(), QString());
     EXPECT_TRUE(window->model().request.dbcVariable.isEmpty());
+}
+
+TEST_F(AnalysisWindow, ASearchTakesTheNameThatWasTypedBeforeWordsOfOtherLabelsAndOffersItFirst) {
+    open();
+    chooseStudy(u"SV2018"_s);
+    // An earlier variable's label speaks of a "Klimaabgabe".
+    auto* list = the<ChoicePicker>(u"dbcVariableUni"_s);
+    list->setFocus();
+    QTest::keyClicks(list, u"klima"_s);
+    EXPECT_EQ(list->lineEdit()->completer()->popup()->model()->index(0, 0).data().toString(),
+              u"KLIMA: Sorge um den Klimawandel");
+    QTest::keyClick(list, Qt::Key_Enter);
+    EXPECT_EQ(window->model().request.dbcVariable.value, u"KLIMA");
+    type(u"dbcVariableUni"_s, u"umlage2"_s);
+    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE2");
+    type(u"dbcVariableUni"_s, u"UML"_s);
+    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE1") << "the beginning of names";
+    type(u"dbcVariableUni"_s, u"klimabeitrag (fassung b"_s);
+    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE2") << "anywhere in the text";
+}
+
+TEST_F(AnalysisWindow, TheFirstKeyOfAnotherSearchReplacesWhatIsShown) {
+    open();
+    chooseStudy(u"SV2018"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    auto* list = the<ChoicePicker>(u"dbcVariableUni"_s);
+    const auto search = [&](const QString& text) {
+        QTest::keyClicks(list, text);
+        EXPECT_EQ(list->currentText(), text);
+        QTest::keyClick(list, Qt::Key_Enter);
+        settle();
+        return window->model().request.dbcVariable.value;
+    };
+    EXPECT_EQ(search(u"FAMST"_s), u"FAMST") << "the focus has not moved";
+    goTo(1);
+    goTo(0);
+    QTest::keyClick(window, Qt::Key_U, Qt::AltModifier);
+    EXPECT_EQ(search(u"MIETE"_s), u"MIETE") << "by its mnemonic";
+    the<ChoicePicker>(u"dbcVariable_1"_s)->setFocus();
+    for (const QString& name : {u"LZUFR"_s, u"KLIMA"_s}) {
+        QTest::mouseClick(list->lineEdit(), Qt::LeftButton, {}, QPoint(30, list->lineEdit()->height() / 2));
+        settle();
+        EXPECT_EQ(search(name), name) << "by a click";
+    }
 }
 
 TEST_F(AnalysisWindow, WhatIsNotBuiltIsDisabledAndSaysWhy) {
