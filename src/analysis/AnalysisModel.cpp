@@ -36,10 +36,6 @@ bool isNumber(const QString& text) {
     return good;
 }
 
-QString contentField(const QString& original, const QString& english) {
-    return gOptions.EnglishLanguage ? english : original;
-}
-
 QString quoted(const QString& text) {
     return u'\'' + text + u'\'';
 }
@@ -66,6 +62,7 @@ void AnalysisModel::open() {
 }
 
 void AnalysisModel::openNow() {
+    englishContents_ = gOptions.EnglishLanguage;
     request = {};
     clearTable();
     tab_ = 0;
@@ -81,6 +78,10 @@ void AnalysisModel::openNow() {
     for (const QString& field :
          {u"dt_Instruction"_s, u"dt_Table"_s, u"dt_TableLayout"_s, u"dt_Graph"_s, u"dt_GraphLayout"_s})
         creationOffered_ = creationOffered_ && dtData2.recordset->hasField(field);
+}
+
+const QString& AnalysisModel::contentField(const QString& original, const QString& english) const {
+    return englishContents_ ? english : original;
 }
 
 bool AnalysisModel::findStudy(const QString& study) {
@@ -182,7 +183,7 @@ void AnalysisModel::loadParts() {
         return;
     dtData5.recordset->MoveFirst();
     request.dbcParts = {dtData5.recordset->text(u"id_Part"_s),
-                        partName(*dtData5.recordset)};
+                        partName(*dtData5.recordset, englishContents_)};
 }
 
 bool AnalysisModel::chooseVariable(const QString& name) {
@@ -451,7 +452,7 @@ void AnalysisModel::loadPart() {
             return;
         }
         dao::Recordset& part = *dtData5.recordset;
-        request.dbcParts.text = partName(part);
+        request.dbcParts.text = partName(part, englishContents_);
         request.dtCriteria = part.text(u"dt_SelectionCriteria"_s);
         const dao::Value variable = part.value(u"dt_SelectionVariable"_s);
         selectionVariable_ = variable.toText();

@@ -84,6 +84,8 @@ public:
     void open();
     /// The statement that lists the studies, from the view definitions.
     static QString studyQuerySource();
+    /// The language of studies, parts and labels: that of the contents when the model was opened.
+    bool englishContents() const { return englishContents_; }
     /// The choices for a variable, "<id_Varname>: <label>", in order of position.
     const QStringList& variableChoices() const { return variableChoices_; }
     const std::vector<StudyVariable>& variables() const { return variables_; }
@@ -221,6 +223,7 @@ private:
         bool operator==(const Computation&) const = default;
     };
 
+    bool englishContents_ = false;
     QStringList variableChoices_;
     std::vector<StudyVariable> variables_;
     std::optional<TableFacts> shown_;
@@ -244,6 +247,7 @@ private:
     bool clickStudy(const QString& study);
     void loadVariable2();
     void loadPart();
+    const QString& contentField(const QString& original, const QString& english) const;
     bool findStudy(const QString& study);
     bool findVariable(const QString& name);
     BoundPicker pickedVariable() const;

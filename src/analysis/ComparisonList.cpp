@@ -239,7 +239,7 @@ bool ComparisonList::cmd_LoadTrend(int row) {
 
 bool ComparisonList::load(const Saved& saved) {
     std::optional<StoredComparison> stored;
-    if (!tablesExist() || !attempt([&] { stored = readComparison(saved.key.mid(2)); }))
+    if (!tablesExist() || !attempt([&] { stored = readComparison(saved.key.mid(2), model_.englishContents()); }))
         return false;
     if (!stored) {
         say(u"Vergleich nicht gefunden"_s);

@@ -3,7 +3,6 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/schema.h"
-#include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "platform/dao/Transaction.h"
 
@@ -51,14 +50,14 @@ dao::Value addComparison(const QString& name, const QString& title) {
 }
 
 /// The name of a part in the study that it belongs to; empty if the study has none of that number.
-QString partNameOf(const QString& study, const QString& id) {
+QString partNameOf(const QString& study, const QString& id, bool english) {
     bool isNumber = false;
     id.toLongLong(&isNumber);
     if (!isNumber || !gDatabase.TableExist(u"tkey_Parts"_s))
         return {};
     const dao::RecordsetPtr parts = catalogue().OpenRecordset(u"tkey_Parts"_s, dao::dbOpenSnapshot);
     parts->FindFirst(u"id_Part = "_s + id + u" AND fi_StudyNo = '"_s + study + u"'"_s);
-    return parts->NoMatch() ? QString() : partName(*parts);
+    return parts->NoMatch() ? QString() : partName(*parts, english);
 }
 
 dao::RecordsetPtr entriesOf(const QString& id) {
@@ -68,10 +67,10 @@ dao::RecordsetPtr entriesOf(const QString& id) {
 
 } // namespace
 
-QString partName(dao::Recordset& part) {
-    const QString original = part.text(u"dt_PartName"_s), english = part.text(u"dt_EnPartName"_s);
-    const QString& wanted = gOptions.EnglishLanguage ? english : original;
-    const QString& other = gOptions.EnglishLanguage ? original : english;
+QString partName(dao::Recordset& part, bool english) {
+    QString wanted = part.text(u"dt_PartName"_s), other = part.text(u"dt_EnPartName"_s);
+    if (english)
+        wanted.swap(other);
     return !wanted.isEmpty() ? wanted : !other.isEmpty() ? other : part.text(u"id_Part"_s);
 }
 
@@ -118,7 +117,7 @@ void storeComparison(const QString& name, const QString& title, const QList<Comp
     transaction.commit();
 }
 
-std::optional<StoredComparison> readComparison(const QString& id) {
+std::optional<StoredComparison> readComparison(const QString& id, bool english) {
     const dao::RecordsetPtr comparisons = catalogue().OpenRecordset(u"tsys_Comparison"_s, dao::dbOpenSnapshot);
     comparisons->FindFirst(u"ID = "_s + id);
     if (comparisons->NoMatch())
@@ -133,7 +132,7 @@ std::optional<StoredComparison> readComparison(const QString& id) {
             entry.column[column] = rows->text(field);
         const QString kind = entry.at(ComparisonEntry::FilterInfo);
         if (!kind.isEmpty() && kind != "user"_L1) {
-            entry.column[ComparisonEntry::PartText] = partNameOf(entry.at(ComparisonEntry::Study), kind);
+            entry.column[ComparisonEntry::PartText] = partNameOf(entry.at(ComparisonEntry::Study), kind, english);
             if (entry.at(ComparisonEntry::PartText).isEmpty())
                 entry.column[ComparisonEntry::PartText] = entry.at(ComparisonEntry::Filter);
         }

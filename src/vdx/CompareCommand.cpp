@@ -144,7 +144,7 @@ public:
         std::vector<QStringList> rows;
         for (const ComparisonList::Saved& saved : list.lst_SavedTrends()) {
             std::optional<StoredComparison> stored;
-            attempt([&] { stored = readComparison(saved.key.mid(2)); });
+            attempt([&] { stored = readComparison(saved.key.mid(2), gOptions.EnglishLanguage); });
             if (!stored)
                 continue;
             QStringList entries;

@@ -384,6 +384,40 @@ TEST_F(AnalysisModes, TheDialogOfMissingValuesTakesEveryShapeAndCancelLetsTheRun
     EXPECT_EQ(tableIs(), TableState::Current);
 }
 
+TEST_F(AnalysisModes, AnOpenWindowKeepsTheLanguageOfItsContents) {
+    openMode(u"Option1"_s, u"UMLAGE1"_s);
+    press(u"optFilter(1)"_s);
+    gOptions.EnglishLanguage = true;
+    window->refreshTitles();
+    const auto shown = [this](const QString& picker) { return the<ChoicePicker>(picker)->currentText(); };
+    chooseStudy(u"SV2022"_s);
+    chooseStudy(u"SV2018"_s);
+    EXPECT_EQ(shown(u"dbcStudy"_s), u"Leben in Solvarden 2018");
+    type(u"dbcVariableUni"_s, u"UMLAGE1"_s);
+    EXPECT_EQ(the<QLabel>(u"lblVariable"_s)->text(), u"UMLAGE1: Zustimmung zu einer Klimaabgabe (Fassung A)");
+    press(u"optFilter(1)"_s);
+    EXPECT_EQ(shown(u"dbcParts"_s), u"Fassung A");
+    goTo(1);
+    EXPECT_TRUE(model().lblLabel.startsWith(u"SV2018, UMLAGE1: Zustimmung zu einer Klimaabgabe (Fassung A)"_s) &&
+                model().lblLabel.endsWith(u"(Fälle aus Fassung A)"_s))
+        << model().lblLabel.toStdString();
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().startsWith(u"Studie: SV2018, Leben in Solvarden 2018"_s));
+    goTo(0);
+    press(u"Option5"_s);
+    click(u"cmd_AddTrend"_s);
+    asker.answer(ui::Answer::Yes).input(u"Umlage"_s).answer(ui::Answer::Yes);
+    key(u"lst_SavedTrends"_s, Qt::Key_Insert);
+    const QStringList entries = listed(u"lst_TrendVars"_s);
+    EXPECT_TRUE(entries[0].endsWith(u"Klimaabgabe (Fassung A) (Fälle aus Fassung A)"_s)) << entries[0].toStdString();
+    key(u"lst_SavedTrends"_s, Qt::Key_Return);
+    EXPECT_EQ(listed(u"lst_TrendVars"_s), entries);
+
+    frmAuswertung* later = frmAuswertung::openFrom(nullptr);
+    later->model().StudyClick(u"SV2018"_s);
+    EXPECT_EQ(later->model().request.dbcStudy.text, u"Living in Solvarden 2018");
+    delete later;
+}
+
 TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonicNorOneWithTheMenuBar) {
     openMode(u"Option1"_s);
     const auto mnemonics = [this] {
