@@ -309,17 +309,20 @@ QWidget* frmAuswertung::buildTable() {
     w_->cbValues = valuesPicker(u"cbValues"_s, page);
     addRow(column, {{w_->lblLabel, 1}, {w_->cbValues, 0}});
 
+    w_->mfgGrid = new ResultTableView(u"mfgGrid"_s, page);
+    column->addWidget(w_->mfgGrid, 1);
     w_->fraState = new QFrame(page);
     w_->fraState->setFrameShape(QFrame::StyledPanel);
+    // Its place is kept for it: a table that moved would be marked in another row than the one that is pointed at.
+    QSizePolicy kept = w_->fraState->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    w_->fraState->setSizePolicy(kept);
     auto* state = new QVBoxLayout(w_->fraState);
     w_->lblState = factLabel(u"lblState"_s, w_->fraState);
     w_->cmdComputeAnew = analysisControl<QPushButton>(u"cmdComputeAnew"_s, u"&Jetzt neu berechnen"_s, w_->fraState);
     w_->cmdStop = analysisControl<QPushButton>(u"cmdStop"_s, u"Abbrechen (Esc)"_s, w_->fraState);
     addRow(state, {{w_->lblState, 1}, {w_->cmdComputeAnew, 0}, {w_->cmdStop, 0}});
     column->addWidget(w_->fraState);
-
-    w_->mfgGrid = new ResultTableView(u"mfgGrid"_s, page);
-    column->addWidget(w_->mfgGrid, 1);
     w_->lblFacts = factLabel(u"lblFacts"_s, page);
     QFont small = w_->lblFacts->font();
     small.setPointSizeF(small.pointSizeF() * 0.85);

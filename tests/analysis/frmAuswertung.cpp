@@ -129,13 +129,41 @@ TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
     EXPECT_TRUE(asker.boxes.empty());
 }
 
+TEST_F(AnalysisWindow, TheListOfNamesInTheFilterLineGoesOnceANameStandsThere) {
+    open();
+    chooseStudy(u"SV2018"_s);
+    press(u"optFilter(2)"_s);
+    auto* line = the<FilterLine>(u"txtFilter"_s);
+    line->setFocus();
+    auto* list = line->findChild<QCompleter*>()->popup();
+    QTest::keyClicks(line, u"kli"_s);
+    ASSERT_TRUE(list->isVisible());
+    EXPECT_GT(list->model()->rowCount(), 1) << "labels that hold it too";
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Enter);
+    EXPECT_EQ(line->text(), u"KLIMA");
+    EXPECT_FALSE(list->isVisible());
+    EXPECT_TRUE(the<QLabel>(u"lblFilterCheck"_s)->isVisible()) << "what the list would cover";
+    for (const QString& text : {u"=1 and"_s, u" not"_s, u" umlage1"_s}) {
+        QTest::keyClicks(line, text);
+        EXPECT_FALSE(list->isVisible()) << text.toStdString();
+    }
+}
+
 TEST_F(AnalysisWindow, MarksAreSetBySpaceAndClickAndTheLineOffersToComputeAnew) {
     openTable();
+    const auto placeOfCells = [this] {
+        auto* cells = the<ResultTableView>(u"mfgGrid"_s)->viewport();
+        return QRect(cells->mapTo(window, QPoint()), cells->size());
+    };
     const QString before = row(1);
+    const QRect place = placeOfCells();
     selectCell(1, 2);
     QTest::keyClick(the<ResultTableView>(u"mfgGrid"_s), Qt::Key_Space);
     EXPECT_EQ(row(1).section(u'|', 2, 2), u"X");
     EXPECT_EQ(state(), u"Die Missing-Werte wurden seit der Berechnung geändert.");
+    settle();
+    EXPECT_EQ(placeOfCells(), place) << "a second click would mark another row";
     click(u"cmdComputeAnew"_s);
     EXPECT_EQ(state(), QString());
     EXPECT_EQ(row(1).section(u'|', 5, 5), u" ") << "a missing value has no valid percent";
