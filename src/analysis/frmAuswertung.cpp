@@ -71,7 +71,11 @@ frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_u
     refreshTitles();
 }
 
-frmAuswertung::~frmAuswertung() = default;
+frmAuswertung::~frmAuswertung() {
+    // The focus is to leave the controls while what hears of it is still there; what was being typed counts no more.
+    filterTyped_ = false;
+    hide();
+}
 
 /// The rows that are selected; in a view for comparisons also all that the selected entry of the tree holds.
 void frmAuswertung::preselect(const frmExplorer& explorer) {

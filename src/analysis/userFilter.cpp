@@ -14,11 +14,6 @@ bool isDigit(QChar c) {
     return c >= u'0' && c <= u'9';
 }
 
-bool isOperator(const QString& word) {
-    const QString upper = word.trimmed().toUpper();
-    return upper == "AND"_L1 || upper == "OR"_L1 || upper == "NOT"_L1;
-}
-
 class FilterPass {
 public:
     FilterPass(const QString& text, const FilterSurroundings& surroundings)
@@ -70,7 +65,7 @@ private:
     }
 
     bool takeWord(const QString& word) {
-        if (isOperator(word)) {
+        if (isFilterOperator(word)) {
             result_.filterSql += word;
             return true;
         }
@@ -91,6 +86,11 @@ private:
 };
 
 } // namespace
+
+bool isFilterOperator(const QString& word) {
+    const QString upper = word.trimmed().toUpper();
+    return upper == "AND"_L1 || upper == "OR"_L1 || upper == "NOT"_L1;
+}
 
 FilterResult translateFilter(const QString& text, const FilterSurroundings& surroundings) {
     return FilterPass(text, surroundings).run();

@@ -1,5 +1,8 @@
 #include "widgets/FilterLine.h"
 
+#include "analysis/userFilter.h"
+#include "widgets/BestFirst.h"
+
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QInputMethodEvent>
@@ -7,6 +10,7 @@
 #include <QListView>
 #include <QStringListModel>
 #include <QTextCharFormat>
+#include <algorithm>
 
 namespace {
 
@@ -17,10 +21,11 @@ bool isOfWord(QChar c) {
 } // namespace
 
 FilterLine::FilterLine(const QString& name, QWidget* parent)
-    : QLineEdit(parent), completer_(new QCompleter(this)), model_(new QStringListModel(this)) {
+    : QLineEdit(parent), completer_(new QCompleter(this)), model_(new QStringListModel(this)),
+      found_(new BestFirst(model_, this)) {
     setObjectName(name);
     setProperty("CtrlTyp", QString()); // its text is the user's
-    completer_->setModel(model_);
+    completer_->setModel(found_);
     completer_->setFilterMode(Qt::MatchContains);
     completer_->setCaseSensitivity(Qt::CaseInsensitive);
     auto* list = new QListView;
@@ -58,19 +63,22 @@ int FilterLine::wordStart() const {
     return start;
 }
 
+/// A word that is a name already needs no list, which would cover what is said about the filter.
+bool FilterLine::isName(const QString& word) const {
+    return std::ranges::any_of(model_->stringList(), [&](const QString& choice) {
+        return choice.startsWith(word + u':', Qt::CaseInsensitive);
+    });
+}
+
 void FilterLine::offer() {
     const QString word = text().mid(wordStart(), cursorPosition() - wordStart());
-    if (word.isEmpty() || word[0].isDigit()) {
+    if (word.isEmpty() || word[0].isDigit() || isFilterOperator(word) || isName(word)) {
         completer_->popup()->hide();
         return;
     }
+    found_->fit(word);
     completer_->setCompletionPrefix(word);
-    if (completer_->completionCount() == 0 ||
-        (completer_->completionCount() == 1 &&
-         completer_->currentCompletion().startsWith(word + u':', Qt::CaseInsensitive)))
-        completer_->popup()->hide();
-    else
-        completer_->complete();
+    completer_->complete();
 }
 
 void FilterLine::take(const QString& choice) {

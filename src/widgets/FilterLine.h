@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QStringList>
 
+class BestFirst;
 class QCompleter;
 class QStringListModel;
 
@@ -22,8 +23,10 @@ protected:
 private:
     QCompleter* completer_;
     QStringListModel* model_;
+    BestFirst* found_;
 
     int wordStart() const;
+    bool isName(const QString& word) const;
     void offer();
     void take(const QString& choice);
 };
