@@ -329,6 +329,8 @@ void frmAuswertung::copy() {
                 ui::asker().setClipboard(text, QString());
             return;
         }
+        if (!model_.tableFacts())
+            return;
         const ResultTable& table = model_.mfgGrid;
         ui::asker().setClipboard(model_.lblLabel + u"\r\n"_s + clipText(table), htmlTable(model_.lblLabel, table));
         ui::asker().messageBox({.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s),

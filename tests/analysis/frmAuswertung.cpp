@@ -286,11 +286,13 @@ TEST_F(AnalysisWindow, ARunIsStoppedByItsButtonOrEscapeAndOtherInputIsSwallowed)
         EXPECT_EQ(window->model().facts().outcome, RunOutcome::Cancelled);
         EXPECT_TRUE(window->model().dtData3.Tag.isEmpty());
         EXPECT_EQ(state(), u"Die Berechnung wurde abgebrochen.");
+        window->copy();
         EXPECT_EQ(gBusy, 0);
         asker.onEventTurn = nullptr;
         goTo(0);
     }
     EXPECT_EQ(pressed, 0);
+    EXPECT_TRUE(asker.boxes.empty() && asker.clipboardText.isNull()) << "there was no table to copy";
     goTo(1);
     EXPECT_EQ(state(), QString());
     EXPECT_EQ(row(1).section(u'|', 1, 1), u"männlich");
