@@ -82,16 +82,17 @@ void frmAuswertung::preselect(const frmExplorer& explorer) {
     const ExplorerModel& shown = explorer.model();
     const bool trend = gViews.at(explorer.viewNumber(), ViewTable::CompAnalysis) == u"1";
     const bool ofTree = trend && explorer.place() == frmExplorer::Place::Tree;
+    const bool ofList = explorer.place() == frmExplorer::Place::List;
     std::vector<SelectedVariable> selection;
     const auto add = [&](const VariableRow& row) { selection.push_back({row.cell(1), row.Text}); };
     if (ofTree)
         std::ranges::for_each(shown.list.rows, add);
-    else if (explorer.place() == frmExplorer::Place::List)
+    else if (ofList)
         for (const int row : explorer.selectedRows())
             add(shown.list.rows.at(static_cast<size_t>(row)));
     if (!trend)
         return preselectVariables(model_, selection);
-    if (!selection.empty() || ofTree)
+    if (ofList || ofTree)
         preselectComparison(model_, comparison_, selection);
     if (const CatalogueNode* node = shown.selectedNode(); ofTree && node)
         model_.request.txtTitle = comparisonTitle(node->Text);

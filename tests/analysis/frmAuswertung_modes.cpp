@@ -293,6 +293,14 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
     EXPECT_EQ(other->model().request.lst_TrendVars.size(), 3);
     EXPECT_EQ(other->model().request.txtTitle, QString());
     delete other;
+    explorer->activateWindow();
+    rows->setFocus();
+    rows->clearSelection();
+    settle();
+    other = frmAuswertung::openFrom(explorer);
+    EXPECT_EQ(other->model().request.mode, AnalysisMode::Comparison) << "with nothing selected";
+    EXPECT_TRUE(other->model().request.lst_TrendVars.isEmpty());
+    delete other;
     delete explorer;
 
     // In a view of studies the first two make a crosstab.
