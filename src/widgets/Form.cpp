@@ -145,12 +145,16 @@ bool Form::isOpen(const ControlHost* form) {
     return std::ranges::find(openForms(), form) != openForms().end();
 }
 
+std::vector<QObject*> Form::namedObjects() const {
+    std::vector<QObject*> found;
+    collect(&root_, found);
+    return found;
+}
+
 std::vector<ControlText> Form::controls() const {
     std::vector<ControlText> places;
     places.push_back({.type = u"Form"_s, .name = name_, .index = std::nullopt, .text = root_.windowTitle()});
-    std::vector<QObject*> named;
-    collect(&root_, named);
-    for (const QObject* object : named) {
+    for (const QObject* object : namedObjects()) {
         ControlText place;
         place.type = typeOf(object);
         if (place.type.isEmpty())
@@ -196,8 +200,7 @@ void Form::setControlText(const ControlText& place, const QString& text) {
 
 QObject* Form::control(const QString& name, std::optional<int> index) const {
     const QString wanted = index ? arrayName(name, *index) : name;
-    std::vector<QObject*> named;
-    collect(&root_, named);
-    const auto found = std::ranges::find_if(named, [&](const QObject* o) { return o->objectName() == wanted; });
-    return found == named.end() ? nullptr : *found;
+    const std::vector<QObject*> all = namedObjects();
+    const auto found = std::ranges::find_if(all, [&](const QObject* o) { return o->objectName() == wanted; });
+    return found == all.end() ? nullptr : *found;
 }

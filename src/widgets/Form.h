@@ -32,6 +32,8 @@ public:
     std::vector<ControlText> controls() const override;
     void setControlText(const ControlText& control, const QString& text) override;
 
+    /// Everything in the window that has a name; the windows within it left out.
+    std::vector<QObject*> namedObjects() const;
     /// A control by its name and, in an array, its index; null if there is none.
     QObject* control(const QString& name, std::optional<int> index = std::nullopt) const;
 

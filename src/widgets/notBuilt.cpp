@@ -3,16 +3,15 @@
 #include "app/globals.h"
 #include "widgets/Form.h"
 
-#include <QAction>
-#include <QMap>
-#include <QWidget>
+#include <QHash>
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 /// By window, the controls without a function yet.
-const QMap<QString, QStringList> controlsNotBuilt = {
+const QHash<QString, QSet<QString>> controlsNotBuilt = {
     {u"frmMain"_s,
      {u"mnuFragebogenansicht"_s, u"mnuSPSSAnsicht"_s, u"mnuFilePrint"_s, u"mnuEditCut"_s, u"mnuEditPaste"_s, u"mnuLöschen"_s,
       u"mnuSuchen"_s, u"mnuWeitersuchen"_s, u"mnuErweiterteSuche"_s, u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s,
@@ -26,26 +25,20 @@ const QMap<QString, QStringList> controlsNotBuilt = {
 } // namespace
 
 void applyNotBuilt(Form& form) {
-    const QStringList names = controlsNotBuilt.value(form.windowName());
+    const auto names = controlsNotBuilt.constFind(form.windowName());
+    if (names == controlsNotBuilt.constEnd())
+        return;
     const QString reason = TranslateText(u"In dieser Version noch nicht enthalten."_s);
-    // A control that shows nothing but a picture still says what it is for.
-    const auto tooltip = [&](const QObject* object) {
-        const QString own = object->property("ownToolTip").toString();
-        return own.isEmpty() ? reason : own + u'\n' + reason;
-    };
-    const auto isNamed = [&](const QObject* object) {
-        const QString name = object->objectName();
+    const auto isNamed = [&](const QString& name) {
         const qsizetype bracket = name.indexOf(u'(');
-        return names.contains(bracket < 0 ? name : name.left(bracket));
+        return names->contains(bracket < 0 ? name : name.left(bracket));
     };
-    for (QAction* action : form.widget().findChildren<QAction*>())
-        if (isNamed(action)) {
-            action->setEnabled(false);
-            action->setToolTip(tooltip(action));
-        }
-    for (QWidget* widget : form.widget().findChildren<QWidget*>())
-        if (isNamed(widget)) {
-            widget->setEnabled(false);
-            widget->setToolTip(tooltip(widget));
-        }
+    for (QObject* object : form.namedObjects()) {
+        if (!isNamed(object->objectName()))
+            continue;
+        // A control that shows nothing but a picture still says what it is for.
+        const QString own = object->property("ownToolTip").toString();
+        object->setProperty("enabled", false);
+        object->setProperty("toolTip", own.isEmpty() ? reason : own + u'\n' + reason);
+    }
 }
