@@ -8,6 +8,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
+#include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
@@ -128,6 +129,7 @@ void frmMain::buildStatusBar() {
 }
 
 void frmMain::load() {
+    const GestureScope gesture;
     const bool goOn = Main::openingStep([this] { mdLanguage::SetCtrlProps(*this); }) &&
                       Main::openingStep([this] { InitializeForm(); });
     applyState();
@@ -344,6 +346,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
         return;
     }
     stopped_ = true;
+    const GestureScope gesture;
     std::optional<Main::WindowPlace> place;
     if (!isMinimized()) {
         // Of a maximised window, the place that it goes back to.

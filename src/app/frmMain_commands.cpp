@@ -7,6 +7,7 @@
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
+#include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
@@ -74,6 +75,7 @@ void frmMain::perform(const QString& name) {
     const int button = toolbar_.index(name);
     const QString command = button > 0 ? toolbar_.buttons()[static_cast<size_t>(button) - 1].command : name;
     const MainState now = state();
+    const GestureScope gesture;
     if (!now.busy || MainMenu::enabled(command, now))
         if (const auto found = commands_.constFind(command); found != commands_.constEnd())
             trapped(*found);
@@ -133,6 +135,8 @@ void frmMain::OpenDB() {
 }
 
 void frmMain::openFile(const QString& file) {
+    // What the file before could not do says nothing of this one.
+    GestureScope::startAnew();
     const qint16 opened = mdDataBase::OpenQXDatabase(file);
     buildToolbar();
     afterOpening(opened);

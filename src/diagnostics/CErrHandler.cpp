@@ -83,7 +83,7 @@ QString CErrHandler::title() {
     return AppTitle;
 }
 
-void CErrHandler::HandleError(int number, const QString& description) {
+void CErrHandler::HandleError(int number, const QString& description, bool show) {
     ui::asker().setPointer(ui::Pointer::Default);
     errorNumber_ = number;
     errorLine_ = 0;
@@ -91,18 +91,18 @@ void CErrHandler::HandleError(int number, const QString& description) {
     errorProcedure_ = current();
     title();
     writeProgramReport();
-    if (!DisplayMsgOnError)
+    if (!DisplayMsgOnError || !show)
         return;
     const QString cause =
         (gLanguage != 0 ? u"Error: ("_s : u"Fehler: ("_s) + QString::number(number) + u") "_s;
     showError(placeOfError(errorProcedure_, errorLine_) + cause + description, AppTitle);
 }
 
-void CErrHandler::HandleDBError(const QString& text) {
+void CErrHandler::HandleDBError(const QString& text, bool show) {
     ui::asker().setPointer(ui::Pointer::Default);
     title();
     writeDatabaseReport(text);
-    if (DisplayMsgOnError)
+    if (DisplayMsgOnError && show)
         showError(placeOfError(current(), errorLine_) + text, AppTitle);
 }
 

@@ -22,9 +22,10 @@ public:
     QString current() const;
 
     /// Reports a program error: number, description (dao::Error or a run-time error).
-    void HandleError(int number, const QString& description);
+    /// @param show false: the report is written, but no box is shown
+    void HandleError(int number, const QString& description, bool show = true);
     /// Reports a database error; the text joins the engine's error list (see lastDbErrorText()).
-    void HandleDBError(const QString& text);
+    void HandleDBError(const QString& text, bool show = true);
 
 private:
     static constexpr int maxDepth_ = 100;

@@ -1,5 +1,6 @@
 #include "diagnostics/errors.h"
 
+#include "diagnostics/GestureScope.h"
 #include "platform/dao/DBEngine.h"
 #include "platform/ui/Asker.h"
 
@@ -15,17 +16,29 @@ QString lastDbErrorText() {
 
 void reportError(const dao::Error& error) {
     if (dao::DBEngine::instance().errors().Count() > 0)
-        gErrHandler.HandleDBError(lastDbErrorText());
+        gErrHandler.HandleDBError(lastDbErrorText(), GestureScope::tells(error.number(), gErrHandler.current()));
     else
-        gErrHandler.HandleError(error.number(), error.description());
+        reportProgramError(error);
+}
+
+void reportProgramError(const dao::Error& error) {
+    gErrHandler.HandleError(error.number(), error.description(), GestureScope::tells(error.number(), gErrHandler.current()));
 }
 
 bool standardErrorBox(const dao::Error& error, Trap& outcome) {
+    outcome = Trap::Aborted;
+    if (GestureScope::hasTold(error.number())) {
+        ui::asker().setPointer(ui::Pointer::Default);
+        return false;
+    }
+    GestureScope::tells(error.number(), QString());
     const ui::Answer answer =
         ui::asker().messageBox({QString::number(error.number()) + u"\r\n"_s + error.description(),
                                 TranslateText(u"Fehler"_s), ui::Icon::None, ui::Buttons::AbortRetryIgnore});
-    if (answer == ui::Answer::Retry)
+    if (answer == ui::Answer::Retry) {
+        GestureScope::startAnew();
         return true;
+    }
     outcome = answer == ui::Answer::Ignore ? Trap::Ignored : Trap::Aborted;
     if (outcome == Trap::Aborted)
         ui::asker().setPointer(ui::Pointer::Default);

@@ -20,12 +20,11 @@ public:
 /// Description, line break and source of every entry of the engine's error list, nothing between entries.
 QString lastDbErrorText();
 
-/// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise.
+/// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise. What the gesture
+/// under way has told of already is only written (see GestureScope).
 void reportError(const dao::Error& error);
 /// Hands an error to HandleError whatever the engine's list holds; opening and closing of a catalogue report so.
-inline void reportProgramError(const dao::Error& error) {
-    gErrHandler.HandleError(error.number(), error.description());
-}
+void reportProgramError(const dao::Error& error);
 
 /// Runs a step; a failure is reported and the caller goes on at its next statement.
 /// @return false after a failure
@@ -42,7 +41,8 @@ bool attempt(Step&& step, void (*report)(const dao::Error&) = reportError) {
 
 enum class Trap { Done, Ignored, Aborted };
 
-/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore).
+/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore). A file that the gesture under way
+/// has told of counts as answered with Abort.
 /// @return true to retry; otherwise `outcome` tells
 bool standardErrorBox(const dao::Error& error, Trap& outcome);
 

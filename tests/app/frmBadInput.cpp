@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QTabWidget>
 #include <QTest>
@@ -138,6 +139,75 @@ TEST_F(BadInput, ACatalogueThatGoesOrIsReplacedWhileItIsOpenIsToldAndAnotherOneO
         main->close();
         main.reset();
         QFile::remove(path);
+    }
+}
+
+TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgramStaysUsable) {
+    { const TestCatalogue other(home.path(), u"other.mdb"_s); }
+    const std::pair<const char*, std::function<void(const QString&)>> cases[] = {
+        {"garbled", [this](const QString& path) { writeFile(path, QByteArray(QFileInfo(path).size(), 'x')); }},
+        {"emptied", [this](const QString& path) { writeFile(path, {}); }},
+        {"replaced", [this](const QString& path) {
+             QFile other(home.path(u"other.mdb"_s));
+             ASSERT_TRUE(other.open(QIODevice::ReadOnly));
+             writeFile(path, other.readAll());
+         }}};
+    for (const auto& [name, spoil] : cases) {
+        SCOPED_TRACE(name);
+        for (const ui::Answer answer : {ui::Answer::Abort, ui::Answer::Ignore}) {
+            const QString path = openSampleArchive();
+            open();
+            mdDataBase::OpenQXDatabase(path);
+            press(u"mnLngG"_s);
+            press(u"EXPL1"_s);
+            press(u"VV"_s);
+            auto* explorer = front<frmExplorer>();
+            ASSERT_TRUE(explorer);
+            spoil(path);
+            boxes.onBox = [answer](const ui::Box& box) {
+                return box.buttons == ui::Buttons::YesNo ? ui::Answer::Yes
+                       : box.buttons == ui::Buttons::AbortRetryIgnore ? answer : ui::safeAnswer(box.buttons);
+            };
+            size_t most = 0, told = 0;
+            const auto gesture = [&](const char* what, const std::function<void()>& step) {
+                boxes.boxes.clear();
+                step();
+                settle();
+                const auto failures = static_cast<size_t>(std::ranges::count_if(
+                    boxes.boxes, [](const ui::Box& box) { return box.buttons != ui::Buttons::YesNo; }));
+                most = std::max(most, failures);
+                told += failures;
+                EXPECT_LE(failures, 1u) << what << ":\n" << boxes.texts().join(u"\n--\n"_s).toStdString();
+            };
+            auto* tree = explorer->findChild<QAbstractItemView*>(u"tvTreeView"_s);
+            const QModelIndex top = tree->model()->index(0, 0);
+            gesture("a node", [&] { tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0, top))); });
+            gesture("another node", [&] { tree->setCurrentIndex(tree->model()->index(1, 0, tree->model()->index(0, 0, top))); });
+            gesture("a row", [&] { listOf(*explorer)->setCurrentIndex(listOf(*explorer)->model()->index(1, 0)); });
+            gesture("a double click", [&] { QTest::keyClick(listOf(*explorer), Qt::Key_Return); });
+            gesture("a step", [&] { QTest::keyClick(explorer, Qt::Key_Down, Qt::AltModifier); });
+            gesture("panels", [&] { press(u"V"_s); });
+            gesture("the language", [&] { press(u"mnLngE"_s); });
+            gesture("the other language", [&] { press(u"mnLngG"_s); });
+            gesture("a view", [&] { press(u"EXPL2"_s); });
+            gesture("an analysis", [&] { press(u"A"_s); });
+            gesture("its table", [&] {
+                if (auto* analysis = front<frmAuswertung>())
+                    analysis->findChild<QTabWidget*>(u"SSTab"_s)->setCurrentIndex(1);
+            });
+            EXPECT_GT(told, 0u) << "what cannot be read is said";
+            gesture("another catalogue", [&] {
+                boxes.file(home.path(u"other.mdb"_s));
+                press(u"ODB"_s);
+            });
+            EXPECT_EQ(gDatabase.State(), 1);
+            press(u"EXPL1"_s);
+            EXPECT_TRUE(front<frmExplorer>());
+            gesture("closing", [&] { main->close(); });
+            boxes.onBox = nullptr;
+            main.reset();
+            QFile::remove(path);
+        }
     }
 }
 
