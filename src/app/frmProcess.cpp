@@ -3,8 +3,11 @@
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
+#include "platform/ui/Asker.h"
 #include "widgets/Icons.h"
+#include "widgets/RunGuard.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -13,6 +16,36 @@
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+class OpenProgress : public ui::ProgressView {
+public:
+    explicit OpenProgress(bool mayStop)
+        : guard_([this, mayStop] { stopped_ = mayStop; }, {}),
+          window_(mayStop ? std::function<void()>([this] { stopped_ = true; }) : nullptr, QApplication::activeWindow()) {
+        window_.setWindowModality(Qt::ApplicationModal);
+    }
+
+    bool show(const QString& text, int done, int total) override {
+        window_.lblStatus->setText(text);
+        window_.setProgress(done, total);
+        window_.show();
+        ui::asker().eventTurn();
+        return !stopped_;
+    }
+
+private:
+    bool stopped_ = false;
+    RunGuard::Scope guard_;
+    frmProcess window_;
+};
+
+} // namespace
+
+std::unique_ptr<ui::ProgressView> frmProcess::open(bool mayStop) {
+    return RunGuard::running() ? nullptr : std::make_unique<OpenProgress>(mayStop);
+}
 
 frmProcess::frmProcess(std::function<void()> stop, QWidget* parent)
     : QDialog(parent), Form(*this, u"frmProcess"_s), lblStatus(new QLabel(this)), pgbProgress(new QProgressBar(this)),

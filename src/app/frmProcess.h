@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ui/Progress.h"
 #include "widgets/Form.h"
 
 #include <QDialog>
@@ -17,6 +18,10 @@ public:
     ///        closed by the user
     explicit frmProcess(std::function<void()> stop = {}, QWidget* parent = nullptr);
     ~frmProcess() override;
+
+    /// Shows the window over all others for as long as the view lives; nothing else takes input meanwhile, and what is to be
+    /// closed stops the step and closes when it has ended. @return null while another step is guarded already
+    static std::unique_ptr<ui::ProgressView> open(bool mayStop);
 
     QLabel* lblStatus;
     QProgressBar* pgbProgress;

@@ -1,4 +1,5 @@
 #include "app/frmMain.h"
+#include "app/frmProcess.h"
 #include "app/frmSplash.h"
 #include "app/frmStatus.h"
 #include "app/globals.h"
@@ -50,6 +51,7 @@ int main(int, char** arguments) {
     Program::setQuitOnLastWindowClosed(false);
 
     QtAsker dialogs;
+    dialogs.progressWindow = frmProcess::open;
     ui::setAsker(&dialogs);
     mdLanguage::showStartWindow = frmSplash::showModal;
     gUnloadWindows = unloadChildWindows;

@@ -95,7 +95,7 @@ public:
                 if (!recordset)
                     return;
                 const EntryReader reader(*recordset, columns_);
-                for (; !recordset->Eof(); recordset->MoveNext())
+                for (; !recordset->Eof() && goesOn(); recordset->MoveNext())
                     addEntry(reader.current(), depth);
                 recordset->Close();
             },
@@ -108,6 +108,23 @@ private:
     bool study_;
     EntryColumns columns_;
     QString table_;
+    ui::Progress progress_{ui::Progress::Stop::Allowed, [this] { return countEntries(); }};
+
+    bool goesOn() {
+        tree_.CutShort = !progress_.next(TranslateText(u"Die Einträge werden gelesen:"_s) + u' ' + viewName());
+        return !tree_.CutShort;
+    }
+
+    QString viewName() const { return gViews.at(view_, gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish); }
+
+    int countEntries() const {
+        try {
+            const QString statement = u"SELECT Count(*) AS n FROM "_s + table_;
+            return static_cast<int>(gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenSnapshot)->value(0).toInteger());
+        } catch (const dao::Error&) {
+            return 0; // The reading itself will say what is wrong.
+        }
+    }
 
     QString statement(const QString& parent) const {
         return study_
@@ -202,6 +219,7 @@ void Update_TreeView(CatalogueTree& tree, int view, bool english) {
     const ProcedureScope scope(u"[Module1.Update_TreeView]"_s);
     ui::asker().eventTurn();
     tree.clear();
+    tree.CutShort = false;
     const auto name = gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish;
     CatalogueNode& root = tree.addRoot(viewLetter(view) + u"0"_s, gViews.at(view, name));
     root.Image = 2 * view + 4;

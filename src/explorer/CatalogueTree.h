@@ -40,6 +40,8 @@ public:
     const CatalogueNode* find(const QString& key) const;
     /// Gives the root another text, after the language of the user interface has changed.
     void setRootText(const QString& text);
+    /// The user stopped the reading: what is missing is no fault of the catalogue.
+    bool CutShort = false;
     /// In the order in which they were added.
     const std::deque<CatalogueNode>& nodes() const { return nodes_; }
 
@@ -58,8 +60,8 @@ QChar viewLetter(int view);
 int viewOfKey(const QString& key);
 
 /// Rebuilds the tree of a view of the open catalogue, in the original language or in English. Failures are
-/// reported and the tree stays as far as it was built. An entry that stands below itself is reported and not
-/// followed.
+/// reported and the tree stays as far as it was built; so it does when the user stops a reading that takes long. An entry
+/// that stands below itself is reported and not followed.
 void Update_TreeView(CatalogueTree& tree, int view, bool english);
 /// Adds one entry; a failure (its parent is not in the tree, its key is) is reported.
 /// @return true if it was added

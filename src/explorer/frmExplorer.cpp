@@ -102,7 +102,8 @@ void frmExplorer::openView(int view) {
     propFont_ = gOptions.PropFont;
     for (ExplorerPanel* panel : {panelA_, panelB_})
         panel->setQuestionFont(propFont_);
-    unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
+    if (!model_.tree.CutShort)
+        unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
     setWindowIcon(Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
     reportUnreached();
 }
@@ -125,7 +126,12 @@ void frmExplorer::reportUnreached() {
         texts << u"%1 (%2)"_s.arg(entries[i].text.left(60), entries[i].key.left(60));
     if (entries.size() > named)
         texts << u"…"_s;
-    lblUnreached_->setVisible(!entries.empty());
+    lblUnreached_->setVisible(!entries.empty() || model_.tree.CutShort);
+    if (model_.tree.CutShort) {
+        lblUnreached_->setText(TranslateText(u"Das Lesen wurde angehalten: Es fehlen Einträge."_s));
+        lblUnreached_->setToolTip(TranslateText(u"Öffnen Sie die Sicht noch einmal, um alle zu sehen."_s));
+        return;
+    }
     lblUnreached_->setText(TranslateText(u"Einträge, zu denen kein Weg führt:"_s) + u' ' + QString::number(entries.size()) +
                            u"\n"_s + texts.mid(0, 3).join(u", "_s) + (entries.size() > 3 ? u", …"_s : QString()));
     lblUnreached_->setToolTip(u"<p>"_s + texts.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s);

@@ -181,7 +181,9 @@ void CCtrl::UpdateTblStat() {
     int count = 0;
     run(u"UpdateTblStat"_s, [&] {
         const dao::RecordsetPtr rows = database_->OpenRecordset(u"tblstat"_s, dao::dbOpenDynaset);
+        ui::Progress progress(ui::Progress::Stop::No, [&] { return rows->RecordCount(); });
         for (; !rows->Eof(); rows->MoveNext()) {
+            progress.next(TranslateText(u"Die Texte werden abgeglichen:"_s) + u' ' + rows->text(u"FormName"_s));
             const dao::Value index = rows->value(u"Index"_s);
             const QString property = u"property = '"_s + rows->text(u"Property"_s) + u"'"_s;
             const QString condition =

@@ -207,6 +207,10 @@ void QtAsker::beep() {
     QApplication::beep();
 }
 
+std::unique_ptr<ui::ProgressView> QtAsker::openProgress(bool mayStop) {
+    return progressWindow ? progressWindow(mayStop) : nullptr;
+}
+
 void QtAsker::eventTurn() {
     // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their turn.
     QCoreApplication::processEvents(RunGuard::running() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);

@@ -16,7 +16,11 @@ public:
     void setPointer(ui::Pointer pointer) override;
     ui::Pointer pointer() const override { return pointer_; }
     void beep() override;
+    std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override;
     void eventTurn() override;
+
+    /// Makes the window that shows progress; without one nothing is shown of it.
+    std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> progressWindow;
 
 private:
     ui::Pointer pointer_ = ui::Pointer::Default;

@@ -8,8 +8,10 @@
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 #include "widgets/Form.h"
+#include "widgets/RunGuard.h"
 
 #include <QCheckBox>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
 #include <algorithm>
@@ -82,4 +84,31 @@ TEST_F(SmallWindows, TheProgressWindowStopsOnlyByItsButtonAndTheAboutBoxNamesVer
     EXPECT_TRUE(asker.clipboardText.startsWith(u"Varidex 3.6.0\nQt"_s));
     QTest::keyClick(&about, Qt::Key_Escape);
     EXPECT_FALSE(about.isVisible());
+}
+
+TEST_F(SmallWindows, WhatIsToBeClosedWhileProgressShowsEndsTheStepFirst) {
+    const auto child = std::make_unique<QWidget>();
+    child->show();
+    for (const bool mayStop : {true, false}) {
+        auto view = frmProcess::open(mayStop);
+        ASSERT_TRUE(view);
+        EXPECT_FALSE(frmProcess::open(true)) << "one at a time";
+        EXPECT_TRUE(view->show(u"SV2018"_s, 1, 4));
+        auto* window = dynamic_cast<frmProcess*>(Form::open().back());
+        ASSERT_TRUE(window && window->isVisible() && window->isModal());
+        EXPECT_EQ(window->pgbProgress->value(), 1);
+        EXPECT_EQ(gBusy, 1);
+        EXPECT_TRUE(RunGuard::closeAfterRun(*child));
+        EXPECT_EQ(view->show(u"SV2022"_s, 2, 4), !mayStop);
+        EXPECT_TRUE(child->isVisible());
+        view.reset();
+        EXPECT_EQ(gBusy, 0);
+        settle();
+        EXPECT_FALSE(child->isVisible());
+        child->show();
+    }
+    auto view = frmProcess::open(true);
+    view->show(u"SV2018"_s, 0, 0);
+    QTest::keyClick(Form::open().back()->widget().findChild<QPushButton*>(u"cmdStop"_s), Qt::Key_Return);
+    EXPECT_FALSE(view->show(u"SV2018"_s, 0, 0));
 }

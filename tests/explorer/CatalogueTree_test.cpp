@@ -75,6 +75,34 @@ TEST_F(Tree, CategoriesFollowTheirOrderAndFallBackOnlyWithoutADescription) {
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
 
+TEST_F(Tree, AReadingThatTakesLongTellsHowFarItIsAndEndsWhereTheUserStopsIt) {
+    struct View : ui::ProgressView {
+        QStringList& seen;
+        explicit View(QStringList& list) : seen(list) {}
+        bool show(const QString& text, int done, int total) override {
+            seen << u"%1 %2/%3"_s.arg(text).arg(done).arg(total);
+            return seen.size() < 3;
+        }
+    };
+    QStringList seen;
+    asker.onProgress = [&](bool mayStop) {
+        EXPECT_TRUE(mayStop);
+        return std::make_unique<View>(seen);
+    };
+    EXPECT_NE(build(2).find("B3 Vertrauen"), std::string::npos);
+    EXPECT_TRUE(seen.isEmpty()) << "what is done at once shows nothing";
+    ui::Progress::patience = 0;
+    EXPECT_EQ(build(2), "B0 Kategorien 8/9/9\n"
+                        " B2 Demographie 27/28/28\n"
+                        " B1 Einstellungen 8/9/9\n");
+    ui::Progress::patience = 1000;
+    EXPECT_EQ(seen, (QStringList{u"Die Einträge werden gelesen: Kategorien 0/3"_s, u"Die Einträge werden gelesen: Kategorien 1/3"_s,
+                                 u"Die Einträge werden gelesen: Kategorien 2/3"_s}));
+    EXPECT_TRUE(tree.CutShort);
+    build(2);
+    EXPECT_FALSE(tree.CutShort);
+}
+
 TEST(TreeKeys, AreToldApartAsTheEngineTellsTexts) {
     CatalogueTree tree;
     tree.addRoot(u"A0"_s, u"Studien"_s);

@@ -19,6 +19,7 @@ public:
 
     std::vector<ui::Box> boxes;  ///< every box shown, in order
     std::function<void()> onEventTurn;
+    std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> onProgress;
     QString clipboardText, clipboardHtml;
     ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
     QStringList opened; ///< files handed to other applications
@@ -38,6 +39,7 @@ public:
     void setClipboard(const QString& text, const QString& html) override;
     void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
     ui::Pointer pointer() const override { return pointer_; }
+    std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override { return onProgress ? onProgress(mayStop) : nullptr; }
     void eventTurn() override;
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ui/Progress.h"
+
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -50,6 +52,8 @@ public:
     /// @return whether one took it
     virtual bool openFile(const QString& /*path*/) { return false; }
     virtual QStringList printers() const { return {}; }
+    /// A view of a step that takes long; null where nothing is shown of it.
+    virtual std::unique_ptr<ProgressView> openProgress(bool /*mayStop*/) { return nullptr; }
     /// Lets pending window events run once.
     virtual void eventTurn() {}
 };
