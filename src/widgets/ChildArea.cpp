@@ -64,6 +64,7 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new Progr
                 frame->showMaximized();
         }
         fillIfMaximised(frame);
+        showIcons(frame);
         if (frame)
             restoreFocus(*frame);
         if (onActivated)
@@ -82,6 +83,18 @@ ChildArea::ChildArea(QWidget* parent) : QMdiArea(parent), ownTitleBar_(new Progr
         if (QMdiSubWindow* frame = frontFrame())
             frame->close();
     });
+}
+
+/// A title bar in front has the colour of a selection, the others that of a window.
+void ChildArea::showIcons(const QMdiSubWindow* front) {
+    for (QMdiSubWindow* frame : subWindowList()) {
+        const auto icons = iconsOf_.constFind(frame);
+        if (icons == iconsOf_.constEnd())
+            continue;
+        const QIcon& wanted = frame == front ? icons->first : icons->second;
+        if (frame->windowIcon().cacheKey() != wanted.cacheKey())
+            frame->setWindowIcon(wanted);
+    }
 }
 
 /// A window that comes back has its keyboard where it was, unless the mouse has just put it elsewhere.
@@ -155,13 +168,16 @@ bool ChildArea::isHiddenChild(const QWidget& child) {
 void ChildArea::adopt(QWidget& child) {
     const QMdiSubWindow* front = frontFrame();
     const bool maximised = !front || front->isMaximized();
+    // Where the child wants the keyboard; the one in front may lend its place to a control on the way.
+    const QPointer<QWidget> focus = child.focusWidget();
     QMdiSubWindow* frame = addSubWindow(&child);
     frame->setAttribute(Qt::WA_DeleteOnClose);
     // Going from control to control one never stops at the frame, which does not show that it has the keyboard.
     frame->setFocusPolicy(Qt::ClickFocus);
     frame->setStyle(ownTitleBar_);
     if (child.testAttribute(Qt::WA_SetWindowIcon))
-        frame->setWindowIcon(onTitleBar(child.windowIcon(), fontMetrics().height()));
+        iconsOf_[frame] = {onTitleBar(child.windowIcon(), fontMetrics().height()), child.windowIcon()};
+    connect(frame, &QObject::destroyed, this, [this, frame] { iconsOf_.remove(frame); });
     frame->installEventFilter(this);
     prepareSystemMenu(frame->systemMenu());
     frame->resize(frame->sizeHint().expandedTo(viewport()->size() * 3 / 4).boundedTo(viewport()->size()));
@@ -172,6 +188,13 @@ void ChildArea::adopt(QWidget& child) {
     keepInside(*frame);
     setActiveSubWindow(frame);
     fillIfMaximised(frame);
+    showIcons(frame);
+    if (focus) {
+        focus->setFocus();
+        focusOf_[frame] = focus;
+    }
+    // Its title bar may have been drawn before it had its icon.
+    frame->update();
 }
 
 /// A frame that is maximised in place of another one keeps the size that it would have had beside it.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QIcon>
 #include <QMdiArea>
 #include <QPointer>
 #include <functional>
@@ -47,6 +48,7 @@ private:
     QStyle* ownTitleBar_;
     QString hint_;
     QHash<const QMdiSubWindow*, QPointer<QWidget>> focusOf_; ///< where the keyboard is in each window
+    QHash<const QMdiSubWindow*, std::pair<QIcon, QIcon>> iconsOf_; ///< in front, and behind
     bool maximiseNext_ = false;
 
     QMdiSubWindow* frontFrame() const;
@@ -55,6 +57,7 @@ private:
     QRect roomForWindows() const;
     void tile(int columns, int rows, int count);
     void followPalette();
+    void showIcons(const QMdiSubWindow* front);
     void restoreFocus(const QMdiSubWindow& frame);
     void keepInside(QMdiSubWindow& frame) const;
 };
