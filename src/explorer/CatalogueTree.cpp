@@ -6,6 +6,7 @@
 #include "catalogue/schema.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
+#include "explorer/iconNames.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/ui/Asker.h"
 
@@ -108,14 +109,13 @@ private:
     bool study_;
     EntryColumns columns_;
     QString table_;
+    QString reading_ = TranslateText(u"Die Einträge werden gelesen:"_s) + u' ' + viewName(view_);
     ui::Progress progress_{ui::Progress::Stop::Allowed, [this] { return countEntries(); }};
 
     bool goesOn() {
-        tree_.CutShort = !progress_.next(TranslateText(u"Die Einträge werden gelesen:"_s) + u' ' + viewName());
+        tree_.CutShort = !progress_.next(reading_);
         return !tree_.CutShort;
     }
-
-    QString viewName() const { return gViews.at(view_, gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish); }
 
     int countEntries() const {
         try {
@@ -251,24 +251,25 @@ bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QStri
 std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view, bool english) {
     const EntryColumns columns(isStudyView(view), english);
     std::vector<UnreachedEntry> unreached;
-    CDaoPersistance persistance;
-    const dao::RecordsetPtr recordset = persistance.GetRecordset(
-        gDatabase.CurrentDatabase(),
-        u"SELECT * FROM "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
-            u" ORDER BY [fid], [order];"_s,
-        dao::dbOpenDynaset);
-    if (!recordset)
+    const QString statement = u"SELECT * FROM "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
+                              u" ORDER BY [fid], [order];"_s;
+    // What fails here has failed when the tree was built, and has been told then.
+    const auto silent = [](const dao::Error&) {};
+    if (!gDatabase.CurrentDatabase())
         return unreached;
-    attempt([&] {
-        const EntryReader reader(*recordset, columns);
-        for (; !recordset->Eof(); recordset->MoveNext()) {
-            const Entry entry = reader.current();
-            // An entry of the root's own key is never in the tree, though the key is.
-            const CatalogueNode* node = tree.find(viewLetter(view) + entry.key);
-            if (!node || node == tree.root())
-                unreached.push_back({entry.key, entry.parentKey, entry.text});
-        }
-        recordset->Close();
-    });
+    attempt(
+        [&] {
+            const dao::RecordsetPtr recordset = gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenDynaset);
+            const EntryReader reader(*recordset, columns);
+            for (; !recordset->Eof(); recordset->MoveNext()) {
+                const Entry entry = reader.current();
+                // An entry of the root's own key is never in the tree, though the key is.
+                const CatalogueNode* node = tree.find(viewLetter(view) + entry.key);
+                if (!node || node == tree.root())
+                    unreached.push_back({entry.key, entry.parentKey, entry.text});
+            }
+            recordset->Close();
+        },
+        silent);
     return unreached;
 }

@@ -36,6 +36,8 @@ public:
     bool move(Step step, const ExplorerState& state);
     /// Fills question and facts anew from the current record. @return false if they show none
     bool refill(const ExplorerState& state);
+    /// True while question and facts are those of a record.
+    bool isFilled() const { return filled_; }
     /// Empties the question and the facts; the result set stays.
     void clear();
 

@@ -236,6 +236,7 @@ void frmExplorer::refreshTitles() {
     for (ExplorerPanel* panel : {panelA_, panelB_}) {
         panel->txtQuestion->setAccessibleName(TranslateText(u"Fragetext"_s));
         panel->DBList1->setAccessibleName(TranslateText(u"Zuordnungen der Variablen"_s));
+        panel->nameAssignments();
     }
     showRowCount();
     reportUnreached();

@@ -46,7 +46,8 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
 }
 
 void ExplorerPanel::show(const VariablePanel& panel) {
-    fidName->setText(panel.fidName);
+    // Above nothing stands nothing, though the result set may wait for the next variable.
+    fidName->setText(panel.isFilled() ? panel.fidName : QString());
     if (txtQuestion->toPlainText() != panel.question) {
         const QTextCursor before = txtQuestion->textCursor();
         txtQuestion->setPlainText(panel.question);
@@ -71,7 +72,14 @@ void ExplorerPanel::showAssignments(const std::vector<Assignment>& assignments) 
         auto* item = new QListWidgetItem(Icons::withNumber(iconName(assignment.icon), viewOfKey(assignment.key)),
                                          assignment.text, DBList1);
         item->setData(Qt::UserRole, assignment.key);
-        item->setToolTip(plainToolTip(viewName(viewOfKey(assignment.key))));
+    }
+    nameAssignments();
+}
+
+void ExplorerPanel::nameAssignments() {
+    for (int i = 0; i < DBList1->count(); ++i) {
+        QListWidgetItem* item = DBList1->item(i);
+        item->setToolTip(plainToolTip(viewName(viewOfKey(item->data(Qt::UserRole).toString()))));
     }
 }
 

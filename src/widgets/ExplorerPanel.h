@@ -27,6 +27,8 @@ public:
 
     void show(const VariablePanel& panel);
     void showAssignments(const std::vector<Assignment>& assignments);
+    /// Tips of the assignments: the views, in the language of the labels.
+    void nameAssignments();
     /// @param height of a shown assignment list, in twips
     void arrange(bool stripOnTop, bool assignments, int height);
     /// Gives the question text a font of that name, in the window's size.

@@ -2,12 +2,15 @@
 
 #include "explorer/iconNames.h"
 #include "widgets/Icons.h"
+#include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
+#include <QToolTip>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +42,8 @@ QVariant VariableListModel::data(const QModelIndex& index, int role) const {
         return {};
     if (role == Qt::DisplayRole)
         return list_.rows[static_cast<size_t>(list_.shown[place])].cell(index.column());
+    if (role == Qt::ToolTipRole)
+        return plainToolTip(list_.rows[static_cast<size_t>(list_.shown[place])].cell(index.column()));
     if (role == Qt::DecorationRole && index.column() == 0)
         return icon_;
     return {};
@@ -79,8 +84,9 @@ VariableListView::VariableListView(VariableList& list, QWidget* parent) : QTable
             headerChosen(column);
     });
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        // The last one only fills what is left.
-        if (!settingWidths_ && column + 1 < model_.columnCount() && width > 0)
+        // The width that the last one fills is not its own.
+        const bool fills = column + 1 == model_.columnCount() && horizontalHeader()->length() <= viewport()->width();
+        if (!settingWidths_ && !fills && width > 0)
             list_.columns[static_cast<size_t>(column)].Width =
                 pixelsToTwips(*this, qRound((width - iconRoom(column)) / fontScale()));
     });
@@ -113,9 +119,8 @@ void VariableListView::showColumns() {
     QHeaderView& header = *horizontalHeader();
     header.setSortIndicator(list_.sorted ? list_.sortKey : -1,
                             list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
-    // The last one takes what is left; a width of its own would be the least that it takes.
-    header.resizeSection(model_.columnCount() - 1, header.sectionSizeHint(model_.columnCount() - 1));
-    for (int i = 0; i + 1 < model_.columnCount(); ++i)
+    // The last one first: it takes what the others leave, its own width at the least.
+    for (int i = model_.columnCount() - 1; i >= 0; --i)
         header.resizeSection(i, qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) +
                                          iconRoom(i),
                                      header.sectionSizeHint(i)));
@@ -179,6 +184,29 @@ void VariableListView::keyboardSearch(const QString& start) {
     if (currentIndex().isValid() && currentIndex().column() != column)
         selectionModel()->setCurrentIndex(currentIndex().siblingAtColumn(column), QItemSelectionModel::NoUpdate);
     QTableView::keyboardSearch(start);
+}
+
+/// Rows are what the keys go through, whatever column is in view.
+QModelIndex VariableListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const int column = qMax(0, currentIndex().column());
+    if (action == MoveHome)
+        return model_.index(0, column);
+    if (action == MoveEnd)
+        return model_.index(model_.rowCount() - 1, column);
+    return QTableView::moveCursor(action, modifiers);
+}
+
+/// A text that is seen as a whole needs no tooltip.
+bool VariableListView::viewportEvent(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const QModelIndex cell = indexAt(static_cast<QHelpEvent*>(event)->pos());
+        if (cell.isValid() && sizeHintForIndex(cell).width() <= visualRect(cell).width() &&
+            viewport()->rect().contains(visualRect(cell))) {
+            QToolTip::hideText();
+            return true;
+        }
+    }
+    return QTableView::viewportEvent(event);
 }
 
 void VariableListView::keyPressEvent(QKeyEvent* event) {

@@ -161,6 +161,10 @@ TEST_F(frmExplorerTest, AfterANodeTheAssignmentListStaysEmptyUntilARowIsClicked)
     clickRow(0);
     EXPECT_TRUE(assignments().contains(u"Vertrauen in die Gerichte"_s)) << "a click on what is selected already counts";
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+    gViews.set(2, ViewTable::Table, u"Nix"_s);
+    open(2);
+    EXPECT_EQ(asker.boxes.size(), 1u) << "a table that is missing is told of once";
+    EXPECT_FALSE(find<QLabel>(u"lblUnreached"_s)->isVisible());
 }
 
 TEST_F(frmExplorerTest, TheFirstSelectedRowInListOrderIsShownAndStepsGoOnFromTheCurrentOne) {
@@ -392,15 +396,42 @@ TEST_F(frmExplorerTest, TypingFindsTheRowAndHandlersLeaveWhileWindowsAreRefilled
     }
     clickRow(1);
     EXPECT_EQ(fact(u"Variable"_s), u"INTDAT"_s);
+    QTest::keyClick(list, Qt::Key_End);
+    EXPECT_EQ(selectedNames(), QStringList(name(41)));
+    QTest::keyClick(list, Qt::Key_Home, Qt::ShiftModifier);
+    EXPECT_EQ(selectedNames().size(), 42);
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Home);
+    EXPECT_EQ(selectedNames(), QStringList(name(0)));
+}
+
+TEST_F(frmExplorerTest, NothingOfTheEntryBeforeStandsAboveABlankPanel) {
+    open(2);
+    window->setPanels(1);
+    window->showNode(u"B14"_s);
+    clickRow(0);
+    auto* title = find<ElidedLabel>(u"fidName"_s);
+    auto* places = find<QListWidget>(u"DBList1"_s);
+    EXPECT_EQ(title->text(), u"Vertrauen"_s);
+    EXPECT_EQ(places->item(0)->toolTip(), Qt::convertFromPlainText(u"Themen"_s));
+    setLanguage(1);
+    window->refreshTitles();
+    EXPECT_EQ(places->item(0)->toolTip(), Qt::convertFromPlainText(u"Topics"_s));
+    gDatabase.CurrentDatabase()->Execute(u"DELETE FROM trel_VariableTopic WHERE fid = 13;"_s);
+    window->showNode(u"B13"_s);
+    EXPECT_TRUE(fact(u"Variable"_s).isEmpty());
+    EXPECT_TRUE(title->text().isEmpty());
 }
 
 TEST_F(frmExplorerTest, ColumnsSortingAndSplittersOutliveTheWindow) {
     open(1);
     list->horizontalHeader()->resizeSection(1, 150);
+    list->horizontalHeader()->resizeSection(5, 700);
     clickHeading(4);
     delete window;
     open(1);
     EXPECT_NEAR(list->columnWidth(1), 150, 1);
+    EXPECT_NEAR(list->columnWidth(5), 700, 2) << "the last one too";
     clickNode(u"Leben in Solvarden 2018"_s);
     EXPECT_EQ(name(0), u"LZUFR"_s) << "sorted by label";
     std::unique_ptr<frmExplorer> topics(frmExplorer::OpenExplorerView(2));
