@@ -196,7 +196,7 @@ void frmMain::addButton(const ToolbarButton& button) {
     action->setObjectName(button.key);
     action->setCheckable(button.check);
     action->setChecked(button.pressed);
-    action->setToolTip(button.tooltip);
+    action->setToolTip(asToolTip(button.tooltip));
     action->setProperty("ownToolTip", button.tooltip);
     madeAtRunTime(action);
     if (QWidget* widget = tbToolBar_->widgetForAction(action))
@@ -231,7 +231,7 @@ void frmMain::InitFileMenu() {
         entry->setVisible(!file.isEmpty());
         entry->setText(u'&' + QString::number(i) + u' ' +
                        asCaption(fontMetrics().elidedText(file, Qt::ElideMiddle, 60 * fontMetrics().averageCharWidth())));
-        entry->setToolTip(file);
+        entry->setToolTip(asToolTip(file));
     }
 }
 
@@ -338,6 +338,19 @@ void frmMain::changeEvent(QEvent* event) {
         frmStatus::unload();
 }
 
+/// A place is stored with the frame that the window system draws; of a maximised window that frame is not to be seen.
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (isVisible() && !isMaximized() && !isMinimized() && !isFullScreen())
+        inFrame_ = geometry().topLeft() - pos();
+}
+
+void frmMain::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    if (isVisible() && !isMaximized() && !isMinimized() && !isFullScreen())
+        inFrame_ = geometry().topLeft() - pos();
+}
+
 void frmMain::closeEvent(QCloseEvent* event) {
     if (stopped_)
         return;
@@ -350,7 +363,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
     std::optional<Main::WindowPlace> place;
     if (!isMinimized()) {
         // Of a maximised window, the place that it goes back to.
-        const QRect now = isMaximized() ? normalGeometry() : QRect(pos(), size());
+        const QRect now = isMaximized() ? normalGeometry().translated(-inFrame_) : QRect(pos(), size());
         place = {pixelsToTwips(*this, now.x()), pixelsToTwips(*this, now.y()), pixelsToTwips(*this, now.width()),
                  pixelsToTwips(*this, now.height()), isMaximized()};
     }

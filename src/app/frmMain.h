@@ -54,6 +54,8 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     QMenu* createPopupMenu() override { return nullptr; }
 
 private:
@@ -70,6 +72,7 @@ private:
     bool stateOpen_ = false;
     bool pressedV_ = false, pressedVV_ = false; ///< the panel buttons while no explorer is in front
     bool stopped_ = false;
+    QPoint inFrame_; ///< the window's corner within its frame, as it was last seen
     QString helpFile_;
     /// The pages in the language of the program, if they are there, else the file that was assigned.
     QString helpFile() const;

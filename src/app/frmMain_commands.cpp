@@ -20,6 +20,7 @@
 #include <QMenu>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -118,6 +119,10 @@ bool frmMain::closeCurrentDatabase() {
 }
 
 void frmMain::OpenDB() {
+    // The next catalogue is looked for where the one before was.
+    const QStringList files = {gDatabase.State() == 1 ? gDatabase.Database() : QString(), recentFiles_.value(0),
+                               Paths::join(gOptions.DatabasePath, gOptions.DatabaseName)};
+    const auto known = std::ranges::find_if(files, [](const QString& file) { return !Paths::folderOf(file).isEmpty(); });
     if (!closeCurrentDatabase())
         return;
     const bool german = gLanguage == 0;
@@ -126,7 +131,7 @@ void frmMain::OpenDB() {
     choice.title = german ? u"Datenbankdatei auswählen"_s : u"Select Database File"_s;
     choice.filter = kind + u" (*.mdb)|*.mdb|"_s + kind + u" (*.klor)|*.klor"_s;
     choice.extension = u"mdb"_s;
-    choice.folder = Paths::folderOf(recentFiles_.value(0));
+    choice.folder = known == files.end() ? QString() : Paths::folderOf(*known);
     const std::optional<QString> file = ui::asker().chooseFile(choice);
     if (file && !file->isEmpty())
         openFile(*file);

@@ -88,6 +88,11 @@ frmSplash::frmSplash() : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&B
     mdLanguage::SetCtrlProps(*this);
     // It shows only when it is set to show.
     chkSys_->setChecked(true);
+    // Whoever sees it is to choose; the language in force is the nearest choice.
+    QWidget* choices[] = {buttons->itemAt(0)->widget(), buttons->itemAt(1)->widget()};
+    setTabOrder(choices[0], choices[1]);
+    setTabOrder(choices[1], chkSys_);
+    choices[gLanguage == 0 ? 0 : 1]->setFocus();
     adjustSize();
     if (const QScreen* screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());

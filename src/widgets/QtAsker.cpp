@@ -56,7 +56,7 @@ QString captionOf(ui::Answer answer) {
     case ui::Answer::Cancel:
         return german ? u"Abbrechen"_s : u"Cancel"_s;
     case ui::Answer::Abort:
-        return german ? u"&Beenden"_s : u"&Abort"_s;
+        return german ? u"&Abbrechen"_s : u"&Abort"_s;
     case ui::Answer::Retry:
         return german ? u"&Wiederholen"_s : u"&Retry"_s;
     case ui::Answer::Ignore:

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "widgets/Form.h"
+#include "widgets/toolTips.h"
 
 #include <QHash>
 #include <QSet>
@@ -39,6 +40,6 @@ void applyNotBuilt(Form& form) {
         // A control that shows nothing but a picture still says what it is for.
         const QString own = object->property("ownToolTip").toString();
         object->setProperty("enabled", false);
-        object->setProperty("toolTip", own.isEmpty() ? reason : own + u'\n' + reason);
+        object->setProperty("toolTip", own.isEmpty() ? reason : asToolTip(own + u'\n' + reason));
     }
 }

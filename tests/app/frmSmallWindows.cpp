@@ -36,6 +36,11 @@ TEST_F(SmallWindows, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
         QTest::keyClick(&splash, static_cast<Qt::Key>(key));
     EXPECT_TRUE(splash.isVisible());
     EXPECT_EQ(gLanguage, 0);
+    QStringList order;
+    for (QWidget* widget = splash.focusWidget(); widget && order.size() < 3; widget = widget->nextInFocusChain())
+        if (widget->focusPolicy() & Qt::TabFocus)
+            order << widget->objectName();
+    EXPECT_EQ(order, (QStringList{u"cmdLanguage(0)"_s, u"cmdLanguage(1)"_s, u"chkSys"_s})) << "Enter takes the language in force";
     auto* again = splash.findChild<QCheckBox*>(u"chkSys"_s);
     EXPECT_TRUE(again->isChecked());
     again->setChecked(false);

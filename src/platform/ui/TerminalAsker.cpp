@@ -26,7 +26,7 @@ struct Choice {
 std::vector<Choice> choicesOf(Buttons buttons) {
     const Choice ok{Answer::Ok, u"OK"_s, u"OK"_s}, cancel{Answer::Cancel, u"Abbrechen"_s, u"Cancel"_s},
         yes{Answer::Yes, u"Ja"_s, u"Yes"_s}, no{Answer::No, u"Nein"_s, u"No"_s},
-        abort{Answer::Abort, u"Beenden"_s, u"Abort"_s}, retry{Answer::Retry, u"Wiederholen"_s, u"Retry"_s},
+        abort{Answer::Abort, u"Abbrechen"_s, u"Abort"_s}, retry{Answer::Retry, u"Wiederholen"_s, u"Retry"_s},
         ignore{Answer::Ignore, u"Ignorieren"_s, u"Ignore"_s};
     switch (buttons) {
     case Buttons::Ok:
