@@ -161,6 +161,18 @@ void moveAll(const QString& catalogue, const QString& folder, const QList<NoteLi
     moves.keep();
 }
 
+/// Removes a folder so that whatever moment it is killed at, the next run can go on: without the note of the
+/// moves first, since half of a new archive must not be moved, and with the owner's note to the last.
+void removeFolder(const QString& folder) {
+    QFile::remove(readyNote(folder));
+    if (QFileInfo::exists(readyNote(folder)))
+        return;
+    const bool emptied =
+        QDir(folder + u"/old"_s).removeRecursively() && QDir(folder + u"/new"_s).removeRecursively();
+    if (emptied && (QFile::remove(ownerNote(folder)) || !QFileInfo::exists(ownerNote(folder))))
+        QDir(folder).removeRecursively();
+}
+
 } // namespace
 
 BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), folder_(folderFor(catalogue)) {
@@ -180,7 +192,7 @@ BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), fold
 BuildFolder::~BuildFolder() {
     // Old files that could not be put back stay where they are; the next run finishes the move.
     if (inPlace_ || filesBelow(folder_ + u"/old"_s).isEmpty())
-        QDir(folder_).removeRecursively();
+        removeFolder(folder_);
 }
 
 QString BuildFolder::files() const {
@@ -212,7 +224,7 @@ void finishInterruptedBuild(const QString& catalogue) {
         return;
     if (QFileInfo::exists(readyNote(folder)))
         moveAll(catalogue, folder, noteLines(contentOf(readyNote(folder))));
-    QDir(folder).removeRecursively();
+    removeFolder(folder);
 }
 
 } // namespace archive

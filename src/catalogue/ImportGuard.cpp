@@ -262,6 +262,7 @@ void removeLeftovers(const QString& path) {
             close(note);
             return;
         }
+        archive::finishInterruptedBuild(catalogue); // which only removes its folder then
     } catch (...) {
         close(note);
         throw;
