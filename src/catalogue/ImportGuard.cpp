@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -29,9 +31,11 @@ QString noteOf(const QString& catalogue) {
     return catalogue + u"-import"_s;
 }
 
-QString cannotWrite(const QString& path) {
-    return said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
-        .arg(path);
+/// @param error  of the system
+QString cannotWrite(const QString& path, int error) {
+    const QString reason = QString::fromLocal8Bit(strerror(error));
+    return said(u"%1: Die Datei kann nicht geschrieben werden (%2)"_s, u"%1: The file cannot be written (%2)"_s)
+        .arg(path, reason);
 }
 
 QString journalOf(const QString& path) {
@@ -176,20 +180,27 @@ void removeNote(const QString& catalogue, int note) {
 ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
     bool busy = false;
     note_ = lockNote(catalogue, true, busy);
+    const int error = errno;
     if (note_ < 0)
         throw ImportError(
             busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
                         u"%1: Another import is at work"_s)
                        .arg(catalogue)
-                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue));
+                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue,
+                               error));
     try {
         archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);
-        if (ftruncate(note_, 0) != 0)
-            throw ImportError(cannotWrite(noteOf(catalogue)));
-        write(headOf(catalogue, note_));
     } catch (...) {
         close(note_);
+        throw;
+    }
+    try {
+        if (ftruncate(note_, 0) != 0)
+            throw ImportError(cannotWrite(noteOf(catalogue), errno));
+        write(headOf(catalogue, note_));
+    } catch (...) {
+        removeNote(catalogue, note_); // which has nothing to say by now
         throw;
     }
 }
@@ -233,8 +244,10 @@ void ImportGuard::note(const QString& mark, const QString& path) const {
 
 void ImportGuard::write(const NoteLine& line) const {
     const QByteArray text = line.text();
-    if (::write(note_, text.constData(), static_cast<size_t>(text.size())) != text.size())
-        throw ImportError(cannotWrite(noteOf(catalogue_)));
+    const ssize_t written = ::write(note_, text.constData(), static_cast<size_t>(text.size()));
+    // A part that was written is no error to the system.
+    if (written != text.size())
+        throw ImportError(cannotWrite(noteOf(catalogue_), written < 0 ? errno : ENOSPC));
 }
 
 void ImportGuard::done() {

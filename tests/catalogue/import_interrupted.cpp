@@ -5,7 +5,9 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <random>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -152,6 +154,21 @@ TEST_F(ImportInterrupted, AFullDiskLeavesEverythingAsItWas) {
             removeLeftovers(catalogue);
             EXPECT_TRUE(folder() == before) << limit << folder().keys().join(u' ').toStdString();
         }
+}
+
+// The first thing written beside a new catalogue is the note of the import itself.
+TEST_F(ImportInterrupted, ADiskWithoutAnyRoomIsNamedAndKeepsNoNote) {
+    const auto before = folder();
+    rlimit usual{};
+    getrlimit(RLIMIT_FSIZE, &usual);
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    const rlimit none{0, usual.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none);
+    const QString words = outcome(request(second, u"QX2"_s));
+    setrlimit(RLIMIT_FSIZE, &usual);
+    signal(SIGXFSZ, handler);
+    EXPECT_TRUE(words.endsWith(u"(%1)"_s.arg(QString::fromLocal8Bit(strerror(EFBIG))))) << words.toStdString();
+    EXPECT_TRUE(folder() == before) << folder().keys().join(u' ').toStdString();
 }
 
 // A kill between the commit and the tidying up, and a file without content that somebody put there.
