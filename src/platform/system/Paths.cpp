@@ -41,19 +41,23 @@ QString installedFolder(const QString& program) {
 }
 
 /// Copies what is not there yet, each file whole or not at all; programs stay where they are.
-void prepareUserFolder(const QString& folder, const QString& installed) {
+/// @return false if a file that may be read could not be copied
+bool prepareUserFolder(const QString& folder, const QString& installed) {
     QDir().mkpath(folder);
+    bool complete = true;
     for (const QFileInfo& file : QDir(installed).entryInfoList(QDir::Files)) {
         const QString target = folder + u'/' + file.fileName();
         const QString unfinished = target + u".new"_s;
         if (QFileInfo::exists(target) || file.permission(QFileDevice::ExeOwner))
             continue;
         QFile::remove(unfinished); // left by a start that was broken off
-        if (!QFile::copy(file.filePath(), unfinished))
-            continue;
-        QFile::setPermissions(unfinished, QFile::permissions(unfinished) | QFileDevice::WriteOwner);
-        QFile::rename(unfinished, target);
+        if (QFile::copy(file.filePath(), unfinished)) {
+            QFile::setPermissions(unfinished, QFile::permissions(unfinished) | QFileDevice::WriteOwner);
+            QFile::rename(unfinished, target);
+        }
+        complete = complete && (QFileInfo::exists(target) || !file.isReadable());
     }
+    return complete;
 }
 
 QString findApplicationFolder() {
@@ -160,8 +164,8 @@ QString Paths::chooseApplicationFolder(const QString& programFolder, const QStri
     if (!isInstalled && QFileInfo(programFolder).isWritable())
         return programFolder;
     // A build that belongs to somebody else has its files beside the program.
-    prepareUserFolder(userFolder, isInstalled ? installed : programFolder);
-    return userFolder;
+    const QString source = isInstalled ? installed : programFolder;
+    return prepareUserFolder(userFolder, source) ? userFolder : source;
 }
 
 QString Paths::applicationFolder() {

@@ -113,6 +113,16 @@ TEST(Paths, AnInstalledProgramWorksInTheUsersFolderWithItsOwnCopyOfTheFiles) {
     EXPECT_EQ(copy.readAll(), QByteArray("changed by the user"));
 }
 
+TEST(Paths, AUserWithoutAFolderReadsTheInstalledFiles) {
+    const TestHome home;
+    const QString program = home.path(u"prefix/bin"_s), installed = home.path(u"prefix/share/varidex"_s);
+    QDir().mkpath(program);
+    QDir().mkpath(installed);
+    writeFile(installed + u"/Vx.mdb"_s);
+    writeFile(home.path(u"file"_s)); // no folder can be made in it, whoever asks
+    EXPECT_EQ(Paths::chooseApplicationFolder(program, home.path(u"file/varidex"_s)), installed);
+}
+
 TEST(Paths, ABuildThatMayNotBeWrittenLendsItsFilesToTheUsersFolder) {
     const TestHome home;
     const QString program = home.path(u"build/bin"_s), user = home.path(u"user/varidex"_s);
