@@ -294,16 +294,21 @@ struct SurveyReader::RowPass : PassBase {
     const std::function<bool(double)>& report;
     int row = -1;
     int last = -1; ///< variable that was read last
+    qint64 rowsPerReport, nextReport = 0;
     qint64 cutTexts = 0, lostTexts = 0;
 
     RowPass(const SurveyFile& file, RowReceiver& rows, const std::function<bool(double)>& progressReport)
-        : head(file), receiver(rows), report(progressReport) {}
+        : head(file), receiver(rows), report(progressReport), rowsPerReport(std::max<qint64>(file.rows / 100, 1)) {}
 
     void value(int rowIndex, readstat_variable_t* variable, const readstat_value_t& value) {
         if (rowIndex != row) {
             if (row >= 0)
                 receiver.endRow();
             row = rowIndex;
+            if (row >= nextReport && head.rows > 0) {
+                nextReport = row + rowsPerReport;
+                tell(static_cast<double>(row) / static_cast<double>(head.rows));
+            }
         }
         const int index = variable->index;
         if (index < 0 || index >= static_cast<int>(head.variables.size()))
@@ -348,7 +353,13 @@ struct SurveyReader::RowPass : PassBase {
         receiver.text(index, utf8, lengthWithoutTrailingBlanks(utf8, bytes));
     }
 
+    /// What the library tells may come only once, at the beginning; it counts where the rows are not known.
     void progress(double share) {
+        if (head.rows <= 0)
+            tell(share);
+    }
+
+    void tell(double share) {
         if (report && !report(share))
             throw ImportError(said(u"Der Import wurde abgebrochen"_s, u"The import was cancelled"_s));
     }

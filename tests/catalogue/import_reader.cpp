@@ -97,6 +97,27 @@ TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
     }
 }
 
+TEST(SurveyReader, TellsItsProgressRowByRow) {
+    TestHome home;
+    for (const QString& kind : {u"sav"_s, u"zsav"_s, u"dta"_s}) {
+        const QString path = home.path(u"file."_s + kind);
+        SurveyFileMaker maker;
+        maker.number("V1");
+        maker.write(path, 500, [](int i) { return SurveyFileMaker::Row{double(i)}; });
+        SurveyReader reader(path, {});
+        const SurveyFile head = reader.readHead();
+        Rows rows;
+        std::vector<double> shares;
+        reader.readRows(head, rows, [&](double share) {
+            shares.push_back(share);
+            return true;
+        });
+        EXPECT_EQ(shares.size(), 100u) << kind.toStdString();
+        for (size_t i = 0; i < shares.size(); ++i)
+            EXPECT_DOUBLE_EQ(shares[i], static_cast<double>(i) / 100);
+    }
+}
+
 TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
     TestHome home;
     enum Place { VariableLabel, ValueLabel, Cell };
