@@ -187,6 +187,16 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     counted(writer.rounded(), u"%1: %2 Zeiten sind auf Millisekunden gerundet"_s,
             u"%1: %2 times are rounded to milliseconds"_s);
     counted(writer.infinite(), u"%1: %2 unendliche Werte sind leer"_s, u"%1: %2 infinite values are empty"_s);
+    QStringList inexact;
+    for (size_t i = 0; i < names.size(); ++i)
+        if (reader.isInexact(i))
+            inexact << names[i].name;
+    if (!inexact.isEmpty())
+        lines << said(u"Zahlen einfacher Genauigkeit, genau wie in der Datei (4,3 ist 4,30000019073486); ein "
+                      u"Filter trifft sie mit einem Bereich wie %1>4,29 AND %1<4,31, nicht mit %1=4,3 (%2): %3"_s,
+                      u"Numbers of single precision, exactly as in the file (4.3 is 4.30000019073486); a filter "
+                      u"meets them by a range such as %1>4.29 AND %1<4.31, not by %1=4.3 (%2): %3"_s)
+                     .arg(inexact.front(), QString::number(inexact.size()), inexact.join(u", "_s));
     if (cutTexts > 0)
         lines << said(u"%1 Texte waren mitten in einem Zeichen abgeschnitten; das halbe Zeichen fehlt"_s,
                       u"%1 texts were cut off within a character; the half character is left out"_s)

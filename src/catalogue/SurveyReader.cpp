@@ -14,6 +14,7 @@
 #include <QSet>
 #include <QStringDecoder>
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <iconv.h>
 #include <readstat.h>
@@ -79,6 +80,17 @@ SurveyLabel labelCode(const readstat_value_t& value) {
         label.number = readstat_double_value(value);
     }
     return label;
+}
+
+/// True if a number of single precision is another one than the shortest decimal that stands for it.
+bool hasRemainder(float number) {
+    if (!std::isfinite(number) || std::trunc(number) == number)
+        return false;
+    char text[32];
+    const char* end = std::to_chars(text, text + sizeof text, number).ptr;
+    double shortest = 0;
+    std::from_chars(text, end, shortest);
+    return shortest != static_cast<double>(number);
 }
 
 } // namespace
@@ -296,9 +308,11 @@ struct SurveyReader::RowPass : PassBase {
     int last = -1; ///< variable that was read last
     qint64 rowsPerReport, nextReport = 0;
     qint64 cutTexts = 0, lostTexts = 0;
+    std::vector<bool> inexact; ///< variables of single precision whose numbers have a binary remainder
 
     RowPass(const SurveyFile& file, RowReceiver& rows, const std::function<bool(double)>& progressReport)
-        : head(file), receiver(rows), report(progressReport), rowsPerReport(std::max<qint64>(file.rows / 100, 1)) {}
+        : head(file), receiver(rows), report(progressReport), rowsPerReport(std::max<qint64>(file.rows / 100, 1)),
+          inexact(file.variables.size()) {}
 
     void value(int rowIndex, readstat_variable_t* variable, const readstat_value_t& value) {
         if (rowIndex != row) {
@@ -321,8 +335,14 @@ struct SurveyReader::RowPass : PassBase {
         else if (readstat_value_is_tagged_missing(value))
             receiver.letter(index, readstat_value_tag(value));
         else if (!readstat_value_is_system_missing(value))
-            receiver.number(index, readstat_double_value(value));
+            otherNumber(index, value);
         last = index;
+    }
+
+    void otherNumber(int index, const readstat_value_t& value) {
+        if (value.type == READSTAT_TYPE_FLOAT && !inexact[static_cast<size_t>(index)])
+            inexact[static_cast<size_t>(index)] = hasRemainder(value.v.float_value);
+        receiver.number(index, readstat_double_value(value));
     }
 
     void text(int index, const char* utf8) {
@@ -554,5 +574,6 @@ qint64 SurveyReader::readRows(const SurveyFile& head, RowReceiver& receiver,
         receiver.endRow();
     if (kind_ == Kind::Por)
         lostTexts_ = lostInHead_ + pass.lostTexts;
+    inexact_ = std::move(pass.inexact);
     return pass.cutTexts;
 }

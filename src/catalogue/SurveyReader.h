@@ -25,6 +25,9 @@ public:
                     const std::function<bool(double)>& progress);
     /// Texts, after readRows(), with characters that a .por file did not keep.
     qint64 lostTexts() const { return lostTexts_; }
+    /// True, after readRows(), for a variable of single precision with numbers that show a binary remainder as
+    /// a double: 4.3 is 4.30000019073486.
+    bool isInexact(size_t variable) const { return inexact_[variable]; }
 
 private:
     enum class Kind { Sav, Por, Dta };
@@ -33,6 +36,7 @@ private:
     Kind kind_ = Kind::Sav;
     std::unique_ptr<QTemporaryFile> spelledOut_; ///< what is read in place of a .por file
     qint64 lostInHead_ = 0, lostTexts_ = 0;
+    std::vector<bool> inexact_;
 
     struct HeadPass;
     struct RowPass;

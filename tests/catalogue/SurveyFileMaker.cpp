@@ -25,6 +25,11 @@ readstat_variable_t* SurveyFileMaker::number(const char* name, const char* label
     return variable;
 }
 
+readstat_variable_t* SurveyFileMaker::single(const char* name) {
+    variables_.push_back(readstat_add_variable(writer_, name, READSTAT_TYPE_FLOAT, 0));
+    return variables_.back();
+}
+
 readstat_variable_t* SurveyFileMaker::text(const char* name, int width, const char* label) {
     readstat_variable_t* variable =
         readstat_add_variable(writer_, name, READSTAT_TYPE_STRING, static_cast<size_t>(width));
@@ -66,7 +71,10 @@ void SurveyFileMaker::begin(const QString& path, int count) {
 void SurveyFileMaker::append(const Row& row) {
     readstat_begin_row(writer_);
     for (size_t i = 0; i < row.size(); ++i) {
-        if (const double* number = std::get_if<double>(&row[i]))
+        const double* number = std::get_if<double>(&row[i]);
+        if (number && readstat_variable_get_type(variables_[i]) == READSTAT_TYPE_FLOAT)
+            readstat_insert_float_value(writer_, variables_[i], static_cast<float>(*number));
+        else if (number)
             readstat_insert_double_value(writer_, variables_[i], *number);
         else if (const char* const* text = std::get_if<const char*>(&row[i]))
             readstat_insert_string_value(writer_, variables_[i], *text);

@@ -23,6 +23,8 @@ public:
     SurveyFileMaker& operator=(const SurveyFileMaker&) = delete;
 
     readstat_variable_t* number(const char* name, const char* label = nullptr, const char* format = nullptr);
+    /// A number of single precision.
+    readstat_variable_t* single(const char* name);
     readstat_variable_t* text(const char* name, int width, const char* label = nullptr);
     /// A set of value labels for a variable: numbers, strings or letters as codes.
     void label(readstat_variable_t* variable, const std::vector<std::pair<Cell, const char*>>& labels);

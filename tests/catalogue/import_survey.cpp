@@ -105,6 +105,22 @@ TEST_F(ImportSurvey, GivesStatasLettersNumbersThatNoValueHas) {
     EXPECT_TRUE(hasFact({u"V1 → V1_2"_s}));
 }
 
+// 4.3 and 100000.7 as the nearest numbers of single precision are 4.300000190734863 and 100000.703125 (IEEE 754);
+// 2.5 and 7 have no remainder.
+TEST_F(ImportSurvey, NamesVariablesOfSinglePrecisionThatAFilterMeetsByARange) {
+    const QString file = home.path(u"wave.dta"_s);
+    SurveyFileMaker maker;
+    maker.single("length");
+    maker.single("income");
+    maker.single("half");
+    maker.number("exact");
+    maker.write(file, {{7.0, 100'000.7, 2.5, 4.3}, {4.3, 7.0, 7.0, 0.1}});
+    ASSERT_EQ(outcome(request(file, u"QX1"_s)), QString());
+    EXPECT_TRUE(hasFact({u"length>4,29 AND length<4,31"_s, u"(2): length, income"_s}));
+    EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT * FROM QX1_1 WHERE length>4.29 AND length<4.31"_s),
+              QStringList{u"2|4,30000019073486|7|7|0,1"_s});
+}
+
 TEST_F(ImportSurvey, KeepsTheMissingCodesOfDatesAsCodes) {
     const QString spss = home.path(u"dates.sav"_s), stata = home.path(u"dates.dta"_s);
     SurveyFileMaker maker;
