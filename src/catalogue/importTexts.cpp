@@ -18,11 +18,11 @@ QString boundText(double bound) {
     return dao::numberToText(bound, u',');
 }
 
-bool survives(double bound) {
-    return std::isinf(bound) || dao::textToNumber(dao::numberToText(bound, u',')) == bound;
-}
-
 } // namespace
+
+bool codeIsExact(double code) {
+    return std::isinf(code) || dao::textToNumber(codeText(code)) == code;
+}
 
 QString missingDefinition(const std::vector<MissingRange>& missing) {
     QStringList ranges, values;
@@ -43,7 +43,7 @@ QString missingDefinition(const std::vector<MissingRange>& missing) {
 
 bool definitionIsExact(const std::vector<MissingRange>& missing) {
     for (const MissingRange& range : missing)
-        if (!survives(range.low) || !survives(range.high))
+        if (!codeIsExact(range.low) || !codeIsExact(range.high))
             return false;
     return true;
 }

@@ -13,11 +13,13 @@ inline QString said(const QString& german, const QString& english) {
 
 /// The code of a value label as `dt_Value` holds it: decimal point, 15 significant digits.
 QString codeText(double code);
+/// True if that text, read back, is the code itself: 15 digits are enough for it.
+bool codeIsExact(double code);
 
 /// What declared missing codes look like as a definition: up to three values, or a range and at most one
 /// value; decimal comma, "lowest" and "highest". Empty when they do not fit.
 QString missingDefinition(const std::vector<MissingRange>& missing);
-/// True if a definition's numbers, read back, are the codes themselves (15 digits are enough for them).
+/// True if all of a definition's numbers are exact.
 bool definitionIsExact(const std::vector<MissingRange>& missing);
 
 /// The string without trailing blanks.

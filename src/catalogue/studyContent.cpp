@@ -17,7 +17,7 @@ constexpr int maxComparedMissing = 50;
 /// Variables about which the same is to be said.
 struct Findings {
     QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates,
-        missingShapes, missingInexact, blankLabels, systemLabels, twiceLabels, calendars, dateLetters;
+        missingShapes, missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters;
     int measures = 0;
 
     QStringList facts() const {
@@ -58,6 +58,8 @@ struct Findings {
              u"Not taken over, labels of the system-missing value (%1)"_s);
         tell(twiceLabels, u"Nicht übernommen, zweite Labels desselben Codes (%1)"_s,
              u"Not taken over, second labels of the same code (%1)"_s);
+        tell(inexactLabels, u"Nicht übernommen, Labels von Codes mit mehr als 15 Ziffern (%1)"_s,
+             u"Not taken over, labels of codes of more than 15 digits (%1)"_s);
         tell(calendars, u"Tage eines Geschäftskalenders, als Zahlen übernommen (%1)"_s,
              u"Days of a business calendar, taken over as numbers (%1)"_s);
         tell(dateLetters,
@@ -165,12 +167,17 @@ private:
         for (const SurveyLabel& label : file_.labelSets[static_cast<size_t>(variable.labelSet)]) {
             const QString code = codeOf(index, variable, label);
             const QString about = u"%1 '%2'"_s.arg(name, label.label);
+            const QString aboutCode = u"%1 %2 '%3'"_s.arg(name, code, label.label);
+            if (label.kind == SurveyLabel::Number && !time_.isTime() && !codeIsExact(label.number)) {
+                findings_.inexactLabels << aboutCode;
+                continue; // the code's text is that of other codes too
+            }
             if (label.kind == SurveyLabel::SystemMissing)
                 findings_.systemLabels << about;
             else if (code.trimmed().isEmpty())
                 findings_.blankLabels << about;
             else if (seen.contains(code.toCaseFolded()))
-                findings_.twiceLabels << u"%1 %2 '%3'"_s.arg(name, code, label.label);
+                findings_.twiceLabels << aboutCode;
             else
                 content_.labels.push_back({name, code, label.label});
             seen.insert(code.toCaseFolded());

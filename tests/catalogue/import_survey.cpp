@@ -121,6 +121,18 @@ TEST_F(ImportSurvey, NamesVariablesOfSinglePrecisionThatAFilterMeetsByARange) {
               QStringList{u"2|4,30000019073486|7|7|0,1"_s});
 }
 
+// 1234567890123457 and its neighbours look alike with 15 digits, so its label would stand for all of them.
+TEST_F(ImportSurvey, LeavesOutLabelsOfCodesThatFifteenDigitsDoNotTell) {
+    const QString file = home.path(u"wave.sav"_s);
+    SurveyFileMaker maker;
+    maker.label(maker.number("BIG"), {{1'234'567'890'123'457.0, "one"}, {123'456'789'012'345.0, "other"}});
+    maker.write(file, {{1'234'567'890'123'456.0}});
+    ASSERT_EQ(outcome(request(file, u"QX1"_s)), QString());
+    EXPECT_EQ(rows(catalogue, u"SELECT dt_Value, dt_Label FROM tkey_Value"_s),
+              QStringList{u"123456789012345|other"_s});
+    EXPECT_TRUE(hasFact({u"mehr als 15 Ziffern (1): BIG 1.23456789012346E+15 'one'"_s}));
+}
+
 TEST_F(ImportSurvey, KeepsTheMissingCodesOfDatesAsCodes) {
     const QString spss = home.path(u"dates.sav"_s), stata = home.path(u"dates.dta"_s);
     SurveyFileMaker maker;
