@@ -100,10 +100,9 @@ int CompareCommand::run(Session& session) {
     std::vector<TypedEntry> typed;
     for (const std::string& entry : entries_)
         typed.push_back(entryFrom(QString::fromStdString(entry)));
+    chooseDataFolder(data_);
     if (!session.open(QString::fromStdString(catalogue_)))
         return 1;
-    if (!data_.empty())
-        gOptions.DataPath = QString::fromStdString(data_);
     AnalysisModel model;
     ComparisonList list(model);
     if (sql_)
@@ -116,6 +115,11 @@ int CompareCommand::run(Session& session) {
         return 1;
     if (!title_.empty())
         model.request.txtTitle = QString::fromStdString(title_);
+    QStringList studies;
+    for (const ComparisonEntry& e : model.request.lst_TrendVars)
+        studies << e.at(ComparisonEntry::Study);
+    studies.removeDuplicates();
+    tellCasesElsewhere(session, studies);
     // A comparison that is kept is one that was seen to run.
     const RunOutcome outcome = model.changeTab(1);
     if (session.failed() || outcome != RunOutcome::Computed)

@@ -123,7 +123,7 @@ void Session::say(const QString& german, const QString& english, const QStringLi
     else if (values.size() == 1)
         say(line.arg(values[0]));
     else
-        say(line.arg(values[0], values[1]));
+        say(values.size() == 2 ? line.arg(values[0], values[1]) : line.arg(values[0], values[1], values[2]));
 }
 
 bool Session::errIsTerminal() const {

@@ -41,7 +41,7 @@ public:
     TablePrinter& printer() { return printer_; }
     /// A line on standard error.
     void say(const QString& line);
-    /// The same in the language of the run, with %1 and %2 replaced by one or two values.
+    /// The same in the language of the run, with %1 to %3 replaced by up to three values.
     void say(const QString& german, const QString& english, const QStringList& values = {});
     /// True once an error box was shown; a warning is none.
     bool failed() const { return asker_->failed(); }

@@ -1,7 +1,13 @@
 #include "vdx/StudyRequest.h"
 
 #include "analysis/AnalysisModel.h"
+#include "analysis/caseData.h"
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "platform/system/Paths.h"
+
+#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +18,25 @@ struct Result {
     ResultTable table;
 };
 
+}
+
+void chooseDataFolder(const std::string& folder) {
+    if (folder.empty())
+        return;
+    const QString path = QString::fromStdString(folder);
+    if (!QFileInfo(Paths::onDisk(path)).isDir())
+        throw UsageError{u"--data %1: Den Ordner gibt es nicht"_s.arg(path), u"--data %1: there is no such folder"_s.arg(path)};
+    gOptions.DataPath = path;
+}
+
+void tellCasesElsewhere(Session& session, const QStringList& studies) {
+    for (const QString& study : studies) {
+        const QString folder = caseFolderOf(*gDatabase.CurrentDatabase(), study);
+        if (!gOptions.DataPath.isEmpty() && !folder.isEmpty() && folder != gOptions.DataPath)
+            session.say(u"Die Fälle von %1 liegen nicht in %2; gezählt wird %3."_s,
+                        u"The cases of %1 are not in %2; what is counted is %3."_s,
+                        {study, gOptions.DataPath, Paths::join(folder, study + u".mdb"_s)});
+    }
 }
 
 void StudyRequest::declarePlaces(CLI::App& command) {
@@ -32,10 +57,9 @@ void StudyRequest::declareOptions(CLI::App& command) {
 bool StudyRequest::prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const {
     if (!filter_.empty() && !part_.empty())
         throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
+    chooseDataFolder(data_);
     if (!session.open(QString::fromStdString(catalogue_)))
         return false;
-    if (!data_.empty())
-        gOptions.DataPath = QString::fromStdString(data_);
     if (sql_)
         model.onStatement = [&session](const QString& name, const QString& statement) {
             session.say(name + u": "_s + statement);
@@ -43,6 +67,7 @@ bool StudyRequest::prepare(Session& session, AnalysisModel& model, AnalysisMode 
     model.open();
     if (!cases().chooseStudy(session, model))
         return false;
+    tellCasesElsewhere(session, {model.request.dbcStudy.value});
     model.chooseMode(mode);
     if (missingGiven_->count() > 0)
         model.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));

@@ -10,6 +10,11 @@
 
 class AnalysisModel;
 
+/// Takes the typed folder of the case files for this run; an empty one leaves the catalogue's. @throws UsageError if there is none
+void chooseDataFolder(const std::string& folder);
+/// Words on standard error for each of the studies whose cases the typed folder has not got and the catalogue's has.
+void tellCasesElsewhere(Session& session, const QStringList& studies);
+
 /// The cases of a study and their weight, as typed.
 struct TypedCases {
     QString study;

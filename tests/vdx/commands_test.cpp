@@ -105,6 +105,24 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
     }
 }
 
+TEST_F(Commands, casesThatLieElsewhereThanInTheTypedFolderAreNamed) {
+    const QString beside = home_.path(u"QX2020.mdb"_s), empty = home_.path(u"empty"_s), none = home_.path(u"none"_s);
+    ASSERT_TRUE(QFile::copy(data_ + u"/QX2020.mdb"_s, beside));
+    QDir().mkpath(empty);
+    for (const QStringList& command : {QStringList{u"frequency"_s, catalogue_, u"QX2020"_s, u"V5"_s},
+                                       QStringList{u"compare"_s, catalogue_, u"--entry"_s, u"QX2020 V5"_s}}) {
+        SCOPED_TRACE(command[0].toStdString());
+        const auto from = [&](const QString& folder) { return runVdx(command + QStringList{u"--language"_s, u"de"_s, u"--data"_s, folder}); };
+        EXPECT_EQ(from(data_).err, QString());
+        EXPECT_EQ(from(empty).err, u"Die Fälle von QX2020 liegen nicht in %1; gezählt wird %2.\n"_s.arg(empty, beside));
+        EXPECT_EQ(from(empty).status, 0);
+        const VdxResult refused = from(none);
+        EXPECT_EQ(refused.status, 2);
+        EXPECT_EQ(refused.out, QString());
+        EXPECT_TRUE(refused.err.startsWith(u"vdx: --data %1: Den Ordner gibt es nicht\n"_s.arg(none))) << refused.err.toStdString();
+    }
+}
+
 TEST_F(Commands, aCrosstabIsShownInTheViewsAskedFor) {
     // V5 by V7, which is 1 and 2 in turn; the labelled missing 9 of V5 is left out, its system-missing is shown as missing.
     const QStringList request{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--format"_s, u"csv"_s};
