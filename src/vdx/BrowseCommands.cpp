@@ -4,6 +4,7 @@
 #include "config/Options.h"
 #include "explorer/ExplorerModel.h"
 #include "vdx/Command.h"
+#include "vdx/StudyRequest.h"
 
 using namespace Qt::StringLiterals;
 
@@ -33,7 +34,7 @@ int StudiesCommand::run(Session& session) {
     AnalysisModel model;
     model.open();
     const dao::RecordsetPtr studies = model.dtData1.recordset;
-    if (session.failed() || !studies)
+    if (session.failed() || !hasStudies(session, model) || !studies)
         return 1;
     std::vector<QStringList> rows;
     if (studies->RecordCount() > 0)
@@ -77,13 +78,12 @@ QHash<QString, QString> groupNames() {
 int VariablesCommand::run(Session& session) {
     if (!session.open(QString::fromStdString(catalogue_)))
         return 1;
-    const QString study = QString::fromStdString(study_);
+    TypedCases cases;
+    cases.study = QString::fromStdString(study_);
     AnalysisModel model;
     model.open();
-    if (!model.StudyClick(study)) {
-        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+    if (!cases.chooseStudy(session, model))
         return 1;
-    }
     const dao::RecordsetPtr variables = model.dtData2.recordset;
     if (session.failed() || !variables)
         return 1;

@@ -39,6 +39,13 @@ void tellCasesElsewhere(Session& session, const QStringList& studies) {
     }
 }
 
+bool hasStudies(Session& session, const AnalysisModel& model) {
+    if (!model.dtData1.source.isEmpty())
+        return true;
+    session.say(u"Der Katalog hat keine Ansicht von Studien."_s, u"The catalogue has no view of studies."_s);
+    return false;
+}
+
 void StudyRequest::declarePlaces(CLI::App& command) {
     command.add_option("CATALOGUE", catalogue_, "catalogue file")->required();
     command.add_option("STUDY", study_, "study number")->required();
@@ -88,9 +95,12 @@ bool TypedCases::choose(Session& session, AnalysisModel& model) const {
 }
 
 bool TypedCases::chooseStudy(Session& session, AnalysisModel& model) const {
+    if (!hasStudies(session, model))
+        return false;
     if (model.StudyClick(study))
         return true;
-    session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+    if (!session.failed())
+        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
     return false;
 }
 
@@ -104,8 +114,9 @@ bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) c
             return false;
         }
     } else if (!model.chooseWeight(weight == u"none" ? WeightKind::noWeight : WeightKind::WeightUser, weight)) {
-        session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
-                    u"Weight variable %1 not found in study %2."_s, {weight, study});
+        if (!session.failed())
+            session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
+                        u"Weight variable %1 not found in study %2."_s, {weight, study});
         return false;
     }
     if (!part.isEmpty() && !model.choosePart(part)) {
@@ -120,7 +131,8 @@ bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) c
 bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second) const {
     if (second ? model.chooseVariable2(variable) : model.chooseVariable(variable))
         return true;
-    session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s, {variable, study});
+    if (!session.failed())
+        session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s, {variable, study});
     return false;
 }
 

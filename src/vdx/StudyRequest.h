@@ -14,6 +14,8 @@ class AnalysisModel;
 void chooseDataFolder(const std::string& folder);
 /// Words on standard error for each of the studies whose cases the typed folder has not got and the catalogue's has.
 void tellCasesElsewhere(Session& session, const QStringList& studies);
+/// False after words on standard error if the catalogue has no view of studies.
+bool hasStudies(Session& session, const AnalysisModel& model);
 
 /// The cases of a study and their weight, as typed.
 struct TypedCases {

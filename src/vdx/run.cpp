@@ -73,9 +73,11 @@ int usageError(const UsageError& error, std::FILE* err) {
     return 2;
 }
 
-int carryOut(Command& command, const CommonOptions& options, std::FILE* out, std::FILE* err) {
+/// @param name of the command, which stands for the procedure where an error names none of its own
+int carryOut(Command& command, const QString& name, const CommonOptions& options, std::FILE* out, std::FILE* err) {
     try {
         Session session(options, out, err);
+        const ProcedureScope scope(u"[vdx %1]"_s.arg(name));
         int status = 1;
         try {
             status = command.run(session);
@@ -127,6 +129,6 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
     }
     for (size_t i = 0; i < commands.size(); ++i)
         if (declared[i]->parsed())
-            return carryOut(*commands[i], typed.read(), out, err);
+            return carryOut(*commands[i], QString::fromStdString(declared[i]->get_name()), typed.read(), out, err);
     return 2;
 }

@@ -224,3 +224,34 @@ TEST_F(BadInput, aCatalogueThatCannotBeReadIsRefused) {
     waitpid(other, nullptr, 0);
     EXPECT_EQ(run(u"studies|@"_s).status, 0);
 }
+
+TEST_F(BadInput, withoutStudiesOrVariablesTheCauseIsToldAndNothingElse) {
+    const QString damaged = home_.path(u"damaged.mdb"_s);
+    ASSERT_TRUE(QFile::copy(made_.path(), damaged));
+    made_.execute(u"DELETE FROM tsys_Options"_s);
+    for (const QString& line : {u"studies|@"_s, u"variables|@|QW"_s, u"frequency|@|QW|V1"_s}) {
+        const VdxResult result = run(line);
+        EXPECT_EQ(result.status, 1);
+        EXPECT_EQ(result.err, u"Der Katalog hat keine Ansicht von Studien.\n"_s);
+    }
+    dao::DatabasePtr catalogue = dao::DBEngine::instance().OpenDatabase(damaged);
+    catalogue->TableDefs().Delete(u"tkey_Variable"_s);
+    catalogue->Close();
+    const VdxResult result = run(u"frequency|%1|QW|V1"_s.arg(damaged));
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.err.contains(u"tkey_Variable"_s)) << result.err.toStdString();
+    EXPECT_FALSE(result.err.contains(u"nicht gefunden"_s)) << result.err.toStdString();
+}
+
+TEST_F(BadInput, anErrorOutsideEveryProcedureNamesTheCommand) {
+    const QString survey = QStringLiteral(VARIDEX_SOURCE_ROOT "/../shared/data/sav/edge_haven/iris.sav");
+    if (!QFile::exists(survey))
+        GTEST_SKIP() << survey.toStdString();
+    QFile zeros(home_.path(u"zeros.mdb"_s));
+    ASSERT_TRUE(zeros.open(QIODevice::WriteOnly));
+    zeros.write(QByteArray(9000, '\0'));
+    zeros.close();
+    const VdxResult result = run(u"import|%1|%2|--study|A"_s.arg(zeros.fileName(), survey));
+    EXPECT_EQ(result.status, 1);
+    EXPECT_TRUE(result.err.contains(u"[vdx import]"_s)) << result.err.toStdString();
+}
