@@ -150,13 +150,18 @@ FileCompanion::FileCompanion(DatabaseFilePtr file, const QString& path)
     }
     schema_ = attached.schema;
     file_->connection().leaveWal(schema_);
-    useLargePages();
+    prepareForBulk();
 }
 
-/// Of a file that is yet to be made. It is written and read from beginning to end, for which larger pages take a tenth
-/// less time.
-void FileCompanion::useLargePages() {
-    file_->connection().run(u"PRAGMA "_s + schema_ + u".page_size=16384"_s);
+/// A file that is yet to be made is written from beginning to end, and read so later: larger pages save a tenth of the
+/// time, and a cache that stays within the processor's memory is faster than a larger one.
+void FileCompanion::prepareForBulk() {
+    Statement pages(file_->connection(), u"PRAGMA "_s + schema_ + u".page_count"_s);
+    if (!pages.step() || pages.number(0) > 0) {
+        return;
+    }
+    pages.reset();
+    file_->connection().run(u"PRAGMA %1.page_size=16384; PRAGMA %1.cache_size=-512"_s.arg(schema_));
 }
 
 FileCompanion::~FileCompanion() {

@@ -44,7 +44,7 @@ public:
 
 private:
     const Attachments::File& reach(Attachments::Use& use) const;
-    void useLargePages();
+    void prepareForBulk();
 
     DatabaseFilePtr file_;
     QString path_;
