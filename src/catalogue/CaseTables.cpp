@@ -4,7 +4,9 @@
 #include "platform/system/Paths.h"
 
 #include <QHash>
+#include <QScopeGuard>
 #include <cmath>
+#include <future>
 
 using namespace Qt::StringLiterals;
 
@@ -157,22 +159,44 @@ void CaseWriter::text(int variable, const char* utf8, int bytes) {
 
 void CaseWriter::endRow() {
     ++rows_;
-    for (const auto& table : tables_) {
-        table->rows.setNumber(0, rows_);
-        table->rows.endRow();
-        if (table->rows.isFull())
-            append(*table);
+    for (size_t i = 0; i < tables_.size(); ++i) {
+        dao::RowBlock& rows = tables_[i]->rows;
+        rows.setNumber(0, rows_);
+        rows.endRow();
+        if (rows.isFull())
+            queue_->put(i, rows);
     }
 }
 
 void CaseWriter::finish() {
-    for (const auto& table : tables_)
-        append(*table);
+    for (size_t i = 0; i < tables_.size(); ++i)
+        queue_->put(i, tables_[i]->rows);
 }
 
-void CaseWriter::append(Table& table) {
-    table.appender->appendRows(table.rows);
-    table.rows.clear();
+qint64 readCases(SurveyReader& reader, const SurveyFile& head, CaseWriter& writer,
+                 const std::function<bool(double)>& progress) {
+    BlockQueue queue;
+    writer.collectInto(queue);
+    const auto read = [&] {
+        const qint64 cutTexts = reader.readRows(head, writer, [&](double share) {
+            queue.report(share);
+            return true;
+        });
+        writer.finish();
+        return cutTexts;
+    };
+    // Leaving this scope waits for the reading to end.
+    std::future<qint64> reading = std::async(std::launch::async, [&] {
+        const auto finish = qScopeGuard([&] { queue.finish(); });
+        return read();
+    });
+    const auto stop = qScopeGuard([&] { queue.stop(); });
+    queue.passOn([&](size_t table, const dao::RowBlock& rows) { writer.write(table, rows); },
+                 [&](double share) {
+                     if (progress && !progress(share))
+                         throw importCancelled();
+                 });
+    return reading.get();
 }
 
 QString storedCode(double code, TimeFormat time, const SurveyVariable& variable) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "catalogue/BlockQueue.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/SurveyFile.h"
+#include "catalogue/SurveyReader.h"
 #include "catalogue/TaggedCodes.h"
 #include "catalogue/importNames.h"
 #include "catalogue/surveyDates.h"
@@ -29,7 +31,8 @@ std::vector<CaseTable> shareOutVariables(const QString& study, const std::vector
 /// folder or the table is to have its own, else "<study>.mdb". It is the choice that an analysis makes.
 QString caseFileOf(const QString& folder, const QString& study, const CaseTable& table);
 
-/// Writes the rows of a survey file into its case tables, one row of each at a time, many at once into the file.
+/// Writes the rows of a survey file into its case tables. What takes the rows only collects them, in blocks, and
+/// may run in a thread of its own while another writes the blocks.
 class CaseWriter : public RowReceiver {
 public:
     CaseWriter(const SurveyFile& file, TaggedCodes& codes);
@@ -41,8 +44,12 @@ public:
     void addTable(const CaseTable& table, std::unique_ptr<dao::Appender> appender);
     /// Lets all tables go, with what was not yet written, and begins counting anew.
     void reset();
-    /// To be called after the last row. @throws dao::Error, as endRow()
+    /// Where endRow() and finish() put what is to be written.
+    void collectInto(BlockQueue& queue) { queue_ = &queue; }
+    /// To be called after the last row.
     void finish();
+    /// Writes a block that the queue gave. @throws dao::Error
+    void write(size_t table, const dao::RowBlock& rows) { tables_[table]->appender->appendRows(rows); }
 
     void number(int variable, double value) override;
     void letter(int variable, char letter) override;
@@ -71,12 +78,17 @@ private:
     TaggedCodes& codes_;
     std::vector<Place> places_;
     std::vector<std::unique_ptr<Table>> tables_;
+    BlockQueue* queue_ = nullptr;
     std::vector<qint64> noDates_, infinite_, rounded_;
     int rows_ = 0;
 
     void writeTime(Place& place, int variable, double value);
-    static void append(Table& table);
 };
+
+/// Reads all cases of a file into the tables of a writer: reading in a thread of its own, writing and `progress`
+/// in the calling one. @return and @throws as SurveyReader::readRows(); dao::Error
+qint64 readCases(SurveyReader& reader, const SurveyFile& head, CaseWriter& writer,
+                 const std::function<bool(double)>& progress);
 
 /// A code of a variable as its case table holds it: ISO text for dates that are not declared missing, else
 /// the number.

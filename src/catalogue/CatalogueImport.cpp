@@ -18,6 +18,10 @@
 
 using namespace Qt::StringLiterals;
 
+ImportError importCancelled() {
+    return ImportError(said(u"Der Import wurde abgebrochen"_s, u"The import was cancelled"_s));
+}
+
 /// One survey file on its way into the catalogue.
 struct SurveyImporter::Job {
     QString file;
@@ -150,8 +154,7 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
             writer.addTable(
                 table, fileOf(table).openAppender(
                            table.name, schema::cases(table.name, writer.fields(table, names)).fieldNames()));
-        cutTexts = reader.readRows(head, writer, progress);
-        writer.finish();
+        cutTexts = readCases(reader, head, writer, progress);
     } while (codes.settle());
     for (const auto& [path, companion] : files)
         if (companion->tableNames().isEmpty() && hadTables.contains(path))

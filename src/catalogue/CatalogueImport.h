@@ -24,6 +24,9 @@ private:
     QByteArray utf8_;
 };
 
+/// The failure of an import that its user ended.
+ImportError importCancelled();
+
 /// A case table beyond the first, made up of certain variables.
 struct CaseTableWish {
     QStringList variables; ///< names as in the file, without regard to case

@@ -381,7 +381,7 @@ struct SurveyReader::RowPass : PassBase {
 
     void tell(double share) {
         if (report && !report(share))
-            throw ImportError(said(u"Der Import wurde abgebrochen"_s, u"The import was cancelled"_s));
+            throw importCancelled();
     }
 };
 

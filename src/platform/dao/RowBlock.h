@@ -40,6 +40,8 @@ public:
     /// True when a block is large enough to be appended. Room for further rows is made all the same.
     bool isFull() const { return rows_ >= rowsWanted_ || texts_.size() >= textBytesWanted; }
     void clear();
+    /// An empty one for the same fields.
+    RowBlock another() const { return RowBlock(columns_); }
     int rows() const { return rows_; }
 
 private:
