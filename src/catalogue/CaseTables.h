@@ -31,8 +31,8 @@ std::vector<CaseTable> shareOutVariables(const QString& study, const std::vector
 /// folder or the table is to have its own, else "<study>.mdb". It is the choice that an analysis makes.
 QString caseFileOf(const QString& folder, const QString& study, const CaseTable& table);
 
-/// Writes the rows of a survey file into its case tables. What takes the rows only collects them, in blocks, and
-/// may run in a thread of its own while another writes the blocks.
+/// Writes the rows of a survey file into its case tables. What takes the rows only collects them, in blocks,
+/// and may run in a thread of its own while another writes the blocks.
 class CaseWriter : public RowReceiver {
 public:
     CaseWriter(const SurveyFile& file, TaggedCodes& codes);
@@ -85,8 +85,8 @@ private:
     void writeTime(Place& place, int variable, double value);
 };
 
-/// Reads all cases of a file into the tables of a writer: reading in a thread of its own, writing and `progress`
-/// in the calling one. @return and @throws as SurveyReader::readRows(); dao::Error
+/// Reads all cases of a file into the tables of a writer: reading in a thread of its own, writing and
+/// `progress` in the calling one. @return and @throws as SurveyReader::readRows(); dao::Error
 qint64 readCases(SurveyReader& reader, const SurveyFile& head, CaseWriter& writer,
                  const std::function<bool(double)>& progress);
 
