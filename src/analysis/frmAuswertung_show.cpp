@@ -221,6 +221,9 @@ void frmAuswertung::nameForReaders() {
     w_->dbcVarGewicht_1Uni->setAccessibleName(TranslateText(u"Gewichtungsvariable suchen"_s));
     w_->dbcParts->setAccessibleName(TranslateText(u"Datensatz-Teil"_s));
     w_->txtFilter->setAccessibleName(TranslateText(u"Filterbedingung"_s));
+    w_->lst_TrendVars->setAccessibleName(TranslateText(u"Aufgenommene Variablen"_s));
+    w_->lst_SavedTrends->setAccessibleName(TranslateText(u"Gespeicherte Vergleiche"_s));
+    w_->cbValuesInstruct->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
     w_->cbValues->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
     w_->mfgGrid->setAccessibleName(TranslateText(u"Ergebnistabelle"_s));
     for (ChoicePicker* picker : {w_->dbcVariableUni, w_->dbcVariable2Uni, w_->dbcVarGewicht_1Uni})

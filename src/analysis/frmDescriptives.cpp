@@ -5,13 +5,12 @@
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "widgets/Desktop.h"
+#include "widgets/okCancelRow.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -58,22 +57,11 @@ void frmDescriptives::build() {
         chkDescriptives_[static_cast<size_t>(i)] = box;
         cmbDigits_[static_cast<size_t>(i)] = digits;
     }
-    auto* cmdOK = new QPushButton(u"OK"_s, this);
-    cmdOK->setObjectName(u"cmdOK"_s);
-    cmdOK->setDefault(true);
-    auto* cmdCancel = new QPushButton(u"Abbrechen"_s, this);
-    cmdCancel->setObjectName(u"cmdCancel"_s);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
     auto* column = new QVBoxLayout(this);
     column->setSpacing(fontMetrics().height());
     column->addLayout(grid);
     column->addStretch();
-    column->addLayout(buttons);
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
+    column->addLayout(okCancelRow(this));
 }
 
 void frmDescriptives::refreshTitles() {

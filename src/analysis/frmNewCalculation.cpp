@@ -5,14 +5,13 @@
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
+#include "widgets/okCancelRow.h"
 #include "widgets/radioGroup.h"
 
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QRadioButton>
 
 using namespace Qt::StringLiterals;
@@ -60,26 +59,15 @@ void frmNewCalculation::build() {
     heading->setFont(bold);
     Option1_ = {choiceButton(u"Option1"_s, 0, u"eine Berechnung &ohne Missing Values?"_s, this),
                 choiceButton(u"Option1"_s, 1, u"eine Berechnung &mit folgenden Einstellungen:"_s, this)};
-    auto* cmdOK = new QPushButton(u"OK"_s, this);
-    cmdOK->setObjectName(u"cmdOK"_s);
-    cmdOK->setDefault(true);
-    auto* cmdCancel = new QPushButton(u"Abbrechen"_s, this);
-    cmdCancel->setObjectName(u"cmdCancel"_s);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
     auto* column = new QVBoxLayout(this);
     column->addWidget(heading);
     column->addWidget(Option1_[0]);
     column->addWidget(Option1_[1]);
     column->addWidget(fraSettings_ = buildSettings());
     column->addStretch();
-    column->addLayout(buttons);
+    column->addLayout(okCancelRow(this));
     stopAtChosen(Option1_);
     connect(Option1_[1], &QRadioButton::toggled, fraSettings_, &QWidget::setEnabled);
-    connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
 }
 
 QGroupBox* frmNewCalculation::buildSettings() {

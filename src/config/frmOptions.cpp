@@ -61,7 +61,6 @@ void choose(QComboBox* list, const QString& text) {
 QPushButton* addButton(QHBoxLayout* row, const QString& name, const QString& text) {
     auto* button = new QPushButton(text);
     button->setObjectName(name);
-    button->setAutoDefault(false);
     row->addWidget(button);
     return button;
 }

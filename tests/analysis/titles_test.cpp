@@ -144,7 +144,7 @@ TEST(Titles, ReadAndSpeakEnglishWithTheKeptTexts) {
     ASSERT_EQ(makeSystemDatabase(home.path(u"home/Vx.mdb"_s), rows), QStringList());
     mdLanguage::LoadTextTable();
     gLanguage = 1;
-    const ResultTable table = tableOf({u"Value|Label|Missing|Count"_s, u"|Sum||5"_s, u"|Valid Cases||4"_s});
+    const ResultTable table = tableOf({u"Value|Label|Missing|Count"_s, u"|Sum||5"_s, u"|Valid cases||4"_s});
     AnalysisRequest request = requestOf(AnalysisMode::Frequency);
     request.Option3 = WeightKind::WeightRE;
     request.dt_WeightRE = u"V3"_s;

@@ -24,8 +24,10 @@
 #include "widgets/Form.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFont>
 #include <QGroupBox>
 #include <QHeaderView>
@@ -301,6 +303,29 @@ TEST_F(WindowTexts, EveryControlShowsTheTextOfItsRowInBothLanguages) {
         const bool isOpened = std::ranges::any_of(
             textsWindows, [&](const TextsWindow& window) { return place.startsWith(window.name + u' '); });
         EXPECT_TRUE(!isOpened || places.contains(place)) << "a row without a control: " << qPrintable(place);
+    }
+}
+
+TEST_F(WindowTexts, AReaderOfTheScreenHasANameForWhateverTakesTheKeyboard) {
+    for (const int language : {0, 1}) {
+        setLanguage(language);
+        for (const TextsWindow& window : textsWindows) {
+            Form* form = window.open();
+            settle();
+            for (QWidget* widget : form->widget().findChildren<QWidget*>()) {
+                // Tabs and menus have their texts one by one, and what drops down speaks for what it drops from.
+                const bool spoken = widget->inherits("QTabBar") || widget->inherits("QTabWidget") || widget->inherits("QMenu") ||
+                                    widget->inherits("QMdiArea") || widget->window() != form->widget().window() ||
+                                    qobject_cast<QComboBox*>(widget->parentWidget());
+                if (spoken || widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus))
+                    continue;
+                const QAccessibleInterface* reader = QAccessible::queryAccessibleInterface(widget);
+                EXPECT_FALSE(!reader || reader->text(QAccessible::Name).isEmpty())
+                    << qPrintable(form->windowName()) << ' ' << qPrintable(widget->objectName()) << ' '
+                    << widget->metaObject()->className();
+            }
+            closeAll();
+        }
     }
 }
 
