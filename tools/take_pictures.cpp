@@ -1,5 +1,11 @@
+#include "analysis/AnalysisModel.h"
+#include "analysis/frmDescriptives.h"
+#include "analysis/frmNewCalculation.h"
+#include "app/frmAbout.h"
 #include "app/frmMain.h"
+#include "app/frmProcess.h"
 #include "app/frmSplash.h"
+#include "app/frmStatus.h"
 #include "app/globals.h"
 #include "app/start.h"
 #include "config/CProfile.h"
@@ -17,18 +23,23 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QItemSelectionModel>
 #include <QPalette>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -143,8 +154,61 @@ public:
         }
     }
 
+    /// The dialogs and boxes that come up on the way.
+    void dialogs() {
+        AnalysisModel model;
+        model.request.sMissing = u"98, 99"_s;
+        modal(u"descriptives"_s, [&] { frmDescriptives(nullptr, nullptr).exec(); });
+        modal(u"missing"_s, [&] { frmNewCalculation(model, nullptr).exec(); });
+        modal(u"about"_s, [] { frmAbout::showInfo(nullptr); });
+        frmAbout about;
+        about.show();
+        about.findChild<QPushButton*>(u"cmdSysInfo"_s)->click();
+        take(about, u"about2"_s);
+        frmProcess progress([] {});
+        progress.lblStatus->setText(u"SV2018: Leben in Solvarden 2018"_s);
+        progress.setProgress(3, 7);
+        progress.show();
+        take(progress, u"progress"_s);
+        frmStatus wait;
+        wait.setAttribute(Qt::WA_DeleteOnClose, false);
+        wait.show();
+        take(wait, u"wait"_s);
+        QtAsker asker;
+        modal(u"question"_s, [&] {
+            asker.messageBox({.text = TranslateText(u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s),
+                              .icon = ui::Icon::Question,
+                              .buttons = ui::Buttons::YesNo});
+        });
+        modal(u"error"_s, [&] {
+            asker.messageBox({.text = u"3024\r\nC:\\Daten\\SV2018.mdb\r\n[frmAuswertung.CreateSQL]"_s,
+                              .title = TranslateText(u"Fehler"_s),
+                              .icon = ui::Icon::Critical,
+                              .buttons = ui::Buttons::AbortRetryIgnore});
+        });
+        modal(u"input"_s, [&] { asker.inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), QString(), QString()); });
+        modal(u"folder"_s, [&] { asker.chooseFolder(u"Datenpfadauswahl"_s, u"."_s); });
+    }
+
 private:
     QString folder_, suffix_;
+
+    /// Takes the picture of what a step shows modally, and leaves it.
+    template<class Step>
+    void modal(const QString& name, Step&& step) {
+        // A dialog gives event turns while it is being made.
+        QTimer watch;
+        QObject::connect(&watch, &QTimer::timeout, qApp, [&] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            if (!dialog)
+                return;
+            watch.stop();
+            take(*dialog, name);
+            dialog->reject();
+        });
+        watch.start(10);
+        step();
+    }
 
     static void settle() {
         for (int i = 0; i < 5; ++i) {
@@ -360,6 +424,7 @@ int main(int count, char** arguments) {
         Walk walk(wanted, folder);
         walk.startWindow();
         walk.options();
+        walk.dialogs();
         walk.mainWindow();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
