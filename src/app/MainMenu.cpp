@@ -23,10 +23,11 @@ void addViewMenu(Entries& all) {
     const QString menu = u"mnuView"_s;
     all.push_back({{}, menu, u"&Ansicht"_s});
     all.push_back({menu, u"mnuDBBeschreibung"_s, u"Datenbank&beschreibung"_s, {}, u"catalogue-description"_s});
+    // Digits with Alt are letters of the windows' own controls.
     for (int i = 1; i <= MainMenu::views; ++i)
-        all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Alt+%1"_s.arg(i), {}, false, i == 1});
+        all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
     for (int i = 1; i <= MainMenu::views; ++i)
-        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Alt+Shift+%1"_s.arg(i), u"description"_s, false, i == 1});
+        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Ctrl+Shift+%1"_s.arg(i), u"description"_s, false, i == 1});
     all.push_back({menu, u"mnuAuswertungsansicht"_s, u"&Auswertung"_s, u"Ctrl+Shift+A"_s, u"analysis"_s, false, true});
     all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
     all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});

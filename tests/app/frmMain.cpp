@@ -26,9 +26,12 @@
 #include <QListWidget>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPointer>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QStatusBar>
+#include <QTabBar>
 #include <QTest>
 #include <QToolBar>
 #include <QToolButton>
@@ -169,6 +172,48 @@ TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
         EXPECT_FALSE(enabled(key)) << qPrintable(key);
         EXPECT_TRUE(action(key)->toolTip().contains(u"In dieser Version noch nicht enthalten."_s)) << qPrintable(key);
     }
+}
+
+TEST_F(MainWindow, NoKeyOfTheFrameIsAKeyOfTheAnalysisInItToo) {
+    openWithArchive();
+    press(u"EXPL1"_s);
+    press(u"A"_s);
+    QWidget* analysis = main->findChild<QWidget*>(u"SSTab"_s)->parentWidget();
+    for (const QString& language : {u"mnLngE"_s, u"mnLngG"_s}) {
+        action(language)->trigger();
+        settle();
+        QMap<QString, QString> frame;
+        for (const QAction* entry : main->findChildren<QAction*>())
+            frame[entry->shortcut().toString()] += entry->objectName() + u' ';
+        for (const QAction* menu : main->menuBar()->actions())
+            frame[QKeySequence::mnemonic(menu->text()).toString()] += menu->text() + u' ';
+        for (const auto* button : main->findChild<QToolBar*>(u"tbToolBar"_s)->findChildren<QToolButton*>())
+            frame[button->shortcut().toString()] += button->text() + u' ';
+        EXPECT_GT(frame.size(), 25);
+        QSet<QString> own;
+        for (const auto* control : analysis->findChildren<QWidget*>()) {
+            own << QKeySequence::mnemonic(control->property("text").toString()).toString();
+            if (const auto* tabs = qobject_cast<const QTabBar*>(control))
+                for (int i = 0; i < tabs->count(); ++i)
+                    own << QKeySequence::mnemonic(tabs->tabText(i)).toString();
+        }
+        own.remove(QString());
+        EXPECT_GT(own.size(), 25);
+        for (const QString& key : own)
+            EXPECT_FALSE(frame.contains(key)) << qPrintable(key + u' ' + frame[key]);
+    }
+    main->activateWindow();
+    analysis->findChild<QWidget*>(u"dbcStudy_1"_s)->setFocus();
+    settle();
+    const auto chooses = [&](Qt::Key key, const QString& mode) {
+        QTest::keyClick(analysis, key, Qt::AltModifier);
+        return QTest::qWaitFor([&] { return analysis->findChild<QRadioButton*>(mode)->isChecked(); }, 1000);
+    };
+    EXPECT_TRUE(chooses(Qt::Key_3, u"Option4(3)"_s) && chooses(Qt::Key_1, u"Option1"_s));
+    QTest::keyClick(analysis, Qt::Key_2, Qt::ControlModifier);
+    settle();
+    ASSERT_TRUE(main->activeForm());
+    EXPECT_EQ(main->activeForm()->viewNumber(), 2);
 }
 
 TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
