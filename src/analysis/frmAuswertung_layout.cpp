@@ -311,6 +311,11 @@ QWidget* frmAuswertung::buildTable() {
 
     w_->mfgGrid = new ResultTableView(u"mfgGrid"_s, page);
     column->addWidget(w_->mfgGrid, 1);
+    w_->lblFacts = factLabel(u"lblFacts"_s, page);
+    QFont small = w_->lblFacts->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    w_->lblFacts->setFont(small);
+    column->addWidget(w_->lblFacts);
     w_->fraState = new QFrame(page);
     w_->fraState->setFrameShape(QFrame::StyledPanel);
     // Its place is kept for it: a table that moved would be marked in another row than the one that is pointed at.
@@ -318,16 +323,13 @@ QWidget* frmAuswertung::buildTable() {
     kept.setRetainSizeWhenHidden(true);
     w_->fraState->setSizePolicy(kept);
     auto* state = new QVBoxLayout(w_->fraState);
+    const int narrow = state->contentsMargins().left() / 2;
+    state->setContentsMargins(2 * narrow, narrow, narrow, narrow);
     w_->lblState = factLabel(u"lblState"_s, w_->fraState);
     w_->cmdComputeAnew = analysisControl<QPushButton>(u"cmdComputeAnew"_s, u"&Jetzt neu berechnen"_s, w_->fraState);
     w_->cmdStop = analysisControl<QPushButton>(u"cmdStop"_s, u"Abbrechen (Esc)"_s, w_->fraState);
     addRow(state, {{w_->lblState, 1}, {w_->cmdComputeAnew, 0}, {w_->cmdStop, 0}});
     column->addWidget(w_->fraState);
-    w_->lblFacts = factLabel(u"lblFacts"_s, page);
-    QFont small = w_->lblFacts->font();
-    small.setPointSizeF(small.pointSizeF() * 0.85);
-    w_->lblFacts->setFont(small);
-    column->addWidget(w_->lblFacts);
     column->addWidget(buildTableCommands());
     return page;
 }
