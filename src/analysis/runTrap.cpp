@@ -94,7 +94,8 @@ StepEnd runEngineStep(const std::function<void()>& step, const RunClock& clock,
         try {
             step();
             return StepEnd::Done;
-        } catch (const dao::Error& error) {
+        } catch (const std::exception& failure) {
+            const dao::Error error = asError(failure);
             if (error.number() == Cancelled && cancelled())
                 return StepEnd::Cancelled;
             if (error.number() == UnknownName) {

@@ -28,8 +28,8 @@ public:
     bool notify(QObject* receiver, QEvent* event) override {
         try {
             return QApplication::notify(receiver, event);
-        } catch (const dao::Error& error) {
-            reportError(error);
+        } catch (const std::exception& failure) {
+            reportError(asError(failure));
             return false;
         }
     }

@@ -41,7 +41,8 @@ dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database
             recordset->MoveFirst();
         }
         return recordset;
-    } catch (const dao::Error& error) {
+    } catch (const std::exception& failure) {
+        const dao::Error error = asError(failure);
         if (callersOwn && callersOwn(error))
             throw;
         logStatement(statement);

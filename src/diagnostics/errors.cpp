@@ -4,6 +4,9 @@
 #include "platform/dao/DBEngine.h"
 #include "platform/ui/Asker.h"
 
+#include <new>
+#include <system_error>
+
 using namespace Qt::StringLiterals;
 
 QString lastDbErrorText() {
@@ -23,6 +26,18 @@ void reportError(const dao::Error& error) {
 
 void reportProgramError(const dao::Error& error) {
     gErrHandler.HandleError(error.number(), error.description(), GestureScope::tells(error.number(), gErrHandler.current()));
+}
+
+dao::Error asError(const std::exception& failure) {
+    if (const auto* known = dynamic_cast<const dao::Error*>(&failure))
+        return *known;
+    dao::errorList().clear();
+    if (dynamic_cast<const std::bad_alloc*>(&failure))
+        return {7, u"Out of memory"_s};
+    const QString cause = u" ("_s + QString::fromLocal8Bit(failure.what()) + u')';
+    if (dynamic_cast<const std::system_error*>(&failure))
+        return {75, u"Path/File access error"_s + cause};
+    return {51, u"Internal error"_s + cause};
 }
 
 bool standardErrorBox(const dao::Error& error, Trap& outcome) {

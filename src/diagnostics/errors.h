@@ -5,6 +5,7 @@
 #include "platform/dao/Error.h"
 
 #include <QString>
+#include <exception>
 
 /// The two ways in which a failure is dealt with; there is no third.
 
@@ -26,6 +27,10 @@ void reportError(const dao::Error& error);
 /// Hands an error to HandleError whatever the engine's list holds; opening and closing of a catalogue report so.
 void reportProgramError(const dao::Error& error);
 
+/// Any failure as the handlers know it. What comes from the standard library is a run-time error of the language: 7 out of
+/// memory, 75 no way to a file, 51 whatever else; the engine's list, which tells of an earlier operation then, is emptied.
+dao::Error asError(const std::exception& failure);
+
 /// Runs a step; a failure is reported and the caller goes on at its next statement.
 /// @return false after a failure
 template<class Step>
@@ -33,8 +38,8 @@ bool attempt(Step&& step, void (*report)(const dao::Error&) = reportError) {
     try {
         step();
         return true;
-    } catch (const dao::Error& error) {
-        report(error);
+    } catch (const std::exception& failure) {
+        report(asError(failure));
         return false;
     }
 }
@@ -54,9 +59,9 @@ Trap trapped(Step&& step) {
         try {
             step();
             return Trap::Done;
-        } catch (const dao::Error& error) {
+        } catch (const std::exception& failure) {
             Trap outcome = Trap::Aborted;
-            if (!standardErrorBox(error, outcome))
+            if (!standardErrorBox(asError(failure), outcome))
                 return outcome;
         }
     }

@@ -40,8 +40,8 @@ template<class Steps>
 void guarded(const QString& procedure, Steps&& steps) {
     try {
         steps();
-    } catch (const dao::Error& error) {
-        ReportProcedureError(error, procedure);
+    } catch (const std::exception& failure) {
+        ReportProcedureError(asError(failure), procedure);
     }
 }
 

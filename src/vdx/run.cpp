@@ -81,8 +81,8 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
         int status = 1;
         try {
             status = command.run(session);
-        } catch (const dao::Error& error) {
-            reportError(error);
+        } catch (const std::exception& failure) {
+            reportError(asError(failure));
         }
         if (!session.printer().finish()) {
             session.say(u"Die Ausgabe konnte nicht geschrieben werden."_s, u"The output could not be written."_s);
@@ -91,8 +91,8 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
         return status;
     } catch (const UsageError& error) {
         return usageError(error, err);
-    } catch (const dao::Error& error) {
-        std::fputs((error.description() + u'\n').toUtf8().constData(), err);
+    } catch (const std::exception& failure) {
+        std::fputs((asError(failure).description() + u'\n').toUtf8().constData(), err);
         return 1;
     }
 }

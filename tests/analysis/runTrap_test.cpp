@@ -5,6 +5,7 @@
 #include "support/TestHome.h"
 
 #include <gtest/gtest.h>
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -91,4 +92,7 @@ TEST(RunTrap, EndsACancelledStatementWithoutAWordAndReportsTheRest) {
     Failing syntax{3075, 1};
     EXPECT_EQ(syntax.run(), StepEnd::Ended);
     EXPECT_TRUE(asker.lastText().contains(u"(3075) failed"_s));
+    // A failure that is none of the engine's ends the run as others do, and not the program.
+    EXPECT_EQ(runEngineStep([] { throw std::bad_alloc(); }, RunClock::system(), [] { return false; }), StepEnd::Ended);
+    EXPECT_TRUE(asker.lastText().contains(u"(7) Out of memory"_s));
 }

@@ -6,7 +6,10 @@
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <filesystem>
 #include <gtest/gtest.h>
+#include <new>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -168,6 +171,31 @@ TEST(Failures, TheStandardErrorBoxRetriesIgnoresOrLeaves) {
     asker.answer(ui::Answer::Abort);
     EXPECT_EQ(trapped(step), Trap::Aborted);
     EXPECT_EQ(asker.pointer(), ui::Pointer::Default);
+}
+
+TEST(Failures, WhatTheStandardLibraryThrowsEndsNoHandlerAndIsNotTakenForTheEnginesLastError) {
+    const TestHome home;
+    ScriptedAsker asker;
+    gErrHandler.Destination = home.path(u"home/Error.log"_s);
+    struct Case {
+        std::function<void()> step;
+        QString number, words;
+    };
+    const std::vector<Case> cases{
+        {[] { throw std::bad_alloc(); }, u"7"_s, u"Out of memory"_s},
+        {[] { (void)std::filesystem::file_size("/no such folder/cases"); }, u"75"_s, u"/no such folder/cases"_s},
+        {[] { (void)std::vector<int>().at(3); }, u"51"_s, u"Internal error ("_s},
+    };
+    for (const Case& one : cases) {
+        EXPECT_FALSE(attempt([] { dao::raiseEngineError(3078, u"tkey_Nothing"_s); }));
+        EXPECT_FALSE(attempt(one.step));
+        EXPECT_TRUE(asker.lastText().contains(u'(' + one.number + u") "_s)) << asker.lastText().toStdString();
+        EXPECT_TRUE(asker.lastText().contains(one.words)) << asker.lastText().toStdString();
+        EXPECT_TRUE(QFile::remove(gErrHandler.Destination)) << "the report";
+        asker.answer(ui::Answer::Retry).answer(ui::Answer::Ignore);
+        EXPECT_EQ(trapped(one.step), Trap::Ignored);
+        EXPECT_TRUE(asker.lastText().startsWith(one.number + u"\r\n"_s)) << asker.lastText().toStdString();
+    }
 }
 
 TEST(Failures, TheLanguageProceduresHaveABoxOfTheirOwn) {
