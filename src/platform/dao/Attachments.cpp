@@ -23,7 +23,11 @@ Attachments::Attachments(Connection& connection, const DatabaseLocation& main)
 }
 
 const Attachments::File& Attachments::reach(const QString& path, Use& use) {
-    if (const std::shared_ptr<File> file = openAt(path)) {
+    if (const std::shared_ptr<File> file = knownAt(path)) {
+        if (!file->attached) {
+            file->location.findWritable();
+            open(*file, false);
+        }
         return take(file, use);
     }
     return attach(DatabaseLocation::find(path), false, use);
@@ -33,11 +37,12 @@ const Attachments::File& Attachments::reachNew(const QString& path, Use& use) {
     return attach(DatabaseLocation::findNew(path), true, use);
 }
 
-/// The open file that was found at just this path and still lies there as it did. Its number can't be another file's as
-/// long as it is open. A path that is spelled otherwise may lead elsewhere by now, and is looked up anew.
-std::shared_ptr<Attachments::File> Attachments::openAt(const QString& path) const {
+/// The file that was found at just this path and still lies there as it did: a file that was changed since, or another one
+/// that has its number now, has another time of change. A path that is spelled otherwise may lead elsewhere by now, and is
+/// looked up anew.
+std::shared_ptr<Attachments::File> Attachments::knownAt(const QString& path) const {
     for (const auto& file : files_) {
-        if (file->attached && file->location.path == path) {
+        if (file->location.path == path) {
             return file->location.isUnchanged() ? file : nullptr;
         }
     }
@@ -110,9 +115,28 @@ void Attachments::open(File& file, bool create) {
     file.attached = true;
     ++file.generation;
     file.readOnly = connection_.isReadOnly(file.schema.mid(1, file.schema.size() - 2).toUtf8());
+    file.stamp = stampOf(file);
     if (create) {
         file.location = DatabaseLocation::findNew(file.location.path);  // now that it is there
     }
+}
+
+/// Two equal ones tell that nothing was written into the file between: it is the same file, not touched since, and the count
+/// of changes in its head, by which SQLite itself knows whether what it has read still holds, is the same. Empty where
+/// nothing tells: the changes of a file in WAL mode lie elsewhere.
+QByteArray Attachments::stampOf(const File& file) const {
+    constexpr int begin = 18, size = 22, walVersion = 2;  // from the versions of the format to the list of free pages
+    const QByteArray schema = file.schema.mid(1, file.schema.size() - 2).toUtf8();
+    sqlite3_file* content = nullptr;
+    QByteArray head(size, '\0');
+    if (sqlite3_file_control(connection_.handle(), schema.constData(), SQLITE_FCNTL_FILE_POINTER, &content) != SQLITE_OK ||
+        content == nullptr || content->pMethods == nullptr ||
+        content->pMethods->xRead(content, head.data(), size, begin) != SQLITE_OK || head[0] == walVersion) {
+        return {};
+    }
+    const DatabaseLocation& location = file.location;
+    return head + QByteArray::number(location.device) + ' ' + QByteArray::number(location.inode) + ' ' +
+           QByteArray::number(location.changed);
 }
 
 void Attachments::makeRoom() {

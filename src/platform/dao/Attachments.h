@@ -20,6 +20,7 @@ public:
         int users = 0;
         quint64 lastUse = 0;
         int generation = 0;  ///< counts how often it was attached: what was known of its tables counts no more then
+        QByteArray stamp;    ///< when it was attached; see stampOf()
     };
 
     /// Keeps every file that was reached through it from being let go.
@@ -49,10 +50,11 @@ public:
     void letGo(const QString& schema);
 
 private:
-    std::shared_ptr<File> openAt(const QString& path) const;
+    std::shared_ptr<File> knownAt(const QString& path) const;
     const File& take(const std::shared_ptr<File>& file, Use& use);
     const File& attach(const DatabaseLocation& location, bool create, Use& use);
     std::shared_ptr<File> fileOf(const DatabaseLocation& location);
+    QByteArray stampOf(const File& file) const;
     void open(File& file, bool create);
     void makeRoom();
     bool detach(File& file);

@@ -165,12 +165,27 @@ const QStringList& DatabaseFile::ownTables() {
 DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& file, const QString& name) {
     CachedTable& cached = tables_[{file.schema, name.toCaseFolded()}];
     const qint64 version = schemaVersion(*connection_, file.schema);
+    if (cached.generation != file.generation && !file.stamp.isEmpty() && cached.stamp == file.stamp) {
+        holdOn(cached, file);
+    }
     if (cached.schemaVersion != version || cached.generation != file.generation) {
         std::optional<StoredTable> table = readTable(*connection_, file.schema, name);
         const quint64 structure = table == cached.table && cached.structure != 0 ? cached.structure : ++structures_;
-        cached = {version, file.generation, structure, std::move(table), {}};
+        cached = {version, file.generation, file.stamp, structure, std::move(table), {}};
     }
     return cached;
+}
+
+/// Takes what is known of a table over to a new opening of its file, in which nothing was written since. The count of
+/// changes by others begins anew with each opening.
+void DatabaseFile::holdOn(CachedTable& cached, const Attachments::File& file) {
+    cached.generation = file.generation;
+    const qint64 version = dataVersion(*connection_, file.schema);
+    for (auto& [field, content] : cached.contents) {
+        if (content.dataVersion >= 0) {
+            content.dataVersion = version;
+        }
+    }
 }
 
 std::optional<TableInfo> DatabaseFile::tableIn(const Attachments::File& file, const QString& table) {

@@ -92,6 +92,7 @@ private:
     struct CachedTable {
         qint64 schemaVersion = -1;
         int generation = 0;
+        QByteArray stamp;  ///< of the file
         quint64 structure = 0;  ///< another number whenever the table was read and found changed
         std::optional<StoredTable> table;
         std::map<QString, Content> contents;  ///< of fields that were asked for
@@ -110,6 +111,7 @@ private:
     Place placeOf(const QString& name);
     std::optional<TableInfo> infoOf(const Place& place) const;
     CachedTable& cachedTable(const Attachments::File& file, const QString& name);
+    void holdOn(CachedTable& cached, const Attachments::File& file);
     bool isName(const QString& source);
     void open(Opening opening, bool exclusive, bool readOnly);
     void closeNow();

@@ -51,9 +51,7 @@ DatabaseLocation DatabaseLocation::findNew(const QString& path) {
     DatabaseLocation location;
     location.path = info.filePath();
     identify(location);
-    // A change needs a journal beside the file itself, so its folder counts too, not that of a link to it.
-    const QString folder = QFileInfo(location.identity).path();
-    location.writable = (!info.exists() || info.isWritable()) && QFileInfo(folder).isWritable();
+    location.findWritable();
     return location;
 }
 
@@ -70,6 +68,13 @@ DatabaseLocation DatabaseLocation::find(const QString& path) {
         raiseEngineError(3343, path);
     }
     return location;
+}
+
+void DatabaseLocation::findWritable() {
+    const QFileInfo file(path);
+    // A change needs a journal beside the file itself, so its folder counts too, not that of a link to it.
+    const QFileInfo folder(QFileInfo(identity).path());
+    writable = (!file.exists() || file.isWritable()) && folder.isWritable();
 }
 
 bool DatabaseLocation::isUnchanged() const {

@@ -25,6 +25,9 @@ struct DatabaseLocation {
     /// system once, where finding out anew takes a dozen questions.
     bool isUnchanged() const;
 
+    /// Finds out anew whether the file can be written, which what surrounds it decides too.
+    void findWritable();
+
     /// The URI by which SQLite opens the file.
     QByteArray uri(Mode mode) const;
     /// True when nobody can have left unfinished work beside the file, so that it can be read without any lock.

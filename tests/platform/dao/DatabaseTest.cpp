@@ -134,6 +134,41 @@ TEST_F(DatabaseTest, AFileThatTakesTheNameOfALinkedOneIsRead) {
     EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1"_s), u"8"_s) << "the name that is spelled just so comes first";
 }
 
+/// Only so many files are open at a time: what was known of one that was let go holds as long as nobody wrote into it.
+TEST_F(DatabaseTest, AFileThatComesBackIsLookedAtAgainIfItWasChangedMeanwhile) {
+    const auto catalogue = create(u"catalogue.mdb"_s);
+    for (int i = 1; i <= 12; ++i) {
+        createCases(u"S%1.mdb"_s.arg(i), u"S%1_1"_s.arg(i), 2, i);
+        addLink(*catalogue, u"S%1_1"_s.arg(i), path(u"S%1.mdb"_s.arg(i)));
+    }
+    Stranger(path(u"S1.mdb"_s)).run("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO s VALUES (1, 7), (2, 1)");
+    addLink(*catalogue, u"s"_s, path(u"S1.mdb"_s));
+    const auto letGo = [&] {
+        for (int i = 2; i <= 12; ++i)
+            rows(*catalogue, u"SELECT V1 FROM S%1_1"_s.arg(i));
+    };
+    const auto above = [&] { return rows(*catalogue, u"SELECT Count(*) FROM s WHERE x > 6"_s); };
+    EXPECT_EQ(above(), u"1"_s);
+    const QByteArray changes[] = {"UPDATE s SET x = 'abc' WHERE id = 2",         // a text is above every number
+                                  "PRAGMA journal_mode=WAL; UPDATE s SET x = 5", // where the file itself tells nothing
+                                  "UPDATE s SET x = 'abc' WHERE id = 2", "PRAGMA journal_mode=DELETE; UPDATE s SET x = 8 WHERE id = 1"};
+    const QString found[] = {u"1"_s, u"0"_s, u"0"_s, u"1"_s};
+    for (int i = 0; i < 4; ++i) {
+        letGo();
+        Stranger(path(u"S1.mdb"_s)).run(changes[i]);
+        EXPECT_EQ(above(), found[i]) << changes[i].constData();
+        letGo();
+        EXPECT_EQ(above(), found[i]) << "nothing was changed after: " << changes[i].constData();
+    }
+    letGo();
+    Stranger(path(u"S1.mdb"_s)).run("DROP TABLE s; CREATE TABLE s (x TEXT, id INTEGER); INSERT INTO s VALUES ('9', 1)");
+    EXPECT_EQ(rows(*catalogue, u"SELECT * FROM s"_s), u"9,1"_s);
+    letGo();
+    createCases(u"S1.new"_s, u"s"_s, 2, 3);
+    ASSERT_EQ(std::rename(QFile::encodeName(path(u"S1.new"_s)).constData(), QFile::encodeName(path(u"S1.mdb"_s)).constData()), 0);
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM s"_s), u"3;6"_s);
+}
+
 TEST_F(DatabaseTest, AStatementRunAgainMeansWhatItMeansByNow) {
     createCases(u"QX1.mdb"_s, u"QX1_1"_s, 2);
     const auto catalogue = create(u"catalogue.mdb"_s);
