@@ -31,9 +31,10 @@ private:
     AnalysisModel& m_;
     AnalysisRequest& r_;
     dao::DatabasePtr db_;
-    dao::RecordsetPtr variables_; ///< of the catalogue, once a round has asked for one
+    dao::RecordsetPtr studies_, variables_; ///< of the catalogue, once a round has asked for one
     Round round_;
     std::vector<AttachedTable> attached_; ///< in all rounds
+    std::ptrdiff_t roundAttached_ = 0;    ///< where those of this round begin
     std::vector<TableFacts::Round> rounds_; ///< that the table shows
     bool marksKept_ = false; ///< a comparison keeps the rows and marks of the one before
     int number_ = 0;                      ///< of the round, from 1

@@ -7,6 +7,8 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
+#include <algorithm>
+
 /// The steps of a run that settle which cases it is about: the study's cases, their weight, their files, the
 /// filter.
 
@@ -100,10 +102,11 @@ bool CreateSQL::findCases() {
     bool found = false;
     QString own;
     const bool done = step([&] {
-        const dao::RecordsetPtr studies = db_->OpenRecordset(AnalysisModel::studyQuerySource());
-        studies->FindFirst(u"id_StudyNo = '"_s + round_.study + u"'"_s);
-        found = !studies->NoMatch();
-        own = found ? studies->text(u"dt_query"_s) : QString();
+        if (!studies_)
+            studies_ = db_->OpenRecordset(AnalysisModel::studyQuerySource());
+        studies_->FindFirst(u"id_StudyNo = '"_s + round_.study + u"'"_s);
+        found = !studies_->NoMatch();
+        own = found ? studies_->text(u"dt_query"_s) : QString();
     });
     if (!done)
         return false;
@@ -162,13 +165,22 @@ bool CreateSQL::findFolder() {
     return clearAndEnd();
 }
 
+/// A round may name a table more than once.
 bool CreateSQL::attach(const QString& table, const QString& study) {
-    attached_.push_back({table, study, round_.study, caseFileOf(table, study, round_.folder)});
-    return step([&] { AttachCaseTable(*db_, table, study, round_.folder); });
+    const auto isThisOne = [&](const AttachedTable& other) {
+        return other.table == table && other.study == study;
+    };
+    if (std::any_of(attached_.begin() + roundAttached_, attached_.end(), isThisOne))
+        return true;
+    return step([&] {
+        const QString file = AttachCaseTable(*db_, table, study, round_.folder);
+        attached_.push_back({table, study, round_.study, file});
+    });
 }
 
 bool CreateSQL::attachTables() {
     const CountFacts& facts = round_.facts;
+    roundAttached_ = static_cast<std::ptrdiff_t>(attached_.size());
     if (!findFolder() || !attach(facts.table, round_.study))
         return false;
     if (!facts.table2.isEmpty() && !attach(facts.table2, round_.study))

@@ -25,10 +25,10 @@ bool liesWhereItLay(const dao::Database& catalogue, const AttachedTable& attache
     return !folder.isEmpty() && caseFileOf(attached.table, attached.study, folder) == attached.file;
 }
 
-void AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
-                     const QString& path) {
-    const QString connect =
-        u";DATABASE="_s + caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
+QString AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
+                        const QString& path) {
+    const QString file = caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
+    const QString connect = u";DATABASE="_s + file;
     dao::TableDefs& tables = catalogue.TableDefs();
     if (tables.contains(table)) {
         const dao::TableDefPtr link = tables.Item(table);
@@ -36,13 +36,14 @@ void AttachCaseTable(dao::Database& catalogue, const QString& table, const QStri
             link->setSourceTableName(table);
         if (link->Connect() != connect)
             link->setConnect(connect);
-        return;
+        return file;
     }
     const dao::TableDefPtr link = catalogue.CreateTableDef(table);
     link->setSourceTableName(table);
     link->setConnect(connect);
     tables.Append(link);
     link->RefreshLink();
+    return file;
 }
 
 void EnsureQueryQ(dao::Database& catalogue) {

@@ -143,8 +143,16 @@ QString Paths::onDisk(const QString& path) {
     const QString wanted = native(path);
     if (wanted.isEmpty() || QFileInfo::exists(wanted))
         return wanted;
-    QString found = isSeparator(wanted.front()) ? QString(QDir::separator()) : QString();
-    for (const QString& part : wanted.split(QDir::separator(), Qt::SkipEmptyParts)) {
+    const QStringList parts = wanted.split(QDir::separator(), Qt::SkipEmptyParts);
+    const QString root = isSeparator(wanted.front()) ? QString(QDir::separator()) : QString();
+    // Mostly it is the last part that is missing: from there up, as far as the folders are there as they are spelled.
+    qsizetype known = parts.size();
+    QString found;
+    do {
+        found = root + QStringList(parts.mid(0, --known)).join(QDir::separator());
+    } while (known > 0 && !QFileInfo::exists(found));
+    for (; known < parts.size(); ++known) {
+        const QString& part = parts[known];
         const QString entry = part == u"."_s || part == u".."_s ? part : entryLike(found, part);
         if (entry.isEmpty())
             return wanted;
