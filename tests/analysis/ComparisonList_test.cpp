@@ -2,13 +2,17 @@
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
+#include "catalogue/mdDataBase.h"
 #include "config/Options.h"
+#include "support/AsNobody.h"
+#include "support/FullDisk.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -212,4 +216,55 @@ TEST_F(Comparisons, ASaveThatFailsLeavesNothing) {
     asker_.answer(Yes).answer(Yes).input(u"kurz"_s);
     list_.cmd_DeleteFromTrend();
     EXPECT_TRUE(list_.cmd_SaveTrend());
+}
+
+TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHalf) {
+    open();
+    addTwo();
+    const auto stored = [](const QString& table) -> qint64 {
+        if (!gDatabase.TableExist(table))
+            return -1;
+        return gDatabase.CurrentDatabase()->OpenRecordset(u"SELECT Count(*) FROM "_s + table)->value(0).toInteger();
+    };
+    const auto storedAtAll = [&] { return std::pair(stored(u"tsys_Comparison"_s), stored(u"tsys_VariableComparison"_s)); };
+    const auto failsToSave = [&](const QString& words) {
+        asker_.answer(Yes).input(u"Zufriedenheit"_s);
+        EXPECT_FALSE(list_.cmd_SaveTrend());
+        EXPECT_TRUE(asker_.lastText().contains(words)) << asker_.lastText().toStdString();
+        EXPECT_EQ(asker_.boxes.back().icon, ui::Icon::Critical);
+    };
+    // Without the two tables and with them; noticed when the save is committed, and in the middle of it.
+    for (const bool tables : {false, true}) {
+        if (tables) {
+            model_.request.txtTitle = u"erster"_s;
+            ASSERT_TRUE(list_.save(u"erster"_s));
+        }
+        const auto before = storedAtAll();
+        EXPECT_EQ(before, tables ? std::pair(qint64{1}, qint64{2}) : std::pair(qint64{-1}, qint64{-1}));
+        for (const int megabytes : {1, 8}) {
+            model_.request.txtTitle = QString(megabytes << 20, u'x');
+            const FullDisk full(QFileInfo(catalogue_.path()).size());
+            failsToSave(u"Disk or network error."_s);
+            EXPECT_EQ(storedAtAll(), before);
+        }
+        model_.request.txtTitle = u"zweiter"_s;
+        EXPECT_EQ(list_.entries().size(), 2) << "nothing is lost in the window";
+        ASSERT_EQ(mdDataBase::OpenQXDatabase(catalogue_.path()), 1);
+        EXPECT_EQ(storedAtAll(), before);
+    }
+    mdDataBase::CloseDataBase();
+    constexpr auto everyone = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    for (const QString& place : {catalogue_.path(), QFileInfo(catalogue_.path()).path(), home_.path()})
+        QFile::setPermissions(place, everyone);
+    {
+        const AsNobody nobody;
+        ASSERT_EQ(mdDataBase::OpenQXDatabase(catalogue_.path()), 1);
+        failsToSave(u"read-only"_s);
+        EXPECT_EQ(list_.lst_SavedTrends().size(), 1);
+    }
+    for (const QString& place : {home_.path(), QFileInfo(catalogue_.path()).path(), catalogue_.path()})
+        QFile::setPermissions(place, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    ASSERT_EQ(mdDataBase::OpenQXDatabase(catalogue_.path()), 1);
+    EXPECT_EQ(storedAtAll(), std::pair(qint64{1}, qint64{2}));
+    EXPECT_TRUE(list_.save(u"zweiter"_s)) << "what could not be saved is still there to be saved";
 }

@@ -7,6 +7,7 @@
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
 #include "platform/system/Paths.h"
+#include "support/AsNobody.h"
 #include "support/PrintQt.h"
 #include "support/TestCatalogue.h"
 #include "support/WindowTest.h"
@@ -34,18 +35,6 @@ public:
         boxes.push_back(box);
         return onBox ? onBox(box) : ui::safeAnswer(box.buttons);
     }
-};
-
-/// Permissions do not bind root; for as long as this lives, the process is nobody in particular.
-class AsNobody {
-public:
-    AsNobody() : root_(geteuid() == 0 && seteuid(65534) == 0) {}
-    ~AsNobody() { EXPECT_TRUE(!root_ || seteuid(0) == 0); }
-    AsNobody(const AsNobody&) = delete;
-    AsNobody& operator=(const AsNobody&) = delete;
-
-private:
-    bool root_;
 };
 
 class BadInput : public WindowTest {

@@ -13,11 +13,14 @@ public:
     ~Transaction() {
         if (!open_)
             return;
+        // The failure that led here is the one to be told.
+        const Errors before = errorList();
         try {
             workspace_.Rollback();
         } catch (const Error&) {
-            // The failure that led here is the one to be told; the files roll back when they are next opened.
+            // A commit that failed has ended it, or the files roll back when they are next opened.
         }
+        errorList() = before;
     }
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;

@@ -1,12 +1,11 @@
 #include "platform/dao/EngineFixture.h"
+#include "support/FullDisk.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <csignal>
 #include <functional>
 #include <limits>
 #include <sqlite3.h>
-#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using dao::Value;
@@ -44,21 +43,6 @@ protected:
     }
 
     dao::DatabasePtr database_;
-};
-
-/// Files can't grow while it lives: a disk that is full.
-class FullDisk {
-public:
-    explicit FullDisk(qint64 bytes) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit small{static_cast<rlim_t>(bytes), before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
-
-private:
-    rlimit before_{};
 };
 
 }
