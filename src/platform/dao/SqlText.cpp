@@ -53,7 +53,8 @@ QString numberLiteral(double number) {
 }
 
 bool sameName(const QString& a, const QString& b) {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+    // A letter's other case is as long as itself.
+    return a.size() == b.size() && a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
 bool containsName(const QStringList& names, const QString& name) {
