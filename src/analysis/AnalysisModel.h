@@ -266,5 +266,7 @@ private:
     void leaveComparison();
     const ResultTable& markedTable() const;
     bool keepMarks() const;
+    bool isInOtherLanguage() const;
+    void takeMarks();
     Origin origin() const;
 };

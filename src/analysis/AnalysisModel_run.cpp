@@ -49,6 +49,8 @@ RunOutcome AnalysisModel::changeTab(int tab) {
         return RunOutcome::NotRun;
     facts_ = {};
     facts_.outcome = RunOutcome::Refused;
+    if (!dtData3.Tag.isEmpty() && isInOtherLanguage() && keepMarks())
+        takeMarks();
     trapped([this] { runRequest(); });
     if (facts_.outcome == RunOutcome::Refused)
         tab_ = 0;
@@ -234,9 +236,19 @@ bool AnalysisModel::keepMarks() const {
            keepsMarks(shown_->request.mode, shown_->options, gOptions);
 }
 
-void AnalysisModel::computeAnew() {
-    if (running())
-        return;
+/// True if the table is that of the request but for its words: they change with the language, the marks of its values don't.
+bool AnalysisModel::isInOtherLanguage() const {
+    if (!shown_ || last_.origin.language == gLanguage)
+        return false;
+    Origin translated = last_.origin;
+    translated.language = gLanguage;
+    return shown_->complete && translated == origin() && asksTheSame(shown_->request, request) &&
+           showsTheSame(request.mode, shown_->options, gOptions) &&
+           (request.mode != AnalysisMode::Crosstab || shown_->flip == flipInForce());
+}
+
+/// The next run computes and takes over the marks that the user has set, where they still apply.
+void AnalysisModel::takeMarks() {
     const TableState state = tableState();
     // A run that was cut short has left the marks that it was to take.
     if (state != TableState::CutShort)
@@ -249,6 +261,12 @@ void AnalysisModel::computeAnew() {
         shown_->area = markArea(mfgGrid, gOptions.SeparateValidCases);
     }
     dtData3.Tag.clear();
+}
+
+void AnalysisModel::computeAnew() {
+    if (running())
+        return;
+    takeMarks();
     changeTab(1);
 }
 

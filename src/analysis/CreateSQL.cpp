@@ -120,17 +120,17 @@ void CreateSQL::prepareComparison() {
                  m_.shown_->request.mode == AnalysisMode::Comparison &&
                  sameEntries(m_.shown_->request.lst_TrendVars, r_.lst_TrendVars);
     m_.bUserMissing = marksKept_;
-    if (marksKept_)
-        return;
-    m_.clearTable();
-    for (ResultTable* table : {&m_.mfgGrid, &m_.mfgGrid2, &m_.mfgGrid3, &m_.mfgGrid4, &m_.mfgGrid5}) {
-        table->Clear();
-        table->setRows(4);
-        table->setCols(columns);
-        for (int column = 0; column < columns; ++column)
-            table->setColWidth(column, widths[static_cast<size_t>(std::min(column, 2))]);
-        table->FixedRows = 1;
-        table->FixedCols = 1;
+    if (!marksKept_) {
+        m_.clearTable();
+        for (ResultTable* table : {&m_.mfgGrid, &m_.mfgGrid2, &m_.mfgGrid3, &m_.mfgGrid4, &m_.mfgGrid5}) {
+            table->Clear();
+            table->setRows(4);
+            table->setCols(columns);
+            for (int column = 0; column < columns; ++column)
+                table->setColWidth(column, widths[static_cast<size_t>(std::min(column, 2))]);
+            table->FixedRows = 1;
+            table->FixedCols = 1;
+        }
     }
     m_.mfgGrid.setCell(0, 0, TranslateText(u"Wert"_s));
     m_.mfgGrid.setCell(1, 0, TranslateText(u"Ausprägung"_s));

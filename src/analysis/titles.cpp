@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "config/Options.h"
+#include "tables/tableText.h"
 
 #include <optional>
 
@@ -9,12 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// True if a cell shows a word in the language of the table, which may be older than the language in force.
 bool shows(const ResultTable& table, int column, int row, const QString& word) {
-    if (column < 0 || column >= table.Cols() || row < 0 || row >= table.Rows())
-        return false;
-    const QString& text = table.Cell(column, row);
-    return text == TranslateText(word) || text == word;
+    return column >= 0 && column < table.Cols() && row >= 0 && row < table.Rows() && isWord(table.Cell(column, row), word);
 }
 
 /// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does

@@ -5,6 +5,7 @@
 #include "platform/system/NumberFormat.h"
 #include "tables/CrosstabAxis.h"
 #include "tables/CrosstabPercent.h"
+#include "tables/tableText.h"
 
 #include <algorithm>
 #include <array>
@@ -27,11 +28,14 @@ double finite(double number) {
 /// without them.
 template<class LabelAt>
 int endOfValues(int count, LabelAt&& labelAt) {
-    const QString sum = TranslateText(u"Summe"_s), validSum = TranslateText(u"Gült. Summe"_s);
+    const QString ofCases = u"N "_s;
     int end = count;
-    for (const QString& label : {u"N "_s + validSum, validSum, u"N "_s + sum, sum})
-        if (end > firstData && labelAt(end - 1) == label)
-            --end;
+    for (const QString& word : {u"Gült. Summe"_s, u"Summe"_s})
+        for (const bool n : {true, false}) {
+            const QString label = end > firstData ? labelAt(end - 1) : QString();
+            if (label.startsWith(ofCases) == n && isWord(n ? label.mid(ofCases.size()) : label, word))
+                --end;
+        }
     return end == count ? -1 : end;
 }
 

@@ -1,5 +1,7 @@
 #include "tables/tableText.h"
 
+#include "app/globals.h"
+#include "language/CText.h"
 #include "tables/ResultTable.h"
 
 #include <algorithm>
@@ -27,6 +29,10 @@ bool isFigure(const QString& text) {
         part.toDouble(&number);
         return number;
     });
+}
+
+bool isWord(const QString& cell, const QString& word) {
+    return cell == word || cell == gTextObject.TLE(word);
 }
 
 QString csvCell(const QString& text) {

@@ -9,10 +9,13 @@
 #include <QPainter>
 #include <QStyleOptionHeader>
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
 constexpr int twipsPerInch = 1440;
+/// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the least.
+constexpr int mostOfHeading = 16, mostOfLabel = 40, leastOfFixed = 6;
 
 /// Room for a cell's text beside its margins.
 int cellMargin(const QWidget& widget) {
@@ -277,20 +280,53 @@ void ResultTableView::layOut() {
     auto& left = static_cast<FixedCells&>(*verticalHeader());
     const int least = fontMetrics().height() + 6;
     top.lineHeight = least + 2;
-    left.widths.clear();
-    const auto width = [&](int column) {
-        const int named = table.ColWidth(column);
-        return named <= 0 ? 0 : pixels(named) + 2 * cellMargin(*this);
-    };
+    fixedWidths_.clear();
     for (int column = 0; column < table.FixedCols && column < table.Cols(); ++column)
-        left.widths.push_back(width(column));
+        fixedWidths_.push_back(widthOf(column));
     for (int column = table.FixedCols; column < table.Cols(); ++column)
-        top.resizeSection(column - table.FixedCols, width(column));
+        top.resizeSection(column - table.FixedCols, widthOf(column));
     left.setDefaultSectionSize(std::max(least, table.Rows() > 1 ? pixels(table.RowHeight(1)) : 0));
     top.updateGeometry();
+    narrowFixedColumns();
+    corner_->update();
+}
+
+/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long.
+int ResultTableView::widthOf(int column) const {
+    const ResultTable& table = model_->table;
+    if (table.ColWidth(column) <= 0)
+        return 0;
+    const int margins = 2 * cellMargin(*this);
+    const int character = fontMetrics().averageCharWidth();
+    const int wanted = pixels(table.ColWidth(column)) + margins;
+    const int least = mostOfHeading * character + margins;
+    if (wanted <= least)
+        return wanted;
+    QString longest;
+    for (int row = table.FixedRows; row < table.Rows(); ++row)
+        if (table.Cell(column, row).size() > longest.size())
+            longest = table.Cell(column, row);
+    const int needed = fontMetrics().horizontalAdvance(longest);
+    const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
+    return std::min(wanted, std::max(least, shown + margins));
+}
+
+/// The fixed columns leave half of the view to the others.
+void ResultTableView::narrowFixedColumns() {
+    auto& left = static_cast<FixedCells&>(*verticalHeader());
+    const int least = leastOfFixed * fontMetrics().averageCharWidth();
+    left.widths = fixedWidths_;
+    int excess = std::accumulate(left.widths.begin(), left.widths.end(), 0) - width() / 2;
+    while (excess > 0) {
+        const auto widest = std::ranges::max_element(left.widths);
+        const int less = std::min(excess, *widest - least);
+        if (less <= 0)
+            break;
+        *widest -= less;
+        excess -= less;
+    }
     left.updateGeometry();
     updateGeometries();
-    corner_->update();
 }
 
 GridSelection ResultTableView::selection() const {
@@ -353,7 +389,7 @@ void ResultTableView::focusInEvent(QFocusEvent* event) {
 
 void ResultTableView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    updateGeometries();
+    narrowFixedColumns();
 }
 
 void ResultTableView::updateGeometries() {

@@ -5,11 +5,13 @@
 
 #include <QTableView>
 #include <functional>
+#include <vector>
 
 class ResultTableModel;
 
 /// Shows a result table; its fixed rows and columns stay in view as headings while the rest scrolls. It holds a copy of
-/// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart.
+/// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart. Texts
+/// that would push the figures out of view are shortened; a tooltip has them in full.
 class ResultTableView : public QTableView {
 public:
     ResultTableView(const QString& name, QWidget* parent);
@@ -45,9 +47,12 @@ private:
     QWidget* corner_ = nullptr;
     int markColumn_ = -1, markRow_ = -1;
     bool pressedInMarks_ = false;
+    std::vector<int> fixedWidths_; ///< of the fixed columns, as the table has them
 
     bool hasShapeOf(const ResultTable& table) const;
     void layOut();
+    void narrowFixedColumns();
+    int widthOf(int column) const;
     int pixels(int twips) const;
     void reportMark();
 };
