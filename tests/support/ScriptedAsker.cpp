@@ -21,8 +21,8 @@ ScriptedAsker::~ScriptedAsker() {
     EXPECT_TRUE(answers_.empty()) << "answers were scripted for boxes that never came";
 }
 
-ScriptedAsker& ScriptedAsker::answer(ui::Answer answer) {
-    answers_.push_back(answer);
+ScriptedAsker& ScriptedAsker::answer(ui::Answer answer, std::function<void()> meanwhile) {
+    answers_.emplace_back(answer, std::move(meanwhile));
     return *this;
 }
 
@@ -51,8 +51,10 @@ ui::Answer ScriptedAsker::messageBox(const ui::Box& box) {
         ADD_FAILURE() << "no answer scripted for the box: " << qPrintable(box.text);
         return ui::safeAnswer(box.buttons);
     }
-    const ui::Answer answer = answers_.front();
+    const auto [answer, meanwhile] = answers_.front();
     answers_.pop_front();
+    if (meanwhile)
+        meanwhile();
     return answer;
 }
 

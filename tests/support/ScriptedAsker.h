@@ -13,7 +13,8 @@ public:
     ScriptedAsker();
     ~ScriptedAsker() override;
 
-    ScriptedAsker& answer(ui::Answer answer);
+    /// @param meanwhile what the user does while the box is open
+    ScriptedAsker& answer(ui::Answer answer, std::function<void()> meanwhile = {});
     ScriptedAsker& input(const QString& text);
     ScriptedAsker& file(const QString& path);
 
@@ -45,6 +46,6 @@ public:
 private:
     ui::Asker* before_;
     ui::Pointer pointer_ = ui::Pointer::Default;
-    std::deque<ui::Answer> answers_;
+    std::deque<std::pair<ui::Answer, std::function<void()>>> answers_;
     std::deque<QString> inputs_, files_;
 };
