@@ -70,7 +70,7 @@ TEST_F(AnalysisModes, ShowWhatBelongsToThemAndRefuseWhatIsIncomplete) {
                 names += letter;
         return names;
     };
-    EXPECT_EQ(shown(), u"2");
+    EXPECT_EQ(shown(), u"2F");
     goTo(1);
     type(u"dbcVariable2Uni"_s, u"GESCHL"_s);
     goTo(1);
@@ -90,9 +90,25 @@ TEST_F(AnalysisModes, ShowWhatBelongsToThemAndRefuseWhatIsIncomplete) {
     EXPECT_EQ(asker.texts(), (QStringList{u"Bitte eine zweite Variable auswählen"_s, u"Doppelte Variablen"_s,
                                           u"Bitte eine Variable auswählen"_s, u"Gewichtungsvariable auswählen"_s}));
     EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
-    // Flipping needs creation mode.
+    // Flipping needs creation mode, which the catalogue offers and nobody is in unasked.
     press(u"Option2"_s);
-    EXPECT_FALSE(the<QCheckBox>(u"chkFlipXtab"_s)->isVisibleTo(window)) << "the catalogue has no creation mode";
+    EXPECT_EQ(shown(), u"2F");
+    EXPECT_FALSE(the<QCheckBox>(u"chkVaridexCreation"_s)->isChecked());
+    EXPECT_FALSE(the<QCheckBox>(u"chkFlipXtab"_s)->isEnabled());
+    press(u"Option3(0)"_s);
+    type(u"dbcVariable2Uni"_s, u"LZUFR:"_s);
+    goTo(1);
+    const QString rows = cell(0, 1), columns = cell(1, 0);
+    EXPECT_EQ(rows + columns, u"GESCHLLZUFR");
+    goTo(0);
+    press(u"chkVaridexCreation"_s);
+    press(u"chkFlipXtab"_s);
+    goTo(1);
+    EXPECT_EQ(cell(0, 1) + cell(1, 0), columns + rows);
+    goTo(0);
+    press(u"chkVaridexCreation"_s);
+    goTo(1);
+    EXPECT_EQ(cell(0, 1) + cell(1, 0), rows + columns) << "out of creation mode the choice counts no more";
 }
 
 TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnly) {
