@@ -15,7 +15,7 @@ namespace {
 
 constexpr int twipsPerInch = 1440;
 /// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the least.
-constexpr int mostOfHeading = 16, mostOfLabel = 40, leastOfFixed = 6;
+constexpr int mostOfHeading = 20, mostOfLabel = 40, leastOfFixed = 6;
 
 /// Room for a cell's text beside its margins.
 int cellMargin(const QWidget& widget) {

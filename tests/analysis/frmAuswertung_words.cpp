@@ -93,7 +93,7 @@ TEST_F(AnalysisLanguage, LongHeadingsAndLabelsLeaveTheFiguresInView) {
     const int character = grid->fontMetrics().averageCharWidth();
     EXPECT_LE(grid->columnWidth(0), 45 * character) << "a label";
     for (int column = 1; column < 4; ++column) {
-        EXPECT_LE(grid->columnWidth(column), 20 * character);
+        EXPECT_LE(grid->columnWidth(column), 24 * character);
         EXPECT_GE(grid->columnWidth(column), grid->fontMetrics().horizontalAdvance(u"12345"_s));
         EXPECT_TRUE(grid->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString().contains(u"ALTER&gt;30"_s));
     }
