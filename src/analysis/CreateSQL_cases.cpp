@@ -138,7 +138,7 @@ bool CreateSQL::addWeightToQuery() {
 /// Where a variable of the round's study lies. @throws dao::Error
 std::optional<VariablePlace> CreateSQL::findPlace(const QString& variable) {
     if (!variables_)
-        variables_ = db_->OpenRecordset(u"tkey_Variable"_s);
+        variables_ = db_->OpenRecordset(u"SELECT fi_StudyNo, id_VarName, dt_TableName, dt_FieldName FROM tkey_Variable"_s);
     variables_->FindFirst(u"fi_StudyNo = '"_s + round_.study + u"' AND id_VarName ='"_s + variable + u"'"_s);
     if (variables_->NoMatch())
         return std::nullopt;
