@@ -1,7 +1,8 @@
 // A comparison of 30 studies of 3,000 cases, each in a file of its own: the whole run against its own statements stepped bare, the
-// first run of a catalogue that has no links yet, and a second one of a changed request.
+// first run of a catalogue that has no links yet, and a second one of a changed request. Then two entries over ever more cases.
 
 #include "Archives.h"
+#include "CaseRuns.h"
 #include "Frame.h"
 #include "Ratios.h"
 #include "SqliteDirect.h"
@@ -95,10 +96,20 @@ private:
     }
 };
 
+void chooseTwo(AnalysisModel& model) {
+    gOptions.ComparisonWeight = 1;
+    model.chooseMode(AnalysisMode::Comparison);
+    ComparisonList list(model);
+    if (!list.addVariable(u"B1"_s, u"V5"_s) || !list.addVariable(u"B1"_s, u"V6"_s))
+        qFatal("a variable is not there");
+    model.applyComparisonEntryChange = {}; // the list goes
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    return runBenchmarks(argc, argv, [](const QString& folder) {
+    const bool large = wantsLarge(argc, argv);
+    return runBenchmarks(argc, argv, [large](const QString& folder) {
         const QString catalogue = Archives::makeWaves(folder, studies, cases);
         if (mdDataBase::OpenQXDatabase(catalogue) != 1)
             qFatal("the catalogue did not open");
@@ -117,6 +128,10 @@ int main(int argc, char** argv) {
                     [&] { return weighted.run(); },
                     [&] { return bare.run(); });
             }
+        })->Iterations(1)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("comparison growing", [folder, large](benchmark::State& state) {
+            for (auto _ : state)
+                CaseRuns::growth(u"comparison"_s, folder, large, chooseTwo);
         })->Iterations(1)->Unit(benchmark::kMillisecond);
     });
 }
