@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/CompensatedSum.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/system/NumberFormat.h"
 #include "tables/labels.h"
@@ -48,7 +49,7 @@ private:
     size_t nullRow_ = none;          ///< the row of system-missing; its value cell is empty as that of an empty text is
     std::vector<size_t> order_;      ///< rows as the table shows them
     std::vector<QString> sums_, valid_; ///< the two rows below the values
-    double total_ = 0, validTotal_ = 0;
+    dao::CompensatedSum total_, validTotal_;
     bool warned_ = false;
 
     void read();
@@ -117,9 +118,9 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
             showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
         row = newRow(value, text);
     }
-    total_ += count;
+    total_.add(count);
     if (rows_[row].cells[MarkColumn] != "X"_L1)
-        validTotal_ += count;
+        validTotal_.add(count);
     rows_[row].count += count;
     rows_[row].counted = true;
 }
@@ -185,9 +186,9 @@ void ColumnBuilder::write() {
         put(row, data.cells);
     }
     sums_[LabelColumn] = TranslateText(u"Summe"_s);
-    sums_[column] = NumberFormat::fixed(total_, 0);
+    sums_[column] = NumberFormat::fixed(total_.value(), 0);
     valid_[LabelColumn] = TranslateText(u"Gültige Fälle"_s);
-    valid_[column] = NumberFormat::fixed(validTotal_, 0);
+    valid_[column] = NumberFormat::fixed(validTotal_.value(), 0);
     put(dataRows + 1, sums_);
     put(dataRows + 2, valid_);
     put(dataRows + 3, std::vector<QString>(static_cast<size_t>(table_.Cols())));

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/CompensatedSum.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/system/NumberFormat.h"
 #include "tables/labels.h"
@@ -43,7 +44,7 @@ private:
     QHash<QString, QList<Kept>> kept_;
     ColumnWidths widths_;
     std::vector<double> sortKeys_;
-    double total_ = 0, validTotal_ = 0;
+    dao::CompensatedSum total_, validTotal_;
     int lastRow_ = 0; ///< the row that the filling stood at when the counts ended
     int dataRows_ = 0;
     int sumRow_ = -1; ///< once it is known
@@ -182,7 +183,7 @@ bool FrequencyBuilder::fillRow(int row) {
     const dao::Value count = in_.counts.value(1);
     const QString text = value.toText();
     write(Wert, row, text);
-    total_ += count.toDouble();
+    total_.add(count.toDouble());
     std::optional<QString> label;
     if (trapped([&] { label = labelOf(in_.labels, value); }) == Trap::Aborted)
         return false;
@@ -204,7 +205,7 @@ bool FrequencyBuilder::fillRow(int row) {
     table_.setCellAlignment(Missing, row, ResultTable::RightTop);
     write(Anzahl, row, NumberFormat::fixed(count.toDouble(), 0));
     if (!marked(row))
-        validTotal_ += count.toDouble();
+        validTotal_.add(count.toDouble());
     sortKeys_.push_back(number(Wert, row));
     return true;
 }
@@ -229,10 +230,10 @@ void FrequencyBuilder::writeSums(int validRow) {
         table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
         table_.setCellAlignment(Missing, row, ResultTable::RightTop);
     }
-    write(Anzahl, sumRow_, NumberFormat::fixed(total_, 0));
+    write(Anzahl, sumRow_, NumberFormat::fixed(total_.value(), 0));
     write(Auspraegung, sumRow_, TranslateText(u"Summe"_s));
     write(Auspraegung, validRow, TranslateText(u"Gültige Fälle"_s));
-    write(Anzahl, validRow, NumberFormat::fixed(validTotal_, 0));
+    write(Anzahl, validRow, NumberFormat::fixed(validTotal_.value(), 0));
 }
 
 /// Columns 4 to 6. The bases are taken back from the cells, so with weights they are the rounded counts.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/CompensatedSum.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/Recordset.h"
 #include "tables/missing.h"
@@ -19,20 +20,7 @@
 /// is infinite or undefined.
 namespace mdStats {
 
-/// A sum that carries along what each addition rounds off, so that a million terms lose no more than one.
-class CompensatedSum {
-public:
-    void add(double term) {
-        const double sum = sum_ + term;
-        const double taken = sum - sum_;
-        lost_ += (sum_ - (sum - taken)) + (term - taken);
-        sum_ = sum;
-    }
-    double value() const { return sum_ - sum_ == 0 ? sum_ + lost_ : sum_; }
-
-private:
-    double sum_ = 0, lost_ = 0;
-};
+using dao::CompensatedSum;
 
 /// The cases of one block, read once: all statistics come from here. 8 bytes a case, 16 with weights.
 class Cases {

@@ -1,5 +1,6 @@
 #include "platform/dao/Aggregates.h"
 
+#include "platform/dao/CompensatedSum.h"
 #include "platform/dao/GuardedFunction.h"
 #include "platform/dao/SqliteValue.h"
 
@@ -30,7 +31,7 @@ void refuseText(sqlite3_context* context, sqlite3_value* value) {
 
 /// What a sum has seen of its rows.
 struct Sum {
-    double total;
+    CompensatedSum total;
     qint64 whole;  ///< the same, exactly, while all are whole and it fits
     qint64 count;
     bool broken;   ///< `whole` holds no longer
@@ -45,27 +46,26 @@ void addToSum(sqlite3_context* context, int, sqlite3_value** values) {
     if (type == SQLITE_INTEGER) {
         const qint64 number = sqlite3_value_int64(values[0]);
         sum->broken = sum->broken || __builtin_add_overflow(sum->whole, number, &sum->whole);
-        sum->total += static_cast<double>(number);
+        sum->total.add(static_cast<double>(number));
     } else if (type == SQLITE_FLOAT) {
         sum->broken = true;
-        sum->total += sqlite3_value_double(values[0]);
+        sum->total.add(sqlite3_value_double(values[0]));
     } else {
         refuseText(context, values[0]);
     }
     // Here and not at the end: SQLite asks for the end of a sum also when it clears away one that nobody wants.
-    if (!std::isfinite(sum->total)) {
+    if (!std::isfinite(sum->total.value())) {
         guarded(context, [] { raiseRuntimeError(overflow); });
     }
     ++sum->count;
 }
-
 
 void endSum(sqlite3_context* context) {
     const auto* const sum = static_cast<const Sum*>(sqlite3_aggregate_context(context, 0));
     if (sum == nullptr) {
         sqlite3_result_null(context);
     } else if (sum->broken) {
-        sqlite3_result_double(context, sum->total);
+        sqlite3_result_double(context, sum->total.value());
     } else {
         sqlite3_result_int64(context, sum->whole);
     }
@@ -76,7 +76,7 @@ void endAverage(sqlite3_context* context) {
     if (sum == nullptr) {
         sqlite3_result_null(context);
     } else {
-        sqlite3_result_double(context, sum->total / static_cast<double>(sum->count));
+        sqlite3_result_double(context, sum->total.value() / static_cast<double>(sum->count));
     }
 }
 

@@ -325,6 +325,21 @@ TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
     EXPECT_EQ(EngineTest::rows(*database_, u"SELECT Sum(x) FROM n WHERE id = 4"_s), u"1,5"_s);
 }
 
+/// What additions round off decides on which side of a half a weighted count lies.
+TEST_F(EditSafetyTest, ASumLosesNothingOfItsTerms) {
+    runAsStranger("CREATE TABLE w (g LONG, x DOUBLE);"
+                  "WITH RECURSIVE c(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM c WHERE i < 205)"
+                  " INSERT INTO w SELECT 1, 1.7 FROM c;"
+                  "INSERT INTO w SELECT 2, 1.3 FROM w LIMIT 75;"
+                  "INSERT INTO w VALUES (3, 1e16), (3, 1), (3, -1e16)");
+    const auto found = database_->OpenRecordset(u"SELECT Sum(x), Avg(x) FROM w GROUP BY g ORDER BY g"_s);
+    for (const auto& [sum, average] : {std::pair(348.5, 1.7), {97.5, 1.3}, {1.0, 1.0 / 3}}) {
+        EXPECT_EQ(found->value(0).toDouble(), sum);
+        EXPECT_EQ(found->value(1).toDouble(), average);
+        found->MoveNext();
+    }
+}
+
 TEST_F(EditSafetyTest, DatesBytesAndRulesAreReadAsTheyAre) {
     runAsStranger("CREATE TABLE s(b BLOB, c LONG CHECK (c > 0), d DATE);"
                   "INSERT INTO s VALUES (x'00ff', 1, '2024-03-04'), (x'00ff', 2, '2024-04-03T14:05:00')");
