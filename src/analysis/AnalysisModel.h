@@ -36,7 +36,7 @@ enum class RunOutcome {
 struct RunFacts {
     RunOutcome outcome = RunOutcome::NotRun;
     QStringList q;      ///< text of the stored query, one a round (a comparison has one round per entry)
-    QStringList counts; ///< the count statement, likewise
+    QStringList counts; ///< the count statement, likewise; behind it the one without its condition where that was asked too
 };
 
 /// What the window shows and lets the user do, as data; everything follows from request, study and tab.

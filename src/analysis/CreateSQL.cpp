@@ -154,8 +154,11 @@ bool CreateSQL::runRound() {
 
 void CreateSQL::buildStatement() {
     CountFacts& facts = round_.facts;
-    if (takesMissingCondition(facts) && !r_.sMissing.isEmpty())
-        facts.missingCondition = MissingToSql(facts.table + u'.' + facts.field, r_.sMissing);
+    if (takesMissingCondition(facts) && !r_.sMissing.isEmpty()) {
+        const MissingDefinition definition(r_.sMissing);
+        facts.missingCondition = definition.validCondition(facts.table + u'.' + facts.field);
+        round_.missingRange = definition.isRange();
+    }
     round_.statement = countStatement(facts);
 }
 
@@ -219,11 +222,19 @@ bool CreateSQL::openCounts() {
     if (!turn())
         return false;
     const QString& sql = round_.statement.sql;
+    m_.dtData3.Tag.clear();
+    if (!count(sql) || !countTextsBesideRange())
+        return false;
+    m_.dtData3.Tag = isComparison() ? comparisonKey(r_.lst_TrendVars) : sql;
+    m_.last_ = computation();
+    return true;
+}
+
+bool CreateSQL::count(const QString& sql) {
     m_.facts_.counts << sql;
     if (m_.onStatement)
         m_.onStatement(u"counts"_s, sql);
     m_.counts.reset();
-    m_.dtData3.Tag.clear();
     if (!step([&] {
             m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase);
         })) {
@@ -233,10 +244,28 @@ bool CreateSQL::openCounts() {
         return false;
     }
     ui::asker().setPointer(ui::Pointer::Wait);
-    if (!m_.counts)
-        return clearAndEnd(); // reported already
-    m_.dtData3.Tag = isComparison() ? comparisonKey(r_.lst_TrendVars) : sql;
-    m_.last_ = computation();
+    return m_.counts || clearAndEnd(); // reported already
+}
+
+/// A text that is no number lies neither in a range nor below or above it: the condition for valid values passes it over,
+/// although it is valid. Where such texts occur, the cases are counted without the condition; the builder knows what is
+/// missing by itself.
+bool CreateSQL::countTextsBesideRange() {
+    const size_t field = round_.facts.flip ? 1 : 0;
+    if (!round_.missingRange || !dao::isTextType(m_.counts->Fields()[field].Type))
+        return true;
+    const dao::RecordsetPtr stated = m_.counts;
+    CountFacts all = round_.facts;
+    all.missingCondition.clear();
+    if (!count(countStatement(all).sql))
+        return false;
+    bool lost = false;
+    for (dao::Recordset& rows = *m_.counts; !lost && !rows.Eof(); rows.MoveNext()) {
+        const dao::Value value = rows.value(static_cast<int>(field));
+        lost = !value.isNull() && !value.isNumeric();
+    }
+    if (!lost)
+        m_.counts = stated;
     return true;
 }
 

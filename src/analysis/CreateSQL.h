@@ -25,6 +25,7 @@ private:
         QString qSql, nullSql;
         QString folder; ///< where the case files lie
         CountFacts facts;
+        bool missingRange = false; ///< the statement has a condition that leaves out a range
         CountStatement statement;
     };
 
@@ -74,6 +75,8 @@ private:
     bool isSameVariable() const;
     bool needsComputation() const;
     bool openCounts();
+    bool count(const QString& sql);
+    bool countTextsBesideRange();
     bool storeStatistics();
     bool openLabels();
     bool build();

@@ -5,6 +5,7 @@
 #include "config/Options.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
+#include "support/TableText.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
 #include "tables/tableText.h"
@@ -153,6 +154,50 @@ TEST_F(AllModes, TakeATextVariableAsThePartsSay) {
     }
     ask(AnalysisMode::Crosstab, u"V5"_s, V8);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
+}
+
+/// A range says nothing about a text that is no number: "a", "b" and the empty text are valid beside it.
+TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
+    catalogue_.addStudy(u"TR"_s, u"Texte und Bereiche"_s);
+    catalogue_.addVariable(u"TR"_s, u"T"_s, u"TR_1"_s, {{"dt_Missing", u"100 thru 200"_s}});
+    for (const QString& name : {u"Z"_s, u"V"_s})
+        catalogue_.addVariable(u"TR"_s, name, u"TR_1"_s, {{"dt_Missing", u"100 thru 200"_s}});
+    catalogue_.addValue(u"TR"_s, u"T"_s, u"150"_s, u"k.A."_s);
+    catalogue_.addCases(u"TR"_s, u"TR_1"_s, {{u"T"_s, dao::dbText}, {u"Z"_s, dao::dbText}, {u"V"_s, dao::dbDouble}},
+                        {{u"a"_s, u"1"_s, 1}, {u"a"_s, u"1"_s, 2}, {u""_s, u"2"_s, 1}, {u"150"_s, u"150"_s, 1}, {u"7"_s, u"2"_s, 1},
+                         {dao::Value(), u"1"_s, 1}, {u"b"_s, u"1"_s, 0}});
+    open();
+    QStringList counted;
+    model_.onStatement = [&](const QString& name, const QString& text) {
+        if (name == "counts"_L1)
+            counted << text;
+    };
+    model_.chooseMode(AnalysisMode::Crosstab);
+    model_.StudyClick(u"TR"_s);
+    const auto rows = [&](const QString& variable, const QString& filter) {
+        counted.clear();
+        model_.chooseVariable(variable);
+        model_.chooseVariable2(u"V"_s);
+        if (filter.isEmpty())
+            model_.chooseFilter(FilterKind::noFilter);
+        else
+            model_.chooseFilterText(filter);
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+        return linesOf(model_.mfgGrid, 3);
+    };
+    EXPECT_EQ(rows(u"T"_s, u"V>0"_s),
+              (QStringList{u"|SYSMIS|X|1||1|"_s, u"|||1||1|1"_s, u"7|||1||1|1"_s, u"a|||1|1|2|2"_s, u"Summe|||4|1|5|"_s,
+                           u"Gült. Summe|||3|1||4"_s}));
+    // The statement is asked as it stands, and the cases it passes over are counted by another.
+    const QString start = u"SELECT TR_1.T AS [T], TR_1.V AS [V], Count(q.ID) AS Count FROM (q INNER JOIN TR_1 ON q.ID = TR_1.dt_CaseID) "
+                          "WHERE TR_1.V>0"_s;
+    const QString end = u" GROUP BY TR_1.T, TR_1.V ORDER BY TR_1.T, TR_1.V;"_s;
+    EXPECT_EQ(counted, (QStringList{start + u" AND (TR_1.T < 100 OR TR_1.T > 200) "_s + end, start + end}));
+    EXPECT_EQ(model_.tableState(), TableState::Current);
+    EXPECT_EQ(rows(u"T"_s, u"V<9"_s), rows(u"T"_s, {})) << "a filter that every case satisfies";
+    // Where all texts are numbers the statement holds, as for a number: without what is missing, be it Null.
+    EXPECT_EQ(rows(u"Z"_s, u"V>0"_s), (QStringList{u"1|||2|1|3|3"_s, u"2|||2||2|2"_s, u"Summe|||4|1|5|"_s, u"Gült. Summe|||4|1||5"_s}));
     EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
 }
 
