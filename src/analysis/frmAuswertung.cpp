@@ -236,6 +236,7 @@ void frmAuswertung::connectChoices() {
     stopAtChosen(w_->Option3);
     stopAtChosen(w_->optFilter);
     w_->lblWeightUser->installEventFilter(this);
+    w_->optFilter[static_cast<size_t>(FilterKind::FilterUser)]->installEventFilter(this);
     const auto check = [this](QCheckBox* box, auto&& take) {
         connect(box, &QCheckBox::clicked, this, [=, this](bool on) { act([&] { take(on); }); });
     };
@@ -245,15 +246,25 @@ void frmAuswertung::connectChoices() {
     connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
 }
 
-/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker.
+/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker. Who chooses a
+/// filter of his own by letter or click goes on to its line; arrow keys stay in the group.
 bool frmAuswertung::eventFilter(QObject* watched, QEvent* event) {
-    const bool clicked = event->type() == QEvent::MouseButtonRelease;
-    if (watched != w_->lblWeightUser || (!clicked && event->type() != QEvent::Shortcut))
-        return QWidget::eventFilter(watched, event);
-    w_->Option3[static_cast<size_t>(WeightKind::WeightUser)]->click();
-    if (!clicked)
-        w_->dbcVarGewicht_1Uni->setFocus(Qt::ShortcutFocusReason);
-    return true;
+    const bool released = event->type() == QEvent::MouseButtonRelease, byLetter = event->type() == QEvent::Shortcut;
+    QRadioButton* ownFilter = w_->optFilter[static_cast<size_t>(FilterKind::FilterUser)];
+    if (watched == w_->lblWeightUser && (released || byLetter)) {
+        w_->Option3[static_cast<size_t>(WeightKind::WeightUser)]->click();
+        if (byLetter)
+            w_->dbcVarGewicht_1Uni->setFocus(Qt::ShortcutFocusReason);
+        return true;
+    }
+    if (watched == ownFilter && byLetter) {
+        ownFilter->click();
+        w_->txtFilter->setFocus();
+        return true;
+    }
+    if (watched == ownFilter && released && ownFilter->isDown())
+        QMetaObject::invokeMethod(w_->txtFilter, [this] { w_->txtFilter->setFocus(); }, Qt::QueuedConnection);
+    return QWidget::eventFilter(watched, event);
 }
 
 void frmAuswertung::connectFilter() {

@@ -132,9 +132,12 @@ TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
 TEST_F(AnalysisWindow, TheListOfNamesInTheFilterLineGoesOnceANameStandsThere) {
     open();
     chooseStudy(u"SV2018"_s);
-    press(u"optFilter(2)"_s);
     auto* line = the<FilterLine>(u"txtFilter"_s);
-    line->setFocus();
+    press(u"optFilter(2)"_s);
+    EXPECT_TRUE(line->hasFocus()) << "a click on the choice leads to its line";
+    press(u"optFilter(0)"_s);
+    QTest::keyClick(window, Qt::Key_Y, Qt::AltModifier);
+    EXPECT_TRUE(line->hasFocus()) << "and so does its letter";
     auto* list = line->findChild<QCompleter*>()->popup();
     QTest::keyClicks(line, u"kli"_s);
     ASSERT_TRUE(list->isVisible());
