@@ -5,6 +5,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
+#include "catalogue/StudyRows.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
@@ -34,10 +35,6 @@ bool isNumber(const QString& text) {
     bool good = false;
     text.toLongLong(&good);
     return good;
-}
-
-QString quoted(const QString& text) {
-    return u'\'' + text + u'\'';
 }
 
 bool isStored(dao::Recordset& row, const QString& field) {

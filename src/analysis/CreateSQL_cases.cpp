@@ -3,6 +3,7 @@
 #include "analysis/caseData.h"
 #include "analysis/userFilter.h"
 #include "app/globals.h"
+#include "catalogue/StudyRows.h"
 #include "config/Options.h"
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
@@ -74,7 +75,7 @@ bool CreateSQL::loadPartCriteria() {
     bool found = false;
     const bool done = step([&] {
         const dao::RecordsetPtr parts = db_->OpenRecordset(u"tkey_Parts"_s);
-        parts->FindFirst(u"id_Part = "_s + r_.dbcParts.value + u" AND fi_StudyNo = '"_s + round_.study + u"'"_s);
+        parts->FindFirst(u"id_Part = "_s + r_.dbcParts.value + u" AND fi_StudyNo = "_s + quoted(round_.study));
         found = !parts->NoMatch();
         if (found)
             r_.dtCriteria = parts->text(u"dt_SelectionCriteria"_s);
@@ -104,7 +105,7 @@ bool CreateSQL::findCases() {
     const bool done = step([&] {
         if (!studies_)
             studies_ = db_->OpenRecordset(AnalysisModel::studyQuerySource());
-        studies_->FindFirst(u"id_StudyNo = '"_s + round_.study + u"'"_s);
+        studies_->FindFirst(u"id_StudyNo = "_s + quoted(round_.study));
         found = !studies_->NoMatch();
         own = found ? studies_->text(u"dt_query"_s) : QString();
     });
@@ -139,7 +140,7 @@ bool CreateSQL::addWeightToQuery() {
 std::optional<VariablePlace> CreateSQL::findPlace(const QString& variable) {
     if (!variables_)
         variables_ = db_->OpenRecordset(u"SELECT fi_StudyNo, id_VarName, dt_TableName, dt_FieldName FROM tkey_Variable"_s);
-    variables_->FindFirst(u"fi_StudyNo = '"_s + round_.study + u"' AND id_VarName ='"_s + variable + u"'"_s);
+    variables_->FindFirst(u"fi_StudyNo = "_s + quoted(round_.study) + u" AND id_VarName ="_s + quoted(variable));
     if (variables_->NoMatch())
         return std::nullopt;
     return VariablePlace{variables_->text(u"dt_TableName"_s), variables_->text(u"dt_FieldName"_s)};

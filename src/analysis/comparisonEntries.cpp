@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
+#include "catalogue/StudyRows.h"
 #include "catalogue/schema.h"
 #include "diagnostics/errors.h"
 #include "platform/dao/Transaction.h"
@@ -56,7 +57,7 @@ QString partNameOf(const QString& study, const QString& id, bool english) {
     if (!isNumber || !gDatabase.TableExist(u"tkey_Parts"_s))
         return {};
     const dao::RecordsetPtr parts = catalogue().OpenRecordset(u"tkey_Parts"_s, dao::dbOpenSnapshot);
-    parts->FindFirst(u"id_Part = "_s + id + u" AND fi_StudyNo = '"_s + study + u"'"_s);
+    parts->FindFirst(u"id_Part = "_s + id + u" AND fi_StudyNo = "_s + quoted(study));
     return parts->NoMatch() ? QString() : partName(*parts, english);
 }
 
@@ -92,7 +93,7 @@ bool comparisonNamed(const QString& name) {
     if (gDatabase.TableExist(u"tsys_Comparison"_s))
         attempt([&] {
             const dao::RecordsetPtr rows = catalogue().OpenRecordset(u"tsys_Comparison"_s, dao::dbOpenSnapshot);
-            rows->FindFirst(u"dt_CompName = '"_s + QString(name).replace(u'\'', u"''"_s) + u"'"_s);
+            rows->FindFirst(u"dt_CompName = "_s + quoted(name));
             taken = !rows->NoMatch();
         });
     return taken;

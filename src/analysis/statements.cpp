@@ -1,5 +1,7 @@
 #include "analysis/statements.h"
 
+#include "catalogue/StudyRows.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -128,11 +130,11 @@ CountStatement countStatement(const CountFacts& facts) {
 QString labelStatement(AnalysisMode mode, const QString& study, const QString& variable,
                        const QString& variable2) {
     if (mode == AnalysisMode::Crosstab)
-        return u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like '"_s + study +
-               u"' AND ([fi_VarName] = '"_s + variable + u"' OR [fi_VarName] = '"_s + variable2 +
-               u"')) ORDER BY dt_Value ASC;"_s;
-    return u"SELECT * FROM tkey_Value WHERE fi_StudyNo = '"_s + study + u"' AND fi_VarName = '"_s + variable +
-           u"' ORDER BY dt_Value ASC;"_s;
+        return u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like "_s + quoted(study) +
+               u" AND ([fi_VarName] = "_s + quoted(variable) + u" OR [fi_VarName] = "_s + quoted(variable2) +
+               u")) ORDER BY dt_Value ASC;"_s;
+    return u"SELECT * FROM tkey_Value WHERE fi_StudyNo = "_s + quoted(study) + u" AND fi_VarName = "_s + quoted(variable) +
+           u" ORDER BY dt_Value ASC;"_s;
 }
 
 QString comparisonKey(const QList<ComparisonEntry>& entries) {

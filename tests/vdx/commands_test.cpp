@@ -89,6 +89,10 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u"Data type mismatch in criteria expression: W2"_s},  // a text
         {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
         {v5 + QStringList{u"--format"_s, u"xml"_s}, 2, u"xml"_s},
+        // What stands for a choice from a list is a name, whatever signs it has.
+        {{u"frequency"_s, u"@"_s, u"x' OR '1'='1"_s, u"V5"_s}, 1, u"Studie x' OR '1'='1 nicht gefunden."_s},
+        {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"x' OR '1'='1"_s}, 1, u"Variable x' OR '1'='1 nicht gefunden in Studie QX1919."_s},
+        {v5 + QStringList{u"--weight"_s, u"x' OR 'a'='a"_s}, 1, u"Gewichtungsvariable x' OR 'a'='a nicht gefunden"_s},
         {{u"frequency"_s, u"@"_s}, 2, u""_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V5"_s}, 1, u"Doppelte Variablen"_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},
