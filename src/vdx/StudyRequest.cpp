@@ -121,6 +121,8 @@ bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) c
     }
     if (!part.isEmpty() && !model.choosePart(part)) {
         session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s, {study, part});
+        for (const BoundPicker& there : model.parts())
+            session.say(u"Teil %1: %2"_s, u"Part %1: %2"_s, {there.value, there.text});
         return false;
     }
     if (!filter.isEmpty())

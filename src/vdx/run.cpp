@@ -4,6 +4,7 @@
 #include "diagnostics/errors.h"
 #include "platform/system/ApplicationInfo.h"
 
+#include <algorithm>
 #include <sstream>
 
 using namespace Qt::StringLiterals;
@@ -117,6 +118,13 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
         typed.declare(*declared.back());
     }
 
+    // CLI11 would only say that a command is missing.
+    const bool named = !arguments.empty() && !arguments[0].starts_with('-');
+    if (named && std::none_of(declared.begin(), declared.end(),
+                              [&](const CLI::App* command) { return command->get_name() == arguments[0]; })) {
+        std::fputs(("There is no command " + arguments[0] + "\nRun with --help for the commands there are.\n").c_str(), err);
+        return 2;
+    }
     try {
         // CLI11 takes the arguments from the back.
         program.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

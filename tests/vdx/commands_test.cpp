@@ -93,6 +93,8 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {{u"frequency"_s, u"@"_s, u"x' OR '1'='1"_s, u"V5"_s}, 1, u"Studie x' OR '1'='1 nicht gefunden."_s},
         {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"x' OR '1'='1"_s}, 1, u"Variable x' OR '1'='1 nicht gefunden in Studie QX1919."_s},
         {v5 + QStringList{u"--weight"_s, u"x' OR 'a'='a"_s}, 1, u"Gewichtungsvariable x' OR 'a'='a nicht gefunden"_s},
+        {v5 + QStringList{u"--part"_s, u"9"_s}, 1, u"keinen Datensatz-Teil 9.\nTeil 1: Teil A\n"_s},
+        {{u"bogus"_s}, 2, u"There is no command bogus"_s},
         {{u"frequency"_s, u"@"_s}, 2, u""_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V5"_s}, 1, u"Doppelte Variablen"_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},

@@ -213,7 +213,9 @@ private:
         case u';':
             return take(Kind::Semicolon, offset_ + 1);
         default:
-            fail(u"the character %1 has no meaning here,"_s.arg(QChar(c)), offset_);
+            fail(u"the character %1 has no meaning here,"_s.arg(
+                     statement_.mid(offset_, QChar::isHighSurrogate(c) ? 2 : 1)),
+                 offset_);
         }
     }
 

@@ -173,6 +173,7 @@ TEST(Syntax, ErrorsSayWhatWasExpectedWhatStandsThereAndWhere) {
         {"SELECT a FROM t WHERE a = 8, 5", "found ',' at position 28"},
         {"SELECT a FROM t WHERE a In ()", "expected an expression, found ')'"},
         {"SELECT a FROM t WHERE a ~ 1", "the character ~ has no meaning here"},
+        {"SELECT a FROM t WHERE a = 😀", "the character 😀 has no meaning here"},
         {"UPDATE t SET a 1", "expected '=', found '1'"},
         {"DELETE a FROM t", "expected '*' or FROM, found 'FROM'"},
         {"INSERT INTO t (a) b", "expected VALUES or SELECT, found 'b'"},
