@@ -7,6 +7,7 @@
 #include "analysis/saveTable.h"
 #include "app/globals.h"
 #include "config/Options.h"
+#include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
@@ -129,6 +130,7 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
 void frmAuswertung::act(const std::function<void()>& step) {
     if (showing_ || gBusy > 0)
         return;
+    const GestureScope gesture;
     finishFilter();
     trapped(step);
     showModel();
@@ -144,6 +146,7 @@ void frmAuswertung::finishFilter() {
 void frmAuswertung::run(const std::function<void()>& step) {
     if (showing_ || gBusy > 0 || AnalysisModel::running())
         return;
+    const GestureScope gesture;
     finishFilter();
     {
         const RunGuard::Scope guard([this] { model_.stop(); }, {w_->cmdStop, w_->SSTab->tabBar()});

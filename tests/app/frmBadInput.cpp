@@ -11,6 +11,7 @@
 #include "support/PrintQt.h"
 #include "support/TestCatalogue.h"
 #include "support/WindowTest.h"
+#include "widgets/ChoicePicker.h"
 
 #include <QAbstractItemView>
 #include <QAction>
@@ -149,6 +150,10 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
             mdDataBase::OpenQXDatabase(path);
             press(u"mnLngG"_s);
             press(u"EXPL1"_s);
+            press(u"A"_s);
+            auto* request = front<frmAuswertung>();
+            ASSERT_TRUE(request);
+            press(u"EXPL1"_s);
             press(u"VV"_s);
             auto* explorer = front<frmExplorer>();
             ASSERT_TRUE(explorer);
@@ -169,15 +174,19 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
                 EXPECT_LE(failures, 1u) << what << ":\n" << boxes.texts().join(u"\n--\n"_s).toStdString();
             };
             auto* tree = explorer->findChild<QAbstractItemView*>(u"tvTreeView"_s);
-            const QModelIndex top = tree->model()->index(0, 0);
-            gesture("a node", [&] { tree->setCurrentIndex(tree->model()->index(0, 0, tree->model()->index(0, 0, top))); });
-            gesture("another node", [&] { tree->setCurrentIndex(tree->model()->index(1, 0, tree->model()->index(0, 0, top))); });
+            const QModelIndex first = tree->model()->index(0, 0, tree->model()->index(0, 0, tree->model()->index(0, 0)));
+            ASSERT_TRUE(first.isValid());
+            gesture("a node", [&] { tree->setCurrentIndex(first); });
+            gesture("another node", [&] { tree->setCurrentIndex(first.siblingAtRow(1)); });
             gesture("a row", [&] { listOf(*explorer)->setCurrentIndex(listOf(*explorer)->model()->index(1, 0)); });
             gesture("a double click", [&] { QTest::keyClick(listOf(*explorer), Qt::Key_Return); });
             gesture("a step", [&] { QTest::keyClick(explorer, Qt::Key_Down, Qt::AltModifier); });
             gesture("panels", [&] { press(u"V"_s); });
             gesture("the language", [&] { press(u"mnLngE"_s); });
             gesture("the other language", [&] { press(u"mnLngG"_s); });
+            gesture("a study of an analysis", [&] { request->findChild<ChoicePicker*>(u"dbcStudy_1"_s)->onChosen(1); });
+            if (!request->model().variables().empty())
+                gesture("a variable of it", [&] { request->findChild<ChoicePicker*>(u"dbcVariable_1"_s)->onChosen(0); });
             gesture("a view", [&] { press(u"EXPL2"_s); });
             gesture("an analysis", [&] { press(u"A"_s); });
             gesture("its table", [&] {
