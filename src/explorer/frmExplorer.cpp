@@ -289,6 +289,10 @@ void frmExplorer::showRowCount() {
     const QString shown = QString::number(model_.list.shown.size());
     lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) + u' ' +
                           TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
+    // An entry without variables is no fault, and says nothing.
+    lvListView_->setHint(!model_.selectedNode()      ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
+                         : model_.list.rows.empty() ? QString()
+                                                    : TranslateText(u"Zum Schnellfilter passt keine Variable."_s));
 }
 
 // ---- panels

@@ -86,6 +86,8 @@ void frmExplorer::buildControls() {
 
 QWidget* frmExplorer::buildTreeSide() {
     auto* side = new QWidget;
+    // The beginnings of the entries are to be told apart in a narrow window too.
+    side->setMinimumWidth(fontMetrics().averageCharWidth() * 16);
     lblTitle0_ = ownText(new QLabel, arrayName(u"lblTitle"_s, 0));
     lblTitle0_->setTextFormat(Qt::PlainText);
     lblTitle0_->setWordWrap(true);

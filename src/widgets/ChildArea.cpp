@@ -279,6 +279,14 @@ QRect ChildArea::roomForWindows() const {
     return room;
 }
 
+/// After windows have changed places the one in front is in front again, with its keyboard where it was.
+void ChildArea::comeToRest(QMdiSubWindow* front) {
+    if (!front)
+        return;
+    setActiveSubWindow(front);
+    restoreFocus(*front);
+}
+
 void ChildArea::cascade() {
     QMdiSubWindow* front = frontFrame();
     const QRect room = roomForWindows();
@@ -295,8 +303,7 @@ void ChildArea::cascade() {
         frame->raise();
         ++place;
     }
-    if (front)
-        setActiveSubWindow(front);
+    comeToRest(front);
 }
 
 void ChildArea::tileVertically() {
@@ -331,8 +338,7 @@ void ChildArea::tile(int columns, int rows, int count) {
         frame->setGeometry(room.left() + left, room.top() + top, room.width() * (column + 1) / columns - left,
                            room.height() * (row + 1) / rows - top);
     }
-    if (front)
-        setActiveSubWindow(front);
+    comeToRest(front);
 }
 
 void ChildArea::arrangeIcons() {

@@ -58,6 +58,7 @@ private:
     void tile(int columns, int rows, int count);
     void followPalette();
     void showIcons(const QMdiSubWindow* front);
+    void comeToRest(QMdiSubWindow* front);
     void restoreFocus(const QMdiSubWindow& frame);
     void keepInside(QMdiSubWindow& frame) const;
 };

@@ -60,6 +60,9 @@ QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 }
 
 int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const {
+    // What is out of use is grey; a second, lighter drawing of it is hard to read on dark.
+    if (hint == SH_EtchDisabledText)
+        return 0;
     // A maximised child keeps its own title bar: its buttons stay out of the menu bar and its title out of the frame's.
     return hint == SH_Workspace_FillSpaceOnMaximize ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
 }
@@ -74,7 +77,7 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
         return;
     }
     QProxyStyle::drawControl(element, option, painter, widget);
-    if (element == CE_ShapedFrame && viewOf(widget) && widget->hasFocus()) {
+    if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) && widget->hasFocus()) {
         painter->setPen(option->palette.color(QPalette::Highlight));
         painter->setBrush(Qt::NoBrush);
         painter->drawRect(option->rect.adjusted(0, 0, -1, -1));

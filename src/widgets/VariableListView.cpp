@@ -9,9 +9,11 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QScopedValueRollback>
 #include <QToolTip>
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +196,22 @@ QModelIndex VariableListView::moveCursor(CursorAction action, Qt::KeyboardModifi
     if (action == MoveEnd)
         return model_.index(model_.rowCount() - 1, column);
     return QTableView::moveCursor(action, modifiers);
+}
+
+void VariableListView::setHint(const QString& hint) {
+    if (std::exchange(hint_, hint) != hint)
+        viewport()->update();
+}
+
+void VariableListView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (hint_.isEmpty() || model_.rowCount() > 0)
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int margin = fontMetrics().height();
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+                     hint_);
 }
 
 /// A text that is seen as a whole needs no tooltip.

@@ -43,6 +43,8 @@ public:
     void headingsChanged() { model_.headingsChanged(); }
     /// Gives the columns their widths and the heading its mark of the sorting.
     void showColumns();
+    /// What is written where the rows would be as long as there are none.
+    void setHint(const QString& hint);
 
     /// Selected rows by their place among those in view, in order.
     std::vector<int> selectedPlaces() const;
@@ -59,11 +61,13 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
     VariableList& list_;
     VariableListModel model_;
+    QString hint_;
     bool settingWidths_ = false;
 
     void fitRowHeight();
