@@ -38,9 +38,6 @@ private:
     qint64 lostInHead_ = 0, lostTexts_ = 0;
     std::vector<bool> inexact_;
 
-    struct HeadPass;
-    struct RowPass;
-    struct Diagnosis;
     template<class Pass>
     int parse(Pass& pass, bool convert) const;
     [[noreturn]] void fail(int code, const QString& detail) const;
