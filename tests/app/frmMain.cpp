@@ -1,116 +1,18 @@
-#include "app/frmMain.h"
+#include "app/MainWindow.h"
 
-#include "app/frmAbout.h"
-#include "app/frmStatus.h"
-#include "app/globals.h"
 #include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
-#include "config/CProfile.h"
 #include "config/Options.h"
 #include "explorer/frmExplorer.h"
-#include "language/mdLanguage.h"
-#include "platform/system/Paths.h"
-#include "support/PrintQt.h"
-#include "support/WindowTest.h"
-#include "widgets/ChildArea.h"
-#include "widgets/RunGuard.h"
 
-#include <QAbstractItemView>
-#include <QApplication>
-#include <QCheckBox>
 #include <QDir>
-#include <QDialog>
 #include <QFile>
 #include <QHeaderView>
-#include <QLabel>
-#include <QListWidget>
-#include <QMdiSubWindow>
-#include <QMenu>
 #include <QMenuBar>
-#include <QPointer>
-#include <QPushButton>
 #include <QRadioButton>
-#include <QStatusBar>
 #include <QTabBar>
-#include <QTest>
-#include <QToolBar>
 #include <QToolButton>
 #include <algorithm>
-
-using namespace Qt::StringLiterals;
-
-namespace {
-
-/// A child window of no kind that the frame knows.
-class MainChild : public QWidget, public Form {
-public:
-    explicit MainChild(const QString& title) : Form(*this, u"frmSample"_s) { setWindowTitle(title); }
-};
-
-class MainWindow : public WindowTest {
-protected:
-    std::unique_ptr<frmMain> main;
-
-    MainWindow() { gUnloadWindows = unloadChildWindows; }
-    ~MainWindow() override {
-        gUnloadWindows = nullptr;
-        mdLanguage::showStartWindow = nullptr;
-        gBusy = 0;
-    }
-
-    void open() {
-        main.reset();
-        main = std::make_unique<frmMain>();
-        main->load();
-        main->show();
-        settle();
-    }
-    /// Opens the window with the sample archive in it.
-    QString openWithArchive() {
-        const QString path = openSampleArchive();
-        mdDataBaseIsStored(path);
-        open();
-        return path;
-    }
-    static void mdDataBaseIsStored(const QString& path) {
-        store(u"DatabasePath"_s, Paths::folderOf(path));
-        store(u"DatabaseName"_s, Paths::fileOf(path));
-    }
-    static void store(const QString& name, const QString& text) {
-        CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text);
-    }
-    QAction* action(const QString& name) const {
-        auto* found = main->findChild<QAction*>(name);
-        EXPECT_TRUE(found) << qPrintable(name);
-        return found;
-    }
-    bool enabled(const QString& name) const { return action(name)->isEnabled(); }
-    bool menuEnabled(const QString& name) const { return main->findChild<QMenu*>(name)->isEnabled(); }
-    QString panel() const { return main->findChild<QLabel*>(u"panel1"_s)->text(); }
-    /// A click of the mouse on a button of the toolbar.
-    void press(const QString& key) {
-        auto* bar = main->findChild<QToolBar*>(u"tbToolBar"_s);
-        QTest::mouseClick(bar->widgetForAction(action(key)), Qt::LeftButton);
-        settle();
-    }
-    MainChild* addChild(const QString& title) {
-        auto* child = new MainChild(title);
-        main->adopt(*child);
-        settle();
-        return child;
-    }
-    static QMdiSubWindow* frameOf(QWidget* child) { return qobject_cast<QMdiSubWindow*>(child->parentWidget()); }
-    QStringList windowList() {
-        Q_EMIT main->findChild<QMenu*>(u"mnuWindow"_s)->aboutToShow();
-        QStringList titles;
-        for (const QAction* entry : main->findChild<QMenu*>(u"mnuWindow"_s)->actions())
-            if (entry->objectName().startsWith(u"mnuWindowList("))
-                titles << entry->text() + (entry->isChecked() ? u" *"_s : QString());
-        return titles;
-    }
-};
-
-} // namespace
 
 TEST_F(MainWindow, StandsWithoutACatalogueWhateverTheOptionsSay) {
     for (const QString& name : {QString(), u"weg.mdb"_s}) {
@@ -317,85 +219,6 @@ TEST_F(MainWindow, ThePanelButtonsWorkOnTheActiveExplorerAndElsewhereOnlyChangeT
     EXPECT_EQ(explorer->model().state.bELTree, tree) << "open windows keep their language";
 }
 
-TEST_F(MainWindow, HiddenWindowsAreListedAndComeBackAndAMaximisedOneLeavesTheNextMaximised) {
-    openWithArchive();
-    unloadChildWindows();
-    std::vector<MainChild*> children;
-    for (const QString& title : {u"eins"_s, u"zwei"_s, u"drei & mehr"_s})
-        children.push_back(addChild(title));
-    EXPECT_TRUE(frameOf(children[2])->isMaximized());
-    QTest::keyClick(main.get(), Qt::Key_W, Qt::ControlModifier);
-    settle();
-    EXPECT_EQ(windowList(), (QStringList{u"&1 eins"_s, u"&2 zwei *"_s, u"&3 drei && mehr (ausgeblendet)"_s}));
-    EXPECT_TRUE(frameOf(children[1])->isMaximized());
-
-    QTest::keyClick(main.get(), Qt::Key_F6, Qt::ControlModifier);
-    EXPECT_EQ(main->activeForm(), children[0]);
-    main->findChild<QAction*>(u"mnuWindowList(3)"_s)->trigger();
-    settle();
-    EXPECT_EQ(main->activeForm(), children[2]);
-    EXPECT_TRUE(children[2]->isVisible());
-
-    frameOf(children[2])->showMaximized();
-    frameOf(children[2])->close();
-    settle();
-    ASSERT_TRUE(main->activeForm());
-    EXPECT_TRUE(frameOf(&main->activeForm()->widget())->isMaximized());
-    EXPECT_EQ(main->windowTitle(), u"Varidex"_s);
-    action(u"mnuFileClose"_s)->trigger();
-    action(u"mnuFileClose"_s)->trigger();
-    EXPECT_FALSE(main->activeForm());
-    EXPECT_FALSE(enabled(u"mnuFileClose"_s));
-    EXPECT_EQ(windowList().size(), 2);
-}
-
-TEST_F(MainWindow, TilesInTheOrderOfOpeningWhateverWasInFrontLast) {
-    openWithArchive();
-    unloadChildWindows();
-    std::vector<MainChild*> children;
-    for (const QString& title : {u"eins"_s, u"zwei"_s, u"drei"_s})
-        children.push_back(addChild(title));
-    main->activate(*children[1]);
-    action(u"mnuWindowTileVertical"_s)->trigger();
-    EXPECT_LT(frameOf(children[0])->x(), frameOf(children[1])->x());
-    EXPECT_LT(frameOf(children[1])->x(), frameOf(children[2])->x());
-    EXPECT_EQ(frameOf(children[0])->y(), frameOf(children[2])->y());
-    main->activate(*children[2]);
-    action(u"mnuWindowTileHorizontal"_s)->trigger();
-    EXPECT_LT(frameOf(children[0])->y(), frameOf(children[1])->y());
-    EXPECT_LT(frameOf(children[1])->y(), frameOf(children[2])->y());
-    EXPECT_EQ(main->activeForm(), children[2]);
-    action(u"mnuWindowCascade"_s)->trigger();
-    EXPECT_LT(frameOf(children[0])->x(), frameOf(children[2])->x());
-}
-
-TEST_F(MainWindow, ClosesItsChildrenAndItselfInAnyOrder) {
-    for (const int order : {0, 1, 2, 3}) {
-        openWithArchive();
-        MainChild* first = addChild(u"eins"_s);
-        addChild(u"zwei"_s);
-        if (order == 0) {
-            while (Form* form = main->activeForm())
-                delete form->widget().parentWidget();
-        } else if (order == 1) {
-            main->area().closeAllSubWindows();
-        } else if (order == 2) {
-            frameOf(first)->close();
-            mdLanguage::SetLanguage(0);
-        }
-        settle();
-        EXPECT_TRUE(main->close());
-        settle();
-        EXPECT_EQ(gDatabase.State(), 0);
-        EXPECT_EQ(Form::open().size(), 1u) << order;
-        main.reset();
-    }
-    open();
-    addChild(u"eins"_s);
-    main.reset();
-    EXPECT_TRUE(Form::open().empty());
-}
-
 TEST_F(MainWindow, RefusesCommandsAndItsOwnEndWhileSomethingRuns) {
     openWithArchive();
     press(u"EXPL1"_s);
@@ -412,91 +235,6 @@ TEST_F(MainWindow, RefusesCommandsAndItsOwnEndWhileSomethingRuns) {
     gBusy = 0;
     main->panelsChanged();
     EXPECT_TRUE(enabled(u"EXPL1"_s));
-}
-
-TEST_F(MainWindow, NothingGoesAwayInAnEventTurnWhileAWindowIsBuiltOrRefilled) {
-    openWithArchive();
-    press(u"EXPL1"_s);
-    for (const QString& command : {u"mnuAuswertungsansicht"_s, u"mnLngE"_s, u"mnLngG"_s, u"mnuViewOptions"_s, u"mnuHelpAbout"_s,
-                                   u"mnuViewExplorers(2)"_s}) {
-        int turns = 0;
-        const size_t boxes = asker.boxes.size();
-        asker.onEventTurn = [&] {
-            ++turns;
-            main->perform(u"mnFileClose"_s);
-            frameOf(&main->activeForm()->widget())->close();
-        };
-        QTimer::singleShot(0, [&] {
-            asker.onEventTurn = nullptr;
-            if (auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-                dialog->reject();
-        });
-        action(command)->trigger();
-        settle();
-        EXPECT_GT(turns, 0) << qPrintable(command);
-        EXPECT_EQ(gDatabase.State(), 1) << qPrintable(command);
-        EXPECT_EQ(asker.boxes.size(), boxes) << qPrintable(command);
-        EXPECT_TRUE(enabled(u"EXPL1"_s)) << qPrintable(command);
-    }
-    EXPECT_EQ(Form::open().size(), 1u + 4u) << "two at first, an analysis and another explorer";
-}
-
-TEST_F(MainWindow, AChildThatIsClosedDuringARunStopsItAndGoesAfterIt) {
-    openWithArchive();
-    unloadChildWindows();
-    press(u"EXPL1"_s);
-    const QPointer<QMdiSubWindow> frame = frameOf(&main->activeForm()->widget());
-    int stops = 0;
-    {
-        const RunGuard::Scope run([&] { ++stops; }, {});
-        EXPECT_FALSE(enabled(u"EXPL1"_s)) << "the frame shows what it refuses";
-        EXPECT_TRUE(enabled(u"mnuFileExit"_s));
-        frame->close();
-        settle();
-        EXPECT_EQ(stops, 1);
-        EXPECT_TRUE(frame);
-        auto* windows = main->findChild<QMenu*>(u"mnuWindow"_s);
-        windows->popup(QPoint());
-        QTest::keyClick(windows, Qt::Key_Escape);
-        EXPECT_FALSE(windows->isVisible()) << "menus work";
-        EXPECT_EQ(stops, 1);
-    }
-    settle();
-    EXPECT_FALSE(frame);
-    EXPECT_TRUE(enabled(u"EXPL1"_s));
-}
-
-TEST_F(MainWindow, AChildComesBackWithItsFocusAndANewOneStaysWithinTheArea) {
-    openWithArchive();
-    unloadChildWindows();
-    press(u"EXPL1"_s);
-    auto* explorer = dynamic_cast<frmExplorer*>(main->activeForm());
-    ASSERT_TRUE(explorer);
-    explorer->showNode(explorer->model().tree.nodes().back().Key);
-    auto* list = explorer->findChild<QWidget*>(u"lvListView"_s);
-    list->setFocus();
-    settle();
-    for (int i = 0; i < 2; ++i)
-        press(u"EXPL1"_s);
-    for (const Qt::KeyboardModifiers back : {Qt::KeyboardModifiers(Qt::ShiftModifier), Qt::KeyboardModifiers()}) {
-        main->activate(*explorer);
-        EXPECT_TRUE(list->hasFocus());
-        QTest::keyClick(main.get(), Qt::Key_F6, Qt::ControlModifier | back);
-        settle();
-        EXPECT_NE(main->activeForm(), explorer);
-    }
-    main->activate(*explorer);
-    EXPECT_TRUE(list->hasFocus());
-    EXPECT_EQ(explorer->place(), frmExplorer::Place::List);
-
-    action(u"mnuWindowTileVertical"_s)->trigger();
-    press(u"EXPL2"_s);
-    const QRect area = main->area().viewport()->rect();
-    EXPECT_TRUE(area.contains(frameOf(&main->activeForm()->widget())->geometry()));
-    const QPointer<QMdiSubWindow> front = frameOf(&main->activeForm()->widget());
-    QTest::keyClick(main.get(), Qt::Key_F4, Qt::ControlModifier);
-    settle();
-    EXPECT_FALSE(front) << "closed, where Ctrl+W hides";
 }
 
 TEST_F(MainWindow, SettingsThatCannotBeStoredAtTheEndAreToldOnce) {
@@ -528,70 +266,4 @@ TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
     gOptions.DataPath.clear();
     press(u"A"_s);
     EXPECT_EQ(asker.lastText(), u"Geben Sie in den Optionen den Pfad der Daten an."_s);
-}
-
-TEST_F(MainWindow, AnExplorerHasTheKeyboardInItsTreeAndTabFollowsTheEye) {
-    openWithArchive();
-    main->activateWindow();
-    settle();
-    auto& explorer = dynamic_cast<frmExplorer&>(main->activeForm()->widget());
-    explorer.setPanels(2);
-    const auto focus = [] { return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : u"-"_s; };
-    QStringList order;
-    for (int i = 0; i < 6; ++i) {
-        if (!focus().isEmpty())
-            order << focus();
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    EXPECT_EQ(order.join(u' '), u"tvTreeView txtQuickFilter lvListView txtQuestion DBList1"_s);
-    // A jump to another window leads to the node there.
-    explorer.showNode(u"ASV2018"_s);
-    auto* list = explorer.findChild<QAbstractItemView*>(u"lvListView"_s);
-    list->setFocus();
-    list->setCurrentIndex(list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, u"LZUFR"_s).value(0));
-    auto* places = explorer.findChild<QListWidget*>(u"DBList1"_s);
-    places->setFocus();
-    QTest::keyClick(places, Qt::Key_End);
-    QTest::keyClick(places, Qt::Key_Return);
-    EXPECT_NE(main->activeForm(), &explorer);
-    EXPECT_EQ(focus(), u"tvTreeView");
-    EXPECT_TRUE(main->activeForm()->widget().isAncestorOf(QApplication::focusWidget()));
-    EXPECT_TRUE(enabled(u"V"_s) && enabled(u"mnu1VarWindow"_s)) << "the next key may need them";
-    settle();
-    EXPECT_EQ(focus(), u"tvTreeView");
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    EXPECT_EQ(focus(), u"txtQuickFilter");
-    // So does one that is opened in front of it.
-    for (const QString& key : {u"EXPL3"_s, u"EXPL1"_s}) {
-        press(key);
-        EXPECT_EQ(focus(), u"tvTreeView") << qPrintable(key);
-        EXPECT_TRUE(main->activeForm()->widget().isAncestorOf(QApplication::focusWidget()));
-    }
-    // After the options it is back where it was.
-    main->activate(explorer);
-    list->setFocus();
-    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
-    main->perform(u"O"_s);
-    EXPECT_EQ(focus(), u"lvListView");
-}
-
-TEST_F(MainWindow, AWindowThatComesWhileTheOneInFrontFillsTheAreaFillsItToo) {
-    openWithArchive();
-    QWidget* first = &main->activeForm()->widget();
-    for (const QString& key : {u"EXPL2"_s, u"EXPL3"_s}) {
-        press(key);
-        const QMdiSubWindow* front = frameOf(&main->activeForm()->widget());
-        ASSERT_NE(front->widget(), first);
-        EXPECT_EQ(front->geometry(), main->area().viewport()->rect()) << qPrintable(key);
-    }
-    main->activate(*Form::open()[1]);
-    settle();
-    EXPECT_EQ(frameOf(first)->geometry(), main->area().viewport()->rect());
-    // Icons are seen on the title bars of both kinds.
-    for (const QMdiSubWindow* frame : main->area().subWindowList())
-        EXPECT_EQ(frame->windowIcon().cacheKey() == frame->widget()->windowIcon().cacheKey(),
-                  frame->widget() != &main->activeForm()->widget());
-    frameOf(first)->showNormal();
-    press(u"EXPL3"_s);
-    EXPECT_FALSE(frameOf(&main->activeForm()->widget())->isMaximized());
 }
