@@ -104,7 +104,7 @@ bool CreateSQL::findCases() {
     QString own;
     const bool done = step([&] {
         if (!studies_)
-            studies_ = db_->OpenRecordset(AnalysisModel::studyQuerySource());
+            studies_ = db_->OpenRecordset(AnalysisModel::studyQuerySource(), dao::dbOpenSnapshot);
         studies_->FindFirst(u"id_StudyNo = "_s + quoted(round_.study));
         found = !studies_->NoMatch();
         own = found ? studies_->text(u"dt_query"_s) : QString();
