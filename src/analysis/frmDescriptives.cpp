@@ -37,6 +37,7 @@ frmDescriptives::~frmDescriptives() = default;
 void frmDescriptives::build() {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 2);
+    grid->setVerticalSpacing(fontMetrics().height() / 3);
     for (int column = 0; column < 2; ++column) {
         auto* heading = new QLabel(u"Nachkommastellen"_s, this);
         heading->setObjectName(arrayName(u"lblDigits"_s, column));

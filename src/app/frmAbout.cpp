@@ -69,7 +69,6 @@ frmAbout::frmAbout(QWidget* parent)
 
     txtSysInfo_->setReadOnly(true);
     txtSysInfo_->setTabChangesFocus(true);
-    txtSysInfo_->setLineWrapMode(QPlainTextEdit::NoWrap);
     txtSysInfo_->setMinimumHeight(unit * 10);
     txtSysInfo_->hide();
     cmdCopy_->hide();

@@ -1,5 +1,7 @@
 #include "widgets/ProgramStyle.h"
 
+#include "widgets/Icons.h"
+
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFontMetrics>
@@ -33,6 +35,28 @@ void makePale(QStyleOptionViewItem& item) {
     item.backgroundBrush = paleHighlight(item.palette);
 }
 
+bool isDark(const QPalette& palette) {
+    return palette.color(QPalette::Window).lightness() < 128;
+}
+
+/// An empty box would hardly be seen on a dark ground.
+void outlineOnDark(QPainter& painter, const QStyleOption& option, bool round) {
+    if (!isDark(option.palette))
+        return;
+    QColor line = option.palette.color(QPalette::WindowText);
+    line.setAlphaF(option.state & QStyle::State_Enabled ? 0.55F : 0.25F);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(line);
+    painter.setBrush(Qt::NoBrush);
+    const QRectF box = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+    if (round)
+        painter.drawEllipse(box);
+    else
+        painter.drawRoundedRect(box, 2, 2);
+    painter.restore();
+}
+
 } // namespace
 
 int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
@@ -41,6 +65,14 @@ int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     switch (metric) {
     case PM_TitleBarHeight:
         return std::max(own, line + 8);
+    case PM_ButtonIconSize:
+    case PM_SmallIconSize:
+        return std::max(own, line);
+    case PM_MessageBoxIconSize:
+        return std::max(own, line * 2);
+    case PM_CheckBoxLabelSpacing:
+    case PM_RadioButtonLabelSpacing:
+        return std::max(own, line / 4);
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:
@@ -63,6 +95,9 @@ int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     // What is out of use is grey; a second, lighter drawing of it is hard to read on dark.
     if (hint == SH_EtchDisabledText)
         return 0;
+    // The lines of a table are as faint on a dark ground as on a light one, but they are there.
+    if (hint == SH_Table_GridLineColor && option && isDark(option->palette))
+        return static_cast<int>(option->palette.color(QPalette::Base).lighter(210).rgb());
     // A maximised child keeps its own title bar: its buttons stay out of the menu bar and its title out of the frame's.
     return hint == SH_Workspace_FillSpaceOnMaximize ? 1 : QProxyStyle::styleHint(hint, option, widget, data);
 }
@@ -94,4 +129,21 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         return;
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton)
+        outlineOnDark(*painter, *option, element == PE_IndicatorRadioButton);
+}
+
+QIcon ProgramStyle::standardIcon(StandardPixmap picture, const QStyleOption* option, const QWidget* widget) const {
+    switch (picture) {
+    case SP_MessageBoxQuestion:
+        return Icons::get(QStringLiteral("help"));
+    case SP_MessageBoxInformation:
+        return Icons::get(QStringLiteral("about"));
+    case SP_MessageBoxWarning:
+        return Icons::get(QStringLiteral("warning"));
+    case SP_MessageBoxCritical:
+        return Icons::get(QStringLiteral("error"));
+    default:
+        return QProxyStyle::standardIcon(picture, option, widget);
+    }
 }

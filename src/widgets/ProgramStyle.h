@@ -2,9 +2,9 @@
 
 #include <QProxyStyle>
 
-/// The desktop's own style, with what it lacks here: air beside the text of a button, title bars of child windows and marks
-/// of boxes that grow with the font, a frame around the list or table that has the keyboard, and a paler selection in those
-/// that don't.
+/// The desktop's own style, with what it lacks here: air beside the text of a button; title bars of child windows, icons and
+/// marks of boxes that grow with the font; a frame around the list or table that has the keyboard, and a paler selection in
+/// those that don't; boxes that are seen on a dark ground; the program's own pictures in its message boxes.
 class ProgramStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
@@ -16,4 +16,5 @@ public:
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter, const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap picture, const QStyleOption* option, const QWidget* widget) const override;
 };

@@ -148,6 +148,7 @@ std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& t
     window.setTextValue(proposal);
     window.setOkButtonText(captionOf(ui::Answer::Ok));
     window.setCancelButtonText(captionOf(ui::Answer::Cancel));
+    window.resize(window.fontMetrics().averageCharWidth() * 50, window.sizeHint().height());
     if (window.exec() != QDialog::Accepted)
         return std::nullopt;
     return window.textValue();
