@@ -66,9 +66,10 @@ struct InRow {
     int stretch;
 };
 
-/// A row that goes on in the next line where the window is narrow.
-void addRow(QVBoxLayout* rows, std::initializer_list<InRow> widgets) {
+/// A row that goes on in the next line, further in, where the window is narrow.
+void addRow(QVBoxLayout* rows, std::initializer_list<InRow> widgets, int hanging = 0) {
     auto* row = new FlowLayout;
+    row->hanging = hanging;
     for (const InRow& one : widgets)
         row->add(one.widget, one.stretch);
     rows->addLayout(row);
@@ -198,8 +199,9 @@ QWidget* frmAuswertung::buildMode() {
     w_->chkPreserveLayout = analysisControl<QCheckBox>(u"chkPreserveLayout"_s, u"Layout beibehalten"_s, frame);
     w_->cbValuesInstruct = valuesPicker(u"cbValuesInstruct"_s, frame);
     rows->addWidget(w_->Option1);
-    addRow(rows, {{w_->Option2, 0}, {w_->chkFlipXtab, 0}});
-    addRow(rows, {{w_->Option4, 0}, {w_->chkDescGroup, 0}, {w_->cmdDescriptives, 0}});
+    addRow(rows, {{w_->Option2, 0}, {w_->chkFlipXtab, 0}}, textIndent(*w_->Option2));
+    addRow(rows, {{w_->Option4, 0}, {w_->chkDescGroup, 0}, {w_->cmdDescriptives, 0}},
+           textIndent(*w_->Option4));
     rows->addWidget(w_->Option5);
     rows->addWidget(w_->chkVaridexCreation);
     addRow(rows, {{w_->chkPreserveLayout, 0}, {w_->cbValuesInstruct, 0}});
@@ -220,8 +222,8 @@ QWidget* frmAuswertung::buildWeight() {
     w_->dbcVarGewicht_1 = picker(u"dbcVarGewicht_1"_s, frame);
     w_->dbcVarGewicht = picker(u"dbcVarGewicht"_s, frame);
     rows->addWidget(w_->Option3[0]);
-    addRow(rows, {{w_->Option3[1], 0}, {w_->dt_WeightRE, 1}});
-    addRow(rows, {{w_->Option3[2], 0}, {w_->dt_WeightHH, 1}});
+    addRow(rows, {{w_->Option3[1], 0}, {w_->dt_WeightRE, 1}}, textIndent(*w_->Option3[0]));
+    addRow(rows, {{w_->Option3[2], 0}, {w_->dt_WeightHH, 1}}, textIndent(*w_->Option3[0]));
     auto* own = new QHBoxLayout;
     own->setSpacing(0);
     own->addWidget(w_->Option3[3]);
@@ -248,8 +250,8 @@ QWidget* frmAuswertung::buildFilter() {
     w_->lblFilterCheck = factLabel(u"lblFilterCheck"_s, frame);
     w_->lblFilterCheck->setIndent(textIndent(*w_->optFilter[0]));
     rows->addWidget(w_->optFilter[0]);
-    addRow(rows, {{w_->optFilter[1], 0}, {w_->dbcParts, 1}});
-    addRow(rows, {{w_->optFilter[2], 0}, {w_->txtFilter, 1}});
+    addRow(rows, {{w_->optFilter[1], 0}, {w_->dbcParts, 1}}, textIndent(*w_->optFilter[0]));
+    addRow(rows, {{w_->optFilter[2], 0}, {w_->txtFilter, 1}}, textIndent(*w_->optFilter[0]));
     rows->addWidget(w_->lblFilterCheck);
     w_->sameWidth[0] << w_->optFilter[1] << w_->optFilter[2];
     return frame;

@@ -67,27 +67,30 @@ void FlowLayout::shareOut(Line& line, int left) const {
 
 std::vector<FlowLayout::Line> FlowLayout::linesFor(int width) const {
     std::vector<Line> lines;
-    int used = 0;
+    int used = 0, room = width;
     for (const Item& place : items_) {
         // A widget that is hidden takes no room; a spacer takes none of its own.
         const bool isSpacer = place.item->spacerItem() != nullptr;
         if (place.item->isEmpty() && !isSpacer)
             continue;
-        const int least = std::min(place.least(), width);
+        int least = std::min(place.least(), room);
         const int gap = lines.empty() || isSpacer ? 0 : spacing();
-        if (lines.empty() || used + gap + least > width) {
-            if (!lines.empty())
-                shareOut(lines.back(), width - used);
+        if (!lines.empty() && used + gap + least <= room) {
+            used += gap + least;
+        } else {
+            if (!lines.empty()) {
+                shareOut(lines.back(), room - used);
+                room = width - hanging;
+                least = std::min(least, room);
+            }
             lines.emplace_back();
             used = least;
-        } else {
-            used += gap + least;
         }
         lines.back().items.push_back(&place);
         lines.back().widths.push_back(least);
     }
     if (!lines.empty())
-        shareOut(lines.back(), width - used);
+        shareOut(lines.back(), room - used);
     return lines;
 }
 
@@ -115,7 +118,7 @@ QSize FlowLayout::minimumSize() const {
     QSize size(0, 0);
     for (const Item& place : items_)
         if (!place.item->isEmpty())
-            size = size.expandedTo({place.least(), place.item->minimumSize().height()});
+            size = size.expandedTo({place.least() + hanging, place.item->minimumSize().height()});
     return size.grownBy(contentsMargins());
 }
 
@@ -135,7 +138,7 @@ void FlowLayout::setGeometry(const QRect& rect) {
             line.height += left / growing;
             left -= left / growing--;
         }
-        int start = room.left();
+        int start = room.left() + (&line == &lines.front() ? 0 : hanging);
         for (size_t i = 0; i < line.items.size(); ++i) {
             const bool isSpacer = line.items[i]->item->spacerItem() != nullptr;
             if (i > 0 && !isSpacer)

@@ -12,6 +12,7 @@ public:
     ~FlowLayout() override;
 
     int lineSpacing = -1; ///< between lines; -1: as beside each other
+    int hanging = 0;      ///< how far lines behind the first one stand in
 
     void add(QWidget* widget, int stretch = 0);
     void addStretch();
