@@ -33,6 +33,7 @@ public:
         box->setObjectName(name);
         column_->addWidget(box);
         rows_ = new QFormLayout(box);
+        rows_->setHorizontalSpacing(box->fontMetrics().averageCharWidth());
         rows_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     }
 
