@@ -31,6 +31,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -78,7 +79,7 @@ private:
     void showFilterCheck();
     void showComparison(const AnalysisView& view);
     void showTable(const AnalysisView& view);
-    void showFacts(QStringList lines);
+    void showFacts();
     void showTableState();
     void marked(ClickEffect effect);
 };

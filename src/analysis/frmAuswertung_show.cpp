@@ -174,7 +174,7 @@ void frmAuswertung::showTable(const AnalysisView& view) {
     // A table that was never ready is not shown as one.
     const ResultTable empty;
     w_->mfgGrid->updateTable(facts ? model_.mfgGrid : empty);
-    showFacts(facts ? standsOn(*facts) : QStringList());
+    showFacts();
     const bool marks = facts && model_.takesMarks();
     w_->mfgGrid->setMarks(marks ? markColumn : -1, marks && model_.mfgGrid.Tag == "Crosstab"_L1 ? markRow : -1);
     for (QPushButton* button : {w_->cmdSetMissing, w_->cmdCopyTable, w_->cmdSaveTableAs})
@@ -183,16 +183,28 @@ void frmAuswertung::showTable(const AnalysisView& view) {
     showTableState();
 }
 
-/// A comparison of many entries has a line for each: the table needs the room more.
-void frmAuswertung::showFacts(QStringList lines) {
-    constexpr qsizetype most = 4;
+/// A comparison of many entries has a line for each: the table needs the room more, above all with large type.
+void frmAuswertung::showFacts() {
+    const std::optional<TableFacts>& facts = model_.tableFacts();
+    const QStringList lines = facts ? standsOn(*facts) : QStringList();
+    const int room = height() / 5, width = w_->lblFacts->parentWidget()->contentsRect().width();
+    const auto first = [&](qsizetype most) {
+        if (lines.size() <= most)
+            return lines.join(u'\n');
+        const QString rest = u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
+        return (lines.first(most - 1) << rest).join(u'\n');
+    };
+    qsizetype most = 4;
+    w_->lblFacts->setText(first(most));
+    while (most > 2 && lines.size() > 1 && w_->lblFacts->heightForWidth(width) > room)
+        w_->lblFacts->setText(first(--most));
     w_->lblFacts->setToolTip(lines.size() > most ? Qt::convertFromPlainText(lines.join(u'\n')) : QString());
-    if (lines.size() > most) {
-        const qsizetype more = lines.size() - most + 1;
-        lines.resize(most - 1);
-        lines << u"... "_s + QString::number(more) + u' ' + TranslateText(u"weitere Einträge"_s);
-    }
-    w_->lblFacts->setText(lines.join(u'\n'));
+}
+
+void frmAuswertung::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!showing_ && !AnalysisModel::running())
+        showFacts();
 }
 
 void frmAuswertung::showTableState() {
