@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -56,6 +57,8 @@ void ExplorerPanel::show(const VariablePanel& panel) {
         cursor.setPosition(qMin(before.anchor(), last));
         cursor.setPosition(qMin(before.position(), last), QTextCursor::KeepAnchor);
         txtQuestion->setTextCursor(cursor);
+        if (!cursor.hasSelection())
+            txtQuestion->verticalScrollBar()->setValue(0); // a question is read from its first line
     }
     for (const QString& key : factKeys.mid(switchCount)) {
         const VariablePanel::Fact fact = panel.fact(key);

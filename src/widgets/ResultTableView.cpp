@@ -291,7 +291,8 @@ void ResultTableView::layOut() {
     corner_->update();
 }
 
-/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long.
+/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long, and what
+/// short labels need where the font is larger than the table's widths are meant for.
 int ResultTableView::widthOf(int column) const {
     const ResultTable& table = model_->table;
     if (table.ColWidth(column) <= 0)
@@ -300,13 +301,13 @@ int ResultTableView::widthOf(int column) const {
     const int character = fontMetrics().averageCharWidth();
     const int wanted = pixels(table.ColWidth(column)) + margins;
     const int least = mostOfHeading * character + margins;
-    if (wanted <= least)
-        return wanted;
     QString longest;
     for (int row = table.FixedRows; row < table.Rows(); ++row)
         if (table.Cell(column, row).size() > longest.size())
             longest = table.Cell(column, row);
     const int needed = fontMetrics().horizontalAdvance(longest);
+    if (wanted <= least)
+        return std::clamp(needed + margins, wanted, least);
     const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
     return std::min(wanted, std::max(least, shown + margins));
 }
