@@ -1,41 +1,17 @@
 #include "analysis/AnalysisModel.h"
 
+#include "analysis/boundRows.h"
 #include "analysis/builders.h"
 #include "analysis/comparisonEntries.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
-#include "catalogue/CDaoPersistance.h"
 #include "catalogue/StudyRows.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
-#include "platform/ui/Asker.h"
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int deleteKey = 46;
-
-dao::RecordsetPtr query(const QString& statement) {
-    return CDaoPersistance().GetRecordset(gDatabase.CurrentDatabase(), statement, dao::dbOpenDynaset);
-}
-
-bool hasRows(const dao::RecordsetPtr& recordset) {
-    return recordset && !(recordset->Bof() && recordset->Eof());
-}
-
-/// Goes to the first row that satisfies a condition; a failure is reported and counts as no match.
-bool find(const dao::RecordsetPtr& recordset, const QString& criteria) {
-    if (!hasRows(recordset))
-        return false;
-    return attempt([&] { recordset->FindFirst(criteria); }) && !recordset->NoMatch();
-}
-
-bool isNumber(const QString& text) {
-    bool good = false;
-    text.toLongLong(&good);
-    return good;
-}
 
 bool isStored(dao::Recordset& row, const QString& field) {
     return row.hasField(field) && !row.text(field).isEmpty();
@@ -65,10 +41,10 @@ void AnalysisModel::openNow() {
     tab_ = 0;
     bCreationMode = false;
     dtData1.source = studyQuerySource();
-    dtData1.recordset = dtData1.source.isEmpty() ? nullptr : query(dtData1.source);
+    dtData1.recordset = dtData1.source.isEmpty() ? nullptr : queryRows(dtData1.source);
     // A study that is not there: the list of variables starts empty.
     dtData2.source = u"select * from tkey_Variable where fi_StudyNo like 'QX1919';"_s;
-    dtData2.recordset = query(dtData2.source);
+    dtData2.recordset = queryRows(dtData2.source);
     variableChoices_.clear();
     variables_.clear();
     creationOffered_ = gCatalogueOptions.VaridexCreationMode && dtData2.recordset;
@@ -82,11 +58,11 @@ const QString& AnalysisModel::contentField(const QString& original, const QStrin
 }
 
 bool AnalysisModel::findStudy(const QString& study) {
-    return find(dtData1.recordset, u"[id_StudyNo] = "_s + quoted(study));
+    return findRow(dtData1.recordset, u"[id_StudyNo] = "_s + quoted(study));
 }
 
 bool AnalysisModel::findVariable(const QString& name) {
-    return find(dtData2.recordset, u"id_Varname = "_s + quoted(name));
+    return findRow(dtData2.recordset, u"id_Varname = "_s + quoted(name));
 }
 
 /// The variable in the current row of dtData2.
@@ -134,7 +110,7 @@ bool AnalysisModel::clickStudy(const QString& study) {
 
 void AnalysisModel::loadVariables(const QString& statement) {
     dtData2.source = statement;
-    dtData2.recordset = query(statement);
+    dtData2.recordset = queryRows(statement);
     variableChoices_.clear();
     variables_.clear();
     if (!hasRows(dtData2.recordset))
@@ -151,36 +127,6 @@ void AnalysisModel::loadVariables(const QString& statement) {
         variableChoices_ << variables_.back().name + u": "_s + variables_.back().label;
     }
     rows.MoveFirst();
-}
-
-/// The standard weights of the study in the current row of dtData1; a kind that it has not got can't be
-/// chosen.
-void AnalysisModel::loadWeights() {
-    request.dt_WeightHH.clear();
-    request.dt_WeightRE.clear();
-    if (!findStudy(request.dbcStudy.value))
-        return;
-    request.dt_WeightHH = dtData1.recordset->text(u"dt_WeightHH"_s);
-    request.dt_WeightRE = dtData1.recordset->text(u"dt_WeightRE"_s);
-}
-
-void AnalysisModel::loadParts() {
-    hasParts_ = false;
-    request.dbcParts.clear();
-    setFilterKind(FilterKind::noFilter);
-    request.txtFilter.clear();
-    if (!gDatabase.TableExist(u"tkey_Parts"_s))
-        return;
-    dtData5.source =
-        u"select * from [tkey_Parts] where [fi_StudyNo] = "_s + quoted(request.dbcStudy.value) +
-        u" AND [dt_SeparateAnalysisOnly] = -1 ORDER BY  dt_SelectionVariable,Val([dt_SelectionCriteria]);"_s;
-    dtData5.recordset = query(dtData5.source);
-    hasParts_ = hasRows(dtData5.recordset);
-    if (!hasParts_)
-        return;
-    dtData5.recordset->MoveFirst();
-    request.dbcParts = {dtData5.recordset->text(u"id_Part"_s),
-                        partName(*dtData5.recordset, englishContents_)};
 }
 
 bool AnalysisModel::chooseVariable(const QString& name) {
@@ -240,7 +186,7 @@ void AnalysisModel::loadVariable(bool keepChoices) {
     request.dtYear = findStudy(request.dbcStudy.value) ? dtData1.recordset->text(u"dt_Year"_s) : QString();
     loadGroup();
     const dao::RecordsetPtr stored =
-        query(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request.dbcStudy.value) +
+        queryRows(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request.dbcStudy.value) +
               u" AND id_VarName="_s + quoted(request.dbcVariable.value) + u";"_s);
     if (!hasRows(stored))
         return;
@@ -257,8 +203,8 @@ void AnalysisModel::loadGroup() {
     const dao::Value group = dtData2.recordset->value(u"dt_VarGroup"_s);
     if (group.isNull() || group.toText().isEmpty() || !gDatabase.TableExist(u"tkey_VarGroups"_s))
         return;
-    const dao::RecordsetPtr groups = query(u"tkey_VarGroups"_s);
-    if (find(groups, u"id_VarGroup = "_s + group.toText()))
+    const dao::RecordsetPtr groups = queryRows(u"tkey_VarGroups"_s);
+    if (findRow(groups, u"id_VarGroup = "_s + group.toText()))
         request.dtVarGroup = groups->text(contentField(u"dt_VarGroupName"_s, u"dt_VarGroupNameEn"_s));
 }
 
@@ -284,7 +230,7 @@ void AnalysisModel::leaveComparison() {
     if (request.optFilter != FilterKind::FilterParts)
         return;
     const QString id = request.dbcParts.value;
-    const bool own = hasParts_ && isNumber(id) && find(dtData5.recordset, u"id_Part = "_s + id);
+    const bool own = hasParts_ && isWholeNumber(id) && findRow(dtData5.recordset, u"id_Part = "_s + id);
     if (!own)
         setFilterKind(FilterKind::noFilter);
     request.dbcParts = own ? request.dbcParts : BoundPicker();
@@ -312,171 +258,8 @@ bool AnalysisModel::chooseMode(AnalysisMode mode) {
     return true;
 }
 
-bool AnalysisModel::chooseWeight(WeightKind kind, const QString& variable) {
-    switch (kind) {
-    case WeightKind::noWeight:
-        break;
-    case WeightKind::WeightRE:
-        if (request.dt_WeightRE.isEmpty())
-            return false;
-        break;
-    case WeightKind::WeightHH:
-        if (request.dt_WeightHH.isEmpty())
-            return false;
-        break;
-    case WeightKind::WeightUser:
-        if (!findVariable(variable))
-            return false;
-        request.dbcVarGewicht = pickedVariable();
-        request.dbcVarGewicht_1Uni = request.dbcVarGewicht.value + u": "_s + request.dbcVarGewicht.text;
-        break;
-    }
-    request.Option3 = kind;
-    if (applyComparisonEntryChange)
-        applyComparisonEntryChange();
-    return true;
-}
-
-void AnalysisModel::chooseUserWeight() {
-    request.Option3 = WeightKind::WeightUser;
-    if (applyComparisonEntryChange)
-        applyComparisonEntryChange();
-}
-
-/// Switches the kind of filter; the user's own text is kept for the next time.
-void AnalysisModel::setFilterKind(FilterKind kind) {
-    if (request.optFilter == FilterKind::FilterUser)
-        lastFilterText_ = request.txtFilter;
-    request.optFilter = kind;
-}
-
-bool AnalysisModel::chooseFilter(FilterKind kind) {
-    if (kind == FilterKind::FilterParts && !hasParts_)
-        return false;
-    setFilterKind(kind);
-    switch (kind) {
-    case FilterKind::noFilter:
-        request.dbcParts.clear();
-        dbcParts_Change();
-        break;
-    case FilterKind::FilterParts:
-        // The run of a comparison may have left another study's part, or none.
-        if (!isNumber(request.dbcParts.value) || !find(dtData5.recordset, u"id_Part = "_s + request.dbcParts.value)) {
-            dtData5.recordset->MoveFirst();
-            request.dbcParts.value = dtData5.recordset->text(u"id_Part"_s);
-        }
-        dbcParts_Change();
-        return true;
-    case FilterKind::FilterUser:
-        request.txtFilter = lastFilterText_;
-        break;
-    }
-    if (applyComparisonEntryChange)
-        applyComparisonEntryChange();
-    return true;
-}
-
-void AnalysisModel::typeFilterText(const QString& text) {
-    lastFilterText_ = text;
-    request.txtFilter = text;
-    request.optFilter = FilterKind::FilterUser;
-}
-
-void AnalysisModel::chooseFilterText(const QString& text) {
-    typeFilterText(text);
-    if (applyComparisonEntryChange)
-        applyComparisonEntryChange();
-}
-
-FilterResult AnalysisModel::checkFilter(const QString& text) const {
-    FilterSurroundings surroundings;
-    surroundings.find = [this](const QString& word, bool&) -> std::optional<VariablePlace> {
-        for (const StudyVariable& variable : variables_)
-            if (dao::compareTexts(variable.name, word) == 0)
-                return variable.place;
-        return std::nullopt;
-    };
-    surroundings.attach = [](const QString&) { return true; };
-    return translateFilter(text, surroundings);
-}
-
-namespace {
-
-/// Key and text of every row of a recordset, which stands at its first row then.
-std::vector<BoundPicker> listOf(const dao::RecordsetPtr& recordset, const QString& key, const QString& text) {
-    std::vector<BoundPicker> list;
-    if (!hasRows(recordset))
-        return list;
-    for (recordset->MoveFirst(); !recordset->Eof(); recordset->MoveNext())
-        list.push_back({recordset->text(key), recordset->text(text)});
-    recordset->MoveFirst();
-    return list;
-}
-
-} // namespace
-
 std::vector<BoundPicker> AnalysisModel::studies() {
-    return listOf(dtData1.recordset, u"id_StudyNo"_s, contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s));
-}
-
-std::vector<BoundPicker> AnalysisModel::parts() {
-    if (!hasParts_)
-        return {};
-    return listOf(dtData5.recordset, u"id_Part"_s, contentField(u"dt_PartName"_s, u"dt_EnPartName"_s));
-}
-
-bool AnalysisModel::choosePart(const QString& id) {
-    if (!isNumber(id) || !hasParts_ || !find(dtData5.recordset, u"id_Part = "_s + id))
-        return false;
-    setFilterKind(FilterKind::FilterParts);
-    request.dbcParts.value = id;
-    dbcParts_Change();
-    return true;
-}
-
-void AnalysisModel::dbcParts_Change() {
-    trapped([this] { loadPart(); });
-}
-
-void AnalysisModel::loadPart() {
-    request.dtTableParts.clear();
-    request.dtFieldParts.clear();
-    request.dtCriteria.clear();
-    selectionVariable_.clear();
-    if (!request.dbcParts.isEmpty()) {
-        if (!find(dtData5.recordset, u"id_Part = "_s + request.dbcParts.value)) {
-            request.dbcParts.text.clear();
-            return;
-        }
-        dao::Recordset& part = *dtData5.recordset;
-        request.dbcParts.text = partName(part, englishContents_);
-        request.dtCriteria = part.text(u"dt_SelectionCriteria"_s);
-        const dao::Value variable = part.value(u"dt_SelectionVariable"_s);
-        selectionVariable_ = variable.toText();
-        if (!variable.isNull()) {
-            if (!findVariable(selectionVariable_)) {
-                ui::asker().messageBox(
-                    {.text =
-                         TranslateText(u"Variable zum Datensatz-Teil nicht gefunden:"_s) + selectionVariable_,
-                     .icon = ui::Icon::Exclamation});
-                return;
-            }
-            request.dtTableParts = dtData2.recordset->text(u"dt_TableName"_s);
-            request.dtFieldParts = dtData2.recordset->text(u"dt_FieldName"_s);
-        }
-    }
-    Update_Filter();
-}
-
-void AnalysisModel::Update_Filter() {
-    request.txtFilter =
-        request.dbcParts.text.isEmpty() ? QString() : selectionVariable_ + u" = "_s + request.dtCriteria;
-}
-
-bool AnalysisModel::dbcParts_KeyDown(int key) {
-    if (key != deleteKey)
-        return false;
-    return chooseFilter(FilterKind::noFilter);
+    return rowList(dtData1.recordset, u"id_StudyNo"_s, contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s));
 }
 
 AnalysisView AnalysisModel::view() const {
