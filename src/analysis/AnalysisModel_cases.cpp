@@ -97,7 +97,8 @@ bool AnalysisModel::chooseFilter(FilterKind kind) {
         break;
     case FilterKind::FilterParts:
         // The run of a comparison may have left another study's part, or none.
-        if (!isWholeNumber(request.dbcParts.value) || !findRow(dtData5.recordset, u"id_Part = "_s + request.dbcParts.value)) {
+        if (!isWholeNumber(request.dbcParts.value) ||
+            !findRow(dtData5.recordset, u"id_Part = "_s + request.dbcParts.value)) {
             dtData5.recordset->MoveFirst();
             request.dbcParts.value = dtData5.recordset->text(u"id_Part"_s);
         }
