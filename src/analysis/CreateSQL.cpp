@@ -248,25 +248,17 @@ bool CreateSQL::count(const QString& sql) {
 }
 
 /// A text that is no number lies neither in a range nor below or above it: the condition for valid values passes it over,
-/// although it is valid. Where such texts occur, the cases are counted without the condition; the builder knows what is
-/// missing by itself.
+/// although it is valid. Where the field can hold such texts, the cases are counted by a second statement that lets them
+/// through; without them it gives what the first one gave.
 bool CreateSQL::countTextsBesideRange() {
-    const size_t field = round_.facts.flip ? 1 : 0;
+    const CountFacts& stated = round_.facts;
+    const size_t field = stated.flip ? 1 : 0;
     if (!round_.missingRange || !dao::isTextType(m_.counts->Fields()[field].Type))
         return true;
-    const dao::RecordsetPtr stated = m_.counts;
-    CountFacts all = round_.facts;
-    all.missingCondition.clear();
-    if (!count(countStatement(all).sql))
-        return false;
-    bool lost = false;
-    for (dao::Recordset& rows = *m_.counts; !lost && !rows.Eof(); rows.MoveNext()) {
-        const dao::Value value = rows.value(static_cast<int>(field));
-        lost = !value.isNull() && !value.isNumeric();
-    }
-    if (!lost)
-        m_.counts = stated;
-    return true;
+    const QString name = stated.table + u'.' + stated.field;
+    CountFacts all = stated;
+    all.missingCondition = u"(%1) OR (%2 Is Not Null AND Not IsNumeric(%2))"_s.arg(stated.missingCondition, name);
+    return count(countStatement(all).sql);
 }
 
 bool CreateSQL::storeStatistics() {

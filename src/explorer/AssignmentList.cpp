@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
+#include "catalogue/StudyRows.h"
 #include "diagnostics/errors.h"
 #include "explorer/VariableList.h"
 
@@ -16,7 +17,7 @@ QString statement(const QString& table, const QString& study, const QString& var
     const QString relation = u"trel_Variable"_s + table;
     const QString entries = u"tkey_"_s + table;
     return u"Select * from "_s + relation + u" INNER JOIN "_s + entries + u" ON "_s + relation + u".fid = "_s + entries +
-           u".id Where fi_StudyNo = "_s + quotedKey(study) + u" And fi_VariableNo = "_s + quotedKey(variable);
+           u".id Where fi_StudyNo = "_s + quoted(study) + u" And fi_VariableNo = "_s + quoted(variable);
 }
 
 void addCategoriesOfView(std::vector<Assignment>& list, int view, const QString& study, const QString& variable,

@@ -28,7 +28,7 @@ struct EntryColumns {
                       (study ? u"StudyDescription"_s : u"IndicatorDescription"_s)) {}
 };
 
-struct Entry {
+struct TreeEntry {
     QString key, parentKey, text, description;
 };
 
@@ -40,7 +40,7 @@ public:
           parent_(recordset.indexOf(columns.parent)), text_(recordset.indexOf(columns.text)),
           description_(recordset.indexOf(columns.description)) {}
 
-    Entry current() const { return {cell(key_), cell(parent_), cell(text_), cell(description_)}; }
+    TreeEntry current() const { return {cell(key_), cell(parent_), cell(text_), cell(description_)}; }
 
 private:
     const dao::Recordset& recordset_;
@@ -132,7 +132,7 @@ private:
                    : u"SELECT * FROM "_s + table_ + u" WHERE [fid]="_s + parent + u" ORDER BY [order] ASC;"_s;
     }
 
-    void addEntry(const Entry& entry, int depth) {
+    void addEntry(const TreeEntry& entry, int depth) {
         const bool added =
             Update_TreeViewAddnode(tree_, entry.key, entry.parentKey, entry.text, entry.description, view_);
         if (!added || study_)
@@ -262,7 +262,7 @@ std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view
             const dao::RecordsetPtr recordset = gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenDynaset);
             const EntryReader reader(*recordset, columns);
             for (; !recordset->Eof(); recordset->MoveNext()) {
-                const Entry entry = reader.current();
+                const TreeEntry entry = reader.current();
                 // An entry of the root's own key is never in the tree, though the key is.
                 const CatalogueNode* node = tree.find(viewLetter(view) + entry.key);
                 if (!node || node == tree.root())

@@ -88,6 +88,4 @@ QString studyVariablesStatement(const QString& table, const QString& id, bool va
 QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id,
                                    bool varGroups);
 /// Either, by the kind of view.
-/// A key within a statement; an apostrophe in it must not end it.
-QString quotedKey(QString key);
 QString nodeVariablesStatement(bool study, int view, const QString& id, bool varGroups);

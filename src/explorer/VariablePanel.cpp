@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
+#include "catalogue/StudyRows.h"
 #include "explorer/VariableList.h"
 #include "platform/ui/Asker.h"
 
@@ -46,7 +47,7 @@ bool VariablePanel::show(const CatalogueNode& node, const QString& study, const 
         return false;
     }
     recordset_->MoveLast();
-    recordset_->FindFirst(u"fi_StudyNo="_s + quotedKey(study) + u" AND fi_VariableNo="_s + quotedKey(variable));
+    recordset_->FindFirst(u"fi_StudyNo="_s + quoted(study) + u" AND fi_VariableNo="_s + quoted(variable));
     if (recordset_->NoMatch())
         recordset_->MoveFirst();
     fill(isEnglish(state));

@@ -1,11 +1,8 @@
 #include "app/globals.h"
+#include "catalogue/StudyRows.h"
 #include "explorer/VariableList.h"
 
 using namespace Qt::StringLiterals;
-
-QString quotedKey(QString key) {
-    return u'\'' + key.replace(u'\'', u"''"_s) + u'\'';
-}
 
 QString studyVariablesStatement(const QString& table, const QString& id, bool varGroups) {
     const QString study = u"tkey_"_s + table;
@@ -22,7 +19,7 @@ QString studyVariablesStatement(const QString& table, const QString& id, bool va
            u" ON tkey_Variable.fi_StudyNo = "_s + study + u".id_StudyNo) "_s;
     if (varGroups)
         sql += u"LEFT JOIN tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup "_s;
-    return sql + u"  WHERE [fi_StudyNo] = "_s + quotedKey(id) +
+    return sql + u"  WHERE [fi_StudyNo] = "_s + quoted(id) +
            u" ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;"_s;
 }
 

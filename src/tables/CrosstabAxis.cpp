@@ -1,5 +1,6 @@
 #include "tables/CrosstabAxis.h"
 
+#include "catalogue/StudyRows.h"
 #include "diagnostics/errors.h"
 #include "platform/dao/TextOrder.h"
 #include "tables/labels.h"
@@ -36,7 +37,7 @@ bool isNumber(const dao::Value& value) {
 
 CrosstabAxis::CrosstabAxis(dao::Recordset& counts, dao::Recordset& labels, const Rules& rules)
     : counts_(counts), labels_(labels), rules_(rules),
-      ofVariable_(u" AND fi_Varname = '"_s + counts.Fields()[static_cast<size_t>(rules.field)].Name + u"'"_s),
+      ofVariable_(u" AND fi_Varname = "_s + quoted(counts.Fields()[static_cast<size_t>(rules.field)].Name)),
       definition_(rules.missing.value_or(QString())) {}
 
 /// An empty value cell without "SYSMIS" beside it is an empty text, or a labelled Null where Nulls are taken

@@ -70,8 +70,11 @@ QString TestCatalogue::caseFile(const QString& study) const {
 
 void TestCatalogue::append(const QString& table, const Cells& start, Row more) {
     Cells cells = start;
-    for (const auto& cell : more)
-        cells.emplace_back(QString::fromLatin1(cell.first), cell.second);
+    for (const auto& cell : more) {
+        const QString name = QString::fromLatin1(cell.first);
+        std::erase_if(cells, [&](const auto& given) { return given.first == name; });
+        cells.emplace_back(name, cell.second);
+    }
     const dao::DatabasePtr database = filling_ ? filling_ : workspace().OpenDatabase(path_);
     appendRow(*database, table, cells);
     if (!filling_)
