@@ -3,6 +3,7 @@
 #include "analysis/frmDescriptives.h"
 #include "config/OptionPaths.h"
 #include "config/frmOptionsPages.h"
+#include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
@@ -151,8 +152,12 @@ void frmOptions::connectControls() {
 }
 
 void frmOptions::connectButtons() {
+    // The command that has opened the dialog lasts until it closes; what is done in it are gestures of their own.
     const auto onClick = [this](const QString& name, auto&& handler) {
-        connect(findChild<QPushButton*>(name), &QPushButton::clicked, this, handler);
+        connect(findChild<QPushButton*>(name), &QPushButton::clicked, this, [handler] {
+            GestureScope::startAnew();
+            handler();
+        });
     };
     onClick(u"cmdOK"_s, [this] { cmdOK_Click(); });
     onClick(u"cmdCancel"_s, [this] { cmdCancel_Click(); });
@@ -222,6 +227,7 @@ void frmOptions::take(const QString& name, const QString& value) {
 }
 
 void frmOptions::browse(const QString& field, bool byDoubleClick) {
+    GestureScope::startAnew();
     trapped([&] {
         if (byDoubleClick ? OptionPaths::browseByDoubleClick(model_, field) : OptionPaths::browse(model_, field))
             showModel();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/dao/Error.h"
+
 #include <QString>
 
 /// One gesture of the user, for as long as it lives: a file that went bad under the program fails in each of the gesture's
@@ -14,9 +16,12 @@ public:
     GestureScope& operator=(const GestureScope&) = delete;
 
     /// To be asked before a failure is told. @return false if the gesture has told of the same already
-    static bool tells(int number, const QString& procedure);
-    /// True if the file that a failure of this kind is about has been told of in this gesture.
-    static bool hasTold(int number);
+    static bool tells(const dao::Error& error, const QString& procedure);
+    /// True if the failure is one of a file that has been told of in this gesture.
+    static bool hasTold(const dao::Error& error);
+    /// The user has been told of the failure's file and ignores it: that holds for the rest of the gesture.
+    static void goOnWithout(const dao::Error& error);
+    static bool goesOnWithout(const dao::Error& error);
     /// What follows is new: a step that the user tries again, another file that the user has chosen.
     static void startAnew();
 };

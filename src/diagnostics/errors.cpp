@@ -19,13 +19,13 @@ QString lastDbErrorText() {
 
 void reportError(const dao::Error& error) {
     if (dao::DBEngine::instance().errors().Count() > 0)
-        gErrHandler.HandleDBError(lastDbErrorText(), GestureScope::tells(error.number(), gErrHandler.current()));
+        gErrHandler.HandleDBError(lastDbErrorText(), GestureScope::tells(error, gErrHandler.current()));
     else
         reportProgramError(error);
 }
 
 void reportProgramError(const dao::Error& error) {
-    gErrHandler.HandleError(error.number(), error.description(), GestureScope::tells(error.number(), gErrHandler.current()));
+    gErrHandler.HandleError(error.number(), error.description(), GestureScope::tells(error, gErrHandler.current()));
 }
 
 dao::Error asError(const std::exception& failure) {
@@ -41,12 +41,13 @@ dao::Error asError(const std::exception& failure) {
 }
 
 bool standardErrorBox(const dao::Error& error, Trap& outcome) {
-    outcome = Trap::Aborted;
-    if (GestureScope::hasTold(error.number())) {
-        ui::asker().setPointer(ui::Pointer::Default);
+    if (GestureScope::hasTold(error)) {
+        outcome = GestureScope::goesOnWithout(error) ? Trap::Ignored : Trap::Aborted;
+        if (outcome == Trap::Aborted)
+            ui::asker().setPointer(ui::Pointer::Default);
         return false;
     }
-    GestureScope::tells(error.number(), QString());
+    GestureScope::tells(error, QString());
     const ui::Answer answer =
         ui::asker().messageBox({QString::number(error.number()) + u"\r\n"_s + error.description(),
                                 TranslateText(u"Fehler"_s), ui::Icon::None, ui::Buttons::AbortRetryIgnore});
@@ -57,6 +58,8 @@ bool standardErrorBox(const dao::Error& error, Trap& outcome) {
     outcome = answer == ui::Answer::Ignore ? Trap::Ignored : Trap::Aborted;
     if (outcome == Trap::Aborted)
         ui::asker().setPointer(ui::Pointer::Default);
+    else
+        GestureScope::goOnWithout(error);
     return false;
 }
 

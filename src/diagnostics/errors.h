@@ -46,8 +46,8 @@ bool attempt(Step&& step, void (*report)(const dao::Error&) = reportError) {
 
 enum class Trap { Done, Ignored, Aborted };
 
-/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore). A file that the gesture under way
-/// has told of counts as answered with Abort.
+/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore). Of a file that the gesture
+/// under way has told of, the answer holds: Ignore where it was ignored, Abort otherwise.
 /// @return true to retry; otherwise `outcome` tells
 bool standardErrorBox(const dao::Error& error, Trap& outcome);
 

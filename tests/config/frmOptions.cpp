@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
+#include "diagnostics/GestureScope.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 
@@ -157,6 +158,19 @@ TEST_F(OptionsDialog, LoadingTakesEffectAtOnceAndSavingWritesWhatIsInForce) {
     click(u"cmdLoad"_s);
     EXPECT_EQ(gOptions.MaxItems, 7);
     EXPECT_EQ(of<QLineEdit>(u"txtMaxItems"_s)->text(), u"7"_s);
+}
+
+TEST_F(OptionsDialog, EachPressOfAButtonTellsOfItsFailureThoughTheCommandThatOpenedTheDialogLasts) {
+    struct Failing : OptionsFollower {
+        void optionsApplied() override { throw dao::Error(3051, u"cannot open the file '/a/x.mdb'."_s); }
+    } follower;
+    const GestureScope command;
+    open();
+    for (const size_t boxes : {1u, 2u}) {
+        asker.answer(ui::Answer::Abort);
+        click(u"cmdApply"_s);
+        EXPECT_EQ(asker.boxes.size(), boxes);
+    }
 }
 
 TEST_F(OptionsDialog, AFieldIsFilledByItsButtonByF4AndByADoubleClick) {

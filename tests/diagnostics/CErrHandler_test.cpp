@@ -1,3 +1,4 @@
+#include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "platform/dao/DBEngine.h"
 #include "support/ScriptedAsker.h"
@@ -171,6 +172,27 @@ TEST(Failures, TheStandardErrorBoxRetriesIgnoresOrLeaves) {
     asker.answer(ui::Answer::Abort);
     EXPECT_EQ(trapped(step), Trap::Aborted);
     EXPECT_EQ(asker.pointer(), ui::Pointer::Default);
+}
+
+TEST(Failures, TheAnswerOnAFileHoldsForTheRestOfTheGestureAndForNoOtherFile) {
+    const TestHome home;
+    for (const auto& [answer, outcome] : {std::pair(ui::Answer::Ignore, Trap::Ignored), {ui::Answer::Abort, Trap::Aborted}}) {
+        ScriptedAsker asker;
+        const GestureScope gesture;
+        const auto fails = [](int number, const QString& text) {
+            return trapped([&] { throw dao::Error(number, text); });
+        };
+        asker.answer(answer);
+        EXPECT_EQ(fails(3051, u"cannot open the file '/a/x.mdb'."_s), outcome);
+        EXPECT_EQ(fails(3343, u"Unrecognized database format '/a/x.mdb'."_s), outcome);
+        EXPECT_EQ(asker.boxes.size(), 1u);
+        for (const QString& table : {u"Study"_s, u"Category"_s, u"Study"_s})
+            attempt([&] { throw dao::Error(3078, table); }, reportProgramError);
+        EXPECT_EQ(asker.boxes.size(), 3u) << "a missing table is no fault of the file; one text is told once";
+        asker.answer(ui::Answer::Abort);
+        EXPECT_EQ(fails(3343, u"Unrecognized database format '/a/y.mdb'."_s), Trap::Aborted);
+        EXPECT_EQ(asker.boxes.size(), 4u);
+    }
 }
 
 TEST(Failures, WhatTheStandardLibraryThrowsEndsNoHandlerAndIsNotTakenForTheEnginesLastError) {
