@@ -1,6 +1,7 @@
 #include "platform/dao/Attachments.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/TableSchema.h"
 
 #include <algorithm>
 
@@ -115,7 +116,13 @@ void Attachments::open(File& file, bool create) {
     file.attached = true;
     ++file.generation;
     file.readOnly = connection_.isReadOnly(file.schema.mid(1, file.schema.size() - 2).toUtf8());
-    file.stamp = stampOf(file);
+    // In this order: what is written after the stamp was taken shows in the version.
+    try {
+        file.dataVersion = dataVersion(connection_, file.schema);
+        file.stamp = stampOf(file);
+    } catch (const Error&) {
+        file.stamp.clear(); // no database; told by whoever reads it
+    }
     if (create) {
         file.location = DatabaseLocation::findNew(file.location.path);  // now that it is there
     }

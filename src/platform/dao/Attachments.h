@@ -7,20 +7,22 @@
 
 namespace dao {
 
-/// The files that a database's connection has opened beside its own. SQLite takes only a few at a time, so a file is
-/// attached when it is first reached and the least used one that nobody needs is let go for it. A file keeps its
-/// alias for as long as the database is open.
+/// The files that a database's connection has opened beside its own. SQLite takes only a few at a time, so a
+/// file is attached when it is first reached and the least used one that nobody needs is let go for it. A
+/// file keeps its alias for as long as the database is open.
 class Attachments {
 public:
     struct File {
-        QString schema;  ///< quoted alias, such as "ln2"
+        QString schema; ///< quoted alias, such as "ln2"
         DatabaseLocation location;
         bool attached = false;
         bool readOnly = false;
         int users = 0;
         quint64 lastUse = 0;
-        int generation = 0;  ///< counts how often it was attached: what was known of its tables counts no more then
-        QByteArray stamp;    ///< when it was attached; see stampOf()
+        int generation =
+            0; ///< counts how often it was attached: what was known of its tables counts no more then
+        qint64 dataVersion = -1; ///< when it was attached
+        QByteArray stamp;        ///< a moment later; see stampOf()
     };
 
     /// Keeps every file that was reached through it from being let go.
@@ -39,8 +41,8 @@ public:
     Attachments(Connection& connection, const DatabaseLocation& main);
 
     const File& main() const { return *main_; }
-    /// The file at the path, attached. @throws Error 3024, 3044, 3343, 3049, 3050, 3051; 3048 when all that can be
-    /// open at a time are in use
+    /// The file at the path, attached. @throws Error 3024, 3044, 3343, 3049, 3050, 3051; 3048 when all that
+    /// can be open at a time are in use
     const File& reach(const QString& path, Use& use);
     /// The same for a file that is made if it isn't there.
     const File& reachNew(const QString& path, Use& use);
@@ -65,4 +67,4 @@ private:
     quint64 uses_ = 0;
 };
 
-}
+} // namespace dao

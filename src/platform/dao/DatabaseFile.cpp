@@ -180,10 +180,9 @@ DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& fi
 /// changes by others begins anew with each opening.
 void DatabaseFile::holdOn(CachedTable& cached, const Attachments::File& file) {
     cached.generation = file.generation;
-    const qint64 version = dataVersion(*connection_, file.schema);
     for (auto& [field, content] : cached.contents) {
         if (content.dataVersion >= 0) {
-            content.dataVersion = version;
+            content.dataVersion = file.dataVersion;
         }
     }
 }

@@ -149,6 +149,13 @@ TEST_F(DatabaseTest, AFileThatComesBackIsLookedAtAgainIfItWasChangedMeanwhile) {
     };
     const auto above = [&] { return rows(*catalogue, u"SELECT Count(*) FROM s WHERE x > 6"_s); };
     EXPECT_EQ(above(), u"1"_s);
+    // The file is open again for another of its tables when it is written into.
+    letGo();
+    EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM S1_1"_s), u"1;2"_s);
+    Stranger(path(u"S1.mdb"_s)).run("UPDATE s SET x = 'abc' WHERE id = 2");
+    EXPECT_EQ(above(), u"1"_s);
+    Stranger(path(u"S1.mdb"_s)).run("UPDATE s SET x = 1 WHERE id = 2");
+    EXPECT_EQ(above(), u"1"_s);
     const QByteArray changes[] = {"UPDATE s SET x = 'abc' WHERE id = 2",         // a text is above every number
                                   "PRAGMA journal_mode=WAL; UPDATE s SET x = 5", // where the file itself tells nothing
                                   "UPDATE s SET x = 'abc' WHERE id = 2", "PRAGMA journal_mode=DELETE; UPDATE s SET x = 8 WHERE id = 1"};
