@@ -19,8 +19,8 @@ public:
         bool readOnly = false;
         int users = 0;
         quint64 lastUse = 0;
-        int generation =
-            0; ///< counts how often it was attached: what was known of its tables counts no more then
+        /// Counts how often it was attached: what was known of its tables counts no more then.
+        int generation = 0;
         qint64 dataVersion = -1; ///< when it was attached
         QByteArray stamp;        ///< a moment later; see stampOf()
     };
