@@ -45,9 +45,9 @@ void addOptions(dao::Database& catalogue, bool topics = false) {
 }
 
 std::unique_ptr<dao::Appender> studyAppender(dao::Database& catalogue) {
-    return catalogue.openAppender(u"tkey_Study"_s, {u"id_StudyNo"_s, u"fid"_s, u"Order"_s, u"dt_IsGroup"_s,
-                                                    u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s, u"dt_Year"_s,
-                                                    u"dt_WeightRE"_s});
+    return catalogue.openAppender(u"tkey_Study"_s,
+                                  {u"id_StudyNo"_s, u"fid"_s, u"Order"_s, u"dt_IsGroup"_s, u"dt_StudyTitle"_s,
+                                   u"dt_EnStudyTitle"_s, u"dt_Year"_s, u"dt_WeightRE"_s});
 }
 
 void addStudy(dao::Appender& studies, const QString& study, int order, const QString& weight) {
@@ -65,14 +65,14 @@ void addStudy(dao::Appender& studies, const QString& study, int order, const QSt
 
 std::unique_ptr<dao::Appender> variableAppender(dao::Database& catalogue) {
     return catalogue.openAppender(u"tkey_Variable"_s,
-                                  {u"fi_StudyNo"_s, u"id_VarName"_s, u"dt_Position"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s,
-                                   u"dt_QuestionText"_s, u"dt_EnQuestionText"_s, u"dt_TableName"_s, u"dt_FieldName"_s,
-                                   u"dt_Missing"_s});
+                                  {u"fi_StudyNo"_s, u"id_VarName"_s, u"dt_Position"_s, u"dt_VarLabel"_s,
+                                   u"dt_EnVarLabel"_s, u"dt_QuestionText"_s, u"dt_EnQuestionText"_s, u"dt_TableName"_s,
+                                   u"dt_FieldName"_s, u"dt_Missing"_s});
 }
 
 /// @param inTopic its question texts are as long as those of interviews mostly are: 200 characters
-void addVariable(dao::Appender& variables, const QString& study, const QString& name, int position, const QString& table,
-                 bool inTopic = false) {
+void addVariable(dao::Appender& variables, const QString& study, const QString& name, int position,
+                 const QString& table, bool inTopic = false) {
     constexpr int longText = 200;
     const auto asked = [inTopic](const QString& text) { return inTopic ? text.repeated(3).left(longText) : text; };
     variables.setText(0, study);
@@ -80,8 +80,10 @@ void addVariable(dao::Appender& variables, const QString& study, const QString& 
     variables.setNumber(2, position);
     variables.setText(3, u"Zufriedenheit mit dem Bereich Nummer %1"_s.arg(position));
     variables.setText(4, u"Satisfaction with area number %1"_s.arg(position));
-    variables.setText(5, asked(u"Wie zufrieden sind Sie, alles in allem, mit dem Bereich Nummer %1 Ihres Lebens?"_s.arg(position)));
-    variables.setText(6, asked(u"All things considered, how satisfied are you with area number %1 of your life?"_s.arg(position)));
+    variables.setText(
+        5, asked(u"Wie zufrieden sind Sie, alles in allem, mit dem Bereich Nummer %1 Ihres Lebens?"_s.arg(position)));
+    variables.setText(
+        6, asked(u"All things considered, how satisfied are you with area number %1 of your life?"_s.arg(position)));
     variables.setText(7, table);
     variables.setText(8, name);
     variables.setText(9, u"8;9"_s);
@@ -89,10 +91,11 @@ void addVariable(dao::Appender& variables, const QString& study, const QString& 
 }
 
 void addTopics(dao::Database& catalogue) {
-    const auto topics = catalogue.openAppender(
-        u"tkey_Topic"_s, {u"fid"_s, u"Order"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s});
+    const auto topics =
+        catalogue.openAppender(u"tkey_Topic"_s, {u"fid"_s, u"Order"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s});
     int order = 0;
-    for (const auto& [german, english] : {std::pair(u"Zufriedenheit"_s, u"Satisfaction"_s), std::pair(u"Erstes"_s, u"First"_s)}) {
+    for (const auto& [german, english] :
+         {std::pair(u"Zufriedenheit"_s, u"Satisfaction"_s), std::pair(u"Erstes"_s, u"First"_s)}) {
         topics->setNumber(0, 0);
         topics->setNumber(1, ++order);
         topics->setText(2, german);
@@ -116,7 +119,7 @@ void fillCaseTable(dao::Companion& file, const schema::Table& table, dao::Databa
         rows->setNumber(0, c);
         for (size_t f = 0; f < valuesEach.size(); ++f) {
             const auto draw = static_cast<int>(random() >> 1);
-            if (valuesEach[f] == 0)  // a weight
+            if (valuesEach[f] == 0) // a weight
                 rows->setNumber(static_cast<int>(f) + 1, 0.5 + draw % 1000 / 1000.0);
             else if (draw % 50 != 0)
                 rows->setNumber(static_cast<int>(f) + 1, draw / 50 % valuesEach[f] + 1);
@@ -125,7 +128,7 @@ void fillCaseTable(dao::Companion& file, const schema::Table& table, dao::Databa
     }
 }
 
-}
+} // namespace
 
 QString Archives::makeCases(const QString& folder, int cases) {
     const QString path = folder + u"/cases.mdb"_s;
@@ -143,8 +146,8 @@ QString Archives::makeCases(const QString& folder, int cases) {
     for (const auto& [name, table] : names)
         addVariable(*variables, u"B1"_s, name, ++position, table);
     std::mt19937 random(20180331);
-    fillCaseTable(*file, schema::cases(u"B1_1"_s, {number(u"W"_s), number(u"V5"_s), number(u"V6"_s)}), *catalogue, cases,
-                  {0, 8, 40}, random);
+    fillCaseTable(*file, schema::cases(u"B1_1"_s, {number(u"W"_s), number(u"V5"_s), number(u"V6"_s)}), *catalogue,
+                  cases, {0, 8, 40}, random);
     fillCaseTable(*file, schema::cases(u"B1_2"_s, {number(u"V9"_s)}), *catalogue, cases, {10}, random);
     workspace.CommitTrans();
     file->close();
@@ -171,7 +174,8 @@ QString Archives::makeWaves(const QString& folder, int studies, int cases) {
             addVariable(*variables, study, u"W"_s, 1, study + u"_1"_s);
             addVariable(*variables, study, u"V5"_s, 2, study + u"_1"_s);
         }
-        fillCaseTable(*file, schema::cases(study + u"_1"_s, {number(u"W"_s), number(u"V5"_s)}), *catalogue, cases, {0, 8}, random);
+        fillCaseTable(*file, schema::cases(study + u"_1"_s, {number(u"W"_s), number(u"V5"_s)}), *catalogue, cases,
+                      {0, 8}, random);
         workspace.CommitTrans();
         file->close();
     }
@@ -219,8 +223,9 @@ QString Archives::makeSurveyFile(const QString& folder, int cases, int variables
     std::vector<readstat_variable_t*> columns;
     for (int v = 0; v < variables; ++v) {
         const bool text = v == variables - 1;
-        readstat_variable_t* column = readstat_add_variable(writer, ("V" + std::to_string(v + 1)).c_str(),
-                                                            text ? READSTAT_TYPE_STRING : READSTAT_TYPE_DOUBLE, text ? 12 : 0);
+        readstat_variable_t* column =
+            readstat_add_variable(writer, ("V" + std::to_string(v + 1)).c_str(),
+                                  text ? READSTAT_TYPE_STRING : READSTAT_TYPE_DOUBLE, text ? 12 : 0);
         readstat_variable_set_label(column, "Satisfaction with an area of life");
         if (!text)
             readstat_variable_add_missing_double_value(column, 9);
@@ -235,7 +240,8 @@ QString Archives::makeSurveyFile(const QString& folder, int cases, int variables
             if (v == variables - 1)
                 readstat_insert_string_value(writer, columns[static_cast<size_t>(v)], draw % 2 ? "Nord" : "Süd");
             else
-                readstat_insert_double_value(writer, columns[static_cast<size_t>(v)], v % 4 ? draw % 10 : draw % 10000 / 7.0);
+                readstat_insert_double_value(writer, columns[static_cast<size_t>(v)],
+                                             v % 4 ? draw % 10 : draw % 10000 / 7.0);
         }
         readstat_end_row(writer);
     }

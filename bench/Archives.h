@@ -5,19 +5,20 @@
 /// Large archives for measuring, made up from a seed in a temporary folder.
 namespace Archives {
 
-/// One study "B1" with two case tables in one file: B1_1 (W weight, V5 with 8 values, V6 with 40) and B1_2 (V9 with 10).
+/// One study "B1" with two case tables in one file: B1_1 (W weight, V5 with 8 values, V6 with 40) and B1_2 (V9 with
+/// 10).
 QString makeCases(const QString& folder, int cases);
 
 /// Studies S01, S02, ... with W (weight) and V5 (8 values), each in a case file of its own.
 QString makeWaves(const QString& folder, int studies, int cases);
 
-/// A catalogue of studies S0001, ... with as many variables each, labels and question texts; a view of the studies, which is
-/// the one to open at the start, and one of topics: the first has every tenth variable (V10, V20, ...), with longer texts, the
-/// second a single one.
+/// A catalogue of studies S0001, ... with as many variables each, labels and question texts; a view of the studies,
+/// which is the one to open at the start, and one of topics: the first has every tenth variable (V10, V20, ...), with
+/// longer texts, the second a single one.
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 
 /// An SPSS file with whole and decimal numbers, labels, missing values and a text variable.
 /// @param compressed by rows, as most such files are
 QString makeSurveyFile(const QString& folder, int cases, int variables, bool compressed = false);
 
-}
+} // namespace Archives

@@ -51,7 +51,7 @@ QString aliasIn(const QStringList& statements) {
     qFatal("no statement names the case table");
 }
 
-}
+} // namespace
 
 void CaseRuns::open(const QString& folder, int cases) {
     const QString own = folderOf(folder, cases);
@@ -93,9 +93,9 @@ void CaseRuns::compareWithReading(const QString& name, double limit, const QStri
         name, 7, limit, [&] { return time(choose); },
         [&] {
             return more() + seconds([&] {
-                for (const QString& statement : statements)
-                    direct.run(statement);
-            });
+                       for (const QString& statement : statements)
+                           direct.run(statement);
+                   });
         });
 }
 

@@ -25,7 +25,7 @@ void compareWithReading(const QString& name, double limit, const QString& folder
 /// Prints the processor time a case over archives from 1e4 to 1e6 cases (1e7 with `large`) and notes how it grows.
 void growth(const QString& name, const QString& folder, bool large, const Choose& choose);
 
-}
+} // namespace CaseRuns
 
 /// True if a program was called with "--large".
 bool wantsLarge(int argc, char** argv);

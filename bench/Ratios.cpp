@@ -22,7 +22,7 @@ double median(std::vector<double> values) {
     return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
-}
+} // namespace
 
 double seconds(const std::function<void()>& action) {
     const auto start = std::chrono::steady_clock::now();
@@ -65,8 +65,8 @@ void Ratios::report() {
         file.write("what,ours_ms,bare_ms,ratio,limit\n");
     std::printf("\n%-46s %10s %10s %7s %6s\n", "what", "ours ms", "bare ms", "ratio", "limit");
     for (const Row& row : rows) {
-        std::printf("%-46s %10.2f %10.2f %7.2f %6.2f\n", qPrintable(row.name), row.ours * 1000, row.bare * 1000, row.ratio,
-                    row.limit);
+        std::printf("%-46s %10.2f %10.2f %7.2f %6.2f\n", qPrintable(row.name), row.ours * 1000, row.bare * 1000,
+                    row.ratio, row.limit);
         file.write(u"%1,%2,%3,%4,%5\n"_s.arg(row.name)
                        .arg(row.ours * 1000, 0, 'f', 2)
                        .arg(row.bare * 1000, 0, 'f', 2)

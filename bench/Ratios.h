@@ -4,11 +4,12 @@
 #include <functional>
 #include <vector>
 
-/// Measured pairs: what the program takes over what the bare libraries take for the same work, in turn, in one process. Times of two
-/// runs of a program on a shared machine say little; the ratio within a run says what the program adds.
+/// Measured pairs: what the program takes over what the bare libraries take for the same work, in turn, in one process.
+/// Times of two runs of a program on a shared machine say little; the ratio within a run says what the program adds.
 class Ratios {
 public:
-    /// Runs both in turn `rounds` times after one uncounted round and keeps the median of each and of the ratio of each pair.
+    /// Runs both in turn `rounds` times after one uncounted round and keeps the median of each and of the ratio of each
+    /// pair.
     /// @param ours seconds that our way took @param bare seconds that the bare way took
     static void measure(const QString& name, int rounds, double limit, const std::function<double()>& ours,
                         const std::function<double()>& bare);

@@ -21,7 +21,7 @@ void check(bool good, sqlite3* handle, const QString& what) {
     std::fprintf(stderr, "%s: %s\n", qPrintable(what), sqlite3_errmsg(handle));
     std::exit(1);
 }
-}
+} // namespace
 
 SqliteDirect::SqliteDirect(const QString& file, const std::vector<std::pair<QString, QString>>& attached)
     : content_(std::make_unique<Content>()) {
@@ -45,8 +45,9 @@ int SqliteDirect::run(const QString& sql) {
     while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
         ++rows;
         for (int column = 0; column < columns; ++column)
-            sink = sink + (sqlite3_column_type(statement, column) == SQLITE_TEXT ? sqlite3_column_bytes(statement, column)
-                                                                                 : sqlite3_column_int(statement, column));
+            sink =
+                sink + (sqlite3_column_type(statement, column) == SQLITE_TEXT ? sqlite3_column_bytes(statement, column)
+                                                                              : sqlite3_column_int(statement, column));
     }
     check(result == SQLITE_DONE, content_->handle, sql);
     sqlite3_finalize(statement);

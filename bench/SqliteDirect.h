@@ -6,7 +6,8 @@
 #include <utility>
 #include <vector>
 
-/// The bare way: statements prepared and stepped through SQLite's C interface on the same files, every column of every row read.
+/// The bare way: statements prepared and stepped through SQLite's C interface on the same files, every column of every
+/// row read.
 class SqliteDirect {
 public:
     /// @param attached alias and file of each further database

@@ -1,4 +1,5 @@
-// A catalogue of 1,000 studies and 500,000 variables: opening it, its tree, the variables of one study, against the bare statements.
+// A catalogue of 1,000 studies and 500,000 variables: opening it, its tree, the variables of one study, against the
+// bare statements.
 
 #include "Archives.h"
 #include "Frame.h"
@@ -75,7 +76,7 @@ void benchList(benchmark::State& state) {
     });
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv) {
     return runBenchmarks(argc, argv, [](const QString& temporary) {

@@ -1,5 +1,6 @@
-// A comparison of 30 studies of 3,000 cases, each in a file of its own: the whole run against its own statements stepped bare, the
-// first run of a catalogue that has no links yet, and a second one of a changed request. Then two entries over ever more cases.
+// A comparison of 30 studies of 3,000 cases, each in a file of its own: the whole run against its own statements
+// stepped bare, the first run of a catalogue that has no links yet, and a second one of a changed request. Then two
+// entries over ever more cases.
 
 #include "Archives.h"
 #include "CaseRuns.h"
@@ -57,7 +58,8 @@ std::vector<Reached> statementsOf(Comparison& comparison, const QString& folder)
     std::vector<Reached> statements;
     dao::DBEngine::instance().setTrace([&](const QString&, const QString& sqlite) {
         const auto match = place.match(sqlite);
-        statements.push_back({sqlite, match.captured(1), match.hasMatch() ? folder + u'/' + match.captured(2) + u".mdb"_s : QString()});
+        statements.push_back(
+            {sqlite, match.captured(1), match.hasMatch() ? folder + u'/' + match.captured(2) + u".mdb"_s : QString()});
     });
     comparison.run();
     dao::DBEngine::instance().setTrace({});
@@ -67,7 +69,8 @@ std::vector<Reached> statementsOf(Comparison& comparison, const QString& folder)
 /// The same statements on one connection, each case file attached when it is reached: SQLite takes ten at a time.
 class Bare {
 public:
-    Bare(const QString& catalogue, const std::vector<Reached>& statements) : direct_(catalogue), statements_(statements) {}
+    Bare(const QString& catalogue, const std::vector<Reached>& statements)
+        : direct_(catalogue), statements_(statements) {}
 
     double run() {
         return seconds([this] {
@@ -114,24 +117,31 @@ int main(int argc, char** argv) {
         if (mdDataBase::OpenQXDatabase(catalogue) != 1)
             qFatal("the catalogue did not open");
         gOptions.DataPath = folder;
-        benchmark::RegisterBenchmark("comparison", [folder, catalogue](benchmark::State& state) {
-            for (auto _ : state) {
-                Comparison weighted(1), unweighted(0);
-                const double first = weighted.run();
-                const double second = unweighted.run();
-                std::printf("comparison of %d studies: %.3f s without links, %.3f s a second, changed one\n", studies, first, second);
-                Ratios::note(u"comparison: seconds of the first run over 1"_s, first, 1);
-                Ratios::note(u"comparison: seconds of a changed request over 0.3"_s, second / 0.3, 1);
-                Bare bare(catalogue, statementsOf(weighted, folder));
-                Ratios::measure(
-                    u"comparison of 30 studies"_s, 7, 1.5,
-                    [&] { return weighted.run(); },
-                    [&] { return bare.run(); });
-            }
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark("comparison growing", [folder, large](benchmark::State& state) {
-            for (auto _ : state)
-                CaseRuns::growth(u"comparison"_s, folder, large, chooseTwo);
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark(
+            "comparison",
+            [folder, catalogue](benchmark::State& state) {
+                for (auto _ : state) {
+                    Comparison weighted(1), unweighted(0);
+                    const double first = weighted.run();
+                    const double second = unweighted.run();
+                    std::printf("comparison of %d studies: %.3f s without links, %.3f s a second, changed one\n",
+                                studies, first, second);
+                    Ratios::note(u"comparison: seconds of the first run over 1"_s, first, 1);
+                    Ratios::note(u"comparison: seconds of a changed request over 0.3"_s, second / 0.3, 1);
+                    Bare bare(catalogue, statementsOf(weighted, folder));
+                    Ratios::measure(
+                        u"comparison of 30 studies"_s, 7, 1.5, [&] { return weighted.run(); },
+                        [&] { return bare.run(); });
+                }
+            })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("comparison growing",
+                                     [folder, large](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             CaseRuns::growth(u"comparison"_s, folder, large, chooseTwo);
+                                     })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
     });
 }

@@ -1,5 +1,6 @@
-// Crosstabs over a million cases: the whole run of the program against its own statements stepped bare (that for missing weights among
-// them), how it grows with the cases (--large goes on to ten millions), and the builder alone with 25,000 filled cells.
+// Crosstabs over a million cases: the whole run of the program against its own statements stepped bare (that for
+// missing weights among them), how it grows with the cases (--large goes on to ten millions), and the builder alone
+// with 25,000 filled cells.
 
 #include "CaseRuns.h"
 #include "Frame.h"
@@ -33,7 +34,8 @@ CaseRuns::Choose crosstab(WeightKind weight) {
 const struct {
     const char* name;
     CaseRuns::Choose choose;
-} requests[] = {{"crosstab unweighted", crosstab(WeightKind::noWeight)}, {"crosstab weighted", crosstab(WeightKind::WeightRE)}};
+} requests[] = {{"crosstab unweighted", crosstab(WeightKind::noWeight)},
+                {"crosstab weighted", crosstab(WeightKind::WeightRE)}};
 
 /// 200 by 200 values with labels, 25,000 of their combinations with a broken sum of weights.
 void storeCounts(dao::Database& file) {
@@ -46,7 +48,8 @@ void storeCounts(dao::Database& file) {
     };
     dao::DBEngine::instance().Workspaces(0).BeginTrans();
     {
-        const auto counts = table(u"counts"_s, {u"A"_s, u"B"_s, u"Count"_s}, {dao::dbDouble, dao::dbDouble, dao::dbDouble});
+        const auto counts =
+            table(u"counts"_s, {u"A"_s, u"B"_s, u"Count"_s}, {dao::dbDouble, dao::dbDouble, dao::dbDouble});
         for (int row = 0; row < 200; ++row)
             for (int i = 0; i < 125; ++i) {
                 counts->setNumber(0, row);
@@ -59,7 +62,8 @@ void storeCounts(dao::Database& file) {
         counts->appendRow();
     }
     {
-        const auto labels = table(u"labels"_s, {u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s}, {dao::dbText, dao::dbText, dao::dbText});
+        const auto labels = table(u"labels"_s, {u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s},
+                                  {dao::dbText, dao::dbText, dao::dbText});
         for (const QString& variable : {u"A"_s, u"B"_s})
             for (int value = 0; value < 200; ++value) {
                 labels->setText(0, variable);
@@ -87,32 +91,50 @@ void benchBuilder(const QString& folder) {
     double best = 1e9;
     for (int round = 0; round < 9; ++round)
         best = std::min(best, processorSeconds([&] {
-            const CrosstabInput input{.counts = *counts, .labels = *labels, .rowMissing = {}, .columnMissing = {}, .options = {}, .cancelled = {}, .onFailure = {}};
-            if (BuildCrosstabTable({tables[0], tables[1], tables[2], tables[3], tables[4]}, input, false) != BuildOutcome::Complete)
-                qFatal("the builder did not come to its end");
-        }));
-    std::printf("crosstab builder, 25,000 cells of %d x %d values: %.1f ms\n", tables[0].Rows() - 5, tables[0].Cols() - 5, best * 1000);
+                            const CrosstabInput input{.counts = *counts,
+                                                      .labels = *labels,
+                                                      .rowMissing = {},
+                                                      .columnMissing = {},
+                                                      .options = {},
+                                                      .cancelled = {},
+                                                      .onFailure = {}};
+                            if (BuildCrosstabTable({tables[0], tables[1], tables[2], tables[3], tables[4]}, input,
+                                                   false) != BuildOutcome::Complete)
+                                qFatal("the builder did not come to its end");
+                        }));
+    std::printf("crosstab builder, 25,000 cells of %d x %d values: %.1f ms\n", tables[0].Rows() - 5,
+                tables[0].Cols() - 5, best * 1000);
     Ratios::note(u"crosstab builder: ms of 25,000 cells over 100"_s, best * 10, 1);
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv) {
     const bool large = wantsLarge(argc, argv);
     return runBenchmarks(argc, argv, [large](const QString& folder) {
         CaseRuns::open(folder, cases);
         for (const auto& request : requests)
-            benchmark::RegisterBenchmark(request.name, [folder, &request](benchmark::State& state) {
-                for (auto _ : state)
-                    CaseRuns::compareWithStatements(QString::fromLatin1(request.name), 1.2, folder, cases, request.choose);
-            })->Iterations(1)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark("crosstab growing", [folder, large](benchmark::State& state) {
-            for (auto _ : state)
-                CaseRuns::growth(u"crosstab"_s, folder, large, requests[1].choose);
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark("crosstab builder", [folder](benchmark::State& state) {
-            for (auto _ : state)
-                benchBuilder(folder);
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(request.name,
+                                         [folder, &request](benchmark::State& state) {
+                                             for (auto _ : state)
+                                                 CaseRuns::compareWithStatements(QString::fromLatin1(request.name), 1.2,
+                                                                                 folder, cases, request.choose);
+                                         })
+                ->Iterations(1)
+                ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("crosstab growing",
+                                     [folder, large](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             CaseRuns::growth(u"crosstab"_s, folder, large, requests[1].choose);
+                                     })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("crosstab builder",
+                                     [folder](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             benchBuilder(folder);
+                                     })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
     });
 }

@@ -1,5 +1,5 @@
-// All fourteen descriptive statistics of a million cases: the whole run of the program against reading the cases bare and sorting them
-// once, and how it grows with the cases (--large goes on to ten millions).
+// All fourteen descriptive statistics of a million cases: the whole run of the program against reading the cases bare
+// and sorting them once, and how it grows with the cases (--large goes on to ten millions).
 
 #include "CaseRuns.h"
 #include "Frame.h"
@@ -52,21 +52,28 @@ double sortOnce() {
     });
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv) {
     const bool large = wantsLarge(argc, argv);
     return runBenchmarks(argc, argv, [large](const QString& folder) {
         for (const auto& request : requests)
-            benchmark::RegisterBenchmark(request.name, [folder, &request](benchmark::State& state) {
-                CaseRuns::open(folder, cases);
-                for (auto _ : state)
-                    CaseRuns::compareWithReading(QString::fromLatin1(request.name), 2.5, folder, cases, request.choose,
-                                                 u"SELECT q.*"_s, sortOnce);
-            })->Iterations(1)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark("descriptives growing", [folder, large](benchmark::State& state) {
-            for (auto _ : state)
-                CaseRuns::growth(u"descriptives"_s, folder, large, requests[2].choose);
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(request.name,
+                                         [folder, &request](benchmark::State& state) {
+                                             CaseRuns::open(folder, cases);
+                                             for (auto _ : state)
+                                                 CaseRuns::compareWithReading(QString::fromLatin1(request.name), 2.5,
+                                                                              folder, cases, request.choose,
+                                                                              u"SELECT q.*"_s, sortOnce);
+                                         })
+                ->Iterations(1)
+                ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("descriptives growing",
+                                     [folder, large](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             CaseRuns::growth(u"descriptives"_s, folder, large, requests[2].choose);
+                                     })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
     });
 }

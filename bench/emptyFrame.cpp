@@ -1,5 +1,5 @@
-// The least program with a frame for child windows: what a start costs before any code of ours. Prints a line once it is painted, and
-// the memory that it has then.
+// The least program with a frame for child windows: what a start costs before any code of ours. Prints a line once it
+// is painted, and the memory that it has then.
 
 #include "PaintWatch.h"
 #include "residentMemory.h"

@@ -1,5 +1,5 @@
-// Frequency tables over a million cases: the whole run of the program against its own statements stepped bare, and how it grows with
-// the cases (--large goes on to ten millions).
+// Frequency tables over a million cases: the whole run of the program against its own statements stepped bare, and how
+// it grows with the cases (--large goes on to ten millions).
 
 #include "CaseRuns.h"
 #include "Frame.h"
@@ -30,20 +30,27 @@ const struct {
                 {"frequency weighted", frequency(WeightKind::WeightRE)},
                 {"frequency filtered over two tables", frequency(WeightKind::noWeight, u"V9<6"_s)}};
 
-}
+} // namespace
 
 int main(int argc, char** argv) {
     const bool large = wantsLarge(argc, argv);
     return runBenchmarks(argc, argv, [large](const QString& folder) {
         CaseRuns::open(folder, cases);
         for (const auto& request : requests)
-            benchmark::RegisterBenchmark(request.name, [folder, &request](benchmark::State& state) {
-                for (auto _ : state)
-                    CaseRuns::compareWithStatements(QString::fromLatin1(request.name), 1.15, folder, cases, request.choose);
-            })->Iterations(1)->Unit(benchmark::kMillisecond);
-        benchmark::RegisterBenchmark("frequency growing", [folder, large](benchmark::State& state) {
-            for (auto _ : state)
-                CaseRuns::growth(u"frequency"_s, folder, large, requests[1].choose);
-        })->Iterations(1)->Unit(benchmark::kMillisecond);
+            benchmark::RegisterBenchmark(request.name,
+                                         [folder, &request](benchmark::State& state) {
+                                             for (auto _ : state)
+                                                 CaseRuns::compareWithStatements(QString::fromLatin1(request.name),
+                                                                                 1.15, folder, cases, request.choose);
+                                         })
+                ->Iterations(1)
+                ->Unit(benchmark::kMillisecond);
+        benchmark::RegisterBenchmark("frequency growing",
+                                     [folder, large](benchmark::State& state) {
+                                         for (auto _ : state)
+                                             CaseRuns::growth(u"frequency"_s, folder, large, requests[1].choose);
+                                     })
+            ->Iterations(1)
+            ->Unit(benchmark::kMillisecond);
     });
 }

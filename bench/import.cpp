@@ -23,11 +23,10 @@ volatile double sink;
 
 void readAlone(const QString& file) {
     readstat_parser_t* parser = readstat_parser_init();
-    readstat_set_metadata_handler(
-        parser, [](readstat_metadata_t*, void*) { return static_cast<int>(READSTAT_HANDLER_OK); });
-    readstat_set_variable_handler(parser, [](int, readstat_variable_t*, const char*, void*) {
-        return static_cast<int>(READSTAT_HANDLER_OK);
-    });
+    readstat_set_metadata_handler(parser,
+                                  [](readstat_metadata_t*, void*) { return static_cast<int>(READSTAT_HANDLER_OK); });
+    readstat_set_variable_handler(
+        parser, [](int, readstat_variable_t*, const char*, void*) { return static_cast<int>(READSTAT_HANDLER_OK); });
     readstat_set_value_handler(parser, [](int, readstat_variable_t*, readstat_value_t value, void*) {
         sink = readstat_value_type(value) == READSTAT_TYPE_STRING ? 0 : value.v.double_value;
         return static_cast<int>(READSTAT_HANDLER_OK);
@@ -99,8 +98,8 @@ int main(int argc, char** argv) {
         // Memory first: a child begins with what this process has used so far.
         benchmark::RegisterBenchmark("memory", benchMemory)->Iterations(1)->Unit(benchmark::kMillisecond);
         for (const bool compressed : {false, true})
-            benchmark::RegisterBenchmark(
-                "import", [compressed](benchmark::State& state) { benchImport(state, compressed); })
+            benchmark::RegisterBenchmark("import",
+                                         [compressed](benchmark::State& state) { benchImport(state, compressed); })
                 ->Iterations(1)
                 ->Unit(benchmark::kMillisecond);
     });

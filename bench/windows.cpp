@@ -1,5 +1,5 @@
-// The windows on a catalogue of 1,000 studies and 500,000 variables, without a screen: starting, selecting, filtering, sorting,
-// switching the language, memory; against the bare statements, or against the least program of the kind.
+// The windows on a catalogue of 1,000 studies and 500,000 variables, without a screen: starting, selecting, filtering,
+// sorting, switching the language, memory; against the bare statements, or against the least program of the kind.
 
 #include "Archives.h"
 #include "Frame.h"
@@ -90,8 +90,8 @@ struct TracedStatement {
 std::vector<TracedStatement> statementsOf(const std::function<void()>& gesture) {
     std::vector<TracedStatement> statements;
     dao::DBEngine::instance().setTrace([&](const QString& jet, const QString& sql) {
-        const bool ofSystem = jet.contains(u"tblStat"_s, Qt::CaseInsensitive) || jet.startsWith(u"qdf"_s) ||
-                              jet.contains(u" sys "_s);
+        const bool ofSystem =
+            jet.contains(u"tblStat"_s, Qt::CaseInsensitive) || jet.startsWith(u"qdf"_s) || jet.contains(u" sys "_s);
         statements.push_back({ofSystem ? systemDatabase : catalogue, sql});
     });
     gesture();
@@ -140,9 +140,8 @@ void benchStudy(benchmark::State& state) {
     frmExplorer& explorer = openExplorer(*mainWindow, 1);
     bool other = false;
     for (auto _ : state)
-        measureGesture(u"study of 500 selected, list painted"_s, 21, 40, [&] {
-            selectNode(explorer, (other = !other) ? u"AS0500"_s : u"AS0501"_s);
-        });
+        measureGesture(u"study of 500 selected, list painted"_s, 21, 40,
+                       [&] { selectNode(explorer, (other = !other) ? u"AS0500"_s : u"AS0501"_s); });
 }
 
 void benchRow(benchmark::State& state) {
@@ -165,16 +164,18 @@ void benchRow(benchmark::State& state) {
 /// The variables of the topic with these words, found by a statement that searches the same fields.
 void findByStatement(SqliteDirect& direct, const QString& words) {
     QStringList conditions;
-    for (const QString& field : {u"id_VarName"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_QuestionText"_s, u"dt_EnQuestionText"_s})
+    for (const QString& field :
+         {u"id_VarName"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_QuestionText"_s, u"dt_EnQuestionText"_s})
         conditions << u"v."_s + field + u" LIKE '%"_s + words + u"%'"_s;
     direct.run(u"SELECT v.rowid FROM trel_VariableTopic r JOIN tkey_Variable v ON v.fi_StudyNo = r.fi_StudyNo AND "
                "v.id_VarName = r.fi_VariableNo WHERE r.fid = 1 AND ("_s +
                conditions.join(u" OR "_s) + u')');
 }
 
-const QString sortedByStatement = u"SELECT r.fi_VariableNo, v.dt_VarLabel FROM trel_VariableTopic r JOIN tkey_Variable v ON "
-                                  "v.fi_StudyNo = r.fi_StudyNo AND v.id_VarName = r.fi_VariableNo WHERE r.fid = 1 "
-                                  "ORDER BY lower(v.dt_VarLabel)"_s;
+const QString sortedByStatement =
+    u"SELECT r.fi_VariableNo, v.dt_VarLabel FROM trel_VariableTopic r JOIN tkey_Variable v ON "
+    "v.fi_StudyNo = r.fi_StudyNo AND v.id_VarName = r.fi_VariableNo WHERE r.fid = 1 "
+    "ORDER BY lower(v.dt_VarLabel)"_s;
 
 /// Measures each key of a word that is typed into the quick filter, to the painted list.
 void measureTyping(frmExplorer& explorer) {
@@ -258,10 +259,13 @@ void closeWindows() {
 }
 
 void add(const char* name, void (*bench)(benchmark::State&)) {
-    benchmark::RegisterBenchmark(name, [bench](benchmark::State& state) {
-        bench(state);
-        closeWindows();
-    })->Iterations(1)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(name,
+                                 [bench](benchmark::State& state) {
+                                     bench(state);
+                                     closeWindows();
+                                 })
+        ->Iterations(1)
+        ->Unit(benchmark::kMillisecond);
 }
 
 /// A screen as it is usual today; the platform's own is smaller than the main window.

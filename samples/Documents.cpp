@@ -31,11 +31,10 @@ QString answerLines(const Question& question) {
     for (const Code& code : question.codes)
         html += u"<tr><td align=\"right\" width=\"50\">%1&nbsp;</td><td>%2</td></tr>"_s.arg(
             QString::number(code.value).replace(u'.', u','), QString::fromUtf8(code.label).toHtmlEscaped());
-    return html.isEmpty() ? u"<p>&nbsp;&nbsp;&nbsp;______________________</p>"_s
-                          : u"<table>%1</table>"_s.arg(html);
+    return html.isEmpty() ? u"<p>&nbsp;&nbsp;&nbsp;______________________</p>"_s : u"<table>%1</table>"_s.arg(html);
 }
 
-}
+} // namespace
 
 void writeShowCard(const QString& path, const QString& heading, const QStringList& answers) {
     QImage card(1000, 180 + 90 * static_cast<int>(answers.size()), QImage::Format_RGB32);
@@ -62,8 +61,8 @@ void writeShowCard(const QString& path, const QString& heading, const QStringLis
     save(path, buffer.data());
 }
 
-void writeQuestionnaire(const QString& path, const QString& title, const Survey& survey,
-                        const QJsonObject& texts, const QStringList& leaveOut) {
+void writeQuestionnaire(const QString& path, const QString& title, const Survey& survey, const QJsonObject& texts,
+                        const QStringList& leaveOut) {
     QString html = u"<h1>%1</h1>"_s.arg(title.toHtmlEscaped());
     int number = 0;
     for (const Question& question : questionsOf(survey)) {

@@ -13,5 +13,5 @@ void writeShowCard(const QString& path, const QString& heading, const QStringLis
 /// @param texts     variable name to its entry in the archive description, which holds the question texts
 /// @param leaveOut  variables that are not asked in this version of the questionnaire
 /// @throws std::runtime_error with the file's name
-void writeQuestionnaire(const QString& path, const QString& title, const Survey& survey,
-                        const QJsonObject& texts, const QStringList& leaveOut = {});
+void writeQuestionnaire(const QString& path, const QString& title, const Survey& survey, const QJsonObject& texts,
+                        const QStringList& leaveOut = {});

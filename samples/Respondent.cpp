@@ -35,13 +35,12 @@ void drawPerson(Respondent& person, Random& random) {
     person.sex = person.wave == Wave::Wave2022 && random.chance(0.006) ? 3 : random.chance(0.53) ? 2 : 1;
     const int group = random.pick({0.15, 0.29, 0.32, 0.24});
     constexpr std::array<int, 5> bounds{18, 30, 50, 66, 92};
-    person.age = random.whole(bounds[static_cast<std::size_t>(group)],
-                              bounds[static_cast<std::size_t>(group + 1)] - 1);
+    person.age = random.whole(bounds[static_cast<std::size_t>(group)], bounds[static_cast<std::size_t>(group + 1)] - 1);
     if (group == 3 && random.chance(0.4))
         person.age -= random.whole(0, std::min(15, person.age - 66));
     const bool young = person.age < 45;
-    person.education = 1 + (young ? random.pick({0.03, 0.17, 0.34, 0.22, 0.24})
-                                  : random.pick({0.05, 0.38, 0.31, 0.11, 0.15}));
+    person.education =
+        1 + (young ? random.pick({0.03, 0.17, 0.34, 0.22, 0.24}) : random.pick({0.05, 0.38, 0.31, 0.11, 0.15}));
     if (person.age < 21)
         person.education = std::min(person.education, 4);
 }
@@ -77,16 +76,15 @@ void drawWork(Respondent& person, Random& random) {
                             : random.pick({0.78, 0.06, 0.08, 0.04, 0.01, 0.03}))];
     else
         person.employment = random.chance(age < 66 ? 0.45 : 0.95) ? 5 : random.chance(0.5) ? 1 : 2;
-    double income =
-        1350.0 + 420.0 * person.education + (person.works() ? 900.0 : 0.0) + 520.0 * (person.adults - 1);
+    double income = 1350.0 + 420.0 * person.education + (person.works() ? 900.0 : 0.0) + 520.0 * (person.adults - 1);
     income *= 1.0 + 0.07 * person.elapsed() + (person.region == 5 ? 0.08 : 0.0);
     income *= std::max(0.35, 1.0 + 0.32 * random.normal());
     person.income = std::round(income / 10.0) * 10.0;
-    person.owner = random.chance(std::clamp(0.08 + 0.011 * (age - 20) + (person.marital == 2 ? 0.18 : 0.0) -
-                                                0.07 * (person.townSize - 1),
-                                            0.03, 0.85))
-                       ? 1
-                       : 0;
+    person.owner =
+        random.chance(std::clamp(
+            0.08 + 0.011 * (age - 20) + (person.marital == 2 ? 0.18 : 0.0) - 0.07 * (person.townSize - 1), 0.03, 0.85))
+            ? 1
+            : 0;
 }
 
 void drawAttitudes(Respondent& person, Random& random) {
@@ -95,8 +93,7 @@ void drawAttitudes(Respondent& person, Random& random) {
     person.health = 0.55 - 0.024 * (person.age - 45) + 0.12 * schooling + 0.75 * random.normal();
     person.contentment = 0.3 * prosperity + 0.35 * person.health + (person.employment == 3 ? -0.9 : 0.0) +
                          (person.marital == 2 ? 0.15 : 0.0) + 0.75 * random.normal();
-    person.trust =
-        0.2 * schooling + 0.3 * person.contentment - 0.22 * person.elapsed() + 0.8 * random.normal();
+    person.trust = 0.2 * schooling + 0.3 * person.contentment - 0.22 * person.elapsed() + 0.8 * random.normal();
     person.environment = 0.18 * schooling + 0.008 * (50 - person.age) + 0.3 * person.elapsed() +
                          (person.townSize > 3 ? 0.15 : 0.0) + 0.85 * random.normal();
     person.left = 0.35 * person.environment + (person.owner == 1 ? -0.2 : 0.1) + 0.85 * random.normal();
@@ -112,7 +109,7 @@ void scaleToMeanOne(std::vector<double>& weights) {
         weight = std::round(weight / mean * 10000.0) / 10000.0;
 }
 
-}
+} // namespace
 
 std::vector<Respondent> drawSample(Wave wave, int cases) {
     Random random(seed + static_cast<std::uint32_t>(wave), "sample");
@@ -144,8 +141,8 @@ Weights weightsOf(const std::vector<Respondent>& sample) {
     for (const Respondent& person : sample) {
         const auto region = static_cast<std::size_t>(person.region - 1);
         const auto group = static_cast<std::size_t>(ageGroup(person.age));
-        const double weight = populationByRegion[region] / (byRegion[region] / cases) *
-                              populationByAge[group] / (byAge[group] / cases);
+        const double weight =
+            populationByRegion[region] / (byRegion[region] / cases) * populationByAge[group] / (byAge[group] / cases);
         weights.representative.push_back(weight);
         // One adult of a household is asked, so a large one is reached less often for each of its members.
         weights.household.push_back(weight / person.adults);

@@ -33,9 +33,8 @@ readstat_measure_t measureOf(Level level) {
 
 readstat_variable_t* describe(readstat_writer_t* writer, const Question& question) {
     const int length = question.textLength();
-    readstat_variable_t* variable =
-        readstat_add_variable(writer, question.name, length > 0 ? READSTAT_TYPE_STRING : READSTAT_TYPE_DOUBLE,
-                              static_cast<size_t>(length));
+    readstat_variable_t* variable = readstat_add_variable(
+        writer, question.name, length > 0 ? READSTAT_TYPE_STRING : READSTAT_TYPE_DOUBLE, static_cast<size_t>(length));
     readstat_variable_set_label(variable, question.label);
     readstat_variable_set_format(variable, question.format);
     readstat_variable_set_measure(variable, measureOf(question.level));
@@ -68,12 +67,11 @@ readstat_error_t insert(readstat_writer_t* writer, Column& column, const Respond
     return readstat_insert_missing_value(writer, column.variable);
 }
 
-}
+} // namespace
 
 std::vector<Question> questionsOf(const Survey& survey) {
     std::vector<Question> asked;
-    for (const auto& chapter :
-         {personQuestions(), householdQuestions(), attitudeQuestions(), livingQuestions()})
+    for (const auto& chapter : {personQuestions(), householdQuestions(), attitudeQuestions(), livingQuestions()})
         for (const Question& question : chapter)
             if (question.askedIn(survey.wave))
                 asked.push_back(question);
@@ -84,13 +82,12 @@ std::vector<Question> questionsOf(const Survey& survey) {
         {inWaves, "GEWREP", "Repräsentativgewicht", "F8.4", Level::Metric, {}, {}, [weights](auto& p, auto&) {
              return Answer(weights->representative[static_cast<std::size_t>(p.number - 1)]);
          }});
-    asked.push_back(
-        {inWaves, "GEWHH", "Haushaltsgewicht", "F8.4", Level::Metric, {}, {}, [weights](auto& p, auto& r) {
-             // In 2018 a few households could not be weighted.
-             if (p.wave == Wave::Wave2018 && r.chance(0.004))
-                 return Answer();
-             return Answer(weights->household[static_cast<std::size_t>(p.number - 1)]);
-         }});
+    asked.push_back({inWaves, "GEWHH", "Haushaltsgewicht", "F8.4", Level::Metric, {}, {}, [weights](auto& p, auto& r) {
+                         // In 2018 a few households could not be weighted.
+                         if (p.wave == Wave::Wave2018 && r.chance(0.004))
+                             return Answer();
+                         return Answer(weights->household[static_cast<std::size_t>(p.number - 1)]);
+                     }});
     return asked;
 }
 

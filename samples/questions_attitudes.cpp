@@ -19,9 +19,9 @@ const std::vector<Code> trustCodes{{1, "überhaupt kein Vertrauen"},
                                    {97, "verweigert"},
                                    {98, "weiß nicht"},
                                    {99, "keine Angabe"}};
-const std::vector<Code> agreement{
-    {1, "stimme voll zu"},      {2, "stimme eher zu"}, {3, "teils, teils"}, {4, "stimme eher nicht zu"},
-    {5, "stimme gar nicht zu"}, {8, "weiß nicht"},     {9, "keine Angabe"}};
+const std::vector<Code> agreement{{1, "stimme voll zu"},       {2, "stimme eher zu"},      {3, "teils, teils"},
+                                  {4, "stimme eher nicht zu"}, {5, "stimme gar nicht zu"}, {8, "weiß nicht"},
+                                  {9, "keine Angabe"}};
 
 Question trustIn(unsigned waves, const char* name, const char* label, double middle, double perWave) {
     return {waves,
@@ -39,13 +39,12 @@ Question trustIn(unsigned waves, const char* name, const char* label, double mid
 }
 
 Question economicView(const char* name, const char* label, double middle, double perWave, double own) {
-    return {
-        inWaves, name, label, "F1.0", Level::Ordinal, economy, {{8, 9}}, [=](const Respondent& p, Random& r) {
-            if (r.chance(0.02))
-                return Answer(r.chance(0.7) ? 8.0 : 9.0);
-            return Answer(onScale(-own * p.contentment - (1.0 - own) * p.trust, 1, 5,
-                                  middle + perWave * p.elapsed(), 0.75, r));
-        }};
+    return {inWaves, name, label, "F1.0", Level::Ordinal, economy, {{8, 9}}, [=](const Respondent& p, Random& r) {
+                if (r.chance(0.02))
+                    return Answer(r.chance(0.7) ? 8.0 : 9.0);
+                return Answer(onScale(-own * p.contentment - (1.0 - own) * p.trust, 1, 5,
+                                      middle + perWave * p.elapsed(), 0.75, r));
+            }};
 }
 
 /// The two wordings of the ballot: the same measure, once called a levy and once a contribution.
@@ -120,7 +119,7 @@ std::vector<Question> politicsQuestions() {
 }
 // clang-format on
 
-}
+} // namespace
 
 // clang-format off
 std::vector<Question> attitudeQuestions() {

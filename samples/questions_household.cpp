@@ -91,7 +91,7 @@ std::vector<Question> homeQuestions() {
 }
 // clang-format on
 
-}
+} // namespace
 
 // clang-format off
 std::vector<Question> householdQuestions() {

@@ -11,8 +11,7 @@ namespace {
 Answer volunteerHours(const Respondent& person, Random& random) {
     if (random.chance(0.66 - 0.04 * person.education))
         return 0.0;
-    return random.chance(0.03) ? 99.0
-                               : std::clamp(std::round((5.0 + 4.0 * random.normal()) * 2.0) / 2.0, 0.5, 40.0);
+    return random.chance(0.03) ? 99.0 : std::clamp(std::round((5.0 + 4.0 * random.normal()) * 2.0) / 2.0, 0.5, 40.0);
 }
 
 Answer internetUse(const Respondent& person, Random& random) {
@@ -33,9 +32,9 @@ Answer greatestProblem(const Respondent& person, Random& random) {
         return std::string();
     const double green = std::max(0.0, person.environment);
     return std::string(problems[static_cast<std::size_t>(
-        random.pick({0.3, person.townSize < 3 ? 0.2 : 0.05, person.region == 5 ? 0.3 : 0.05,
-                     0.08 + 0.1 * green, person.region == 1 ? 0.15 : 0.03,
-                     std::max(0.03, 0.1 - 0.06 * person.trust), person.age > 60 ? 0.14 : 0.04}))]);
+        random.pick({0.3, person.townSize < 3 ? 0.2 : 0.05, person.region == 5 ? 0.3 : 0.05, 0.08 + 0.1 * green,
+                     person.region == 1 ? 0.15 : 0.03, std::max(0.03, 0.1 - 0.06 * person.trust),
+                     person.age > 60 ? 0.14 : 0.04}))]);
 }
 
 // clang-format off
@@ -89,7 +88,7 @@ std::vector<Question> mediaQuestions() {
 }
 // clang-format on
 
-}
+} // namespace
 
 // clang-format off
 std::vector<Question> livingQuestions() {

@@ -17,8 +17,7 @@ double spssDate(const QDate& date) {
 Answer interviewDate(const Respondent& person, Random& random) {
     constexpr std::array<std::array<int, 2>, 4> starts{{{2013, 10}, {2014, 3}, {2018, 4}, {2022, 3}}};
     const auto start = starts[static_cast<std::size_t>(person.wave)];
-    QDate date =
-        QDate(start[0], start[1], 3).addDays(random.whole(0, person.wave == Wave::Pretest2013 ? 20 : 87));
+    QDate date = QDate(start[0], start[1], 3).addDays(random.whole(0, person.wave == Wave::Pretest2013 ? 20 : 87));
     if (date.dayOfWeek() == 7)
         date = date.addDays(1);
     return spssDate(date);
@@ -28,12 +27,12 @@ int yearOf(Wave wave) {
     return std::array{2013, 2014, 2018, 2022}[static_cast<std::size_t>(wave)];
 }
 
-const std::vector<Code> municipalities{
-    {101, "Nordhavn"},  {102, "Skerring"},  {103, "Ostvik"},    {104, "Lammsund"},   {105, "Grauholm"},
-    {201, "Hochtal"},   {202, "Birkfell"},  {203, "Steinmark"}, {204, "Oberlauen"},  {301, "Fjordingen"},
-    {302, "Talvik"},    {303, "Seebrunn"},  {304, "Wiesenau"},  {305, "Lachsbrück"}, {401, "Süderau"},
-    {402, "Kornfelde"}, {403, "Mühlgard"},  {404, "Rapsdorf"},  {405, "Weidenlund"}, {406, "Altmoor"},
-    {501, "Sollund"},   {502, "Westhafen"}, {503, "Domhof"},    {504, "Neustadt"}};
+const std::vector<Code> municipalities{{101, "Nordhavn"},  {102, "Skerring"},   {103, "Ostvik"},     {104, "Lammsund"},
+                                       {105, "Grauholm"},  {201, "Hochtal"},    {202, "Birkfell"},   {203, "Steinmark"},
+                                       {204, "Oberlauen"}, {301, "Fjordingen"}, {302, "Talvik"},     {303, "Seebrunn"},
+                                       {304, "Wiesenau"},  {305, "Lachsbrück"}, {401, "Süderau"},    {402, "Kornfelde"},
+                                       {403, "Mühlgard"},  {404, "Rapsdorf"},   {405, "Weidenlund"}, {406, "Altmoor"},
+                                       {501, "Sollund"},   {502, "Westhafen"},  {503, "Domhof"},     {504, "Neustadt"}};
 
 Answer occupation(const Respondent& person, Random& random) {
     static const std::array<std::array<const char*, 5>, 5> names{
@@ -47,8 +46,7 @@ Answer occupation(const Respondent& person, Random& random) {
     if (random.chance(0.04))
         return std::string("keine Angabe");
     const int step = std::clamp(person.education + random.pick({0.15, 0.7, 0.15}) - 1, 1, 5);
-    return std::string(
-        names[static_cast<std::size_t>(step - 1)][static_cast<std::size_t>(random.whole(0, 4))]);
+    return std::string(names[static_cast<std::size_t>(step - 1)][static_cast<std::size_t>(random.whole(0, 4))]);
 }
 
 Answer workingHours(const Respondent& person, Random& random) {
@@ -88,7 +86,7 @@ std::vector<Question> interviewQuestions() {
 }
 // clang-format on
 
-}
+} // namespace
 
 // clang-format off
 std::vector<Question> personQuestions() {

@@ -28,11 +28,11 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QFont>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QItemSelectionModel>
 #include <QPalette>
 #include <QProgressBar>
 #include <QPushButton>
@@ -176,7 +176,8 @@ public:
         take(wait, u"wait"_s);
         QtAsker asker;
         modal(u"question"_s, [&] {
-            asker.messageBox({.text = TranslateText(u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s),
+            asker.messageBox({.text = TranslateText(
+                                  u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s),
                               .icon = ui::Icon::Question,
                               .buttons = ui::Buttons::YesNo});
         });
@@ -186,7 +187,8 @@ public:
                               .icon = ui::Icon::Critical,
                               .buttons = ui::Buttons::AbortRetryIgnore});
         });
-        modal(u"input"_s, [&] { asker.inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), QString(), QString()); });
+        modal(u"input"_s,
+              [&] { asker.inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), QString(), QString()); });
         modal(u"folder"_s, [&] { asker.chooseFolder(u"Datenpfadauswahl"_s, u"."_s); });
     }
 
@@ -383,8 +385,8 @@ private:
 
 } // namespace
 
-/// take_pictures CATALOGUE DATA FOLDER: walks through the program on a catalogue, without a screen, and leaves pictures of its
-/// windows. Settings are made for the run; nobody's own are read or written.
+/// take_pictures CATALOGUE DATA FOLDER: walks through the program on a catalogue, without a screen, and leaves pictures
+/// of its windows. Settings are made for the run; nobody's own are read or written.
 int main(int count, char** arguments) {
     Wanted wanted;
     CLI::App line("Pictures of the program's windows");

@@ -25,8 +25,7 @@ QString AnalysisModel::studyQuerySource() {
     QStringList statements;
     for (int view = 1; view <= gViews.lastRow(); ++view)
         if (gViews.at(view, ViewTable::Type) == "1"_L1)
-            statements << u"Select * from tkey_"_s + gViews.at(view, ViewTable::Table) +
-                              u" Where dt_IsGroup = 0;"_s;
+            statements << u"Select * from tkey_"_s + gViews.at(view, ViewTable::Table) + u" Where dt_IsGroup = 0;"_s;
     return statements.join(u" UNION "_s);
 }
 
@@ -81,16 +80,15 @@ bool AnalysisModel::clickStudy(const QString& study) {
     if (!findStudy(study))
         return false;
     const QString number = dtData1.recordset->text(u"id_StudyNo"_s);
-    request.dbcStudy = {number,
-                        dtData1.recordset->text(contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s))};
-    const QString variables = u"select * from [tkey_Variable] where [fi_StudyNo] = "_s + quoted(number) +
-                              u" order by dt_Position;"_s;
+    request.dbcStudy = {number, dtData1.recordset->text(contentField(u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s))};
+    const QString variables =
+        u"select * from [tkey_Variable] where [fi_StudyNo] = "_s + quoted(number) + u" order by dt_Position;"_s;
     const bool changed = variables != dtData2.source;
     if (changed) {
         loadVariables(variables);
         for (QString* field : {&request.dtTable, &request.dtTable2, &request.dtField, &request.dtField2,
-                               &request.dtMissing, &request.sMissing, &request.dtMissing2,
-                               &request.dtVarGroup, &request.dtYear, &request.dbcVarGewicht_1Uni})
+                               &request.dtMissing, &request.sMissing, &request.dtMissing2, &request.dtVarGroup,
+                               &request.dtYear, &request.dbcVarGewicht_1Uni})
             field->clear();
         request.dbcVarGewicht.clear();
     }
@@ -187,11 +185,11 @@ void AnalysisModel::loadVariable(bool keepChoices) {
     loadGroup();
     const dao::RecordsetPtr stored =
         queryRows(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request.dbcStudy.value) +
-              u" AND id_VarName="_s + quoted(request.dbcVariable.value) + u";"_s);
+                  u" AND id_VarName="_s + quoted(request.dbcVariable.value) + u";"_s);
     if (!hasRows(stored))
         return;
-    request.dbcVariableUni = stored->text(u"id_VarName"_s) + u": "_s +
-                             stored->text(contentField(u"dt_VarLabel"_s, u"dt_EnVarLabel"_s));
+    request.dbcVariableUni =
+        stored->text(u"id_VarName"_s) + u": "_s + stored->text(contentField(u"dt_VarLabel"_s, u"dt_EnVarLabel"_s));
     hasInstruction_ = isStored(*stored, u"dt_Instruction"_s);
     hasTable_ = isStored(*stored, u"dt_Table"_s);
     hasGraph_ = isStored(*stored, u"dt_Graph"_s);
@@ -270,8 +268,7 @@ AnalysisView AnalysisModel::view() const {
     v.chartTab = tab_ == 2;
     v.printInColour = v.chartTab && gOptions.GraphColor;
     v.comparison = mode == AnalysisMode::Comparison;
-    v.secondVariable =
-        mode == AnalysisMode::Crosstab || (mode == AnalysisMode::Descriptives && request.chkDescGroup);
+    v.secondVariable = mode == AnalysisMode::Crosstab || (mode == AnalysisMode::Descriptives && request.chkDescGroup);
     v.cmdDescriptives = mode == AnalysisMode::Descriptives;
     v.dt_WeightRE = !request.dt_WeightRE.isEmpty();
     v.dt_WeightHH = !request.dt_WeightHH.isEmpty();

@@ -35,8 +35,9 @@ enum class RunOutcome {
 /// What a run handed to the engine, as it stood.
 struct RunFacts {
     RunOutcome outcome = RunOutcome::NotRun;
-    QStringList q;      ///< text of the stored query, one a round (a comparison has one round per entry)
-    QStringList counts; ///< the count statement, likewise; behind it the one without its condition where that was asked too
+    QStringList q; ///< text of the stored query, one a round (a comparison has one round per entry)
+    QStringList
+        counts; ///< the count statement, likewise; behind it the one without its condition where that was asked too
 };
 
 /// What the window shows and lets the user do, as data; everything follows from request, study and tab.
@@ -147,7 +148,8 @@ public:
     /// "Spaltenprozente", 2 "Zeilenprozente", 3 "Gesamtprozente") in mfgGrid. Nothing in other modes and while
     /// a run goes on. A comparison refuses 2 and 3 with words and shows 0.
     void chooseValues(int view);
-    /// Runs the request for a table that no longer fits it: marks that the user has set are kept where they still apply.
+    /// Runs the request for a table that no longer fits it: marks that the user has set are kept where they still
+    /// apply.
     void computeAnew();
     /// Options were applied: marks count no more at the next run.
     void optionsApplied();
@@ -239,7 +241,7 @@ private:
     RunFacts facts_;
     Computation last_;
     bool lastIncludeMissingXTab_ = false;
-    QString lastStatistics_; ///< statisticsKey() of the last table of them
+    QString lastStatistics_;                         ///< statisticsKey() of the last table of them
     BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
     QString selectionVariable_;
 

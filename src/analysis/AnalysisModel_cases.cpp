@@ -44,8 +44,7 @@ void AnalysisModel::loadParts() {
     if (!hasParts_)
         return;
     dtData5.recordset->MoveFirst();
-    request.dbcParts = {dtData5.recordset->text(u"id_Part"_s),
-                        partName(*dtData5.recordset, englishContents_)};
+    request.dbcParts = {dtData5.recordset->text(u"id_Part"_s), partName(*dtData5.recordset, englishContents_)};
 }
 
 bool AnalysisModel::chooseWeight(WeightKind kind, const QString& variable) {
@@ -174,8 +173,7 @@ void AnalysisModel::loadPart() {
         if (!variable.isNull()) {
             if (!findVariable(selectionVariable_)) {
                 ui::asker().messageBox(
-                    {.text =
-                         TranslateText(u"Variable zum Datensatz-Teil nicht gefunden:"_s) + selectionVariable_,
+                    {.text = TranslateText(u"Variable zum Datensatz-Teil nicht gefunden:"_s) + selectionVariable_,
                      .icon = ui::Icon::Exclamation});
                 return;
             }

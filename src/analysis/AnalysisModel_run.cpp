@@ -65,8 +65,7 @@ void AnalysisModel::runRequest() {
     } else if (request.mode != AnalysisMode::Comparison && (request.dtTable.isEmpty() || request.dtField.isEmpty())) {
         clearTable();
         refuse(u"Bitte eine Variable auswählen"_s);
-    } else if (request.mode == AnalysisMode::Crosstab &&
-               (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
+    } else if (request.mode == AnalysisMode::Crosstab && (request.dtTable2.isEmpty() || request.dtField2.isEmpty())) {
         clearTable();
         refuse(u"Bitte eine zweite Variable auswählen"_s);
     } else if (request.mode != AnalysisMode::Comparison && request.Option3 == WeightKind::WeightUser &&
@@ -146,8 +145,8 @@ void AnalysisModel::cmdCalculate() {
     if (running())
         return;
     const auto yes = [](const QString& question) {
-        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question,
-                                       ui::Buttons::YesNo}) == ui::Answer::Yes;
+        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
+               ui::Answer::Yes;
     };
     if (!yes(u"Möchten Sie die Tabelle neuberechnen?"_s))
         return;
@@ -217,7 +216,8 @@ TableState AnalysisModel::tableState() const {
     if (!asksTheSame(shown_->request, request) || flipped)
         return TableState::OtherRequest;
     if (shown_->statistics != statisticsKey(request)) {
-        const bool chosen = shown_->request.dtDesc != request.dtDesc || shown_->request.dtDescDigits != request.dtDescDigits;
+        const bool chosen =
+            shown_->request.dtDesc != request.dtDesc || shown_->request.dtDescDigits != request.dtDescDigits;
         return chosen ? TableState::OtherRequest : TableState::OtherOptions;
     }
     if (!showsTheSame(request.mode, shown_->options, gOptions) || last_.origin != origin())
@@ -236,7 +236,8 @@ bool AnalysisModel::keepMarks() const {
            keepsMarks(shown_->request.mode, shown_->options, gOptions);
 }
 
-/// True if the table is that of the request but for its words: they change with the language, the marks of its values don't.
+/// True if the table is that of the request but for its words: they change with the language, the marks of its values
+/// don't.
 bool AnalysisModel::isInOtherLanguage() const {
     if (!shown_ || last_.origin.language == gLanguage)
         return false;

@@ -132,9 +132,11 @@ void ComparisonList::select(const QList<int>& rows) {
     armed_ = whole;
 }
 
-/// Sets the window's choices from an entry. @return false if its study or variable has gone; the window keeps what it can
+/// Sets the window's choices from an entry. @return false if its study or variable has gone; the window keeps what it
+/// can
 bool ComparisonList::takeBack(const ComparisonEntry& entry) {
-    if (!model_.StudyClick(entry.at(ComparisonEntry::Study)) || !model_.chooseVariable(entry.at(ComparisonEntry::Variable)))
+    if (!model_.StudyClick(entry.at(ComparisonEntry::Study)) ||
+        !model_.chooseVariable(entry.at(ComparisonEntry::Variable)))
         return false;
     const QString& weight = entry.at(ComparisonEntry::Weight);
     if (weight.isEmpty())
@@ -191,7 +193,8 @@ void ComparisonList::RefreshSavedComparisons() {
         return;
     saved_.clear();
     attempt([this] {
-        const dao::RecordsetPtr rows = gDatabase.CurrentDatabase()->OpenRecordset(u"tsys_Comparison"_s, dao::dbOpenSnapshot);
+        const dao::RecordsetPtr rows =
+            gDatabase.CurrentDatabase()->OpenRecordset(u"tsys_Comparison"_s, dao::dbOpenSnapshot);
         for (; !rows->Eof(); rows->MoveNext())
             saved_.append({u"ID"_s + rows->text(u"ID"_s), rows->text(u"dt_CompName"_s)});
         rows->Close();
@@ -205,7 +208,8 @@ bool ComparisonList::cmd_SaveTrend() {
     if (agreed(u"Möchten Sie diesen Vergleich speichern?"_s)) {
         QString name = model_.request.txtTitle;
         for (;;) {
-            const std::optional<QString> given = ui::asker().inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), {}, name);
+            const std::optional<QString> given =
+                ui::asker().inputBox(TranslateText(u"Bitte einen Namen eingeben:"_s), {}, name);
             if (!given || given->isEmpty())
                 break;
             name = *given;
@@ -253,7 +257,8 @@ bool ComparisonList::load(const Saved& saved) {
 }
 
 bool ComparisonList::cmd_DelSavedTrend(int row) {
-    if (row < 0 || row >= saved_.size() || !agreed(u"Möchten Sie einen gespeicherten Vergleich löschen?"_s, saved_[row].name))
+    if (row < 0 || row >= saved_.size() ||
+        !agreed(u"Möchten Sie einen gespeicherten Vergleich löschen?"_s, saved_[row].name))
         return false;
     return remove(Saved(saved_[row]));
 }
@@ -268,7 +273,8 @@ bool ComparisonList::remove(const Saved& saved) {
 
 std::optional<ComparisonList::Saved> ComparisonList::savedNamed(const QString& name) {
     RefreshSavedComparisons();
-    const auto found = std::ranges::find_if(saved_, [&](const Saved& s) { return dao::compareTexts(s.name, name) == 0; });
+    const auto found =
+        std::ranges::find_if(saved_, [&](const Saved& s) { return dao::compareTexts(s.name, name) == 0; });
     if (found != saved_.end())
         return *found;
     say(u"Vergleich nicht gefunden"_s);

@@ -6,8 +6,8 @@
 
 /// The entries of a comparison and the comparisons that the catalogue keeps, as the analysis window works with them.
 ///
-/// Entries live in the model's request; this knows which of them are selected, brings a selected one back into the window,
-/// and lets it follow the window's weight and filter.
+/// Entries live in the model's request; this knows which of them are selected, brings a selected one back into the
+/// window, and lets it follow the window's weight and filter.
 class ComparisonList {
 public:
     explicit ComparisonList(AnalysisModel& model);
@@ -26,12 +26,14 @@ public:
     /// Removes all entries and the title after a question.
     void cmd_ClearTrend();
 
-    /// The selected rows, from 0. Selecting takes the first of them back into the window: study, variable, weight, filter.
+    /// The selected rows, from 0. Selecting takes the first of them back into the window: study, variable, weight,
+    /// filter.
     void select(const QList<int>& rows);
     const QList<int>& selected() const { return selected_; }
     bool deleteEnabled() const { return !selected_.isEmpty(); }
 
-    /// Brings the selected entry in line with the window's weight and filter. @param ask false changes it without a question
+    /// Brings the selected entry in line with the window's weight and filter. @param ask false changes it without a
+    /// question
     void ApplyComparisonEntryChange(bool ask);
 
     // ---- comparisons that the catalogue keeps

@@ -174,15 +174,15 @@ bool CreateSQL::askForMissing() {
 }
 
 AnalysisModel::Computation CreateSQL::computation() const {
-    return {
-        round_.qSql, round_.study, round_.facts.variable, round_.facts.variable2, r_.dtMissing, r_.dtMissing2,
-        attached_,   m_.origin()};
+    return {round_.qSql, round_.study, round_.facts.variable, round_.facts.variable2, r_.dtMissing, r_.dtMissing2,
+            attached_,   m_.origin()};
 }
 
 /// True if the tables show this comparison, and each case table lies where it lay.
 bool CreateSQL::isComparisonShown() const {
     const AnalysisModel::Computation& last = m_.last_;
-    const bool same = m_.shown_ && m_.shown_->complete && sameEntries(m_.shown_->request.lst_TrendVars, r_.lst_TrendVars);
+    const bool same =
+        m_.shown_ && m_.shown_->complete && sameEntries(m_.shown_->request.lst_TrendVars, r_.lst_TrendVars);
     return same && comparisonKey(r_.lst_TrendVars) == m_.dtData3.Tag && last.origin == m_.origin() &&
            std::all_of(last.attached.begin(), last.attached.end(),
                        [this](const AttachedTable& table) { return liesWhereItLay(*db_, table); });
@@ -197,8 +197,7 @@ bool CreateSQL::isCurrent() const {
 
 bool CreateSQL::isSameVariable() const {
     const AnalysisModel::Computation now = computation();
-    return m_.last_.study == now.study && m_.last_.variable == now.variable &&
-           m_.last_.variable2 == now.variable2;
+    return m_.last_.study == now.study && m_.last_.variable == now.variable && m_.last_.variable2 == now.variable2;
 }
 
 bool CreateSQL::needsComputation() const {
@@ -235,9 +234,7 @@ bool CreateSQL::count(const QString& sql) {
     if (m_.onStatement)
         m_.onStatement(u"counts"_s, sql);
     m_.counts.reset();
-    if (!step([&] {
-            m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase);
-        })) {
+    if (!step([&] { m_.counts = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isRunTrapCase); })) {
         // What the trap gave up on was the trap's own, so GetRecordset has not logged it.
         if (outcome_ == RunOutcome::Refused)
             CDaoPersistance::logStatement(sql);
@@ -247,9 +244,9 @@ bool CreateSQL::count(const QString& sql) {
     return m_.counts || clearAndEnd(); // reported already
 }
 
-/// A text that is no number lies neither in a range nor below or above it: the condition for valid values passes it over,
-/// although it is valid. Where the field can hold such texts, the cases are counted by a second statement that lets them
-/// through; without them it gives what the first one gave.
+/// A text that is no number lies neither in a range nor below or above it: the condition for valid values passes it
+/// over, although it is valid. Where the field can hold such texts, the cases are counted by a second statement that
+/// lets them through; without them it gives what the first one gave.
 bool CreateSQL::countTextsBesideRange() {
     const CountFacts& stated = round_.facts;
     const size_t field = stated.flip ? 1 : 0;
@@ -278,8 +275,7 @@ bool CreateSQL::openLabels() {
     if (r_.mode == AnalysisMode::Descriptives)
         return true;
     m_.dtData4.source = labelStatement(r_.mode, round_.study, round_.facts.variable, round_.facts.variable2);
-    return step(
-        [this] { m_.dtData4.recordset = db_->OpenRecordset(m_.dtData4.source, dao::dbOpenSnapshot); });
+    return step([this] { m_.dtData4.recordset = db_->OpenRecordset(m_.dtData4.source, dao::dbOpenSnapshot); });
 }
 
 bool CreateSQL::build() {

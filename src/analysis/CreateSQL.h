@@ -34,11 +34,11 @@ private:
     dao::DatabasePtr db_;
     dao::RecordsetPtr studies_, variables_; ///< of the catalogue, once a round has asked for one
     Round round_;
-    std::vector<AttachedTable> attached_; ///< in all rounds
-    std::ptrdiff_t roundAttached_ = 0;    ///< where those of this round begin
+    std::vector<AttachedTable> attached_;   ///< in all rounds
+    std::ptrdiff_t roundAttached_ = 0;      ///< where those of this round begin
     std::vector<TableFacts::Round> rounds_; ///< that the table shows
-    bool marksKept_ = false; ///< a comparison keeps the rows and marks of the one before
-    int number_ = 0;                      ///< of the round, from 1
+    bool marksKept_ = false;                ///< a comparison keeps the rows and marks of the one before
+    int number_ = 0;                        ///< of the round, from 1
     RunOutcome outcome_ = RunOutcome::Computed;
     bool computed_ = false;
 

@@ -35,8 +35,7 @@ bool CreateSQL::readRound() {
     facts.weight = r_.Option3;
     facts.chkDescGroup = r_.chkDescGroup;
     facts.flip = m_.flipInForce();
-    facts.part =
-        r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
+    facts.part = r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty() && r_.dbcParts.value != "user"_L1;
     facts.partCriteria = r_.dtCriteria;
     facts.userFilter = r_.optFilter == FilterKind::FilterUser && !r_.txtFilter.isEmpty();
     facts.IncludeMissingDesc = gOptions.IncludeMissingDesc;
@@ -80,11 +79,12 @@ bool CreateSQL::loadPartCriteria() {
         if (found)
             r_.dtCriteria = parts->text(u"dt_SelectionCriteria"_s);
     });
-    return done && (found || endWith(round_.study + u", "_s + r_.txtFilter + u" "_s + TranslateText(u"nicht gefunden"_s)));
+    return done &&
+           (found || endWith(round_.study + u", "_s + r_.txtFilter + u" "_s + TranslateText(u"nicht gefunden"_s)));
 }
 
-/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is told, and
-/// its stored table and field are used as they stand.
+/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is told,
+/// and its stored table and field are used as they stand.
 bool CreateSQL::tellWhatHasGone(bool studyFound) {
     if (!studyFound)
         return endWith(round_.study + u" "_s + TranslateText(u"nicht gefunden"_s));
@@ -92,9 +92,9 @@ bool CreateSQL::tellWhatHasGone(bool studyFound) {
     if (!step([&] { place = findPlace(round_.facts.variable); }))
         return false;
     if (!place)
-        ui::asker().messageBox({.text = round_.study + u", "_s + round_.facts.variable + u" "_s +
-                                        TranslateText(u"nicht gefunden"_s),
-                                .icon = ui::Icon::Exclamation});
+        ui::asker().messageBox(
+            {.text = round_.study + u", "_s + round_.facts.variable + u" "_s + TranslateText(u"nicht gefunden"_s),
+             .icon = ui::Icon::Exclamation});
     return true;
 }
 
@@ -139,7 +139,8 @@ bool CreateSQL::addWeightToQuery() {
 /// Where a variable of the round's study lies. @throws dao::Error
 std::optional<VariablePlace> CreateSQL::findPlace(const QString& variable) {
     if (!variables_)
-        variables_ = db_->OpenRecordset(u"SELECT fi_StudyNo, id_VarName, dt_TableName, dt_FieldName FROM tkey_Variable"_s);
+        variables_ =
+            db_->OpenRecordset(u"SELECT fi_StudyNo, id_VarName, dt_TableName, dt_FieldName FROM tkey_Variable"_s);
     variables_->FindFirst(u"fi_StudyNo = "_s + quoted(round_.study) + u" AND id_VarName ="_s + quoted(variable));
     if (variables_->NoMatch())
         return std::nullopt;
@@ -160,17 +161,15 @@ bool CreateSQL::findFolder() {
     round_.folder = caseFolderOf(*db_, round_.study);
     if (!round_.folder.isEmpty())
         return true;
-    ui::asker().messageBox({.text = u"'"_s + Paths::join(gOptions.DataPath, round_.study + u".mdb"_s) +
-                                    u"' "_s + TranslateText(u"nicht gefunden."_s),
+    ui::asker().messageBox({.text = u"'"_s + Paths::join(gOptions.DataPath, round_.study + u".mdb"_s) + u"' "_s +
+                                    TranslateText(u"nicht gefunden."_s),
                             .icon = ui::Icon::Exclamation});
     return clearAndEnd();
 }
 
 /// A round may name a table more than once.
 bool CreateSQL::attach(const QString& table, const QString& study) {
-    const auto isThisOne = [&](const AttachedTable& other) {
-        return other.table == table && other.study == study;
-    };
+    const auto isThisOne = [&](const AttachedTable& other) { return other.table == table && other.study == study; };
     if (std::any_of(attached_.begin() + roundAttached_, attached_.end(), isThisOne))
         return true;
     return step([&] {

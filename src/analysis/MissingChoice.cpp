@@ -38,9 +38,7 @@ const MissingChoice::Last& MissingChoice::last() {
 MissingChoice::MissingChoice(const QString& sMissing) : Option2(Shape::Values) {
     const MissingDefinition definition(sMissing);
     const std::vector<double> numbers = definition.numbers();
-    const auto text = [&](size_t i) {
-        return i < numbers.size() ? NumberFormat::plain(numbers[i]) : QString();
-    };
+    const auto text = [&](size_t i) { return i < numbers.size() ? NumberFormat::plain(numbers[i]) : QString(); };
     if (definition.isRange()) {
         Option2 = Shape::Range;
         Rangevon = text(0);

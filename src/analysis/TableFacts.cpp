@@ -38,7 +38,8 @@ QString spaced(const QString& name, const QString& value) {
 QString filterPhrase(const TableFacts::Round& round) {
     if (!round.part.isEmpty())
         return spaced(TranslateText(u"Filter:"_s), round.part);
-    return spaced(TranslateText(u"Filter:"_s), round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
+    return spaced(TranslateText(u"Filter:"_s),
+                  round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
 }
 
 QString weightPhrase(const TableFacts::Round& round) {
@@ -134,19 +135,22 @@ bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b) {
         return false;
     switch (mode) {
     case AnalysisMode::Frequency:
-        return equalIn(a, b, {&Options::CumulatedPercent, &Options::SeparateValidCases, &Options::AutoColWidth,
-                              &Options::IncludeMissing});
+        return equalIn(a, b,
+                       {&Options::CumulatedPercent, &Options::SeparateValidCases, &Options::AutoColWidth,
+                        &Options::IncludeMissing});
     case AnalysisMode::Crosstab:
-        return equalIn(a, b, {&Options::IncludeMissingXTab, &Options::IncludeMissingInPercentXTab, &Options::IncludeNinXTab,
-                              &Options::IncludeNinXTabPercent, &Options::IncludeNinXTabPercentNFirst,
-                              &Options::NoColumnLabels, &Options::NoRowLabels, &Options::ShowValidSums,
-                              &Options::ShowPercentSign, &Options::AutoColWidth});
+        return equalIn(a, b,
+                       {&Options::IncludeMissingXTab, &Options::IncludeMissingInPercentXTab, &Options::IncludeNinXTab,
+                        &Options::IncludeNinXTabPercent, &Options::IncludeNinXTabPercentNFirst,
+                        &Options::NoColumnLabels, &Options::NoRowLabels, &Options::ShowValidSums,
+                        &Options::ShowPercentSign, &Options::AutoColWidth});
     case AnalysisMode::Descriptives:
         return true;
     case AnalysisMode::Comparison:
-        return equalIn(a, b, {&Options::HeaderStudy, &Options::HeaderVar, &Options::HeaderYear, &Options::HeaderGroup,
-                              &Options::HeaderValFirst, &Options::HeaderValAddVar, &Options::HeaderAddWeight,
-                              &Options::HeaderAddFilter, &Options::AutoColWidth, &Options::AutomaticVariableColumnWidth});
+        return equalIn(a, b,
+                       {&Options::HeaderStudy, &Options::HeaderVar, &Options::HeaderYear, &Options::HeaderGroup,
+                        &Options::HeaderValFirst, &Options::HeaderValAddVar, &Options::HeaderAddWeight,
+                        &Options::HeaderAddFilter, &Options::AutoColWidth, &Options::AutomaticVariableColumnWidth});
     }
     return true;
 }

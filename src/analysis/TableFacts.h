@@ -13,30 +13,30 @@ struct TableFacts {
     /// The cases of one round; a comparison has one for each entry.
     struct Round {
         QString study, variable, weight;
-        QString filterSql;    ///< the user's filter as the engine was given it
-        QString part;         ///< name and condition of a part of the data set; empty for none
-        QString dtMissing;    ///< definition of the (first) variable
+        QString filterSql; ///< the user's filter as the engine was given it
+        QString part;      ///< name and condition of a part of the data set; empty for none
+        QString dtMissing; ///< definition of the (first) variable
         StatedCases cases;
     };
 
     AnalysisRequest request;
     Options options;
     std::vector<Round> rounds;
-    bool flip = false;            ///< rows and columns were exchanged
-    QString statistics;           ///< statisticsKey() of the run
-    bool marksByHand = false;     ///< the user's marks said what is missing, not the definition
-    std::vector<bool> marks;      ///< rows and columns marked when the table was ready
+    bool flip = false;        ///< rows and columns were exchanged
+    QString statistics;       ///< statisticsKey() of the run
+    bool marksByHand = false; ///< the user's marks said what is missing, not the definition
+    std::vector<bool> marks;  ///< rows and columns marked when the table was ready
     QStringList markedRows, markedColumns;
     MarkArea area;
-    bool complete = false;        ///< false: cut short
+    bool complete = false; ///< false: cut short
 };
 
 /// How a table stands to what the window asks for now.
 enum class TableState {
-    None,       ///< there is no table
-    Current,    ///< it shows what is asked for
-    CutShort,   ///< it was stopped or holds too many values
-    Stopped,    ///< the last run was stopped: what is shown is older
+    None,     ///< there is no table
+    Current,  ///< it shows what is asked for
+    CutShort, ///< it was stopped or holds too many values
+    Stopped,  ///< the last run was stopped: what is shown is older
     OtherRequest,
     OtherOptions,
     OtherMarks

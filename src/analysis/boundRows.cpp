@@ -19,8 +19,7 @@ bool findRow(const dao::RecordsetPtr& recordset, const QString& criteria) {
     return attempt([&] { recordset->FindFirst(criteria); }) && !recordset->NoMatch();
 }
 
-std::vector<BoundPicker> rowList(const dao::RecordsetPtr& recordset, const QString& key,
-                                 const QString& text) {
+std::vector<BoundPicker> rowList(const dao::RecordsetPtr& recordset, const QString& key, const QString& text) {
     std::vector<BoundPicker> list;
     if (!hasRows(recordset))
         return list;

@@ -25,8 +25,7 @@ bool liesWhereItLay(const dao::Database& catalogue, const AttachedTable& attache
     return !folder.isEmpty() && caseFileOf(attached.table, attached.study, folder) == attached.file;
 }
 
-QString AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
-                        const QString& path) {
+QString AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study, const QString& path) {
     const QString file = caseFileOf(table, study, path.isEmpty() ? gOptions.DataPath : path);
     const QString connect = u";DATABASE="_s + file;
     dao::TableDefs& tables = catalogue.TableDefs();

@@ -26,8 +26,7 @@ bool liesWhereItLay(const dao::Database& catalogue, const AttachedTable& attache
 /// Makes sure that the catalogue links a case table to its file; a link that points elsewhere is set right,
 /// and takes effect when the table is next opened. An empty path means the option DataPath.
 /// @return the file. @throws dao::Error of the engine
-QString AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study,
-                        const QString& path);
+QString AttachCaseTable(dao::Database& catalogue, const QString& table, const QString& study, const QString& path);
 
 /// Makes sure that the catalogue has a stored query named "q". @throws dao::Error
 void EnsureQueryQ(dao::Database& catalogue);

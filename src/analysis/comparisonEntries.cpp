@@ -15,11 +15,11 @@ constexpr qsizetype groupSize = 50;
 
 /// Where the columns of an entry are stored, in the order of the table.
 const std::pair<ComparisonEntry::Column, QString> storedColumns[] = {
-    {ComparisonEntry::Study, u"fi_StudyNo"_s},        {ComparisonEntry::Variable, u"fi_VariableNo"_s},
-    {ComparisonEntry::Table, u"dt_Table"_s},          {ComparisonEntry::Field, u"dt_Field"_s},
-    {ComparisonEntry::Missing, u"dt_Missing"_s},      {ComparisonEntry::Year, u"dt_Year"_s},
-    {ComparisonEntry::Group, u"dt_VarGroup"_s},       {ComparisonEntry::Weight, u"dt_Weight"_s},
-    {ComparisonEntry::Filter, u"dt_Filter"_s},        {ComparisonEntry::WeightInfo, u"dt_WeightInfo"_s},
+    {ComparisonEntry::Study, u"fi_StudyNo"_s},         {ComparisonEntry::Variable, u"fi_VariableNo"_s},
+    {ComparisonEntry::Table, u"dt_Table"_s},           {ComparisonEntry::Field, u"dt_Field"_s},
+    {ComparisonEntry::Missing, u"dt_Missing"_s},       {ComparisonEntry::Year, u"dt_Year"_s},
+    {ComparisonEntry::Group, u"dt_VarGroup"_s},        {ComparisonEntry::Weight, u"dt_Weight"_s},
+    {ComparisonEntry::Filter, u"dt_Filter"_s},         {ComparisonEntry::WeightInfo, u"dt_WeightInfo"_s},
     {ComparisonEntry::FilterInfo, u"dt_FilterInfo"_s}, {ComparisonEntry::VarLabel, u"dt_VarLabel"_s},
 };
 
@@ -62,8 +62,8 @@ QString partNameOf(const QString& study, const QString& id, bool english) {
 }
 
 dao::RecordsetPtr entriesOf(const QString& id) {
-    return catalogue().OpenRecordset(u"select * from tsys_VariableComparison where fid = "_s + id + u" order by dt_order;"_s,
-                                     dao::dbOpenDynaset);
+    return catalogue().OpenRecordset(
+        u"select * from tsys_VariableComparison where fid = "_s + id + u" order by dt_order;"_s, dao::dbOpenDynaset);
 }
 
 } // namespace
@@ -76,8 +76,8 @@ QString partName(dao::Recordset& part, bool english) {
 }
 
 QString entryText(const ComparisonEntry& entry) {
-    QString text =
-        entry.at(ComparisonEntry::Study) + u", "_s + entry.at(ComparisonEntry::Variable) + u": "_s + entry.at(ComparisonEntry::VarLabel);
+    QString text = entry.at(ComparisonEntry::Study) + u", "_s + entry.at(ComparisonEntry::Variable) + u": "_s +
+                   entry.at(ComparisonEntry::VarLabel);
     if (!entry.at(ComparisonEntry::Weight).isEmpty())
         text += u" ("_s + TranslateText(u"gewichtet nach"_s) + u' ' + entry.at(ComparisonEntry::Weight) + u')';
     const QString& filter = entry.at(ComparisonEntry::Filter);
@@ -109,7 +109,8 @@ void storeComparison(const QString& name, const QString& title, const QList<Comp
     for (const ComparisonEntry& entry : entries) {
         rows->AddNew();
         for (const auto& [column, field] : storedColumns)
-            rows->setValue(field, textOrNull(column == ComparisonEntry::Group ? entry.at(column).left(groupSize) : entry.at(column)));
+            rows->setValue(field, textOrNull(column == ComparisonEntry::Group ? entry.at(column).left(groupSize)
+                                                                              : entry.at(column)));
         rows->setValue(u"fid"_s, id);
         rows->setValue(u"dt_order"_s, ++order);
         rows->Update();

@@ -12,7 +12,8 @@
 /// What the list shows for an entry.
 QString entryText(const ComparisonEntry& entry);
 
-/// The name of a part (a row of tkey_Parts) in a language of the contents; in the other one, or its number, where it has none.
+/// The name of a part (a row of tkey_Parts) in a language of the contents; in the other one, or its number, where it
+/// has none.
 QString partName(dao::Recordset& part, bool english);
 
 struct StoredComparison {

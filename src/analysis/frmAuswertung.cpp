@@ -155,7 +155,8 @@ void frmAuswertung::run(const std::function<void()>& step) {
     }
     // Weight and filter in view are those of the entry that was counted last: they are none of the selected one's.
     const RunOutcome outcome = model_.facts().outcome;
-    if (model_.request.mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun && outcome != RunOutcome::Reused)
+    if (model_.request.mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
+        outcome != RunOutcome::Reused)
         comparison_.select({});
     showModel();
 }
@@ -249,8 +250,8 @@ void frmAuswertung::connectChoices() {
     connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
 }
 
-/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker. Who chooses a
-/// filter of his own by letter or click goes on to its line; arrow keys stay in the group.
+/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker. Who chooses
+/// a filter of his own by letter or click goes on to its line; arrow keys stay in the group.
 bool frmAuswertung::eventFilter(QObject* watched, QEvent* event) {
     const bool released = event->type() == QEvent::MouseButtonRelease, byLetter = event->type() == QEvent::Shortcut;
     QRadioButton* ownFilter = w_->optFilter[static_cast<size_t>(FilterKind::FilterUser)];
@@ -266,19 +267,19 @@ bool frmAuswertung::eventFilter(QObject* watched, QEvent* event) {
         return true;
     }
     if (watched == ownFilter && released && ownFilter->isDown())
-        QMetaObject::invokeMethod(w_->txtFilter, [this] { w_->txtFilter->setFocus(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            w_->txtFilter, [this] { w_->txtFilter->setFocus(); }, Qt::QueuedConnection);
     return QWidget::eventFilter(watched, event);
 }
 
 void frmAuswertung::connectFilter() {
     for (int i = 0; i < 3; ++i)
-        connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this,
-                [this, i] {
-                    act([&] {
-                        if (model_.chooseFilter(static_cast<FilterKind>(i)) && i == static_cast<int>(FilterKind::FilterParts))
-                            comparison_.ApplyComparisonEntryChange(true);
-                    });
-                });
+        connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
+            act([&] {
+                if (model_.chooseFilter(static_cast<FilterKind>(i)) && i == static_cast<int>(FilterKind::FilterParts))
+                    comparison_.ApplyComparisonEntryChange(true);
+            });
+        });
     w_->dbcParts->onChosen = [this](int index) {
         act([&] {
             if (model_.choosePart(model_.parts().at(static_cast<size_t>(index)).value))
@@ -348,8 +349,8 @@ void frmAuswertung::copy() {
             return;
         const ResultTable& table = model_.mfgGrid;
         ui::asker().setClipboard(model_.lblLabel + u"\r\n"_s + clipText(table), htmlTable(model_.lblLabel, table));
-        ui::asker().messageBox({.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s),
-                                .icon = ui::Icon::Information});
+        ui::asker().messageBox(
+            {.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s), .icon = ui::Icon::Information});
     });
 }
 
@@ -357,17 +358,16 @@ void frmAuswertung::saveTableAs() {
     if (gBusy > 0 || !model_.tableFacts())
         return;
     trapped([this] {
-        const std::optional<QString> path = ui::asker().chooseFile(
-            {.title = TranslateText(u"Tabelle speichern"_s),
-             .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
-             .extension = u"csv"_s,
-             .folder = QString(),
-             .name = tableFileName(model_.tableFacts()->request) + u".csv"_s,
-             .save = true});
+        const std::optional<QString> path =
+            ui::asker().chooseFile({.title = TranslateText(u"Tabelle speichern"_s),
+                                    .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
+                                    .extension = u"csv"_s,
+                                    .folder = QString(),
+                                    .name = tableFileName(model_.tableFacts()->request) + u".csv"_s,
+                                    .save = true});
         if (!path)
             return;
-        const QString reason = saveTable(*path, model_.lblLabel, model_.mfgGrid,
-                                         standsOn(*model_.tableFacts()));
+        const QString reason = saveTable(*path, model_.lblLabel, model_.mfgGrid, standsOn(*model_.tableFacts()));
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
                                             u"\r\n"_s + *path + u"\r\n"_s + reason,

@@ -69,7 +69,8 @@ void frmAuswertung::connectComparison() {
         act([&] { key == Qt::Key_Insert ? save() : key == Qt::Key_Delete ? forget() : load(); });
     };
     connect(w_->lst_SavedTrends, &QListWidget::itemDoubleClicked, this, [=, this] { act(load); });
-    connect(w_->txtTitle, &QLineEdit::textEdited, this, [this](const QString& text) { model_.request.txtTitle = text; });
+    connect(w_->txtTitle, &QLineEdit::textEdited, this,
+            [this](const QString& text) { model_.request.txtTitle = text; });
 }
 
 /// What is selected comes back into the window.

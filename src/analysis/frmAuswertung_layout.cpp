@@ -160,8 +160,8 @@ QWidget* frmAuswertung::buildStudy() {
 
 QWidget* frmAuswertung::buildVariable(bool second) {
     const QString number = second ? u"2"_s : QString();
-    auto* frame = analysisControl<QGroupBox>(u"fraVariable"_s + number,
-                                             second ? u"Zweite Variable"_s : u"Variable"_s, nullptr);
+    auto* frame =
+        analysisControl<QGroupBox>(u"fraVariable"_s + number, second ? u"Zweite Variable"_s : u"Variable"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
     ChoicePicker*& name = second ? w_->dbcVariable_2 : w_->dbcVariable_1;
     ChoicePicker*& label = second ? w_->dbcVariable2 : w_->dbcVariable;
@@ -200,8 +200,7 @@ QWidget* frmAuswertung::buildMode() {
     w_->cbValuesInstruct = valuesPicker(u"cbValuesInstruct"_s, frame);
     rows->addWidget(w_->Option1);
     addRow(rows, {{w_->Option2, 0}, {w_->chkFlipXtab, 0}}, textIndent(*w_->Option2));
-    addRow(rows, {{w_->Option4, 0}, {w_->chkDescGroup, 0}, {w_->cmdDescriptives, 0}},
-           textIndent(*w_->Option4));
+    addRow(rows, {{w_->Option4, 0}, {w_->chkDescGroup, 0}, {w_->cmdDescriptives, 0}}, textIndent(*w_->Option4));
     rows->addWidget(w_->Option5);
     rows->addWidget(w_->chkVaridexCreation);
     addRow(rows, {{w_->chkPreserveLayout, 0}, {w_->cbValuesInstruct, 0}});

@@ -96,7 +96,8 @@ void frmAuswertung::showRequest(const AnalysisView& view) {
 
 /// A label that its picker has no room for stands below it in full.
 void frmAuswertung::showLongLabels() {
-    for (const auto& [label, picker] : {std::pair{w_->lblVariable, w_->dbcVariable}, {w_->lblVariable2, w_->dbcVariable2}})
+    for (const auto& [label, picker] :
+         {std::pair{w_->lblVariable, w_->dbcVariable}, {w_->lblVariable2, w_->dbcVariable2}})
         label->setVisible(!label->text().isEmpty() && !picker->showsWhole());
 }
 
@@ -153,7 +154,8 @@ void frmAuswertung::showFilterCheck() {
             break;
         case FilterResult::Failure::None:
             if (!result.lost.isEmpty())
-                words = TranslateText(u"Ein Name am Ende zählt nur, wenn ein Leerzeichen folgt:"_s) + u' ' + result.lost;
+                words =
+                    TranslateText(u"Ein Name am Ende zählt nur, wenn ein Leerzeichen folgt:"_s) + u' ' + result.lost;
             break;
         }
         if (result.failure != FilterResult::Failure::None) {
@@ -191,7 +193,8 @@ void frmAuswertung::showFacts() {
     const auto first = [&](qsizetype most) {
         if (lines.size() <= most)
             return lines.join(u'\n');
-        const QString rest = u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
+        const QString rest =
+            u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
         return (lines.first(most - 1) << rest).join(u'\n');
     };
     qsizetype most = 4;

@@ -55,7 +55,7 @@ struct frmAuswertung::Widgets {
 
     /// Every picker of a variable, in the order of their lists: names, labels, both.
     std::array<ChoicePicker*, 9> variablePickers() const {
-        return {dbcVariable_1,   dbcVariable_2,   dbcVarGewicht_1, dbcVariable,        dbcVariable2,
-                dbcVarGewicht,   dbcVariableUni,  dbcVariable2Uni, dbcVarGewicht_1Uni};
+        return {dbcVariable_1, dbcVariable_2,  dbcVarGewicht_1, dbcVariable,       dbcVariable2,
+                dbcVarGewicht, dbcVariableUni, dbcVariable2Uni, dbcVarGewicht_1Uni};
     }
 };

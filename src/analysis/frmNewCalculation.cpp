@@ -74,8 +74,9 @@ QGroupBox* frmNewCalculation::buildSettings() {
     auto* frame = new QGroupBox(u"Einstellungen"_s, this);
     frame->setObjectName(u"fraSettings"_s);
     auto* grid = new QGridLayout(frame);
-    Option2_ = {choiceButton(u"Option2"_s, 0, u"&einzelne Missing-Werte (1, 2 oder 3)"_s, frame),
-                choiceButton(u"Option2"_s, 1, u"Missing-&Bereich von ... bis ... und optional ein einzelner Wert"_s, frame)};
+    Option2_ = {
+        choiceButton(u"Option2"_s, 0, u"&einzelne Missing-Werte (1, 2 oder 3)"_s, frame),
+        choiceButton(u"Option2"_s, 1, u"Missing-&Bereich von ... bis ... und optional ein einzelner Wert"_s, frame)};
     stopAtChosen(Option2_);
     grid->addWidget(Option2_[0], 0, 0, 1, 2);
     grid->addWidget(Option2_[1], 1, 0, 1, 2);
@@ -98,8 +99,8 @@ void frmNewCalculation::showChoice(const MissingChoice& choice) {
 
 MissingChoice frmNewCalculation::choice() const {
     MissingChoice choice{QString()};
-    choice.Option1 =
-        Option1_[0]->isChecked() ? MissingChoice::Calculation::WithoutMissing : MissingChoice::Calculation::WithSettings;
+    choice.Option1 = Option1_[0]->isChecked() ? MissingChoice::Calculation::WithoutMissing
+                                              : MissingChoice::Calculation::WithSettings;
     choice.Option2.reset();
     if (Option2_[0]->isChecked())
         choice.Option2 = MissingChoice::Shape::Values;

@@ -22,8 +22,7 @@ enum ErrorNumber {
 };
 constexpr qint64 retryMilliseconds = 15000;
 
-const QString insertDisc =
-    u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
+const QString insertDisc = u"Bitte legen Sie die CD-ROM mit den Auswertungsdateien ein und klicken Sie 'OK'."_s;
 
 // clang-format off
 const QString writeProtected = u"Die Auswertungsdateien sind in einem schreibgeschützten Pfad, z.B. einer CD-ROM. Ermöglichen Sie Schreibzugriff oder wählen Sie die Option 'Daten-Dateien auf CD-ROM' aus."_s;
@@ -62,8 +61,7 @@ bool asksForRetry(const dao::Error& error) {
 RunClock RunClock::system() {
     return {[]() -> qint64 {
                 using std::chrono::steady_clock;
-                return std::chrono::duration_cast<std::chrono::milliseconds>(
-                           steady_clock::now().time_since_epoch())
+                return std::chrono::duration_cast<std::chrono::milliseconds>(steady_clock::now().time_since_epoch())
                     .count();
             },
             [] {

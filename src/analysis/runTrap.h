@@ -20,8 +20,7 @@ enum class StepEnd { Done, Ended, Cancelled };
 /// statement again; a name that the engine doesn't see yet (3078) is tried again for up to 15 seconds; every
 /// other failure goes to the general handler. A statement that the user cancelled ends without a word.
 /// @return Ended after a failure whose words have been shown
-StepEnd runEngineStep(const std::function<void()>& step, const RunClock& clock,
-                      const std::function<bool()>& cancelled);
+StepEnd runEngineStep(const std::function<void()>& step, const RunClock& clock, const std::function<bool()>& cancelled);
 
 /// True for the failures that the run's trap answers itself, before any report.
 bool isRunTrapCase(const dao::Error& error);

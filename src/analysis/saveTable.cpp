@@ -9,8 +9,7 @@
 using namespace Qt::StringLiterals;
 
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes) {
-    const bool page =
-        path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
+    const bool page = path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
     // Spreadsheets read a csv file as UTF-8 only when it begins with the mark.
     const QByteArray content =
         page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csvText(tableRows(table)).toUtf8();

@@ -11,8 +11,7 @@ QString column(const QString& table, const QString& field) {
 }
 
 bool groupsByTwo(const CountFacts& facts) {
-    return facts.mode == AnalysisMode::Crosstab ||
-           (facts.mode == AnalysisMode::Descriptives && facts.chkDescGroup);
+    return facts.mode == AnalysisMode::Crosstab || (facts.mode == AnalysisMode::Descriptives && facts.chkDescGroup);
 }
 
 bool hasWhere(const CountFacts& facts) {
@@ -65,8 +64,7 @@ QString defaultCaseQuery(const QString& study) {
     return u"SELECT "_s + study + u"_1.dt_CaseID AS ID FROM "_s + study + u"_1;"_s;
 }
 
-std::optional<WeightedQuery> addWeight(const QString& text, const QString& weightTable,
-                                       const QString& weightField) {
+std::optional<WeightedQuery> addWeight(const QString& text, const QString& weightTable, const QString& weightField) {
     const qsizetype from = text.indexOf(u"FROM"_s, 0, Qt::CaseInsensitive);
     if (from < 0)
         return std::nullopt;
@@ -78,8 +76,8 @@ std::optional<WeightedQuery> addWeight(const QString& text, const QString& weigh
     } else {
         QString source = text.mid(from + 4).trimmed();
         source = source.left(source.indexOf(u';'));
-        query = select + weightTable + u" INNER JOIN "_s + source + u" ON "_s + weightTable +
-                u".dt_CaseID = "_s + source + u".dt_CaseID"_s;
+        query = select + weightTable + u" INNER JOIN "_s + source + u" ON "_s + weightTable + u".dt_CaseID = "_s +
+                source + u".dt_CaseID"_s;
     }
     return WeightedQuery{query + u" WHERE ("_s + weight + u" Is Not Null)"_s,
                          query + u" WHERE ("_s + weight + u" Is Null)"_s};
@@ -98,10 +96,9 @@ QString tableBehind(const QString& text, const QString& keyword) {
 
 QString countStatementBase(const CountFacts& facts) {
     ExtraJoins joins = facts.joins;
-    if (groupsByTwo(facts) && !facts.table2.isEmpty() &&
-        facts.table2.compare(facts.table, Qt::CaseInsensitive) != 0 && !joins.contains(facts.table2))
-        joins.add(facts.table2,
-                  u"INNER JOIN "_s + facts.table2 + u" ON q.ID = "_s + facts.table2 + u".dt_CaseID)"_s);
+    if (groupsByTwo(facts) && !facts.table2.isEmpty() && facts.table2.compare(facts.table, Qt::CaseInsensitive) != 0 &&
+        !joins.contains(facts.table2))
+        joins.add(facts.table2, u"INNER JOIN "_s + facts.table2 + u" ON q.ID = "_s + facts.table2 + u".dt_CaseID)"_s);
     QString sql = selectList(facts) + u" FROM "_s + joins.parens + u"(q INNER JOIN "_s + facts.table +
                   u" ON q.ID = "_s + facts.table + u".dt_CaseID)"_s + joins.text;
     if (facts.part)
@@ -127,14 +124,12 @@ CountStatement countStatement(const CountFacts& facts) {
     return statement;
 }
 
-QString labelStatement(AnalysisMode mode, const QString& study, const QString& variable,
-                       const QString& variable2) {
+QString labelStatement(AnalysisMode mode, const QString& study, const QString& variable, const QString& variable2) {
     if (mode == AnalysisMode::Crosstab)
-        return u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like "_s + quoted(study) +
-               u" AND ([fi_VarName] = "_s + quoted(variable) + u" OR [fi_VarName] = "_s + quoted(variable2) +
-               u")) ORDER BY dt_Value ASC;"_s;
-    return u"SELECT * FROM tkey_Value WHERE fi_StudyNo = "_s + quoted(study) + u" AND fi_VarName = "_s + quoted(variable) +
-           u" ORDER BY dt_Value ASC;"_s;
+        return u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like "_s + quoted(study) + u" AND ([fi_VarName] = "_s +
+               quoted(variable) + u" OR [fi_VarName] = "_s + quoted(variable2) + u")) ORDER BY dt_Value ASC;"_s;
+    return u"SELECT * FROM tkey_Value WHERE fi_StudyNo = "_s + quoted(study) + u" AND fi_VarName = "_s +
+           quoted(variable) + u" ORDER BY dt_Value ASC;"_s;
 }
 
 QString comparisonKey(const QList<ComparisonEntry>& entries) {

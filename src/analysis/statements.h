@@ -29,8 +29,7 @@ struct WeightedQuery {
 /// Adds the weight to a text that selects cases. A text that names the weight's table already is not joined
 /// to it again.
 /// @return nothing for a text without "FROM"
-std::optional<WeightedQuery> addWeight(const QString& text, const QString& weightTable,
-                                       const QString& weightField);
+std::optional<WeightedQuery> addWeight(const QString& text, const QString& weightTable, const QString& weightField);
 
 /// The word behind the first "FROM" or "JOIN" of a text: what stands up to the next ";", blank or ",". Empty
 /// without that keyword.
@@ -67,8 +66,7 @@ CountStatement countStatement(const CountFacts& facts);
 bool takesMissingCondition(const CountFacts& facts);
 
 /// The statement for the labels of a round.
-QString labelStatement(AnalysisMode mode, const QString& study, const QString& variable,
-                       const QString& variable2);
+QString labelStatement(AnalysisMode mode, const QString& study, const QString& variable, const QString& variable2);
 
 /// Text of the request that a comparison's tables show.
 QString comparisonKey(const QList<ComparisonEntry>& entries);

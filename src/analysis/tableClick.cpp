@@ -53,21 +53,21 @@ bool isMarkedRow(const ResultTable& table, int row) {
 }
 
 bool isMarkedColumn(const ResultTable& table, int column) {
-    return isCrosstab(table) && table.Rows() > markRow && column < table.Cols() && table.Cell(column, markRow) == "X"_L1;
+    return isCrosstab(table) && table.Rows() > markRow && column < table.Cols() &&
+           table.Cell(column, markRow) == "X"_L1;
 }
 
 ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const MarkArea& area) {
     if (!hasMarkColumn(table))
         return ClickEffect::None;
     if (selection.Col == markColumn && selection.ColSel == markColumn)
-        return clickMarks(selection.Row, selection.RowSel, {table.FixedRows, table.Rows() - 1}, area.firstRow, area.lastRow, [&](int row) {
-            table.setCell(markColumn, row, otherMark(isMarkedRow(table, row)));
-        });
+        return clickMarks(selection.Row, selection.RowSel, {table.FixedRows, table.Rows() - 1}, area.firstRow,
+                          area.lastRow,
+                          [&](int row) { table.setCell(markColumn, row, otherMark(isMarkedRow(table, row))); });
     if (isCrosstab(table) && selection.Row == markRow && selection.RowSel == markRow)
-        return clickMarks(selection.Col, selection.ColSel, {table.FixedCols, table.Cols() - 1}, area.firstColumn, area.lastColumn,
-                          [&](int column) {
-                              table.setCell(column, markRow, otherMark(isMarkedColumn(table, column)));
-                          });
+        return clickMarks(
+            selection.Col, selection.ColSel, {table.FixedCols, table.Cols() - 1}, area.firstColumn, area.lastColumn,
+            [&](int column) { table.setCell(column, markRow, otherMark(isMarkedColumn(table, column))); });
     return ClickEffect::None;
 }
 

@@ -17,7 +17,8 @@ enum class ClickEffect {
     Ask     ///< the questions of a new calculation are to come
 };
 
-/// The column that tells the missing values of the rows, by "X", and the row of a crosstab that tells those of its columns.
+/// The column that tells the missing values of the rows, by "X", and the row of a crosstab that tells those of its
+/// columns.
 constexpr int markColumn = 2;
 constexpr int markRow = 2;
 
@@ -28,9 +29,9 @@ struct MarkArea {
 };
 /// The area of a table that was just made: the sums are known by their words in the language in force.
 MarkArea markArea(const ResultTable& table, bool separateValidCases);
-/// What a selection means for the marks of a table, and does it. A selection from the first row below the head to the last of
-/// the table (in a crosstab's mark row also: from the first column to the last) is what a click on the head leaves: it only asks.
-/// Any other changes the mark of each data row or column in it.
+/// What a selection means for the marks of a table, and does it. A selection from the first row below the head to the
+/// last of the table (in a crosstab's mark row also: from the first column to the last) is what a click on the head
+/// leaves: it only asks. Any other changes the mark of each data row or column in it.
 ClickEffect clickTable(ResultTable& table, const GridSelection& selection, const MarkArea& area);
 /// What is marked as missing: by row, then in a crosstab by column.
 std::vector<bool> marksOf(const ResultTable& table);

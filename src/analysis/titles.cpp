@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool shows(const ResultTable& table, int column, int row, const QString& word) {
-    return column >= 0 && column < table.Cols() && row >= 0 && row < table.Rows() && isWord(table.Cell(column, row), word);
+    return column >= 0 && column < table.Cols() && row >= 0 && row < table.Rows() &&
+           isWord(table.Cell(column, row), word);
 }
 
 /// A frequency table ends in "Summe", perhaps a blank row, "Gültige Fälle"; a table that was cut short does
@@ -130,8 +131,9 @@ QString resultTitle(const AnalysisRequest& request, const ResultTable& table, co
         title = start + withN(frequencyN(table, options.IncludeMissing));
         break;
     case AnalysisMode::Descriptives:
-        title = request.chkDescGroup && !request.dbcVariable2Uni.isEmpty() ? byTwo
-                                                                        : start + withN(descriptivesN(table, "Count"_L1));
+        title = request.chkDescGroup && !request.dbcVariable2Uni.isEmpty()
+                    ? byTwo
+                    : start + withN(descriptivesN(table, "Count"_L1));
         break;
     case AnalysisMode::Crosstab:
         title = byTwo;
@@ -163,8 +165,7 @@ QString comparisonHeader(const ComparisonEntry& entry, const Options& options) {
     const QString& kind = entry.at(ComparisonEntry::FilterInfo);
     const bool part = !kind.isEmpty() && kind != "user"_L1;
     if (options.HeaderAddFilter && (part || !entry.at(ComparisonEntry::Filter).isEmpty()))
-        add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) +
-                u")"_s,
+        add(u"(F. "_s + (part ? entry.at(ComparisonEntry::PartText) : entry.at(ComparisonEntry::Filter)) + u")"_s,
             u" "_s);
     return header;
 }

@@ -16,8 +16,7 @@ bool isDigit(QChar c) {
 
 class FilterPass {
 public:
-    FilterPass(const QString& text, const FilterSurroundings& surroundings)
-        : text_(text), around_(surroundings) {}
+    FilterPass(const QString& text, const FilterSurroundings& surroundings) : text_(text), around_(surroundings) {}
 
     FilterResult run() {
         for (qsizetype i = 0; i < text_.size() && result_.failure == FilterResult::Failure::None; ++i)

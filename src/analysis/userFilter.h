@@ -15,7 +15,7 @@ struct FilterResult {
     QString filterSql;
     ExtraJoins joins;
     Failure failure = Failure::None;
-    QString culprit; ///< the character or the word
+    QString culprit;         ///< the character or the word
     qsizetype position = -1; ///< of the culprit in the text, from 0
     QString lost;            ///< a word at the very end, which counts for nothing
 };

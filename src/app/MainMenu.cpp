@@ -27,7 +27,13 @@ void addViewMenu(Entries& all) {
     for (int i = 1; i <= MainMenu::views; ++i)
         all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
     for (int i = 1; i <= MainMenu::views; ++i)
-        all.push_back({menu, u"mnuViewDescriptions(%1)"_s.arg(i), {}, u"Ctrl+Shift+%1"_s.arg(i), u"description"_s, false, i == 1});
+        all.push_back({menu,
+                       u"mnuViewDescriptions(%1)"_s.arg(i),
+                       {},
+                       u"Ctrl+Shift+%1"_s.arg(i),
+                       u"description"_s,
+                       false,
+                       i == 1});
     all.push_back({menu, u"mnuAuswertungsansicht"_s, u"&Auswertung"_s, u"Ctrl+Shift+A"_s, u"analysis"_s, false, true});
     all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
     all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});
@@ -139,7 +145,8 @@ bool MainMenu::enabled(const QString& name, const MainState& state) {
     }
     const QString menu = menuOf(name);
     // Whoever waits for a run may look at another window or leave the program, which ends the run first.
-    const bool whileBusy = menu.isEmpty() || menu == u"mnuWindow" || name == u"mnuFileExit" || name.startsWith(u"mnuWindow");
+    const bool whileBusy =
+        menu.isEmpty() || menu == u"mnuWindow" || name == u"mnuFileExit" || name.startsWith(u"mnuWindow");
     if (state.busy && !whileBusy)
         return false;
     if (!menu.isEmpty() && !enabled(menu, state))

@@ -19,9 +19,9 @@ struct MainState {
 
 /// One entry of the menu, in the order in which they stand.
 struct MenuEntry {
-    QString menu;    ///< name of the menu that it stands in; empty for the menu bar
-    QString name;    ///< control name, "name(i)" in an array
-    QString caption; ///< as designed; empty where it is made at run time
+    QString menu;                 ///< name of the menu that it stands in; empty for the menu bar
+    QString name;                 ///< control name, "name(i)" in an array
+    QString caption;              ///< as designed; empty where it is made at run time
     QString shortcut = QString(); ///< several are parted by ";"
     QString icon = QString();
     bool checkable = false;
@@ -39,8 +39,8 @@ constexpr int views = 9;
 const std::vector<MenuEntry>& entries();
 bool isMenu(const QString& name);
 
-/// Whether an entry, a menu or a toolbar button (by its key) can be used. A shortcut of an entry in a disabled menu is off
-/// too.
+/// Whether an entry, a menu or a toolbar button (by its key) can be used. A shortcut of an entry in a disabled menu is
+/// off too.
 bool enabled(const QString& name, const MainState& state);
 /// Whether an entry that shows a state is checked.
 bool checked(const QString& name, const MainState& state);

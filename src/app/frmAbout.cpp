@@ -24,7 +24,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QString version() {
-    return u"%1.%2.%3"_s.arg(ApplicationInfo::majorVersion).arg(ApplicationInfo::minorVersion).arg(ApplicationInfo::revision);
+    return u"%1.%2.%3"_s.arg(ApplicationInfo::majorVersion)
+        .arg(ApplicationInfo::minorVersion)
+        .arg(ApplicationInfo::revision);
 }
 
 template<class Control>
@@ -48,11 +50,12 @@ frmAbout::frmAbout(QWidget* parent)
     large.setPointSizeF(large.pointSizeF() * 1.8);
     large.setBold(true);
     title->setFont(large);
-    auto* number = named(new QLabel(u"Version "_s + version() + u"  ·  "_s + ApplicationInfo::companyName, this), u"lblVersion"_s);
+    auto* number =
+        named(new QLabel(u"Version "_s + version() + u"  ·  "_s + ApplicationInfo::companyName, this), u"lblVersion"_s);
     number->setProperty("CtrlTyp", QString());
-    auto* description = named(
-        new QLabel(u"Kataloge sozialwissenschaftlicher Umfragen: nachschlagen, auszählen, vergleichen."_s, this),
-        u"lblDescription"_s);
+    auto* description =
+        named(new QLabel(u"Kataloge sozialwissenschaftlicher Umfragen: nachschlagen, auszählen, vergleichen."_s, this),
+              u"lblDescription"_s);
     description->setWordWrap(true);
     description->setMinimumWidth(description->fontMetrics().averageCharWidth() * 45);
 
@@ -118,11 +121,10 @@ void frmAbout::showInformation() {
 }
 
 QString frmAbout::systemInformation() {
-    QStringList lines = {ApplicationInfo::title + u' ' + version(),
-                         u"Qt "_s + QString::fromLatin1(qVersion()),
+    QStringList lines = {ApplicationInfo::title + u' ' + version(), u"Qt "_s + QString::fromLatin1(qVersion()),
                          u"SQLite "_s + dao::DBEngine::storeVersion(),
-                         QSysInfo::prettyProductName() + u" ("_s + QSysInfo::kernelType() + u' ' + QSysInfo::kernelVersion() + u", "_s +
-                             QSysInfo::currentCpuArchitecture() + u')',
+                         QSysInfo::prettyProductName() + u" ("_s + QSysInfo::kernelType() + u' ' +
+                             QSysInfo::kernelVersion() + u", "_s + QSysInfo::currentCpuArchitecture() + u')',
                          QGuiApplication::platformName() + u", "_s + QLocale().name()};
     for (const QScreen* screen : QGuiApplication::screens())
         lines << u"%1 x %2, %3 dpi, x %4"_s.arg(screen->size().width())

@@ -158,7 +158,8 @@ void frmMain::placeWindow() {
     for (const QScreen* screen : QGuiApplication::screens())
         screens << screen->availableGeometry();
     const QRect first = screens.value(0);
-    const Main::WindowPlace stored = Main::StoredPlace(pixelsToTwips(*this, first.width()), pixelsToTwips(*this, first.height()));
+    const Main::WindowPlace stored =
+        Main::StoredPlace(pixelsToTwips(*this, first.width()), pixelsToTwips(*this, first.height()));
     const QRect place = placeOnScreens(QRect(twipsToPixels(*this, stored.left), twipsToPixels(*this, stored.top),
                                              twipsToPixels(*this, stored.width), twipsToPixels(*this, stored.height)),
                                        screens);
@@ -188,7 +189,8 @@ void frmMain::addButton(const ToolbarButton& button) {
         tbToolBar_->addSeparator();
         return;
     }
-    const QString ofView = Icons::ofView(gViews.at(button.view, ViewTable::Type), gViews.at(button.view, ViewTable::CompAnalysis));
+    const QString ofView =
+        Icons::ofView(gViews.at(button.view, ViewTable::Type), gViews.at(button.view, ViewTable::CompAnalysis));
     // Views are told apart by their number, which is that of their shortcut too.
     const QIcon icon = button.view ? Icons::withNumber(button.icon.isEmpty() ? ofView : button.icon, button.view)
                                    : Icons::get(button.icon);
@@ -229,8 +231,9 @@ void frmMain::InitFileMenu() {
         QAction* entry = actions_[arrayName(u"mnuFileMRU"_s, i)];
         const QString file = Paths::native(recentFiles_.value(i - 1));
         entry->setVisible(!file.isEmpty());
-        entry->setText(u'&' + QString::number(i) + u' ' +
-                       asCaption(fontMetrics().elidedText(file, Qt::ElideMiddle, 60 * fontMetrics().averageCharWidth())));
+        entry->setText(
+            u'&' + QString::number(i) + u' ' +
+            asCaption(fontMetrics().elidedText(file, Qt::ElideMiddle, 60 * fontMetrics().averageCharWidth())));
         entry->setToolTip(asToolTip(file));
     }
 }
@@ -283,8 +286,8 @@ void frmMain::setChecked(const QString& name, bool checked) {
 
 void frmMain::applyState() {
     MainState now = state();
-    // What is shown as out of use stays so for a while: a run. A window that is being made tells no one when it is done, and the
-    // keys typed meanwhile are for what it has made.
+    // What is shown as out of use stays so for a while: a run. A window that is being made tells no one when it is
+    // done, and the keys typed meanwhile are for what it has made.
     now.busy = AnalysisModel::running() || RunGuard::running();
     for (auto menu = menus_.cbegin(); menu != menus_.cend(); ++menu)
         menu.value()->setEnabled(MainMenu::enabled(menu.key(), now));

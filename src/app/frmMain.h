@@ -24,8 +24,8 @@ public:
     frmMain();
     ~frmMain() override;
 
-    /// Texts, toolbar, recent files, place, the last catalogue: all that opening the program means. The window is not shown
-    /// yet.
+    /// Texts, toolbar, recent files, place, the last catalogue: all that opening the program means. The window is not
+    /// shown yet.
     void load();
 
     void DrawViewMenu();
@@ -38,8 +38,8 @@ public:
     void mnuHelpContents_Click();
     void ChangeFont();
 
-    /// Runs a command by the control name of its entry or the key of its button. While something runs that it would disturb, it
-    /// is refused; a key without a command does nothing.
+    /// Runs a command by the control name of its entry or the key of its button. While something runs that it would
+    /// disturb, it is refused; a key without a command does nothing.
     void perform(const QString& name);
     ChildArea& area() { return *area_; }
 

@@ -122,7 +122,8 @@ void frmMain::OpenDB() {
     // The next catalogue is looked for where the one before was.
     const QStringList files = {gDatabase.State() == 1 ? gDatabase.Database() : QString(), recentFiles_.value(0),
                                Paths::join(gOptions.DatabasePath, gOptions.DatabaseName)};
-    const auto known = std::ranges::find_if(files, [](const QString& file) { return !Paths::folderOf(file).isEmpty(); });
+    const auto known =
+        std::ranges::find_if(files, [](const QString& file) { return !Paths::folderOf(file).isEmpty(); });
     if (!closeCurrentDatabase())
         return;
     const bool german = gLanguage == 0;
@@ -211,7 +212,8 @@ void frmMain::ChangeFont() {
 }
 
 QString frmMain::helpFile() const {
-    const QString pages = Paths::join(Paths::applicationFolder(), gLanguage == 0 ? u"Varidex-de.html"_s : u"Varidex-en.html"_s);
+    const QString pages =
+        Paths::join(Paths::applicationFolder(), gLanguage == 0 ? u"Varidex-de.html"_s : u"Varidex-en.html"_s);
     return Paths::exists(pages) ? pages : helpFile_;
 }
 
@@ -227,8 +229,8 @@ void frmMain::mnuHelpContents_Click() {
         return;
     }
     if (!Paths::exists(file) || !ui::asker().openFile(Paths::onDisk(file)))
-        ui::asker().messageBox(
-            {TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) + u" ("_s + file + u')'});
+        ui::asker().messageBox({TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) +
+                                u" ("_s + file + u')'});
 }
 
 void frmMain::listWindows() {
@@ -241,7 +243,8 @@ void frmMain::listWindows() {
         if (form == this || !form->widget().parentWidget() || !form->widget().parentWidget()->inherits("QMdiSubWindow"))
             continue;
         ++number;
-        const QString hidden = ChildArea::isHiddenChild(form->widget()) ? u" ("_s + TranslateText(u"ausgeblendet"_s) + u')' : QString();
+        const QString hidden =
+            ChildArea::isHiddenChild(form->widget()) ? u" ("_s + TranslateText(u"ausgeblendet"_s) + u')' : QString();
         QAction* action = menu->addAction((number <= 9 ? u'&' + QString::number(number) + u' ' : QString()) +
                                           form->widget().windowTitle().replace(u'&', u"&&"_s) + hidden);
         action->setObjectName(arrayName(u"mnuWindowList"_s, number));

@@ -23,7 +23,8 @@ class OpenProgress : public ui::ProgressView {
 public:
     explicit OpenProgress(bool mayStop)
         : guard_([this, mayStop] { stopped_ = mayStop; }, {}),
-          window_(mayStop ? std::function<void()>([this] { stopped_ = true; }) : nullptr, QApplication::activeWindow()) {
+          window_(mayStop ? std::function<void()>([this] { stopped_ = true; }) : nullptr,
+                  QApplication::activeWindow()) {
         window_.setWindowModality(Qt::ApplicationModal);
     }
 

@@ -10,17 +10,18 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// The progress window: what is being done, how far it is, and a button to stop where that is possible. A key pressed on the
-/// window itself does nothing.
+/// The progress window: what is being done, how far it is, and a button to stop where that is possible. A key pressed
+/// on the window itself does nothing.
 class frmProcess : public QDialog, public Form {
 public:
-    /// @param stop called when the user wants to stop, by the button or the window's frame; without one the window cannot be
+    /// @param stop called when the user wants to stop, by the button or the window's frame; without one the window
+    /// cannot be
     ///        closed by the user
     explicit frmProcess(std::function<void()> stop = {}, QWidget* parent = nullptr);
     ~frmProcess() override;
 
-    /// Shows the window over all others for as long as the view lives; nothing else takes input meanwhile, and what is to be
-    /// closed stops the step and closes when it has ended. @return null while another step is guarded already
+    /// Shows the window over all others for as long as the view lives; nothing else takes input meanwhile, and what is
+    /// to be closed stops the step and closes when it has ended. @return null while another step is guarded already
     static std::unique_ptr<ui::ProgressView> open(bool mayStop);
 
     QLabel* lblStatus;

@@ -45,7 +45,8 @@ QPushButton* languageButton(int language, const QString& caption, const QString&
 
 } // namespace
 
-frmSplash::frmSplash() : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&Begrüßungsdialog beim Start anzeigen"_s, this)) {
+frmSplash::frmSplash()
+    : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&Begrüßungsdialog beim Start anzeigen"_s, this)) {
     setWindowTitle(ApplicationInfo::title);
     setWindowIcon(Icons::get(u"varidex"_s));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
@@ -57,7 +58,8 @@ frmSplash::frmSplash() : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&B
     names->setSpacing(unit / 4);
     names->addWidget(fixedLabel(u"lblProductName"_s, ApplicationInfo::productName, 2.2, this));
     names->addWidget(fixedLabel(
-        u"lblVersion"_s, u"Version %1.%2"_s.arg(ApplicationInfo::majorVersion).arg(ApplicationInfo::minorVersion), 1.0, this));
+        u"lblVersion"_s, u"Version %1.%2"_s.arg(ApplicationInfo::majorVersion).arg(ApplicationInfo::minorVersion), 1.0,
+        this));
     names->addWidget(fixedLabel(u"lblCompany"_s, ApplicationInfo::companyName, 1.0, this));
     QLabel* platform = fixedLabel(u"lblPlatform"_s, QString(), 1.0, this);
     platform->hide();

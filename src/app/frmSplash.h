@@ -6,8 +6,8 @@
 
 class QCheckBox;
 
-/// The start window: name and version of the program, and the choice of the language. A key pressed on the window itself does
-/// nothing; its buttons take keys as ever. Closing it by its frame changes nothing.
+/// The start window: name and version of the program, and the choice of the language. A key pressed on the window
+/// itself does nothing; its buttons take keys as ever. Closing it by its frame changes nothing.
 class frmSplash : public QDialog, public Form {
 public:
     frmSplash();

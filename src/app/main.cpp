@@ -42,8 +42,9 @@ int main(int, char** arguments) {
     int count = 1;
     Program program(count, arguments);
     Program::setApplicationName(u"varidex"_s);
-    Program::setApplicationVersion(
-        u"%1.%2.%3"_s.arg(ApplicationInfo::majorVersion).arg(ApplicationInfo::minorVersion).arg(ApplicationInfo::revision));
+    Program::setApplicationVersion(u"%1.%2.%3"_s.arg(ApplicationInfo::majorVersion)
+                                       .arg(ApplicationInfo::minorVersion)
+                                       .arg(ApplicationInfo::revision));
     Program::setDesktopFileName(u"varidex"_s);
     Program::setWindowIcon(Icons::get(u"varidex"_s));
     Program::setStyle(new ProgramStyle);

@@ -57,8 +57,8 @@ bool Main::openingStep(const std::function<void()>& step) {
     });
     if (pathFound)
         return outcome != Trap::Aborted;
-    ui::asker().messageBox({TranslateText(u"Pfad zur Datenbank"_s) + gOptions.DatabasePath + u'\\' + gOptions.DatabaseName +
-                                TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
+    ui::asker().messageBox({TranslateText(u"Pfad zur Datenbank"_s) + gOptions.DatabasePath + u'\\' +
+                                gOptions.DatabaseName + TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
                                 TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
                             {},
                             ui::Icon::Exclamation,
@@ -70,17 +70,19 @@ bool Main::openingStep(const std::function<void()>& step) {
 Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
     return {storedNumber(u"MainLeft"_s, 0), storedNumber(u"MainTop"_s, 0),
             storedNumber(u"MainWidth"_s, qRound(shareOfScreen * screenWidth)),
-            storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight)), storedNumber(u"MainMaximized"_s, 0) == 1};
+            storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight)),
+            storedNumber(u"MainMaximized"_s, 0) == 1};
 }
 
 void Main::Stop(const std::optional<WindowPlace>& place) {
     if (place) {
-        const std::pair<QString, QString> values[] = {{u"MainLeft"_s, QString::number(place->left)},
-                                                      {u"MainTop"_s, QString::number(place->top)},
-                                                      {u"MainWidth"_s, QString::number(place->width)},
-                                                      {u"MainHeight"_s, QString::number(place->height)},
-                                                      {u"MainMaximized"_s, place->maximised ? u"1"_s : u"0"_s},
-                                                      {u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s}};
+        const std::pair<QString, QString> values[] = {
+            {u"MainLeft"_s, QString::number(place->left)},
+            {u"MainTop"_s, QString::number(place->top)},
+            {u"MainWidth"_s, QString::number(place->width)},
+            {u"MainHeight"_s, QString::number(place->height)},
+            {u"MainMaximized"_s, place->maximised ? u"1"_s : u"0"_s},
+            {u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s}};
         // Where one cannot be written the others cannot either, and one box says so.
         for (const auto& [name, value] : values)
             if (!store(name, value))

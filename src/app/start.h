@@ -17,8 +17,8 @@ void StartServices();
 /// @return the state reached, 1 open; 0 also when the settings name none
 qint16 OpenDefDB();
 
-/// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure the
-/// standard error box. @return false if the opening is to be left
+/// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure
+/// the standard error box. @return false if the opening is to be left
 bool openingStep(const std::function<void()>& step);
 
 /// Place of the main window in twips.

@@ -23,8 +23,7 @@ namespace {
 /// One build, in the folder where the catalogue comes into being.
 class Builder {
 public:
-    Builder(const BuildRequest& request, const Description& description, const QString& folder,
-            BuildReport& report)
+    Builder(const BuildRequest& request, const Description& description, const QString& folder, BuildReport& report)
         : request_(request), description_(description), folder_(folder), report_(report),
           path_(folder + u'/' + QFileInfo(request.catalogue).fileName()), guard_(path_),
           catalogue_(makeCatalogue(guard_, path_)), entries_(description, catalogue_, report) {
@@ -95,9 +94,7 @@ private:
         for (const CaseTable& table : study.tables)
             settings.furtherTables.push_back({table.variables, table.ownFile});
         if (request_.progress)
-            settings.progress = [this](double share) {
-                return request_.progress((report_.studies + share) / toDo_);
-            };
+            settings.progress = [this](double share) { return request_.progress((report_.studies + share) / toDo_); };
         return settings;
     }
 
@@ -135,16 +132,14 @@ private:
     void checkQueries() {
         for (const View& view : description_.views)
             for (const Study& study : view.studies) {
-                const bool needsSelection =
-                    std::any_of(study.parts.begin(), study.parts.end(),
-                                [](const Part& part) { return part.separateAnalysis; });
+                const bool needsSelection = std::any_of(study.parts.begin(), study.parts.end(),
+                                                        [](const Part& part) { return part.separateAnalysis; });
                 if (study.query.value_or(QString()).trimmed().isEmpty()) {
                     if (needsSelection)
                         throw ImportError(description_.at(
                             study.place,
-                            said(
-                                u"Teile mit 'separateAnalysis' brauchen eine 'query', die eine Spalte SE liefert"_s,
-                                u"parts with 'separateAnalysis' need a 'query' that supplies a column SE"_s)));
+                            said(u"Teile mit 'separateAnalysis' brauchen eine 'query', die eine Spalte SE liefert"_s,
+                                 u"parts with 'separateAnalysis' need a 'query' that supplies a column SE"_s)));
                     continue;
                 }
                 checkQuery(study, needsSelection);
@@ -153,9 +148,8 @@ private:
 
     void checkQuery(const Study& study, bool needsSelection) {
         const QString place = study.place + u".query"_s;
-        const auto variables =
-            std::find_if(entries_.studies().begin(), entries_.studies().end(),
-                         [&study](const StudyVariables& one) { return one.study == study.number; });
+        const auto variables = std::find_if(entries_.studies().begin(), entries_.studies().end(),
+                                            [&study](const StudyVariables& one) { return one.study == study.number; });
         for (const QString& reason : queryWarnings(*study.query, variables->tables))
             report_.warnings << description_.at(place, reason);
         for (const QString& table : variables->tables)
@@ -163,12 +157,10 @@ private:
         QString failure;
         try {
             const dao::RecordsetPtr rows = catalogue_->OpenRecordset(*study.query, dao::dbOpenSnapshot);
-            for (const QString& column :
-                 needsSelection ? QStringList{u"ID"_s, u"SE"_s} : QStringList{u"ID"_s})
+            for (const QString& column : needsSelection ? QStringList{u"ID"_s, u"SE"_s} : QStringList{u"ID"_s})
                 if (!rows->hasField(column))
-                    failure =
-                        said(u"die Abfrage liefert keine Spalte %1"_s, u"the query supplies no column %1"_s)
-                            .arg(column);
+                    failure = said(u"die Abfrage liefert keine Spalte %1"_s, u"the query supplies no column %1"_s)
+                                  .arg(column);
             rows->Close();
         } catch (const dao::Error& error) {
             failure = error.description();
@@ -184,8 +176,7 @@ private:
         const QString own = u"%1/%2-%3.mdb"_s.arg(folder_, study, suffix);
         const dao::TableDefPtr link = catalogue_->CreateTableDef(table);
         link->setSourceTableName(table);
-        link->setConnect(u";DATABASE="_s +
-                         (QFileInfo::exists(own) ? own : u"%1/%2.mdb"_s.arg(folder_, study)));
+        link->setConnect(u";DATABASE="_s + (QFileInfo::exists(own) ? own : u"%1/%2.mdb"_s.arg(folder_, study)));
         catalogue_->TableDefs().Append(link);
     }
 };
@@ -199,9 +190,9 @@ void addSummary(const Description& description, BuildReport& report) {
     report.facts << said(u"Zuordnungen: %1"_s, u"assignments: %1"_s).arg(report.assignments);
 }
 
-}
+} // namespace
 
-}
+} // namespace archive
 
 BuildReport buildArchive(const BuildRequest& wish) {
     using namespace archive;

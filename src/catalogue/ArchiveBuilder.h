@@ -7,10 +7,9 @@
 
 /// What to build, and where.
 struct BuildRequest {
-    QString catalogue;   ///< file to be made; the case files come beside it
-    QString description; ///< archive description in JSON
-    bool replace =
-        false; ///< a catalogue and case files of that name may be there: they are replaced as a whole
+    QString catalogue;    ///< file to be made; the case files come beside it
+    QString description;  ///< archive description in JSON
+    bool replace = false; ///< a catalogue and case files of that name may be there: they are replaced as a whole
     /// Called with the share done (0 to 1) now and then; false ends the build, which then fails.
     std::function<bool(double)> progress;
 };

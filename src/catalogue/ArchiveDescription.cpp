@@ -34,8 +34,8 @@ private:
 
 void requireDepth(const JsonNode& node, int depth) {
     if (depth > maxTreeDepth)
-        node.fail(said(u"mehr als %1 Ebenen ineinander"_s, u"more than %1 levels inside each other"_s)
-                      .arg(maxTreeDepth));
+        node.fail(
+            said(u"mehr als %1 Ebenen ineinander"_s, u"more than %1 levels inside each other"_s).arg(maxTreeDepth));
 }
 
 /// Show cards lie below the catalogue's folder, which is where the explorer looks.
@@ -44,9 +44,9 @@ Text showCardOf(const JsonNode& node) {
     for (const std::optional<QString>& file : {card.original, card.english}) {
         const QString path = QString(file.value_or(QString())).replace(u'\\', u'/');
         if (path.startsWith(u'/') || path.contains(u':') || path.split(u'/').contains(u".."_s))
-            node[u"showCard"_s].fail(said(u"'%1' liegt nicht im Ordner des Katalogs"_s,
-                                          u"'%1' does not lie in the catalogue's folder"_s)
-                                         .arg(*file));
+            node[u"showCard"_s].fail(
+                said(u"'%1' liegt nicht im Ordner des Katalogs"_s, u"'%1' does not lie in the catalogue's folder"_s)
+                    .arg(*file));
     }
     return card;
 }
@@ -95,8 +95,8 @@ public:
     explicit Reader(Description& result) : result_(result) {}
 
     void read(const JsonNode& root) {
-        root.onlyMembers({u"format"_s, u"database"_s, u"options"_s, u"variableGroups"_s, u"variables"_s,
-                          u"views"_s, u"questionnaires"_s, u"dataSets"_s});
+        root.onlyMembers({u"format"_s, u"database"_s, u"options"_s, u"variableGroups"_s, u"variables"_s, u"views"_s,
+                          u"questionnaires"_s, u"dataSets"_s});
         if (!root.has(u"format"_s) || root[u"format"_s].optionValue() != u"1")
             root[u"format"_s].fail(said(u"'format' muss 1 sein"_s, u"'format' must be 1"_s));
         if (root.has(u"database"_s)) {
@@ -105,16 +105,14 @@ public:
             result_.title = database.inBothLanguages(u"title"_s);
             result_.description = database.inBothLanguages(u"description"_s);
         }
-        root.eachMember(u"options"_s,
-                        [this](const QString& name, const JsonNode& node) { option(name, node); });
+        root.eachMember(u"options"_s, [this](const QString& name, const JsonNode& node) { option(name, node); });
         root.each(u"variableGroups"_s, [this](const JsonNode& node) { variableGroup(node); });
         result_.variables = readVariables(root, groupKeys_);
         result_.questionnaires = root.optionalText(u"questionnaires"_s);
         result_.dataSets = root.optionalText(u"dataSets"_s);
         root.each(u"views"_s, [this](const JsonNode& node) { view(node); });
         if (result_.views.empty() || result_.views.size() > 9)
-            root[u"views"_s].fail(
-                said(u"ein Katalog hat 1 bis 9 Ansichten"_s, u"a catalogue has 1 to 9 views"_s));
+            root[u"views"_s].fail(said(u"ein Katalog hat 1 bis 9 Ansichten"_s, u"a catalogue has 1 to 9 views"_s));
     }
 
 private:
@@ -144,8 +142,7 @@ private:
     }
 
     void view(const JsonNode& node) {
-        node.onlyMembers(
-            {u"table"_s, u"kind"_s, u"name"_s, u"descriptions"_s, u"comparison"_s, u"entries"_s});
+        node.onlyMembers({u"table"_s, u"kind"_s, u"name"_s, u"descriptions"_s, u"comparison"_s, u"entries"_s});
         View view;
         view.place = node.place();
         view.table = node.requiredText(u"table"_s);
@@ -153,17 +150,15 @@ private:
         static const QStringList taken{u"Variable"_s, u"Value"_s, u"VarGroups"_s, u"Parts"_s, u"Database"_s};
         if (taken.contains(view.table, Qt::CaseInsensitive))
             node[u"table"_s].fail(
-                said(u"die Tabelle 'tkey_%1' ist vergeben"_s, u"the table 'tkey_%1' is taken"_s)
-                    .arg(view.table));
+                said(u"die Tabelle 'tkey_%1' ist vergeben"_s, u"the table 'tkey_%1' is taken"_s).arg(view.table));
         viewTables_.add(node[u"table"_s], view.table);
         const QString kind = node.requiredText(u"kind"_s);
         if (kind != u"study" && kind != u"category")
-            node[u"kind"_s].fail(
-                said(u"hier steht 'study' oder 'category'"_s, u"'study' or 'category' stands here"_s));
+            node[u"kind"_s].fail(said(u"hier steht 'study' oder 'category'"_s, u"'study' or 'category' stands here"_s));
         view.isStudyView = kind == u"study";
         if (result_.views.empty() && !view.isStudyView)
-            node.fail(said(u"die erste Ansicht muss eine Studienansicht sein"_s,
-                           u"the first view must be a study view"_s));
+            node.fail(
+                said(u"die erste Ansicht muss eine Studienansicht sein"_s, u"the first view must be a study view"_s));
         view.name = node.forBothLanguages(u"name"_s);
         if (view.name.original.value_or(QString()).trimmed().isEmpty())
             node.fail(said(u"die Ansicht hat keinen Namen"_s, u"the view has no name"_s));
@@ -179,8 +174,7 @@ private:
         result_.views.push_back(std::move(view));
     }
 
-    void studyEntries(View& view, const JsonNode& parentNode, const QString& parent, int depth,
-                      Keys& groups) {
+    void studyEntries(View& view, const JsonNode& parentNode, const QString& parent, int depth, Keys& groups) {
         requireDepth(parentNode, depth);
         int order = 0;
         parentNode.each(u"entries"_s, [&](const JsonNode& node) {
@@ -209,8 +203,8 @@ private:
     }
 
     Study study(const JsonNode& node, Keys& groups) {
-        node.onlyMembers({u"study"_s, u"file"_s, u"encoding"_s, u"title"_s, u"description"_s, u"year"_s,
-                          u"weightRE"_s, u"weightHH"_s, u"query"_s, u"parts"_s, u"tables"_s, u"variables"_s});
+        node.onlyMembers({u"study"_s, u"file"_s, u"encoding"_s, u"title"_s, u"description"_s, u"year"_s, u"weightRE"_s,
+                          u"weightHH"_s, u"query"_s, u"parts"_s, u"tables"_s, u"variables"_s});
         Study entry;
         entry.number = node.requiredText(u"study"_s);
         if (const QString fault = studyNumberFault(entry.number); !fault.isEmpty())
@@ -227,8 +221,7 @@ private:
         entry.weightHh = node.textIfThere(u"weightHH"_s);
         entry.query = node.textIfThere(u"query"_s);
         Keys partNumbers;
-        node.each(u"parts"_s,
-                  [&](const JsonNode& part) { entry.parts.push_back(readPart(part, partNumbers)); });
+        node.each(u"parts"_s, [&](const JsonNode& part) { entry.parts.push_back(readPart(part, partNumbers)); });
         node.each(u"tables"_s, [&](const JsonNode& table) {
             table.onlyMembers({u"variables"_s, u"ownFile"_s});
             CaseTable wish;
@@ -272,20 +265,19 @@ private:
 QByteArray readWhole(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw ImportError(said(u"'%1' kann nicht gelesen werden: %2"_s, u"'%1' cannot be read: %2"_s)
-                              .arg(path, file.errorString()));
+        throw ImportError(
+            said(u"'%1' kann nicht gelesen werden: %2"_s, u"'%1' cannot be read: %2"_s).arg(path, file.errorString()));
     QByteArray content = file.read(maxDescriptionSize + 1);
     if (content.size() > maxDescriptionSize)
         throw ImportError(said(u"'%1' ist größer als 64 MB"_s, u"'%1' is larger than 64 MB"_s).arg(path));
     return content;
 }
 
-}
+} // namespace
 
 QString Description::at(const QString& place, const QString& message) const {
-    const QString where = said(u"%1, Zeile %2"_s, u"%1, line %2"_s)
-                              .arg(Paths::fileOf(file))
-                              .arg(JsonPlaces::lineOf(source, place));
+    const QString where =
+        said(u"%1, Zeile %2"_s, u"%1, line %2"_s).arg(Paths::fileOf(file)).arg(JsonPlaces::lineOf(source, place));
     return place.isEmpty() ? where + u": "_s + message : u"%1 (%2): %3"_s.arg(where, place, message);
 }
 
@@ -296,16 +288,14 @@ Description readDescription(const QString& path) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(result.source, &error);
     if (document.isNull())
-        throw ImportError(
-            said(u"%1, Zeile %2: kein gültiges JSON (%3)"_s, u"%1, line %2: no valid JSON (%3)"_s)
-                .arg(Paths::fileOf(path))
-                .arg(JsonPlaces::lineAt(result.source, error.offset))
-                .arg(error.errorString()));
+        throw ImportError(said(u"%1, Zeile %2: kein gültiges JSON (%3)"_s, u"%1, line %2: no valid JSON (%3)"_s)
+                              .arg(Paths::fileOf(path))
+                              .arg(JsonPlaces::lineAt(result.source, error.offset))
+                              .arg(error.errorString()));
     if (const QString repeated = JsonPlaces::repeatedMember(result.source); !repeated.isEmpty())
         throw ImportError(result.at(repeated, said(u"diese Angabe steht zweimal im selben Objekt"_s,
                                                    u"this member stands twice in the same object"_s)));
-    const JsonNode root(
-        result, document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), {});
+    const JsonNode root(result, document.isObject() ? QJsonValue(document.object()) : QJsonValue(document.array()), {});
     Reader(result).read(root);
     return result;
 }
@@ -313,14 +303,13 @@ Description readDescription(const QString& path) {
 void checkReadingOrder(const Description& description, const View& view) {
     for (const Study& entry : view.studies)
         if (entry.isGroup && dao::compareTexts(entry.parent, entry.number) >= 0)
-            throw ImportError(
-                description.at(entry.place, said(u"die Gruppe '%1' würde erst nach ihren Mitgliedern "
-                                                 u"gelesen: ihre Nummer muss hinter der Nummer '%2' "
-                                                 u"der Gruppe stehen, zu der sie gehört"_s,
-                                                 u"the group '%1' would be read after its members: its "
-                                                 u"number must sort behind the number '%2' of the "
-                                                 "group that holds it"_s)
-                                                .arg(entry.number, entry.parent)));
+            throw ImportError(description.at(entry.place, said(u"die Gruppe '%1' würde erst nach ihren Mitgliedern "
+                                                               u"gelesen: ihre Nummer muss hinter der Nummer '%2' "
+                                                               u"der Gruppe stehen, zu der sie gehört"_s,
+                                                               u"the group '%1' would be read after its members: its "
+                                                               u"number must sort behind the number '%2' of the "
+                                                               "group that holds it"_s)
+                                                              .arg(entry.number, entry.parent)));
 }
 
-}
+} // namespace archive

@@ -100,4 +100,4 @@ Description readDescription(const QString& path);
 /// @throws ImportError
 void checkReadingOrder(const Description& description, const View& view);
 
-}
+} // namespace archive

@@ -39,7 +39,7 @@ QHash<QString, const VariableTexts*> byName(const std::vector<VariableTexts>& al
     return texts;
 }
 
-}
+} // namespace
 
 EntryWriter::EntryWriter(const Description& description, dao::DatabasePtr catalogue, BuildReport& report)
     : description_(description), catalogue_(std::move(catalogue)), report_(report),
@@ -79,10 +79,8 @@ void EntryWriter::writeOptions() {
         rows.emplace_back(viewOption(number, u"NameEnglish"_s), view.name.english.value_or(QString()));
         rows.emplace_back(viewOption(number, u"Table"_s), view.table);
         rows.emplace_back(viewOption(number, u"Type"_s), view.isStudyView ? u"1"_s : QString());
-        rows.emplace_back(viewOption(number, u"DescName"_s),
-                          view.descriptionsName.original.value_or(QString()));
-        rows.emplace_back(viewOption(number, u"DescNameEnglish"_s),
-                          view.descriptionsName.english.value_or(QString()));
+        rows.emplace_back(viewOption(number, u"DescName"_s), view.descriptionsName.original.value_or(QString()));
+        rows.emplace_back(viewOption(number, u"DescNameEnglish"_s), view.descriptionsName.english.value_or(QString()));
         rows.emplace_back(viewOption(number, u"CompAnalysis"_s), view.comparison ? u"1"_s : QString());
     }
     const dao::RecordsetPtr options = catalogue_->OpenRecordset(u"tsys_Options"_s);
@@ -118,9 +116,8 @@ void EntryWriter::completeStudy(const View& view, const Study& study) {
     setTexts(*row, u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s, study.title);
     if (study.description.original && !row->text(u"dt_StudyDescription"_s).isEmpty())
         report_.facts
-            << said(
-                   u"%1: Nicht übernommen: Anmerkungen der Datei (die Beschreibung des Archivs hat Vorrang)"_s,
-                   u"%1: Not taken over: the file's notes (the archive's description takes precedence)"_s)
+            << said(u"%1: Nicht übernommen: Anmerkungen der Datei (die Beschreibung des Archivs hat Vorrang)"_s,
+                    u"%1: Not taken over: the file's notes (the archive's description takes precedence)"_s)
                    .arg(study.number);
     setTexts(*row, u"dt_StudyDescription"_s, u"dt_EnStudyDescription"_s, study.description);
     row->setValue(u"dt_query"_s, valueOf(study.query));
@@ -139,8 +136,8 @@ void EntryWriter::completeStudy(const View& view, const Study& study) {
 StudyVariables EntryWriter::variablesOf(const QString& study) const {
     StudyVariables result{study, {}, {}};
     const dao::RecordsetPtr rows = catalogue_->OpenRecordset(
-        u"SELECT id_VarName, dt_TableName FROM tkey_Variable WHERE fi_StudyNo = '%1' ORDER BY dt_Position;"_s
-            .arg(study),
+        u"SELECT id_VarName, dt_TableName FROM tkey_Variable WHERE fi_StudyNo = '%1' ORDER BY dt_Position;"_s.arg(
+            study),
         dao::dbOpenSnapshot);
     for (; !rows->Eof(); rows->MoveNext()) {
         result.names << rows->text(u"id_VarName"_s);
@@ -153,8 +150,8 @@ StudyVariables EntryWriter::variablesOf(const QString& study) const {
 
 void EntryWriter::writeVariableTexts(const Study& study) {
     const QHash<QString, const VariableTexts*> own = byName(study.variables);
-    const dao::RecordsetPtr row = catalogue_->OpenRecordset(
-        u"SELECT * FROM tkey_Variable WHERE fi_StudyNo = '%1';"_s.arg(study.number));
+    const dao::RecordsetPtr row =
+        catalogue_->OpenRecordset(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo = '%1';"_s.arg(study.number));
     for (; !row->Eof(); row->MoveNext()) {
         const QString name = row->text(u"id_VarName"_s).toCaseFolded();
         // What the study itself says of a variable comes last and holds.
@@ -176,10 +173,10 @@ void EntryWriter::writeParts(const Study& study, const StudyVariables& variables
     const dao::RecordsetPtr rows = catalogue_->OpenRecordset(u"tkey_Parts"_s);
     for (const Part& part : study.parts) {
         if (!part.variable.isEmpty() && !variables.contains(part.variable))
-            throw ImportError(description_.at(
-                part.place + u".variable"_s,
-                said(u"die Studie '%1' hat keine Variable '%2'"_s, u"the study '%1' has no variable '%2'"_s)
-                    .arg(study.number, part.variable)));
+            throw ImportError(
+                description_.at(part.place + u".variable"_s, said(u"die Studie '%1' hat keine Variable '%2'"_s,
+                                                                  u"the study '%1' has no variable '%2'"_s)
+                                                                 .arg(study.number, part.variable)));
         rows->AddNew();
         rows->setValue(u"fi_StudyNo"_s, study.number);
         rows->setValue(u"dt_PartNo"_s, part.number);
@@ -192,10 +189,10 @@ void EntryWriter::writeParts(const Study& study, const StudyVariables& variables
 }
 
 void EntryWriter::writeCategories(const View& view) {
-    const std::unique_ptr<dao::Appender> entries = catalogue_->openAppender(
-        schema::entryTableName(view.table),
-        {u"id"_s, u"fid"_s, u"Order"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s,
-         u"dt_IndicatorDescription"_s, u"dt_EnIndicatorDescription"_s});
+    const std::unique_ptr<dao::Appender> entries =
+        catalogue_->openAppender(schema::entryTableName(view.table),
+                                 {u"id"_s, u"fid"_s, u"Order"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s,
+                                  u"dt_IndicatorDescription"_s, u"dt_EnIndicatorDescription"_s});
     const std::unique_ptr<dao::Appender> relations = catalogue_->openAppender(
         schema::assignmentTableName(view.table), {u"fid"_s, u"fi_StudyNo"_s, u"fi_VariableNo"_s});
     for (const Category& category : view.categories) {
@@ -229,8 +226,7 @@ void EntryWriter::writeCategories(const View& view) {
     }
 }
 
-std::vector<std::pair<QString, QString>> EntryWriter::matching(const Category& category,
-                                                               qsizetype pattern) const {
+std::vector<std::pair<QString, QString>> EntryWriter::matching(const Category& category, qsizetype pattern) const {
     const auto& [studyPattern, namePattern] = category.variables[static_cast<std::size_t>(pattern)];
     std::vector<std::pair<QString, QString>> found;
     for (const StudyVariables& study : studies_)
@@ -239,10 +235,9 @@ std::vector<std::pair<QString, QString>> EntryWriter::matching(const Category& c
                 if (dao::matchesPattern(name, namePattern))
                     found.emplace_back(study.study, name);
     if (found.empty())
-        throw ImportError(
-            description_.at(category.variablePlaces[pattern],
-                            said(u"keine Variable passt zu '%1:%2'"_s, u"no variable matches '%1:%2'"_s)
-                                .arg(studyPattern, namePattern)));
+        throw ImportError(description_.at(category.variablePlaces[pattern],
+                                          said(u"keine Variable passt zu '%1:%2'"_s, u"no variable matches '%1:%2'"_s)
+                                              .arg(studyPattern, namePattern)));
     return found;
 }
 
@@ -253,9 +248,9 @@ void EntryWriter::checkVariableTexts() const {
             found = found || study.contains(texts.name);
         if (!found)
             throw ImportError(description_.at(
-                texts.place, said(u"keine Studie hat eine Variable '%1'"_s, u"no study has a variable '%1'"_s)
-                                 .arg(texts.name)));
+                texts.place,
+                said(u"keine Studie hat eine Variable '%1'"_s, u"no study has a variable '%1'"_s).arg(texts.name)));
     }
 }
 
-}
+} // namespace archive

@@ -53,4 +53,4 @@ private:
     std::vector<std::pair<QString, QString>> matching(const Category& category, qsizetype pattern) const;
 };
 
-}
+} // namespace archive

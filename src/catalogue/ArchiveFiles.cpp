@@ -22,29 +22,27 @@ QString folderOf(const QString& path) {
 }
 
 ImportError thereAlready(const QString& path) {
-    return ImportError(said(u"'%1' ist schon da; mit --replace wird es ersetzt."_s,
-                            u"'%1' is there already; --replace replaces it."_s)
-                           .arg(Paths::native(path)));
+    return ImportError(
+        said(u"'%1' ist schon da; mit --replace wird es ersetzt."_s, u"'%1' is there already; --replace replaces it."_s)
+            .arg(Paths::native(path)));
 }
 
 /// What is replaced must be a catalogue. Opening it also brings an unfinished transaction to its end and
 /// finds out whether another program is writing.
 void checkReplaced(const QString& catalogue) {
     const dao::DatabasePtr old = dao::DBEngine::instance().Workspaces(0).OpenDatabase(catalogue);
-    const bool isCatalogue =
-        old->TableDefs().contains(u"tsys_Options"_s) || old->TableDefs().contains(u"tkey_Study"_s);
+    const bool isCatalogue = old->TableDefs().contains(u"tsys_Options"_s) || old->TableDefs().contains(u"tkey_Study"_s);
     old->Close();
     if (!isCatalogue)
-        throw ImportError(said(u"'%1' ist kein Katalog und wird nicht ersetzt."_s,
-                               u"'%1' is no catalogue and is not replaced."_s)
-                              .arg(Paths::native(catalogue)));
+        throw ImportError(
+            said(u"'%1' ist kein Katalog und wird nicht ersetzt."_s, u"'%1' is no catalogue and is not replaced."_s)
+                .arg(Paths::native(catalogue)));
 }
 
 /// Case files of a study beside the catalogue: "<number>.mdb" and those of single tables, "<number>-2.mdb".
 /// One of these that the build does not write would be taken for the table's file.
 QStringList caseFilesThere(const QDir& folder, const QString& number) {
-    const QRegularExpression pattern(u"^%1(-[0-9]+)?\\.mdb$"_s.arg(number),
-                                     QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpression pattern(u"^%1(-[0-9]+)?\\.mdb$"_s.arg(number), QRegularExpression::CaseInsensitiveOption);
     return folder.entryList({number + u"*.mdb"_s}, QDir::Files).filter(pattern);
 }
 
@@ -71,8 +69,7 @@ std::vector<std::pair<QString, QString>> showCards(const Description& descriptio
 
 bool sameContent(const QString& a, const QString& b) {
     QFile first(a), second(b);
-    return first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly) &&
-           first.readAll() == second.readAll();
+    return first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly) && first.readAll() == second.readAll();
 }
 
 /// The questionnaires that the opener looks for: one for each part if the study has parts, else one for the
@@ -86,7 +83,7 @@ QStringList questionnairesOf(const Study& study) {
     return files;
 }
 
-}
+} // namespace
 
 QString pathOf(const Description& description, const QString& path) {
     return QDir(folderOf(description.file)).absoluteFilePath(QString(path).replace(u'\\', u'/'));
@@ -105,20 +102,16 @@ QStringList checkFiles(const Description& description, const BuildRequest& reque
             if (study.isGroup)
                 continue;
             if (!QFileInfo(pathOf(description, study.file)).isFile())
-                throw ImportError(
-                    description.at(study.place + u".file"_s,
-                                   said(u"die Datei '%1' ist nicht da"_s, u"the file '%1' is not there"_s)
-                                       .arg(Paths::native(pathOf(description, study.file)))));
+                throw ImportError(description.at(study.place + u".file"_s,
+                                                 said(u"die Datei '%1' ist nicht da"_s, u"the file '%1' is not there"_s)
+                                                     .arg(Paths::native(pathOf(description, study.file)))));
             const QStringList there = caseFilesThere(folder, study.number);
             if (!there.isEmpty() && !request.replace)
                 throw thereAlready(folder.absoluteFilePath(there.first()));
             outdated << there;
-            if (QFileInfo(request.catalogue)
-                    .fileName()
-                    .compare(study.number + u".mdb"_s, Qt::CaseInsensitive) == 0)
-                throw ImportError(
-                    description.at(study.place, said(u"die Studie heißt wie der Katalog"_s,
-                                                     u"the study is named like the catalogue"_s)));
+            if (QFileInfo(request.catalogue).fileName().compare(study.number + u".mdb"_s, Qt::CaseInsensitive) == 0)
+                throw ImportError(description.at(study.place, said(u"die Studie heißt wie der Katalog"_s,
+                                                                   u"the study is named like the catalogue"_s)));
         }
     return outdated;
 }
@@ -149,8 +142,7 @@ void bringPictures(const Description& description, const BuildRequest& request, 
 }
 
 void checkDocuments(const Description& description, BuildReport& report) {
-    const auto require = [&](const QString& folder, const QString& file, const QString& place,
-                             const QString& message) {
+    const auto require = [&](const QString& folder, const QString& file, const QString& place, const QString& message) {
         if (!folder.isEmpty() && !QFileInfo(pathOf(description, folder + u'/' + file)).isFile())
             report.warnings << description.at(place, message.arg(file));
     };
@@ -159,12 +151,11 @@ void checkDocuments(const Description& description, BuildReport& report) {
             if (study.isGroup)
                 continue;
             for (const QString& file : questionnairesOf(study))
-                require(
-                    description.questionnaires, file, study.place,
-                    said(u"der Fragebogen '%1' ist nicht da"_s, u"the questionnaire '%1' is not there"_s));
+                require(description.questionnaires, file, study.place,
+                        said(u"der Fragebogen '%1' ist nicht da"_s, u"the questionnaire '%1' is not there"_s));
             require(description.dataSets, study.number + u".sav"_s, study.place,
                     said(u"der Datensatz '%1' ist nicht da"_s, u"the data set '%1' is not there"_s));
         }
 }
 
-}
+} // namespace archive

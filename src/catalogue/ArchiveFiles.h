@@ -24,4 +24,4 @@ void bringPictures(const Description& description, const BuildRequest& request, 
                    BuildReport& report);
 void checkDocuments(const Description& description, BuildReport& report);
 
-}
+} // namespace archive

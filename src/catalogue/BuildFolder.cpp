@@ -151,8 +151,8 @@ void moveAll(const QString& catalogue, const QString& folder, const QList<NoteLi
         const QString from = (isNew ? built : place) + line.path;
         const QString identity = fileIdentity(from);
         if (isNew && !identity.isEmpty() && identity != line.identity)
-            throw ImportError(cannotMove(from, place + line.path,
-                                         said(u"nicht mehr dieselbe Datei"_s, u"another file by now"_s)));
+            throw ImportError(
+                cannotMove(from, place + line.path, said(u"nicht mehr dieselbe Datei"_s, u"another file by now"_s)));
         if (identity.isEmpty() || identity != line.identity)
             continue; // has moved already
         takeJournals(line.path);
@@ -167,8 +167,7 @@ void removeFolder(const QString& folder) {
     QFile::remove(readyNote(folder));
     if (QFileInfo::exists(readyNote(folder)))
         return;
-    const bool emptied =
-        QDir(folder + u"/old"_s).removeRecursively() && QDir(folder + u"/new"_s).removeRecursively();
+    const bool emptied = QDir(folder + u"/old"_s).removeRecursively() && QDir(folder + u"/new"_s).removeRecursively();
     if (emptied && (QFile::remove(ownerNote(folder)) || !QFileInfo::exists(ownerNote(folder))))
         QDir(folder).removeRecursively();
 }
@@ -183,9 +182,8 @@ BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), fold
                                u"or rename it"_s)
                               .arg(Paths::native(folder_)));
     if (!QDir().mkpath(files()))
-        throw ImportError(
-            said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)
-                .arg(Paths::native(folder_)));
+        throw ImportError(said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)
+                              .arg(Paths::native(folder_)));
     writeNote(ownerNote(folder_), ownerLine(folder_));
 }
 

@@ -26,8 +26,7 @@ void CDaoPersistance::logStatement(const QString& statement) {
     log.write((today + u"\r\n"_s + statement + u"\r\n"_s).toUtf8());
 }
 
-dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement,
-                                                int type,
+dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement, int type,
                                                 const std::function<bool(const dao::Error&)>& callersOwn) {
     sql_ = statement;
     const ui::WaitPointer wait;

@@ -33,16 +33,15 @@ std::vector<CaseTable> shareOutVariables(const QString& study, const std::vector
             const auto found = byName.constFind(name.toCaseFolded());
             if (found == byName.constEnd())
                 throw ImportError(
-                    said(u"Variable %1 gibt es in der Datei nicht"_s, u"The file has no variable %1"_s)
-                        .arg(name));
+                    said(u"Variable %1 gibt es in der Datei nicht"_s, u"The file has no variable %1"_s).arg(name));
             if (!placed[static_cast<size_t>(*found)])
                 table.variables.push_back(*found);
             placed[static_cast<size_t>(*found)] = true;
         }
         if (table.variables.size() > maxVariablesPerTable)
-            throw ImportError(said(u"Eine Falltabelle fasst höchstens %1 Variablen"_s,
-                                   u"A case table holds at most %1 variables"_s)
-                                  .arg(maxVariablesPerTable));
+            throw ImportError(
+                said(u"Eine Falltabelle fasst höchstens %1 Variablen"_s, u"A case table holds at most %1 variables"_s)
+                    .arg(maxVariablesPerTable));
         tables.push_back(std::move(table));
     }
     size_t filling = 0;

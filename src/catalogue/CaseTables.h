@@ -38,8 +38,7 @@ public:
     CaseWriter(const SurveyFile& file, TaggedCodes& codes);
 
     /// The fields of a table in order, `dt_CaseID` not among them.
-    std::vector<dao::FieldDefinition> fields(const CaseTable& table,
-                                             const std::vector<VariableNames>& names) const;
+    std::vector<dao::FieldDefinition> fields(const CaseTable& table, const std::vector<VariableNames>& names) const;
     /// Adds a table whose first column is `dt_CaseID` and whose others are those of fields().
     void addTable(const CaseTable& table, std::unique_ptr<dao::Appender> appender);
     /// Lets all tables go, with what was not yet written, and begins counting anew.

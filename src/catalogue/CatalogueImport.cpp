@@ -50,8 +50,7 @@ struct SurveyImporter::Job {
     }
 
     bool isNumeric(size_t variable) const {
-        return !head.variables[variable].isText &&
-               !timeFormat(head.variables[variable].format, head.stata).isTime();
+        return !head.variables[variable].isText && !timeFormat(head.variables[variable].format, head.stata).isTime();
     }
 
     dao::Companion& fileOf(const CaseTable& table) { return *files.at(caseFileOf(folder, study, table)); }
@@ -72,24 +71,22 @@ struct SurveyImporter::Job {
             weight = names[i].name;
             return;
         }
-        throw ImportError(said(u"Gewicht %1: Die Datei hat keine solche Variable"_s,
-                               u"Weight %1: The file has no such variable"_s)
-                              .arg(*weight));
+        throw ImportError(
+            said(u"Gewicht %1: Die Datei hat keine solche Variable"_s, u"Weight %1: The file has no such variable"_s)
+                .arg(*weight));
     }
 
     void checkPlace(const QString& home);
     void dropOldTables();
     void fill(dao::Database& catalogue, const std::function<bool(double)>& progress);
-    QStringList facts(const ImportReport& report, const StudyContent& content,
-                      const QStringList& studyFacts) const;
+    QStringList facts(const ImportReport& report, const StudyContent& content, const QStringList& studyFacts) const;
 };
 
 namespace {
 
 /// Names of the study's case files that are in the folder: "<study>.mdb" and "<study>-<number>.mdb".
 QStringList presentCaseFiles(const QString& folder, const QString& study) {
-    const QRegularExpression name(u"^%1(-\\d+)?\\.mdb$"_s.arg(study),
-                                  QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpression name(u"^%1(-\\d+)?\\.mdb$"_s.arg(study), QRegularExpression::CaseInsensitiveOption);
     QStringList paths;
     for (const QFileInfo& entry : QDir(folder).entryInfoList(QDir::Files | QDir::Hidden))
         if (name.match(entry.fileName()).hasMatch() && entry.size() > 0)
@@ -98,8 +95,7 @@ QStringList presentCaseFiles(const QString& folder, const QString& study) {
 }
 
 bool sameFile(const QString& a, const QString& b) {
-    return QFileInfo(a).absoluteFilePath().compare(QFileInfo(b).absoluteFilePath(), Qt::CaseInsensitive) ==
-               0 ||
+    return QFileInfo(a).absoluteFilePath().compare(QFileInfo(b).absoluteFilePath(), Qt::CaseInsensitive) == 0 ||
            (QFileInfo::exists(a) && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath());
 }
 
@@ -121,14 +117,13 @@ void SurveyImporter::Job::checkPlace(const QString& home) {
     if (!isElsewhere)
         return;
     if (const QStringList there = presentCaseFiles(home, study); !there.isEmpty())
-        throw ImportError(
-            said(u"Neben dem Katalog liegt schon eine Falldatei der Studie (%1), die Auswertungen "
-                 u"anstelle der neuen nehmen würden. Bringen Sie sie weg, oder importieren Sie "
-                 u"ohne --data"_s,
-                 u"There is a case file of the study beside the catalogue already (%1), which "
-                 u"analyses would take in place of the new one. Move it away, or import without "
-                 u"--data"_s)
-                .arg(there.front()));
+        throw ImportError(said(u"Neben dem Katalog liegt schon eine Falldatei der Studie (%1), die Auswertungen "
+                               u"anstelle der neuen nehmen würden. Bringen Sie sie weg, oder importieren Sie "
+                               u"ohne --data"_s,
+                               u"There is a case file of the study beside the catalogue already (%1), which "
+                               u"analyses would take in place of the new one. Move it away, or import without "
+                               u"--data"_s)
+                              .arg(there.front()));
 }
 
 void SurveyImporter::Job::dropOldTables() {
@@ -152,8 +147,8 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
         }
         for (const CaseTable& table : tables)
             writer.addTable(
-                table, fileOf(table).openAppender(
-                           table.name, schema::cases(table.name, writer.fields(table, names)).fieldNames()));
+                table, fileOf(table).openAppender(table.name,
+                                                  schema::cases(table.name, writer.fields(table, names)).fieldNames()));
         cutTexts = readCases(reader, head, writer, progress);
     } while (codes.settle());
     for (const auto& [path, companion] : files)
@@ -167,8 +162,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     for (const CaseTable& table : tables)
         tableNames << table.name;
     QStringList lines{
-        said(u"Studie: %1"_s, u"Study: %1"_s).arg(study),
-        said(u"Fälle: %1"_s, u"Cases: %1"_s).arg(report.cases),
+        said(u"Studie: %1"_s, u"Study: %1"_s).arg(study), said(u"Fälle: %1"_s, u"Cases: %1"_s).arg(report.cases),
         said(u"Variablen: %1"_s, u"Variables: %1"_s).arg(report.variables),
         said(u"Tabellen: %1 (%2)"_s, u"Tables: %1 (%2)"_s).arg(report.tables).arg(tableNames.join(u", "_s)),
         said(u"Wertelabels: %1"_s, u"Value labels: %1"_s).arg(report.labels)};
@@ -179,8 +173,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     lines << studyFacts << content.facts;
     for (const QString& extra : head.extras)
         lines << said(u"Nicht übernommen: %1"_s, u"Not taken over: %1"_s).arg(extra);
-    const auto counted = [&](const std::vector<qint64>& counts, const QString& german,
-                             const QString& english) {
+    const auto counted = [&](const std::vector<qint64>& counts, const QString& german, const QString& english) {
         for (size_t i = 0; i < counts.size(); ++i)
             if (counts[i] > 0)
                 lines << said(german, english).arg(names[i].name).arg(counts[i]);
@@ -218,8 +211,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     return lines;
 }
 
-SurveyImporter::SurveyImporter(const dao::DatabasePtr& catalogue, ImportGuard& guard,
-                               const QString& studyTable)
+SurveyImporter::SurveyImporter(const dao::DatabasePtr& catalogue, ImportGuard& guard, const QString& studyTable)
     : catalogue_(catalogue), guard_(guard), studyTable_(studyTable) {}
 
 SurveyImporter::~SurveyImporter() = default;
@@ -239,8 +231,7 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
                               .arg(entries.study()));
     if (settings.group && !settings.group->isEmpty() && *settings.group != u"0"_s &&
         !entries.groupExists(*settings.group))
-        throw ImportError(
-            said(u"Die Gruppe %1 gibt es nicht"_s, u"There is no group %1"_s).arg(*settings.group));
+        throw ImportError(said(u"Die Gruppe %1 gibt es nicht"_s, u"There is no group %1"_s).arg(*settings.group));
 
     auto job = std::make_unique<Job>(file, settings, entries.fieldsBefore());
     job->study = entries.study();
@@ -250,8 +241,7 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
     job->folder = settings.dataFolder.isEmpty() ? QFileInfo(catalogue_->Name()).absolutePath()
                                                 : Paths::native(settings.dataFolder);
     if (!QFileInfo(job->folder).isDir())
-        throw ImportError(
-            said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(job->folder));
+        throw ImportError(said(u"Den Ordner %1 gibt es nicht"_s, u"There is no folder %1"_s).arg(job->folder));
 
     const QStringList present = presentCaseFiles(job->folder, job->study);
     QStringList paths = present;
@@ -304,10 +294,8 @@ std::vector<ImportReport> SurveyImporter::write() {
             studyFacts << said(u"Variablen, die es nicht mehr gibt (%1)"_s, u"Variables that are gone (%1)"_s)
                                   .arg(entries.vanished().size()) +
                               u": "_s + entries.vanished().join(u", "_s);
-        for (const QString& pointer :
-             StudyReferences(*catalogue_, entries.study()).toVanished(entries.vanished()))
-            studyFacts
-                << said(u"Zeigt ins Leere: %1"_s, u"Points to a variable that is gone: %1"_s).arg(pointer);
+        for (const QString& pointer : StudyReferences(*catalogue_, entries.study()).toVanished(entries.vanished()))
+            studyFacts << said(u"Zeigt ins Leere: %1"_s, u"Points to a variable that is gone: %1"_s).arg(pointer);
 
         ImportReport report;
         report.study = job->study;
@@ -346,13 +334,11 @@ ImportReport importSurvey(const ImportRequest& request) {
     ImportGuard guard(path);
     guard.willWrite(path);
     dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
-    const Closing catalogue(QFileInfo::exists(path) ? workspace.OpenDatabase(path)
-                                                    : workspace.CreateDatabase(path));
+    const Closing catalogue(QFileInfo::exists(path) ? workspace.OpenDatabase(path) : workspace.CreateDatabase(path));
     dao::Database& database = *catalogue.database;
     if (database.readOnly())
         throw ImportError(
-            said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s)
-                .arg(path));
+            said(u"%1: Die Datei kann nicht geschrieben werden"_s, u"%1: The file cannot be written"_s).arg(path));
     const bool isNew = database.TableDefs().Count() == 0;
     const QString studyTable = studyTableOf(database, request.settings.study);
     if (!isNew)

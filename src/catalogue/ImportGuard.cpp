@@ -97,10 +97,9 @@ void recoverLine(const QString& catalogue, const NoteLine& line) {
         // see to.
         if (error.number() == noDatabase)
             return;
-        throw ImportError(
-            said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
-                 u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
-                .arg(path, error.description()));
+        throw ImportError(said(u"%1: Der Rest eines abgebrochenen Imports kann nicht aufgeräumt werden (%2)"_s,
+                               u"%1: What an interrupted import left cannot be cleared away (%2)"_s)
+                              .arg(path, error.description()));
     }
     if (line.mark == blankMark && !hasTables && QFileInfo::exists(path)) {
         QFile::resize(path, 0);
@@ -137,8 +136,7 @@ int lockNote(const QString& catalogue, bool create, bool& busy) {
         // The one before may have removed its note between our opening and our lock.
         struct stat locked {
         }, present{};
-        if (fstat(note, &locked) == 0 && stat(path.constData(), &present) == 0 &&
-            locked.st_ino == present.st_ino)
+        if (fstat(note, &locked) == 0 && stat(path.constData(), &present) == 0 && locked.st_ino == present.st_ino)
             return note;
         close(note);
     }
@@ -183,11 +181,9 @@ ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
     const int error = errno;
     if (note_ < 0)
         throw ImportError(
-            busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s,
-                        u"%1: Another import is at work"_s)
+            busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s, u"%1: Another import is at work"_s)
                        .arg(catalogue)
-                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue,
-                               error));
+                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue, error));
     try {
         archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);
@@ -224,9 +220,9 @@ void ImportGuard::willWrite(const QString& path) {
     const QFileInfo file(absolute);
     if (QFileInfo(absolute).isSymLink()) {
         if (!file.exists())
-            throw ImportError(said(u"%1: Die Verknüpfung zeigt ins Leere"_s,
-                                   u"%1: The link points to a file that is not there"_s)
-                                  .arg(path));
+            throw ImportError(
+                said(u"%1: Die Verknüpfung zeigt ins Leere"_s, u"%1: The link points to a file that is not there"_s)
+                    .arg(path));
         note(touchedMark, absolute);
         return;
     }
@@ -265,11 +261,10 @@ void removeLeftovers(const QString& path) {
         const bool ours = clearAway(catalogue, note);
         if (ours && archive::waitsForItsMove(catalogue))
             throw ImportError(
-                said(
-                    u"%1: Ein Aufbau wurde abgebrochen, als er seine Dateien verschob; vdx build oder vdx "
-                    u"import bringt ihn zu Ende"_s,
-                    u"%1: A build was interrupted while it moved its files; vdx build or vdx import finishes "
-                    u"it"_s)
+                said(u"%1: Ein Aufbau wurde abgebrochen, als er seine Dateien verschob; vdx build oder vdx "
+                     u"import bringt ihn zu Ende"_s,
+                     u"%1: A build was interrupted while it moved its files; vdx build or vdx import finishes "
+                     u"it"_s)
                     .arg(catalogue));
         if (!ours) {
             close(note);

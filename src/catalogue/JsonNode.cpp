@@ -10,8 +10,7 @@ using namespace Qt::StringLiterals;
 namespace archive {
 
 JsonNode JsonNode::operator[](const QString& member) const {
-    return {description_, value_.toObject().value(member),
-            place_.isEmpty() ? member : place_ + u'.' + member};
+    return {description_, value_.toObject().value(member), place_.isEmpty() ? member : place_ + u'.' + member};
 }
 
 void JsonNode::fail(const QString& message) const {
@@ -37,8 +36,7 @@ QString JsonNode::text() const {
     QStringList lines;
     for (const QJsonValue& line : value_.toArray()) {
         if (!line.isString())
-            fail(said(u"hier werden die Zeilen eines Textes erwartet"_s,
-                      u"the lines of a text are expected here"_s));
+            fail(said(u"hier werden die Zeilen eines Textes erwartet"_s, u"the lines of a text are expected here"_s));
         lines << line.toString();
     }
     return lines.join(u"\r\n"_s);
@@ -125,10 +123,9 @@ void requirePlainName(const JsonNode& node, const QString& name) {
     static const QRegularExpression plain(u"\\A[A-Za-z][A-Za-z0-9]*\\z"_s);
     if (!plain.match(name).hasMatch())
         node.fail(
-            said(
-                u"'%1' ist hier nicht erlaubt: nur Buchstaben (ohne Umlaute) und Ziffern, zuerst ein Buchstabe"_s,
-                u"'%1' is not allowed here: only letters (of the alphabet) and digits, a letter first"_s)
+            said(u"'%1' ist hier nicht erlaubt: nur Buchstaben (ohne Umlaute) und Ziffern, zuerst ein Buchstabe"_s,
+                 u"'%1' is not allowed here: only letters (of the alphabet) and digits, a letter first"_s)
                 .arg(name));
 }
 
-}
+} // namespace archive

@@ -40,8 +40,7 @@ public:
     /// Calls for each element of the list, in order; nothing if it is not there.
     void each(const QString& member, const std::function<void(const JsonNode&)>& take) const;
     /// Calls for each member of the object.
-    void eachMember(const QString& member,
-                    const std::function<void(const QString& name, const JsonNode&)>& take) const;
+    void eachMember(const QString& member, const std::function<void(const QString& name, const JsonNode&)>& take) const;
     /// A number, text or truth value as option rows hold it.
     QString optionValue() const;
 
@@ -55,4 +54,4 @@ private:
 /// and their tables without brackets.
 void requirePlainName(const JsonNode& node, const QString& name);
 
-}
+} // namespace archive

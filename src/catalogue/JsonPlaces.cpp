@@ -112,14 +112,14 @@ private:
     }
 };
 
-}
+} // namespace
 
 int lineOf(const QByteArray& json, const QString& path) {
     int best = 1;
     qsizetype bestLength = 0;
     Walk(json, [&](const QString& here, int line, bool) {
-        const bool around = path.startsWith(here) && (here.size() == path.size() ||
-                                                      path[here.size()] == u'.' || path[here.size()] == u'[');
+        const bool around = path.startsWith(here) &&
+                            (here.size() == path.size() || path[here.size()] == u'.' || path[here.size()] == u'[');
         if (around && here.size() > bestLength) {
             best = line;
             bestLength = here.size();
@@ -143,4 +143,4 @@ int lineAt(const QByteArray& json, qsizetype offset) {
     return 1 + static_cast<int>(json.first(std::min(offset, json.size())).count('\n'));
 }
 
-}
+} // namespace JsonPlaces

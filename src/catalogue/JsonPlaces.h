@@ -17,4 +17,4 @@ QString repeatedMember(const QByteArray& json);
 /// Line (from 1) of a byte.
 int lineAt(const QByteArray& json, qsizetype offset);
 
-}
+} // namespace JsonPlaces

@@ -11,8 +11,7 @@ namespace archive {
 namespace {
 
 bool hasWord(const QString& text, const QString& word) {
-    return text.contains(
-        QRegularExpression(u"\\b%1\\b"_s.arg(word), QRegularExpression::CaseInsensitiveOption));
+    return text.contains(QRegularExpression(u"\\b%1\\b"_s.arg(word), QRegularExpression::CaseInsensitiveOption));
 }
 
 /// The word that the search for tables finds: from five characters behind the FROM's start to the next ";",
@@ -33,22 +32,20 @@ QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
         return {said(u"kein FROM: gewichtet meldet die Auswertung 'Fehler in Abfrage'"_s,
                      u"no FROM: a weighted analysis reports 'Error in query'"_s)};
     if (query.contains(QRegularExpression(u"[()\\[\\]]"_s)))
-        warnings << said(
-            u"Klammern: die Tabellen werden nicht gefunden, ein Gewicht lässt sich nicht anfügen"_s,
-            u"brackets: the tables are not found, a weight cannot be added"_s);
+        warnings << said(u"Klammern: die Tabellen werden nicht gefunden, ein Gewicht lässt sich nicht anfügen"_s,
+                         u"brackets: the tables are not found, a weight cannot be added"_s);
     for (const QString& clause : {u"WHERE"_s, u"GROUP"_s, u"HAVING"_s, u"ORDER"_s, u"UNION"_s})
         if (hasWord(query, clause))
-            warnings << said(u"%1: ein Gewicht lässt sich nicht anfügen"_s, u"%1: a weight cannot be added"_s)
-                            .arg(clause);
+            warnings
+                << said(u"%1: ein Gewicht lässt sich nicht anfügen"_s, u"%1: a weight cannot be added"_s).arg(clause);
     QString behind = query.mid(from + 4);
     behind.truncate(behind.indexOf(u';') < 0 ? behind.size() : behind.indexOf(u';'));
     const QString table = wordBehindFrom(query, from);
     if (!caseTables.contains(table)) {
         if (warnings.isEmpty())
             warnings
-                << said(
-                       u"hinter dem ersten FROM und einem Leerzeichen steht keine Tabelle der Studie, sondern '%1'"_s,
-                       u"behind the first FROM and one blank stands no table of the study but '%1'"_s)
+                << said(u"hinter dem ersten FROM und einem Leerzeichen steht keine Tabelle der Studie, sondern '%1'"_s,
+                        u"behind the first FROM and one blank stands no table of the study but '%1'"_s)
                        .arg(table);
         return warnings;
     }
@@ -63,11 +60,9 @@ QStringList queryWarnings(const QString& query, const QStringList& caseTables) {
                         .arg(table);
     for (const QString& other : caseTables)
         if (other != table && query.contains(other))
-            warnings
-                << said(
-                       u"der Text enthält den Namen der Tabelle '%1': ein Gewicht aus ihr wird falsch angefügt"_s,
-                       u"the text holds the name of the table '%1': a weight in that table is added wrongly"_s)
-                       .arg(other);
+            warnings << said(u"der Text enthält den Namen der Tabelle '%1': ein Gewicht aus ihr wird falsch angefügt"_s,
+                             u"the text holds the name of the table '%1': a weight in that table is added wrongly"_s)
+                            .arg(other);
     return warnings;
 }
 

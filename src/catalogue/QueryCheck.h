@@ -15,4 +15,4 @@ namespace archive {
 /// @return one sentence a reason, in the user's language; empty if it fits
 QStringList queryWarnings(const QString& query, const QStringList& caseTables);
 
-}
+} // namespace archive

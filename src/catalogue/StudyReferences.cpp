@@ -36,16 +36,15 @@ QStringList StudyReferences::updateComparisons(const std::vector<VariableEntry>&
     if (!hasColumns(catalogue_, comparisonTable,
                     {u"fi_StudyNo"_s, u"fi_VariableNo"_s, u"fid"_s, u"dt_Table"_s, u"dt_Field"_s}))
         return facts;
-    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, comparisonTable, u"fi_StudyNo"_s, study_);
-         !rows->Eof(); rows->MoveNext()) {
+    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, comparisonTable, u"fi_StudyNo"_s, study_); !rows->Eof();
+         rows->MoveNext()) {
         const VariableEntry* variable = entryOf(variables, rows->text(u"fi_VariableNo"_s));
         if (!variable) {
             // The field of a variable that went may be another one's now, whose numbers nobody asked for.
-            const bool taken =
-                std::any_of(variables.begin(), variables.end(), [&](const VariableEntry& other) {
-                    return other.table.compare(rows->text(u"dt_Table"_s), Qt::CaseInsensitive) == 0 &&
-                           other.field.compare(rows->text(u"dt_Field"_s), Qt::CaseInsensitive) == 0;
-                });
+            const bool taken = std::any_of(variables.begin(), variables.end(), [&](const VariableEntry& other) {
+                return other.table.compare(rows->text(u"dt_Table"_s), Qt::CaseInsensitive) == 0 &&
+                       other.field.compare(rows->text(u"dt_Field"_s), Qt::CaseInsensitive) == 0;
+            });
             if (taken) {
                 rows->Edit();
                 setFields(*rows, {{u"dt_Field"_s, dao::Value()}});
@@ -57,11 +56,9 @@ QStringList StudyReferences::updateComparisons(const std::vector<VariableEntry>&
         if (variable->missing.size() <= longestMissing)
             entry.emplace_back(u"dt_Missing"_s, orNull(variable->missing));
         else
-            facts
-                << said(
-                       u"Vergleichsauswertung %1: Die Missing-Definition von %2 ist zu lang, die alte bleibt"_s,
-                       u"Comparison %1: The missing definition of %2 is too long, the old one stays"_s)
-                       .arg(rows->text(u"fid"_s), variable->name);
+            facts << said(u"Vergleichsauswertung %1: Die Missing-Definition von %2 ist zu lang, die alte bleibt"_s,
+                          u"Comparison %1: The missing definition of %2 is too long, the old one stays"_s)
+                         .arg(rows->text(u"fid"_s), variable->name);
         rows->Edit();
         setFields(*rows, entry);
         rows->Update();
@@ -112,14 +109,13 @@ QStringList StudyReferences::inCategories(const QStringList& vanished) const {
         const auto place = [&](const QString& id) {
             if (!named)
                 return u"%1 %2"_s.arg(table, id);
-            const dao::RecordsetPtr entry = catalogue_.OpenRecordset(
-                u"SELECT dt_IndicatorName FROM %1 WHERE id = %2;"_s.arg(entries, id));
+            const dao::RecordsetPtr entry =
+                catalogue_.OpenRecordset(u"SELECT dt_IndicatorName FROM %1 WHERE id = %2;"_s.arg(entries, id));
             return u"%1 '%2'"_s.arg(entries, entry->Eof() ? id : entry->value(0).toText());
         };
-        for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, table, u"fi_StudyNo"_s, study_);
-             !rows->Eof(); rows->MoveNext())
-            if (const QString name = rows->text(u"fi_VariableNo"_s);
-                vanished.contains(name, Qt::CaseInsensitive))
+        for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, table, u"fi_StudyNo"_s, study_); !rows->Eof();
+             rows->MoveNext())
+            if (const QString name = rows->text(u"fi_VariableNo"_s); vanished.contains(name, Qt::CaseInsensitive))
                 found << name + u": "_s + place(rows->value(u"fid"_s).toText());
     }
     return found;
@@ -129,8 +125,8 @@ QStringList StudyReferences::inComparisons(const QStringList& vanished) const {
     QStringList found;
     if (!hasColumns(catalogue_, comparisonTable, {u"fi_StudyNo"_s, u"fi_VariableNo"_s, u"fid"_s}))
         return found;
-    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, comparisonTable, u"fi_StudyNo"_s, study_);
-         !rows->Eof(); rows->MoveNext()) {
+    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, comparisonTable, u"fi_StudyNo"_s, study_); !rows->Eof();
+         rows->MoveNext()) {
         const QString comparison = rows->value(u"fid"_s).toText();
         const auto present = [&](const QString& field) {
             return rows->hasField(field) ? rows->text(field) : QString();
@@ -139,16 +135,14 @@ QStringList StudyReferences::inComparisons(const QStringList& vanished) const {
             found << name + u": "_s + said(u"Vergleichsauswertung %1"_s, u"comparison %1"_s).arg(comparison);
         if (const QString weight = present(u"dt_Weight"_s); vanished.contains(weight, Qt::CaseInsensitive))
             found << weight + u": "_s +
-                         said(u"Gewicht in Vergleichsauswertung %1"_s, u"weight in comparison %1"_s)
-                             .arg(comparison);
+                         said(u"Gewicht in Vergleichsauswertung %1"_s, u"weight in comparison %1"_s).arg(comparison);
         // The text of a part's filter is for the eye only.
         const bool users = present(u"dt_FilterInfo"_s) == u"user"_s;
         const QString filter = users ? present(u"dt_Filter"_s) : QString();
         for (const QString& name : vanished)
             if (filterNames(filter, name))
                 found << name + u": "_s +
-                             said(u"Filter '%2' in Vergleichsauswertung %1"_s,
-                                  u"filter '%2' in comparison %1"_s)
+                             said(u"Filter '%2' in Vergleichsauswertung %1"_s, u"filter '%2' in comparison %1"_s)
                                  .arg(comparison, filter);
     }
     return found;
@@ -161,8 +155,7 @@ QStringList StudyReferences::inParts(const QStringList& vanished) const {
         return found;
     for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, table, u"fi_StudyNo"_s, study_); !rows->Eof();
          rows->MoveNext())
-        if (const QString name = rows->text(u"dt_SelectionVariable"_s);
-            vanished.contains(name, Qt::CaseInsensitive))
+        if (const QString name = rows->text(u"dt_SelectionVariable"_s); vanished.contains(name, Qt::CaseInsensitive))
             found << name + u": "_s +
                          said(u"Auswahlvariable des Teils '%1'"_s, u"selection variable of part '%1'"_s)
                              .arg(rows->text(u"dt_PartName"_s));

@@ -27,6 +27,5 @@ bool hasColumns(dao::Database& catalogue, const QString& table, const QStringLis
 
 dao::RecordsetPtr rowsOfStudy(dao::Database& catalogue, const QString& table, const QString& studyField,
                               const QString& study) {
-    return catalogue.OpenRecordset(
-        u"SELECT * FROM %1 WHERE %2 = %3;"_s.arg(table, studyField, quoted(study)));
+    return catalogue.OpenRecordset(u"SELECT * FROM %1 WHERE %2 = %3;"_s.arg(table, studyField, quoted(study)));
 }

@@ -41,8 +41,8 @@ QString key(const QString& variable, const QString& code) {
 
 /// Appends the entries that no row stood for yet.
 template<class Item>
-void appendNew(dao::Database& catalogue, const QString& table, const QString& study,
-               const std::vector<Item>& items, const std::vector<bool>& written) {
+void appendNew(dao::Database& catalogue, const QString& table, const QString& study, const std::vector<Item>& items,
+               const std::vector<bool>& written) {
     if (items.empty())
         return;
     QSet<QString> present;
@@ -85,13 +85,12 @@ StudyWriter::StudyWriter(dao::Database& catalogue, const QString& studyTable, co
         isGroup_ = rows->value(u"dt_IsGroup"_s).isNull() ? false : rows->value(u"dt_IsGroup"_s).toBoolean();
         query_ = rows->hasField(u"dt_query"_s) ? rows->text(u"dt_query"_s) : QString();
     }
-    if (!exists_ ||
-        !hasColumns(catalogue, variableTable, {u"fi_StudyNo"_s, u"dt_TableName"_s, u"dt_FieldName"_s}))
+    if (!exists_ || !hasColumns(catalogue, variableTable, {u"fi_StudyNo"_s, u"dt_TableName"_s, u"dt_FieldName"_s}))
         return;
     for (const dao::RecordsetPtr fields = rowsOfStudy(catalogue_, variableTable, u"fi_StudyNo"_s, study_);
          !fields->Eof(); fields->MoveNext())
-        before_.push_back({fields->text(u"id_VarName"_s), fields->text(u"dt_TableName"_s),
-                           fields->text(u"dt_FieldName"_s)});
+        before_.push_back(
+            {fields->text(u"id_VarName"_s), fields->text(u"dt_TableName"_s), fields->text(u"dt_FieldName"_s)});
 }
 
 QHash<QString, QString> StudyWriter::fieldsBefore() const {
@@ -117,9 +116,8 @@ int StudyWriter::nextOrder(const QString& group) const {
     return rows->Eof() || rows->value(0).isNull() ? 1 : static_cast<int>(rows->value(0).toInteger()) + 1;
 }
 
-QString StudyWriter::weightFor(const std::optional<QString>& wish, const QString& fromFile,
-                               const QString& present, const std::vector<VariableEntry>& variables,
-                               QStringList& facts) const {
+QString StudyWriter::weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
+                               const std::vector<VariableEntry>& variables, QStringList& facts) const {
     if (wish)
         return *wish;
     if (!fromFile.isEmpty())
@@ -132,9 +130,8 @@ QString StudyWriter::weightFor(const std::optional<QString>& wish, const QString
     return {};
 }
 
-QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings& settings,
-                                    const QString& fileWeight, const std::vector<VariableEntry>& variables,
-                                    const std::vector<CaseTable>& tables) {
+QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings& settings, const QString& fileWeight,
+                                    const std::vector<VariableEntry>& variables, const std::vector<CaseTable>& tables) {
     QStringList facts;
     const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, studyTable_, u"id_StudyNo"_s, study_);
     const auto present = [&](const QString& field) {
@@ -147,8 +144,7 @@ QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings
                           : !file.label.isEmpty()  ? file.label
                                                    : study_;
     if (!file.label.isEmpty() && file.label != title)
-        facts << said(u"Nicht übernommen: Bezeichnung der Datei '%1'"_s,
-                      u"Not taken over: the file's label '%1'"_s)
+        facts << said(u"Nicht übernommen: Bezeichnung der Datei '%1'"_s, u"Not taken over: the file's label '%1'"_s)
                      .arg(file.label);
 
     const QString notes = file.notes.join(u"\r\n"_s).trimmed();
@@ -157,8 +153,7 @@ QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings
         facts << said(u"Nicht übernommen: Anmerkungen der Datei (die Studie hat schon eine Beschreibung)"_s,
                       u"Not taken over: the file's notes (the study has a description already)"_s);
 
-    const QString weightRe =
-        weightFor(settings.weightRe, fileWeight, present(u"dt_WeightRE"_s), variables, facts);
+    const QString weightRe = weightFor(settings.weightRe, fileWeight, present(u"dt_WeightRE"_s), variables, facts);
     const QString weightHh = weightFor(settings.weightHh, {}, present(u"dt_WeightHH"_s), variables, facts);
     for (const auto& [label, weight] :
          {std::pair(said(u"Repräsentativgewicht"_s, u"Representative weight"_s), weightRe),
@@ -213,8 +208,8 @@ void StudyWriter::updateVariables(const std::vector<VariableEntry>& variables, s
     QHash<QString, size_t> byName;
     for (size_t i = 0; i < variables.size(); ++i)
         byName.insert(variables[i].name.toCaseFolded(), i);
-    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, variableTable, u"fi_StudyNo"_s, study_);
-         !rows->Eof(); rows->MoveNext()) {
+    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, variableTable, u"fi_StudyNo"_s, study_); !rows->Eof();
+         rows->MoveNext()) {
         const QString name = rows->text(u"id_VarName"_s);
         const auto found = byName.constFind(name.toCaseFolded());
         if (found == byName.constEnd()) {
@@ -233,8 +228,8 @@ void StudyWriter::updateLabels(const std::vector<LabelEntry>& labels, std::vecto
     QHash<QString, size_t> byCode;
     for (size_t i = 0; i < labels.size(); ++i)
         byCode.insert(key(labels[i].variable, labels[i].code), i);
-    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, valueTable, u"fi_StudyNo"_s, study_);
-         !rows->Eof(); rows->MoveNext()) {
+    for (const dao::RecordsetPtr rows = rowsOfStudy(catalogue_, valueTable, u"fi_StudyNo"_s, study_); !rows->Eof();
+         rows->MoveNext()) {
         const auto found = byCode.constFind(key(rows->text(u"fi_VarName"_s), rows->text(u"dt_Value"_s)));
         if (found == byCode.constEnd() || written[*found]) {
             rows->Delete();
@@ -264,8 +259,8 @@ QString studyTableOf(dao::Database& catalogue, const QString& study) {
         return standard;
     QStringList tables;
     QHash<QString, QString> options;
-    for (const dao::RecordsetPtr rows = catalogue.OpenRecordset(u"tsys_Options"_s, dao::dbOpenTable);
-         !rows->Eof(); rows->MoveNext())
+    for (const dao::RecordsetPtr rows = catalogue.OpenRecordset(u"tsys_Options"_s, dao::dbOpenTable); !rows->Eof();
+         rows->MoveNext())
         options.insert(rows->text(u"dt_OptionName"_s).toLower(), rows->text(u"dt_OptionValue"_s));
     for (int view = 1; view <= 9; ++view) {
         const QString suffix = options.value(u"frmexplorer%1table"_s.arg(view));

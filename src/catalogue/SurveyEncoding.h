@@ -13,8 +13,7 @@ bool isAscii(const char* text, int bytes);
 /// Tells text of one encoding from other bytes.
 class EncodingCheck {
 public:
-    explicit EncodingCheck(const QByteArray& encoding)
-        : converter_(iconv_open("UTF-8", encoding.constData())) {}
+    explicit EncodingCheck(const QByteArray& encoding) : converter_(iconv_open("UTF-8", encoding.constData())) {}
     ~EncodingCheck() {
         if (isKnown())
             iconv_close(converter_);

@@ -27,9 +27,8 @@ struct SurveyVariable {
 
 /// True if the file declares that number of the variable missing.
 inline bool isDeclaredMissing(const SurveyVariable& variable, double value) {
-    return std::any_of(variable.missing.begin(), variable.missing.end(), [value](const MissingRange& range) {
-        return range.low <= value && value <= range.high;
-    });
+    return std::any_of(variable.missing.begin(), variable.missing.end(),
+                       [value](const MissingRange& range) { return range.low <= value && value <= range.high; });
 }
 
 /// One value label.

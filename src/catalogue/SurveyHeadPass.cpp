@@ -73,8 +73,7 @@ void SurveyHeadPass::metadata(readstat_metadata_t* meta) {
     if (readstat_get_var_count(meta) > maxVariables || file.rows > maxRows)
         throw ImportError(said(u"Die Datei behauptet mehr Variablen oder Fälle, als gelesen werden"_s,
                                u"The file claims more variables or cases than are read"_s));
-    file.label =
-        text(readstat_get_file_label(meta), said(u"Dateibezeichnung"_s, u"File label"_s)).trimmed();
+    file.label = text(readstat_get_file_label(meta), said(u"Dateibezeichnung"_s, u"File label"_s)).trimmed();
 }
 
 void SurveyHeadPass::note(int index, const char* text_) {
@@ -84,19 +83,16 @@ void SurveyHeadPass::note(int index, const char* text_) {
     const QString line = text(text_, said(u"Anmerkungen der Datei"_s, u"Notes of the file"_s));
     noteCharacters += line.size();
     if (noteCharacters > maxNoteCharacters)
-        throw ImportError(
-            said(u"Die Anmerkungen der Datei sind zu lang"_s, u"The notes of the file are too long"_s));
+        throw ImportError(said(u"Die Anmerkungen der Datei sind zu lang"_s, u"The notes of the file are too long"_s));
     file.notes << line;
 }
 
 void SurveyHeadPass::variable(readstat_variable_t* source, const char* labelSet) {
     if (file.variables.size() >= maxVariables)
-        throw ImportError(
-            said(u"Die Datei hat zu viele Variablen"_s, u"The file has too many variables"_s));
+        throw ImportError(said(u"Die Datei hat zu viele Variablen"_s, u"The file has too many variables"_s));
     SurveyVariable variable;
-    variable.name =
-        text(readstat_variable_get_name(source),
-             said(u"Name der Variable %1"_s, u"Name of variable %1"_s).arg(file.variables.size() + 1));
+    variable.name = text(readstat_variable_get_name(source),
+                         said(u"Name der Variable %1"_s, u"Name of variable %1"_s).arg(file.variables.size() + 1));
     variable.label = text(readstat_variable_get_label(source), variableWord(variable.name));
     variable.format = text(readstat_variable_get_format(source), variableWord(variable.name));
     variable.isText = readstat_variable_get_type_class(source) == READSTAT_TYPE_CLASS_STRING;
@@ -112,8 +108,7 @@ void SurveyHeadPass::variable(readstat_variable_t* source, const char* labelSet)
 }
 
 int SurveyHeadPass::widthOf(const readstat_variable_t* source, const QString& format) const {
-    const int stored =
-        static_cast<int>(std::min<size_t>(readstat_variable_get_storage_width(source), INT_MAX));
+    const int stored = static_cast<int>(std::min<size_t>(readstat_variable_get_storage_width(source), INT_MAX));
     if (file.stata)
         return stored - 1; // a zero ends each string
     // An SPSS file's own width is in the format; the storage is rounded up.
@@ -134,8 +129,7 @@ void SurveyHeadPass::missing(const readstat_variable_t* source, SurveyVariable& 
 
 void SurveyHeadPass::valueLabel(const char* set, const readstat_value_t& value, const char* label) {
     if (++labels > maxLabels)
-        throw ImportError(
-            said(u"Die Datei hat zu viele Wertelabels"_s, u"The file has too many value labels"_s));
+        throw ImportError(said(u"Die Datei hat zu viele Wertelabels"_s, u"The file has too many value labels"_s));
     const int index = setOf(set);
     const auto read = [&](const char* utf8) {
         if (!utf8)
@@ -162,9 +156,9 @@ QStringList SurveyHeadPass::unusedSets() const {
     names.sort();
     if (names.isEmpty())
         return {};
-    return {said(u"Wertelabel-Sätze, die keine Variable benutzt: %1"_s,
-                 u"sets of value labels that no variable uses: %1"_s)
-                .arg(names.join(u", "_s))};
+    return {
+        said(u"Wertelabel-Sätze, die keine Variable benutzt: %1"_s, u"sets of value labels that no variable uses: %1"_s)
+            .arg(names.join(u", "_s))};
 }
 
 void SurveyHeadPass::checkLabels() const {
@@ -174,8 +168,8 @@ void SurveyHeadPass::checkLabels() const {
     for (const SurveyVariable& variable : file.variables)
         if (variable.labelSet == unreadableSet && name.isEmpty())
             name = variable.name;
-    throw ImportError(unreadableText(
-        said(u"Wertelabels der Variable %1"_s, u"Value labels of variable %1"_s).arg(name)));
+    throw ImportError(
+        unreadableText(said(u"Wertelabels der Variable %1"_s, u"Value labels of variable %1"_s).arg(name)));
 }
 
 void SurveyTextCheck::variable(readstat_variable_t* source, const char* labelSet) {

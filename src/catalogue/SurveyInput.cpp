@@ -17,8 +17,7 @@ SurveyInput& self(void* context) {
 
 void SurveyInput::serve(readstat_parser_t* parser) {
     readstat_set_io_ctx(parser, this);
-    readstat_set_open_handler(parser,
-                              [](const char*, void* context) { return self(context).open() ? 0 : -1; });
+    readstat_set_open_handler(parser, [](const char*, void* context) { return self(context).open() ? 0 : -1; });
     readstat_set_close_handler(parser, [](void* context) {
         self(context).file_.close();
         return 0;
@@ -29,10 +28,9 @@ void SurveyInput::serve(readstat_parser_t* parser) {
     readstat_set_read_handler(parser, [](void* to, size_t bytes, void* context) {
         return static_cast<ssize_t>(self(context).read(static_cast<char*>(to), static_cast<qint64>(bytes)));
     });
-    readstat_set_update_handler(parser,
-                                [](long size, readstat_progress_handler progress, void* user, void* context) {
-                                    return self(context).update(size, progress, user);
-                                });
+    readstat_set_update_handler(parser, [](long size, readstat_progress_handler progress, void* user, void* context) {
+        return self(context).update(size, progress, user);
+    });
 }
 
 bool SurveyInput::open() {
@@ -42,9 +40,7 @@ bool SurveyInput::open() {
 }
 
 qint64 SurveyInput::seek(qint64 offset, readstat_io_flags_t whence) {
-    const qint64 from = whence == READSTAT_SEEK_SET   ? 0
-                        : whence == READSTAT_SEEK_CUR ? position_
-                                                      : file_.size();
+    const qint64 from = whence == READSTAT_SEEK_SET ? 0 : whence == READSTAT_SEEK_CUR ? position_ : file_.size();
     // A file may claim any length for what it wants skipped.
     qint64 wanted = 0;
     if (__builtin_add_overflow(from, offset, &wanted) || wanted < 0)

@@ -17,8 +17,7 @@
 
 using namespace Qt::StringLiterals;
 
-SurveyReader::SurveyReader(const QString& path, const QString& encoding)
-    : path_(path), encoding_(encoding.toUtf8()) {
+SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_(path), encoding_(encoding.toUtf8()) {
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (suffix == u"sav"_s || suffix == u"zsav"_s)
         kind_ = Kind::Sav;
@@ -41,9 +40,8 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding)
                               .arg(path));
     if (kind_ == Kind::Por && !encoding_.isEmpty())
         throw ImportError(
-            said(
-                u"%1: Eine .por-Datei hat einen festen Zeichensatz, --encoding gilt für sie nicht; nehmen Sie .sav"_s,
-                u"%1: A .por file has one fixed set of characters, --encoding does not apply to it; use .sav"_s)
+            said(u"%1: Eine .por-Datei hat einen festen Zeichensatz, --encoding gilt für sie nicht; nehmen Sie .sav"_s,
+                 u"%1: A .por file has one fixed set of characters, --encoding does not apply to it; use .sav"_s)
                 .arg(path));
     if (kind_ == Kind::Por)
         spelledOut_ = withNumbersSpelledOut(path);
@@ -53,8 +51,7 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding)
         iconv_t converter = iconv_open("UTF-8", encoding_.constData());
         if (converter == reinterpret_cast<iconv_t>(-1))
             throw ImportError(
-                said(u"Zeichenkodierung '%1' ist unbekannt"_s, u"Character encoding '%1' is unknown"_s)
-                    .arg(encoding));
+                said(u"Zeichenkodierung '%1' ist unbekannt"_s, u"Character encoding '%1' is unknown"_s).arg(encoding));
         iconv_close(converter);
     }
 }
@@ -80,21 +77,21 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
         auto& p = *static_cast<Pass*>(context);
         return p.guarded([&] { p.weight(variable); });
     });
-    readstat_set_value_label_handler(
-        parser.get(), [](const char* set, readstat_value_t value, const char* label, void* context) {
-            auto& p = *static_cast<Pass*>(context);
-            return p.guarded([&] { p.valueLabel(set, value, label); });
-        });
+    readstat_set_value_label_handler(parser.get(),
+                                     [](const char* set, readstat_value_t value, const char* label, void* context) {
+                                         auto& p = *static_cast<Pass*>(context);
+                                         return p.guarded([&] { p.valueLabel(set, value, label); });
+                                     });
     readstat_set_progress_handler(parser.get(), [](double share, void* context) {
         auto& p = *static_cast<Pass*>(context);
         return p.guarded([&] { p.progress(share); });
     });
     if (Pass::wantsValues)
-        readstat_set_value_handler(
-            parser.get(), [](int row, readstat_variable_t* variable, readstat_value_t value, void* context) {
-                auto& p = *static_cast<Pass*>(context);
-                return p.guarded([&] { p.value(row, variable, value); });
-            });
+        readstat_set_value_handler(parser.get(),
+                                   [](int row, readstat_variable_t* variable, readstat_value_t value, void* context) {
+                                       auto& p = *static_cast<Pass*>(context);
+                                       return p.guarded([&] { p.value(row, variable, value); });
+                                   });
     SurveyInput input(spelledOut_ ? spelledOut_->fileName() : path_);
     input.serve(parser.get());
     if (!encoding_.isEmpty())
@@ -127,8 +124,7 @@ void SurveyReader::fail(int code, const QString& detail) const {
     case READSTAT_ERROR_OPEN:
     case READSTAT_ERROR_READ:
     case READSTAT_ERROR_SEEK:
-        reason = said(u"Die Datei ist abgeschnitten oder nicht lesbar"_s,
-                      u"The file is cut off or cannot be read"_s);
+        reason = said(u"Die Datei ist abgeschnitten oder nicht lesbar"_s, u"The file is cut off or cannot be read"_s);
         break;
     case READSTAT_ERROR_ROW_COUNT_MISMATCH:
         reason = said(u"Die Datei ist abgeschnitten: Sie hat weniger Fälle, als sie angibt"_s,
@@ -152,10 +148,9 @@ void SurveyReader::fail(int code, const QString& detail) const {
             "werden kann"_s,
             u"The file is damaged, of another kind than its extension says, or holds something that cannot be read"_s);
     }
-    throw ImportError(
-        u"%1: %2 (ReadStat %3: %4)"_s.arg(path_, reason)
-            .arg(code)
-            .arg(QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(code)))));
+    throw ImportError(u"%1: %2 (ReadStat %3: %4)"_s.arg(path_, reason)
+                          .arg(code)
+                          .arg(QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(code)))));
 }
 
 QString SurveyReader::unreadableInHead(const QByteArray& fileEncoding) const {
@@ -184,8 +179,7 @@ SurveyFile SurveyReader::readHead() {
     pass.checkLabels();
     if (pass.file.variables.empty())
         throw ImportError(
-            said(u"%1: Die Datei enthält keine Variablen"_s, u"%1: The file holds no variables"_s)
-                .arg(path_));
+            said(u"%1: Die Datei enthält keine Variablen"_s, u"%1: The file holds no variables"_s).arg(path_));
     if (pass.file.weight >= static_cast<int>(pass.file.variables.size()))
         pass.file.weight = -1;
     if (kind_ == Kind::Sav)

@@ -21,8 +21,7 @@ public:
     /// Hands every case to the receiver. `progress` gets the share done and ends the reading with false.
     /// @param head what readHead() gave
     /// @return number of texts that a writer had cut off within a character; the broken character is left out
-    qint64 readRows(const SurveyFile& head, RowReceiver& receiver,
-                    const std::function<bool(double)>& progress);
+    qint64 readRows(const SurveyFile& head, RowReceiver& receiver, const std::function<bool(double)>& progress);
     /// Texts, after readRows(), with characters that a .por file did not keep.
     qint64 lostTexts() const { return lostTexts_; }
     /// True, after readRows(), for a variable of single precision with numbers that show a binary remainder as

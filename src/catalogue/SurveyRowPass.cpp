@@ -63,12 +63,10 @@ void SurveyRowPass::text(int index, const char* utf8) {
     if (!QByteArrayView(utf8, bytes).isValidUtf8()) {
         // A writer that fills the field to its last byte may have cut a character in two; nothing else is
         // forgiven.
-        const int whole =
-            bytes >= variable.width && variable.width > 0 ? lengthOfWholeCharacters(utf8, bytes) : bytes;
+        const int whole = bytes >= variable.width && variable.width > 0 ? lengthOfWholeCharacters(utf8, bytes) : bytes;
         if (whole == bytes || !QByteArrayView(utf8, whole).isValidUtf8())
-            throw ImportError(unreadableText(said(u"Variable %1, Fall %2"_s, u"Variable %1, case %2"_s)
-                                                 .arg(variable.name)
-                                                 .arg(row + 1)));
+            throw ImportError(unreadableText(
+                said(u"Variable %1, Fall %2"_s, u"Variable %1, case %2"_s).arg(variable.name).arg(row + 1)));
         bytes = whole;
         ++cutTexts;
     }

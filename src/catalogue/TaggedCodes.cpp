@@ -54,10 +54,9 @@ bool TaggedCodes::settle() {
         while (shift < maxShift && occupied_[i]->test(static_cast<size_t>(shift)))
             ++shift;
         if (shift == maxShift)
-            throw ImportError(
-                said(u"Variable %1: Für die fehlenden Werte .a bis .z ist kein Zahlenbereich frei"_s,
-                     u"Variable %1: There is no free range of numbers for the missing values .a to .z"_s)
-                    .arg(names_[i]));
+            throw ImportError(said(u"Variable %1: Für die fehlenden Werte .a bis .z ist kein Zahlenbereich frei"_s,
+                                   u"Variable %1: There is no free range of numbers for the missing values .a to .z"_s)
+                                  .arg(names_[i]));
         moved = moved || shift != shifts_[i];
         shifts_[i] = shift;
     }

@@ -112,8 +112,7 @@ void readOptions(const dao::RecordsetPtr& recordset) {
     const int name = recordset->indexOf(u"dt_OptionName"_s);
     const int value = recordset->indexOf(u"dt_OptionValue"_s);
     for (; !recordset->Eof(); recordset->MoveNext())
-        attempt([&] { readOption(recordset->value(name).toText(), recordset->value(value)); },
-                reportProgramError);
+        attempt([&] { readOption(recordset->value(name).toText(), recordset->value(value)); }, reportProgramError);
 }
 
 /// Takes out the views that have no name or no table; what follows moves to a lower number.
@@ -159,8 +158,7 @@ bool GetDatabaseOptions() {
     CDaoPersistance persistance;
     // Descending, so that the start view and the count of views are known when the rows of the views arrive.
     const dao::RecordsetPtr recordset = persistance.GetRecordset(
-        gDatabase.CurrentDatabase(), u"SELECT * FROM tsys_Options ORDER BY dt_OptionName DESC;"_s,
-        dao::dbOpenDynaset);
+        gDatabase.CurrentDatabase(), u"SELECT * FROM tsys_Options ORDER BY dt_OptionName DESC;"_s, dao::dbOpenDynaset);
     attempt([&] { readOptions(recordset); }, reportProgramError);
     closeGapsBetweenViews();
     if (recordset)

@@ -116,8 +116,8 @@ private:
         const OldLayout layout = oldLayout(format);
         nameBytes_ = static_cast<quint64>(layout.nameBytes);
         lengthBytes_ = layout.lengthBytes;
-        return variables && file_.seek(layout.head + layout.perVariable * static_cast<qint64>(*variables) +
-                                       layout.perFile);
+        return variables &&
+               file_.seek(layout.head + layout.perVariable * static_cast<qint64>(*variables) + layout.perFile);
     }
 };
 

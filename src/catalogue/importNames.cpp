@@ -40,9 +40,8 @@ QString wordThatCutsStatements(const QString& name) {
 
 bool isPlainIdentifier(const QString& name) {
     static const QRegularExpression plain(u"\\A[A-Za-z][A-Za-z0-9_]*\\z"_s);
-    return name.size() <= maxFieldLength && plain.match(name).hasMatch() &&
-           !reservedWords().contains(name.toUpper()) && wordThatCutsStatements(name).isEmpty() &&
-           name.compare(u"dt_CaseID"_s, Qt::CaseInsensitive) != 0;
+    return name.size() <= maxFieldLength && plain.match(name).hasMatch() && !reservedWords().contains(name.toUpper()) &&
+           wordThatCutsStatements(name).isEmpty() && name.compare(u"dt_CaseID"_s, Qt::CaseInsensitive) != 0;
 }
 
 /// Quotes, brackets and separators would end the texts in which names stand.
@@ -63,26 +62,22 @@ QString folded(const QString& name) {
 QString studyNumberFault(const QString& number) {
     static const QRegularExpression allowed(u"\\A[A-Za-z][A-Za-z0-9]*\\z"_s);
     if (!allowed.match(number).hasMatch())
-        return said(
-                   u"Studiennummer '%1': nur Buchstaben (ohne Umlaute) und Ziffern, am Anfang ein Buchstabe"_s,
-                   u"Study number '%1': only letters (A to Z) and digits, a letter first"_s)
+        return said(u"Studiennummer '%1': nur Buchstaben (ohne Umlaute) und Ziffern, am Anfang ein Buchstabe"_s,
+                    u"Study number '%1': only letters (A to Z) and digits, a letter first"_s)
             .arg(number);
     // "_1" and more follow in the table names, which must fit where field names fit.
     if (number.size() > maxFieldLength - 6)
-        return said(u"Studiennummer '%1': höchstens %2 Zeichen"_s,
-                    u"Study number '%1': at most %2 characters"_s)
+        return said(u"Studiennummer '%1': höchstens %2 Zeichen"_s, u"Study number '%1': at most %2 characters"_s)
             .arg(number)
             .arg(maxFieldLength - 6);
     if (const QString word = wordThatCutsStatements(number); !word.isEmpty())
-        return said(
-                   u"Studiennummer '%1': '%2' darf nicht darin vorkommen, die Abfragen suchen nach diesem Wort"_s,
-                   u"Study number '%1': '%2' must not be part of it, the queries look for that word"_s)
+        return said(u"Studiennummer '%1': '%2' darf nicht darin vorkommen, die Abfragen suchen nach diesem Wort"_s,
+                    u"Study number '%1': '%2' must not be part of it, the queries look for that word"_s)
             .arg(number, word);
     return {};
 }
 
-std::vector<VariableNames> variableNames(const QStringList& originals,
-                                         const QHash<QString, QString>& fieldsBefore) {
+std::vector<VariableNames> variableNames(const QStringList& originals, const QHash<QString, QString>& fieldsBefore) {
     std::vector<VariableNames> all;
     QSet<QString> wanted, taken;
     for (const QString& original : originals) {

@@ -25,8 +25,7 @@ void makeCatalogue(dao::Database& catalogue) {
         options->setText(1, value);
         options->appendRow();
     }
-    const std::unique_ptr<dao::Appender> database =
-        catalogue.openAppender(u"tkey_Database"_s, {u"dt_DatabaseTitle"_s});
+    const std::unique_ptr<dao::Appender> database = catalogue.openAppender(u"tkey_Database"_s, {u"dt_DatabaseTitle"_s});
     database->setText(0, QFileInfo(catalogue.Name()).completeBaseName());
     database->appendRow();
 }

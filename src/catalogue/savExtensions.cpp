@@ -75,8 +75,7 @@ private:
         const auto count = number();
         for (qint32 i = 0; count && i < *count; ++i) {
             unsigned char length = 0;
-            if (!skip(8) || file_.read(reinterpret_cast<char*>(&length), 1) != 1 ||
-                !skip((length + 8) / 8 * 8 - 1))
+            if (!skip(8) || file_.read(reinterpret_cast<char*>(&length), 1) != 1 || !skip((length + 8) / 8 * 8 - 1))
                 return false;
         }
         return count.has_value();

@@ -137,11 +137,10 @@ Table values() {
 }
 
 Table varGroups() {
-    return makeTable(u"tkey_VarGroups"_s,
-                     {{u"id_VarGroup", dao::dbLong},
-                      {u"dt_VarGroupName", dao::dbText},
-                      {u"dt_VarGroupNameEn", dao::dbText}},
-                     {u"id_VarGroup"_s});
+    return makeTable(
+        u"tkey_VarGroups"_s,
+        {{u"id_VarGroup", dao::dbLong}, {u"dt_VarGroupName", dao::dbText}, {u"dt_VarGroupNameEn", dao::dbText}},
+        {u"id_VarGroup"_s});
 }
 
 Table parts() {
@@ -241,8 +240,7 @@ void createCategoryView(dao::Database& database, const QString& suffix) {
     ensure(database, assignments(suffix));
 }
 
-void createCatalogueTables(dao::Database& database, const QStringList& studyViews,
-                           const QStringList& categoryViews) {
+void createCatalogueTables(dao::Database& database, const QStringList& studyViews, const QStringList& categoryViews) {
     for (const Table& table : {variables(), values(), varGroups(), parts(), schema::database(), options()})
         ensure(database, table);
     for (const QString& suffix : studyViews)

@@ -16,8 +16,8 @@ constexpr int maxComparedMissing = 50;
 
 /// Variables about which the same is to be said.
 struct Findings {
-    QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates,
-        missingShapes, missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters;
+    QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates, missingShapes,
+        missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters;
     int measures = 0;
 
     QStringList facts() const {
@@ -29,29 +29,24 @@ struct Findings {
         tell(renamed, u"Geänderte Variablennamen (%1)"_s, u"Variable names that had to change (%1)"_s);
         tell(fields, u"Abweichende Feldnamen in den Falltabellen (%1)"_s,
              u"Fields of other names in the case tables (%1)"_s);
-        tell(longNames,
-             u"Namen über 8 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
+        tell(longNames, u"Namen über 8 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
              u"Names over 8 characters, which a stored comparison cannot hold (%1)"_s);
-        tell(notInFilters, u"Namen, die ein Filter nicht nennen kann (%1)"_s,
-             u"Names that a filter cannot use (%1)"_s);
-        tell(
-            longMissing,
-            u"Missing-Definitionen über 50 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
-            u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
+        tell(notInFilters, u"Namen, die ein Filter nicht nennen kann (%1)"_s, u"Names that a filter cannot use (%1)"_s);
+        tell(longMissing,
+             u"Missing-Definitionen über 50 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
+             u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
         tell(missingTexts, u"Nicht übernommen, fehlende Werte, die Text sind (%1)"_s,
              u"Not taken over, missing codes that are text (%1)"_s);
-        tell(
-            missingDates,
-            u"Datums- und Zeitvariablen, deren fehlende Werte in keine Definition passen und als gültige "
-            u"Codes "
-            "stehen (%1)"_s,
-            u"Date and time variables whose missing codes fit no definition and stand as valid codes (%1)"_s);
+        tell(missingDates,
+             u"Datums- und Zeitvariablen, deren fehlende Werte in keine Definition passen und als gültige "
+             u"Codes "
+             "stehen (%1)"_s,
+             u"Date and time variables whose missing codes fit no definition and stand as valid codes (%1)"_s);
         tell(missingShapes, u"Nicht übernommen, fehlende Werte, die in keine Definition passen (%1)"_s,
              u"Not taken over, missing codes that fit no definition (%1)"_s);
-        tell(
-            missingInexact,
-            u"Fehlende Werte mit mehr als 15 Ziffern, deren Definition die Werte der Fälle nicht trifft (%1)"_s,
-            u"Missing codes of more than 15 digits, whose definition does not meet the cases' values (%1)"_s);
+        tell(missingInexact,
+             u"Fehlende Werte mit mehr als 15 Ziffern, deren Definition die Werte der Fälle nicht trifft (%1)"_s,
+             u"Missing codes of more than 15 digits, whose definition does not meet the cases' values (%1)"_s);
         tell(blankLabels, u"Nicht übernommen, Labels eines leeren Codes (%1)"_s,
              u"Not taken over, labels of a blank code (%1)"_s);
         tell(systemLabels, u"Nicht übernommen, Labels des systembedingt fehlenden Wertes (%1)"_s,
@@ -62,8 +57,7 @@ struct Findings {
              u"Not taken over, labels of codes of more than 15 digits (%1)"_s);
         tell(calendars, u"Tage eines Geschäftskalenders, als Zahlen übernommen (%1)"_s,
              u"Days of a business calendar, taken over as numbers (%1)"_s);
-        tell(dateLetters,
-             u"Datumsvariablen, deren fehlende Werte mit Buchstaben als gültige Codes stehen (%1)"_s,
+        tell(dateLetters, u"Datumsvariablen, deren fehlende Werte mit Buchstaben als gültige Codes stehen (%1)"_s,
              u"Date variables whose lettered missing values stand as valid codes (%1)"_s);
         if (measures > 0)
             lines << said(u"Nicht übernommen: Messniveaus von %1 Variablen"_s,
@@ -130,8 +124,8 @@ private:
             return {};
         QString definition = missingDefinition(missing);
         // Dates are text, of which a range of numbers would leave none.
-        if (time_.isTime() && !std::all_of(missing.begin(), missing.end(),
-                                           [](const MissingRange& range) { return range.single(); }))
+        if (time_.isTime() &&
+            !std::all_of(missing.begin(), missing.end(), [](const MissingRange& range) { return range.single(); }))
             definition.clear();
         if (definition.isEmpty())
             (!time_.isTime()      ? findings_.missingShapes
@@ -149,8 +143,8 @@ private:
         switch (label.kind) {
         case SurveyLabel::Text: {
             const QByteArray utf8 = label.code.toUtf8();
-            return QString::fromUtf8(utf8.constData(), lengthWithoutTrailingBlanks(
-                                                           utf8.constData(), static_cast<int>(utf8.size())));
+            return QString::fromUtf8(utf8.constData(),
+                                     lengthWithoutTrailingBlanks(utf8.constData(), static_cast<int>(utf8.size())));
         }
         case SurveyLabel::Letter:
             return codeText(codes_.code(index, label.letter));

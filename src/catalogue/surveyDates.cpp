@@ -36,8 +36,7 @@ Civil civilFromDays(qint64 days) {
     const qint64 dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
     const int shifted = static_cast<int>((5 * dayOfYear + 2) / 153);
     const int month = shifted < 10 ? shifted + 3 : shifted - 9;
-    return {yearOfEra + era * 400 + (month <= 2), month,
-            static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1)};
+    return {yearOfEra + era * 400 + (month <= 2), month, static_cast<int>(dayOfYear - (153 * shifted + 2) / 5 + 1)};
 }
 
 qint64 floorDivide(qint64 a, qint64 b) {
@@ -46,10 +45,9 @@ qint64 floorDivide(qint64 a, qint64 b) {
 
 /// Days after whose end a second was inserted, as years and half-years.
 constexpr std::array<std::pair<int, int>, 27> leapSeconds = {
-    {{1972, 6},  {1972, 12}, {1973, 12}, {1974, 12}, {1975, 12}, {1976, 12}, {1977, 12},
-     {1978, 12}, {1979, 12}, {1981, 6},  {1982, 6},  {1983, 6},  {1985, 6},  {1987, 12},
-     {1989, 12}, {1990, 12}, {1992, 6},  {1993, 6},  {1994, 6},  {1995, 12}, {1997, 6},
-     {1998, 12}, {2005, 12}, {2008, 12}, {2012, 6},  {2015, 6},  {2016, 12}}};
+    {{1972, 6}, {1972, 12}, {1973, 12}, {1974, 12}, {1975, 12}, {1976, 12}, {1977, 12}, {1978, 12}, {1979, 12},
+     {1981, 6}, {1982, 6},  {1983, 6},  {1985, 6},  {1987, 12}, {1989, 12}, {1990, 12}, {1992, 6},  {1993, 6},
+     {1994, 6}, {1995, 12}, {1997, 6},  {1998, 12}, {2005, 12}, {2008, 12}, {2012, 6},  {2015, 6},  {2016, 12}}};
 
 /// Takes the leap seconds out of a count of milliseconds since 1960. A moment within a leap second becomes
 /// the second before.
@@ -71,8 +69,7 @@ QByteArray digits(qint64 number, int atLeast) {
 
 QByteArray clockText(qint64 millisOfDay) {
     const qint64 seconds = millisOfDay / 1000;
-    QByteArray text =
-        digits(seconds / 3600, 2) + ':' + digits(seconds / 60 % 60, 2) + ':' + digits(seconds % 60, 2);
+    QByteArray text = digits(seconds / 3600, 2) + ':' + digits(seconds / 60 % 60, 2) + ':' + digits(seconds % 60, 2);
     if (millisOfDay % 1000 != 0) {
         text += '.' + digits(millisOfDay % 1000, 3);
         while (text.endsWith('0'))
@@ -115,8 +112,7 @@ TimeFormat timeFormat(const QString& format, bool stata) {
     if (!stata) {
         static const QRegularExpression name(u"^([A-Z]+)\\d"_s);
         const QString type = name.match(format.toUpper()).captured(1);
-        for (const char16_t* date :
-             {u"DATE", u"ADATE", u"EDATE", u"SDATE", u"JDATE", u"QYR", u"MOYR", u"WKYR"})
+        for (const char16_t* date : {u"DATE", u"ADATE", u"EDATE", u"SDATE", u"JDATE", u"QYR", u"MOYR", u"WKYR"})
             if (type == QStringView(date))
                 return {Unit::SpssDate};
         if (type == u"DATETIME"_s || type == u"YMDHMS"_s)

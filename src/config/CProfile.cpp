@@ -57,8 +57,7 @@ QString messageText(int code, const QString& key, const QString& file) {
 } // namespace
 
 CProfile::CProfile()
-    : ApplicationIniFile(
-          Paths::join(Paths::applicationFolder(), ApplicationInfo::executableName + u".ini"_s)),
+    : ApplicationIniFile(Paths::join(Paths::applicationFolder(), ApplicationInfo::executableName + u".ini"_s)),
       applicationPath_(Paths::join(Paths::applicationFolder(), QString(QDir::separator()))) {}
 
 QString CProfile::ApplicationVersion() const {
@@ -74,9 +73,8 @@ void CProfile::showMessage(int code, const QString& site, const QString& key) co
     const bool german = gLanguage == 0;
     const QString text = messageText(code, key, ApplicationIniFile);
     const QString details = (german ? u"Fehler bei: "_s : u"Error at: "_s) + site + u"\r\n"_s +
-                            (german ? u"Fehlernummer: "_s : u"Number: "_s) + QString::number(code) +
-                            u"\r\n"_s + (german ? u"Beschreibung: "_s : u"Description: "_s) + text +
-                            u"\r\n"_s;
+                            (german ? u"Fehlernummer: "_s : u"Number: "_s) + QString::number(code) + u"\r\n"_s +
+                            (german ? u"Beschreibung: "_s : u"Description: "_s) + text + u"\r\n"_s;
     if (ui::asker().pointer() == ui::Pointer::Wait)
         ui::asker().setPointer(ui::Pointer::Default);
     ui::asker().messageBox(
@@ -88,8 +86,7 @@ bool CProfile::m_ReadStringFromProfile(const QString& section, const QString& ke
     fileMissing_ = !Paths::exists(ApplicationIniFile);
     IniFile file;
     if (fileMissing_ || !file.load(ApplicationIniFile)) {
-        showMessage(fileMissing_ ? iniFileMissing : static_cast<int>(Registry::Outcome::NotReadable), site,
-                    key);
+        showMessage(fileMissing_ ? iniFileMissing : static_cast<int>(Registry::Outcome::NotReadable), site, key);
         return false;
     }
     const std::optional<QString> value = file.value(section, key);
@@ -113,8 +110,7 @@ void CProfile::WriteProfileEntry(const QString& section, const QString& key, con
     WriteProfileEntries(section, {{key, value}});
 }
 
-void CProfile::WriteProfileEntries(const QString& section,
-                                   const std::vector<QPair<QString, QString>>& entries) {
+void CProfile::WriteProfileEntries(const QString& section, const std::vector<QPair<QString, QString>>& entries) {
     IniFile file;
     bool done = file.load(ApplicationIniFile);
     if (done) {
@@ -123,8 +119,7 @@ void CProfile::WriteProfileEntries(const QString& section,
         done = file.save(ApplicationIniFile);
     }
     if (!done)
-        showMessage(iniKeyMissing, u"WriteProfileEntry"_s,
-                    entries.empty() ? QString() : entries.front().first);
+        showMessage(iniKeyMissing, u"WriteProfileEntry"_s, entries.empty() ? QString() : entries.front().first);
 }
 
 QVariant CProfile::m_QueryValue(const Registry::Entry& entry, const QVariant& byDefault) {
@@ -155,8 +150,8 @@ QVariant CProfile::GetRegistryEntry(Registry::Hive hive, const QString& key, con
     return byDefault;
 }
 
-bool CProfile::SetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name,
-                                const QVariant& value, int type) {
+bool CProfile::SetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name, const QVariant& value,
+                                int type) {
     Registry::Entry entry;
     entry.type = type;
     bool understood = type == Registry::String || type == Registry::Number;

@@ -32,9 +32,8 @@ public:
 
     /// A value (text, or number of type 4) under a key, else under the fallback key, else `byDefault`. A
     /// value that is there without content, or of a type that is not understood, gives `byDefault` too.
-    QVariant GetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name,
-                              const QVariant& byDefault, Registry::Hive fallbackHive,
-                              const QString& fallbackKey);
+    QVariant GetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name, const QVariant& byDefault,
+                              Registry::Hive fallbackHive, const QString& fallbackKey);
     /// Writes a value, making the key. Empty text is stored as one blank. @return false on success
     bool SetRegistryEntry(Registry::Hive hive, const QString& key, const QString& name, const QVariant& value,
                           int type = Registry::String);

@@ -41,13 +41,22 @@ std::optional<ui::FileChoice> dialogOf(const QString& field) {
         return ui::FileChoice{TranslateText(u"Auswertungs-Dateien-Pfad auswählen"_s), accessFilter, u"mdb"_s, {}, {}};
     if (field == u"txtQuestionnairePath")
         return ui::FileChoice{TranslateText(u"Fragebogen-Pfad auswählen"_s),
-                              u"Adobe Acrobat Files (*.pdf)|*.pdf|All Files (*.*)|*.*"_s, u"pdf"_s, {}, {}};
+                              u"Adobe Acrobat Files (*.pdf)|*.pdf|All Files (*.*)|*.*"_s,
+                              u"pdf"_s,
+                              {},
+                              {}};
     if (field == u"txtSkinPath")
         return ui::FileChoice{TranslateText(u"Skin-Datei auswählen"_s),
-                              u"Skin UI Resource File (*.urf)|*.urf|All Files (*.*)|*.*"_s, u"URF"_s, {}, {}};
+                              u"Skin UI Resource File (*.urf)|*.urf|All Files (*.*)|*.*"_s,
+                              u"URF"_s,
+                              {},
+                              {}};
     if (field == u"txtSPSSPath")
         return ui::FileChoice{TranslateText(u"SPSS-Dateien Pfad auswählen"_s),
-                              u"SPSS Data File (*.sav)|*.sav|All Files (*.*)|*.*"_s, u"SAV, POR"_s, {}, {}};
+                              u"SPSS Data File (*.sav)|*.sav|All Files (*.*)|*.*"_s,
+                              u"SAV, POR"_s,
+                              {},
+                              {}};
     return std::nullopt;
 }
 

@@ -40,8 +40,7 @@ Overload(Cases...) -> Overload<Cases...>;
 
 /// Runs a conversion under its label; a text that does not convert is reported and the default stands.
 template<class Result>
-Result converted(const QString& label, const QString& text, Result byDefault,
-                 Result (*convert)(const QString&)) {
+Result converted(const QString& label, const QString& text, Result byDefault, Result (*convert)(const QString&)) {
     const ProcedureScope scope(label);
     if (text.isEmpty())
         return byDefault;
@@ -143,8 +142,7 @@ qint32 CLng_me(const QString& value, qint32 byDefault) {
 void OptionsFromRegistry() {
     gErrorTrapping = true;
     for (const OptionDescriptor& option : optionDescriptors()) {
-        const QString stored =
-            storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
+        const QString stored = storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
         if (!setOptionFromText(gOptions, option, stored))
             setOptionFromText(gOptions, option, u"0"_s);
         if (keyOf(option) == u"PropFont")
@@ -157,8 +155,7 @@ void OptionsFromIniFile(const QString& file) {
     CProfile profile;
     profile.ApplicationIniFile = file;
     for (const OptionDescriptor* option : iniOrder())
-        setFromIni(gOptions, *option,
-                   profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
+        setFromIni(gOptions, *option, profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
     fillEmptyFonts(gOptions);
     if (gOptions.PrintDatePosition.isEmpty())
         gOptions.PrintDatePosition = u"topmiddle"_s;

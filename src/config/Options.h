@@ -83,7 +83,8 @@ const std::vector<OptionDescriptor>& optionDescriptors();
 /// Same, by key (without regard to case); nullptr if there is none.
 const OptionDescriptor* findOption(const QString& key);
 
-/// The text form of an option in its place, and back. A boolean is "1" or "0" in the registry, "True" or "False" in an ini file.
+/// The text form of an option in its place, and back. A boolean is "1" or "0" in the registry, "True" or "False" in an
+/// ini file.
 QString optionText(const Options& options, const OptionDescriptor& option, bool iniForm);
 /// Sets an option from text for one run. @throws dao::Error 13 for a text that does not convert, 6 beyond 32 bits
 void convertOption(Options& options, const OptionDescriptor& option, const QString& text);

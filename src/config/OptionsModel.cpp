@@ -152,9 +152,8 @@ void OptionsModel::setValue(const QString& control, const QString& value) {
 }
 
 bool OptionsModel::isEnabled(const QString& control) const {
-    return std::ranges::all_of(dependences, [&](const Dependence& rule) {
-        return rule.dependent != control || isOn(rule.governing);
-    });
+    return std::ranges::all_of(
+        dependences, [&](const Dependence& rule) { return rule.dependent != control || isOn(rule.governing); });
 }
 
 void OptionsModel::normalisePaths() {
@@ -180,7 +179,8 @@ void OptionsModel::saveOptions() {
         if (key == u"EnglishLanguage")
             continue;
         // What keeps one value from being written keeps all the others too; one box is enough.
-        if (profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key, optionText(gOptions, option, false)))
+        if (profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key,
+                                     optionText(gOptions, option, false)))
             return;
     }
 }

@@ -18,11 +18,11 @@ struct OptionControl {
     QString otherwise = QString();
 };
 
-/// What the options dialog shows and does, without widgets: pending values apart from the options in force, which change at
-/// apply() only.
+/// What the options dialog shows and does, without widgets: pending values apart from the options in force, which
+/// change at apply() only.
 ///
-/// Values are texts: a check box "1" or "0", an option array the index chosen, a position its text in the user's language,
-/// anything else as it is typed.
+/// Values are texts: a check box "1" or "0", an option array the index chosen, a position its text in the user's
+/// language, anything else as it is typed.
 class OptionsModel {
 public:
     /// The controls in the order of writing.
@@ -40,9 +40,9 @@ public:
     /// False for a box whose governing box is off.
     bool isEnabled(const QString& control) const;
 
-    /// Normalises the paths, takes the values over into the options in force in the order of the controls, then writes all
-    /// options and the start-window flag. A number that does not convert shows the standard error box: Ignore leaves that
-    /// option as it was, Abort that one and all that follow, and nothing is written.
+    /// Normalises the paths, takes the values over into the options in force in the order of the controls, then writes
+    /// all options and the start-window flag. A number that does not convert shows the standard error box: Ignore
+    /// leaves that option as it was, Abort that one and all that follow, and nothing is written.
     /// @return false after Abort
     bool apply();
 

@@ -48,8 +48,8 @@ QString memberIndex(const QString& objectName) {
     return objectName.section(u'(', 1).chopped(1);
 }
 
-/// Chooses an item by its text; a text that no item has yet, as a font that this machine lacks, becomes one, so that what
-/// nobody touches stays as it is.
+/// Chooses an item by its text; a text that no item has yet, as a font that this machine lacks, becomes one, so that
+/// what nobody touches stays as it is.
 void choose(QComboBox* list, const QString& text) {
     int row = list->findText(text);
     if (row < 0 && !text.isEmpty()) {
@@ -134,8 +134,7 @@ void frmOptions::fillLists() {
 
 void frmOptions::connectControls() {
     for (auto* box : findChildren<QCheckBox*>())
-        connect(box, &QCheckBox::toggled, this,
-                [=, this](bool on) { take(box->objectName(), on ? u"1"_s : u"0"_s); });
+        connect(box, &QCheckBox::toggled, this, [=, this](bool on) { take(box->objectName(), on ? u"1"_s : u"0"_s); });
     for (auto* button : findChildren<QRadioButton*>())
         connect(button, &QRadioButton::toggled, this, [=, this](bool on) {
             if (on)
@@ -211,7 +210,8 @@ void frmOptions::showValue(QObject* object, const QString& name) {
 }
 
 void frmOptions::showSamples() {
-    const std::pair<QString, QString> samples[] = {{u"lblSample1"_s, u"cmbFixedFont"_s}, {u"lblSample2"_s, u"cmbPropFont"_s}};
+    const std::pair<QString, QString> samples[] = {{u"lblSample1"_s, u"cmbFixedFont"_s},
+                                                   {u"lblSample2"_s, u"cmbPropFont"_s}};
     for (const auto& [label, list] : samples) {
         QFont sample = font();
         sample.setFamilies({model_.value(list)});

@@ -140,7 +140,8 @@ void addGeneral(QTabWidget* tabs) {
     page.path(u"txtDatabaseName"_s, u"cmdDatabaseName"_s, u"&Dateiname:"_s, u"Datenbankdatei auswählen (F4)"_s);
     page.path(u"txtDatabasePath"_s, u"cmdDatabasePath"_s, u"&Ordner:"_s, u"Ordner der Datenbank auswählen (F4)"_s);
     page.group(u"fraPaths"_s, u"Ordner"_s);
-    page.path(u"txtDataPath"_s, u"cmdDataPath"_s, u"&Auswertungsdateien:"_s, u"Ordner der Auswertungsdateien auswählen (F4)"_s);
+    page.path(u"txtDataPath"_s, u"cmdDataPath"_s, u"&Auswertungsdateien:"_s,
+              u"Ordner der Auswertungsdateien auswählen (F4)"_s);
     page.path(u"txtQuestionnairePath"_s, u"cmdQuestionnairePath"_s, u"&Fragebogen:"_s,
               u"Ordner der Fragebögen auswählen (F4)"_s);
     page.path(u"txtSPSSPath"_s, u"cmdSPSSPath"_s, u"S&PSS-Dateien:"_s, u"Ordner der SPSS-Dateien auswählen (F4)"_s);

@@ -93,8 +93,7 @@ void CErrHandler::HandleError(int number, const QString& description, bool show)
     writeProgramReport();
     if (!DisplayMsgOnError || !show)
         return;
-    const QString cause =
-        (gLanguage != 0 ? u"Error: ("_s : u"Fehler: ("_s) + QString::number(number) + u") "_s;
+    const QString cause = (gLanguage != 0 ? u"Error: ("_s : u"Fehler: ("_s) + QString::number(number) + u") "_s;
     showError(placeOfError(errorProcedure_, errorLine_) + cause + description, AppTitle);
 }
 
@@ -110,14 +109,13 @@ QString CErrHandler::stackText() const {
     QString text;
     for (size_t i = 0; i < stack_.size(); ++i) {
         if (!stack_[i].isEmpty())
-            text += line(QString::number(i).rightJustified(2, u'0') +
-                         QString(2 * static_cast<qsizetype>(i), u' ') + stack_[i]);
+            text += line(QString::number(i).rightJustified(2, u'0') + QString(2 * static_cast<qsizetype>(i), u' ') +
+                         stack_[i]);
     }
     return text;
 }
 
-QString CErrHandler::reportText(const QString& heading, const QString& errorText,
-                                const QString& numbers) const {
+QString CErrHandler::reportText(const QString& heading, const QString& errorText, const QString& numbers) const {
     const QString now = QLocale::system().toString(QDateTime::currentDateTime(), QLocale::ShortFormat);
     return line(AppTitle + heading) + line(QString(36, u'=')) + line(u"Current Time   : "_s + now) +
            line(u"Error String   : "_s + errorText.left(reportedCharacters)) + numbers +

@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// One gesture of the user, for as long as it lives: a file that went bad under the program fails in each of the gesture's
-/// steps, and the user is told once. Outside a gesture every failure is told.
+/// One gesture of the user, for as long as it lives: a file that went bad under the program fails in each of the
+/// gesture's steps, and the user is told once. Outside a gesture every failure is told.
 ///
 /// A scope within a scope belongs to the gesture of the outer one.
 class GestureScope {

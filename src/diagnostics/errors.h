@@ -21,14 +21,15 @@ public:
 /// Description, line break and source of every entry of the engine's error list, nothing between entries.
 QString lastDbErrorText();
 
-/// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise. What the gesture
-/// under way has told of already is only written (see GestureScope).
+/// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise. What the
+/// gesture under way has told of already is only written (see GestureScope).
 void reportError(const dao::Error& error);
 /// Hands an error to HandleError whatever the engine's list holds; opening and closing of a catalogue report so.
 void reportProgramError(const dao::Error& error);
 
-/// Any failure as the handlers know it. What comes from the standard library is a run-time error of the language: 7 out of
-/// memory, 75 no way to a file, 51 whatever else; the engine's list, which tells of an earlier operation then, is emptied.
+/// Any failure as the handlers know it. What comes from the standard library is a run-time error of the language: 7 out
+/// of memory, 75 no way to a file, 51 whatever else; the engine's list, which tells of an earlier operation then, is
+/// emptied.
 dao::Error asError(const std::exception& failure);
 
 /// Runs a step; a failure is reported and the caller goes on at its next statement.
@@ -51,8 +52,8 @@ enum class Trap { Done, Ignored, Aborted };
 /// @return true to retry; otherwise `outcome` tells
 bool standardErrorBox(const dao::Error& error, Trap& outcome);
 
-/// Runs a step under the standard error box: Retry runs it again, Ignore goes on, Abort sets the default pointer and tells
-/// the caller to leave.
+/// Runs a step under the standard error box: Retry runs it again, Ignore goes on, Abort sets the default pointer and
+/// tells the caller to leave.
 template<class Step>
 Trap trapped(Step&& step) {
     for (;;) {

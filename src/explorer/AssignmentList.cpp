@@ -16,16 +16,16 @@ constexpr int lastView = 9;
 QString statement(const QString& table, const QString& study, const QString& variable) {
     const QString relation = u"trel_Variable"_s + table;
     const QString entries = u"tkey_"_s + table;
-    return u"Select * from "_s + relation + u" INNER JOIN "_s + entries + u" ON "_s + relation + u".fid = "_s + entries +
-           u".id Where fi_StudyNo = "_s + quoted(study) + u" And fi_VariableNo = "_s + quoted(variable);
+    return u"Select * from "_s + relation + u" INNER JOIN "_s + entries + u" ON "_s + relation + u".fid = "_s +
+           entries + u".id Where fi_StudyNo = "_s + quoted(study) + u" And fi_VariableNo = "_s + quoted(variable);
 }
 
 void addCategoriesOfView(std::vector<Assignment>& list, int view, const QString& study, const QString& variable,
                          bool english) {
     const QString table = gViews.at(view, ViewTable::Table);
     CDaoPersistance persistance;
-    const dao::RecordsetPtr recordset = persistance.GetRecordset(
-        gDatabase.CurrentDatabase(), statement(table, study, variable), dao::dbOpenDynaset);
+    const dao::RecordsetPtr recordset =
+        persistance.GetRecordset(gDatabase.CurrentDatabase(), statement(table, study, variable), dao::dbOpenDynaset);
     if (!recordset)
         return;
     for (; !recordset->Eof(); recordset->MoveNext())

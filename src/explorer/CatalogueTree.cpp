@@ -24,8 +24,8 @@ struct EntryColumns {
     EntryColumns(bool study, bool english)
         : key(study ? u"id_StudyNo"_s : u"id"_s),
           text((english ? u"dt_En"_s : u"dt_"_s) + (study ? u"StudyTitle"_s : u"IndicatorName"_s)),
-          description((english ? u"dt_En"_s : u"dt_"_s) +
-                      (study ? u"StudyDescription"_s : u"IndicatorDescription"_s)) {}
+          description((english ? u"dt_En"_s : u"dt_"_s) + (study ? u"StudyDescription"_s : u"IndicatorDescription"_s)) {
+    }
 };
 
 struct TreeEntry {
@@ -36,9 +36,8 @@ struct TreeEntry {
 class EntryReader {
 public:
     EntryReader(const dao::Recordset& recordset, const EntryColumns& columns)
-        : recordset_(recordset), key_(recordset.indexOf(columns.key)),
-          parent_(recordset.indexOf(columns.parent)), text_(recordset.indexOf(columns.text)),
-          description_(recordset.indexOf(columns.description)) {}
+        : recordset_(recordset), key_(recordset.indexOf(columns.key)), parent_(recordset.indexOf(columns.parent)),
+          text_(recordset.indexOf(columns.text)), description_(recordset.indexOf(columns.description)) {}
 
     TreeEntry current() const { return {cell(key_), cell(parent_), cell(text_), cell(description_)}; }
 
@@ -59,9 +58,8 @@ void reportTreeError(const dao::Error& error) {
         reportError(error);
         return;
     }
-    ui::asker().messageBox({.text = TranslateText(u"Pfad zur Datenbank"_s) + u' ' + gOptions.DatabasePath +
-                                    u'\\' + gOptions.DatabaseName + u' ' +
-                                    TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
+    ui::asker().messageBox({.text = TranslateText(u"Pfad zur Datenbank"_s) + u' ' + gOptions.DatabasePath + u'\\' +
+                                    gOptions.DatabaseName + u' ' + TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
                                     TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
                             .icon = ui::Icon::Exclamation});
 }
@@ -120,16 +118,16 @@ private:
     int countEntries() const {
         try {
             const QString statement = u"SELECT Count(*) AS n FROM "_s + table_;
-            return static_cast<int>(gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenSnapshot)->value(0).toInteger());
+            return static_cast<int>(
+                gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenSnapshot)->value(0).toInteger());
         } catch (const dao::Error&) {
             return 0; // The reading itself will say what is wrong.
         }
     }
 
     QString statement(const QString& parent) const {
-        return study_
-                   ? u"SELECT * FROM "_s + table_ + u" ORDER BY [fid], [order] ASC;"_s
-                   : u"SELECT * FROM "_s + table_ + u" WHERE [fid]="_s + parent + u" ORDER BY [order] ASC;"_s;
+        return study_ ? u"SELECT * FROM "_s + table_ + u" ORDER BY [fid], [order] ASC;"_s
+                      : u"SELECT * FROM "_s + table_ + u" WHERE [fid]="_s + parent + u" ORDER BY [order] ASC;"_s;
     }
 
     void addEntry(const TreeEntry& entry, int depth) {
@@ -143,8 +141,9 @@ private:
                 if (!dao::textToNumber(entry.key))
                     dao::raiseRuntimeError(13);
                 if (depth >= maxDepth)
-                    throw dao::Error(
-                        28, TranslateText(u"Der Baum ist tiefer als %1 Stufen beim Eintrag \"%2\"."_s).arg(maxDepth).arg(entry.key));
+                    throw dao::Error(28, TranslateText(u"Der Baum ist tiefer als %1 Stufen beim Eintrag \"%2\"."_s)
+                                             .arg(maxDepth)
+                                             .arg(entry.key));
                 addBelow(entry.key, depth + 1);
             },
             reportTreeError);
@@ -169,8 +168,9 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
     CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(dao::foldedText(parentKey));
     if (!parent)
         throw dao::Error(
-            35601, TranslateText(u"Element nicht gefunden: Der Eintrag \"%1\" gehört zu \"%2\", das nicht im Baum steht."_s)
-                       .arg(key.mid(1), parentKey.mid(1)));
+            35601,
+            TranslateText(u"Element nicht gefunden: Der Eintrag \"%1\" gehört zu \"%2\", das nicht im Baum steht."_s)
+                .arg(key.mid(1), parentKey.mid(1)));
     lastParentKey_ = parentKey;
     lastParent_ = parent;
     return append(key, text, parent);
@@ -179,10 +179,11 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
 CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
     CatalogueNode*& place = byKey_[dao::foldedText(key)];
     if (place) {
-        throw dao::Error(35602, (isOnWayToRoot(parent, key)
-                                     ? TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht unter sich selbst."_s)
-                                     : TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht schon im Baum."_s))
-                                    .arg(key.mid(1)));
+        throw dao::Error(
+            35602, (isOnWayToRoot(parent, key)
+                        ? TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht unter sich selbst."_s)
+                        : TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht schon im Baum."_s))
+                       .arg(key.mid(1)));
     }
     CatalogueNode& node = nodes_.emplace_back();
     node.Key = key;
@@ -229,8 +230,8 @@ void Update_TreeView(CatalogueTree& tree, int view, bool english) {
     TreeBuilder(tree, view, english).addBelow(u"0"_s, 1);
 }
 
-bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey,
-                            const QString& text, const QString& description, int view) {
+bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey, const QString& text,
+                            const QString& description, int view) {
     const ProcedureScope scope(u"[Module1.Update_TreeViewAddnode]"_s);
     return attempt(
         [&] {
@@ -259,7 +260,8 @@ std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view
         return unreached;
     attempt(
         [&] {
-            const dao::RecordsetPtr recordset = gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenDynaset);
+            const dao::RecordsetPtr recordset =
+                gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenDynaset);
             const EntryReader reader(*recordset, columns);
             for (; !recordset->Eof(); recordset->MoveNext()) {
                 const TreeEntry entry = reader.current();

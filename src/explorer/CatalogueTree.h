@@ -60,13 +60,13 @@ QChar viewLetter(int view);
 int viewOfKey(const QString& key);
 
 /// Rebuilds the tree of a view of the open catalogue, in the original language or in English. Failures are
-/// reported and the tree stays as far as it was built; so it does when the user stops a reading that takes long. An entry
-/// that stands below itself is reported and not followed.
+/// reported and the tree stays as far as it was built; so it does when the user stops a reading that takes long. An
+/// entry that stands below itself is reported and not followed.
 void Update_TreeView(CatalogueTree& tree, int view, bool english);
 /// Adds one entry; a failure (its parent is not in the tree, its key is) is reported.
 /// @return true if it was added
-bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey,
-                            const QString& text, const QString& description, int view);
+bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey, const QString& text,
+                            const QString& description, int view);
 
 /// An entry that is in the catalogue but not in its tree.
 struct UnreachedEntry {

@@ -4,8 +4,8 @@
 
 #include <QString>
 
-/// How the user has set up an explorer: the places of its splitters, its columns and its sorting, kept for the windows of
-/// the same kind of view in this and later runs.
+/// How the user has set up an explorer: the places of its splitters, its columns and its sorting, kept for the windows
+/// of the same kind of view in this and later runs.
 struct ExplorerLayout {
     /// Shares of a thousand: of the tree in the width, of tree and list in the height, of panel A in the width.
     int tree = 300, list = 500, panelA = 500;

@@ -38,8 +38,8 @@ void QuickFilter::read(dao::Recordset& recordset) {
     clear();
     read_ = true;
     std::vector<int> columns;
-    for (const QString& name : {u"fi_VariableNo"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_QuestionText"_s,
-                                u"dt_EnQuestionText"_s})
+    for (const QString& name :
+         {u"fi_VariableNo"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_QuestionText"_s, u"dt_EnQuestionText"_s})
         if (recordset.hasField(name))
             columns.push_back(recordset.indexOf(name));
     if (recordset.RecordCount() == 0)

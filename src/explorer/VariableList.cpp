@@ -187,8 +187,8 @@ void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state
         const bool varGroups = gDatabase.TableExist(u"tkey_VarGroups"_s);
         CDaoPersistance persistance;
         const dao::RecordsetPtr recordset = persistance.GetRecordset(
-            gDatabase.CurrentDatabase(),
-            nodeVariablesStatement(state.bIsStudy, view, state.sel_id, varGroups), dao::dbOpenDynaset);
+            gDatabase.CurrentDatabase(), nodeVariablesStatement(state.bIsStudy, view, state.sel_id, varGroups),
+            dao::dbOpenDynaset);
         if (!recordset)
             return;
         fill(list, *recordset, state.bELTree);

@@ -85,7 +85,6 @@ void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state
 
 /// The statement that lists the variables of a node, with or without the table of variable groups.
 QString studyVariablesStatement(const QString& table, const QString& id, bool varGroups);
-QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id,
-                                   bool varGroups);
+QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id, bool varGroups);
 /// Either, by the kind of view.
 QString nodeVariablesStatement(bool study, int view, const QString& id, bool varGroups);

@@ -17,8 +17,8 @@ bool VariablePanel::isEnglish(const ExplorerState& state) const {
 }
 
 QString VariablePanel::statement(const ExplorerState& state) const {
-    const QString sql = nodeVariablesStatement(state.bIsStudy, state.ltreetype, fid,
-                                               gDatabase.TableExist(u"tkey_VarGroups"_s));
+    const QString sql =
+        nodeVariablesStatement(state.bIsStudy, state.ltreetype, fid, gDatabase.TableExist(u"tkey_VarGroups"_s));
     const QString select = u"SELECT "_s;
     return place_ == Place::B && state.bIsStudy ? select + u"'0' AS fid, "_s + sql.mid(select.size()) : sql;
 }
@@ -98,8 +98,8 @@ void VariablePanel::fill(bool english) {
     };
     filled_ = true;
     question = text(english ? u"dt_EnQuestionText"_s : u"dt_QuestionText"_s);
-    facts_[u"Position"_s] = {QString::number(recordset_->AbsolutePosition() + 1) + u' ' + TranslateText(u"von"_s) + u' ' +
-                                 QString::number(recordset_->RecordCount()),
+    facts_[u"Position"_s] = {QString::number(recordset_->AbsolutePosition() + 1) + u' ' + TranslateText(u"von"_s) +
+                                 u' ' + QString::number(recordset_->RecordCount()),
                              QString()};
     setFact(u"Variable"_s, text(u"fi_VariableNo"_s));
     setFact(u"Studie"_s, text(u"fi_StudyNo"_s));
@@ -113,6 +113,7 @@ void VariablePanel::fill(bool english) {
 
 void VariablePanel::fillGroup(bool english) {
     const dao::Value group = recordset_->value(english ? u"dt_VarGroupNameEn"_s : u"dt_VarGroupName"_s);
-    const QString name = gLanguage == 0 ? gCatalogueOptions.VarGroupInfoName : gCatalogueOptions.VarGroupInfoNameEnglish;
+    const QString name =
+        gLanguage == 0 ? gCatalogueOptions.VarGroupInfoName : gCatalogueOptions.VarGroupInfoNameEnglish;
     facts_[u"Welle"_s] = {group.toText(), group.isNull() ? QString() : name + u' ' + group.toText()};
 }

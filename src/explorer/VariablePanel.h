@@ -26,8 +26,8 @@ public:
     QString fid, fidName; ///< id and text of the node that the result set was built for
     QString question;
 
-    /// Shows a variable of a node; one that is not among the node's variables shows the first of them. The result set is
-    /// made anew when the node is another than before.
+    /// Shows a variable of a node; one that is not among the node's variables shows the first of them. The result set
+    /// is made anew when the node is another than before.
     /// @param ofList result set of the same node that is at hand already, if any; panel A takes it
     /// @return false if there is nothing to show; a node without variables says so in a box
     bool show(const CatalogueNode& node, const QString& study, const QString& variable, const ExplorerState& state,

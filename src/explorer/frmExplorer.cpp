@@ -104,7 +104,8 @@ void frmExplorer::openView(int view) {
         panel->setQuestionFont(propFont_);
     if (!model_.tree.CutShort)
         unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
-    setWindowIcon(Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
+    setWindowIcon(
+        Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
     reportUnreached();
 }
 
@@ -132,8 +133,9 @@ void frmExplorer::reportUnreached() {
         lblUnreached_->setToolTip(TranslateText(u"Öffnen Sie die Sicht noch einmal, um alle zu sehen."_s));
         return;
     }
-    lblUnreached_->setText(TranslateText(u"Einträge, zu denen kein Weg führt:"_s) + u' ' + QString::number(entries.size()) +
-                           u"\n"_s + texts.mid(0, 3).join(u", "_s) + (entries.size() > 3 ? u", …"_s : QString()));
+    lblUnreached_->setText(TranslateText(u"Einträge, zu denen kein Weg führt:"_s) + u' ' +
+                           QString::number(entries.size()) + u"\n"_s + texts.mid(0, 3).join(u", "_s) +
+                           (entries.size() > 3 ? u", …"_s : QString()));
     lblUnreached_->setToolTip(u"<p>"_s + texts.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s);
 }
 
@@ -287,10 +289,11 @@ void frmExplorer::listOrderChanged(const std::vector<int>& selected, int current
 void frmExplorer::showRowCount() {
     const QString all = QString::number(model_.list.rows.size());
     const QString shown = QString::number(model_.list.shown.size());
-    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) + u' ' +
-                          TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
+    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) +
+                          u' ' + TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
     // An entry without variables is no fault, and says nothing.
-    lvListView_->setHint(!model_.selectedNode()      ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
+    lvListView_->setHint(!model_.selectedNode()
+                             ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
                          : model_.list.rows.empty() ? QString()
                                                     : TranslateText(u"Zum Schnellfilter passt keine Variable."_s));
 }

@@ -15,7 +15,8 @@ class QSplitter;
 class QTreeView;
 class VariableListView;
 
-/// The browsing window: the tree of a view, the variables of the selected entry, and up to two panels with one variable each.
+/// The browsing window: the tree of a view, the variables of the selected entry, and up to two panels with one variable
+/// each.
 class frmExplorer : public QWidget, public Form, private ListviewHost {
 public:
     /// Creates and shows a window of a view of the open catalogue.
@@ -28,11 +29,12 @@ public:
     const ExplorerModel& model() const { return model_; }
     int viewNumber() const override { return model_.state.ltreetype; }
 
-    /// Where the keyboard was last in this window: what a command that reads the selection goes by. The line of the quick
-    /// filter counts as the list.
+    /// Where the keyboard was last in this window: what a command that reads the selection goes by. The line of the
+    /// quick filter counts as the list.
     enum class Place { Tree, List, Elsewhere };
     Place place() const { return place_; }
-    /// The selected rows in the order of the list, as indexes into model().list.rows; rows out of view are never among them.
+    /// The selected rows in the order of the list, as indexes into model().list.rows; rows out of view are never among
+    /// them.
     std::vector<int> selectedRows() const;
 
     /// Selects a node, scrolled into view, gives the tree the focus and lists the node's variables.

@@ -173,7 +173,9 @@ void frmExplorer::connectControls() {
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (!now || !isAncestorOf(now))
             return;
-        place_ = now == tvTreeView_ ? Place::Tree : now == lvListView_ || now == txtQuickFilter_ ? Place::List : Place::Elsewhere;
+        place_ = now == tvTreeView_                             ? Place::Tree
+                 : now == lvListView_ || now == txtQuickFilter_ ? Place::List
+                                                                : Place::Elsewhere;
         // The texts are read before the first key needs them.
         if (now == txtQuickFilter_)
             onGesture([this] { model_.prepareFilter(); });
@@ -185,11 +187,13 @@ void frmExplorer::addShortcuts() {
         connect(new QShortcut(QKeySequence(keys), this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut),
                 &QShortcut::activated, this, action);
     };
-    const std::pair<QKeyCombination, QString> switches[] = {
-        {Qt::CTRL | Qt::SHIFT | Qt::Key_E, u"english"_s}, {Qt::CTRL | Qt::SHIFT | Qt::Key_F, u"fixed"_s},
-        {Qt::CTRL | Qt::SHIFT | Qt::Key_L, u"list"_s},    {Qt::ALT | Qt::Key_Home, u"first"_s},
-        {Qt::ALT | Qt::Key_Up, u"back"_s},                {Qt::ALT | Qt::Key_Down, u"next"_s},
-        {Qt::ALT | Qt::Key_End, u"last"_s}};
+    const std::pair<QKeyCombination, QString> switches[] = {{Qt::CTRL | Qt::SHIFT | Qt::Key_E, u"english"_s},
+                                                            {Qt::CTRL | Qt::SHIFT | Qt::Key_F, u"fixed"_s},
+                                                            {Qt::CTRL | Qt::SHIFT | Qt::Key_L, u"list"_s},
+                                                            {Qt::ALT | Qt::Key_Home, u"first"_s},
+                                                            {Qt::ALT | Qt::Key_Up, u"back"_s},
+                                                            {Qt::ALT | Qt::Key_Down, u"next"_s},
+                                                            {Qt::ALT | Qt::Key_End, u"last"_s}};
     for (const auto& [keys, key] : switches)
         add(keys, [this, key] {
             const bool inB = panelB_->isAncestorOf(focusWidget());
@@ -253,13 +257,19 @@ std::vector<ControlText> frmExplorer::controls() const {
     std::vector<ControlText> places = Form::controls();
     for (size_t i = 0; i < model_.list.columns.size(); ++i) {
         const ListColumn& column = model_.list.columns[i];
-        places.push_back({.type = u"ListView"_s, .name = u"lvListView"_s, .index = static_cast<int>(i) + 1,
-                          .key = column.Key, .text = column.Heading});
+        places.push_back({.type = u"ListView"_s,
+                          .name = u"lvListView"_s,
+                          .index = static_cast<int>(i) + 1,
+                          .key = column.Key,
+                          .text = column.Heading});
     }
     for (const ExplorerPanel* panel : {panelA_, panelB_})
         for (const QString& key : panel->sbStatusBarV->keys())
-            places.push_back({.type = u"Statusbar"_s, .name = panel->sbStatusBarV->objectName(),
-                              .index = static_cast<int>(factKeys.indexOf(key)) + 1, .property = u"ToolTipText"_s, .key = key,
+            places.push_back({.type = u"Statusbar"_s,
+                              .name = panel->sbStatusBarV->objectName(),
+                              .index = static_cast<int>(factKeys.indexOf(key)) + 1,
+                              .property = u"ToolTipText"_s,
+                              .key = key,
                               .text = panel->sbStatusBarV->toolTipOf(key)});
     return places;
 }
@@ -270,7 +280,8 @@ void frmExplorer::setControlText(const ControlText& place, const QString& text) 
             model_.list.columns[static_cast<size_t>(column)].Heading = text;
         lvListView_->headingsChanged();
     } else if (place.type == u"Statusbar") {
-        (place.name == panelA_->sbStatusBarV->objectName() ? panelA_ : panelB_)->sbStatusBarV->setToolTipOf(place.key, text);
+        (place.name == panelA_->sbStatusBarV->objectName() ? panelA_ : panelB_)
+            ->sbStatusBarV->setToolTipOf(place.key, text);
     } else {
         Form::setControlText(place, text);
     }

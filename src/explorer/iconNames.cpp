@@ -14,8 +14,10 @@ QString iconName(int number) {
     const int view = place / 2 + 1;
     const bool study = gViews.at(view, ViewTable::Type) == u"1";
     const bool trend = !study && gViews.at(view, ViewTable::CompAnalysis) == u"1";
-    return (study ? u"study"_s : trend ? u"trend"_s : u"category"_s) + (described ? u"-described"_s : QString()) +
-           (place % 2 == 1 ? u"-open"_s : QString());
+    return (study   ? u"study"_s
+            : trend ? u"trend"_s
+                    : u"category"_s) +
+           (described ? u"-described"_s : QString()) + (place % 2 == 1 ? u"-open"_s : QString());
 }
 
 QString viewName(int view) {

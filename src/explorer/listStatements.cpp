@@ -8,23 +8,20 @@ QString studyVariablesStatement(const QString& table, const QString& id, bool va
     const QString study = u"tkey_"_s + table;
     QString sql = u"SELECT tkey_Variable.id_VarName AS fi_VariableNo, tkey_Variable.fi_StudyNo, "
                   "tkey_Variable.dt_VarLabel, tkey_Variable.dt_QuestionText, "_s +
-                  study + u".dt_StudyTitle, "_s + study + u".dt_Year, "_s + study +
-                  u".dt_StudyDescription, "_s;
-    sql += varGroups
-               ? u"tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
-                 "tkey_VarGroups.dt_VarGroupName, tkey_VarGroups.dt_VarGroupNameEn, "_s
-               : u"tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
-                 "'' AS dt_VarGroupName, '' AS dt_VarGroupNameEn, "_s;
-    sql += study + u".dt_EnStudyTitle FROM (tkey_Variable LEFT JOIN "_s + study +
-           u" ON tkey_Variable.fi_StudyNo = "_s + study + u".id_StudyNo) "_s;
+                  study + u".dt_StudyTitle, "_s + study + u".dt_Year, "_s + study + u".dt_StudyDescription, "_s;
+    sql += varGroups ? u"tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
+                       "tkey_VarGroups.dt_VarGroupName, tkey_VarGroups.dt_VarGroupNameEn, "_s
+                     : u"tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
+                       "'' AS dt_VarGroupName, '' AS dt_VarGroupNameEn, "_s;
+    sql += study + u".dt_EnStudyTitle FROM (tkey_Variable LEFT JOIN "_s + study + u" ON tkey_Variable.fi_StudyNo = "_s +
+           study + u".id_StudyNo) "_s;
     if (varGroups)
         sql += u"LEFT JOIN tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup "_s;
     return sql + u"  WHERE [fi_StudyNo] = "_s + quoted(id) +
            u" ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;"_s;
 }
 
-QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id,
-                                   bool varGroups) {
+QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id, bool varGroups) {
     const QString relation = u"trel_Variable"_s + table;
     const QString study = u"tkey_"_s + studyTable;
     QString sql = u"SELECT "_s + relation + u".fid, "_s + relation + u".fi_VariableNo, "_s + relation +
@@ -40,8 +37,8 @@ QString categoryVariablesStatement(const QString& table, const QString& studyTab
         sql += u"LEFT JOIN tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup) "_s;
     sql += u"LEFT JOIN "_s + relation + u" ON (tkey_Variable.id_VarName = "_s + relation +
            u".fi_VariableNo) AND (tkey_Variable.fi_StudyNo = "_s + relation + u".fi_StudyNo) "_s;
-    return sql + u" WHERE "_s + relation + u".fid = "_s + id + u" ORDER BY "_s + relation + u".fid, "_s +
-           relation + u".fi_StudyNo, tkey_Variable.dt_Position;"_s;
+    return sql + u" WHERE "_s + relation + u".fid = "_s + id + u" ORDER BY "_s + relation + u".fid, "_s + relation +
+           u".fi_StudyNo, tkey_Variable.dt_Position;"_s;
 }
 
 QString nodeVariablesStatement(bool study, int view, const QString& id, bool varGroups) {

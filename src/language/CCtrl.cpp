@@ -13,14 +13,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString typesInOrder[] = {u"Form"_s,     u"Menu"_s,     u"OptionButton"_s,  u"CheckBox"_s,
-                                u"Label"_s,    u"Toolbar"_s,  u"CommandButton"_s, u"SSCommand"_s,
-                                u"TextBox"_s,  u"TabStrip"_s, u"SSTab"_s,         u"Frame"_s,
-                                u"ListView"_s, u"ComboBox"_s, u"Statusbar"_s};
+const QString typesInOrder[] = {u"Form"_s,    u"Menu"_s,          u"OptionButton"_s, u"CheckBox"_s, u"Label"_s,
+                                u"Toolbar"_s, u"CommandButton"_s, u"SSCommand"_s,    u"TextBox"_s,  u"TabStrip"_s,
+                                u"SSTab"_s,   u"Frame"_s,         u"ListView"_s,     u"ComboBox"_s, u"Statusbar"_s};
 
 /// What the maintenance export writes.
-const QString exportedProperties[] = {u"Caption"_s, u"TabCaption"_s, u"Text"_s, u"TooltipText"_s,
-                                      u"DialogTitle"_s};
+const QString exportedProperties[] = {u"Caption"_s, u"TabCaption"_s, u"Text"_s, u"TooltipText"_s, u"DialogTitle"_s};
 
 [[noreturn]] void raiseWriteFailure() {
     throw dao::Error(75, u"Path/File access error"_s);
@@ -104,8 +102,7 @@ void CCtrl::setTextsOfType(const QString& type, const std::vector<ControlText>& 
 std::optional<QString> CCtrl::textInCode(const ControlText& control) const {
     if (window_->windowName() != u"frmExplorer")
         return std::nullopt;
-    const QString group =
-        english_ ? gCatalogueOptions.VarGroupInfoNameEnglish : gCatalogueOptions.VarGroupInfoName;
+    const QString group = english_ ? gCatalogueOptions.VarGroupInfoNameEnglish : gCatalogueOptions.VarGroupInfoName;
     if (control.type == u"Statusbar" && control.key == u"Welle")
         return group;
     if (control.type != u"ListView" || control.name != u"lvListView")
@@ -128,17 +125,20 @@ std::optional<QString> CCtrl::textInCode(const ControlText& control) const {
 /// One statement for all controls: windows have up to a hundred, and a change of language reaches every window.
 void CCtrl::readRows() {
     rows_.clear();
-    const dao::RecordsetPtr rows =
-        database_->OpenRecordset(u"select CtrlTyp, CtrlName, Property, Index, "_s + (english_ ? u"Englisch"_s : u"Deutsch"_s) +
-                                     u" from tblStat where FormName = '"_s + window_->windowName() + u"'"_s,
-                                 dao::dbOpenSnapshot);
+    const dao::RecordsetPtr rows = database_->OpenRecordset(
+        u"select CtrlTyp, CtrlName, Property, Index, "_s + (english_ ? u"Englisch"_s : u"Deutsch"_s) +
+            u" from tblStat where FormName = '"_s + window_->windowName() + u"'"_s,
+        dao::dbOpenSnapshot);
     for (; !rows->Eof(); rows->MoveNext())
-        rows_.push_back({rows->value(0).toText(), rows->value(1).toText(), rows->value(2).toText(), rows->value(3), rows->value(4)});
+        rows_.push_back({rows->value(0).toText(), rows->value(1).toText(), rows->value(2).toText(), rows->value(3),
+                         rows->value(4)});
     rows->Close();
 }
 
 bool CCtrl::isRowOf(const TextRow& row, const ControlText& control) const {
-    const auto hasIndex = [&row](int index) { return !row.index.isNull() && dao::compareValues(row.index, index) == 0; };
+    const auto hasIndex = [&row](int index) {
+        return !row.index.isNull() && dao::compareValues(row.index, index) == 0;
+    };
     if (dao::compareTexts(row.type, control.type) != 0)
         return false;
     if (control.type == u"Form")
@@ -186,9 +186,9 @@ void CCtrl::UpdateTblStat() {
             progress.next(TranslateText(u"Die Texte werden abgeglichen:"_s) + u' ' + rows->text(u"FormName"_s));
             const dao::Value index = rows->value(u"Index"_s);
             const QString property = u"property = '"_s + rows->text(u"Property"_s) + u"'"_s;
-            const QString condition =
-                index.isNull() ? u" and "_s + property
-                               : u" and index = "_s + index.toText() + u" and "_s + property + u" "_s;
+            const QString condition = index.isNull()
+                                          ? u" and "_s + property
+                                          : u" and index = "_s + index.toText() + u" and "_s + property + u" "_s;
             const dao::RecordsetPtr newer = database_->OpenRecordset(
                 u"select englisch from tblstatneu where formname = '"_s + rows->text(u"FormName"_s) +
                     u"' and ctrltyp = '"_s + rows->text(u"CtrlTyp"_s) + u"' and ctrlname = '"_s +
@@ -218,8 +218,7 @@ void CCtrl::WriteCtrlProps() {
         return;
     }
     const QString window = window_->windowName();
-    const QString file =
-        FileName.isEmpty() ? Paths::join(Paths::applicationFolder(), window + u".txt"_s) : FileName;
+    const QString file = FileName.isEmpty() ? Paths::join(Paths::applicationFolder(), window + u".txt"_s) : FileName;
     QString text;
     int count = 0;
     for (const ControlText& control : window_->controls()) {
@@ -229,18 +228,17 @@ void CCtrl::WriteCtrlProps() {
         if (!exported)
             continue;
         const QString index = control.index ? QString::number(*control.index) : QString();
-        text += QStringList{window, control.type, control.name, index, control.property, control.text}.join(
-                    u';') +
+        text += QStringList{window, control.type, control.name, index, control.property, control.text}.join(u';') +
                 u"\r\n"_s;
         ++count;
     }
     try {
         writeText(file, text);
-        ui::asker().messageBox({u"Es wurden: "_s + QString::number(count) +
-                                    u" Controls in die \r\nDatei: "_s + file + u" exportiert!"_s,
-                                {},
-                                ui::Icon::Information,
-                                ui::Buttons::Ok});
+        ui::asker().messageBox(
+            {u"Es wurden: "_s + QString::number(count) + u" Controls in die \r\nDatei: "_s + file + u" exportiert!"_s,
+             {},
+             ui::Icon::Information,
+             ui::Buttons::Ok});
     } catch (const dao::Error& error) {
         fail(SystemTable::errorText(u"WriteCtrlProps"_s, error));
     }

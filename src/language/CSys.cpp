@@ -39,8 +39,8 @@ void CSys::writeSetting(const QString& key, qint16 value, const QString& procedu
     if (!database)
         return;
     try {
-        database->Execute(u"update sys set wert = "_s + QString::number(value) + u" where key "_s +
-                              u" = '"_s + key + u"'"_s,
+        database->Execute(u"update sys set wert = "_s + QString::number(value) + u" where key "_s + u" = '"_s + key +
+                              u"'"_s,
                           dao::dbFailOnError);
         if (database->RecordsAffected() == 0)
             fail(u"Es wurden keine Änderungen des Wertes "_s + key + u" vorgenommen!"_s);

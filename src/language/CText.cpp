@@ -40,8 +40,7 @@ int CText::m_BinarySearchVariant(const QString& text) const {
     int low = 0, high = static_cast<int>(rows_.size()) - 1;
     while (low <= high) {
         const int middle = (low + high) / 2;
-        const int order =
-            SystemTable::compareSearchForms(rows_[static_cast<size_t>(middle)].searched, wanted);
+        const int order = SystemTable::compareSearchForms(rows_[static_cast<size_t>(middle)].searched, wanted);
         if (order == 0)
             return middle;
         if (order < 0)

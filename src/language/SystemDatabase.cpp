@@ -43,8 +43,7 @@ dao::TableDefPtr textTable(dao::Database& database, const QString& name, const Q
     const dao::TableDefPtr table = database.CreateTableDef(name);
     table->Fields.push_back(dao::TableDef::CreateField(u"ID"_s, dao::dbLong, 0, dao::dbAutoIncrField));
     for (const QString& field : textFields)
-        table->Fields.push_back(
-            dao::TableDef::CreateField(field, field == u"Index" ? dao::dbInteger : dao::dbMemo));
+        table->Fields.push_back(dao::TableDef::CreateField(field, field == u"Index" ? dao::dbInteger : dao::dbMemo));
     return table;
 }
 
@@ -61,8 +60,7 @@ void makeTables(dao::Database& database) {
     settings->PrimaryKey = QStringList{u"key"_s};
     database.TableDefs().Append(settings);
 
-    database.CreateQueryDef(u"qdfTblText"_s,
-                            u"SELECT Deutsch, Englisch FROM tblText ORDER BY UCase(Trim(Deutsch));"_s);
+    database.CreateQueryDef(u"qdfTblText"_s, u"SELECT Deutsch, Englisch FROM tblText ORDER BY UCase(Trim(Deutsch));"_s);
     database.CreateQueryDef(u"qdfSysLanguage"_s, u"SELECT wert FROM sys WHERE key = 'Language';"_s);
     database.CreateQueryDef(u"qdfSysForm"_s, u"SELECT wert FROM sys WHERE key = 'ShowForm';"_s);
 }
@@ -124,8 +122,8 @@ QStringList readControlRows(const QString& file, SystemRows& rows) {
 
 QStringList mergeTexts(std::vector<TextRow>& texts) {
     std::stable_sort(texts.begin(), texts.end(), [](const TextRow& a, const TextRow& b) {
-        return SystemTable::compareSearchForms(SystemTable::searchForm(a.german),
-                                               SystemTable::searchForm(b.german)) < 0;
+        return SystemTable::compareSearchForms(SystemTable::searchForm(a.german), SystemTable::searchForm(b.german)) <
+               0;
     });
     QStringList faults;
     std::vector<TextRow> merged;
@@ -136,8 +134,7 @@ QStringList mergeTexts(std::vector<TextRow>& texts) {
         if (!same)
             merged.push_back(row);
         else if (merged.back().english != row.english)
-            faults << row.origin + u": \""_s + row.german + u"\" has another English text at "_s +
-                          merged.back().origin;
+            faults << row.origin + u": \""_s + row.german + u"\" has another English text at "_s + merged.back().origin;
     }
     texts = std::move(merged);
     return faults;

@@ -24,8 +24,7 @@ QString SystemTable::errorText(const QString& procedure, const dao::Error& error
     const bool german = gLanguage == 0;
     return (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
            (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
-           (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s + error.description() +
-           u"\r\n"_s;
+           (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s + error.description() + u"\r\n"_s;
 }
 
 QString SystemTable::searchForm(const QString& text) {

@@ -43,11 +43,11 @@ private:
     const ComparisonInput& in_;
     std::optional<MissingDefinition> definition_;
     std::vector<Row> rows_;
-    /// Rows of values, by their place in the order of arrival. Each entry has its own spelling of a text, and the engine
-    /// takes no notice of case: the keys are folded.
+    /// Rows of values, by their place in the order of arrival. Each entry has its own spelling of a text, and the
+    /// engine takes no notice of case: the keys are folded.
     QHash<QString, size_t> byValue_;
-    size_t nullRow_ = none;          ///< the row of system-missing; its value cell is empty as that of an empty text is
-    std::vector<size_t> order_;      ///< rows as the table shows them
+    size_t nullRow_ = none;     ///< the row of system-missing; its value cell is empty as that of an empty text is
+    std::vector<size_t> order_; ///< rows as the table shows them
     std::vector<QString> sums_, valid_; ///< the two rows below the values
     dao::CompensatedSum total_, validTotal_;
     bool warned_ = false;
@@ -92,8 +92,8 @@ void ColumnBuilder::read() {
         definition_.emplace(*in_.dtMissing);
 }
 
-/// System-missing and an empty text both have an empty value cell. Of two such rows the first is that of system-missing,
-/// which is sorted in front; one alone is told by its label or its mark.
+/// System-missing and an empty text both have an empty value cell. Of two such rows the first is that of
+/// system-missing, which is sorted in front; one alone is told by its label or its mark.
 void ColumnBuilder::findEmptyRows() {
     std::vector<size_t> empty;
     for (const size_t row : order_)
@@ -102,8 +102,8 @@ void ColumnBuilder::findEmptyRows() {
     if (empty.empty())
         return;
     const Row& first = rows_[empty.front()];
-    const bool isNull = empty.size() > 1 || first.cells[LabelColumn].startsWith(systemMissing) ||
-                        first.cells[MarkColumn] == "X"_L1;
+    const bool isNull =
+        empty.size() > 1 || first.cells[LabelColumn].startsWith(systemMissing) || first.cells[MarkColumn] == "X"_L1;
     if (isNull)
         nullRow_ = empty.front();
     if (!isNull || empty.size() > 1)
@@ -139,7 +139,8 @@ QString ColumnBuilder::labelOfNewRow(const dao::Value& value) const {
 
 size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
     Row row{std::vector<QString>(static_cast<size_t>(table_.Cols()))};
-    const bool missing = value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+    const bool missing =
+        value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
     row.cells[ValueColumn] = text;
     row.cells[LabelColumn] = labelOfNewRow(value);
     row.cells[MarkColumn] = missing ? u"X"_s : QString();
@@ -153,7 +154,8 @@ size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
     return added;
 }
 
-/// A number is compared with the number at the start of the other cell, a text with its text; system-missing counts as 0.
+/// A number is compared with the number at the start of the other cell, a text with its text; system-missing counts as
+/// 0.
 bool ColumnBuilder::comesBefore(const dao::Value& value, const QString& text, const QString& other) const {
     if (value.isNull() || value.isNumeric())
         return (value.isNull() ? 0.0 : value.toDouble()) < dao::leadingNumber(other, true);
@@ -202,7 +204,8 @@ void ColumnBuilder::writePercent() {
         const double base = dao::leadingNumber(table_.Cell(column, validRow), true);
         for (int row = 1; row < table_.Rows(); ++row) {
             const QString& cell = table_.Cell(column, row);
-            const bool shown = base != 0 && !cell.isEmpty() && table_.Cell(MarkColumn, row) != "X"_L1 && row != validRow - 1;
+            const bool shown =
+                base != 0 && !cell.isEmpty() && table_.Cell(MarkColumn, row) != "X"_L1 && row != validRow - 1;
             percent_.setCell(column, row,
                              shown ? NumberFormat::fixed(dao::leadingNumber(cell, true) * 100.0 / base, 1) : QString());
         }

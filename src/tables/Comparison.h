@@ -29,10 +29,10 @@ struct ComparisonInput {
 
 /// Adds one entry's column to a comparison.
 ///
-/// The table has a header row, one row per value over all entries in order of number, "Summe", "Gültige Fälle" and a spare
-/// row; it comes in with 4 rows before the first entry. The first entry that brings a value decides its label and mark.
-/// Totals are unrounded sums. `percent` is made anew at each call: valid percent of every entry, from the counts as
-/// displayed. `absolute` becomes a copy of `table`.
+/// The table has a header row, one row per value over all entries in order of number, "Summe", "Gültige Fälle" and a
+/// spare row; it comes in with 4 rows before the first entry. The first entry that brings a value decides its label and
+/// mark. Totals are unrounded sums. `percent` is made anew at each call: valid percent of every entry, from the counts
+/// as displayed. `absolute` becomes a copy of `table`.
 ///
 /// With `bUserMissing` the marks of the rows that are there hold as they stand; the flag is false afterwards.
 BuildOutcome BuildComparisonColumn(ResultTable& table, ResultTable& percent, ResultTable& absolute,

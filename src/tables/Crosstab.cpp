@@ -93,8 +93,7 @@ private:
     double total_ = 0;
 
     double& cell(int column, int row) {
-        return cells_[static_cast<size_t>(row) * static_cast<size_t>(columns_.size()) +
-                      static_cast<size_t>(column)];
+        return cells_[static_cast<size_t>(row) * static_cast<size_t>(columns_.size()) + static_cast<size_t>(column)];
     }
     qint64 cellCount() const { return qint64{columns_.size()} * rows_.size(); }
     std::array<ResultTable*, 5> all() const {
@@ -202,8 +201,7 @@ BuildOutcome CrosstabBuilder::readCells() {
     for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
         const int row = rows_.positionOfRecord();
         const int column = row < 0 ? -1 : columns_.positionOfRecord();
-        if (column >= 0 && !(in_.counts.value(0).isNull() && in_.counts.value(1).isNull()) &&
-            !readCell(column, row))
+        if (column >= 0 && !(in_.counts.value(0).isNull() && in_.counts.value(1).isNull()) && !readCell(column, row))
             return BuildOutcome::Aborted;
     }
     return BuildOutcome::Complete;
@@ -216,8 +214,7 @@ double withoutNoise(double sum) {
 
 /// @return false for Abort after a count that is no number
 bool CrosstabBuilder::readCell(int column, int row) {
-    const size_t index =
-        static_cast<size_t>(row) * static_cast<size_t>(columns_.size()) + static_cast<size_t>(column);
+    const size_t index = static_cast<size_t>(row) * static_cast<size_t>(columns_.size()) + static_cast<size_t>(column);
     if (taken_[index]) {
         ambiguous_ = true;
         return true;
@@ -298,8 +295,7 @@ void CrosstabBuilder::writeTable() {
     for (int row = firstData; row < lastRow; ++row) {
         const int position = keptRows_[static_cast<size_t>(row - firstData)];
         for (int column = firstData; column < lastColumn; ++column)
-            if (const double count = cell(keptColumns_[static_cast<size_t>(column - firstData)], position);
-                count != 0)
+            if (const double count = cell(keptColumns_[static_cast<size_t>(column - firstData)], position); count != 0)
                 shown_.setCell(column, row, NumberFormat::plain(count));
         shown_.setCell(lastColumn, row, NumberFormat::plain(rowSums_[static_cast<size_t>(position)]));
     }
@@ -314,8 +310,8 @@ void CrosstabBuilder::writeTable() {
     }
 }
 
-/// Adds row and column "Gült. Summe": sums over what is marked on neither axis, nothing where they are 0. Values whose own
-/// sum is 0 are not shown, but count here as they do in "Summe".
+/// Adds row and column "Gült. Summe": sums over what is marked on neither axis, nothing where they are 0. Values whose
+/// own sum is 0 are not shown, but count here as they do in "Summe".
 void CrosstabBuilder::writeValidSums() {
     const int lastColumn = shown_.Cols(), lastRow = shown_.Rows();
     shown_.setCols(lastColumn + 1);

@@ -67,8 +67,7 @@ bool CrosstabAxis::takeRecord() {
         std::optional<QString> label;
         if (trapped([&] { label = labelOf(labels_, value, ofVariable_); }) == Trap::Aborted)
             return false;
-        const bool taken =
-            rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !label) || !isMissing(value);
+        const bool taken = rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !label) || !isMissing(value);
         if (taken)
             add(value, key, label);
         else
@@ -116,8 +115,7 @@ void CrosstabAxis::finish() {
 int CrosstabAxis::positionOfRecord() {
     const dao::Value value = counts_.value(rules_.field);
     if (isNumber(value))
-        if (const auto known = positionsOfNumbers_.constFind(value.toDouble());
-            known != positionsOfNumbers_.constEnd())
+        if (const auto known = positionsOfNumbers_.constFind(value.toDouble()); known != positionsOfNumbers_.constEnd())
             return *known;
     const int id = ids_.value(keyOf(value), -1);
     const int position = id < 0 ? -1 : positions_[static_cast<size_t>(id)];

@@ -9,8 +9,8 @@
 using namespace Qt::StringLiterals;
 
 CrosstabPercent::CrosstabPercent(const ResultTable& absolute, const CrosstabInput& input)
-    : absolute_(absolute), in_(input), options_(input.options), cols_(absolute.Cols()),
-      rows_(absolute.Rows()), numbers_(static_cast<size_t>(cols_) * static_cast<size_t>(rows_)) {
+    : absolute_(absolute), in_(input), options_(input.options), cols_(absolute.Cols()), rows_(absolute.Rows()),
+      numbers_(static_cast<size_t>(cols_) * static_cast<size_t>(rows_)) {
     size_t index = 0;
     for (int row = 0; row < rows_; ++row)
         for (int column = 0; column < cols_; ++column, ++index)
@@ -76,8 +76,7 @@ bool CrosstabPercent::compute(QString& text, Of of, int column, int row) {
 }
 
 QString CrosstabPercent::percent(Of of, int column, int row) {
-    return options_.IncludeMissingInPercentXTab ? percentOfAll(of, column, row)
-                                                : percentOfValid(of, column, row);
+    return options_.IncludeMissingInPercentXTab ? percentOfAll(of, column, row) : percentOfValid(of, column, row);
 }
 
 /// Percentages that rest on the sums over all values.

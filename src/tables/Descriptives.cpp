@@ -70,8 +70,7 @@ private:
     GroupKey keyOf(const dao::Value& group) const;
     Block* blockOf(const dao::Value& group, bool create);
     template<class Step>
-    std::optional<double> compute(Statistic statistic, const QString& group, Step&& step,
-                                  qsizetype title = 0);
+    std::optional<double> compute(Statistic statistic, const QString& group, Step&& step, qsizetype title = 0);
     Results results(Block& block);
     Results computed(Block& block);
     void tellBlanks(const QString& group, const Results& found);
@@ -229,8 +228,7 @@ Results DescriptivesBuilder::computed(Block& block) {
     };
     mdStats::Cases& cases = block.cases;
     if (chosen(Count))
-        put(Count,
-            compute(Count, block.group, [&] { return (block.counted ? *block.counted : cases).count(); }));
+        put(Count, compute(Count, block.group, [&] { return (block.counted ? *block.counted : cases).count(); }));
     if (!numeric_ || !cases.anyRow())
         return found;
     std::optional<double> minimum, maximum;
@@ -285,8 +283,7 @@ void DescriptivesBuilder::positions(Block& block, Results& found) {
     if (!anyOf({Median, Percentiles}))
         return;
     const auto median = compute(
-        chosen(Median) ? Median : Percentiles, block.group, [&] { return cases.median(); },
-        chosen(Median) ? 0 : 1);
+        chosen(Median) ? Median : Percentiles, block.group, [&] { return cases.median(); }, chosen(Median) ? 0 : 1);
     found[static_cast<size_t>(Median)] = {median};
     if (!chosen(Percentiles))
         return;
@@ -311,8 +308,8 @@ QString DescriptivesBuilder::formatted(double value, Statistic statistic) const 
     return mdStats::FormatStat(value, static_cast<int>(std::clamp(digits, -1.0, 100.0)));
 }
 
-void DescriptivesBuilder::writeValue(int column, int row, Statistic statistic, const Block& block,
-                                     qsizetype title, const std::optional<double>& value) {
+void DescriptivesBuilder::writeValue(int column, int row, Statistic statistic, const Block& block, qsizetype title,
+                                     const std::optional<double>& value) {
     table_.setCellAlignment(column, row, ResultTable::RightTop);
     if (!value)
         return;
@@ -391,8 +388,8 @@ BuildOutcome DescriptivesBuilder::finish() {
     if (!in_.CommaInPercent)
         table_.exchangeSeparators(1, 1);
     for (int column = 1; column < table_.Cols(); ++column)
-        table_.setColAlignment(column, column == titleColumn && !grouped_ ? ResultTable::LeftCenter
-                                                                          : ResultTable::RightTop);
+        table_.setColAlignment(column,
+                               column == titleColumn && !grouped_ ? ResultTable::LeftCenter : ResultTable::RightTop);
     return in_.cancelled && in_.cancelled() ? BuildOutcome::Cancelled : BuildOutcome::Complete;
 }
 

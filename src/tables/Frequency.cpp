@@ -24,8 +24,7 @@ constexpr std::array<int, 7> firstWidths{500, 2000, 800, 800, 800, 800, 800};
 class FrequencyBuilder {
 public:
     FrequencyBuilder(ResultTable& table, const FrequencyInput& input, bool& userMissing)
-        : table_(table), in_(input), bUserMissing_(userMissing),
-          widths_(input.AutoColWidth, input.textWidth) {}
+        : table_(table), in_(input), bUserMissing_(userMissing), widths_(input.AutoColWidth, input.textWidth) {}
 
     BuildOutcome build();
 
@@ -92,9 +91,8 @@ bool FrequencyBuilder::keepMarks() {
     }
     if (arrivingRows != rows)
         return false;
-    return std::all_of(arriving.keyBegin(), arriving.keyEnd(), [&](const QString& value) {
-        return kept_.value(value).size() == arriving.value(value);
-    });
+    return std::all_of(arriving.keyBegin(), arriving.keyEnd(),
+                       [&](const QString& value) { return kept_.value(value).size() == arriving.value(value); });
 }
 
 void FrequencyBuilder::prepare() {

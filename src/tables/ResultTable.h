@@ -25,17 +25,13 @@ public:
     const QString& Cell(int column, int row) const { return cells_[index(column, row)].text; }
     void setCell(int column, int row, const QString& text) { cells_[index(column, row)].text = text; }
     int CellAlignment(int column, int row) const { return cells_[index(column, row)].alignment; }
-    void setCellAlignment(int column, int row, int alignment) {
-        cells_[index(column, row)].alignment = alignment;
-    }
+    void setCellAlignment(int column, int row, int alignment) { cells_[index(column, row)].alignment = alignment; }
     int ColWidth(int column) const { return widths_[static_cast<size_t>(column)]; }
     void setColWidth(int column, int twips) { widths_[static_cast<size_t>(column)] = twips; }
     int RowHeight(int row) const { return heights_[static_cast<size_t>(row)]; }
     void setRowHeight(int row, int twips) { heights_[static_cast<size_t>(row)] = twips; }
     int ColAlignment(int column) const { return colAlignments_[static_cast<size_t>(column)]; }
-    void setColAlignment(int column, int alignment) {
-        colAlignments_[static_cast<size_t>(column)] = alignment;
-    }
+    void setColAlignment(int column, int alignment) { colAlignments_[static_cast<size_t>(column)] = alignment; }
 
     /// Exchanges two rows across all columns.
     void swapRows(int a, int b);

@@ -8,5 +8,4 @@
 /// the spelling of the code; Null, a text that is no number and the lowest double look for an empty code.
 /// Nothing where no row fits.
 /// @param further a condition added behind, such as " AND fi_Varname = 'V5'"
-std::optional<QString> labelOf(dao::Recordset& labels, const dao::Value& value,
-                               const QString& further = QString());
+std::optional<QString> labelOf(dao::Recordset& labels, const dao::Value& value, const QString& further = QString());

@@ -41,8 +41,8 @@ bool isEmpty(const dao::Recordset& recordset) {
 
 /// One statistic of a recordset.
 template<class Statistic>
-double of(dao::Recordset& recordset, const QString& field, const QString& weightField,
-          const QString& missingText, Statistic&& statistic) {
+double of(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText,
+          Statistic&& statistic) {
     if (isEmpty(recordset))
         return 0;
     const MissingDefinition definition(missingText);
@@ -191,8 +191,8 @@ const Cases::Moments& Cases::momentsAround(double mean) const {
     }
     for (const double x : values_)
         take(x);
-    moments_ = Moments{mean, weighted_ ? weighted2.value() : plain2.value(), plain2.value(), plain3.value(),
-                       plain4.value()};
+    moments_ =
+        Moments{mean, weighted_ ? weighted2.value() : plain2.value(), plain2.value(), plain3.value(), plain4.value()};
     return *moments_;
 }
 
@@ -300,32 +300,27 @@ std::optional<double> Cases::mode() {
 
 // ---- one statistic of a recordset
 
-double Sum(dao::Recordset& recordset, const QString& field, const QString& weightField,
-           const QString& missingText) {
+double Sum(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText) {
     return of(recordset, field, weightField, missingText, [](Cases& cases) { return cases.sum(); });
 }
 
-double Mean(dao::Recordset& recordset, const QString& field, const QString& weightField,
-            const QString& missingText) {
+double Mean(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText) {
     return of(recordset, field, weightField, missingText, [](Cases& cases) { return cases.mean(); });
 }
 
 double StdDev(double mean, dao::Recordset& recordset, const QString& field, const QString& weightField,
               const QString& missingText) {
-    return of(recordset, field, weightField, missingText,
-              [mean](Cases& cases) { return cases.stdDev(mean); });
+    return of(recordset, field, weightField, missingText, [mean](Cases& cases) { return cases.stdDev(mean); });
 }
 
 double Skewness(double mean, dao::Recordset& recordset, const QString& field, const QString& weightField,
                 const QString& missingText) {
-    return of(recordset, field, weightField, missingText,
-              [mean](Cases& cases) { return cases.skewness(mean); });
+    return of(recordset, field, weightField, missingText, [mean](Cases& cases) { return cases.skewness(mean); });
 }
 
 double Kurtosis(double mean, dao::Recordset& recordset, const QString& field, const QString& weightField,
                 const QString& missingText) {
-    return of(recordset, field, weightField, missingText,
-              [mean](Cases& cases) { return cases.kurtosis(mean); });
+    return of(recordset, field, weightField, missingText, [mean](Cases& cases) { return cases.kurtosis(mean); });
 }
 
 double Minimum(dao::Recordset& recordset, const QString& field, const QString& missingText) {
@@ -336,8 +331,7 @@ double Maximum(dao::Recordset& recordset, const QString& field, const QString& m
     return of(recordset, field, {}, missingText, [](Cases& cases) { return cases.maximum(); });
 }
 
-double ValidN(dao::Recordset& recordset, const QString& field, const QString& weightField,
-              const QString& missingText) {
+double ValidN(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText) {
     return of(recordset, field, weightField, missingText, [](Cases& cases) { return cases.validN(); });
 }
 
@@ -345,8 +339,7 @@ double Count(dao::Recordset& recordset, const QString& field, const QString& wei
     return of(recordset, field, weightField, {}, [](Cases& cases) { return cases.count(); });
 }
 
-double Median(dao::Recordset& recordset, const QString& field, const QString& weightField,
-              const QString& missingText) {
+double Median(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText) {
     return of(recordset, field, weightField, missingText, [](Cases& cases) { return cases.median(); });
 }
 

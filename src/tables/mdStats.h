@@ -26,8 +26,7 @@ using dao::CompensatedSum;
 class Cases {
 public:
     /// @param definition what is missing; lives as long as cases are added
-    Cases(bool weighted, const MissingDefinition& definition)
-        : weighted_(weighted), definition_(&definition) {}
+    Cases(bool weighted, const MissingDefinition& definition) : weighted_(weighted), definition_(&definition) {}
 
     /// Room for so many cases.
     void reserve(int cases);
@@ -89,10 +88,8 @@ Cases collect(dao::Recordset& recordset, const QString& field, const QString& we
 
 // ---- One statistic of a recordset. All of them return 0 for a recordset without rows.
 
-double Sum(dao::Recordset& recordset, const QString& field, const QString& weightField,
-           const QString& missingText);
-double Mean(dao::Recordset& recordset, const QString& field, const QString& weightField,
-            const QString& missingText);
+double Sum(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText);
+double Mean(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText);
 double StdDev(double mean, dao::Recordset& recordset, const QString& field, const QString& weightField,
               const QString& missingText);
 /// The weights enter W only, not the sums of powers.
@@ -103,14 +100,12 @@ double Kurtosis(double mean, dao::Recordset& recordset, const QString& field, co
                 const QString& missingText);
 double Minimum(dao::Recordset& recordset, const QString& field, const QString& missingText);
 double Maximum(dao::Recordset& recordset, const QString& field, const QString& missingText);
-double ValidN(dao::Recordset& recordset, const QString& field, const QString& weightField,
-              const QString& missingText);
+double ValidN(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText);
 double Count(dao::Recordset& recordset, const QString& field, const QString& weightField);
 /// In the order of values, t = W / 2 rounded down: the case at which the sum of weights reaches t. With W / 2
 /// whole the mean of its value and the next one's; else its value if the sum exceeds t, the next one's if it
 /// equals t. At the end the last value stands for the next one.
-double Median(dao::Recordset& recordset, const QString& field, const QString& weightField,
-              const QString& missingText);
+double Median(dao::Recordset& recordset, const QString& field, const QString& weightField, const QString& missingText);
 /// With p = (W + 1) / 4 and t = p rounded down: a is the value of the case at which the sum of weights
 /// reaches t, b the next one's; a + (b - a)·(p - t).
 double Percentile25(dao::Recordset& recordset, const QString& field, const QString& weightField,

@@ -122,9 +122,7 @@ bool MissingDefinition::contains(double number) const {
 }
 
 QString MissingDefinition::validCondition(const QString& fieldExpression) const {
-    const auto differs = [&](double number) {
-        return fieldExpression + u" <> "_s + NumberFormat::plain(number);
-    };
+    const auto differs = [&](double number) { return fieldExpression + u" <> "_s + NumberFormat::plain(number); };
     const QString outside = fieldExpression + u" < "_s + NumberFormat::plain(std::min(d1_, d2_)) + u" OR "_s +
                             fieldExpression + u" > "_s + NumberFormat::plain(std::max(d1_, d2_));
     QString condition;

@@ -61,17 +61,16 @@ QString clipText(const ResultTable& table) {
 }
 
 QString htmlTable(const QString& title, const ResultTable& table) {
-    QString html = u"<table border=\"1\" cellspacing=\"0\" cellpadding=\"3\">\n<caption>"_s +
-                   title.toHtmlEscaped() + u"</caption>\n"_s;
+    QString html = u"<table border=\"1\" cellspacing=\"0\" cellpadding=\"3\">\n<caption>"_s + title.toHtmlEscaped() +
+                   u"</caption>\n"_s;
     for (int r = 0; r < table.Rows(); ++r) {
         html += u"<tr>"_s;
         for (int c = 0; c < table.Cols(); ++c) {
             const QString& text = table.Cell(c, r);
-            const bool right =
-                table.CellAlignment(c, r) == ResultTable::RightTop || (r > 0 && c > 0 && isFigure(text));
+            const bool right = table.CellAlignment(c, r) == ResultTable::RightTop || (r > 0 && c > 0 && isFigure(text));
             const QString tag = r < table.FixedRows || c < table.FixedCols ? u"th"_s : u"td"_s;
-            html += u'<' + tag + u" align=\""_s + (right ? u"right"_s : u"left"_s) + u"\">"_s +
-                    text.toHtmlEscaped() + u"</"_s + tag + u'>';
+            html += u'<' + tag + u" align=\""_s + (right ? u"right"_s : u"left"_s) + u"\">"_s + text.toHtmlEscaped() +
+                    u"</"_s + tag + u'>';
         }
         html += u"</tr>\n"_s;
     }
@@ -79,8 +78,8 @@ QString htmlTable(const QString& title, const ResultTable& table) {
 }
 
 QString htmlPage(const QString& title, const ResultTable& table, const QStringList& notes) {
-    QString page = u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>"_s +
-                   title.toHtmlEscaped() + u"</title>\n</head>\n<body>\n"_s + htmlTable(title, table);
+    QString page = u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>"_s + title.toHtmlEscaped() +
+                   u"</title>\n</head>\n<body>\n"_s + htmlTable(title, table);
     for (const QString& note : notes)
         page += u"<p><small>"_s + note.toHtmlEscaped() + u"</small></p>\n"_s;
     return page + u"</body>\n</html>\n"_s;

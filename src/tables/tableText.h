@@ -13,8 +13,8 @@ std::vector<QStringList> tableRows(const ResultTable& table);
 /// True for one number or more, with either separator, with a percent sign or in brackets.
 bool isFigure(const QString& text);
 
-/// True if a cell shows a word that the tables are written with, in either language: a table may be older than the one in
-/// force. @param word in German
+/// True if a cell shows a word that the tables are written with, in either language: a table may be older than the one
+/// in force. @param word in German
 bool isWord(const QString& cell, const QString& word);
 
 /// One cell in csv: quoted when it holds a comma, a quote or a line break.

@@ -40,11 +40,11 @@ int StudiesCommand::run(Session& session) {
     if (studies->RecordCount() > 0)
         studies->MoveFirst();
     for (; !studies->Eof(); studies->MoveNext())
-        rows.push_back({studies->text(u"id_StudyNo"_s), studies->text(u"dt_StudyTitle"_s), studies->text(u"dt_EnStudyTitle"_s),
-                        studies->text(u"dt_Year"_s), studies->text(u"fid"_s), studies->text(u"dt_WeightRE"_s),
-                        studies->text(u"dt_WeightHH"_s)});
-    session.printer().print({u"study"_s, u"title"_s, u"title_en"_s, u"year"_s, u"group"_s, u"weight_re"_s, u"weight_hh"_s},
-                            rows);
+        rows.push_back({studies->text(u"id_StudyNo"_s), studies->text(u"dt_StudyTitle"_s),
+                        studies->text(u"dt_EnStudyTitle"_s), studies->text(u"dt_Year"_s), studies->text(u"fid"_s),
+                        studies->text(u"dt_WeightRE"_s), studies->text(u"dt_WeightHH"_s)});
+    session.printer().print(
+        {u"study"_s, u"title"_s, u"title_en"_s, u"year"_s, u"group"_s, u"weight_re"_s, u"weight_hh"_s}, rows);
     return 0;
 }
 
@@ -92,13 +92,13 @@ int VariablesCommand::run(Session& session) {
     if (variables->RecordCount() > 0)
         variables->MoveFirst();
     for (; !variables->Eof(); variables->MoveNext())
-        rows.push_back({variables->text(u"dt_Position"_s), variables->text(u"id_VarName"_s), variables->text(u"dt_VarLabel"_s),
-                        variables->text(u"dt_EnVarLabel"_s), variables->text(u"dt_TableName"_s),
-                        variables->text(u"dt_FieldName"_s), variables->text(u"dt_Missing"_s),
-                        groups.value(variables->text(u"dt_VarGroup"_s))});
-    session.printer().print({u"position"_s, u"name"_s, u"label"_s, u"label_en"_s, u"table"_s, u"field"_s, u"missing"_s,
-                             u"group"_s},
-                            rows, {0});
+        rows.push_back({variables->text(u"dt_Position"_s), variables->text(u"id_VarName"_s),
+                        variables->text(u"dt_VarLabel"_s), variables->text(u"dt_EnVarLabel"_s),
+                        variables->text(u"dt_TableName"_s), variables->text(u"dt_FieldName"_s),
+                        variables->text(u"dt_Missing"_s), groups.value(variables->text(u"dt_VarGroup"_s))});
+    session.printer().print(
+        {u"position"_s, u"name"_s, u"label"_s, u"label_en"_s, u"table"_s, u"field"_s, u"missing"_s, u"group"_s}, rows,
+        {0});
     return 0;
 }
 
@@ -106,7 +106,8 @@ int VariablesCommand::run(Session& session) {
 bool openView(Session& session, ExplorerModel& explorer, int view) {
     const int last = gCatalogueOptions.NumberOfFrmExplorers;
     if (view < 1 || view > last || gViews.at(view, ViewTable::Table).isEmpty()) {
-        session.say(u"Der Katalog hat keine Ansicht %1."_s, u"The catalogue has no view %1."_s, {QString::number(view)});
+        session.say(u"Der Katalog hat keine Ansicht %1."_s, u"The catalogue has no view %1."_s,
+                    {QString::number(view)});
         return false;
     }
     session.takeWarningsAsFailures();
@@ -193,7 +194,8 @@ int ListCommand::run(Session& session) {
         return 1;
     const QString key = QString::fromStdString(node_);
     if (!explorer.select(key)) {
-        session.say(u"Ansicht %1 hat keinen Eintrag %2."_s, u"View %1 has no entry %2."_s, {QString::number(view_), key});
+        session.say(u"Ansicht %1 hat keinen Eintrag %2."_s, u"View %1 has no entry %2."_s,
+                    {QString::number(view_), key});
         return 1;
     }
     if (session.failed())
@@ -212,7 +214,7 @@ int ListCommand::run(Session& session) {
     return 0;
 }
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeStudiesCommand() {
     return std::make_unique<StudiesCommand>();

@@ -11,8 +11,11 @@ class BuildCommand : public Command {
 public:
     CLI::App* declare(CLI::App& program) override {
         CLI::App* command = program.add_subcommand("build", "Make a whole catalogue from an archive description");
-        command->add_option("CATALOGUE", catalogue_, "catalogue file to be made; the case files come beside it")->required();
-        command->add_option("--from", description_, "archive description in JSON")->required()->type_name("ARCHIVE.json");
+        command->add_option("CATALOGUE", catalogue_, "catalogue file to be made; the case files come beside it")
+            ->required();
+        command->add_option("--from", description_, "archive description in JSON")
+            ->required()
+            ->type_name("ARCHIVE.json");
         command->add_flag("--replace", replace_, "put the new catalogue in place of the one that is there");
         return command;
     }
@@ -42,7 +45,7 @@ int BuildCommand::run(Session& session) {
     }
 }
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeBuildCommand() {
     return std::make_unique<BuildCommand>();

@@ -18,7 +18,8 @@ struct TypedEntry {
 };
 
 TypedEntry entryFrom(const QString& text) {
-    static const QRegularExpression form(u"^\\s*(\\S+)\\s+(\\S+)\\s*(.*)$"_s, QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression form(u"^\\s*(\\S+)\\s+(\\S+)\\s*(.*)$"_s,
+                                         QRegularExpression::DotMatchesEverythingOption);
     static const QRegularExpression key(u"(?:^|\\s)(weight|filter|part)\\s*="_s);
     const QRegularExpressionMatch parts = form.match(text);
     QString rest = parts.captured(3);
@@ -54,13 +55,17 @@ private:
     bool sql_ = false;
 
     void check() const;
-    bool addEntries(Session& session, AnalysisModel& model, ComparisonList& list, const std::vector<TypedEntry>& typed) const;
+    bool addEntries(Session& session, AnalysisModel& model, ComparisonList& list,
+                    const std::vector<TypedEntry>& typed) const;
 };
 
 CLI::App* CompareCommand::declare(CLI::App& program) {
-    CLI::App* command = program.add_subcommand("compare", "Compare the frequencies of variables, over studies or within one");
+    CLI::App* command =
+        program.add_subcommand("compare", "Compare the frequencies of variables, over studies or within one");
     command->add_option("CATALOGUE", catalogue_, "catalogue file")->required();
-    command->add_option("--entry", entries_, "a column: 'STUDY VARIABLE [weight=re|hh|NAME] [filter=TEXT] [part=ID]'; may be repeated")
+    command
+        ->add_option("--entry", entries_,
+                     "a column: 'STUDY VARIABLE [weight=re|hh|NAME] [filter=TEXT] [part=ID]'; may be repeated")
         ->type_name("ENTRY")
         ->expected(1)
         ->take_all();
@@ -68,9 +73,12 @@ CLI::App* CompareCommand::declare(CLI::App& program) {
     command->add_option("--show", show_, "absolute, or column for valid percent (default: absolute)")
         ->check(CLI::IsMember({"absolute", "column"}))
         ->type_name("VALUES");
-    command->add_option("--load", load_, "a comparison that the catalogue keeps, in place of --entry")->type_name("NAME");
-    command->add_option("--save", save_, "keep the comparison under this name: WRITES TO THE CATALOGUE")->type_name("NAME");
-    command->add_option("--delete", delete_, "delete the kept comparison of this name: WRITES TO THE CATALOGUE")->type_name("NAME");
+    command->add_option("--load", load_, "a comparison that the catalogue keeps, in place of --entry")
+        ->type_name("NAME");
+    command->add_option("--save", save_, "keep the comparison under this name: WRITES TO THE CATALOGUE")
+        ->type_name("NAME");
+    command->add_option("--delete", delete_, "delete the kept comparison of this name: WRITES TO THE CATALOGUE")
+        ->type_name("NAME");
     command->add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
     command->add_flag("--sql", sql_, "also print the statements, to standard error");
     return command;
@@ -80,7 +88,8 @@ void CompareCommand::check() const {
     if (!delete_.empty() && (!entries_.empty() || !load_.empty() || !save_.empty()))
         throw UsageError{u"--delete steht allein"_s, u"--delete stands alone"_s};
     if (delete_.empty() && entries_.empty() == load_.empty())
-        throw UsageError{u"--entry oder --load wird gebraucht, nicht beides"_s, u"--entry or --load is needed, not both"_s};
+        throw UsageError{u"--entry oder --load wird gebraucht, nicht beides"_s,
+                         u"--entry or --load is needed, not both"_s};
 }
 
 bool CompareCommand::addEntries(Session& session, AnalysisModel& model, ComparisonList& list,
@@ -106,7 +115,9 @@ int CompareCommand::run(Session& session) {
     AnalysisModel model;
     ComparisonList list(model);
     if (sql_)
-        model.onStatement = [&session](const QString& name, const QString& statement) { session.say(name + u": "_s + statement); };
+        model.onStatement = [&session](const QString& name, const QString& statement) {
+            session.say(name + u": "_s + statement);
+        };
     model.open();
     model.chooseMode(AnalysisMode::Comparison);
     if (!delete_.empty())
@@ -164,7 +175,7 @@ private:
     std::string catalogue_;
 };
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeCompareCommand() {
     return std::make_unique<CompareCommand>();

@@ -49,8 +49,8 @@ CLI::App* CrosstabCommand::declare(CLI::App& program) {
 
 int CrosstabCommand::run(Session& session) {
     AnalysisModel model;
-    if (!request_.prepare(session, model, AnalysisMode::Crosstab) ||
-        !request_.chooseVariable(session, model, row_) || !request_.chooseVariable(session, model, column_, true))
+    if (!request_.prepare(session, model, AnalysisMode::Crosstab) || !request_.chooseVariable(session, model, row_) ||
+        !request_.chooseVariable(session, model, column_, true))
         return 1;
     request_.tellFailures(session, model);
     model.request.chkFlipXtab = model.bCreationMode = flip_;

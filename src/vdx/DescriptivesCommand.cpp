@@ -27,12 +27,15 @@ CLI::App* DescriptivesCommand::declare(CLI::App& program) {
     command->add_option("VARIABLE", variables_, "one variable or more")->required();
     request_.declareOptions(*command);
     command->add_option("--by", by_, "a row for each group of this variable")->type_name("VARIABLE");
-    command->add_option("--statistics", statistics_,
-                        "all, or some of Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance, "
-                        "Skewness, Kurtosis, Mode, Median, Quartiles, parted by commas (default: the first six)")
+    command
+        ->add_option(
+            "--statistics", statistics_,
+            "all, or some of Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance, "
+            "Skewness, Kurtosis, Mode, Median, Quartiles, parted by commas (default: the first six)")
         ->type_name("NAMES");
-    command->add_option("--digits", digits_,
-                        "decimals of all statistics, or of each in the order above, parted by \";\" (default: 2)")
+    command
+        ->add_option("--digits", digits_,
+                     "decimals of all statistics, or of each in the order above, parted by \";\" (default: 2)")
         ->type_name("N");
     return command;
 }
@@ -108,7 +111,7 @@ int DescriptivesCommand::run(Session& session) {
     });
 }
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeDescriptivesCommand() {
     return std::make_unique<DescriptivesCommand>();

@@ -31,7 +31,7 @@ int FrequencyCommand::run(Session& session) {
     return request_.run(session, model, variables_);
 }
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeFrequencyCommand() {
     return std::make_unique<FrequencyCommand>();

@@ -23,15 +23,19 @@ CLI::App* ImportCommand::declare(CLI::App& program) {
     command_ = program.add_subcommand("import", "Take a survey file (.sav, .zsav, .por, .dta) into a catalogue");
     command_->add_option("CATALOGUE", catalogue_, "catalogue file; made if it is missing")->required();
     command_->add_option("FILE", file_, "survey file of SPSS or Stata")->required();
-    command_->add_option("--study", study_, "study number: letters and digits, a letter first")->required()->type_name("NO");
+    command_->add_option("--study", study_, "study number: letters and digits, a letter first")
+        ->required()
+        ->type_name("NO");
     command_->add_option("--data", data_, "folder of the case file (default: beside the catalogue)")->type_name("DIR");
     command_->add_option("--title", title_, "title of the study");
     command_->add_option("--title-en", titleEnglish_, "its English title");
     command_->add_option("--year", year_, "year of the study");
     command_->add_option("--group", group_, "number of the group that it belongs to")->type_name("NO");
-    command_->add_option("--weight-re", weightRe_, "representative weight (default: the file's own weight)")->type_name("VAR");
+    command_->add_option("--weight-re", weightRe_, "representative weight (default: the file's own weight)")
+        ->type_name("VAR");
     command_->add_option("--weight-hh", weightHh_, "household weight")->type_name("VAR");
-    command_->add_option("--encoding", encoding_, "encoding of the file's texts, where the file itself is wrong about it")
+    command_
+        ->add_option("--encoding", encoding_, "encoding of the file's texts, where the file itself is wrong about it")
         ->type_name("ENC");
     command_->add_flag("--replace", replace_, "put the file in place of the study of that number");
     return command_;
@@ -70,7 +74,7 @@ int ImportCommand::run(Session& session) {
     }
 }
 
-}
+} // namespace
 
 std::unique_ptr<Command> makeImportCommand() {
     return std::make_unique<ImportCommand>();

@@ -51,7 +51,7 @@ void setOptions(const QStringList& settings) {
     }
 }
 
-}
+} // namespace
 
 Session::Session(const CommonOptions& options, std::FILE* out, std::FILE* err)
     : common_(options), err_(err), printer_(options.format, out), askerIn_(&noInput_), askerOut_(&boxText_),
@@ -82,7 +82,7 @@ bool Session::open(const QString& catalogue) {
     try {
         removeLeftovers(Paths::onDisk(Paths::native(catalogue)));
     } catch (const ImportError& error) {
-        say(error.text());  // what is there can be read all the same
+        say(error.text()); // what is there can be read all the same
     }
     const bool opened = mdDataBase::OpenQXDatabase(catalogue) == 1;
     flushBoxes();

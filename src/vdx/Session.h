@@ -13,10 +13,10 @@
 /// What every command takes.
 struct CommonOptions {
     TablePrinter::Format format = TablePrinter::Format::Text;
-    QString decimal;   ///< "comma", "point"; empty: the locale's
-    QString language;  ///< "de", "en"; empty: the locale's
-    QString contents;  ///< "original", "english"; empty: what the catalogue says
-    QStringList set;   ///< KEY=VALUE of any option, for this run
+    QString decimal;  ///< "comma", "point"; empty: the locale's
+    QString language; ///< "de", "en"; empty: the locale's
+    QString contents; ///< "original", "english"; empty: what the catalogue says
+    QStringList set;  ///< KEY=VALUE of any option, for this run
 };
 
 /// Wrong usage: the command line itself cannot be understood. Exit status 2.
@@ -25,8 +25,8 @@ struct UsageError {
 };
 
 /// The world of one run: options at their defaults (the user's stored ones are not read, so that a run can be repeated
-/// anywhere), language, texts, number format, an asker that writes boxes to standard error, and at most one open catalogue,
-/// whose links and stored queries stay in memory. All of it is put back at the end.
+/// anywhere), language, texts, number format, an asker that writes boxes to standard error, and at most one open
+/// catalogue, whose links and stored queries stay in memory. All of it is put back at the end.
 class Session {
 public:
     /// @throws UsageError for an unknown option key or a value that it does not take

@@ -18,14 +18,15 @@ struct Result {
     ResultTable table;
 };
 
-}
+} // namespace
 
 void chooseDataFolder(const std::string& folder) {
     if (folder.empty())
         return;
     const QString path = QString::fromStdString(folder);
     if (!QFileInfo(Paths::onDisk(path)).isDir())
-        throw UsageError{u"--data %1: Den Ordner gibt es nicht"_s.arg(path), u"--data %1: there is no such folder"_s.arg(path)};
+        throw UsageError{u"--data %1: Den Ordner gibt es nicht"_s.arg(path),
+                         u"--data %1: there is no such folder"_s.arg(path)};
     gOptions.DataPath = path;
 }
 
@@ -52,7 +53,8 @@ void StudyRequest::declarePlaces(CLI::App& command) {
 }
 
 void StudyRequest::declareOptions(CLI::App& command) {
-    command.add_option("--weight", weight_, "none, re, hh (the study's own weights) or the name of a weight variable")->type_name("WEIGHT");
+    command.add_option("--weight", weight_, "none, re, hh (the study's own weights) or the name of a weight variable")
+        ->type_name("WEIGHT");
     command.add_option("--filter", filter_, "condition over variables of the study, such as \"V7=1 AND V8>2\"");
     command.add_option("--part", part_, "part of the data set, by its number");
     missingGiven_ = command.add_option("--missing", missing_,
@@ -108,8 +110,10 @@ bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) c
     if (weight == u"re" || weight == u"hh") {
         const bool representative = weight == u"re";
         if (!model.chooseWeight(representative ? WeightKind::WeightRE : WeightKind::WeightHH)) {
-            session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s : u"Studie %1 hat kein Haushaltsgewicht."_s,
-                        representative ? u"Study %1 has no representative weight."_s : u"Study %1 has no household weight."_s,
+            session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s
+                                       : u"Studie %1 hat kein Haushaltsgewicht."_s,
+                        representative ? u"Study %1 has no representative weight."_s
+                                       : u"Study %1 has no household weight."_s,
                         {study});
             return false;
         }
@@ -134,7 +138,8 @@ bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QS
     if (second ? model.chooseVariable2(variable) : model.chooseVariable(variable))
         return true;
     if (!session.failed())
-        session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s, {variable, study});
+        session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
+                    {variable, study});
     return false;
 }
 

@@ -10,7 +10,8 @@
 
 class AnalysisModel;
 
-/// Takes the typed folder of the case files for this run; an empty one leaves the catalogue's. @throws UsageError if there is none
+/// Takes the typed folder of the case files for this run; an empty one leaves the catalogue's. @throws UsageError if
+/// there is none
 void chooseDataFolder(const std::string& folder);
 /// Words on standard error for each of the studies whose cases the typed folder has not got and the catalogue's has.
 void tellCasesElsewhere(Session& session, const QStringList& studies);
@@ -32,8 +33,8 @@ struct TypedCases {
     bool chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second = false) const;
 };
 
-/// What every analysis of one study takes from the command line: catalogue and study, weight, filter or part, missing values, the folder of
-/// the case files, --sql.
+/// What every analysis of one study takes from the command line: catalogue and study, weight, filter or part, missing
+/// values, the folder of the case files, --sql.
 class StudyRequest {
 public:
     /// The places in front: CATALOGUE and STUDY.
@@ -42,8 +43,8 @@ public:
 
     /// Opens the catalogue and makes the request for a mode. False after words on standard error. @throws UsageError
     bool prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const;
-    /// Runs the request for one variable after the other and prints the tables once all have come out: a table that failed must not hide
-    /// among those that did. @param choose what else is chosen with each variable; false ends it
+    /// Runs the request for one variable after the other and prints the tables once all have come out: a table that
+    /// failed must not hide among those that did. @param choose what else is chosen with each variable; false ends it
     /// @return exit status
     int run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
             const std::function<bool()>& choose = {}) const;

@@ -17,9 +17,9 @@ bool isWide(char32_t c) {
     struct Range {
         char32_t first, last;
     };
-    static constexpr Range wide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0x33FF},  {0x3400, 0x4DBF},
-                                     {0x4E00, 0x9FFF},   {0xA000, 0xA4CF},   {0xAC00, 0xD7A3},  {0xF900, 0xFAFF},
-                                     {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},   {0xFFE0, 0xFFE6},  {0x1F300, 0x1FAFF},
+    static constexpr Range wide[] = {{0x1100, 0x115F},  {0x2E80, 0x303E}, {0x3041, 0x33FF}, {0x3400, 0x4DBF},
+                                     {0x4E00, 0x9FFF},  {0xA000, 0xA4CF}, {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},
+                                     {0xFE30, 0xFE6F},  {0xFF00, 0xFF60}, {0xFFE0, 0xFFE6}, {0x1F300, 0x1FAFF},
                                      {0x20000, 0x3FFFD}};
     return std::any_of(std::begin(wide), std::end(wide), [c](Range r) { return c >= r.first && c <= r.last; });
 }
@@ -65,7 +65,7 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
     return columns;
 }
 
-}
+} // namespace
 
 int terminalWidth(const QString& text) {
     int width = 0;

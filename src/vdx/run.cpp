@@ -40,7 +40,8 @@ struct TypedOptions {
         command.add_option("--decimal", decimal, "comma or point (default: the locale's)")
             ->check(CLI::IsMember({"comma", "point"}))
             ->type_name("SIGN");
-        command.add_option("--language", language, "language of headings and messages: de or en (default: the locale's)")
+        command
+            .add_option("--language", language, "language of headings and messages: de or en (default: the locale's)")
             ->check(CLI::IsMember({"de", "en"}))
             ->type_name("LANG");
         command.add_option("--contents", contents, "labels and titles: original or english (default: the catalogue's)")
@@ -68,8 +69,9 @@ struct TypedOptions {
 
 int usageError(const UsageError& error, std::FILE* err) {
     const bool german = gLanguage == 0;
-    const QString text = u"vdx: "_s + (german ? error.german : error.english) + u'\n' +
-                         (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
+    const QString text =
+        u"vdx: "_s + (german ? error.german : error.english) + u'\n' +
+        (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
     std::fputs(text.toUtf8().constData(), err);
     return 2;
 }
@@ -98,11 +100,12 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
     }
 }
 
-}
+} // namespace
 
 int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE* err) {
-    CLI::App program{"Survey catalogues from the command line: import survey files, look at what a catalogue holds, print tables.",
-                     "vdx"};
+    CLI::App program{
+        "Survey catalogues from the command line: import survey files, look at what a catalogue holds, print tables.",
+        "vdx"};
     program.require_subcommand(1);
     program.set_version_flag("--version", "vdx " + std::to_string(ApplicationInfo::majorVersion) + "." +
                                               std::to_string(ApplicationInfo::minorVersion) + "." +
@@ -122,7 +125,8 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
     const bool named = !arguments.empty() && !arguments[0].starts_with('-');
     if (named && std::none_of(declared.begin(), declared.end(),
                               [&](const CLI::App* command) { return command->get_name() == arguments[0]; })) {
-        std::fputs(("There is no command " + arguments[0] + "\nRun with --help for the commands there are.\n").c_str(), err);
+        std::fputs(("There is no command " + arguments[0] + "\nRun with --help for the commands there are.\n").c_str(),
+                   err);
         return 2;
     }
     try {

@@ -27,9 +27,10 @@ void prepareSystemMenu(QMenu* menu) {
     for (QAction* action : menu->actions())
         action->setShortcuts(QList<QKeySequence>());
     QObject::connect(menu, &QMenu::aboutToShow, menu, [menu] {
-        static const QStringList german = {u"&Wiederherstellen"_s, u"&Verschieben"_s,          u"&Größe ändern"_s, u"M&inimieren"_s,
-                                           u"Ma&ximieren"_s,       u"Immer im V&ordergrund"_s, u"&Schließen"_s};
-        static const QStringList english = {u"&Restore"_s,  u"&Move"_s,         u"&Size"_s, u"Mi&nimize"_s,
+        static const QStringList german = {u"&Wiederherstellen"_s, u"&Verschieben"_s, u"&Größe ändern"_s,
+                                           u"M&inimieren"_s,       u"Ma&ximieren"_s,  u"Immer im V&ordergrund"_s,
+                                           u"&Schließen"_s};
+        static const QStringList english = {u"&Restore"_s,  u"&Move"_s,        u"&Size"_s, u"Mi&nimize"_s,
                                             u"Ma&ximize"_s, u"Stay on &Top"_s, u"&Close"_s};
         qsizetype place = 0;
         for (QAction* action : menu->actions())
@@ -121,7 +122,8 @@ void ChildArea::setHint(const QString& hint) {
 }
 
 void ChildArea::followPalette() {
-    setBackground(palette().color(QPalette::Window).darker(palette().color(QPalette::Window).lightness() < 128 ? 125 : 108));
+    setBackground(
+        palette().color(QPalette::Window).darker(palette().color(QPalette::Window).lightness() < 128 ? 125 : 108));
 }
 
 void ChildArea::changeEvent(QEvent* event) {
@@ -139,7 +141,8 @@ void ChildArea::paintEvent(QPaintEvent* event) {
     faint.setAlphaF(0.7F);
     painter.setPen(faint);
     const int margin = fontMetrics().height();
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap, hint_);
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
+                     hint_);
 }
 
 QMdiSubWindow* ChildArea::frontFrame() const {

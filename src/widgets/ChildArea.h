@@ -6,9 +6,10 @@
 #include <QPointer>
 #include <functional>
 
-/// The area of the child windows. Everything about QMdiArea that would surprise a user is put right here: the frame keeps its
-/// title and its menu bar when a child is maximised, the next one is maximised when a maximised one goes, windows are arranged
-/// in the order of their opening, hidden ones stay reachable, a window keeps its keyboard focus while another one is used, and the windows' own menus speak the user's language.
+/// The area of the child windows. Everything about QMdiArea that would surprise a user is put right here: the frame
+/// keeps its title and its menu bar when a child is maximised, the next one is maximised when a maximised one goes,
+/// windows are arranged in the order of their opening, hidden ones stay reachable, a window keeps its keyboard focus
+/// while another one is used, and the windows' own menus speak the user's language.
 class ChildArea : public QMdiArea {
 public:
     explicit ChildArea(QWidget* parent = nullptr);
@@ -47,7 +48,7 @@ protected:
 private:
     QStyle* ownTitleBar_;
     QString hint_;
-    QHash<const QMdiSubWindow*, QPointer<QWidget>> focusOf_; ///< where the keyboard is in each window
+    QHash<const QMdiSubWindow*, QPointer<QWidget>> focusOf_;       ///< where the keyboard is in each window
     QHash<const QMdiSubWindow*, std::pair<QIcon, QIcon>> iconsOf_; ///< in front, and behind
     bool maximiseNext_ = false;
 

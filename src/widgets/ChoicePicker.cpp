@@ -132,7 +132,8 @@ void ChoicePicker::focusInEvent(QFocusEvent* event) {
 bool ChoicePicker::eventFilter(QObject* watched, QEvent* event) {
     if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease && !lineEdit()->hasSelectedText() &&
         isUntouched())
-        QMetaObject::invokeMethod(this, [this] { selectLine(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { selectLine(); }, Qt::QueuedConnection);
     return QComboBox::eventFilter(watched, event);
 }
 

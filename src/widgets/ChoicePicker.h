@@ -14,7 +14,8 @@ public:
 
     /// The user has chosen another entry.
     std::function<void(int index)> onChosen;
-    /// Keys that write are offered here first and refused otherwise; without one they search. @return true if it was taken
+    /// Keys that write are offered here first and refused otherwise; without one they search. @return true if it was
+    /// taken
     std::function<bool(int key)> onKey;
 
     void setChoices(const QStringList& choices);

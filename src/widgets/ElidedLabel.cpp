@@ -14,13 +14,15 @@ QSize ElidedLabel::sizeHint() const {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    return {fontMetrics().averageCharWidth() * static_cast<int>(qMin<qsizetype>(text().size(), leastCharacters)), sizeHint().height()};
+    return {fontMetrics().averageCharWidth() * static_cast<int>(qMin<qsizetype>(text().size(), leastCharacters)),
+            sizeHint().height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QString line = text().left(2000).simplified();
     const QString cut = fontMetrics().elidedText(line, Qt::ElideRight, width());
-    style()->drawItemText(&painter, rect(), QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter),
-                          palette(), isEnabled(), cut, foregroundRole());
+    style()->drawItemText(&painter, rect(),
+                          QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter), palette(),
+                          isEnabled(), cut, foregroundRole());
 }

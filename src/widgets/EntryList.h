@@ -4,8 +4,8 @@
 #include <QListWidget>
 #include <functional>
 
-/// A list whose entries can be added, removed and taken by keys: Insert, Delete and Enter go to onKey, also where a menu
-/// has one of them as its shortcut.
+/// A list whose entries can be added, removed and taken by keys: Insert, Delete and Enter go to onKey, also where a
+/// menu has one of them as its shortcut.
 class EntryList : public QListWidget {
 public:
     using QListWidget::QListWidget;

@@ -91,7 +91,8 @@ void FactsStrip::stopAt(QWidget* button) {
 }
 
 void FactsStrip::orderTabs(QWidget* before, const QList<QWidget*>& after) {
-    const auto taking = std::ranges::find_if(buttons_, [](const QWidget* cell) { return cell->focusPolicy() != Qt::NoFocus; });
+    const auto taking =
+        std::ranges::find_if(buttons_, [](const QWidget* cell) { return cell->focusPolicy() != Qt::NoFocus; });
     QWidget* const stop = taking == buttons_.end() ? buttons_.first() : *taking;
     QWidget* last = before;
     for (QWidget* cell : buttons_ + after) {

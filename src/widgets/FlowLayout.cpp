@@ -109,7 +109,8 @@ QSize FlowLayout::sizeHint() const {
         if (place.item->isEmpty())
             continue;
         const QSize hint = place.item->sizeHint();
-        size = QSize(size.width() + (size.width() > 0 ? spacing() : 0) + hint.width(), std::max(size.height(), hint.height()));
+        size = QSize(size.width() + (size.width() > 0 ? spacing() : 0) + hint.width(),
+                     std::max(size.height(), hint.height()));
     }
     return size.grownBy(contentsMargins());
 }
@@ -127,7 +128,8 @@ void FlowLayout::setGeometry(const QRect& rect) {
     const QRect room = rect.marginsRemoved(contentsMargins());
     std::vector<Line> lines = linesFor(room.width());
     const auto grows = [](const Line& line) {
-        return std::ranges::any_of(line.items, [](const Item* place) { return place->item->expandingDirections() & Qt::Vertical; });
+        return std::ranges::any_of(line.items,
+                                   [](const Item* place) { return place->item->expandingDirections() & Qt::Vertical; });
     };
     int growing = static_cast<int>(std::ranges::count_if(lines, grows));
     int left = rect.height() - heightForWidth(rect.width());
@@ -143,7 +145,8 @@ void FlowLayout::setGeometry(const QRect& rect) {
             const bool isSpacer = line.items[i]->item->spacerItem() != nullptr;
             if (i > 0 && !isSpacer)
                 start += spacing();
-            line.items[i]->item->setGeometry(QStyle::visualRect(direction, room, {start, top, line.widths[i], line.height}));
+            line.items[i]->item->setGeometry(
+                QStyle::visualRect(direction, room, {start, top, line.widths[i], line.height}));
             start += line.widths[i];
         }
         top += line.height + betweenLines();

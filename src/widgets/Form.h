@@ -5,13 +5,13 @@
 #include <QWidget>
 #include <vector>
 
-/// What every window of the program is besides a widget: a kind with a name, a tag, and controls whose texts come from the
-/// text tables.
+/// What every window of the program is besides a widget: a kind with a name, a tag, and controls whose texts come from
+/// the text tables.
 ///
-/// A control is known by its objectName; a member of a control array carries its index in it: "Option3(2)". The type that the
-/// text tables name follows from the widget's class; a dynamic property "CtrlTyp" says it where that is not enough (a tab
-/// widget as "TabStrip"), and an empty one leaves the control out. A combo box with a dynamic property "Tag" of
-/// "user_defined" keeps its items.
+/// A control is known by its objectName; a member of a control array carries its index in it: "Option3(2)". The type
+/// that the text tables name follows from the widget's class; a dynamic property "CtrlTyp" says it where that is not
+/// enough (a tab widget as "TabStrip"), and an empty one leaves the control out. A combo box with a dynamic property
+/// "Tag" of "user_defined" keeps its items.
 class Form : public ControlHost {
 public:
     /// @param root the window itself

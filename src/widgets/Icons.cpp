@@ -53,7 +53,12 @@ private:
         const QPalette::ColorGroup group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         const QPalette::ColorRole role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
         const QString colour = palette.color(group, role).name();
-        const QString key = u"icon/%1%6/%2x%3/%4/%5"_s.arg(name_).arg(size.width()).arg(size.height()).arg(colour).arg(mode).arg(number_);
+        const QString key = u"icon/%1%6/%2x%3/%4/%5"_s.arg(name_)
+                                .arg(size.width())
+                                .arg(size.height())
+                                .arg(colour)
+                                .arg(mode)
+                                .arg(number_);
         QPixmap picture;
         if (QPixmapCache::find(key, &picture))
             return picture;

@@ -3,8 +3,8 @@
 #include <QScrollArea>
 #include <QScrollBar>
 
-/// A page that scrolls up and down where the room is too low for it. It is never narrower than the page can be, so nobody
-/// has to scroll sideways.
+/// A page that scrolls up and down where the room is too low for it. It is never narrower than the page can be, so
+/// nobody has to scroll sideways.
 class PageArea : public QScrollArea {
 public:
     explicit PageArea(QWidget* page) {

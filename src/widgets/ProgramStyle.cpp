@@ -18,7 +18,8 @@ const QAbstractItemView* viewOf(const QWidget* widget) {
 /// A list that drops down belongs to the field that it drops from, which has the keyboard.
 bool lacksFocus(const QWidget* widget) {
     const QAbstractItemView* view = viewOf(widget);
-    return view && !view->hasFocus() && view->window()->windowType() != Qt::Popup && view->window()->windowType() != Qt::ToolTip;
+    return view && !view->hasFocus() && view->window()->windowType() != Qt::Popup &&
+           view->window()->windowType() != Qt::ToolTip;
 }
 
 QColor paleHighlight(const QPalette& palette) {
@@ -91,7 +92,8 @@ QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     return captioned ? own.expandedTo({contents.width() + button->fontMetrics.averageCharWidth() * 4, 0}) : own;
 }
 
-int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const {
+int ProgramStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                            QStyleHintReturn* data) const {
     // What is out of use is grey; a second, lighter drawing of it is hard to read on dark.
     if (hint == SH_EtchDisabledText)
         return 0;

@@ -2,9 +2,10 @@
 
 #include <QProxyStyle>
 
-/// The desktop's own style, with what it lacks here: air beside the text of a button; title bars of child windows, icons and
-/// marks of boxes that grow with the font; a frame around the list or table that has the keyboard, and a paler selection in
-/// those that don't; boxes that are seen on a dark ground; the program's own pictures in its message boxes.
+/// The desktop's own style, with what it lacks here: air beside the text of a button; title bars of child windows,
+/// icons and marks of boxes that grow with the font; a frame around the list or table that has the keyboard, and a
+/// paler selection in those that don't; boxes that are seen on a dark ground; the program's own pictures in its message
+/// boxes.
 class ProgramStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;
@@ -12,8 +13,10 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* data) const override;
-    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter, const QWidget* widget) const override;
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap picture, const QStyleOption* option, const QWidget* widget) const override;

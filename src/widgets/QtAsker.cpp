@@ -12,8 +12,8 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QUrl>
 #include <QPushButton>
+#include <QUrl>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -174,9 +174,8 @@ std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
 std::optional<QString> QtAsker::chooseFolder(const QString& title, const QString& folder) {
     const PlainPointer plain;
     StandardTexts::followLanguage();
-    const QString chosen =
-        QFileDialog::getExistingDirectory(QApplication::activeWindow(), title, folder,
-                                          QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+    const QString chosen = QFileDialog::getExistingDirectory(
+        QApplication::activeWindow(), title, folder, QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
     if (chosen.isEmpty())
         return std::nullopt;
     return chosen;
@@ -213,6 +212,7 @@ std::unique_ptr<ui::ProgressView> QtAsker::openProgress(bool mayStop) {
 }
 
 void QtAsker::eventTurn() {
-    // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their turn.
+    // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their
+    // turn.
     QCoreApplication::processEvents(RunGuard::running() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }

@@ -14,7 +14,8 @@
 namespace {
 
 constexpr int twipsPerInch = 1440;
-/// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the least.
+/// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the
+/// least.
 constexpr int mostOfHeading = 20, mostOfLabel = 40, leastOfFixed = 6;
 
 /// Room for a cell's text beside its margins.
@@ -114,8 +115,8 @@ private:
 namespace {
 
 /// One fixed cell, as a heading.
-void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, const ResultTableModel& model, int column,
-                  int row, QStyle::State state) {
+void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, const ResultTableModel& model,
+                  int column, int row, QStyle::State state) {
     const ResultTable& table = model.table;
     QStyleOptionHeader option;
     option.initFrom(&widget);
@@ -158,9 +159,9 @@ protected:
     void paintSection(QPainter* painter, const QRect& rect, int section) const override {
         const ResultTable& table = model_.table;
         QStyle::State state = QStyle::State_None;
-        if (selectionModel() && (orientation() == Qt::Horizontal
-                                     ? selectionModel()->columnIntersectsSelection(section, rootIndex())
-                                     : selectionModel()->rowIntersectsSelection(section, rootIndex())))
+        if (selectionModel() &&
+            (orientation() == Qt::Horizontal ? selectionModel()->columnIntersectsSelection(section, rootIndex())
+                                             : selectionModel()->rowIntersectsSelection(section, rootIndex())))
             state |= QStyle::State_On;
         if (orientation() == Qt::Horizontal) {
             for (int row = 0; row < table.FixedRows; ++row)
@@ -171,8 +172,8 @@ protected:
         int x = rect.x();
         for (int column = 0; column < table.FixedCols && column < static_cast<int>(widths.size()); ++column) {
             const int width = widths[static_cast<size_t>(column)];
-            paintHeading(painter, {x, rect.y(), width, rect.height()}, *this, model_, column,
-                         section + table.FixedRows, state);
+            paintHeading(painter, {x, rect.y(), width, rect.height()}, *this, model_, column, section + table.FixedRows,
+                         state);
             x += width;
         }
     }
@@ -291,8 +292,8 @@ void ResultTableView::layOut() {
     corner_->update();
 }
 
-/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long, and what
-/// short labels need where the font is larger than the table's widths are meant for.
+/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long, and
+/// what short labels need where the font is larger than the table's widths are meant for.
 int ResultTableView::widthOf(int column) const {
     const ResultTable& table = model_->table;
     if (table.ColWidth(column) <= 0)
@@ -357,9 +358,9 @@ void ResultTableView::reportMark() {
 
 void ResultTableView::mousePressEvent(QMouseEvent* event) {
     const QModelIndex index = indexAt(event->position().toPoint());
-    pressedInMarks_ = event->button() == Qt::LeftButton && index.isValid() &&
-                      (index.column() + model_->table.FixedCols == markColumn_ ||
-                       index.row() + model_->table.FixedRows == markRow_);
+    pressedInMarks_ =
+        event->button() == Qt::LeftButton && index.isValid() &&
+        (index.column() + model_->table.FixedCols == markColumn_ || index.row() + model_->table.FixedRows == markRow_);
     QTableView::mousePressEvent(event);
 }
 

@@ -10,8 +10,8 @@
 class ResultTableModel;
 
 /// Shows a result table; its fixed rows and columns stay in view as headings while the rest scrolls. It holds a copy of
-/// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart. Texts
-/// that would push the figures out of view are shortened; a tooltip has them in full.
+/// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart.
+/// Texts that would push the figures out of view are shortened; a tooltip has them in full.
 class ResultTableView : public QTableView {
 public:
     ResultTableView(const QString& name, QWidget* parent);

@@ -58,14 +58,16 @@ QVariant VariableListModel::headerData(int section, Qt::Orientation orientation,
     if (role == Qt::DisplayRole)
         return heading;
     if (role == Qt::ToolTipRole)
-        return heading.toHtmlEscaped() + u" (%1)"_s.arg(
-                             QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + section)).toString(QKeySequence::NativeText));
+        return heading.toHtmlEscaped() +
+               u" (%1)"_s.arg(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + section))
+                                  .toString(QKeySequence::NativeText));
     if (role == Qt::TextAlignmentRole)
         return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     return {};
 }
 
-VariableListView::VariableListView(VariableList& list, QWidget* parent) : QTableView(parent), list_(list), model_(list) {
+VariableListView::VariableListView(VariableList& list, QWidget* parent)
+    : QTableView(parent), list_(list), model_(list) {
     setModel(&model_);
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
@@ -123,15 +125,17 @@ void VariableListView::showColumns() {
                             list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
     // The last one first: it takes what the others leave, its own width at the least.
     for (int i = model_.columnCount() - 1; i >= 0; --i)
-        header.resizeSection(i, qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) +
-                                         iconRoom(i),
-                                     header.sectionSizeHint(i)));
+        header.resizeSection(
+            i,
+            qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) + iconRoom(i),
+                 header.sectionSizeHint(i)));
 }
 
 double VariableListView::fontScale() const {
-    constexpr double smallCharacter = 90; // twips
+    constexpr double smallCharacter = 90;                     // twips
     const QString capitals = u"ABCDEFGHIJKLMNOPQRSTUVWXYZ"_s; // names of variables are written so
-    const int width = pixelsToTwips(*this, fontMetrics().horizontalAdvance(capitals)) / static_cast<int>(capitals.size());
+    const int width =
+        pixelsToTwips(*this, fontMetrics().horizontalAdvance(capitals)) / static_cast<int>(capitals.size());
     return qMax(1.0, width / smallCharacter);
 }
 
@@ -210,8 +214,8 @@ void VariableListView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     const int margin = fontMetrics().height();
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
-                     hint_);
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, hint_);
 }
 
 /// A text that is seen as a whole needs no tooltip.
@@ -231,7 +235,8 @@ void VariableListView::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
     if ((key == Qt::Key_Return || key == Qt::Key_Enter) && opened) {
         opened();
-    } else if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 && key < Qt::Key_1 + model_.columnCount()) {
+    } else if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 &&
+               key < Qt::Key_1 + model_.columnCount()) {
         if (headerChosen)
             headerChosen(key - Qt::Key_1);
     } else {

@@ -27,15 +27,15 @@ private:
     QIcon icon_;
 };
 
-/// The list of variables: whole rows, sorted by a click on a heading or Ctrl and the column's number, found by typing the
-/// start of what stands in the column that they are sorted by.
+/// The list of variables: whole rows, sorted by a click on a heading or Ctrl and the column's number, found by typing
+/// the start of what stands in the column that they are sorted by.
 class VariableListView : public QTableView {
 public:
     /// @param list not owned
     explicit VariableListView(VariableList& list, QWidget* parent = nullptr);
 
-    std::function<void()> opened;                  ///< Enter
-    std::function<void()> chosenAgain;             ///< Space, on rows that are selected already
+    std::function<void()> opened;      ///< Enter
+    std::function<void()> chosenAgain; ///< Space, on rows that are selected already
     std::function<void(int column)> headerChosen;
 
     /// The list's rows are others: shows them from the top, none selected.

@@ -3,7 +3,8 @@
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 
-/// The steps of a window's event handler: under the standard error box, and not at all while windows are being refilled.
+/// The steps of a window's event handler: under the standard error box, and not at all while windows are being
+/// refilled.
 template<class Steps>
 void onGesture(Steps&& steps) {
     if (gBusy > 0)

@@ -37,8 +37,7 @@ protected:
     QString cells() const {
         QStringList rows;
         for (int row = 1; row < model_.mfgGrid.Rows(); ++row)
-            rows << model_.mfgGrid.Cell(0, row) + model_.mfgGrid.Cell(2, row) + u':' +
-                        model_.mfgGrid.Cell(3, row);
+            rows << model_.mfgGrid.Cell(0, row) + model_.mfgGrid.Cell(2, row) + u':' + model_.mfgGrid.Cell(3, row);
         return rows.join(u' ');
     }
 
@@ -104,11 +103,9 @@ TEST_F(Analysis, CountsTheCasesOfAVariable) {
     open();
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.facts().q, QStringList(defaultQ));
-    EXPECT_EQ(
-        model_.facts().counts,
-        QStringList(
-            u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
-            "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
+    EXPECT_EQ(model_.facts().counts,
+              QStringList(u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
+                          "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(model_.mfgGrid.Cell(1, 2), u"zufrieden"_s);
     EXPECT_EQ(model_.mfgGrid.Tag, u"Frequency"_s);
@@ -126,9 +123,8 @@ TEST_F(Analysis, NeverShowsOldNumbersUnderANewRequest) {
     EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightRE));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     const QString statement = model_.facts().counts.first();
-    EXPECT_EQ(
-        model_.facts().q.first(),
-        u"SELECT QX1919_1.dt_CaseID AS ID , QX1919_1.V3 AS W2 FROM QX1919_1 WHERE (QX1919_1.V3 Is Not Null)"_s);
+    EXPECT_EQ(model_.facts().q.first(),
+              u"SELECT QX1919_1.dt_CaseID AS ID , QX1919_1.V3 AS W2 FROM QX1919_1 WHERE (QX1919_1.V3 Is Not Null)"_s);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4) (gewichtet nach V3)"_s);
     EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V3"_s));
@@ -147,12 +143,11 @@ TEST_F(Analysis, FiltersOverSeveralTables) {
     open();
     model_.chooseFilterText(u"V9<50 AND V7=1"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(
-        model_.facts().counts.first(),
-        u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 ON q.ID = "
-        u"QX1919_1.dt_CaseID) "
-        "INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<50 AND QX1919_1.V7=1 GROUP BY "
-        "QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
+    EXPECT_EQ(model_.facts().counts.first(),
+              u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 ON q.ID = "
+              u"QX1919_1.dt_CaseID) "
+              "INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<50 AND QX1919_1.V7=1 GROUP BY "
+              "QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
     EXPECT_EQ(cells(), u"1:1 :1 :1"_s);
     EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=1) (ausgewählte Fälle: V9<50 AND V7=1)"_s);
     for (const auto& [text, words] : std::vector<std::pair<QString, QString>>{
@@ -164,8 +159,7 @@ TEST_F(Analysis, FiltersOverSeveralTables) {
     }
     model_.chooseFilterText(u"V7= =1"_s);
     model_.changeTab(1);
-    EXPECT_TRUE(asker_.lastText().contains(u"Prozedur"_s))
-        << "what the engine refuses comes from the one reporter";
+    EXPECT_TRUE(asker_.lastText().contains(u"Prozedur"_s)) << "what the engine refuses comes from the one reporter";
     EXPECT_EQ(model_.tab(), 0);
     EXPECT_EQ(model_.mfgGrid.Cell(0, 1) + model_.dtData3.Tag + model_.lblLabel, u""_s);
 }
@@ -245,8 +239,7 @@ TEST_F(Analysis, WeighsCasesAndWarnsOfThoseWithoutWeight) {
     const QStringList once = columns(u"W"_s, 4);
     EXPECT_EQ(columns(u"TWICE"_s, 4), once) << "doubled weights leave the percentages alone";
     EXPECT_EQ(cells(), u"1:4 2:2 :6 :6"_s);
-    EXPECT_EQ(asker_.texts(),
-              QStringList(2, u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
+    EXPECT_EQ(asker_.texts(), QStringList(2, u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
     columns(u"NONE"_s, 0);
     EXPECT_EQ(cells(), u":"_s) << "no case has a weight: no rows, no sums";
     asker_.answer(ui::Answer::Abort);
@@ -354,8 +347,7 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     open();
     QStringList columns;
     model_.builders[static_cast<size_t>(AnalysisMode::Comparison)] = [&columns](AnalysisModel& m) {
-        columns << QString::number(m.mfgGridCol) + u' ' + m.mfgGrid.Cell(m.mfgGridCol, 0) + u' ' +
-                       m.request.dtMissing;
+        columns << QString::number(m.mfgGridCol) + u' ' + m.mfgGrid.Cell(m.mfgGridCol, 0) + u' ' + m.request.dtMissing;
         return BuildOutcome::Complete;
     };
     ASSERT_TRUE(model_.chooseMode(AnalysisMode::Comparison));
@@ -373,8 +365,8 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
                                     entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
     model_.request.txtTitle = u"Trend"_s;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(columns, (QStringList{u"3 QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50) 9"_s,
-                                    u"4 QX2020, V7, 2020,  "_s}));
+    EXPECT_EQ(columns,
+              (QStringList{u"3 QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50) 9"_s, u"4 QX2020, V7, 2020,  "_s}));
     EXPECT_EQ(model_.facts().counts.last(), u"SELECT QX2020_1.V7 AS [Value], Count(q.ID) AS Count FROM (q "
                                             u"INNER JOIN QX2020_1 ON q.ID = QX2020_1.dt_CaseID) "
                                             "GROUP BY QX2020_1.V7 ORDER BY QX2020_1.V7;"_s)
@@ -407,9 +399,8 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
 }
 
 TEST_F(Analysis, CountsAPartOfTheDataSet) {
-    catalogue_.execute(
-        u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE "
-        u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE "
+                       u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
     catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
     open();
     ASSERT_TRUE(model_.choosePart(u"1"_s));

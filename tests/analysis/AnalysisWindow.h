@@ -64,7 +64,8 @@ protected:
         ASSERT_EQ(window->model().request.dbcStudy.value, number);
     }
     void press(const QString& button) {
-        QTest::mouseClick(the<QAbstractButton>(button), Qt::LeftButton, {}, QPoint(8, the<QAbstractButton>(button)->height() / 2));
+        QTest::mouseClick(the<QAbstractButton>(button), Qt::LeftButton, {},
+                          QPoint(8, the<QAbstractButton>(button)->height() / 2));
         settle();
     }
     /// Does something in the modal dialog that comes next.
@@ -97,7 +98,9 @@ protected:
         grid->setCurrentIndex(grid->model()->index(tableRow - 1, tableColumn - 1));
         grid->setFocus();
     }
-    QString state() { return the<QLabel>(u"lblState"_s)->isVisibleTo(window) ? the<QLabel>(u"lblState"_s)->text() : QString(); }
+    QString state() {
+        return the<QLabel>(u"lblState"_s)->isVisibleTo(window) ? the<QLabel>(u"lblState"_s)->text() : QString();
+    }
     void openTable(const QString& variable = u"GESCHL"_s) {
         open();
         chooseStudy(u"SV2014"_s);

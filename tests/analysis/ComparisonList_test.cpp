@@ -67,9 +67,10 @@ TEST_F(Comparisons, EntriesSayWhatTheyAreAndTheRunCountsEachFromItsOwnStudy) {
     ASSERT_TRUE(list_.cmd_AddTrend());
     ASSERT_TRUE(model_.choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
-    EXPECT_EQ(texts(), (QStringList{u"QX1919, V5: V5: Zufriedenheit (gewichtet nach V3)"_s, u"QX2020, V5: V5: Zufriedenheit"_s,
-                                    u"QX1919, V5: V5: Zufriedenheit (ausgewählte Fälle: V7=1)"_s,
-                                    u"QX1919, V5: V5: Zufriedenheit (Fälle aus "_s + model_.request.dbcParts.text + u")"_s}));
+    EXPECT_EQ(texts(),
+              (QStringList{u"QX1919, V5: V5: Zufriedenheit (gewichtet nach V3)"_s, u"QX2020, V5: V5: Zufriedenheit"_s,
+                           u"QX1919, V5: V5: Zufriedenheit (ausgewählte Fälle: V7=1)"_s,
+                           u"QX1919, V5: V5: Zufriedenheit (Fälle aus "_s + model_.request.dbcParts.text + u")"_s}));
 }
 
 TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {
@@ -208,7 +209,8 @@ TEST_F(Comparisons, ASaveThatFailsLeavesNothing) {
     ASSERT_TRUE(list_.addVariable(u"QX1919"_s, u"LONGNAME9"_s));
     asker_.answer(Yes).input(u"zu lang"_s);
     EXPECT_FALSE(list_.cmd_SaveTrend());
-    EXPECT_TRUE(asker_.lastText().contains(u"fi_VariableNo"_s) || asker_.lastText().contains(u"3163"_s)) << asker_.lastText().toStdString();
+    EXPECT_TRUE(asker_.lastText().contains(u"fi_VariableNo"_s) || asker_.lastText().contains(u"3163"_s))
+        << asker_.lastText().toStdString();
     EXPECT_FALSE(gDatabase.TableExist(u"tsys_Comparison"_s));
     EXPECT_TRUE(list_.lst_SavedTrends().isEmpty());
     // Without the name that is too long it can be stored all the same.
@@ -226,7 +228,9 @@ TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHal
             return -1;
         return gDatabase.CurrentDatabase()->OpenRecordset(u"SELECT Count(*) FROM "_s + table)->value(0).toInteger();
     };
-    const auto storedAtAll = [&] { return std::pair(stored(u"tsys_Comparison"_s), stored(u"tsys_VariableComparison"_s)); };
+    const auto storedAtAll = [&] {
+        return std::pair(stored(u"tsys_Comparison"_s), stored(u"tsys_VariableComparison"_s));
+    };
     const auto failsToSave = [&](const QString& words) {
         asker_.answer(Yes).input(u"Zufriedenheit"_s);
         EXPECT_FALSE(list_.cmd_SaveTrend());
@@ -253,7 +257,8 @@ TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHal
         EXPECT_EQ(storedAtAll(), before);
     }
     mdDataBase::CloseDataBase();
-    constexpr auto everyone = QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
+    constexpr auto everyone =
+        QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther;
     for (const QString& place : {catalogue_.path(), QFileInfo(catalogue_.path()).path(), home_.path()})
         QFile::setPermissions(place, everyone);
     {

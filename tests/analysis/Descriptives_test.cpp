@@ -53,9 +53,8 @@ protected:
 TEST_F(DescriptivesRun, ShowsTheStatisticsOfTheOptionsOrOfTheWindow) {
     // V5: 1 1 2 2, 9 missing, one Null. The options choose the first six with two digits each.
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(
-        cells(),
-        u"Count:6,00 Minimum:1,00 Maximum:2,00 ArithmeticMean:1,50 StandardDeviation:0,58 ValidN:4,00"_s);
+    EXPECT_EQ(cells(),
+              u"Count:6,00 Minimum:1,00 Maximum:2,00 ArithmeticMean:1,50 StandardDeviation:0,58 ValidN:4,00"_s);
     EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=6,00)"_s);
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 
@@ -85,9 +84,7 @@ TEST_F(DescriptivesRun, WeightsFiltersAndGroups) {
     model_.changeTab(1);
     // Weights 1 2 1 2 1 2 add up to 9; of the valid cases 6: 1 + 2 + 2 + 4.
     EXPECT_EQ(cells(), u"Count:9 Maximum:2 ArithmeticMean:1,5 Range:1 Sum:9"_s);
-    const auto text = [](const QString& name) {
-        return gDatabase.CurrentDatabase()->QueryDefs().Item(name)->SQL();
-    };
+    const auto text = [](const QString& name) { return gDatabase.CurrentDatabase()->QueryDefs().Item(name)->SQL(); };
     EXPECT_EQ(text(u"stat"_s),
               u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
     EXPECT_EQ(text(u"stat2"_s), text(u"stat"_s));
@@ -106,9 +103,8 @@ TEST_F(DescriptivesRun, WeightsFiltersAndGroups) {
     choose(u"272"_s);
     model_.request.chkDescGroup = true;
     model_.changeTab(1);
-    EXPECT_EQ(text(u"stat"_s),
-              u"SELECT q.*, QX1919_2.V6 AS VAR , QX1919_1.V7 AS VAR2  FROM ((q INNER JOIN QX1919_2 ON "
-              "q.ID = QX1919_2.dt_CaseID)INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
+    EXPECT_EQ(text(u"stat"_s), u"SELECT q.*, QX1919_2.V6 AS VAR , QX1919_1.V7 AS VAR2  FROM ((q INNER JOIN QX1919_2 ON "
+                               "q.ID = QX1919_2.dt_CaseID)INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
     // V6 1 3 2 with V7 1, and 2 1 Null with V7 2.
     const ResultTable& t = model_.mfgGrid;
     QStringList rows;
@@ -175,8 +171,7 @@ TEST_F(DescriptivesRun, ChoiceReadsAndWritesWindowAndOptions) {
     EXPECT_EQ(first.dtDesc(), u"126"_s);
     EXPECT_EQ(first.dtDescDigits(), u"2;2;2;2;2;2;2;2;2;2;2;2;2;0;"_s) << "the fourteenth is missing";
     model_.request.dtDesc = u"4"_s;
-    EXPECT_EQ(DescriptivesChoice::of(model_.request), first)
-        << "without digits the window has chosen nothing";
+    EXPECT_EQ(DescriptivesChoice::of(model_.request), first) << "without digits the window has chosen nothing";
 
     DescriptivesChoice choice;
     EXPECT_EQ(choice.dtDesc(), u"0"_s);
@@ -204,8 +199,7 @@ TEST_F(DescriptivesRun, MissingChoiceTakesEveryShapeUnchanged) {
         {u"7.5, 8, 9"_s, u"values 7,5|8|9"_s, u"7,5, 8, 9"_s},
         {u"90 thru 99"_s, u"range |90|99"_s, u"90 thru 99"_s},
         {u"1 thru 5;9"_s, u"range 9|1|5"_s, u"1 thru 5, 9"_s},
-        {u"lowest thru -0,5, 0"_s, u"range 0|-1,79769313486231E+308|-0,5"_s,
-         u"-1,79769313486231E+308 thru -0,5, 0"_s},
+        {u"lowest thru -0,5, 0"_s, u"range 0|-1,79769313486231E+308|-0,5"_s, u"-1,79769313486231E+308 thru -0,5, 0"_s},
         {u"90 thru Highest"_s, u"range |90|1,79769313486231E+308"_s, u"90 thru 1,79769313486231E+308"_s},
         {u"highest"_s, u"values 1,79769313486231E+308||"_s, u"1,79769313486231E+308"_s},
     };
@@ -221,8 +215,8 @@ TEST_F(DescriptivesRun, MissingChoiceTakesEveryShapeUnchanged) {
             const MissingChoice choice(shape.text);
             EXPECT_EQ(choice.Option1, MissingChoice::Calculation::WithSettings);
             const bool range = choice.Option2 == MissingChoice::Shape::Range;
-            EXPECT_EQ((range ? u"range "_s : u"values "_s) + choice.EinzelWert + u'|' + choice.Rangevon +
-                          u'|' + choice.Rangebis,
+            EXPECT_EQ((range ? u"range "_s : u"values "_s) + choice.EinzelWert + u'|' + choice.Rangevon + u'|' +
+                          choice.Rangebis,
                       inForce(shape.boxes));
             const std::optional<QString> refusal = choice.cmdOK(model_);
             EXPECT_EQ(refusal.has_value(), shape.text.isEmpty());
@@ -230,8 +224,7 @@ TEST_F(DescriptivesRun, MissingChoiceTakesEveryShapeUnchanged) {
                 continue;
             EXPECT_EQ(model_.request.sMissing, inForce(shape.result));
             const MissingDefinition before(shape.text), after(model_.request.sMissing);
-            for (const double x :
-                 {-1e300, -9.0, -0.5, 0.0, 1.0, 5.0, 7.5, 8.5, 9.0, 90.0, 1e300, 1.79769313486231e308})
+            for (const double x : {-1e300, -9.0, -0.5, 0.0, 1.0, 5.0, 7.5, 8.5, 9.0, 90.0, 1e300, 1.79769313486231e308})
                 EXPECT_EQ(before.contains(x), after.contains(x)) << x;
             EXPECT_EQ(MissingChoice(model_.request.sMissing).Rangevon, choice.Rangevon) << "a second time";
         }

@@ -59,8 +59,7 @@ TEST_F(CrosstabRun, ShowsItsFourViews) {
     EXPECT_EQ(model_.mfgGrid.Tag, u"Crosstab"_s);
     EXPECT_EQ(model_.lblLabel, title + u" (N=4)"_s);
     EXPECT_TRUE(model_.view().cbValuesShown);
-    const QStringList views{counts,
-                            u"X|||| 1|50,0|50,0||50,0 2|50,0|50,0||50,0 Gült. Summe|100,0|100,0||100,0"_s,
+    const QStringList views{counts, u"X|||| 1|50,0|50,0||50,0 2|50,0|50,0||50,0 Gült. Summe|100,0|100,0||100,0"_s,
                             u"X|||| 1|50,0|50,0||100,0 2|50,0|50,0||100,0 Gült. Summe|50,0|50,0||100,0"_s,
                             u"X|||| 1|25,0|25,0||50,0 2|25,0|25,0||50,0 Gült. Summe|50,0|50,0||100,0"_s};
     for (const int view : {1, 2, 3, 0, 3}) {

@@ -98,7 +98,8 @@ TEST_F(AnalysisWindow, TheTableTabShowsTheTableAndWhatItStandsOn) {
     EXPECT_EQ(the<QLabel>(u"lblLabel"_s)->text(), window->model().lblLabel);
     EXPECT_EQ(state(), QString());
     const QString facts = the<QLabel>(u"lblFacts"_s)->text();
-    EXPECT_TRUE(facts.startsWith(u"Studie: SV2014, Leben in Solvarden 2014 · Filter: keiner · Gewicht: keines · N = "_s))
+    EXPECT_TRUE(
+        facts.startsWith(u"Studie: SV2014, Leben in Solvarden 2014 · Filter: keiner · Gewicht: keines · N = "_s))
         << facts.toStdString();
     EXPECT_TRUE(facts.endsWith(u" · Missing-Definition: 9"_s)) << facts.toStdString();
     // The grid holds every cell of the model's table.

@@ -51,8 +51,10 @@ protected:
     }
     QString enabledTrendButtons() {
         QString names;
-        for (const auto& [name, letter] : {std::pair{u"cmd_ClearTrend"_s, u'c'}, {u"cmd_SaveTrend"_s, u's'},
-                                           {u"cmd_DeleteFromTrend"_s, u'd'}, {u"cmd_LoadTrend"_s, u'l'},
+        for (const auto& [name, letter] : {std::pair{u"cmd_ClearTrend"_s, u'c'},
+                                           {u"cmd_SaveTrend"_s, u's'},
+                                           {u"cmd_DeleteFromTrend"_s, u'd'},
+                                           {u"cmd_LoadTrend"_s, u'l'},
                                            {u"cmd_DelSavedTrend"_s, u'x'}})
             if (the<QPushButton>(name)->isEnabled())
                 names += letter;
@@ -64,8 +66,11 @@ TEST_F(AnalysisModes, ShowWhatBelongsToThemAndRefuseWhatIsIncomplete) {
     openMode(u"Option2"_s);
     const auto shown = [this] {
         QString names;
-        for (const auto& [name, letter] : {std::pair{u"fraVariable2"_s, u'2'}, {u"fraComparison"_s, u'C'}, {u"cmdDescriptives"_s, u'D'},
-                                           {u"chkDescGroup"_s, u'G'}, {u"chkFlipXtab"_s, u'F'}})
+        for (const auto& [name, letter] : {std::pair{u"fraVariable2"_s, u'2'},
+                                           {u"fraComparison"_s, u'C'},
+                                           {u"cmdDescriptives"_s, u'D'},
+                                           {u"chkDescGroup"_s, u'G'},
+                                           {u"chkFlipXtab"_s, u'F'}})
             if (the<QWidget>(name)->isVisibleTo(window))
                 names += letter;
         return names;
@@ -173,13 +178,15 @@ TEST_F(AnalysisModes, NoTableOfAnotherRequestOrOtherOptionsPassesAsCurrent) {
     option(&Options::ShowValidSums, "ShowValidSums");
     option(&Options::ShowPercentSign, "ShowPercentSign");
     option(&Options::NoRowLabels, "NoRowLabels");
-    follows([&] { model().chooseVariable2(u"OST"_s), model().chooseVariable2(u"KLIMA"_s); }, TableState::OtherRequest, "second");
+    follows([&] { model().chooseVariable2(u"OST"_s), model().chooseVariable2(u"KLIMA"_s); }, TableState::OtherRequest,
+            "second");
     follows([&] { model().request.chkFlipXtab = model().bCreationMode = true; }, TableState::OtherRequest, "flip");
     follows([&] { model().request.chkFlipXtab = false; }, TableState::OtherRequest, "flip back");
     model().chooseMode(AnalysisMode::Descriptives);
     gOptions.AskMissing = false;
     follows([&] { model().request.chkDescGroup = true; }, TableState::OtherRequest, "group");
-    follows([&] { model().request.dtDesc = u"4"_s, model().request.dtDescDigits = u"1;1;"_s; }, TableState::OtherRequest, "statistics");
+    follows([&] { model().request.dtDesc = u"4"_s, model().request.dtDescDigits = u"1;1;"_s; },
+            TableState::OtherRequest, "statistics");
     follows([&] { model().request.dtDescDigits = u"1;3;"_s; }, TableState::OtherRequest, "digits");
     follows([&] { model().request.dtDesc.clear(); }, TableState::OtherRequest, "statistics of the options");
     follows([&] { gOptions.Descriptives = 4; }, TableState::OtherOptions, "default statistics");
@@ -190,8 +197,8 @@ TEST_F(AnalysisModes, NoTableOfAnotherRequestOrOtherOptionsPassesAsCurrent) {
     option(&Options::HeaderYear, "HeaderYear");
     option(&Options::HeaderValFirst, "HeaderValFirst");
     follows([&] { model().request.txtTitle = u"T"_s; }, TableState::OtherRequest, "title");
-    follows([&] { model().request.lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; }, TableState::OtherRequest,
-            "an entry's definition");
+    follows([&] { model().request.lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; },
+            TableState::OtherRequest, "an entry's definition");
     follows([&] { window->comparison().addVariable(u"SV2018"_s, u"LZUFR"_s); }, TableState::OtherRequest, "entry");
 }
 
@@ -266,7 +273,8 @@ TEST_F(AnalysisModes, AComparisonIsComposedChangedStoredAndLoadedByKeysAlone) {
     EXPECT_EQ(cell(2, 1), u"X");
     EXPECT_EQ(tableIs(), TableState::Current);
     goTo(0);
-    EXPECT_TRUE(list->selectedItems().isEmpty()) << "the window shows the last entry's filter, which is not the selected one's";
+    EXPECT_TRUE(list->selectedItems().isEmpty())
+        << "the window shows the last entry's filter, which is not the selected one's";
     asker.answer(ui::Answer::Yes);
     key(u"lst_SavedTrends"_s, Qt::Key_Delete);
     asker.answer(ui::Answer::Yes);
@@ -296,7 +304,9 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
     EXPECT_EQ(model().request.txtTitle, u"Lebenszufriedenheit (gewichtet)");
     EXPECT_EQ(listed(u"lst_TrendVars"_s).size(), 3);
     goTo(1);
-    EXPECT_EQ(row(0), u"Wert|Ausprägung|Missing|SV2014, LZUFR, 2014|SV2018, LZUFR, 2018 (G. GEWREP)|SV2022, LZUFR, 2022 (G. GEWREP)");
+    EXPECT_EQ(
+        row(0),
+        u"Wert|Ausprägung|Missing|SV2014, LZUFR, 2014|SV2018, LZUFR, 2018 (G. GEWREP)|SV2022, LZUFR, 2022 (G. GEWREP)");
 
     // Of the list's rows, the selected ones.
     explorer->activateWindow();
@@ -468,7 +478,8 @@ TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonic) {
             const auto owners = mnemonics();
             EXPECT_GT(owners.size(), 15);
             for (auto owner = owners.begin(); owner != owners.end(); ++owner)
-                EXPECT_EQ(owner.value().size(), 1) << mode.toStdString() << ' ' << owner.value().join(u" | "_s).toStdString();
+                EXPECT_EQ(owner.value().size(), 1)
+                    << mode.toStdString() << ' ' << owner.value().join(u" | "_s).toStdString();
         }
         press(u"Option1"_s);
         goTo(1);
@@ -535,8 +546,9 @@ TEST_F(AnalysisModes, TextsOfAnyScriptShowInPickersTitleAndTable) {
     const QString label = u"مستوى الرضا"_s, value = u"ערך <b>ראשון</b>"_s;
     gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Variable SET dt_VarLabel = '"_s + label +
                                          u"' WHERE fi_StudyNo = 'SV2018' AND id_VarName = 'GESCHL'"_s);
-    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Value SET dt_Label = '"_s + value +
-                                         u"' WHERE fi_StudyNo = 'SV2018' AND fi_VarName = 'GESCHL' AND dt_Value = '1'"_s);
+    gDatabase.CurrentDatabase()->Execute(
+        u"UPDATE tkey_Value SET dt_Label = '"_s + value +
+        u"' WHERE fi_StudyNo = 'SV2018' AND fi_VarName = 'GESCHL' AND dt_Value = '1'"_s);
     window = frmAuswertung::openFrom(nullptr);
     window->setAttribute(Qt::WA_DeleteOnClose, false);
     window->activateWindow();

@@ -31,7 +31,7 @@ TEST_F(AnalysisLanguage, MarksStayWithTheirValuesHoweverTheTableIsTranslated) {
         QString mode;
         int firstRow;                 ///< of the values
         int wordColumn, wordFromLast; ///< where a word stands
-        QString word; ///< in German
+        QString word;                 ///< in German
     };
     const std::vector<Case> cases{{u"Option1"_s, 1, 1, 1, u"Gültige Fälle"_s},
                                   {u"Option2"_s, 3, 0, 1, u"Gült. Summe"_s},
@@ -97,7 +97,8 @@ TEST_F(AnalysisLanguage, LongHeadingsAndLabelsLeaveTheFiguresInView) {
     for (int column = 1; column < 4; ++column) {
         EXPECT_LE(grid->columnWidth(column), 24 * character);
         EXPECT_GE(grid->columnWidth(column), grid->fontMetrics().horizontalAdvance(u"12345"_s));
-        EXPECT_TRUE(grid->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString().contains(u"ALTER&gt;30"_s));
+        EXPECT_TRUE(
+            grid->model()->headerData(column, Qt::Horizontal, Qt::ToolTipRole).toString().contains(u"ALTER&gt;30"_s));
     }
     EXPECT_TRUE(grid->model()->headerData(0, Qt::Vertical, Qt::ToolTipRole).toString().contains(label));
     // A figure is never cut short.

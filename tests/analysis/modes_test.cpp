@@ -180,8 +180,13 @@ TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
         catalogue_.addVariable(u"TR"_s, name, u"TR_1"_s, {{"dt_Missing", u"100 thru 200"_s}});
     catalogue_.addValue(u"TR"_s, u"T"_s, u"150"_s, u"k.A."_s);
     catalogue_.addCases(u"TR"_s, u"TR_1"_s, {{u"T"_s, dao::dbText}, {u"Z"_s, dao::dbText}, {u"V"_s, dao::dbDouble}},
-                        {{u"a"_s, u"1"_s, 1}, {u"a"_s, u"1"_s, 2}, {u""_s, u"2"_s, 1}, {u"150"_s, u"150"_s, 1}, {u"7"_s, u"2"_s, 1},
-                         {dao::Value(), u"1"_s, 1}, {u"b"_s, u"1"_s, 0}});
+                        {{u"a"_s, u"1"_s, 1},
+                         {u"a"_s, u"1"_s, 2},
+                         {u""_s, u"2"_s, 1},
+                         {u"150"_s, u"150"_s, 1},
+                         {u"7"_s, u"2"_s, 1},
+                         {dao::Value(), u"1"_s, 1},
+                         {u"b"_s, u"1"_s, 0}});
     open();
     QStringList counted;
     model_.onStatement = [&](const QString& name, const QString& text) {
@@ -201,28 +206,35 @@ TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
         EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
         return linesOf(model_.mfgGrid, 3);
     };
-    EXPECT_EQ(rows(u"T"_s, u"V>0"_s),
-              (QStringList{u"|||1||1|1"_s, u"7|||1||1|1"_s, u"a|||1|1|2|2"_s, u"Summe|||3|1|4|"_s, u"Gült. Summe|||3|1||4"_s}));
+    EXPECT_EQ(rows(u"T"_s, u"V>0"_s), (QStringList{u"|||1||1|1"_s, u"7|||1||1|1"_s, u"a|||1|1|2|2"_s,
+                                                   u"Summe|||3|1|4|"_s, u"Gült. Summe|||3|1||4"_s}));
     // The statement is asked as it stands, and the cases it passes over are counted by another.
-    const QString start = u"SELECT TR_1.T AS [T], TR_1.V AS [V], Count(q.ID) AS Count FROM (q INNER JOIN TR_1 ON q.ID = TR_1.dt_CaseID) "
-                          "WHERE TR_1.V>0"_s;
+    const QString start =
+        u"SELECT TR_1.T AS [T], TR_1.V AS [V], Count(q.ID) AS Count FROM (q INNER JOIN TR_1 ON q.ID = TR_1.dt_CaseID) "
+        "WHERE TR_1.V>0"_s;
     const QString end = u" GROUP BY TR_1.T, TR_1.V ORDER BY TR_1.T, TR_1.V;"_s;
-    EXPECT_EQ(counted, (QStringList{start + u" AND (TR_1.T < 100 OR TR_1.T > 200) "_s + end,
-                                    start + u" AND ((TR_1.T < 100 OR TR_1.T > 200) OR (TR_1.T Is Not Null AND Not IsNumeric(TR_1.T))) "_s + end}));
+    EXPECT_EQ(
+        counted,
+        (QStringList{start + u" AND (TR_1.T < 100 OR TR_1.T > 200) "_s + end,
+                     start +
+                         u" AND ((TR_1.T < 100 OR TR_1.T > 200) OR (TR_1.T Is Not Null AND Not IsNumeric(TR_1.T))) "_s +
+                         end}));
     EXPECT_EQ(model_.tableState(), TableState::Current);
     // Beside a text or not: what is missing, be it Null, stays out with a filter.
-    EXPECT_EQ(rows(u"Z"_s, u"V>0"_s), (QStringList{u"1|||2|1|3|3"_s, u"2|||2||2|2"_s, u"Summe|||4|1|5|"_s, u"Gült. Summe|||4|1||5"_s}));
+    EXPECT_EQ(rows(u"Z"_s, u"V>0"_s),
+              (QStringList{u"1|||2|1|3|3"_s, u"2|||2||2|2"_s, u"Summe|||4|1|5|"_s, u"Gült. Summe|||4|1||5"_s}));
     EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
 }
 
-/// The engine takes no notice of case, and hands a text over in whichever spelling came first in its group: that must not
-/// tear a value apart where it is counted beside another variable or in another entry.
+/// The engine takes no notice of case, and hands a text over in whichever spelling came first in its group: that must
+/// not tear a value apart where it is counted beside another variable or in another entry.
 TEST_F(AllModes, CountTextsThatDifferInCaseAsOneValue) {
     catalogue_.addStudy(u"MC"_s, u"Schreibweisen"_s);
     for (const QString& name : {u"T"_s, u"V"_s})
         catalogue_.addVariable(u"MC"_s, name, u"MC_1"_s);
-    catalogue_.addCases(u"MC"_s, u"MC_1"_s, {{u"T"_s, dao::dbText}, {u"V"_s, dao::dbDouble}},
-                        {{u"b"_s, 1}, {u"B"_s, 2}, {u"b"_s, 2}, {u"B"_s, 1}, {u"B"_s, 3}, {u"b"_s, 4}, {u"ä"_s, 1}, {u"Ä"_s, 2}});
+    catalogue_.addCases(
+        u"MC"_s, u"MC_1"_s, {{u"T"_s, dao::dbText}, {u"V"_s, dao::dbDouble}},
+        {{u"b"_s, 1}, {u"B"_s, 2}, {u"b"_s, 2}, {u"B"_s, 1}, {u"B"_s, 3}, {u"b"_s, 4}, {u"ä"_s, 1}, {u"Ä"_s, 2}});
     open();
     gOptions.ShowValidSums = gOptions.SeparateValidCases = gOptions.CumulatedPercent = false;
     const auto table = [this](const QList<int>& columns, int first) {
@@ -261,8 +273,8 @@ TEST_F(AllModes, CountTextsThatDifferInCaseAsOneValue) {
     EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
 }
 
-/// 75 times 1.3 is 97.5 and 205 times 1.7 is 348.5, whatever is added to what in between: no mode may show 97 or 348, neither
-/// in a cell nor as the sum over 75 values.
+/// 75 times 1.3 is 97.5 and 205 times 1.7 is 348.5, whatever is added to what in between: no mode may show 97 or 348,
+/// neither in a cell nor as the sum over 75 values.
 TEST_F(AllModes, RoundAWeightedCountThatEndsInAHalfUp) {
     catalogue_.together([&] {
         catalogue_.addStudy(u"HW"_s, u"Halbe"_s, {{"dt_WeightRE", u"W"_s}});
@@ -281,7 +293,8 @@ TEST_F(AllModes, RoundAWeightedCountThatEndsInAHalfUp) {
     catalogue_.addCases(u"HW"_s, u"HW_1"_s, fields, cases);
     open();
     gOptions.ComparisonWeight = 1;
-    const QMap<QString, QString> expected{{u"1"_s, u"98"_s}, {u"2"_s, u"349"_s}, {u"Summe"_s, u"446"_s}, {u"Gültige Fälle"_s, u"446"_s}};
+    const QMap<QString, QString> expected{
+        {u"1"_s, u"98"_s}, {u"2"_s, u"349"_s}, {u"Summe"_s, u"446"_s}, {u"Gültige Fälle"_s, u"446"_s}};
     for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Comparison}) {
         SCOPED_TRACE(int(mode));
         model_.chooseMode(mode);
@@ -320,8 +333,9 @@ TEST_F(AllModes, RoundAWeightedCountThatEndsInAHalfUp) {
 
 TEST_F(AllModes, NothingOfAComparisonsLastEntryCountsInAnotherMode) {
     catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s, {{"dt_FieldName", u"V7"_s}});
-    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE FROM QX1919_1;' "
-                       "WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.execute(
+        u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE FROM QX1919_1;' "
+        "WHERE id_StudyNo = 'QX1919'"_s);
     open();
     model_.chooseMode(AnalysisMode::Comparison);
     model_.StudyClick(u"QX1919"_s);

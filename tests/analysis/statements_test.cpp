@@ -41,9 +41,8 @@ void expectSql(const CountFacts& facts, const QString& text) {
 TEST(CountStatements, ReadAsTheModesHaveThem) {
     const CountFacts frequency = factsOf(AnalysisMode::Frequency);
     const QString values = u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM "_s;
-    expectSql(frequency,
-              u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
-              "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
+    expectSql(frequency, u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
+                         "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
     expectSql(factsOf(AnalysisMode::Comparison), values + joined + grouped);
     CountFacts facts = frequency;
     facts.weightVariable = u"V3"_s;
@@ -54,8 +53,7 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
     expectSql(facts, values + joined + u" WHERE QX1919_1.V7=1"_s + grouped);
     facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
     expectSql(facts, values + u"("_s + joined +
-                         u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_1.V7=1"_s +
-                         grouped);
+                         u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_1.V7=1"_s + grouped);
     facts = frequency;
     facts.part = true;
     facts.partCriteria = u"1"_s;
@@ -63,32 +61,29 @@ TEST(CountStatements, ReadAsTheModesHaveThem) {
     expectSql(facts, values + joined + u" WHERE q.SE=1"_s + grouped);
     facts = factsOf(AnalysisMode::Descriptives);
     facts.missingCondition = u"QX1919_1.V5 <> 9"_s;
-    expectSql(facts,
-              u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
+    expectSql(facts, u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
 }
 
 TEST(CountStatements, OfTwoVariablesJoinTheSecondTableOnce) {
     CountFacts facts = crosstab();
-    expectSql(facts,
-              u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN "
-              "QX1919_1 ON q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "
-              "GROUP BY QX1919_1.V5, QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s);
+    expectSql(facts, u"SELECT QX1919_1.V5 AS [V5], QX1919_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN "
+                     "QX1919_1 ON q.ID = QX1919_1.dt_CaseID)INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "
+                     "GROUP BY QX1919_1.V5, QX1919_2.V6 ORDER BY QX1919_1.V5, QX1919_2.V6;"_s);
     facts.flip = true;
     facts.weight = WeightKind::WeightUser;
-    expectSql(facts, u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s +
-                         joined + second + groupedByTwo);
+    expectSql(facts, u"SELECT QX1919_2.V6 AS [V6], QX1919_1.V5 AS [V5], Sum(q.W2) AS Count FROM ("_s + joined + second +
+                         groupedByTwo);
     // The filter has brought the second table in; a table whose name only starts like it is another one.
     facts = crosstab();
     facts.userFilter = true;
     facts.filterSql = u"F"_s;
     facts.joins.add(u"QX1919_2"_s, u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
-    expectSql(facts, twoColumns + u"("_s + joined +
-                         u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE F"_s + groupedByTwo);
+    expectSql(facts, twoColumns + u"("_s + joined + u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE F"_s +
+                         groupedByTwo);
     facts.joins = {};
     facts.joins.add(u"QX1919_20"_s, u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s);
-    expectSql(facts, twoColumns + u"(("_s + joined +
-                         u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s + second + u" WHERE F"_s +
-                         groupedByTwo);
+    expectSql(facts, twoColumns + u"(("_s + joined + u" INNER JOIN QX1919_20 ON q.ID = QX1919_20.dt_CaseID) "_s +
+                         second + u" WHERE F"_s + groupedByTwo);
     // Missing values are taken out only in a crosstab that has a condition already, whose OR is not
     // bracketed.
     facts = crosstab();
@@ -149,9 +144,8 @@ TEST(CountStatements, TakeTheirCasesAndWeightFromTheStudysQuery) {
 }
 
 TEST(CountStatements, AskForTheLabelsOfTheirVariables) {
-    EXPECT_EQ(
-        labelStatement(AnalysisMode::Frequency, u"QX1919"_s, u"V5"_s, u"V6"_s),
-        u"SELECT * FROM tkey_Value WHERE fi_StudyNo = 'QX1919' AND fi_VarName = 'V5' ORDER BY dt_Value ASC;"_s);
+    EXPECT_EQ(labelStatement(AnalysisMode::Frequency, u"QX1919"_s, u"V5"_s, u"V6"_s),
+              u"SELECT * FROM tkey_Value WHERE fi_StudyNo = 'QX1919' AND fi_VarName = 'V5' ORDER BY dt_Value ASC;"_s);
     EXPECT_EQ(labelStatement(AnalysisMode::Crosstab, u"QX1919"_s, u"V5"_s, u"V6"_s),
               u"SELECT * FROM tkey_Value WHERE ([fi_StudyNo] like 'QX1919' AND ([fi_VarName] = 'V5' OR "
               u"[fi_VarName] = 'V6')) "
@@ -164,8 +158,7 @@ TEST(CountStatements, AskForTheLabelsOfTheirVariables) {
 
 namespace {
 
-FilterResult translate(const QString& text, const QStringList& joinedAlready,
-                       QStringList* attached = nullptr) {
+FilterResult translate(const QString& text, const QStringList& joinedAlready, QStringList* attached = nullptr) {
     FilterSurroundings around;
     around.joinedAlready = joinedAlready;
     around.find = [](const QString& word, bool&) -> std::optional<VariablePlace> {
@@ -200,8 +193,7 @@ TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
         {u"V7 = 1"_s, u"QX1919_1.V7 = 1"_s, u""_s},
         {u"(V7=1) OR (V8>2)"_s, u"(QX1919_1.V7=1) OR (QX1919_1.V8>2)"_s, u""_s},
         {u"V9<3 AND NOT V7=2"_s, u"QX1919_2.V9<3 AND NOT QX1919_1.V7=2"_s, u"QX1919_2"_s},
-        {u"V10=1 and V9=1 or V9>3"_s, u"QX1919_20.V10=1 and QX1919_2.V9=1 or QX1919_2.V9>3"_s,
-         u"QX1919_20,QX1919_2"_s},
+        {u"V10=1 and V9=1 or V9>3"_s, u"QX1919_20.V10=1 and QX1919_2.V9=1 or QX1919_2.V9>3"_s, u"QX1919_20,QX1919_2"_s},
         // Behind a variable's delimiter everything is taken as it is, up to the next delimiter.
         {u"V7=1.5 OR V8='x;y'"_s, u"QX1919_1.V7=1.5 OR QX1919_1.V8='x;y'"_s, u""_s},
         {u"A-B_1=1"_s, u"QX1919_1.A-B_1=1"_s, u""_s},
@@ -228,6 +220,5 @@ TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
     }
     EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s}).joins.text,
               u" INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID) "_s);
-    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s, u"QX1919_2"_s}).joins.text, u""_s)
-        << "the second variable's table";
+    EXPECT_EQ(translate(u"V9<3"_s, {u"QX1919_1"_s, u"QX1919_2"_s}).joins.text, u""_s) << "the second variable's table";
 }

@@ -37,22 +37,19 @@ TEST(TableClick, TogglesEachDataRowOfASelectionAndAsksAfterAClickOnTheHead) {
         ClickEffect effect;
         const char16_t* marks;
     } cases[] = {
-        {{1, 1, 2, 2}, false, ClickEffect::Marked, u".X...."},
-        {{2, 3, 2, 2}, false, ClickEffect::Marked, u"..XX.."},
+        {{1, 1, 2, 2}, false, ClickEffect::Marked, u".X...."},   {{2, 3, 2, 2}, false, ClickEffect::Marked, u"..XX.."},
         {{3, 1, 2, 2}, false, ClickEffect::Marked, u".XXX.."}, // it reaches row 1 but begins elsewhere
         {{2, 5, 2, 2}, false, ClickEffect::Marked, u"..XX.."}, // sums are no data
-        {{3, 6, 2, 2}, true, ClickEffect::Marked, u"...X..."},
-        {{4, 4, 2, 2}, false, ClickEffect::None, u"......"},
-        {{6, 6, 2, 2}, true, ClickEffect::None, u"......."},
-        {{1, 5, 2, 2}, false, ClickEffect::Ask, u"......"},
+        {{3, 6, 2, 2}, true, ClickEffect::Marked, u"...X..."},   {{4, 4, 2, 2}, false, ClickEffect::None, u"......"},
+        {{6, 6, 2, 2}, true, ClickEffect::None, u"......."},     {{1, 5, 2, 2}, false, ClickEffect::Ask, u"......"},
         {{1, 2, 2, 2}, false, ClickEffect::Marked, u".XX..."}, // no click on the head selects so
-        {{2, 2, 3, 3}, false, ClickEffect::None, u"......"},
-        {{2, 2, 2, 3}, false, ClickEffect::None, u"......"},
+        {{2, 2, 3, 3}, false, ClickEffect::None, u"......"},     {{2, 2, 2, 3}, false, ClickEffect::None, u"......"},
         {{-1, -1, -1, -1}, false, ClickEffect::None, u"......"},
     };
     for (const auto& c : cases) {
         ResultTable table = clickedTable(c.separate);
-        EXPECT_EQ(clickTable(table, c.selection, markArea(table, c.separate)), c.effect) << c.selection.Row << ' ' << c.selection.RowSel;
+        EXPECT_EQ(clickTable(table, c.selection, markArea(table, c.separate)), c.effect)
+            << c.selection.Row << ' ' << c.selection.RowSel;
         EXPECT_EQ(marksText(table).toStdU16String(), c.marks) << c.selection.Row << ' ' << c.selection.RowSel;
     }
     ResultTable other = clickedTable(false);

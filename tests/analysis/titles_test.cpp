@@ -38,8 +38,7 @@ AnalysisRequest requestOf(AnalysisMode mode) {
 
 TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
     const TestHome home;
-    const ResultTable plain =
-        tableOf({u"h|h|h|h"_s, u"1|Summe||3"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
+    const ResultTable plain = tableOf({u"h|h|h|h"_s, u"1|Summe||3"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
     const ResultTable separate =
         tableOf({u"h|h|h|h"_s, u"1|ja||3"_s, u"|Summe||5"_s, u"|||"_s, u"|Gültige Fälle||4"_s});
     const ResultTable cutShort = tableOf({u"h|h|h|h"_s, u"1|Gültige Fälle||3"_s, u"2|Summe||7"_s, u"|||"_s});
@@ -100,8 +99,7 @@ TEST(Titles, TellWeightAndFilter) {
     const std::vector<std::tuple<WeightKind, FilterKind, QString>> cases{
         {WeightKind::WeightRE, FilterKind::noFilter, u" (gewichtet nach V3)"_s},
         {WeightKind::WeightHH, FilterKind::FilterParts, u" (gewichtet nach V4) (Fälle aus Teil A)"_s},
-        {WeightKind::WeightUser, FilterKind::FilterUser,
-         u" (gewichtet nach V11: Eigenes) (ausgewählte Fälle: V7=1)"_s},
+        {WeightKind::WeightUser, FilterKind::FilterUser, u" (gewichtet nach V11: Eigenes) (ausgewählte Fälle: V7=1)"_s},
     };
     for (const auto& [weight, filter, words] : cases) {
         request.Option3 = weight;

@@ -80,8 +80,8 @@ TEST(Floors, NoFileIncludesFromAFloorAboveItsOwn) {
         while (matches.hasNext()) {
             const QString included = matches.next().captured(1);
             const QString fault = faultOf(name, included);
-            EXPECT_TRUE(fault.isEmpty())
-                << qPrintable(name) << " includes " << qPrintable(included) << ": " << qPrintable(fault);
+            EXPECT_TRUE(fault.isEmpty()) << qPrintable(name) << " includes " << qPrintable(included) << ": "
+                                         << qPrintable(fault);
         }
     }
     EXPECT_GT(files, 20);

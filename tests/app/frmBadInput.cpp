@@ -99,8 +99,10 @@ TEST_F(BadInput, ACatalogueThatGoesOrIsReplacedWhileItIsOpenIsToldAndAnotherOneO
         QFile::remove(path);
         ASSERT_TRUE(QFile::copy(home.path(u"other.mdb"_s), path));
     };
-    const std::tuple<const char*, std::function<void(const QString&)>, bool> cases[] = {
-        {"removed", remove, false}, {"garbled", garble, true}, {"emptied", empty, true}, {"exchanged", exchange, false}};
+    const std::tuple<const char*, std::function<void(const QString&)>, bool> cases[] = {{"removed", remove, false},
+                                                                                        {"garbled", garble, true},
+                                                                                        {"emptied", empty, true},
+                                                                                        {"exchanged", exchange, false}};
     for (const auto& [name, spoil, mustTell] : cases) {
         SCOPED_TRACE(name);
         const QString path = openSampleArchive();
@@ -117,7 +119,9 @@ TEST_F(BadInput, ACatalogueThatGoesOrIsReplacedWhileItIsOpenIsToldAndAnotherOneO
         EXPECT_TRUE(!mustTell || !boxes.boxes.empty());
         for (const ui::Box& box : boxes.boxes)
             EXPECT_FALSE(box.text.trimmed().isEmpty());
-        boxes.onBox = [](const ui::Box& box) { return box.buttons == ui::Buttons::YesNo ? ui::Answer::Yes : ui::safeAnswer(box.buttons); };
+        boxes.onBox = [](const ui::Box& box) {
+            return box.buttons == ui::Buttons::YesNo ? ui::Answer::Yes : ui::safeAnswer(box.buttons);
+        };
         press(u"mnFileClose"_s);
         boxes.onBox = nullptr;
         EXPECT_EQ(gDatabase.State(), 0);
@@ -159,8 +163,9 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
             ASSERT_TRUE(explorer);
             spoil(path);
             boxes.onBox = [answer](const ui::Box& box) {
-                return box.buttons == ui::Buttons::YesNo ? ui::Answer::Yes
-                       : box.buttons == ui::Buttons::AbortRetryIgnore ? answer : ui::safeAnswer(box.buttons);
+                return box.buttons == ui::Buttons::YesNo              ? ui::Answer::Yes
+                       : box.buttons == ui::Buttons::AbortRetryIgnore ? answer
+                                                                      : ui::safeAnswer(box.buttons);
             };
             size_t most = 0, told = 0;
             const auto gesture = [&](const char* what, const std::function<void()>& step) {
@@ -174,7 +179,8 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
                 EXPECT_LE(failures, 1u) << what << ":\n" << boxes.texts().join(u"\n--\n"_s).toStdString();
             };
             auto* tree = explorer->findChild<QAbstractItemView*>(u"tvTreeView"_s);
-            const QModelIndex first = tree->model()->index(0, 0, tree->model()->index(0, 0, tree->model()->index(0, 0)));
+            const QModelIndex first =
+                tree->model()->index(0, 0, tree->model()->index(0, 0, tree->model()->index(0, 0)));
             ASSERT_TRUE(first.isValid());
             gesture("a node", [&] { tree->setCurrentIndex(first); });
             gesture("another node", [&] { tree->setCurrentIndex(first.siblingAtRow(1)); });
@@ -186,7 +192,8 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
             gesture("the other language", [&] { press(u"mnLngG"_s); });
             gesture("a study of an analysis", [&] { request->findChild<ChoicePicker*>(u"dbcStudy_1"_s)->onChosen(1); });
             if (!request->model().variables().empty())
-                gesture("a variable of it", [&] { request->findChild<ChoicePicker*>(u"dbcVariable_1"_s)->onChosen(0); });
+                gesture("a variable of it",
+                        [&] { request->findChild<ChoicePicker*>(u"dbcVariable_1"_s)->onChosen(0); });
             gesture("a view", [&] { press(u"EXPL2"_s); });
             gesture("an analysis", [&] { press(u"A"_s); });
             gesture("its table", [&] {
@@ -226,7 +233,8 @@ TEST_F(BadInput, AFolderOfCasesThatIsTakenAwayBetweenTwoRunsIsToldAndTheNextRunF
         boxes.boxes.clear();
         tabs->setCurrentIndex(1);
         settle();
-        EXPECT_EQ(boxes.texts(), there ? QStringList() : QStringList{u"'"_s + folder + u"/SV2014.mdb' nicht gefunden."_s});
+        EXPECT_EQ(boxes.texts(),
+                  there ? QStringList() : QStringList{u"'"_s + folder + u"/SV2014.mdb' nicht gefunden."_s});
         EXPECT_EQ(tabs->currentIndex(), there ? 1 : 0);
         EXPECT_TRUE(!there || window->model().mfgGrid.Rows() > 2);
         EXPECT_TRUE(there || QDir().rename(away, folder));
@@ -239,7 +247,8 @@ TEST_F(BadInput, ACatalogueOfNineViewsOfNoneOrWithGapsShowsThoseThatItHas) {
         std::vector<int> defined;
     };
     // Those behind a gap move up.
-    for (const Case& c : {Case{"9", {1, 2, 3, 4, 5, 6, 7, 8, 9}}, Case{"5", {1, 3, 5}}, Case{"0", {}}, Case{"12", {1}}}) {
+    for (const Case& c :
+         {Case{"9", {1, 2, 3, 4, 5, 6, 7, 8, 9}}, Case{"5", {1, 3, 5}}, Case{"0", {}}, Case{"12", {1}}}) {
         const int shown = static_cast<int>(c.defined.size());
         SCOPED_TRACE(c.number);
         TestCatalogue catalogue(home.path(), u"views%1.mdb"_s.arg(QLatin1String(c.number)));
@@ -261,7 +270,8 @@ TEST_F(BadInput, ACatalogueOfNineViewsOfNoneOrWithGapsShowsThoseThatItHas) {
             press(u"EXPL"_s + QString::number(view));
             const Form* front = main->activeForm();
             EXPECT_EQ(front ? front->viewNumber() : 0, std::min(view, shown));
-            EXPECT_TRUE(view > shown || front->widget().windowTitle() == u"Sicht %1 1"_s.arg(c.defined[static_cast<size_t>(view) - 1]));
+            EXPECT_TRUE(view > shown ||
+                        front->widget().windowTitle() == u"Sicht %1 1"_s.arg(c.defined[static_cast<size_t>(view) - 1]));
         }
         unloadChildWindows();
         mdDataBase::CloseDataBase();
@@ -270,7 +280,8 @@ TEST_F(BadInput, ACatalogueOfNineViewsOfNoneOrWithGapsShowsThoseThatItHas) {
 }
 
 TEST_F(BadInput, NamesInAnyScriptAndAQuestionOfTwoHundredKilobytesAreShownAsTheyStand) {
-    const QString names[] = {u"استبيان الرضا"_s, u"שביעות רצון (א)"_s, u"満足度 👩‍👩‍👧"_s, u"<b>&amp;</b> & \"it's\""_s};
+    const QString names[] = {u"استبيان الرضا"_s, u"שביעות רצון (א)"_s, u"満足度 👩‍👩‍👧"_s,
+                             u"<b>&amp;</b> & \"it's\""_s};
     const QString longText = u"سؤال طويل – Frage & question <i>? "_s.repeated(6000).left(200'000);
     TestCatalogue catalogue(home.path());
     catalogue.fill();
@@ -287,7 +298,8 @@ TEST_F(BadInput, NamesInAnyScriptAndAQuestionOfTwoHundredKilobytesAreShownAsThey
     ASSERT_TRUE(explorer->showNode(u"AQX2020"_s));
     auto* list = listOf(*explorer);
     for (int i = 0; i < 4; ++i) {
-        const QModelIndexList found = list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, u"Z%1"_s.arg(i));
+        const QModelIndexList found =
+            list->model()->match(list->model()->index(0, 0), Qt::DisplayRole, u"Z%1"_s.arg(i));
         ASSERT_FALSE(found.isEmpty());
         list->setCurrentIndex(found.first());
         settle();
@@ -301,7 +313,8 @@ TEST_F(BadInput, ASystemDatabaseThatMayNotBeWrittenIsToldAndTheLanguageHoldsForT
     const QString file = Paths::join(Paths::applicationFolder(), u"Vx.mdb"_s);
     const auto everyone = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
     ASSERT_TRUE(QFile::setPermissions(file, everyone));
-    ASSERT_TRUE(QFile::setPermissions(Paths::applicationFolder(), everyone | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther));
+    ASSERT_TRUE(QFile::setPermissions(Paths::applicationFolder(),
+                                      everyone | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther));
     open();
     {
         const AsNobody nobody;

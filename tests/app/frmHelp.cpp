@@ -53,9 +53,8 @@ TEST_F(HelpPages, OpenInTheProgramsLanguageElseTheAssignedFileElseABox) {
     const QDir folder(Paths::applicationFolder());
     frmMain main;
     main.mnuHelpContents_Click();
-    EXPECT_EQ(
-        asker.lastText(),
-        u"Hilfeinhalt konnte nicht angezeigt werden. Dieser Anwendung ist keine Hilfedatei zugeordnet."_s);
+    EXPECT_EQ(asker.lastText(),
+              u"Hilfeinhalt konnte nicht angezeigt werden. Dieser Anwendung ist keine Hilfedatei zugeordnet."_s);
     main.load();
     main.show();
     settle();
@@ -71,9 +70,8 @@ TEST_F(HelpPages, OpenInTheProgramsLanguageElseTheAssignedFileElseABox) {
     main.mnuHelpContents_Click();
     QFile::remove(folder.filePath(u"Varidex-en.html"_s));
     main.mnuHelpContents_Click();
-    EXPECT_EQ(asker.opened,
-              (QStringList{folder.filePath(u"Varidex-de.html"_s), folder.filePath(u"Varidex-en.html"_s),
-                           folder.filePath(u"Varidex.chm"_s)}));
+    EXPECT_EQ(asker.opened, (QStringList{folder.filePath(u"Varidex-de.html"_s), folder.filePath(u"Varidex-en.html"_s),
+                                         folder.filePath(u"Varidex.chm"_s)}));
 }
 
 // Captions change; a page that sends a reader to a button that is called otherwise is worse than none.
@@ -84,8 +82,7 @@ TEST_F(HelpPages, NameControlsAsTheyAreCalledAndHaveTheSameSectionsInBothLanguag
         const QStringList named = all(page(language), u"<b>([^<]*)</b>"_s);
         EXPECT_GT(named.size(), 30);
         for (const QString& name : named)
-            EXPECT_TRUE(known.contains(name.toLower()))
-                << language.toStdString() << ": " << name.toStdString();
+            EXPECT_TRUE(known.contains(name.toLower())) << language.toStdString() << ": " << name.toStdString();
     }
     const QString sections = u"<h2 id=\"([^\"]*)\""_s, links = u"href=\"#([^\"]*)\""_s;
     EXPECT_EQ(all(page(u"de"_s), sections), all(page(u"en"_s), sections));

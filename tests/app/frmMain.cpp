@@ -61,7 +61,8 @@ TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
             continue;
         EXPECT_EQ(entry->text(), gViews.at(view, ViewTable::Name));
         EXPECT_EQ(action(u"EXPL"_s + QString::number(view))->toolTip(), gViews.at(view, ViewTable::Name));
-        EXPECT_EQ(action(arrayName(u"mnuViewDescriptions"_s, view))->isVisible(), !gViews.at(view, ViewTable::DescName).isEmpty());
+        EXPECT_EQ(action(arrayName(u"mnuViewDescriptions"_s, view))->isVisible(),
+                  !gViews.at(view, ViewTable::DescName).isEmpty());
     }
     const int atStart = gCatalogueOptions.OpenFrmExplorerAtStart;
     EXPECT_EQ(main->activeForm() ? main->activeForm()->viewNumber() : 0, atStart);
@@ -70,7 +71,8 @@ TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
     EXPECT_EQ(main->activeForm()->viewNumber(), 1);
     EXPECT_TRUE(enabled(u"mnuAuswertungsansicht"_s));
     EXPECT_EQ(main->windowTitle(), u"Varidex"_s) << "a maximised child leaves the title alone";
-    for (const QString& key : {u"DBD"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s, u"mnuFilePrint"_s, u"mnuEditCopy"_s}) {
+    for (const QString& key :
+         {u"DBD"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s, u"mnuFilePrint"_s, u"mnuEditCopy"_s}) {
         EXPECT_FALSE(enabled(key)) << qPrintable(key);
         EXPECT_TRUE(action(key)->toolTip().contains(u"In dieser Version noch nicht enthalten."_s)) << qPrintable(key);
     }
@@ -178,14 +180,16 @@ TEST_F(MainWindow, GivesEachEntryOfAMenuItsOwnMnemonicAndEachCommandItsOwnShortc
                     continue;
                 EXPECT_TRUE(mark >= 0 || !entry->shortcut().isEmpty()) << qPrintable(text);
                 const QChar letter = mark < 0 ? QChar() : text.at(mark + 1).toLower();
-                EXPECT_TRUE(letter.isNull() || !taken.contains(letter)) << qPrintable(text) << " in " << qPrintable(menu->title());
+                EXPECT_TRUE(letter.isNull() || !taken.contains(letter))
+                    << qPrintable(text) << " in " << qPrintable(menu->title());
                 taken += letter;
             }
         }
     }
     QStringList shortcuts;
     for (const QAction* entry : main->findChildren<QAction*>())
-        for (const QKeySequence& keys : entry->objectName().startsWith(u"mn") ? entry->shortcuts() : QList<QKeySequence>())
+        for (const QKeySequence& keys :
+             entry->objectName().startsWith(u"mn") ? entry->shortcuts() : QList<QKeySequence>())
             shortcuts << keys.toString();
     EXPECT_EQ(shortcuts.removeDuplicates(), 0);
 }
@@ -204,7 +208,8 @@ TEST_F(MainWindow, ThePanelButtonsWorkOnTheActiveExplorerAndElsewhereOnlyChangeT
     ASSERT_TRUE(explorer);
     press(u"VV"_s);
     EXPECT_EQ(explorer->model().state.lVarWindow, 2);
-    EXPECT_TRUE(action(u"VV"_s)->isChecked() && action(u"mnu2VarWindow"_s)->isChecked() && !action(u"V"_s)->isChecked());
+    EXPECT_TRUE(action(u"VV"_s)->isChecked() && action(u"mnu2VarWindow"_s)->isChecked() &&
+                !action(u"V"_s)->isChecked());
     press(u"EXPL1"_s);
     EXPECT_FALSE(action(u"VV"_s)->isChecked()) << "the buttons follow the explorer in front";
     main->activate(*explorer);

@@ -95,8 +95,8 @@ TEST_F(MainWindow, ClosesItsChildrenAndItselfInAnyOrder) {
 TEST_F(MainWindow, NothingGoesAwayInAnEventTurnWhileAWindowIsBuiltOrRefilled) {
     openWithArchive();
     press(u"EXPL1"_s);
-    for (const QString& command : {u"mnuAuswertungsansicht"_s, u"mnLngE"_s, u"mnLngG"_s, u"mnuViewOptions"_s, u"mnuHelpAbout"_s,
-                                   u"mnuViewExplorers(2)"_s}) {
+    for (const QString& command : {u"mnuAuswertungsansicht"_s, u"mnLngE"_s, u"mnLngG"_s, u"mnuViewOptions"_s,
+                                   u"mnuHelpAbout"_s, u"mnuViewExplorers(2)"_s}) {
         int turns = 0;
         const size_t boxes = asker.boxes.size();
         asker.onEventTurn = [&] {

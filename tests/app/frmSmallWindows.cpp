@@ -40,7 +40,8 @@ TEST_F(SmallWindows, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
     for (QWidget* widget = splash.focusWidget(); widget && order.size() < 3; widget = widget->nextInFocusChain())
         if (widget->focusPolicy() & Qt::TabFocus)
             order << widget->objectName();
-    EXPECT_EQ(order, (QStringList{u"cmdLanguage(0)"_s, u"cmdLanguage(1)"_s, u"chkSys"_s})) << "Enter takes the language in force";
+    EXPECT_EQ(order, (QStringList{u"cmdLanguage(0)"_s, u"cmdLanguage(1)"_s, u"chkSys"_s}))
+        << "Enter takes the language in force";
     auto* again = splash.findChild<QCheckBox*>(u"chkSys"_s);
     EXPECT_TRUE(again->isChecked());
     again->setChecked(false);

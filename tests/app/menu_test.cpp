@@ -57,11 +57,11 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueTheActiveWindowAndTheDataPat
         QStringList enabled;
         bool copy, panelLanguage;
     };
-    for (const Case& c : {Case{Active::None, true, {}, false, false}, Case{Active::Explorer, true, three, false, true},
-                          Case{Active::Explorer, false, three.mid(1), false, true},
-                          Case{Active::Analysis, true, three, true, false},
-                          Case{Active::Analysis, false, three.mid(1), true, false},
-                          Case{Active::Other, true, three.mid(2), false, false}}) {
+    for (const Case& c :
+         {Case{Active::None, true, {}, false, false}, Case{Active::Explorer, true, three, false, true},
+          Case{Active::Explorer, false, three.mid(1), false, true}, Case{Active::Analysis, true, three, true, false},
+          Case{Active::Analysis, false, three.mid(1), true, false},
+          Case{Active::Other, true, three.mid(2), false, false}}) {
         const MainState open{.catalogueOpen = true, .active = c.active, .dataPath = c.dataPath};
         EXPECT_EQ(menuEnabledOf(menus, open), menus);
         EXPECT_EQ(menuEnabledOf(keys, open), keys) << "a button does not wait for the view menu's rules";
@@ -77,8 +77,9 @@ TEST(MainMenuRules, WhileSomethingRunsOnlyOtherWindowsAndTheWayOutAreLeft) {
     for (const MenuEntry& entry : MainMenu::entries())
         if (!entry.menu.isEmpty() && !MainMenu::isMenu(entry.name) && MainMenu::enabled(entry.name, busy))
             left << entry.name;
-    EXPECT_EQ(left, (QStringList{u"mnuFileExit"_s, u"mnuWindowCascade"_s, u"mnuWindowTileVertical"_s, u"mnuWindowTileHorizontal"_s,
-                                 u"mnuWindowArrangeIcons"_s, u"mnuWindowNext"_s, u"mnuWindowPrevious"_s}));
+    EXPECT_EQ(left, (QStringList{u"mnuFileExit"_s, u"mnuWindowCascade"_s, u"mnuWindowTileVertical"_s,
+                                 u"mnuWindowTileHorizontal"_s, u"mnuWindowArrangeIcons"_s, u"mnuWindowNext"_s,
+                                 u"mnuWindowPrevious"_s}));
     EXPECT_FALSE(MainMenu::enabled(u"A"_s, busy));
 }
 
@@ -112,7 +113,9 @@ TEST(Toolbar, HasAButtonForEachViewAndForEachDescriptionWithANameNumberedWithout
     EXPECT_EQ(toolbar.index(u"ODB"_s), 1);
     EXPECT_EQ(toolbar.index(u"EXPL1"_s), 4);
     EXPECT_EQ(toolbar.index(u"EXPL3"_s), 0);
-    const auto button = [&](const QString& key) { return toolbar.buttons()[static_cast<size_t>(toolbar.index(key)) - 1]; };
+    const auto button = [&](const QString& key) {
+        return toolbar.buttons()[static_cast<size_t>(toolbar.index(key)) - 1];
+    };
     EXPECT_EQ(button(u"DESC1"_s).command, u"mnuViewDescriptions(2)"_s);
     EXPECT_EQ(button(u"EXPL2"_s).tooltip, u"Themen"_s);
     EXPECT_TRUE(button(u"EL"_s).pressed);
@@ -162,8 +165,8 @@ TEST(WindowPlaces, AWindowThatCannotBeGraspedComesOntoTheNearestScreenAndOthersS
              Case{{2000000000, 10, 800, 600}, two.mid(0, 1), {1120, 10, 800, 600}},
          }) {
         const QRect placed = placeOnScreens(c.wanted, c.screens);
-        EXPECT_TRUE(placed == c.placed) << c.wanted.x() << ' ' << c.wanted.y() << " to " << placed.x() << ' ' << placed.y() << ' '
-                                        << placed.width() << ' ' << placed.height();
+        EXPECT_TRUE(placed == c.placed) << c.wanted.x() << ' ' << c.wanted.y() << " to " << placed.x() << ' '
+                                        << placed.y() << ' ' << placed.width() << ' ' << placed.height();
     }
 }
 
@@ -174,8 +177,9 @@ TEST(OpeningOfTheMainWindow, APathThatIsNotValidGetsItsOwnBoxAndOthersTheStandar
     gOptions.DatabaseName = u"k.mdb"_s;
     EXPECT_FALSE(Main::openingStep([] { throw dao::Error(3044, u"not a path"_s); }));
     ASSERT_EQ(asker.boxes.size(), 1u);
-    EXPECT_EQ(asker.boxes[0].text, u"Pfad zur DatenbankQ:\\weg\\k.mdbnicht gefunden!\r\nGeben Sie in den Optionen den korrekten "
-                                   u"Pfad an."_s);
+    EXPECT_EQ(asker.boxes[0].text,
+              u"Pfad zur DatenbankQ:\\weg\\k.mdbnicht gefunden!\r\nGeben Sie in den Optionen den korrekten "
+              u"Pfad an."_s);
     EXPECT_EQ(asker.boxes[0].icon, ui::Icon::Exclamation);
 
     int runs = 0;

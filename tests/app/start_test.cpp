@@ -48,8 +48,7 @@ TEST_F(StartAndStop, AFreshMachineStartsWithDefaultsAsksForTheLanguageAndOpensNo
     gOptions.MaxItems = 1;
     startWindow.clear();
     mdLanguage::showStartWindow = [] {
-        startWindow =
-            TranslateText(u"Fehler"_s) + QString::number(gOptions.MaxItems) + gErrHandler.Destination;
+        startWindow = TranslateText(u"Fehler"_s) + QString::number(gOptions.MaxItems) + gErrHandler.Destination;
     };
     Main::StartServices();
     EXPECT_EQ(startWindow, u"Fehler20"_s + Paths::join(home.path(u"home"_s), u"Error.log"_s))

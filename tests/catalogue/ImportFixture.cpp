@@ -46,8 +46,7 @@ void ImportFixture::execute(const QString& file, const QString& statement) {
 
 bool ImportFixture::hasFact(const QStringList& words) const {
     return std::any_of(report.facts.begin(), report.facts.end(), [&](const QString& fact) {
-        return std::all_of(words.begin(), words.end(),
-                           [&](const QString& word) { return fact.contains(word); });
+        return std::all_of(words.begin(), words.end(), [&](const QString& word) { return fact.contains(word); });
     });
 }
 

@@ -7,8 +7,7 @@ using namespace Qt::StringLiterals;
 
 SurveyFileMaker::SurveyFileMaker() : writer_(readstat_writer_init()) {
     readstat_set_data_writer(writer_, [](const void* data, size_t length, void* context) {
-        static_cast<QByteArray*>(context)->append(static_cast<const char*>(data),
-                                                  static_cast<qsizetype>(length));
+        static_cast<QByteArray*>(context)->append(static_cast<const char*>(data), static_cast<qsizetype>(length));
         return static_cast<ssize_t>(length);
     });
 }
@@ -38,8 +37,7 @@ readstat_variable_t* SurveyFileMaker::text(const char* name, int width, const ch
     return variable;
 }
 
-void SurveyFileMaker::label(readstat_variable_t* variable,
-                            const std::vector<std::pair<Cell, const char*>>& labels) {
+void SurveyFileMaker::label(readstat_variable_t* variable, const std::vector<std::pair<Cell, const char*>>& labels) {
     readstat_label_set_t* set = readstat_add_label_set(writer_, readstat_variable_get_type(variable),
                                                        ("set" + std::to_string(++labelSets_)).c_str());
     for (const auto& [code, text] : labels) {

@@ -30,9 +30,7 @@ public:
     void label(readstat_variable_t* variable, const std::vector<std::pair<Cell, const char*>>& labels);
     void note(const char* line) { readstat_add_note(writer_, line); }
     void fileLabel(const char* label) { readstat_writer_set_file_label(writer_, label); }
-    void weight(const readstat_variable_t* variable) {
-        readstat_writer_set_fweight_variable(writer_, variable);
-    }
+    void weight(const readstat_variable_t* variable) { readstat_writer_set_fweight_variable(writer_, variable); }
     /// Version of a .dta file; 118 unless said otherwise.
     void stataVersion(uint8_t version) { stataVersion_ = version; }
 

@@ -51,7 +51,7 @@ struct Refused {
 
 class DescriptionRefused : public testing::TestWithParam<Refused> {};
 
-}
+} // namespace
 
 TEST_P(DescriptionRefused, NamesTheLineAndThePlace) {
     EXPECT_EQ(refusal(GetParam().json), QString::fromUtf16(GetParam().message));
@@ -68,8 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
         // A JSON reader would take the last of the two without a word.
         Refused{"member_twice", "{\"format\": 1, \"variables\": {\n\"V1\": {},\n\"V\\u0031\": {}}}",
                 u"archive.json, Zeile 2 (variables.V1): diese Angabe steht zweimal im selben Objekt"},
-        Refused{"no_view", R"({"format": 1})",
-                u"archive.json, Zeile 1 (views): ein Katalog hat 1 bis 9 Ansichten"},
+        Refused{"no_view", R"({"format": 1})", u"archive.json, Zeile 1 (views): ein Katalog hat 1 bis 9 Ansichten"},
         Refused{"category_view_first", withViews(R"({"table": "T", "kind": "category", "name": "T"})"),
                 u"archive.json, Zeile 4 (views[0]): die erste Ansicht muss eine Studienansicht sein"},
         Refused{"view_in_a_fixed_table", withViews(R"({"table": "variable", "kind": "study", "name": "T"})"),
@@ -86,38 +85,32 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"group_number_with_umlaut", withEntries(R"({"group": "GÄ1"})"),
                 u"archive.json, Zeile 5 (views[0].entries[0].group): 'GÄ1' ist hier nicht erlaubt: nur "
                 u"Buchstaben (ohne Umlaute) und Ziffern, zuerst ein Buchstabe"},
-        Refused{
-            "number_with_from", withEntries(R"({"study": "QFROM1", "file": "a.sav"})"),
-            u"archive.json, Zeile 5 (views[0].entries[0].study): Studiennummer 'QFROM1': 'FROM' darf nicht "
-            u"darin vorkommen, die Abfragen suchen nach diesem Wort"},
+        Refused{"number_with_from", withEntries(R"({"study": "QFROM1", "file": "a.sav"})"),
+                u"archive.json, Zeile 5 (views[0].entries[0].study): Studiennummer 'QFROM1': 'FROM' darf nicht "
+                u"darin vorkommen, die Abfragen suchen nach diesem Wort"},
         Refused{"study_twice",
-                withEntries(
-                    "{\"study\": \"QX1\", \"file\": \"a.sav\"},\n{\"study\": \"qx1\", \"file\": \"b.sav\"}"),
+                withEntries("{\"study\": \"QX1\", \"file\": \"a.sav\"},\n{\"study\": \"qx1\", \"file\": \"b.sav\"}"),
                 u"archive.json, Zeile 6 (views[0].entries[1].study): 'qx1' kommt zweimal vor"},
-        Refused{
-            "study_named_like_a_group",
-            withEntries("{\"group\": \"QX1\", \"entries\": [\n{\"study\": \"QX1\", \"file\": \"b.sav\"}]}"),
-            u"archive.json, Zeile 6 (views[0].entries[0].entries[0].study): 'QX1' kommt zweimal vor"},
+        Refused{"study_named_like_a_group",
+                withEntries("{\"group\": \"QX1\", \"entries\": [\n{\"study\": \"QX1\", \"file\": \"b.sav\"}]}"),
+                u"archive.json, Zeile 6 (views[0].entries[0].entries[0].study): 'QX1' kommt zweimal vor"},
         Refused{"study_without_file", withEntries(R"({"study": "QX1"})"),
                 u"archive.json, Zeile 5 (views[0].entries[0]): 'file' fehlt"},
-        Refused{
-            "show_card_elsewhere",
-            withEntries(R"({"study": "QX1", "file": "a", "variables": {"V1": {"showCard": "..\\x.png"}}})"),
-            u"archive.json, Zeile 5 (views[0].entries[0].variables.V1.showCard): '..\\x.png' liegt nicht im "
-            u"Ordner "
-            u"des Katalogs"},
-        Refused{
-            "unknown_variable_group",
-            withEntries(R"({"study": "QX1", "file": "a", "variables": {"V1": {"group": "B"}}})"),
-            u"archive.json, Zeile 5 (views[0].entries[0].variables.V1.group): keine Variablengruppe 'B' in "
-            u"'variableGroups'"},
+        Refused{"show_card_elsewhere",
+                withEntries(R"({"study": "QX1", "file": "a", "variables": {"V1": {"showCard": "..\\x.png"}}})"),
+                u"archive.json, Zeile 5 (views[0].entries[0].variables.V1.showCard): '..\\x.png' liegt nicht im "
+                u"Ordner "
+                u"des Katalogs"},
+        Refused{"unknown_variable_group",
+                withEntries(R"({"study": "QX1", "file": "a", "variables": {"V1": {"group": "B"}}})"),
+                u"archive.json, Zeile 5 (views[0].entries[0].variables.V1.group): keine Variablengruppe 'B' in "
+                u"'variableGroups'"},
         Refused{
             "part_without_criterion",
             withEntries(
                 R"({"study": "QX1", "file": "a", "parts": [{"number": "1", "variable": "V1", "separateAnalysis": true}]})"),
             u"archive.json, Zeile 5 (views[0].entries[0].parts[0]): 'criterion' fehlt"},
-        Refused{"text_of_another_kind",
-                withEntries(R"({"study": "QX1", "file": "a", "title": {"original": 5}})"),
+        Refused{"text_of_another_kind", withEntries(R"({"study": "QX1", "file": "a", "title": {"original": 5}})"),
                 u"archive.json, Zeile 5 (views[0].entries[0].title.original): hier wird ein Text erwartet"}),
     [](const auto& fault) { return std::string(fault.param.name); });
 
@@ -129,7 +122,7 @@ struct Groups {
     bool readable;
 };
 
-}
+} // namespace
 
 // The rows of a study view come in the order of [fid], [order], and a member whose group has not come yet has
 // no place in the tree.
@@ -137,9 +130,9 @@ TEST(Description, AGroupMustBeReadBeforeItsMembers) {
     for (const Groups& groups :
          {Groups{"G001", "G002", true}, Groups{"G002", "G001", false}, Groups{"G9", "G10", false},
           Groups{"g1", "G2", true}, Groups{"B", "a", false}, Groups{"a", "B", true}}) {
-        const QString message = refusal(
-            withEntries(QByteArray("{\"group\": \"") + groups.outer + "\", \"entries\": [\n{\"group\": \"" +
-                        groups.inner + "\", \"entries\": [{\"study\": \"QX1\", \"file\": \"a\"}]}]}"));
+        const QString message =
+            refusal(withEntries(QByteArray("{\"group\": \"") + groups.outer + "\", \"entries\": [\n{\"group\": \"" +
+                                groups.inner + "\", \"entries\": [{\"study\": \"QX1\", \"file\": \"a\"}]}]}"));
         const QString expected =
             u"archive.json, Zeile 6 (views[0].entries[0].entries[0]): die Gruppe '%1' würde erst nach ihren "
             u"Mitgliedern "
@@ -155,8 +148,7 @@ TEST(Description, LevelsAreLimited) {
         inner = "{\"name\": \"n\", \"entries\": [" + inner + "]}";
     const QByteArray study = R"({"table": "Study", "kind": "study", "name": "S"}, )";
     const auto view = [&](const QByteArray& entries) {
-        return withViews(study + R"({"table": "C", "kind": "category", "name": "C", "entries": [)" + entries +
-                         "]}");
+        return withViews(study + R"({"table": "C", "kind": "category", "name": "C", "entries": [)" + entries + "]}");
     };
     // The innermost entry's list of entries is one level more.
     EXPECT_TRUE(refusal(view(inner)).endsWith(u"mehr als 50 Ebenen ineinander"_s));
@@ -167,8 +159,7 @@ TEST(Description, LevelsAreLimited) {
 
 TEST(Description, BrokenJsonIsToldWithItsLine) {
     const QString message = refusal("{\"format\": 1,\n\"views\": [}");
-    EXPECT_TRUE(message.startsWith(u"archive.json, Zeile 2: kein gültiges JSON ("_s))
-        << message.toStdString();
+    EXPECT_TRUE(message.startsWith(u"archive.json, Zeile 2: kein gültiges JSON ("_s)) << message.toStdString();
 }
 
 TEST(Description, TextsAreLinesAndLanguages) {

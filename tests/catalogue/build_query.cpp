@@ -16,7 +16,7 @@ struct Case {
     const char16_t* warning; ///< start of the only warning; empty: none
 };
 
-}
+} // namespace
 
 TEST(QueryWarnings, TellWhatTheTextualRulesCannotTake) {
     const TestHome home;
@@ -40,8 +40,7 @@ TEST(QueryWarnings, TellWhatTheTextualRulesCannotTake) {
              Case{u"SELECT FROMAGE AS SE, dt_CaseID AS ID FROM QX1_1;", u"hinter dem ersten FROM"},
              // Names are looked for with their case.
              Case{u"SELECT dt_CaseID AS ID FROM qx1_1;", u"hinter dem ersten FROM"},
-             Case{u"SELECT a.dt_CaseID AS ID FROM QX1_1 AS a;",
-                  u"hinter der Tabelle 'QX1_1' steht noch etwas"},
+             Case{u"SELECT a.dt_CaseID AS ID FROM QX1_1 AS a;", u"hinter der Tabelle 'QX1_1' steht noch etwas"},
          }) {
         const QStringList warnings = archive::queryWarnings(QString::fromUtf16(one.query), tables);
         const QString expected = QString::fromUtf16(one.warning);

@@ -24,8 +24,7 @@ protected:
         home_ = new TestHome;
         report_ = new BuildReport(
             buildArchive({home_->path(u"solvarden.mdb"_s), sampleFolder() + u"/archive.json"_s, false, {}}));
-        catalogue_ =
-            new dao::DatabasePtr(dao::DBEngine::instance().OpenDatabase(home_->path(u"solvarden.mdb"_s)));
+        catalogue_ = new dao::DatabasePtr(dao::DBEngine::instance().OpenDatabase(home_->path(u"solvarden.mdb"_s)));
     }
     static void TearDownTestSuite() {
         if (catalogue_)
@@ -46,9 +45,8 @@ protected:
         return values.join(u' ');
     }
     static QString missing(const QString& study, const QString& variable) {
-        return column(
-            u"SELECT dt_Missing FROM tkey_Variable WHERE fi_StudyNo = '%1' AND id_VarName = '%2'"_s.arg(
-                study, variable));
+        return column(u"SELECT dt_Missing FROM tkey_Variable WHERE fi_StudyNo = '%1' AND id_VarName = '%2'"_s.arg(
+            study, variable));
     }
     /// A case table of the sample, reached as an analysis reaches it.
     static void link(const QString& table, const QString& file) {
@@ -63,15 +61,14 @@ protected:
     static inline dao::DatabasePtr* catalogue_ = nullptr;
 };
 
-}
+} // namespace
 
 TEST_F(SampleArchive, HasItsStudiesGroupsAndViews) {
     EXPECT_EQ(report_->studies, 4);
     EXPECT_EQ(report_->cases, 3 * 1200 + 150);
     EXPECT_EQ(column(u"SELECT id_StudyNo FROM tkey_Study ORDER BY [fid], [order] ASC;"_s),
               u"G001 SV2014 G002 SV2018 SV2022"_s);
-    EXPECT_EQ(column(u"SELECT fid FROM tkey_Study ORDER BY [fid], [order] ASC;"_s),
-              u"0 G001 G001 G002 G002"_s);
+    EXPECT_EQ(column(u"SELECT fid FROM tkey_Study ORDER BY [fid], [order] ASC;"_s), u"0 G001 G001 G002 G002"_s);
     EXPECT_EQ(column(u"SELECT id_StudyNo FROM tkey_Study WHERE dt_IsGroup = 0 ORDER BY id_StudyNo;"_s),
               u"SV2014 SV2018 SV2022"_s);
     EXPECT_EQ(column(u"SELECT id_StudyNo FROM tkey_Pilot"_s), u"SVP2013"_s);
@@ -86,12 +83,10 @@ TEST_F(SampleArchive, HasItsStudiesGroupsAndViews) {
         column(
             u"SELECT id_StudyNo FROM tkey_Study WHERE dt_IsGroup = 0 AND dt_WeightRE Is Null AND dt_WeightHH Is Null"_s),
         u"SV2014"_s);
+    EXPECT_EQ(column(u"SELECT dt_OptionValue FROM tsys_Options WHERE dt_OptionName = 'NumberOfFrmExplorers'"_s),
+              u"5"_s);
     EXPECT_EQ(
-        column(u"SELECT dt_OptionValue FROM tsys_Options WHERE dt_OptionName = 'NumberOfFrmExplorers'"_s),
-        u"5"_s);
-    EXPECT_EQ(
-        column(
-            u"SELECT dt_OptionName FROM tsys_Options WHERE dt_OptionValue = '1' AND dt_OptionName LIKE '*Type'"_s),
+        column(u"SELECT dt_OptionName FROM tsys_Options WHERE dt_OptionValue = '1' AND dt_OptionName LIKE '*Type'"_s),
         u"frmExplorer1Type frmExplorer5Type"_s);
     EXPECT_EQ(
         column(
@@ -149,8 +144,7 @@ TEST_F(SampleArchive, SuppliesTheSelectionOfItsParts) {
             u"select dt_PartNo from [tkey_Parts] where [fi_StudyNo] = 'SV2018' AND [dt_SeparateAnalysisOnly] = -1 ORDER BY  dt_SelectionVariable,Val([dt_SelectionCriteria]);"_s),
         u"A B"_s);
     link(u"SV2018_1"_s, u"SV2018.mdb"_s);
-    (*catalogue_)
-        ->CreateQueryDef(u"q"_s, column(u"SELECT dt_query FROM tkey_Study WHERE id_StudyNo = 'SV2018'"_s));
+    (*catalogue_)->CreateQueryDef(u"q"_s, column(u"SELECT dt_query FROM tkey_Study WHERE id_StudyNo = 'SV2018'"_s));
     EXPECT_EQ(
         column(
             u"SELECT Count(q.ID) AS N FROM (q INNER JOIN SV2018_1 ON q.ID = SV2018_1.dt_CaseID) WHERE q.SE=1 AND SV2018_1.UMLAGE1 < 8"_s),
@@ -160,8 +154,7 @@ TEST_F(SampleArchive, SuppliesTheSelectionOfItsParts) {
 
 TEST_F(SampleArchive, AssignsVariablesByPattern) {
     const auto assigned = [](const QString& view, const QString& category) {
-        const QString id =
-            column(u"SELECT id FROM tkey_%1 WHERE dt_IndicatorName = '%2'"_s.arg(view, category));
+        const QString id = column(u"SELECT id FROM tkey_%1 WHERE dt_IndicatorName = '%2'"_s.arg(view, category));
         QStringList all;
         for (const dao::RecordsetPtr found =
                  rows(u"SELECT * FROM trel_Variable%1 WHERE fid = %2 ORDER BY id"_s.arg(view, id));
@@ -170,14 +163,12 @@ TEST_F(SampleArchive, AssignsVariablesByPattern) {
         return all.join(u' ');
     };
     EXPECT_EQ(assigned(u"Trend"_s, u"Lebenszufriedenheit"_s), u"SV2014:LZUFR SV2018:LZUFR SV2022:LZUFR"_s);
-    EXPECT_EQ(
-        assigned(u"Topic"_s, u"Lebenszufriedenheit"_s),
-        u"SV2014:LZUFR SV2018:LZUFR SV2022:LZUFR SVP2013:LZUFR SV2014:GESUND SV2018:GESUND SV2022:GESUND"_s);
+    EXPECT_EQ(assigned(u"Topic"_s, u"Lebenszufriedenheit"_s),
+              u"SV2014:LZUFR SV2018:LZUFR SV2022:LZUFR SVP2013:LZUFR SV2014:GESUND SV2018:GESUND SV2022:GESUND"_s);
     EXPECT_EQ(
         assigned(u"Topic"_s, u"Umwelt"_s),
         u"SV2014:KLIMA SV2018:KLIMA SV2022:KLIMA SV2014:UMWGELD SV2018:UMWGELD SV2022:UMWGELD SV2018:UMLAGE1 SV2018:UMLAGE2"_s);
-    EXPECT_EQ(assigned(u"Method"_s, u"Gewichte"_s),
-              u"SV2018:GEWREP SV2018:GEWHH SV2022:GEWREP SV2022:GEWHH"_s);
+    EXPECT_EQ(assigned(u"Method"_s, u"Gewichte"_s), u"SV2018:GEWREP SV2018:GEWHH SV2022:GEWREP SV2022:GEWHH"_s);
     // Bildung lies in Person, which lies in Person und Haushalt.
     EXPECT_EQ(
         column(
@@ -190,12 +181,10 @@ TEST_F(SampleArchive, HasTextsOfTheVariableAndOfTheStudy) {
         u"SELECT * FROM tkey_Variable LEFT JOIN tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup WHERE fi_StudyNo = 'SV2022' AND id_VarName = 'GESCHL'"_s);
     EXPECT_EQ(row->text(u"dt_VarLabel"_s), u"Geschlecht"_s);
     EXPECT_EQ(row->text(u"dt_EnVarLabel"_s), u"Sex"_s);
-    EXPECT_EQ(row->text(u"dt_EnQuestionText"_s),
-              u"How do you describe yourself: as male, female or diverse?"_s);
+    EXPECT_EQ(row->text(u"dt_EnQuestionText"_s), u"How do you describe yourself: as male, female or diverse?"_s);
     EXPECT_EQ(row->text(u"dt_VarGroupNameEn"_s), u"Person"_s);
     EXPECT_EQ(
-        column(
-            u"SELECT dt_EnQuestionText FROM tkey_Variable WHERE fi_StudyNo = 'SV2018' AND id_VarName = 'GESCHL'"_s),
+        column(u"SELECT dt_EnQuestionText FROM tkey_Variable WHERE fi_StudyNo = 'SV2018' AND id_VarName = 'GESCHL'"_s),
         u"What is your sex?"_s);
     // A variable that no question stands behind has Null, not an empty text.
     EXPECT_EQ(
@@ -212,8 +201,8 @@ TEST_F(SampleArchive, HasTextsOfTheVariableAndOfTheStudy) {
 // One show card is missing on purpose; anything else that the report complains of is a fault in the sample.
 TEST_F(SampleArchive, WarnsOfTheLostShowCardAndNothingElse) {
     ASSERT_EQ(report_->warnings.size(), 1) << report_->warnings.join(u'\n').toStdString();
-    EXPECT_TRUE(report_->warnings[0].endsWith(
-        u"(variables.WOHNZ.showCard): das Bild 'karten/wohnen.png' ist nicht da"_s));
+    EXPECT_TRUE(
+        report_->warnings[0].endsWith(u"(variables.WOHNZ.showCard): das Bild 'karten/wohnen.png' ist nicht da"_s));
     for (const QString& fact : report_->facts)
         EXPECT_FALSE(fact.contains(u"geändert"_s) || fact.contains(u"8 Zeichen"_s)) << fact.toStdString();
 }

@@ -49,14 +49,13 @@ public:
 
     /// Builds with these members in the study QX1 and these in a category; the message of a refusal, else
     /// empty.
-    QString build(const QByteArray& study = {}, const QByteArray& category = R"("name": "K")",
-                  bool replace = false, const QByteArray& more = {}) {
+    QString build(const QByteArray& study = {}, const QByteArray& category = R"("name": "K")", bool replace = false,
+                  const QByteArray& more = {}) {
         write(in(u"archive.json"_s),
               "{\"format\": 1, \"views\": [{\"table\": \"Study\", \"kind\": \"study\", \"name\": \"S\", "
               "\"entries\": [\n"
               "{\"study\": \"QX1\", \"file\": \"a.sav\"" +
-                  study +
-                  "}]},\n{\"table\": \"Category\", \"kind\": \"category\", \"name\": \"K\", \"entries\": [{" +
+                  study + "}]},\n{\"table\": \"Category\", \"kind\": \"category\", \"name\": \"K\", \"entries\": [{" +
                   category + "}]}]" + more + "}");
         try {
             report = buildArchive({out(u"cat.mdb"_s), in(u"archive.json"_s), replace, progress});
@@ -99,7 +98,7 @@ struct Fault {
 
 class BuildRefused : public testing::TestWithParam<Fault> {};
 
-}
+} // namespace
 
 TEST_P(BuildRefused, WithThePlaceAndNothingLeftBehind) {
     ArchiveFolder folder;
@@ -118,9 +117,8 @@ INSTANTIATE_TEST_SUITE_P(
               u"Variable 'V9'"},
         Fault{"variable_of_a_table", R"(, "tables": [{"variables": ["V9"]}])", "",
               u"archive.json, Zeile 2 (views[0].entries[0]): Variable V9 gibt es in der Datei nicht"},
-        Fault{
-            "weight", R"(, "weightRE": "V9")", "",
-            u"archive.json, Zeile 2 (views[0].entries[0]): Gewicht V9: Die Datei hat keine solche Variable"},
+        Fault{"weight", R"(, "weightRE": "V9")", "",
+              u"archive.json, Zeile 2 (views[0].entries[0]): Gewicht V9: Die Datei hat keine solche Variable"},
         Fault{"pattern", "", R"("variables": ["V1", "QX2:V*"])",
               u"archive.json, Zeile 3 (views[1].entries[0].variables[1]): keine Variable passt zu 'QX2:V*'"},
         Fault{"query_without_id", R"(, "query": "SELECT QX1_1.V1 AS SE FROM QX1_1;")", "",
@@ -130,8 +128,7 @@ INSTANTIATE_TEST_SUITE_P(
             R"(, "query": "SELECT QX1_1.dt_CaseID AS ID FROM QX1_1;", "parts": [{"number": "A", "variable": "V1", "criterion": "1", "separateAnalysis": true}])",
             "", u"archive.json, Zeile 2 (views[0].entries[0].query): die Abfrage liefert keine Spalte SE"},
         Fault{"parts_without_query",
-              R"(, "parts": [{"number": "A", "variable": "V1", "criterion": "1", "separateAnalysis": true}])",
-              "",
+              R"(, "parts": [{"number": "A", "variable": "V1", "criterion": "1", "separateAnalysis": true}])", "",
               u"archive.json, Zeile 2 (views[0].entries[0]): Teile mit 'separateAnalysis' brauchen eine "
               u"'query', die eine Spalte SE liefert"}),
     [](const auto& fault) { return std::string(fault.param.name); });
@@ -142,9 +139,8 @@ TEST(Build, RefusesWhatIsNotThereOrIsThereAlready) {
     EXPECT_TRUE(folder.build(R"(, "query": "SELECT dt_CaseID AS ID, V9 AS SE FROM QX1_1;")")
                     .startsWith(u"archive.json, Zeile 2 (views[0].entries[0].query): "_s));
     QFile::rename(folder.in(u"a.sav"_s), folder.in(u"b.sav"_s));
-    EXPECT_EQ(folder.build(),
-              u"archive.json, Zeile 2 (views[0].entries[0].file): die Datei '%1' ist nicht da"_s.arg(
-                  folder.in(u"a.sav"_s)));
+    EXPECT_EQ(folder.build(), u"archive.json, Zeile 2 (views[0].entries[0].file): die Datei '%1' ist nicht da"_s.arg(
+                                  folder.in(u"a.sav"_s)));
     QFile::rename(folder.in(u"b.sav"_s), folder.in(u"a.sav"_s));
 
     // A file left by an older archive would be taken for the table's own file.
@@ -170,10 +166,9 @@ TEST(Build, RefusesWhatIsNotThereOrIsThereAlready) {
 TEST(Build, WarnsOfAQueryThatCannotBeWeighted) {
     ArchiveFolder folder;
     EXPECT_EQ(folder.build(R"(, "query": "SELECT dt_CaseID AS ID FROM QX1_1 WHERE V1 = 1;")"), QString());
-    EXPECT_EQ(
-        folder.report.warnings,
-        QStringList{
-            u"archive.json, Zeile 2 (views[0].entries[0].query): WHERE: ein Gewicht lässt sich nicht anfügen"_s});
+    EXPECT_EQ(folder.report.warnings,
+              QStringList{
+                  u"archive.json, Zeile 2 (views[0].entries[0].query): WHERE: ein Gewicht lässt sich nicht anfügen"_s});
 }
 
 TEST(Build, ReportsDocumentsThatTheOpenersWouldMiss) {
@@ -183,9 +178,8 @@ TEST(Build, ReportsDocumentsThatTheOpenersWouldMiss) {
                            R"(, "questionnaires": "karten", "dataSets": "karten")"),
               QString());
     EXPECT_EQ(folder.report.warnings,
-              (QStringList{
-                  u"archive.json, Zeile 2 (views[0].entries[0]): der Fragebogen 'QX1B.pdf' ist nicht da"_s,
-                  u"archive.json, Zeile 2 (views[0].entries[0]): der Datensatz 'QX1.sav' ist nicht da"_s}));
+              (QStringList{u"archive.json, Zeile 2 (views[0].entries[0]): der Fragebogen 'QX1B.pdf' ist nicht da"_s,
+                           u"archive.json, Zeile 2 (views[0].entries[0]): der Datensatz 'QX1.sav' ist nicht da"_s}));
 }
 
 TEST(Build, ReplacesAsAWholeOrNotAtAll) {
@@ -210,8 +204,7 @@ TEST(Build, ReplacesAsAWholeOrNotAtAll) {
     QDir().mkpath(folder.out(u"QX1-2.mdb/x"_s));
     const auto blocked = folder.target();
     EXPECT_FALSE(
-        folder.build(R"(, "tables": [{"variables": ["V2"], "ownFile": true}])", R"("name": "K")", true)
-            .isEmpty());
+        folder.build(R"(, "tables": [{"variables": ["V2"], "ownFile": true}])", R"("name": "K")", true).isEmpty());
     EXPECT_EQ(folder.target(), blocked);
     QDir(folder.out(u"QX1-2.mdb"_s)).removeRecursively();
     ArchiveFolder::write(folder.out(u"QX1-2.mdb"_s), before.at(u"QX1-2.mdb"_s));
@@ -272,11 +265,10 @@ protected:
     void next() const { const ImportGuard guard(folder_.out(u"cat.mdb"_s)); }
 };
 
-const std::map<QString, QByteArray> oldFiles{
-    {u"cat.mdb"_s, "old"}, {u"QX1.mdb"_s, "old"}, {u"QX1-2.mdb"_s, "old"}};
+const std::map<QString, QByteArray> oldFiles{{u"cat.mdb"_s, "old"}, {u"QX1.mdb"_s, "old"}, {u"QX1-2.mdb"_s, "old"}};
 const std::map<QString, QByteArray> newFiles{{u"cat.mdb"_s, "new"}, {u"QX1.mdb"_s, "new"}};
 
-}
+} // namespace
 
 TEST_F(KilledBuild, BeforeItHadEverythingLeavesTheOldArchive) {
     kill(false);

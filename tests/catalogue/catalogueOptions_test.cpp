@@ -49,9 +49,8 @@ const Rows one{{u"NumberOfFrmExplorers"_s, u"1"_s}};
 
 const OptionCase optionCases[] = {
     {"views in order, start view kept",
-     three + Rows{{u"OpenFrmExplorerAtStart"_s, u"2"_s}} +
-         view(1, u"Studien"_s, u"Study"_s, {{u"Type"_s, u"1"_s}}) + view(2, u"Themen"_s, u"Topic"_s) +
-         view(3, u"Trends"_s, u"Trend"_s, {{u"CompAnalysis"_s, u"1"_s}}),
+     three + Rows{{u"OpenFrmExplorerAtStart"_s, u"2"_s}} + view(1, u"Studien"_s, u"Study"_s, {{u"Type"_s, u"1"_s}}) +
+         view(2, u"Themen"_s, u"Topic"_s) + view(3, u"Trends"_s, u"Trend"_s, {{u"CompAnalysis"_s, u"1"_s}}),
      {u"Studien|Study|1|"_s, u"Themen|Topic||"_s, u"Trends|Trend||1"_s},
      3,
      2},
@@ -61,8 +60,7 @@ const OptionCase optionCases[] = {
      1,
      1},
     {"a view with no name or no table is left out and the next moves up",
-     three + view(1, u"Studien"_s, u"Study"_s) + view(2, u"Themen"_s, QString()) +
-         view(3, u"Trends"_s, u"Trend"_s),
+     three + view(1, u"Studien"_s, u"Study"_s) + view(2, u"Themen"_s, QString()) + view(3, u"Trends"_s, u"Trend"_s),
      {u"Studien|Study||"_s, u"Trends|Trend||"_s},
      2,
      0},
@@ -74,8 +72,7 @@ const OptionCase optionCases[] = {
      0},
     {"numbers 0, above the count and no number at all are dropped, unknown suffixes too",
      one + view(0, u"Null"_s, u"Zero"_s) + view(2, u"Zwei"_s, u"Two"_s) +
-         Rows{{u"frmExplorerXName"_s, u"X"_s}, {u"frmExplorer1Colour"_s, u"red"_s}} +
-         view(1, u"Studien"_s, u"Study"_s),
+         Rows{{u"frmExplorerXName"_s, u"X"_s}, {u"frmExplorer1Colour"_s, u"red"_s}} + view(1, u"Studien"_s, u"Study"_s),
      {u"Studien|Study||"_s},
      1,
      0},
@@ -155,15 +152,13 @@ TEST(Schema, TheComparisonTablesHaveExactlyTheirFields) {
                        .arg(column.attributes & dao::dbAutoIncrField ? u" counter"_s : QString());
         return all.join(u'\n');
     };
-    EXPECT_EQ(fields(schema::comparisons()).toStdString(),
-              "ID 4 0 counter\ndt_CompName 10 255\ndt_CompNameEn 10 255\n"
-              "dt_CompDesc 12 0\ndt_CompDescEn 12 0\ndt_order 4 0");
-    EXPECT_EQ(
-        fields(schema::comparisonVariables()).toStdString(),
-        "ID 4 0 counter\nfi_StudyNo 10 50\nfi_VariableNo 10 8\nfid 4 0\ndt_Table 10 50\ndt_Field 10 50\n"
-        "dt_Missing 10 50\ndt_Year 10 50\ndt_VarGroup 10 50\ndt_Weight 10 255\ndt_Filter 10 255\ndt_order 4 "
-        "0\n"
-        "dt_WeightInfo 10 255\ndt_FilterInfo 10 255\ndt_VarLabel 10 255");
+    EXPECT_EQ(fields(schema::comparisons()).toStdString(), "ID 4 0 counter\ndt_CompName 10 255\ndt_CompNameEn 10 255\n"
+                                                           "dt_CompDesc 12 0\ndt_CompDescEn 12 0\ndt_order 4 0");
+    EXPECT_EQ(fields(schema::comparisonVariables()).toStdString(),
+              "ID 4 0 counter\nfi_StudyNo 10 50\nfi_VariableNo 10 8\nfid 4 0\ndt_Table 10 50\ndt_Field 10 50\n"
+              "dt_Missing 10 50\ndt_Year 10 50\ndt_VarGroup 10 50\ndt_Weight 10 255\ndt_Filter 10 255\ndt_order 4 "
+              "0\n"
+              "dt_WeightInfo 10 255\ndt_FilterInfo 10 255\ndt_VarLabel 10 255");
     database->Close();
 }
 

@@ -25,8 +25,7 @@ void writeSurvey(const QString& path, double value) {
         maker.number(name);
     maker.text("TEXT", 60);
     maker.write(path, caseCount, [&](int i) {
-        return SurveyFileMaker::Row{value,     i + 0.25,      i + 0.5,
-                                    double(i), double(i % 7), "some words to fill pages"};
+        return SurveyFileMaker::Row{value, i + 0.25, i + 0.5, double(i), double(i % 7), "some words to fill pages"};
     });
 }
 
@@ -112,9 +111,9 @@ TEST_F(ImportInterrupted, AKillAtAnyMomentLeavesAllOrNothing) {
         unfinished += !taken;
         if (taken || &wish == &replacing) {
             const double value = taken ? 2 : 1;
-            EXPECT_EQ(rows(cases, u"SELECT Count(*) AS N, Min(V1) AS A, Max(V1) AS B FROM %1_1"_s.arg(
-                                      wish.settings.study)),
-                      QStringList{u"%1|%2|%2"_s.arg(caseCount).arg(value)})
+            EXPECT_EQ(
+                rows(cases, u"SELECT Count(*) AS N, Min(V1) AS A, Max(V1) AS B FROM %1_1"_s.arg(wish.settings.study)),
+                QStringList{u"%1|%2|%2"_s.arg(caseCount).arg(value)})
                 << round;
         }
         if (!taken) {

@@ -41,8 +41,7 @@ protected:
     }
     QStringList strangers() const {
         QFile file(stranger);
-        const QString content =
-            file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        const QString content = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
         return QDir(home.path(u"stranger"_s)).entryList(QDir::Files | QDir::Hidden) << content;
     }
 };
@@ -50,8 +49,7 @@ protected:
 TEST_F(ImportLinks, AreNeverWrittenOrDeletedThrough) {
     const QStringList before = strangers();
     const QString cases = home.path(u"QX1.mdb"_s), note = catalogue + u"-import"_s,
-                  buildFolder = home.path(u".my.mdb.vdx-build"_s),
-                  nowhere = home.path(u"stranger/none.mdb"_s);
+                  buildFolder = home.path(u".my.mdb.vdx-build"_s), nowhere = home.path(u"stranger/none.mdb"_s);
     enum Noted { Nothing, Made, Blank }; // by a killed run, as what became of the case file
     struct Case {
         QString link, target;
@@ -59,12 +57,9 @@ TEST_F(ImportLinks, AreNeverWrittenOrDeletedThrough) {
         QString words; ///< of the refusal; empty: the import goes well
     };
     const Case rows[] = {
-        {note, stranger, Nothing, u"my.mdb-import"_s},
-        {note, nowhere, Nothing, u"my.mdb-import"_s},
-        {catalogue, nowhere, Nothing, u"my.mdb"_s},
-        {cases, nowhere, Nothing, u"zeigt ins Leere"_s},
-        {cases, stranger, Blank, u"QX1.mdb ist schon da"_s},
-        {cases, stranger, Made, u"QX1.mdb ist schon da"_s},
+        {note, stranger, Nothing, u"my.mdb-import"_s},        {note, nowhere, Nothing, u"my.mdb-import"_s},
+        {catalogue, nowhere, Nothing, u"my.mdb"_s},           {cases, nowhere, Nothing, u"zeigt ins Leere"_s},
+        {cases, stranger, Blank, u"QX1.mdb ist schon da"_s},  {cases, stranger, Made, u"QX1.mdb ist schon da"_s},
         {buildFolder, home.path(u"stranger"_s), Nothing, {}},
     };
     for (const Case& row : rows) {
@@ -153,8 +148,8 @@ TEST_F(ImportLinks, NotesFromElsewhereMoveAndDeleteNothing) {
     EXPECT_EQ(all(own)[u"thesis.mdb"_s], QByteArray("own"));
     EXPECT_FALSE(QFile::exists(own + u"QX1.mdb"_s));
     { const ImportGuard finishing(own + u"my.mdb"_s); }
-    EXPECT_EQ(all(own), (QMap<QString, QByteArray>{
-                            {u".bashrc"_s, "new"}, {u"my.mdb"_s, "new"}, {u"thesis.docx"_s, "own"}}));
+    EXPECT_EQ(all(own),
+              (QMap<QString, QByteArray>{{u".bashrc"_s, "new"}, {u"my.mdb"_s, "new"}, {u"thesis.docx"_s, "own"}}));
 }
 
 TEST_F(ImportLinks, ACatalogueReachedThroughALinkKeepsItsFilesBesideItself) {

@@ -17,9 +17,7 @@ struct Rows : RowReceiver {
     QStringList rows{QString()};
     void add(const QString& cell) { rows.last() += cell + u'|'; }
     void number(int variable, double value) override { add(u"%1=%2"_s.arg(variable).arg(value)); }
-    void letter(int variable, char letter) override {
-        add(u"%1=.%2"_s.arg(variable).arg(QLatin1Char(letter)));
-    }
+    void letter(int variable, char letter) override { add(u"%1=.%2"_s.arg(variable).arg(QLatin1Char(letter))); }
     void text(int variable, const char* utf8, int bytes) override {
         add(u"%1='%2'"_s.arg(variable).arg(QString::fromUtf8(utf8, bytes)));
     }
@@ -69,8 +67,7 @@ TEST(SurveyReader, ReadsPortableFilesHoweverTheirNumbersAreWritten) {
     EXPECT_EQ(head.variables[1].label, u"/.F"_s);
     Rows rows;
     reader.readRows(head, rows, {});
-    EXPECT_EQ(rows.rows.mid(0, 4),
-              (QStringList{u"0=0.5|1='/.F'|"_s, u"0=-0.5|1=''|"_s, u"0=5|1='a'|"_s, u"1='b'|"_s}));
+    EXPECT_EQ(rows.rows.mid(0, 4), (QStringList{u"0=0.5|1='/.F'|"_s, u"0=-0.5|1=''|"_s, u"0=5|1='a'|"_s, u"1='b'|"_s}));
 }
 
 TEST(SurveyReader, ReadsHeadAndRowsOfEachKind) {
@@ -138,8 +135,7 @@ TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
                                                  "e"
                                                : "x"}});
         const QString error = errorOf(path);
-        EXPECT_TRUE(error.contains(u"STREET"_s) && error.contains(u"--encoding"_s))
-            << place << error.toStdString();
+        EXPECT_TRUE(error.contains(u"STREET"_s) && error.contains(u"--encoding"_s)) << place << error.toStdString();
         EXPECT_EQ(errorOf(path, u"WINDOWS-1252"_s), QString()) << place;
 
         // A byte that Windows-1252, the encoding of old Stata files, has not got.
@@ -167,8 +163,7 @@ TEST(SurveyReader, NamesTheVariableWhoseTextIsUnreadableAndTheOption) {
 TEST(SurveyReader, TakesTheEncodingThatASystemFileNames) {
     TestHome home;
     const QString path = home.path(u"named.sav"_s);
-    for (const QByteArray& name :
-         {QByteArray("windows-1252"), QByteArray("no-such-encoding"), QByteArray("utf8")}) {
+    for (const QByteArray& name : {QByteArray("windows-1252"), QByteArray("no-such-encoding"), QByteArray("utf8")}) {
         // Bytes of Windows-1252 in a file whose code page says UTF-8.
         SurveyFileMaker maker;
         maker.text("STREET", 12,
@@ -237,8 +232,7 @@ TEST(SurveyReader, TellsWhatStatasCharacteristicsHold) {
         file.seek(0);
         file.write(content);
         file.close();
-        const QStringList found =
-            tagged ? dtaCharacteristics(path) : SurveyReader(path, {}).readHead().extras;
+        const QStringList found = tagged ? dtaCharacteristics(path) : SurveyReader(path, {}).readHead().extras;
         ASSERT_EQ(found.size(), 3) << found.join(u'\n').toStdString();
         EXPECT_TRUE(found[0].startsWith(u"2 "_s));
         EXPECT_TRUE(found[1].contains(u"de en"_s));
@@ -288,8 +282,7 @@ TEST(SurveyReader, RefusesWhatItCannotReadWithAReason) {
             int rows = 0;
             const QString error = errorOf(cut, {}, &rows);
             EXPECT_TRUE(!error.isEmpty() || rows == 400) << kind.toStdString() << ' ' << share << ' ' << rows;
-            EXPECT_TRUE(error.isEmpty() == (kind == u"por"_s && share == 0.99))
-                << "padding alone was cut off";
+            EXPECT_TRUE(error.isEmpty() == (kind == u"por"_s && share == 0.99)) << "padding alone was cut off";
         }
     }
     make(path);

@@ -68,20 +68,8 @@ const std::vector<RealFile>& realFiles() {
         {u"edge_haven/labelled-num.sav", 1, 1, u"", {}, {}, {}},
         {u"edge_haven/labelled-str.sav", 2, 1, u"", {}, {{u"gender|F"_s, u"Female"_s}}, {}},
         {u"edge_haven/notes.dta", 5, 4, u"", {}, {}, {}},
-        {u"edge_haven/tagged-na-double.dta",
-         8,
-         1,
-         u"",
-         {{u"x"_s, u"-26 thru -1"_s}},
-         {{u"x|-26"_s, u".zebra"_s}},
-         {}},
-        {u"edge_haven/tagged-na-int.dta",
-         8,
-         1,
-         u"",
-         {{u"x"_s, u"-26 thru -1"_s}},
-         {{u"x|-1"_s, u"apple"_s}},
-         {}},
+        {u"edge_haven/tagged-na-double.dta", 8, 1, u"", {{u"x"_s, u"-26 thru -1"_s}}, {{u"x|-26"_s, u".zebra"_s}}, {}},
+        {u"edge_haven/tagged-na-int.dta", 8, 1, u"", {{u"x"_s, u"-26 thru -1"_s}}, {{u"x|-1"_s, u"apple"_s}}, {}},
         {u"edge_haven/types.dta", 2, 8, u"", {}, {}, {}},
         {u"edge_haven/umlauts.sav", 4, 1, u"", {}, {{u"var1|2"_s, u"the ü umlaut"_s}}, {}},
         {u"edge_haven/variable-label.sav", 1, 1, u"", {}, {}, {{u"sex"_s, u"Gender"_s}}},
@@ -154,11 +142,9 @@ TEST_F(ImportRealFiles, EveryFileComesInWithItsCasesWeightLabelsAndMissingCodes)
         EXPECT_EQ(report.variables, file.variables) << path.toStdString();
         EXPECT_EQ(one(u"SELECT dt_WeightRE FROM tkey_Study WHERE id_StudyNo = '%1'"_s.arg(study)),
                   file.weight[0] ? QString::fromUtf16(file.weight) : u"NULL"_s);
-        const QString variable =
-            u"SELECT %3 FROM tkey_Variable WHERE fi_StudyNo = '%1' AND id_VarName = '%2'"_s;
+        const QString variable = u"SELECT %3 FROM tkey_Variable WHERE fi_StudyNo = '%1' AND id_VarName = '%2'"_s;
         for (const auto& [name, definition] : file.missing)
-            EXPECT_EQ(one(variable.arg(study, name, u"dt_Missing"_s)),
-                      definition.isEmpty() ? u"NULL"_s : definition)
+            EXPECT_EQ(one(variable.arg(study, name, u"dt_Missing"_s)), definition.isEmpty() ? u"NULL"_s : definition)
                 << path.toStdString() << ' ' << name.toStdString();
         for (const auto& [name, label] : file.variableLabels)
             EXPECT_EQ(one(variable.arg(study, name, u"dt_VarLabel"_s)), label) << path.toStdString();
@@ -178,19 +164,18 @@ TEST_F(ImportRealFiles, EveryFileComesInWithItsCasesWeightLabelsAndMissingCodes)
 TEST_F(ImportRealFiles, TheSameTableComesOutOfEveryKindOfFile) {
     for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s}) {
         ASSERT_EQ(outcome(request(real.filePath(u"edge_pyreadstat/sample."_s + kind), kind)), QString());
-        EXPECT_EQ(rows(home.path(kind + u".mdb"_s),
-                       u"SELECT mychar, mynum, mydate, dtime, mylabl, myord, mytime FROM %1_1"_s.arg(kind)),
-                  (QStringList{u"a|1,1|2018-05-06|2018-05-06T10:10:10|1|1|10:10:10"_s,
-                               u"b|1,2|1880-05-06|1880-05-06T10:10:10|2|2|23:10:10"_s,
-                               u"c|-1000,3|1960-01-01|1960-01-01T00:00:00|1|3|00:00:00"_s,
-                               u"d|-1,4|1583-01-01|1583-01-01T00:00:00|2|1|16:10:10"_s,
-                               u"e|1000,3|NULL|NULL|1|1|NULL"_s}))
+        EXPECT_EQ(
+            rows(home.path(kind + u".mdb"_s),
+                 u"SELECT mychar, mynum, mydate, dtime, mylabl, myord, mytime FROM %1_1"_s.arg(kind)),
+            (QStringList{u"a|1,1|2018-05-06|2018-05-06T10:10:10|1|1|10:10:10"_s,
+                         u"b|1,2|1880-05-06|1880-05-06T10:10:10|2|2|23:10:10"_s,
+                         u"c|-1000,3|1960-01-01|1960-01-01T00:00:00|1|3|00:00:00"_s,
+                         u"d|-1,4|1583-01-01|1583-01-01T00:00:00|2|1|16:10:10"_s, u"e|1000,3|NULL|NULL|1|1|NULL"_s}))
             << kind.toStdString();
     }
     ASSERT_EQ(outcome(request(real.filePath(u"edge_pyreadstat/sample.dta"_s), u"dta"_s)), QString());
     EXPECT_EQ(
-        rows(home.path(u"dta.mdb"_s), u"SELECT mychar, mynum, mydate, dtime, mylabl, myord FROM dta_1"_s)
-            .value(1),
+        rows(home.path(u"dta.mdb"_s), u"SELECT mychar, mynum, mydate, dtime, mylabl, myord FROM dta_1"_s).value(1),
         u"b|1,2|1880-05-06|1880-05-06T10:10:10|2|2"_s);
 }
 

@@ -44,20 +44,17 @@ TEST_F(ImportSurvey, MakesACatalogueWithOneStudyViewAndItsCases) {
     wish.settings.titleEnglish = u"First wave"_s;
     ASSERT_EQ(outcome(wish), QString());
 
-    EXPECT_EQ(rows(catalogue,
-                   u"SELECT id_StudyNo, fid, [Order], dt_IsGroup, dt_StudyTitle, dt_EnStudyTitle, "
-                   "dt_StudyDescription, dt_Year, dt_WeightRE, dt_WeightHH, dt_query FROM tkey_Study"_s),
+    EXPECT_EQ(rows(catalogue, u"SELECT id_StudyNo, fid, [Order], dt_IsGroup, dt_StudyTitle, dt_EnStudyTitle, "
+                              "dt_StudyDescription, dt_Year, dt_WeightRE, dt_WeightHH, dt_query FROM tkey_Study"_s),
               QStringList{u"QX1|0|1|0|Erste Welle|First wave|Feldzeit: März 2018|2018|W|NULL|NULL"_s});
     EXPECT_EQ(
         rows(catalogue, u"SELECT id_VarName, dt_Position, dt_VarLabel, dt_TableName, dt_FieldName, "
                         u"dt_Format, dt_Missing FROM "
                         "tkey_Variable WHERE fi_StudyNo = 'QX1' ORDER BY dt_Position"_s),
-        (QStringList{u"V1|1|Zufriedenheit|QX1_1|V1|F8.2|lowest thru -1;9,5"_s,
-                     u"ORDER|2|Kürzel|QX1_1|V2|A4|NULL"_s,
+        (QStringList{u"V1|1|Zufriedenheit|QX1_1|V1|F8.2|lowest thru -1;9,5"_s, u"ORDER|2|Kürzel|QX1_1|V2|A4|NULL"_s,
                      u"LONGTEXTVARIABLE|3|NULL|QX1_1|LONGTEXTVARIABLE|A300|NULL"_s,
                      u"INTERVIEW|4|Datum|QX1_1|INTERVIEW|DATE11|NULL"_s, u"W|5|NULL|QX1_1|W|F8.2|NULL"_s}));
-    EXPECT_EQ(rows(catalogue,
-                   u"SELECT fi_VarName, dt_Value, dt_Label FROM tkey_Value ORDER BY fi_VarName, dt_Value"_s),
+    EXPECT_EQ(rows(catalogue, u"SELECT fi_VarName, dt_Value, dt_Label FROM tkey_Value ORDER BY fi_VarName, dt_Value"_s),
               (QStringList{u"ORDER|ab|erster"_s, u"V1|-1.5|weiß nicht"_s, u"V1|1|gut"_s}));
     EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT * FROM QX1_1 ORDER BY dt_CaseID"_s),
               (QStringList{u"1|1|ab|ein  Text|2018-03-31|0,75"_s, u"2|-1,5|||NULL|1,25"_s}));
@@ -67,8 +64,8 @@ TEST_F(ImportSurvey, MakesACatalogueWithOneStudyViewAndItsCases) {
     for (const dao::ColumnInfo& column : cases->TableDefs().Item(u"QX1_1"_s)->columns())
         types.push_back(column.type);
     cases->Close();
-    EXPECT_EQ(types, (std::vector<int>{dao::dbLong, dao::dbDouble, dao::dbText, dao::dbMemo, dao::dbText,
-                                       dao::dbDouble}));
+    EXPECT_EQ(types,
+              (std::vector<int>{dao::dbLong, dao::dbDouble, dao::dbText, dao::dbMemo, dao::dbText, dao::dbDouble}));
 
     QStringList options = rows(catalogue, u"SELECT dt_OptionName, dt_OptionValue FROM tsys_Options"_s);
     for (const QString& option : {u"NumberOfFrmExplorers|1"_s, u"OpenFrmExplorerAtStart|1"_s,
@@ -97,8 +94,7 @@ TEST_F(ImportSurvey, GivesStatasLettersNumbersThatNoValueHas) {
     ASSERT_EQ(outcome(request(file, u"QX1"_s)), QString());
     EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT * FROM QX1_1 ORDER BY dt_CaseID"_s),
               (QStringList{u"1|-1001|-2|2018-03-31"_s, u"2|1|NULL|NULL"_s, u"3|-2|5|1959-12-31"_s}));
-    EXPECT_EQ(rows(catalogue,
-                   u"SELECT id_VarName, dt_FieldName, dt_Missing FROM tkey_Variable ORDER BY dt_Position"_s),
+    EXPECT_EQ(rows(catalogue, u"SELECT id_VarName, dt_FieldName, dt_Missing FROM tkey_Variable ORDER BY dt_Position"_s),
               (QStringList{u"v1|v1|-1026 thru -1001"_s, u"V1_2|V1_2|-26 thru -1"_s, u"day|day|NULL"_s}));
     EXPECT_EQ(rows(catalogue, u"SELECT dt_Value, dt_Label FROM tkey_Value ORDER BY dt_Value"_s),
               (QStringList{u"-1001|refused"_s, u"1|yes"_s}));
@@ -128,8 +124,7 @@ TEST_F(ImportSurvey, LeavesOutLabelsOfCodesThatFifteenDigitsDoNotTell) {
     maker.label(maker.number("BIG"), {{1'234'567'890'123'457.0, "one"}, {123'456'789'012'345.0, "other"}});
     maker.write(file, {{1'234'567'890'123'456.0}});
     ASSERT_EQ(outcome(request(file, u"QX1"_s)), QString());
-    EXPECT_EQ(rows(catalogue, u"SELECT dt_Value, dt_Label FROM tkey_Value"_s),
-              QStringList{u"123456789012345|other"_s});
+    EXPECT_EQ(rows(catalogue, u"SELECT dt_Value, dt_Label FROM tkey_Value"_s), QStringList{u"123456789012345|other"_s});
     EXPECT_TRUE(hasFact({u"mehr als 15 Ziffern (1): BIG 1.23456789012346E+15 'one'"_s}));
 }
 
@@ -154,8 +149,7 @@ TEST_F(ImportSurvey, KeepsTheMissingCodesOfDatesAsCodes) {
               (QStringList{u"2018-03-31|2018-03-31"_s, u"99|95"_s}));
     EXPECT_EQ(rows(home.path(u"QX2.mdb"_s), u"SELECT day FROM QX2_1 ORDER BY dt_CaseID"_s),
               (QStringList{u"2018-03-31"_s, u"-3"_s, u"-1"_s, u"NULL"_s}));
-    EXPECT_EQ(rows(catalogue,
-                   u"SELECT id_VarName, dt_Missing FROM tkey_Variable ORDER BY fi_StudyNo, dt_Position"_s),
+    EXPECT_EQ(rows(catalogue, u"SELECT id_VarName, dt_Missing FROM tkey_Variable ORDER BY fi_StudyNo, dt_Position"_s),
               (QStringList{u"DAY|98;99"_s, u"RANGED|NULL"_s, u"day|-3;-1"_s}));
     EXPECT_EQ(rows(catalogue, u"SELECT dt_Value FROM tkey_Value"_s), QStringList{u"99"_s});
     EXPECT_EQ(rows(home.path(u"QX1.mdb"_s), u"SELECT DAY FROM QX1_1 WHERE (DAY <> 98 AND DAY <> 99)"_s),
@@ -181,16 +175,14 @@ TEST_F(ImportSurvey, SharesManyVariablesAmongTablesOf254) {
     EXPECT_EQ(report.tables, 4);
     EXPECT_EQ(rows(home.path(u"QX1-2.mdb"_s), u"SELECT dt_CaseID, V600, V1 FROM QX1_2"_s),
               (QStringList{u"1|600|1"_s, u"2|1600|1001"_s, u"3|2600|2001"_s}));
+    EXPECT_EQ(rows(home.path(u"QX1.mdb"_s),
+                   u"SELECT QX1_1.dt_CaseID, V2, V255, V256, V509, V510, V599 FROM (QX1_1 INNER JOIN QX1_3 ON "
+                   "QX1_1.dt_CaseID = QX1_3.dt_CaseID) INNER JOIN QX1_4 ON QX1_1.dt_CaseID = QX1_4.dt_CaseID"_s),
+              (QStringList{u"1|2|255|256|509|510|599"_s, u"2|1002|1255|1256|1509|1510|1599"_s,
+                           u"3|2002|2255|2256|2509|2510|2599"_s}));
     EXPECT_EQ(
-        rows(home.path(u"QX1.mdb"_s),
-             u"SELECT QX1_1.dt_CaseID, V2, V255, V256, V509, V510, V599 FROM (QX1_1 INNER JOIN QX1_3 ON "
-             "QX1_1.dt_CaseID = QX1_3.dt_CaseID) INNER JOIN QX1_4 ON QX1_1.dt_CaseID = QX1_4.dt_CaseID"_s),
-        (QStringList{u"1|2|255|256|509|510|599"_s, u"2|1002|1255|1256|1509|1510|1599"_s,
-                     u"3|2002|2255|2256|2509|2510|2599"_s}));
-    EXPECT_EQ(
-        rows(
-            catalogue,
-            u"SELECT dt_TableName, Count(*) AS N FROM tkey_Variable GROUP BY dt_TableName ORDER BY dt_TableName"_s),
+        rows(catalogue,
+             u"SELECT dt_TableName, Count(*) AS N FROM tkey_Variable GROUP BY dt_TableName ORDER BY dt_TableName"_s),
         (QStringList{u"QX1_1|254"_s, u"QX1_2|2"_s, u"QX1_3|254"_s, u"QX1_4|90"_s}));
 }
 
@@ -211,30 +203,26 @@ TEST_F(ImportSurvey, ReplacesAStudyAndKeepsWhatTheFileDoesNotTell) {
     ASSERT_EQ(outcome(wish), QString());
     const QString kept =
         u"dt_EnVarLabel, dt_VarGroup, dt_FileNameShowCard, dt_Instruction, dt_Table, dt_EnQuestionText"_s;
-    execute(catalogue,
-            u"UPDATE tkey_Variable SET dt_EnVarLabel = 'English', dt_VarGroup = 3, dt_FileNameShowCard = "
-            u"'c.png', "
-            "dt_Instruction = 'Freq;', dt_Table = 'T', dt_EnQuestionText = 'Q?' WHERE id_VarName = 'V1'"_s);
+    execute(catalogue, u"UPDATE tkey_Variable SET dt_EnVarLabel = 'English', dt_VarGroup = 3, dt_FileNameShowCard = "
+                       u"'c.png', "
+                       "dt_Instruction = 'Freq;', dt_Table = 'T', dt_EnQuestionText = 'Q?' WHERE id_VarName = 'V1'"_s);
     {
         const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue);
         schema::createCategoryView(*database, u"Category"_s);
         database->Close();
     }
     execute(catalogue, u"INSERT INTO tkey_Category (id, fid, dt_IndicatorName) VALUES (4, 0, 'Politik')"_s);
-    execute(
-        catalogue,
-        u"INSERT INTO trel_VariableCategory (id, fid, fi_StudyNo, fi_VariableNo) VALUES (1, 4, 'QX1', 'V1')"_s);
-    execute(
-        catalogue,
-        u"INSERT INTO trel_VariableCategory (id, fid, fi_StudyNo, fi_VariableNo) VALUES (2, 4, 'QX1', 'V2')"_s);
+    execute(catalogue,
+            u"INSERT INTO trel_VariableCategory (id, fid, fi_StudyNo, fi_VariableNo) VALUES (1, 4, 'QX1', 'V1')"_s);
+    execute(catalogue,
+            u"INSERT INTO trel_VariableCategory (id, fid, fi_StudyNo, fi_VariableNo) VALUES (2, 4, 'QX1', 'V2')"_s);
 
     EXPECT_TRUE(outcome(request(second, u"qx1"_s)).contains(u"QX1"_s));
     ImportRequest again = request(second, u"qx1"_s);
     again.settings.replace = true;
     ASSERT_EQ(outcome(again), QString());
     EXPECT_EQ(
-        rows(catalogue,
-             u"SELECT id_VarName, dt_VarLabel, %1 FROM tkey_Variable ORDER BY dt_Position"_s.arg(kept)),
+        rows(catalogue, u"SELECT id_VarName, dt_VarLabel, %1 FROM tkey_Variable ORDER BY dt_Position"_s.arg(kept)),
         (QStringList{u"V1|neu|English|3|c.png|Freq;|T|Q?"_s, u"V3|NULL|NULL|NULL|NULL|NULL|NULL|NULL"_s}));
     EXPECT_EQ(rows(catalogue, u"SELECT dt_Value, dt_Label FROM tkey_Value ORDER BY dt_Value"_s),
               (QStringList{u"1|JA"_s, u"3|nein"_s}));
@@ -272,21 +260,17 @@ TEST_F(ImportSurvey, AReplacedStudyLetsNothingReadAnotherVariablesColumn) {
     // Of B's filter only a text of the user's counts: a part's is for the eye.
     for (const auto& [variable, filter, kind] :
          {std::tuple(u"größe"_s, u"(a=1 AND B>2)"_s, u"user"_s), {u"V2"_s, u"B = 1"_s, u"2"_s}})
-        execute(catalogue, u"INSERT INTO tsys_VariableComparison (fi_StudyNo, fi_VariableNo, fid, dt_Weight, "
-                           u"dt_Filter, dt_FilterInfo) VALUES ('QX1', '%1', 8, 'B', '%2', '%3')"_s.arg(
-                               variable, filter, kind));
+        execute(catalogue,
+                u"INSERT INTO tsys_VariableComparison (fi_StudyNo, fi_VariableNo, fid, dt_Weight, "
+                u"dt_Filter, dt_FilterInfo) VALUES ('QX1', '%1', 8, 'B', '%2', '%3')"_s.arg(variable, filter, kind));
     for (const QString& table : {u"trel_VariableLost"_s, u"trel_VariableStudy"_s})
-        execute(catalogue,
-                u"INSERT INTO %1 (fid, fi_StudyNo, fi_VariableNo) VALUES (4, 'QX1', 'B')"_s.arg(table));
+        execute(catalogue, u"INSERT INTO %1 (fid, fi_StudyNo, fi_VariableNo) VALUES (4, 'QX1', 'B')"_s.arg(table));
     // The study stands in the second of two study views.
-    for (const auto& [name, value] :
-         {std::pair(u"frmExplorer2Table"_s, u"Second"_s), {u"frmExplorer2Type"_s, u"1"_s}})
+    for (const auto& [name, value] : {std::pair(u"frmExplorer2Table"_s, u"Second"_s), {u"frmExplorer2Type"_s, u"1"_s}})
         execute(catalogue,
-                u"INSERT INTO tsys_Options (dt_OptionName, dt_OptionValue) VALUES ('%1', '%2')"_s.arg(name,
-                                                                                                      value));
-    execute(catalogue,
-            u"INSERT INTO tkey_Second (id_StudyNo, fid, dt_IsGroup, dt_query) VALUES ('QX1', '0', 0, "
-            u"'SELECT dt_CaseID AS ID, V2 AS SE, B FROM QX1_1')"_s);
+                u"INSERT INTO tsys_Options (dt_OptionName, dt_OptionValue) VALUES ('%1', '%2')"_s.arg(name, value));
+    execute(catalogue, u"INSERT INTO tkey_Second (id_StudyNo, fid, dt_IsGroup, dt_query) VALUES ('QX1', '0', 0, "
+                       u"'SELECT dt_CaseID AS ID, V2 AS SE, B FROM QX1_1')"_s);
     execute(catalogue, u"DELETE FROM tkey_Study"_s);
 
     EXPECT_TRUE(outcome(request(second, u"QX1"_s)).contains(u"--replace"_s));
@@ -295,9 +279,10 @@ TEST_F(ImportSurvey, AReplacedStudyLetsNothingReadAnotherVariablesColumn) {
     ASSERT_EQ(outcome(wish), QString());
     EXPECT_EQ(rows(catalogue, u"SELECT id_VarName, dt_FieldName FROM tkey_Variable ORDER BY dt_Position"_s),
               (QStringList{u"V2|V2"_s, u"gewählt|V3"_s, u"größe|V3_"_s}));
-    EXPECT_EQ(rows(catalogue,
-                   u"SELECT fi_VariableNo, dt_Field, dt_Missing FROM tsys_VariableComparison WHERE fid = 7 ORDER BY ID"_s),
-              (QStringList{u"größe|V3_|9"_s, u"A|NULL|NULL"_s}));
+    EXPECT_EQ(
+        rows(catalogue,
+             u"SELECT fi_VariableNo, dt_Field, dt_Missing FROM tsys_VariableComparison WHERE fid = 7 ORDER BY ID"_s),
+        (QStringList{u"größe|V3_|9"_s, u"A|NULL|NULL"_s}));
     EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.V2"_s, u"größe"_s, u"QX1_1.V3_"_s}));
     EXPECT_TRUE(hasFact({u"dt_query"_s, u"QX1_1.B"_s}));
     EXPECT_TRUE(hasFact({u"B: "_s, u"trel_VariableLost 4"_s}));
@@ -351,9 +336,7 @@ TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
               [&](auto& r) { r.settings.study = u"NEW"_s, r.catalogue = home.path(u"new.mdb"_s); }},
              // Analyses would go on counting the file beside the catalogue.
              {u"QX1.mdb), die Auswertungen"_s,
-              [&](auto& r) {
-                  r.settings.study = u"QX1"_s, r.settings.replace = true, r.settings.dataFolder = other;
-              }},
+              [&](auto& r) { r.settings.study = u"QX1"_s, r.settings.replace = true, r.settings.dataFolder = other; }},
              {u"QX9-1.mdb), die Auswertungen"_s,
               [&](auto& r) { r.settings.study = u"QX9"_s, r.settings.dataFolder = other; }},
              {u"3343"_s, [&](auto& r) { r.catalogue = home.path(u"text.mdb"_s); }},
@@ -361,8 +344,7 @@ TEST_F(ImportSurvey, RefusesWithAReasonAndLeavesEverythingAsItWas) {
              {u"abgebrochen"_s, [](auto& r) { r.settings.progress = [](double) { return false; }; }},
              // The same with a catalogue that is not there yet.
              {u"cut.sav"_s, [&](auto& r) { r.file = cut, r.catalogue = home.path(u"new.mdb"_s); }},
-             {u"NONE"_s,
-              [&](auto& r) { r.settings.weightRe = u"NONE"_s, r.catalogue = home.path(u"new.mdb"_s); }}}) {
+             {u"NONE"_s, [&](auto& r) { r.settings.weightRe = u"NONE"_s, r.catalogue = home.path(u"new.mdb"_s); }}}) {
         ImportRequest wish = request(good, u"QX2"_s);
         c.change(wish);
         const QString words = outcome(wish);

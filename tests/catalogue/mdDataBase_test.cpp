@@ -122,8 +122,8 @@ TEST_F(Opening, ARecordsetHasItsCountAndAFailureIsLoggedAndReported) {
     EXPECT_EQ(get(wrong), nullptr);
     EXPECT_EQ(get(wrong), nullptr);
     EXPECT_EQ(persistance.SqlString(), wrong);
-    const QString entry = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) + u"\r\n"_s +
-                          wrong + u"\r\n"_s;
+    const QString entry =
+        QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat) + u"\r\n"_s + wrong + u"\r\n"_s;
     EXPECT_EQ(contents(home.path(u"home/Sql.log"_s)), entry + entry);
     EXPECT_EQ(asker.boxes.size(), 2u);
     EXPECT_TRUE(asker.lastText().contains(u"[CDaoPersistance.GetRecordset]"_s));

@@ -58,11 +58,9 @@ TEST_F(Profile, AValueComesFromTheUsersKeyElseTheMachinesElseTheDefault) {
 
 TEST_F(Profile, AnEmptyTextWrittenReadsBackAsTheDefault) {
     CProfile profile;
-    EXPECT_FALSE(
-        profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, u"DataPath"_s, QString()));
+    EXPECT_FALSE(profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, u"DataPath"_s, QString()));
     EXPECT_EQ(storedSetting(u"DataPath"_s, u"default"_s).toString(), u"default"_s);
-    EXPECT_FALSE(
-        profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, u"DataPath"_s, u"D:\\Ä\\"_s));
+    EXPECT_FALSE(profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, u"DataPath"_s, u"D:\\Ä\\"_s));
     EXPECT_EQ(storedSetting(u"datapath"_s, u"default"_s).toString(), u"D:\\Ä\\"_s);
 }
 
@@ -70,9 +68,8 @@ TEST_F(Profile, AFailedWriteSaysSoAndReturnsTrue) {
     QDir().mkpath(home.path(u"config/user.ini"_s)); // a folder in the file's place
     asker.setPointer(ui::Pointer::Wait);
     EXPECT_TRUE(CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, u"A"_s, u"1"_s));
-    EXPECT_EQ(asker.lastText(),
-              u"Fehlerhafte Registrierdatenbank\r\nFehler bei: SetValueEx\r\nFehlernummer: 1\r\n"
-              "Beschreibung: Fehlerhafte Registrierdatenbank\r\n"_s);
+    EXPECT_EQ(asker.lastText(), u"Fehlerhafte Registrierdatenbank\r\nFehler bei: SetValueEx\r\nFehlernummer: 1\r\n"
+                                "Beschreibung: Fehlerhafte Registrierdatenbank\r\n"_s);
     EXPECT_EQ(asker.boxes[0].title, u"Fehler"_s);
     EXPECT_EQ(asker.pointer(), ui::Pointer::Default);
 
@@ -110,11 +107,11 @@ TEST_F(Profile, AMissingIniFileIsReportedForEachKeyRead) {
                                 "Beschreibung: Die Konfigurationsdatei: none.ini existiert nicht!\r\n"_s);
     gLanguage = 1;
     profile.ReadProfileInt(u"Varidex"_s, u"A"_s);
-    EXPECT_TRUE(asker.lastText().startsWith(
-        u"The Config-File: none.ini don't exist!\"\r\nError at: GetPrivateProfileInt"_s));
+    EXPECT_TRUE(
+        asker.lastText().startsWith(u"The Config-File: none.ini don't exist!\"\r\nError at: GetPrivateProfileInt"_s));
     profile.ApplicationIniFile = home.path(u"nowhere/a.ini"_s);
     profile.WriteProfileEntry(u"Varidex"_s, u"A"_s, u"1"_s);
-    EXPECT_TRUE(asker.lastText().startsWith(
-        u"Missing key in *.ini-File\r\nError at: WriteProfileEntry\r\nNumber: 100"_s));
+    EXPECT_TRUE(
+        asker.lastText().startsWith(u"Missing key in *.ini-File\r\nError at: WriteProfileEntry\r\nNumber: 100"_s));
     EXPECT_EQ(asker.boxes.size(), 3u);
 }

@@ -116,8 +116,8 @@ TEST_F(OptionsTest, WhatIsSavedToAnIniFileComesBackWholeAndInItsOrder) {
     const QString text = QString::fromUtf8(file.readAll());
     EXPECT_TRUE(text.startsWith(u"[Varidex]\nEditStudiesMode=False\nDatabaseName=\n"_s));
     EXPECT_TRUE(text.contains(u"\nShowValidSums=True\nNoColumnLabels=False\n"_s));
-    EXPECT_TRUE(text.trimmed().endsWith(
-        u"\nFontSize=11\nShowPercentSign=True\nCommaInPercent=True\nAskMissing=False"_s));
+    EXPECT_TRUE(
+        text.trimmed().endsWith(u"\nFontSize=11\nShowPercentSign=True\nCommaInPercent=True\nAskMissing=False"_s));
     EXPECT_FALSE(text.contains(u"Descriptives"_s));
 }
 

@@ -66,7 +66,8 @@ TEST_F(OptionsDialog, ShowsEveryOptionInItsControlAndChangesNoneByOpeningAndAppl
     EXPECT_FALSE(of<QCheckBox>(u"chkLandscape"_s)->isChecked());
     EXPECT_TRUE(of<QCheckBox>(u"chkbSys"_s)->isChecked());
     for (const OptionControl& bound : OptionsModel::controls())
-        EXPECT_TRUE(dialog->control(bound.control) || bound.form == OptionControl::Form::OptionArray) << qPrintable(bound.control);
+        EXPECT_TRUE(dialog->control(bound.control) || bound.form == OptionControl::Form::OptionArray)
+            << qPrintable(bound.control);
     dialog->cmdApply_Click();
     for (const OptionDescriptor& option : optionDescriptors()) {
         const QString extension = QString::fromUtf16(option.key) == u"DatabaseName" ? u".mdb"_s : QString();

@@ -75,16 +75,14 @@ TEST_F(ErrorReports, AProgramErrorIsWrittenWithItsStackAndShown) {
                                                     additional);
     EXPECT_FALSE(QFile::exists(home.path(u"home/Daojet.log"_s)));
     ASSERT_EQ(asker.boxes.size(), 1u);
-    EXPECT_EQ(asker.lastText(),
-              u"Folgender Fehler ist in der Prozedur: \r\n[mdDatabase.OpenQXDatabase] in Zeile  0"
-              " aufgetreten: \r\nFehler: (13) Type mismatch"_s);
+    EXPECT_EQ(asker.lastText(), u"Folgender Fehler ist in der Prozedur: \r\n[mdDatabase.OpenQXDatabase] in Zeile  0"
+                                " aufgetreten: \r\nFehler: (13) Type mismatch"_s);
     EXPECT_EQ(asker.boxes[0].title, u"Varidex"_s);
     EXPECT_EQ(asker.boxes[0].icon, ui::Icon::Critical);
     gLanguage = 1;
     handler.HandleError(13, u"Type mismatch"_s);
-    EXPECT_EQ(
-        asker.lastText(),
-        u"Error in Procedure: \r\n[mdDatabase.OpenQXDatabase] at Line  0\r\nError: (13) Type mismatch"_s);
+    EXPECT_EQ(asker.lastText(),
+              u"Error in Procedure: \r\n[mdDatabase.OpenQXDatabase] at Line  0\r\nError: (13) Type mismatch"_s);
 }
 
 TEST_F(ErrorReports, ADatabaseErrorHasAReportOfItsOwnWithAGermanHeading) {
@@ -176,7 +174,8 @@ TEST(Failures, TheStandardErrorBoxRetriesIgnoresOrLeaves) {
 
 TEST(Failures, TheAnswerOnAFileHoldsForTheRestOfTheGestureAndForNoOtherFile) {
     const TestHome home;
-    for (const auto& [answer, outcome] : {std::pair(ui::Answer::Ignore, Trap::Ignored), {ui::Answer::Abort, Trap::Aborted}}) {
+    for (const auto& [answer, outcome] :
+         {std::pair(ui::Answer::Ignore, Trap::Ignored), {ui::Answer::Abort, Trap::Aborted}}) {
         ScriptedAsker asker;
         const GestureScope gesture;
         const auto fails = [](int number, const QString& text) {
@@ -229,7 +228,6 @@ TEST(Failures, TheLanguageProceduresHaveABoxOfTheirOwn) {
     EXPECT_EQ(asker.boxes[0].title, u"VB-Laufzeitfehler"_s);
     gLanguage = 1;
     ReportProcedureError(dao::Error(13, u"Type mismatch"_s), u"SetLanguage"_s);
-    EXPECT_EQ(asker.lastText(),
-              u"Error at: SetLanguage\r\nErrorNumber: 13\r\nErrorDescription:\r\nType mismatch"_s);
+    EXPECT_EQ(asker.lastText(), u"Error at: SetLanguage\r\nErrorNumber: 13\r\nErrorDescription:\r\nType mismatch"_s);
     EXPECT_EQ(asker.boxes[1].title, u"VB-RuntimeError"_s);
 }

@@ -14,10 +14,9 @@ namespace {
 
 /// One line a node: its depth as blanks, key, text and the three icons.
 QString drawn(const CatalogueNode& node, int depth = 0) {
-    QString text = QString(depth, u' ') + u"%1 %2 %3/%4/%5\n"_s.arg(node.Key, node.Text)
-                                              .arg(node.Image)
-                                              .arg(node.SelectedImage)
-                                              .arg(node.ExpandedImage);
+    QString text =
+        QString(depth, u' ') +
+        u"%1 %2 %3/%4/%5\n"_s.arg(node.Key, node.Text).arg(node.Image).arg(node.SelectedImage).arg(node.ExpandedImage);
     for (const CatalogueNode* child : node.Children)
         text += drawn(*child, depth + 1);
     return text;
@@ -96,7 +95,8 @@ TEST_F(Tree, AReadingThatTakesLongTellsHowFarItIsAndEndsWhereTheUserStopsIt) {
                         " B2 Demographie 27/28/28\n"
                         " B1 Einstellungen 8/9/9\n");
     ui::Progress::patience = 1000;
-    EXPECT_EQ(seen, (QStringList{u"Die Einträge werden gelesen: Kategorien 0/3"_s, u"Die Einträge werden gelesen: Kategorien 1/3"_s,
+    EXPECT_EQ(seen, (QStringList{u"Die Einträge werden gelesen: Kategorien 0/3"_s,
+                                 u"Die Einträge werden gelesen: Kategorien 1/3"_s,
                                  u"Die Einträge werden gelesen: Kategorien 2/3"_s}));
     EXPECT_TRUE(tree.CutShort);
     build(2);
@@ -118,8 +118,7 @@ TEST_F(Tree, AStudyWithoutItsParentIsReportedAndTheRestGoesOn) {
     catalogue.addStudy(u"QX3"_s, u"beschrieben"_s, {{"dt_StudyDescription", u"x"_s}});
     catalogue.addStudy(u"QX4"_s, u"oben"_s, {{"fid", u"0"_s}, {"Order", 3}});
     build(1);
-    ASSERT_EQ(asker.boxes.size(), 2u)
-        << "QX1 and the described QX3; a plain entry without a parent stands at the top";
+    ASSERT_EQ(asker.boxes.size(), 2u) << "QX1 and the described QX3; a plain entry without a parent stands at the top";
     EXPECT_TRUE(asker.lastText().contains(u"[Module1.Update_TreeViewAddnode]"_s));
     EXPECT_TRUE(asker.lastText().contains(u"(35601)"_s)) << qPrintable(asker.lastText());
     EXPECT_EQ(tree.find(u"AQX2"_s)->Parent, tree.root());

@@ -25,9 +25,11 @@ protected:
         catalogue.fill();
         catalogue.addStudy(u"QX3"_s, u"mit Texten"_s, {{"dt_Year", u"2003"_s}});
         catalogue.addVariable(u"QX3"_s, u"A"_s, u"QX3_1"_s,
-                              {{"dt_VarLabel", u"Übergewicht"_s}, {"dt_QuestionText", u"Wie schwer\r\nsind Sie?"_s},
+                              {{"dt_VarLabel", u"Übergewicht"_s},
+                               {"dt_QuestionText", u"Wie schwer\r\nsind Sie?"_s},
                                {"dt_EnQuestionText", u"What do you weigh?"_s}});
-        catalogue.addVariable(u"QX3"_s, u"B'1"_s, u"QX3_1"_s, {{"dt_VarLabel", u"Ärzte"_s}, {"dt_EnVarLabel", u"Doctors"_s}});
+        catalogue.addVariable(u"QX3"_s, u"B'1"_s, u"QX3_1"_s,
+                              {{"dt_VarLabel", u"Ärzte"_s}, {"dt_EnVarLabel", u"Doctors"_s}});
         catalogue.addVariable(u"QX3"_s, u"C"_s, u"QX3_1"_s, {{"dt_VarLabel", u"Wie oft"_s}});
         ASSERT_EQ(catalogue.open(), 1);
         model.open(1);

@@ -65,8 +65,7 @@ TEST_F(List, AStudyListsItsVariablesInTheirOrder) {
     EXPECT_EQ(model.list.Tag, QString::number(model.tree.find(u"AQX1919"_s)->Index));
     EXPECT_EQ(model.state.selectionTitle, u"Erhebung 1919"_s);
     EXPECT_EQ(model.list.selectedRow, 0);
-    EXPECT_EQ(host.told,
-              (QStringList{u"shown AQX1919"_s, u"filled"_s, u"panel"_s, u"click"_s, u"assignments"_s}));
+    EXPECT_EQ(host.told, (QStringList{u"shown AQX1919"_s, u"filled"_s, u"panel"_s, u"click"_s, u"assignments"_s}));
     // A group has no variables: an empty list, no message.
     ASSERT_TRUE(model.select(u"AG001"_s));
     EXPECT_TRUE(model.list.rows.empty());
@@ -158,16 +157,15 @@ TEST_F(List, ColumnsFollowLanguagesAndOptions) {
 
 // The fragments are joined with no blank between them; without groups one bracket stays open.
 TEST(ListStatements, StandAsTheyAreGiven) {
-    EXPECT_EQ(
-        studyVariablesStatement(u"S"_s, u"QX1"_s, true).toStdString(),
-        "SELECT tkey_Variable.id_VarName AS fi_VariableNo, tkey_Variable.fi_StudyNo, "
-        "tkey_Variable.dt_VarLabel, "
-        "tkey_Variable.dt_QuestionText, tkey_S.dt_StudyTitle, tkey_S.dt_Year, tkey_S.dt_StudyDescription, "
-        "tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
-        "tkey_VarGroups.dt_VarGroupName, tkey_VarGroups.dt_VarGroupNameEn, tkey_S.dt_EnStudyTitle "
-        "FROM (tkey_Variable LEFT JOIN tkey_S ON tkey_Variable.fi_StudyNo = tkey_S.id_StudyNo) LEFT JOIN "
-        "tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup "
-        "  WHERE [fi_StudyNo] = 'QX1' ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;");
+    EXPECT_EQ(studyVariablesStatement(u"S"_s, u"QX1"_s, true).toStdString(),
+              "SELECT tkey_Variable.id_VarName AS fi_VariableNo, tkey_Variable.fi_StudyNo, "
+              "tkey_Variable.dt_VarLabel, "
+              "tkey_Variable.dt_QuestionText, tkey_S.dt_StudyTitle, tkey_S.dt_Year, tkey_S.dt_StudyDescription, "
+              "tkey_Variable.dt_Position, tkey_Variable.dt_EnVarLabel, tkey_Variable.dt_EnQuestionText, "
+              "tkey_VarGroups.dt_VarGroupName, tkey_VarGroups.dt_VarGroupNameEn, tkey_S.dt_EnStudyTitle "
+              "FROM (tkey_Variable LEFT JOIN tkey_S ON tkey_Variable.fi_StudyNo = tkey_S.id_StudyNo) LEFT JOIN "
+              "tkey_VarGroups ON tkey_Variable.dt_VarGroup = tkey_VarGroups.id_VarGroup "
+              "  WHERE [fi_StudyNo] = 'QX1' ORDER BY tkey_Variable.fi_StudyNo, tkey_Variable.dt_Position;");
     EXPECT_EQ(categoryVariablesStatement(u"T"_s, u"S"_s, u"12"_s, false).toStdString(),
               "SELECT trel_VariableT.fid, trel_VariableT.fi_VariableNo, trel_VariableT.fi_StudyNo, "
               "tkey_Variable.dt_VarLabel, tkey_Variable.dt_QuestionText, tkey_S.dt_Year, "

@@ -50,13 +50,15 @@ protected:
         return window->findChild<Widget*>(name);
     }
 
-    static QPoint middleOf(const QAbstractItemView& view, const QModelIndex& index) { return view.visualRect(index).center(); }
+    static QPoint middleOf(const QAbstractItemView& view, const QModelIndex& index) {
+        return view.visualRect(index).center();
+    }
 
     /// Clicks on the node of that name, opening the way to it.
     void clickNode(const QString& name) {
         tree->expandAll();
-        const QModelIndexList found =
-            tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, 1, Qt::MatchExactly | Qt::MatchRecursive);
+        const QModelIndexList found = tree->model()->match(tree->model()->index(0, 0), Qt::DisplayRole, name, 1,
+                                                           Qt::MatchExactly | Qt::MatchRecursive);
         ASSERT_EQ(found.size(), 1) << name.toStdString();
         tree->scrollTo(found[0]);
         QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, middleOf(*tree, found[0]));
@@ -69,8 +71,9 @@ protected:
 
     void clickHeading(int column) {
         QHeaderView* header = list->horizontalHeader();
-        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
-                          {header->sectionViewportPosition(column) + header->sectionSize(column) / 2, header->height() / 2});
+        QTest::mouseClick(
+            header->viewport(), Qt::LeftButton, {},
+            {header->sectionViewportPosition(column) + header->sectionSize(column) / 2, header->height() / 2});
     }
 
     QString name(int row) const { return list->model()->index(row, 0).data().toString(); }
@@ -123,7 +126,8 @@ TEST_F(frmExplorerTest, WindowsOfAViewAreNumberedUpwardsAndTitledInBothLanguages
     setLanguage(1);
     mdLanguage::RefreshForms({first.get(), again.get()});
     EXPECT_EQ(first->windowTitle(), u"Studies 1"_s);
-    EXPECT_EQ(find<QLabel>(u"lblTitle(0)"_s)->text(), u"All Studies (Original Language)"_s) << "open windows keep their contents";
+    EXPECT_EQ(find<QLabel>(u"lblTitle(0)"_s)->text(), u"All Studies (Original Language)"_s)
+        << "open windows keep their contents";
     EXPECT_EQ(again->findChild<QLabel*>(u"lblTitle(0)"_s)->text(), u"All Studies (English)"_s);
     EXPECT_EQ(tree->model()->index(0, 0).data().toString(), u"Studies"_s);
     EXPECT_EQ(list->model()->headerData(1, Qt::Horizontal).toString(), u"Study"_s);
@@ -132,7 +136,8 @@ TEST_F(frmExplorerTest, WindowsOfAViewAreNumberedUpwardsAndTitledInBothLanguages
     EXPECT_EQ(find<FactsStrip>(u"sbStatusBarV"_s)->toolTipOf(u"back"_s), u"Previous variable (Alt+Up)"_s);
     std::unique_ptr<frmExplorer> fresh(frmExplorer::OpenExplorerView(1));
     EXPECT_EQ(fresh->findChild<VariableListView*>()->model()->headerData(3, Qt::Horizontal).toString(), u"Year"_s);
-    EXPECT_EQ(fresh->findChild<VariableListView*>()->model()->headerData(4, Qt::Horizontal).toString(), u"Label (English)"_s);
+    EXPECT_EQ(fresh->findChild<VariableListView*>()->model()->headerData(4, Qt::Horizontal).toString(),
+              u"Label (English)"_s);
 }
 
 TEST_F(frmExplorerTest, AfterANodeTheAssignmentListStaysEmptyUntilARowIsClicked) {
@@ -265,7 +270,8 @@ TEST_F(frmExplorerTest, SwitchesOfThePanelsWorkApart) {
     press(u"english"_s);
     EXPECT_TRUE(find<FactsStrip>(u"sbStatusBarV"_s)->isOn(u"english"_s));
     EXPECT_EQ(fact(u"Label"_s), u"Sex"_s);
-    EXPECT_EQ(find<FactsStrip>(u"sbStatusBarV"_s)->toolTipOf(u"Label"_s), u"Label Geschlecht"_s) << "the tip keeps the original";
+    EXPECT_EQ(find<FactsStrip>(u"sbStatusBarV"_s)->toolTipOf(u"Label"_s), u"Label Geschlecht"_s)
+        << "the tip keeps the original";
     EXPECT_EQ(fact(u"Label"_s, u"_B"_s), u"Geschlecht"_s);
     EXPECT_NE(questionA->toPlainText(), german);
     window->switchPanelLanguage();
@@ -444,7 +450,8 @@ TEST_F(frmExplorerTest, EntriesThatNoWayLeadsToAreNamedAboveTheTree) {
     gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Topic SET fid = 14 WHERE id = 13;"_s);
     open(2);
     EXPECT_TRUE(find<QLabel>(u"lblUnreached"_s)->isVisible());
-    EXPECT_EQ(find<QLabel>(u"lblUnreached"_s)->text(), u"Einträge, zu denen kein Weg führt: 2\nVertrauen (14), Politik (13)"_s);
+    EXPECT_EQ(find<QLabel>(u"lblUnreached"_s)->text(),
+              u"Einträge, zu denen kein Weg führt: 2\nVertrauen (14), Politik (13)"_s);
     EXPECT_FALSE(window->showNode(u"B14"_s));
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }

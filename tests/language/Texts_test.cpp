@@ -62,8 +62,7 @@ QStringList callsOf(const QString& function, const QString& source) {
 
 /// The literals of a piece of code; literals that stand beside each other are one.
 QStringList literalsIn(const QString& code) {
-    static const QRegularExpression literal(
-        u"u\"((?:[^\"\\\\]|\\\\.)*)\"(?:\\s*u?\"((?:[^\"\\\\]|\\\\.)*)\")*"_s);
+    static const QRegularExpression literal(u"u\"((?:[^\"\\\\]|\\\\.)*)\"(?:\\s*u?\"((?:[^\"\\\\]|\\\\.)*)\")*"_s);
     static const QRegularExpression piece(u"\"((?:[^\"\\\\]|\\\\.)*)\""_s);
     QStringList found;
     for (auto literals = literal.globalMatch(code); literals.hasNext();) {
@@ -84,9 +83,8 @@ QStringList literalsOfVariable(const QString& name, const QString& source) {
 /// The literals that a function hands on to TranslateText as its parameter `name`; the function is the last
 /// one before the call.
 QStringList literalsHandedOn(const QString& name, const QString& source, qsizetype call) {
-    const QRegularExpression parameter(
-        u"\\b(\\w+)(?:\\s*=\\s*\\[[^\\]]*\\]\\s*)?\\([^()]*\\bQString&?\\s+"_s + name +
-        u"\\b[^()]*\\)\\s*(?:const\\s*)?\\{"_s);
+    const QRegularExpression parameter(u"\\b(\\w+)(?:\\s*=\\s*\\[[^\\]]*\\]\\s*)?\\([^()]*\\bQString&?\\s+"_s + name +
+                                       u"\\b[^()]*\\)\\s*(?:const\\s*)?\\{"_s);
     QString function;
     for (auto found = parameter.globalMatch(source.left(call)); found.hasNext();)
         function = found.next().captured(1);
@@ -118,10 +116,9 @@ QStringList translatedLiterals(const QString& source) {
         found << literalsIn(arguments);
     for (auto calls = variable.globalMatch(source); calls.hasNext();) {
         const QRegularExpressionMatch match = calls.next();
-        QStringList ofVariable =
-            source[match.capturedEnd() - 1] == u'['
-                ? literalsOfVariable(match.captured(1), source)
-                : literalsHandedOn(match.captured(1), source, match.capturedStart());
+        QStringList ofVariable = source[match.capturedEnd() - 1] == u'['
+                                     ? literalsOfVariable(match.captured(1), source)
+                                     : literalsHandedOn(match.captured(1), source, match.capturedStart());
         ofVariable.removeIf(isName);
         found << ofVariable;
     }
@@ -179,9 +176,8 @@ TEST(Texts, EveryLiteralThatIsTranslatedHasItsRow) {
 }
 
 TEST(Texts, TextsThatTheSearchTakesForTheSameAreOneRowOrAFault) {
-    std::vector<TextRow> same = {{u"Größe "_s, u"Size"_s, u"a:1"_s},
-                                 {u"GRÖßE"_s, u"Size"_s, u"b:1"_s},
-                                 {u"Grosse"_s, u"Large"_s, u"b:2"_s}};
+    std::vector<TextRow> same = {
+        {u"Größe "_s, u"Size"_s, u"a:1"_s}, {u"GRÖßE"_s, u"Size"_s, u"b:1"_s}, {u"Grosse"_s, u"Large"_s, u"b:2"_s}};
     EXPECT_EQ(mergeTexts(same), QStringList());
     EXPECT_EQ(same.size(), 2u);
     const TestHome home;

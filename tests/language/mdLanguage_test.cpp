@@ -139,8 +139,8 @@ TEST_F(SystemTexts, AWriteThatChangesNoRowIsAFailureInGermanWords) {
     EXPECT_EQ(object.Status(), -1) << "a later success does not hide it";
     EXPECT_EQ(object.ErrorMessage(), u"Es wurden keine Änderungen des Wertes Language vorgenommen!"_s);
     EXPECT_EQ(object.GetLanguage(), 0);
-    EXPECT_TRUE(object.ErrorMessage().startsWith(
-        u"Error at: GetLanguage\r\nErrorNumber: 3021\r\nErrorDescription:\r\n"_s));
+    EXPECT_TRUE(
+        object.ErrorMessage().startsWith(u"Error at: GetLanguage\r\nErrorNumber: 3021\r\nErrorDescription:\r\n"_s));
     execute(u"delete from sys"_s);
     CSys other = settings();
     other.SetFormStatus(0);
@@ -215,9 +215,8 @@ TEST_F(SystemTexts, AWindowTakesTheTextsOfItsControlsTypeByType) {
                            u"bleibt"_s, u"Jahr"_s, u"Label (Original Language)"_s, u"Wave"_s, u"View"_s}));
     QFile log(home.path(u"home/Ctrl.clf"_s));
     ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(
-        log.readAll().startsWith("[frmExplorer]\r\nfrmExplorer=neu\r\nlblTitle(0)=\r\nlblTitle(1)=alt\r\n"
-                                 "lblFree=entworfen\r\n"));
+    EXPECT_TRUE(log.readAll().startsWith("[frmExplorer]\r\nfrmExplorer=neu\r\nlblTitle(0)=\r\nlblTitle(1)=alt\r\n"
+                                         "lblFree=entworfen\r\n"));
     settings().SetLanguage(0);
     mdLanguage::RefreshForms({&explorer});
     EXPECT_EQ(explorer.texts()[3], u"Los"_s);
@@ -239,9 +238,8 @@ TEST_F(SystemTexts, ControlTextsWithoutAWindowOrADatabaseFail) {
 
 TEST_F(SystemTexts, TheMakersOfTheTextsTakeOverANewerEditionAndExportAWindow) {
     SystemRows rows;
-    rows.controls = {
-        {u"frmMain"_s, u"Menu"_s, u"mnFile"_s, u"Caption"_s, std::nullopt, u"Datei"_s, u"Fiel"_s},
-        {u"frmMain"_s, u"Menu"_s, u"mnuFileMRU"_s, u"Caption"_s, 2, u"Zwei"_s, u"Two"_s}};
+    rows.controls = {{u"frmMain"_s, u"Menu"_s, u"mnFile"_s, u"Caption"_s, std::nullopt, u"Datei"_s, u"Fiel"_s},
+                     {u"frmMain"_s, u"Menu"_s, u"mnuFileMRU"_s, u"Caption"_s, 2, u"Zwei"_s, u"Two"_s}};
     make(rows);
     execute(u"insert into tblstatneu (FormName, CtrlTyp, CtrlName, Property, Deutsch, Englisch) "
             "values ('frmMain', 'Menu', 'mnFile', 'Caption', 'Datei', 'File')"_s);

@@ -12,7 +12,7 @@ std::optional<QString> next(std::deque<QString>& queue, const QString& what) {
     queue.pop_front();
     return text;
 }
-}
+} // namespace
 
 ScriptedAsker::ScriptedAsker() : before_(ui::setAsker(this)) {}
 

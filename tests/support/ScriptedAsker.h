@@ -6,8 +6,8 @@
 #include <functional>
 #include <vector>
 
-/// An asker that answers from a script and records every text shown. A box that needs a choice and has no answer left fails the
-/// running test; a box with only OK is answered and recorded.
+/// An asker that answers from a script and records every text shown. A box that needs a choice and has no answer left
+/// fails the running test; a box with only OK is answered and recorded.
 class ScriptedAsker : public ui::Asker {
 public:
     ScriptedAsker();
@@ -18,12 +18,12 @@ public:
     ScriptedAsker& input(const QString& text);
     ScriptedAsker& file(const QString& path);
 
-    std::vector<ui::Box> boxes;  ///< every box shown, in order
+    std::vector<ui::Box> boxes; ///< every box shown, in order
     std::function<void()> onEventTurn;
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> onProgress;
     QString clipboardText, clipboardHtml;
     ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
-    QStringList opened; ///< files handed to other applications
+    QStringList opened;        ///< files handed to other applications
 
     QStringList texts() const;
     /// Text of the last box, empty if none was shown.
@@ -40,7 +40,9 @@ public:
     void setClipboard(const QString& text, const QString& html) override;
     void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
     ui::Pointer pointer() const override { return pointer_; }
-    std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override { return onProgress ? onProgress(mayStop) : nullptr; }
+    std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override {
+        return onProgress ? onProgress(mayStop) : nullptr;
+    }
     void eventTurn() override;
 
 private:

@@ -29,8 +29,7 @@ void set(dao::Appender& appender, int column, const dao::Value& value) {
     }
 }
 
-void appendRow(dao::Database& database, const QString& table,
-               const std::vector<std::pair<QString, dao::Value>>& row) {
+void appendRow(dao::Database& database, const QString& table, const std::vector<std::pair<QString, dao::Value>>& row) {
     QStringList fields;
     for (const auto& cell : row)
         fields << cell.first;
@@ -99,26 +98,21 @@ void TestCatalogue::addVariable(const QString& study, const QString& name, const
            more);
 }
 
-void TestCatalogue::addValue(const QString& study, const QString& variable, const QString& code,
-                             const QString& label) {
-    add(u"tkey_Value"_s,
-        {{"fi_StudyNo", study}, {"fi_VarName", variable}, {"dt_Value", code}, {"dt_Label", label}});
+void TestCatalogue::addValue(const QString& study, const QString& variable, const QString& code, const QString& label) {
+    add(u"tkey_Value"_s, {{"fi_StudyNo", study}, {"fi_VarName", variable}, {"dt_Value", code}, {"dt_Label", label}});
 }
 
 void TestCatalogue::addOption(const QString& name, const dao::Value& value) {
     add(u"tsys_Options"_s, {{"dt_OptionName", name}, {"dt_OptionValue", value}});
 }
 
-void TestCatalogue::addCategory(const QString& view, int id, int parent, int order, const QString& name,
-                                Row more) {
+void TestCatalogue::addCategory(const QString& view, int id, int parent, int order, const QString& name, Row more) {
     append(schema::entryTableName(view),
            {{u"id"_s, id}, {u"fid"_s, parent}, {u"Order"_s, order}, {u"dt_IndicatorName"_s, name}}, more);
 }
 
-void TestCatalogue::addAssignment(const QString& view, int category, const QString& study,
-                                  const QString& variable) {
-    add(schema::assignmentTableName(view),
-        {{"fid", category}, {"fi_StudyNo", study}, {"fi_VariableNo", variable}});
+void TestCatalogue::addAssignment(const QString& view, int category, const QString& study, const QString& variable) {
+    add(schema::assignmentTableName(view), {{"fid", category}, {"fi_StudyNo", study}, {"fi_VariableNo", variable}});
 }
 
 void TestCatalogue::addCases(const QString& study, const QString& table,
@@ -234,11 +228,9 @@ void TestCatalogue::addVariables() {
                 {{"dt_VarLabel", u"Geschlecht"_s}, {"dt_EnVarLabel", u"Sex"_s}, {"dt_VarGroup", 2}});
     addVariable(u"QX1919"_s, u"V8"_s, one, {{"dt_VarLabel", u"Beruf"_s}, {"dt_EnVarLabel", u"Occupation"_s}});
     addVariable(u"QX1919"_s, u"V9"_s, two, {{"dt_VarLabel", u"Alter"_s}, {"dt_EnVarLabel", u"Age"_s}});
-    addVariable(
-        u"QX2020"_s, u"V5"_s, u"QX2020_1"_s,
-        {{"dt_VarLabel", u"Zufriedenheit"_s}, {"dt_EnVarLabel", u"Satisfaction"_s}, {"dt_Missing", u"9"_s}});
-    addVariable(u"QX2020"_s, u"V7"_s, u"QX2020_1"_s,
-                {{"dt_VarLabel", u"Geschlecht"_s}, {"dt_EnVarLabel", u"Sex"_s}});
+    addVariable(u"QX2020"_s, u"V5"_s, u"QX2020_1"_s,
+                {{"dt_VarLabel", u"Zufriedenheit"_s}, {"dt_EnVarLabel", u"Satisfaction"_s}, {"dt_Missing", u"9"_s}});
+    addVariable(u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, {{"dt_VarLabel", u"Geschlecht"_s}, {"dt_EnVarLabel", u"Sex"_s}});
     for (const QString& study : {u"QX1919"_s, u"QX2020"_s}) {
         addValue(study, u"V5"_s, u"1"_s, u"zufrieden"_s);
         addValue(study, u"V5"_s, u"2"_s, u"unzufrieden"_s);
@@ -250,9 +242,8 @@ void TestCatalogue::addVariables() {
 
 void TestCatalogue::addTrees() {
     addCategory(u"Category"_s, 1, 0, 2, u"Einstellungen"_s, {{"dt_EnIndicatorName", u"Attitudes"_s}});
-    addCategory(
-        u"Category"_s, 2, 0, 1, u"Demographie"_s,
-        {{"dt_EnIndicatorName", u"Demography"_s}, {"dt_IndicatorDescription", u"Person und Haushalt"_s}});
+    addCategory(u"Category"_s, 2, 0, 1, u"Demographie"_s,
+                {{"dt_EnIndicatorName", u"Demography"_s}, {"dt_IndicatorDescription", u"Person und Haushalt"_s}});
     addCategory(u"Category"_s, 3, 1, 1, u"Vertrauen"_s, {{"dt_EnIndicatorName", u"Trust"_s}});
     addAssignment(u"Category"_s, 1, u"QX2020"_s, u"V5"_s);
     addAssignment(u"Category"_s, 1, u"QX1919"_s, u"V5"_s);
@@ -265,8 +256,7 @@ void TestCatalogue::addTrees() {
 
 void TestCatalogue::addCaseTables() {
     const dao::Value none;
-    addCases(u"QX1919"_s, u"QX1919_1"_s,
-             {field(u"V3"_s), field(u"V5"_s), field(u"V7"_s), field(u"V8"_s, dao::dbText)},
+    addCases(u"QX1919"_s, u"QX1919_1"_s, {field(u"V3"_s), field(u"V5"_s), field(u"V7"_s), field(u"V8"_s, dao::dbText)},
              {{0.5, 1, 1, u"Lehrer"_s},
               {1.5, 1, 2, u"Bäcker"_s},
               {1.2, 2, 1, u"Lehrer"_s},

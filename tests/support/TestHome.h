@@ -3,8 +3,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A fresh world for one test: application folder and configuration in a temporary folder, decimal comma, German, no open
-/// catalogue left from before.
+/// A fresh world for one test: application folder and configuration in a temporary folder, decimal comma, German, no
+/// open catalogue left from before.
 class TestHome {
 public:
     TestHome();

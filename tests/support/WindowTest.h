@@ -10,8 +10,8 @@
 
 class TestCatalogue;
 
-/// A world for a test of windows: fresh home with the system database, a script of answers, and a watch that ends a modal
-/// window nobody expects, so that the test fails instead of hanging.
+/// A world for a test of windows: fresh home with the system database, a script of answers, and a watch that ends a
+/// modal window nobody expects, so that the test fails instead of hanging.
 class WindowTest : public testing::Test {
 protected:
     WindowTest();
@@ -20,7 +20,8 @@ protected:
     TestHome home;
     ScriptedAsker asker;
 
-    /// Copies the sample archive's catalogue into the home (its case files stay where they are) and opens it with DataPath set.
+    /// Copies the sample archive's catalogue into the home (its case files stay where they are) and opens it with
+    /// DataPath set.
     /// @return its path
     QString openSampleArchive();
     /// Loads the English texts, or goes back to the German ones, as the language menu does.

@@ -33,8 +33,9 @@ protected:
     }
 
     /// @param type dao::dbText for a text variable
-    BuildOutcome add(int entry, const QString& header, const TestRecordsets::Rows& counts, const TestRecordsets::Rows& labels = {},
-                     const QString& missing = u"9"_s, int type = dao::dbDouble) {
+    BuildOutcome add(int entry, const QString& header, const TestRecordsets::Rows& counts,
+                     const TestRecordsets::Rows& labels = {}, const QString& missing = u"9"_s,
+                     int type = dao::dbDouble) {
         table_.setCell(entry + 2, 0, header);
         const dao::RecordsetPtr c = recordsets_.make(u"c"_s, {{u"Value"_s, type}, {u"Count"_s, dao::dbDouble}}, counts);
         const dao::RecordsetPtr l =
@@ -60,16 +61,18 @@ TEST_F(ComparisonTable, EachEntryAddsAColumnAndNewValuesComeToTheirSortedPlace) 
     setUp(2);
     EXPECT_EQ(add(1, u"A, V5"_s, {{noValue, 4}, {1, 10}, {3, 20}, {9, 6}}, {{u"1"_s, u"ja"_s}, {u"9"_s, u"k.A."_s}}),
               BuildOutcome::Complete);
-    EXPECT_EQ(add(2, u"B, V5"_s, {{1, 5}, {2, 7.6}, {9, 2.5}, {noValue, 1}}, {{u"1"_s, u"yes"_s}, {u"2"_s, u"nein"_s}}, u"2"_s),
+    EXPECT_EQ(add(2, u"B, V5"_s, {{1, 5}, {2, 7.6}, {9, 2.5}, {noValue, 1}}, {{u"1"_s, u"yes"_s}, {u"2"_s, u"nein"_s}},
+                  u"2"_s),
               BuildOutcome::Complete);
-    // Totals are sums of what came, not of what is shown: 5 + 7,6 + 2,5 + 1 = 16,1. The 9 is marked by the first entry, so
-    // that of the second is not valid; its own missing value 2 is marked, since it brought it: valid is 5.
+    // Totals are sums of what came, not of what is shown: 5 + 7,6 + 2,5 + 1 = 16,1. The 9 is marked by the first entry,
+    // so that of the second is not valid; its own missing value 2 is marked, since it brought it: valid is 5.
     EXPECT_EQ(rows(table_), (QStringList{u"|SYSMIS|X|4|1"_s, u"1|ja||10|5"_s, u"2|nein|X||8"_s, u"3|||20|"_s,
                                          u"9|k.A.|X|6|3"_s, u"|Summe||40|16"_s, u"|Gültige Fälle||30|5"_s, u"||||"_s}));
     EXPECT_EQ(rows(absolute_), rows(table_));
     // Valid percent only: 10/30, 20/30, 5/5.
-    EXPECT_EQ(rows(percent_), (QStringList{u"|SYSMIS|X||"_s, u"1|ja||33,3|100,0"_s, u"2|nein|X||"_s, u"3|||66,7|"_s,
-                                           u"9|k.A.|X||"_s, u"|Summe|||"_s, u"|Gültige Fälle||100,0|100,0"_s, u"||||"_s}));
+    EXPECT_EQ(rows(percent_),
+              (QStringList{u"|SYSMIS|X||"_s, u"1|ja||33,3|100,0"_s, u"2|nein|X||"_s, u"3|||66,7|"_s, u"9|k.A.|X||"_s,
+                           u"|Summe|||"_s, u"|Gültige Fälle||100,0|100,0"_s, u"||||"_s}));
 }
 
 TEST_F(ComparisonTable, AnEntryWithoutCasesHasZeroSumsAndNoPercents) {
@@ -78,7 +81,8 @@ TEST_F(ComparisonTable, AnEntryWithoutCasesHasZeroSumsAndNoPercents) {
     add(2, u"B"_s, {{1, 2}});
     add(3, u"C"_s, {});
     EXPECT_EQ(rows(table_), (QStringList{u"1||||2|"_s, u"|Summe||0|2|0"_s, u"|Gültige Fälle||0|2|0"_s, u"|||||"_s}));
-    EXPECT_EQ(rows(percent_), (QStringList{u"1||||100,0|"_s, u"|Summe||||"_s, u"|Gültige Fälle|||100,0|"_s, u"|||||"_s}));
+    EXPECT_EQ(rows(percent_),
+              (QStringList{u"1||||100,0|"_s, u"|Summe||||"_s, u"|Gültige Fälle|||100,0|"_s, u"|||||"_s}));
 }
 
 TEST_F(ComparisonTable, LabelsFollowTheirTwoOptions) {
@@ -104,7 +108,8 @@ TEST_F(ComparisonTable, LabelsFollowTheirTwoOptions) {
 TEST_F(ComparisonTable, TextsSortAsTextsAndMarksOfTheUserHoldThroughARun) {
     setUp(1);
     add(1, u"A"_s, {{u"Bern"_s, 2}, {u"aarau"_s, 3}, {u"Zug"_s, 1}}, {}, QString(), dao::dbText);
-    EXPECT_EQ(rows(table_), (QStringList{u"aarau|||3"_s, u"Bern|||2"_s, u"Zug|||1"_s, u"|Summe||6"_s, u"|Gültige Fälle||6"_s, u"|||"_s}));
+    EXPECT_EQ(rows(table_), (QStringList{u"aarau|||3"_s, u"Bern|||2"_s, u"Zug|||1"_s, u"|Summe||6"_s,
+                                         u"|Gültige Fälle||6"_s, u"|||"_s}));
 
     // An empty text is a value like any other; only what is not there is missing. Neither takes the other's row.
     setUp(2);
@@ -128,7 +133,8 @@ TEST_F(ComparisonTable, TextsSortAsTextsAndMarksOfTheUserHoldThroughARun) {
     // A value that is gone leaves no old number behind.
     add(1, u"A"_s, {{1, 1}, {9, 4}});
     EXPECT_FALSE(userMissing_);
-    EXPECT_EQ(rows(table_), (QStringList{u"1||X|1"_s, u"2|||"_s, u"9|| |4"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s, u"|||"_s}));
+    EXPECT_EQ(rows(table_),
+              (QStringList{u"1||X|1"_s, u"2|||"_s, u"9|| |4"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s, u"|||"_s}));
     EXPECT_EQ(percent_.Cell(3, 3), u"100.0"_s);
 }
 

@@ -37,20 +37,19 @@ BuildOutcome CrosstabTest::build(const Rows& rows, int type) {
     dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
     workspace.BeginTrans();
     store(u"counts"_s, {u"A"_s, u"B"_s, u"Count"_s}, {type, type, dao::dbDouble}, rows);
-    store(u"labels"_s, {u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s},
-          {dao::dbText, dao::dbText, dao::dbText}, labels_);
+    store(u"labels"_s, {u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s}, {dao::dbText, dao::dbText, dao::dbText},
+          labels_);
     workspace.CommitTrans();
     const dao::RecordsetPtr counts = file_->OpenRecordset(u"counts"_s, dao::dbOpenSnapshot);
     const dao::RecordsetPtr labels = file_->OpenRecordset(u"labels"_s, dao::dbOpenSnapshot);
-    const CrosstabInput input{
-        .counts = *counts,
-        .labels = *labels,
-        .rowMissing = rowMissing_,
-        .columnMissing = columnMissing_,
-        .options = options_,
-        .textWidth = [](const QString& shown) { return static_cast<int>(shown.size()) * 100; },
-        .cancelled = cancelled_,
-        .onFailure = onFailure_};
+    const CrosstabInput input{.counts = *counts,
+                              .labels = *labels,
+                              .rowMissing = rowMissing_,
+                              .columnMissing = columnMissing_,
+                              .options = options_,
+                              .textWidth = [](const QString& shown) { return static_cast<int>(shown.size()) * 100; },
+                              .cancelled = cancelled_,
+                              .onFailure = onFailure_};
     return BuildCrosstabTable({shown_, column_, row_, total_, absolute_}, input, userMissing_);
 }
 

@@ -35,6 +35,5 @@ protected:
 private:
     dao::DatabasePtr file_;
 
-    void store(const QString& name, const QStringList& fields, const std::vector<int>& types,
-               const Rows& rows);
+    void store(const QString& name, const QStringList& fields, const std::vector<int>& types, const Rows& rows);
 };

@@ -55,8 +55,7 @@ TEST_F(CrosstabTest, HasNoPercentagesOfNothing) {
     EXPECT_EQ(shown_.Rows(), 4);
     EXPECT_EQ(shown_.Cell(1, 0), u"B"_s);
     build({{1, 1, 0}, {1, 2, 0.4}});
-    EXPECT_EQ(text(shown_), u"V / V ."_s)
-        << "values without cases are left out, and with the last of them the sums";
+    EXPECT_EQ(text(shown_), u"V / V ."_s) << "values without cases are left out, and with the last of them the sums";
     // A weighting that cancels out leaves sums to show, but none to relate to; and says so.
     for (int i = 0; i < 6; ++i)
         asker_.answer(ui::Answer::Ignore);
@@ -68,8 +67,8 @@ TEST_F(CrosstabTest, HasNoPercentagesOfNothing) {
     QStringList told;
     onFailure_ = [&told](const QString& place, const dao::Error&) { told << place; };
     build({{1, 1, 3}, {2, 2, -3}});
-    EXPECT_EQ(told, (QStringList{u"1, Summe"_s, u"2, Summe"_s, u"Summe, Summe"_s, u"Summe, 1"_s,
-                                 u"Summe, 2"_s, u"Summe, Summe"_s}));
+    EXPECT_EQ(told, (QStringList{u"1, Summe"_s, u"2, Summe"_s, u"Summe, Summe"_s, u"Summe, 1"_s, u"Summe, 2"_s,
+                                 u"Summe, Summe"_s}));
 }
 
 TEST_F(CrosstabTest, AsksAboutACountThatIsNoNumber) {
@@ -95,8 +94,7 @@ TEST_F(CrosstabTest, KeepsSystemMissingInOnePlaceOnEachAxis) {
                             "2nein 1 . . 1 . / S 4 6 1 11 . / V . 4 . . 4"_s.replace(u".* 1"_s, u"* 1"_s));
     options_.IncludeMissingXTab = false;
     build(rows);
-    EXPECT_EQ(text(shown_), u"1 S V / 1ja 4 4 4 / S 4 4 . / V 4 . 4"_s)
-        << "labelled, so left out of the rows too";
+    EXPECT_EQ(text(shown_), u"1 S V / 1ja 4 4 4 / S 4 4 . / V 4 . 4"_s) << "labelled, so left out of the rows too";
 }
 
 TEST_F(CrosstabTest, KeepsAMissingRowWithoutLabelButNoSuchColumn) {
@@ -110,9 +108,8 @@ TEST_F(CrosstabTest, SortsNumbersByNumberAndOtherTextsAsTexts) {
     for (const QChar separator : {u',', u'.'}) {
         NumberFormat::setDecimalSeparator(separator);
         build({{10, 2, 1}, {-1.2, 1, 1}, {-1.5, 1, 1}, {9, 1, 1}});
-        EXPECT_EQ(text(shown_).replace(separator, u'.'),
-                  u"1Ost 2West S V / -1.5 1 . 1 1 / -1.2 1 . 1 1 / "
-                  "9k.A. 1 . 1 1 / 10 . 1 1 1 / S 3 1 4 . / V 3 1 . 4"_s);
+        EXPECT_EQ(text(shown_).replace(separator, u'.'), u"1Ost 2West S V / -1.5 1 . 1 1 / -1.2 1 . 1 1 / "
+                                                         "9k.A. 1 . 1 1 / 10 . 1 1 1 / S 3 1 4 . / V 3 1 . 4"_s);
     }
     NumberFormat::setDecimalSeparator(u',');
     // An empty text is a value like others, no system-missing and no heading.
@@ -120,8 +117,7 @@ TEST_F(CrosstabTest, SortsNumbersByNumberAndOtherTextsAsTexts) {
     EXPECT_EQ(text(shown_), u". B S V / . . 2 2 2 / a 3 . 3 3 / b . 1 1 1 / S 3 3 6 . / V 3 3 . 6"_s);
     EXPECT_TRUE(asker_.boxes.empty());
     build({{u"a"_s, u"x"_s, 1}, {u" a"_s, u"x"_s, 2}}, dao::dbText);
-    EXPECT_EQ(text(shown_), u"x S V / a 1 1 1 / S 1 1 . / V 1 . 1"_s)
-        << "the first record of what reads alike";
+    EXPECT_EQ(text(shown_), u"x S V / a 1 1 1 / S 1 1 . / V 1 . 1"_s) << "the first record of what reads alike";
     EXPECT_EQ(asker_.boxes.size(), 1u) << "never without a word";
 }
 
@@ -189,9 +185,8 @@ TEST_F(CrosstabTest, CountsAgainByTheUsersMarksWhetherValidSumsStandOrNot) {
             for (int again = 0; again < 2; ++again)
                 build(rows);
             const QString valid = sums ? u" / V . 5 . 5"_s : QString();
-            EXPECT_EQ(text(shown_),
-                      sums ? u"1Ost* 2West S V / 1ja 3 1 4 1 / 2nein 2 4 6 4 / S 5 5 10 . / V . 5 . 5"_s
-                           : u"1Ost* 2West S / 1ja 3 1 4 / 2nein 2 4 6 / S 5 5 10"_s);
+            EXPECT_EQ(text(shown_), sums ? u"1Ost* 2West S V / 1ja 3 1 4 1 / 2nein 2 4 6 4 / S 5 5 10 . / V . 5 . 5"_s
+                                         : u"1Ost* 2West S / 1ja 3 1 4 / 2nein 2 4 6 / S 5 5 10"_s);
             EXPECT_EQ(column_.Cell(4, 4), u"80,0"_s);
             EXPECT_EQ(column_.Cell(3, 4), u""_s);
             EXPECT_TRUE(userMissing_);
@@ -264,17 +259,14 @@ TEST_F(CrosstabTest, HoldsWhatHoldsForAnyCases) {
         // Two parts make the whole.
         std::map<QString, double> parts;
         for (const bool small : {true, false}) {
-            build(grouped(
-                cases, [small](const CrosstabCase& one) { return (one.b < 4) == small ? one.weight : 0; }));
+            build(grouped(cases, [small](const CrosstabCase& one) { return (one.b < 4) == small ? one.weight : 0; }));
             for (int row = 3; row < shown_.Rows(); ++row)
                 for (int column = 3; column < shown_.Cols(); ++column)
-                    parts[shown_.Cell(0, row) + u'|' + shown_.Cell(column, 0)] +=
-                        shown_.Cell(column, row).toDouble();
+                    parts[shown_.Cell(0, row) + u'|' + shown_.Cell(column, 0)] += shown_.Cell(column, row).toDouble();
         }
         for (int row = 3; row < whole.Rows(); ++row)
             for (int column = 3; column < whole.Cols() - 2; ++column)
-                EXPECT_EQ(whole.Cell(column, row).toDouble(),
-                          parts[whole.Cell(0, row) + u'|' + whole.Cell(column, 0)])
+                EXPECT_EQ(whole.Cell(column, row).toDouble(), parts[whole.Cell(0, row) + u'|' + whole.Cell(column, 0)])
                     << seed;
         // Exchanged variables give the table turned over, row percentages for column percentages.
         std::vector<CrosstabCase> flipped = cases;

@@ -85,8 +85,7 @@ protected:
         const dao::RecordsetPtr r = stat(rows);
         const double m = Mean(*r, x, weight, missing);
         dao::Value mode;
-        Mode(mode, x, weight, false, missing,
-             [this](const QString& sql) { return file_->OpenRecordset(sql); });
+        Mode(mode, x, weight, false, missing, [this](const QString& sql) { return file_->OpenRecordset(sql); });
         return {Count(*r, x, weight),
                 Minimum(*r, x, missing),
                 Maximum(*r, x, missing),
@@ -102,12 +101,10 @@ protected:
                 Percentile75(*r, x, weight, missing)};
     }
 
-    static void expectNear(const std::vector<double>& ours, const std::vector<double>& theirs,
-                           double relative) {
+    static void expectNear(const std::vector<double>& ours, const std::vector<double>& theirs, double relative) {
         ASSERT_EQ(ours.size(), theirs.size());
         for (size_t i = 0; i < ours.size(); ++i)
-            EXPECT_NEAR(ours[i], theirs[i], relative * std::max(1.0, std::fabs(theirs[i])))
-                << "statistic " << i;
+            EXPECT_NEAR(ours[i], theirs[i], relative * std::max(1.0, std::fabs(theirs[i]))) << "statistic " << i;
     }
 };
 
@@ -150,35 +147,35 @@ TEST_F(Statistics, OfHandWorkedCases) {
         {{{4, 1}, {unknown, 1}, {5, 1}, {2, 1}, {5, 1}, {9, 1}, {4, 1}, {8, 1}, {5, 1}},
          none,
          u"9"_s,
-         {9, 2, 8, 33.0 / 7, std::sqrt(68.0 / 21), 7, 33, 726.0 / 343 / std::pow(136.0 / 49, 1.5),
-          14695.0 / 4624, 5, 4, 5, 5}},
+         {9, 2, 8, 33.0 / 7, std::sqrt(68.0 / 21), 7, 33, 726.0 / 343 / std::pow(136.0 / 49, 1.5), 14695.0 / 4624, 5, 4,
+          5, 5}},
         {{{1, 1}, {2, 1}, {3, 1}}, none, none, {3, 1, 3, 2, 1, 3, 6, 0, 1.5, 1, 1, 2, 3}},
         // p = 1.25 and 3.75; W / 2 = 2 is whole, so the median lies between the second and the third.
         {{{8, 1}, {4, 1}, {2, 1}, {1, 1}},
          none,
          none,
-         {4, 1, 8, 3.75, std::sqrt(115.0 / 12), 4, 15, 405.0 / 32 / std::pow(115.0 / 16, 1.5),
-          25141.0 / 13225, 1, 1.25, 3, 7}},
+         {4, 1, 8, 3.75, std::sqrt(115.0 / 12), 4, 15, 405.0 / 32 / std::pow(115.0 / 16, 1.5), 25141.0 / 13225, 1, 1.25,
+          3, 7}},
         // W = 4. The powers' sums take no weights: S2 = S4 = 2, so the kurtosis is 0.5 / 0.25.
         {{{1, 2}, {3, 2}}, w, none, {4, 1, 3, 2, std::sqrt(4.0 / 3), 4, 8, 0, 2, 1, 1.5, 2, 3}},
         // W = 5: 2 is exceeded on 1; p = 1.5 and 4.5: 1 + 3·0.5 and 4 + 1·0.5. The mode counts rows.
         {{{5, 1}, {1, 3}, {4, 1}},
          w,
          none,
-         {5, 1, 5, 2.4, std::sqrt(3.8), 5, 12, 2366.0 / 625 / std::pow(282.0 / 125, 1.5), 29215.0 / 13254, 1,
-          2.5, 1, 4.5}},
+         {5, 1, 5, 2.4, std::sqrt(3.8), 5, 12, 2366.0 / 625 / std::pow(282.0 / 125, 1.5), 29215.0 / 13254, 1, 2.5, 1,
+          4.5}},
         // Broken weights and a zero: 2 is reached on 2, the next case is the one without weight.
         {{{6, 1}, {3, 0}, {1, 0.5}, {2, 2.5}},
          w,
          none,
-         {4, 1, 6, 2.875, std::sqrt(215.0 / 48), 4, 11.5, 2977.0 / 512 / std::pow(225.0 / 64, 1.5),
-          36971.0 / 16875, 1, 2.25, 2.5, 2.75}},
+         {4, 1, 6, 2.875, std::sqrt(215.0 / 48), 4, 11.5, 2977.0 / 512 / std::pow(225.0 / 64, 1.5), 36971.0 / 16875, 1,
+          2.25, 2.5, 2.75}},
         // Equal values stay in the order of the rows: W / 2 = 2 is reached on the second 1, and 2 is next.
         {{{1, 1}, {1, 2}, {2, 1}},
          w,
          none,
-         {4, 1, 2, 1.25, 0.5, 4, 5, 0.390625 / 4 / std::pow(0.171875, 1.5),
-          0.32421875 / 4 / (0.171875 * 0.171875), 1, 1, 1.5, 1.75}},
+         {4, 1, 2, 1.25, 0.5, 4, 5, 0.390625 / 4 / std::pow(0.171875, 1.5), 0.32421875 / 4 / (0.171875 * 0.171875), 1,
+          1, 1.5, 1.75}},
         {{{7, 1}, {8, 1}}, none, u"7 thru 8"_s, {2, 0, 0, 0, 0, 0, 0, 0, 0, -1, 0, 0, 0}},
         {{}, none, none, {0, 0, 0, 0, 0, 0, 0, 0, 0, -1, 0, 0, 0}},
     };
@@ -205,7 +202,8 @@ TEST_F(Statistics, LoseNoDigitsInSums) {
 TEST_F(Statistics, OfEqualValuesHaveNoSpreadAndNoShape) {
     const QString x = u"VAR"_s;
     // None of these is a binary fraction, so neither are most of their sums what their multiples should be.
-    const std::vector<std::pair<double, int>> constants{{0.1, 3}, {0.7, 3}, {3.3, 6}, {123.456, 10}, {9.9, 13}, {-0.1, 3}};
+    const std::vector<std::pair<double, int>> constants{{0.1, 3},      {0.7, 3},  {3.3, 6},
+                                                        {123.456, 10}, {9.9, 13}, {-0.1, 3}};
     for (const auto& [value, count] : constants)
         for (const QString& weight : {QString(), u"W2"_s}) {
             SCOPED_TRACE(testing::Message() << count << " times " << value << (weight.isEmpty() ? "" : ", weighted"));
@@ -229,8 +227,7 @@ TEST_F(Statistics, RaiseWhatCannotBeComputed) {
     EXPECT_EQ(deviation({{1, unknown}}), 94);
     weightType_ = dao::dbText;
     EXPECT_EQ(deviation({{1, u"x"_s}}), 13);
-    EXPECT_EQ(deviation({{unknown, u"x"_s}, {1, u"2"_s}, {2, u"2,0"_s}}), 0)
-        << "a weight of no case that counts";
+    EXPECT_EQ(deviation({{unknown, u"x"_s}, {1, u"2"_s}, {2, u"2,0"_s}}), 0) << "a weight of no case that counts";
     EXPECT_EQ(errorOf([&] { mdStats::Count(*stat({{unknown, u"x"_s}, {1, u"2"_s}}), x, w); }), 13);
     type_ = dao::dbText;
     EXPECT_EQ(deviation({{u"x"_s, u"1"_s}}), 13);
@@ -304,15 +301,14 @@ TEST_F(Statistics, OneRowAStatistic) {
     using enum Statistic;
     missing_ = u"9"_s;
     EXPECT_EQ(build({{4, 1}, {5, 1}, {9, 1}, {unknown, 1}},
-                    {Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance,
-                     Skewness, Kurtosis, Mode, Median, Percentiles}),
+                    {Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance, Skewness,
+                     Kurtosis, Mode, Median, Percentiles}),
               BuildOutcome::Complete);
-    EXPECT_EQ(lines(),
-              (QStringList{u"|Statistik|Wert"_s, u"|Count|4,00"_s, u"|Minimum|4,00"_s, u"|Maximum|5,00"_s,
-                           u"|ArithmeticMean|4,50"_s, u"|StandardDeviation|0,71"_s, u"|ValidN|2,00"_s,
-                           u"|Range|1,00"_s, u"|Sum|9,00"_s, u"|Variance|0,50"_s, u"|Skewness|0,00"_s,
-                           u"|Kurtosis|1,00"_s, u"|Mode|4,00"_s, u"|Median|4,50"_s, u"|25%-Percentile|4,75"_s,
-                           u"|50%-Percentile|4,50"_s, u"|75%-Percentile|5,00"_s}));
+    EXPECT_EQ(lines(), (QStringList{u"|Statistik|Wert"_s, u"|Count|4,00"_s, u"|Minimum|4,00"_s, u"|Maximum|5,00"_s,
+                                    u"|ArithmeticMean|4,50"_s, u"|StandardDeviation|0,71"_s, u"|ValidN|2,00"_s,
+                                    u"|Range|1,00"_s, u"|Sum|9,00"_s, u"|Variance|0,50"_s, u"|Skewness|0,00"_s,
+                                    u"|Kurtosis|1,00"_s, u"|Mode|4,00"_s, u"|Median|4,50"_s, u"|25%-Percentile|4,75"_s,
+                                    u"|50%-Percentile|4,50"_s, u"|75%-Percentile|5,00"_s}));
     EXPECT_EQ(table_.ColWidth(2), 2000);
     EXPECT_EQ(table_.CellAlignment(2, 3), ResultTable::RightTop);
 
@@ -365,17 +361,16 @@ TEST_F(Statistics, OneRowAGroup) {
     build(rows, {Count, Range, Mode, Percentiles});
     // A Null group equals nothing; a group of missing values has its count only; the mode is that of all
     // cases.
-    EXPECT_EQ(lines(), (QStringList{u"V6|Count|Range|Mode|25%-Percentile|50%-Percentile|75%-Percentile"_s,
-                                    u"|0,0|||||"_s, u"-1|1,0|||||"_s, u"2,5|2,0|4,0|5,0|7,0|6,0|8,0"_s,
-                                    u"10|2,0|2,0|5,0|6,5|6,0|7,0"_s}));
+    EXPECT_EQ(lines(),
+              (QStringList{u"V6|Count|Range|Mode|25%-Percentile|50%-Percentile|75%-Percentile"_s, u"|0,0|||||"_s,
+                           u"-1|1,0|||||"_s, u"2,5|2,0|4,0|5,0|7,0|6,0|8,0"_s, u"10|2,0|2,0|5,0|6,5|6,0|7,0"_s}));
     EXPECT_EQ(table_.ColWidth(3), 1500);
     EXPECT_EQ(table_.ColAlignment(1), ResultTable::RightTop);
     // 5 stands twice, all other values once; so the mode would be 5 in every group.
     groupType_ = dao::dbText;
     build({{4, 1, u"it's \"b\""_s}, {6, 1, u"Älter"_s}, {8, 1, u"älter"_s}, {1, 1, u""_s}, {2, 1, unknown}},
           {Count, Sum});
-    EXPECT_EQ(lines().mid(1),
-              (QStringList{u"|0,0|"_s, u"|1,0|1,0"_s, u"it's \"b\"|1,0|4,0"_s, u"Älter|2,0|14,0"_s}));
+    EXPECT_EQ(lines().mid(1), (QStringList{u"|0,0|"_s, u"|1,0|1,0"_s, u"it's \"b\"|1,0|4,0"_s, u"Älter|2,0|14,0"_s}));
 }
 
 TEST_F(Statistics, LeaveACellEmptyAndGoOn) {
@@ -384,8 +379,8 @@ TEST_F(Statistics, LeaveACellEmptyAndGoOn) {
     asker_.answer(ui::Answer::Retry).answer(ui::Answer::Ignore);
     EXPECT_EQ(build({{5, 1}}, wanted), BuildOutcome::Complete);
     EXPECT_EQ(asker_.texts(), QStringList(2, u"11\r\nDivision by zero"_s));
-    EXPECT_EQ(lines().mid(1), (QStringList{u"|ArithmeticMean|5,00"_s, u"|StandardDeviation|"_s,
-                                           u"|Sum|5,00"_s, u"|Variance|"_s}));
+    EXPECT_EQ(lines().mid(1),
+              (QStringList{u"|ArithmeticMean|5,00"_s, u"|StandardDeviation|"_s, u"|Sum|5,00"_s, u"|Variance|"_s}));
     asker_.answer(ui::Answer::Abort);
     EXPECT_EQ(build({{5, 1}}, wanted), BuildOutcome::Aborted);
     // A weight that cannot be read: the count asks, then the number of valid cases, without which there is

@@ -35,17 +35,16 @@ protected:
             recordsets_.make(u"counts"_s, {{u"Value"_s, dao::dbDouble}, {u"Count"_s, dao::dbDouble}}, rows);
         const dao::RecordsetPtr labels =
             recordsets_.make(u"labels"_s, {{u"dt_Value"_s, dao::dbText}, {u"dt_Label"_s, dao::dbText}}, labels_);
-        const FrequencyInput input{
-            .counts = *counts,
-            .labels = *labels,
-            .dtMissing = dtMissing_,
-            .CumulatedPercent = cumulated_,
-            .SeparateValidCases = separate_,
-            .CommaInPercent = comma_,
-            .AutoColWidth = autoWidth_,
-            .textWidth = [](const QString& text) { return static_cast<int>(text.size()) * 100; },
-            .cancelled = cancelled_,
-            .onFailure = onFailure_};
+        const FrequencyInput input{.counts = *counts,
+                                   .labels = *labels,
+                                   .dtMissing = dtMissing_,
+                                   .CumulatedPercent = cumulated_,
+                                   .SeparateValidCases = separate_,
+                                   .CommaInPercent = comma_,
+                                   .AutoColWidth = autoWidth_,
+                                   .textWidth = [](const QString& text) { return static_cast<int>(text.size()) * 100; },
+                                   .cancelled = cancelled_,
+                                   .onFailure = onFailure_};
         return BuildFrequencyTable(table_, input, userMissing_);
     }
 
@@ -70,21 +69,19 @@ TEST_F(FrequencyTable, ShowsValuesLabelsMarksAndPercentagesOfAllAndOfValidCases)
 
 TEST_F(FrequencyTable, RestsOnRoundedCountsWithWeights) {
     EXPECT_EQ(build({{1, 2.4}, {2, 2.4}}), BuildOutcome::Complete);
-    EXPECT_EQ(rows().mid(1),
-              (QStringList{u"1|ja||2|40,0|50,0|50,0"_s, u"2|nein||2|40,0|50,0|100,0"_s,
-                           u"|Summe||5|80,0|100,0|"_s, u"||||||"_s, u"|Gültige Fälle||5|||"_s}));
+    EXPECT_EQ(rows().mid(1), (QStringList{u"1|ja||2|40,0|50,0|50,0"_s, u"2|nein||2|40,0|50,0|100,0"_s,
+                                          u"|Summe||5|80,0|100,0|"_s, u"||||||"_s, u"|Gültige Fälle||5|||"_s}));
 }
 
 TEST_F(FrequencyTable, LeavesPercentagesOutWhereThereIsNoBase) {
     dtMissing_ = u"1 thru 2"_s;
     build({{1, 4}, {2, 1}});
-    EXPECT_EQ(rows().mid(1),
-              (QStringList{u"1|ja|X|4|80,0| |"_s, u"2|nein|X|1|20,0| |"_s, u"|Summe||5|100,0|0,0|"_s,
-                           u"||||||"_s, u"|Gültige Fälle||0|||"_s}));
+    EXPECT_EQ(rows().mid(1), (QStringList{u"1|ja|X|4|80,0| |"_s, u"2|nein|X|1|20,0| |"_s, u"|Summe||5|100,0|0,0|"_s,
+                                          u"||||||"_s, u"|Gültige Fälle||0|||"_s}));
     dtMissing_ = u""_s;
     build({{1, 0.0}});
-    EXPECT_EQ(rows().mid(1), (QStringList{u"1|ja||0|||"_s, u"|Summe||0|0,0|0,0|"_s, u"||||||"_s,
-                                          u"|Gültige Fälle||0|||"_s}));
+    EXPECT_EQ(rows().mid(1),
+              (QStringList{u"1|ja||0|||"_s, u"|Summe||0|0,0|0,0|"_s, u"||||||"_s, u"|Gültige Fälle||0|||"_s}));
     EXPECT_EQ(build({}), BuildOutcome::Empty);
     EXPECT_EQ(table_.Rows(), 2);
 }
@@ -92,10 +89,13 @@ TEST_F(FrequencyTable, LeavesPercentagesOutWhereThereIsNoBase) {
 TEST_F(FrequencyTable, GoesOnWithoutPercentagesOfValidCasesThatCancelOut) {
     dtMissing_ = u"9"_s;
     const Rows counts{{1, 2}, {2, -2}, {9, 5}};
-    const QStringList expected{u"1|ja||2|40,0||"_s, u"2|nein||-2|-40,0||"_s, u"9|keine Angabe|X|5|100,0| |"_s,
-                               u"|Summe||5|100,0|0,0|"_s, u"||||||"_s, u"|Gültige Fälle||0|||"_s};
+    const QStringList expected{
+        u"1|ja||2|40,0||"_s, u"2|nein||-2|-40,0||"_s,  u"9|keine Angabe|X|5|100,0| |"_s, u"|Summe||5|100,0|0,0|"_s,
+        u"||||||"_s,         u"|Gültige Fälle||0|||"_s};
     QStringList told;
-    onFailure_ = [&](const QString& place, const dao::Error& error) { told << place + u' ' + QString::number(error.number()); };
+    onFailure_ = [&](const QString& place, const dao::Error& error) {
+        told << place + u' ' + QString::number(error.number());
+    };
     EXPECT_EQ(build(counts), BuildOutcome::Complete);
     EXPECT_EQ(rows().mid(1), expected);
     EXPECT_EQ(told, (QStringList{u"1, Gült.Prozent 11"_s, u"1, Kumul.Prozent 11"_s, u"2, Gült.Prozent 11"_s,
@@ -126,12 +126,10 @@ TEST_F(FrequencyTable, SortsByNumberUnderEitherSeparatorWhateverTheOrderOfArriva
 
 TEST_F(FrequencyTable, WarnsOncePerStretchOfUnknownCounts) {
     build({{1, null}, {2, null}, {3, 7}, {4, null}});
-    EXPECT_EQ(asker_.texts(),
-              QStringList(2, u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
+    EXPECT_EQ(asker_.texts(), QStringList(2, u"Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s));
     // The counts ended within a stretch: one row stays empty before the sums.
-    EXPECT_EQ(rows().mid(1),
-              (QStringList{u"3|||7|100,0|100,0|100,0"_s, u"||||||"_s, u"|Summe||7|100,0|100,0|"_s,
-                           u"||||||"_s, u"|Gültige Fälle||7|||"_s}));
+    EXPECT_EQ(rows().mid(1), (QStringList{u"3|||7|100,0|100,0|100,0"_s, u"||||||"_s, u"|Summe||7|100,0|100,0|"_s,
+                                          u"||||||"_s, u"|Gültige Fälle||7|||"_s}));
 }
 
 TEST_F(FrequencyTable, TakesExactly25000Values) {
@@ -172,10 +170,9 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
     build(counts);
     EXPECT_FALSE(userMissing_);
     // A cumulated percentage of a row marked since stays where it was, in the same separator as the rest.
-    EXPECT_EQ(rows().mid(1),
-              (QStringList{u"-3|||1|10.0|20.0|20.0"_s, u"|SYSMIS|X|2|20.0| |"_s, u"1|ja|X|3|30.0| |100.0"_s,
-                           u"9|keine Angabe| |4|40.0|80.0|100.0"_s, u"|Summe||10|100.0|100.0|"_s, u"||||||"_s,
-                           u"|Gültige Fälle||5|||"_s}));
+    EXPECT_EQ(rows().mid(1), (QStringList{u"-3|||1|10.0|20.0|20.0"_s, u"|SYSMIS|X|2|20.0| |"_s,
+                                          u"1|ja|X|3|30.0| |100.0"_s, u"9|keine Angabe| |4|40.0|80.0|100.0"_s,
+                                          u"|Summe||10|100.0|100.0|"_s, u"||||||"_s, u"|Gültige Fälle||5|||"_s}));
     // Where there is no base any more, no percentage of the run before may stay.
     userMissing_ = true;
     build({{null, 0.0}, {-3, 0.0}, {1, 0.0}, {9, 0.0}});
@@ -190,9 +187,8 @@ TEST_F(FrequencyTable, FollowsItsOptions) {
     cumulated_ = separate_ = false;
     autoWidth_ = true;
     build({{1, 1}, {2, 3}});
-    EXPECT_EQ(rows(),
-              (QStringList{u"Wert|Ausprägung|Missing|Anzahl|Prozent|Gült.Prozent"_s, u"1|ja||1|25,0|25,0"_s,
-                           u"2|nein||3|75,0|75,0"_s, u"|Summe||4|100,0|100,0"_s, u"|Gültige Fälle||4||"_s}));
+    EXPECT_EQ(rows(), (QStringList{u"Wert|Ausprägung|Missing|Anzahl|Prozent|Gült.Prozent"_s, u"1|ja||1|25,0|25,0"_s,
+                                   u"2|nein||3|75,0|75,0"_s, u"|Summe||4|100,0|100,0"_s, u"|Gültige Fälle||4||"_s}));
     // 1.2 times the width, 50 more in the header and in the sum row: "Wert" 4, "Gültige Fälle" 13,
     // "Gült.Prozent" 12 characters.
     EXPECT_EQ(table_.ColWidth(0), 530);

@@ -23,7 +23,7 @@ QString takeAll(std::FILE* file) {
     return QString::fromUtf8(all);
 }
 
-}
+} // namespace
 
 VdxResult runVdx(const QStringList& arguments) {
     std::FILE* out = std::tmpfile();

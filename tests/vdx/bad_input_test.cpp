@@ -26,7 +26,8 @@ protected:
             made_.addStudy(u"QGONE"_s, u"Gewicht nicht da"_s, {{"fid", u"0"_s}, {"dt_WeightRE", u"GONE"_s}});
             made_.addVariable(u"QGONE"_s, u"V1"_s, u"QW_1"_s);
             made_.addStudy(u"QW"_s, u"Gewichte"_s, {{"fid", u"0"_s}});
-            for (const QString& name : {u"V1"_s, u"WTEXT"_s, u"WNULL"_s, u"WMINUS"_s, u"WZERO"_s, u"WSPLIT"_s, u"größe"_s})
+            for (const QString& name :
+                 {u"V1"_s, u"WTEXT"_s, u"WNULL"_s, u"WMINUS"_s, u"WZERO"_s, u"WSPLIT"_s, u"größe"_s})
                 made_.addVariable(u"QW"_s, name, u"QW_1"_s);
             made_.addStudy(u"QMANY"_s, u"viele Werte"_s, {{"fid", u"0"_s}});
             made_.addVariable(u"QMANY"_s, u"MANY"_s, u"QMANY_1"_s);
@@ -39,21 +40,17 @@ protected:
                 made_.addVariable(study, u"W1"_s, study + u"_1"_s);
             }
         });
-        const auto number = [](const QString& name) {
-            return dao::TableDef::CreateField(name, dao::dbDouble);
-        };
+        const auto number = [](const QString& name) { return dao::TableDef::CreateField(name, dao::dbDouble); };
         made_.addCases(u"QW"_s, u"QW_1"_s,
-                       {number(u"V1"_s), dao::TableDef::CreateField(u"WTEXT"_s, dao::dbText),
-                        number(u"WNULL"_s), number(u"WMINUS"_s), number(u"WZERO"_s), number(u"WSPLIT"_s),
-                        number(u"größe"_s)},
+                       {number(u"V1"_s), dao::TableDef::CreateField(u"WTEXT"_s, dao::dbText), number(u"WNULL"_s),
+                        number(u"WMINUS"_s), number(u"WZERO"_s), number(u"WSPLIT"_s), number(u"größe"_s)},
                        {{1, u"x"_s, {}, -2, 0, 1, 1}, {1, u"y"_s, {}, -2, 0, 1, 1}, {2, u"z"_s, {}, 3, 0, -2, 1}});
         std::vector<std::vector<dao::Value>> many;
         for (int i = 1; i <= 25'001; ++i)
             many.push_back({i});
         made_.addCases(u"QMANY"_s, u"QMANY_1"_s, {number(u"MANY"_s)}, many);
         for (int i = 1; i <= queries_.size(); ++i)
-            made_.addCases(u"QQ%1"_s.arg(i), u"QQ%1_1"_s.arg(i), {number(u"V1"_s), number(u"W1"_s)},
-                           {{1, 2}});
+            made_.addCases(u"QQ%1"_s.arg(i), u"QQ%1_1"_s.arg(i), {number(u"V1"_s), number(u"W1"_s)}, {{1, 2}});
     }
 
     VdxResult run(const QString& line) const {
@@ -96,8 +93,7 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
         QString line, words; ///< words on standard error, the frame of an error report left out
         int status = 1;
     };
-    const QString syntax = u"Syntax error in query expression: "_s,
-                  few = u"Too few parameters. Expected 1. "_s;
+    const QString syntax = u"Syntax error in query expression: "_s, few = u"Too few parameters. Expected 1. "_s;
     const QString folder = made_.dataFolder();
     for (const Case& c : std::initializer_list<Case>{
              {u"QNONE|V1"_s, u"Varidex: '%1/QNONE.mdb' nicht gefunden."_s.arg(folder)},
@@ -114,11 +110,9 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
              {u"QW|V1|--filter|V1=1;"_s, syntax},
              {u"QW|V1|--filter|V1 = 1;"_s, u"Varidex: Unerlaubtes Zeichen: ;"_s},
              {u"QW|V1|--filter|V1="_s, syntax + u"expected an expression, found 'GROUP'"_s},
-             {u"QW|V1|--filter|V1 1"_s,
-              syntax + u"expected an operator or the end of the statement, found '1'"_s},
+             {u"QW|V1|--filter|V1 1"_s, syntax + u"expected an operator or the end of the statement, found '1'"_s},
              {u"QW|V1|--filter|(V1=1"_s, syntax + u"expected an operator or ')', found 'GROUP'"_s},
-             {u"QW|V1|--filter|V1=1)"_s,
-              syntax + u"expected an operator or the end of the statement, found ')'"_s},
+             {u"QW|V1|--filter|V1=1)"_s, syntax + u"expected an operator or the end of the statement, found ')'"_s},
              {u"QW|V1|--filter| "_s, syntax + u"expected an expression, found 'GROUP'"_s},
              {u"QW|V1|--part|9"_s, u"Studie QW hat keinen Datensatz-Teil 9."_s},
              // the study's query
@@ -128,14 +122,12 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
              {u"QQ3|V1"_s, u"Could not find file '%1/QQ99.mdb'."_s.arg(folder)},
              {u"QQ4|V1"_s, few + u"('NOFIELD')"_s},
              {u"QQ5|V1"_s, few + u"('q.ID')"_s},
-             {u"QQ6|V1|--weight|W1"_s,
-              syntax + u"expected an operator or the end of the statement, found 'WHERE'"_s},
+             {u"QQ6|V1|--weight|W1"_s, syntax + u"expected an operator or the end of the statement, found 'WHERE'"_s},
              {u"QQ7|V1"_s, syntax + u"the query 'q' is no SELECT"_s},
              {u"QMANY|MANY"_s, u"Varidex: 25000 Zeilen erreicht, Abbruch"_s},
              // wrong usage, in the language of the run
              {u"QW|V1|--filter|V1=1|--part|1"_s, u"vdx: --filter und --part schließen einander aus"_s, 2},
-             {u"QW|V1|--set|X=1"_s,
-              u"vdx: --set X=1: Eine Option dieses Namens gibt es nicht (Form: KEY=VALUE)"_s, 2},
+             {u"QW|V1|--set|X=1"_s, u"vdx: --set X=1: Eine Option dieses Namens gibt es nicht (Form: KEY=VALUE)"_s, 2},
              {u"QW|V1|--set|IncludeMissing=maybe"_s,
               u"vdx: --set IncludeMissing=maybe: Die Option nimmt diesen Wert nicht an"_s, 2},
              {u"QW|V1|--format|xml"_s, u"--format: xml not in {text,csv,json}"_s, 2},
@@ -146,8 +138,7 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
         EXPECT_EQ(result.out, QString());
         EXPECT_TRUE(wordsOf(result.err).startsWith(c.words)) << result.err.toStdString();
     }
-    EXPECT_TRUE(
-        run(u"frequency|@|QW|V1|--set|X=1|--language|en"_s).err.startsWith(u"vdx: --set X=1: there is no"_s));
+    EXPECT_TRUE(run(u"frequency|@|QW|V1|--set|X=1|--language|en"_s).err.startsWith(u"vdx: --set X=1: there is no"_s));
 }
 
 // Two cases of 1 and one of 2; weights -2, -2, 3; 0; 1, 1, -2; Null. What can be counted is, and a table without cases
@@ -161,13 +152,12 @@ TEST_F(BadInput, isCountedWhereItCanBe) {
     for (const Case& c : std::initializer_list<Case>{
              {u"V1"_s, head + label + u"2,\"66,7\",\"66,7\",\"66,7\"\r\n2,"_s, {}},
              {u"größe"_s, head + u"1,,,3,\"100,0\",\"100,0\",\"100,0\"\r\n,Summe,,3,"_s, {}},
-             {u"V1|--weight|WMINUS"_s,
-              head + label + u"-4,\"400,0\",\"400,0\",\"400,0\"\r\n2,,,3,\"-300,0\""_s,
-              {}},
+             {u"V1|--weight|WMINUS"_s, head + label + u"-4,\"400,0\",\"400,0\",\"400,0\"\r\n2,,,3,\"-300,0\""_s, {}},
              {u"V1|--weight|WZERO"_s, head + label + u"0,,,\r\n2,,,0,,,\r\n,Summe,,0,\"0,0\",\"0,0\","_s, {}},
              {u"V1|größe|--weight|WSPLIT"_s,
-              head + label + u"2,,,\r\n2,,,-2,,,\r\n,Summe,,0,\"0,0\",\"0,0\",\r\n,,,,,,\r\n,Gültige Fälle,,0,,,\r\n\r\n"_s + head +
-                  u"1,,,0,,,\r\n"_s,
+              head + label +
+                  u"2,,,\r\n2,,,-2,,,\r\n,Summe,,0,\"0,0\",\"0,0\",\r\n,,,,,,\r\n,Gültige Fälle,,0,,,\r\n\r\n"_s +
+                  head + u"1,,,0,,,\r\n"_s,
               u"V1, 1, Gült.Prozent ist nicht zu berechnen (11 Division by zero), die Zelle bleibt leer."_s},
              {u"V1|--weight|WNULL"_s, head + u",,,,,,\r\n"_s,
               u"Varidex: Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s},

@@ -21,7 +21,7 @@ protected:
     }
 };
 
-}
+} // namespace
 
 TEST_F(Commands, aFrequencyTableIsTheOneWorkedByHand) {
     // V5: 1 1 2 2 9 and one system-missing; 9 is missing by definition. The weights of V3 add up to the same counts.
@@ -38,27 +38,31 @@ TEST_F(Commands, aFrequencyTableIsTheOneWorkedByHand) {
     EXPECT_EQ(run(request + QStringList{u"--weight"_s, u"re"_s}).out, table);
     EXPECT_EQ(run(request + QStringList{u"--weight"_s, u"V3"_s}).out, table);
 
-    const VdxResult filtered =
-        run({u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--filter"_s, u"V9<60"_s, u"--missing"_s, u"none"_s,
-             u"--format"_s, u"json"_s, u"--sql"_s});
+    const VdxResult filtered = run({u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--filter"_s, u"V9<60"_s,
+                                    u"--missing"_s, u"none"_s, u"--format"_s, u"json"_s, u"--sql"_s});
     EXPECT_EQ(filtered.status, 0);
     EXPECT_EQ(filtered.out.count(u'\n'), 2);
-    EXPECT_TRUE(filtered.out.contains(u"QX1919, V5: Zufriedenheit (N=3) (ausgewählte Fälle: V9<60)"_s)) << filtered.out.toStdString();
+    EXPECT_TRUE(filtered.out.contains(u"QX1919, V5: Zufriedenheit (N=3) (ausgewählte Fälle: V9<60)"_s))
+        << filtered.out.toStdString();
     EXPECT_TRUE(filtered.err.contains(u"q: SELECT QX1919_1.dt_CaseID AS ID FROM QX1919_1;"_s));
-    EXPECT_TRUE(filtered.err.contains(u"counts: SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 "
-                                      u"ON q.ID = QX1919_1.dt_CaseID) INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE "
-                                      u"QX1919_2.V9<60 GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
+    EXPECT_TRUE(filtered.err.contains(
+        u"counts: SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 "
+        u"ON q.ID = QX1919_1.dt_CaseID) INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE "
+        u"QX1919_2.V9<60 GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
 }
 
 TEST_F(Commands, listsShowWhatTheWindowsWillShow) {
-    EXPECT_TRUE(run({u"studies"_s, u"@"_s, u"--format"_s, u"csv"_s}).out.startsWith(u"study,title,title_en,year,group,weight_re,"_s));
+    EXPECT_TRUE(run({u"studies"_s, u"@"_s, u"--format"_s, u"csv"_s})
+                    .out.startsWith(u"study,title,title_en,year,group,weight_re,"_s));
     const QString variables = run({u"variables"_s, u"@"_s, u"QX1919"_s, u"--format"_s, u"csv"_s}).out;
     EXPECT_TRUE(variables.startsWith(u"position,name,label,label_en,table,field,missing,group\r\n"_s));
-    EXPECT_TRUE(variables.contains(u"V5,Zufriedenheit,Satisfaction,QX1919_1,V5,9,Welle 1\r\n"_s)) << variables.toStdString();
+    EXPECT_TRUE(variables.contains(u"V5,Zufriedenheit,Satisfaction,QX1919_1,V5,9,Welle 1\r\n"_s))
+        << variables.toStdString();
     EXPECT_EQ(run({u"tree"_s, u"@"_s, u"--view"_s, u"2"_s, u"--format"_s, u"csv"_s}).out,
               u"key,parent,level,text\r\nB0,,0,Kategorien\r\nB2,B0,1,Demographie\r\nB1,B0,1,Einstellungen\r\n"
               u"B3,B1,2,Vertrauen\r\n"_s);
-    const QString list = run({u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B1"_s, u"--format"_s, u"csv"_s}).out;
+    const QString list =
+        run({u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B1"_s, u"--format"_s, u"csv"_s}).out;
     EXPECT_EQ(list, u"VN,SN,WE,SY,VL,EL\r\nV5,QX1919,Welle 1,1919,Zufriedenheit,Satisfaction\r\n"
                     u"V5,QX2020,,2020,Zufriedenheit,Satisfaction\r\n"_s);
 }
@@ -81,23 +85,29 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {{u"tree"_s, u"@"_s, u"--view"_s, u"7"_s}, 1, u"Der Katalog hat keine Ansicht 7."_s},
         {{u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B77"_s}, 1, u"Ansicht 2 hat keinen Eintrag B77."_s},
         {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},
-        {{u"frequency"_s, u"@"_s, u"QX2020"_s, u"V5"_s, u"--weight"_s, u"re"_s}, 1, u"Studie QX2020 hat kein Repräsentativgewicht."_s},
+        {{u"frequency"_s, u"@"_s, u"QX2020"_s, u"V5"_s, u"--weight"_s, u"re"_s},
+         1,
+         u"Studie QX2020 hat kein Repräsentativgewicht."_s},
         {v5 + QStringList{u"--filter"_s, u"V99=1"_s}, 1, u"V99 nicht gefunden"_s},
         {v5 + QStringList{u"--filter"_s, u"V7 = 1;"_s}, 1, u"Unerlaubtes Zeichen: ;"_s},
         {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Syntax error"_s},
         {v5 + QStringList{u"--missing"_s, u"neun"_s}, 1, u"13"_s},
-        {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u"Data type mismatch in criteria expression: W2"_s},  // a text
+        {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u"Data type mismatch in criteria expression: W2"_s}, // a text
         {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
         {v5 + QStringList{u"--format"_s, u"xml"_s}, 2, u"xml"_s},
         // What stands for a choice from a list is a name, whatever signs it has.
         {{u"frequency"_s, u"@"_s, u"x' OR '1'='1"_s, u"V5"_s}, 1, u"Studie x' OR '1'='1 nicht gefunden."_s},
-        {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"x' OR '1'='1"_s}, 1, u"Variable x' OR '1'='1 nicht gefunden in Studie QX1919."_s},
+        {{u"frequency"_s, u"@"_s, u"QX1919"_s, u"x' OR '1'='1"_s},
+         1,
+         u"Variable x' OR '1'='1 nicht gefunden in Studie QX1919."_s},
         {v5 + QStringList{u"--weight"_s, u"x' OR 'a'='a"_s}, 1, u"Gewichtungsvariable x' OR 'a'='a nicht gefunden"_s},
         {v5 + QStringList{u"--part"_s, u"9"_s}, 1, u"keinen Datensatz-Teil 9.\nTeil 1: Teil A\n"_s},
         {{u"bogus"_s}, 2, u"There is no command bogus"_s},
         {{u"frequency"_s, u"@"_s}, 2, u""_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V5"_s}, 1, u"Doppelte Variablen"_s},
-        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V55"_s}, 1, u"Variable V55 nicht gefunden in Studie QX1919."_s},
+        {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V55"_s},
+         1,
+         u"Variable V55 nicht gefunden in Studie QX1919."_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s}, 2, u"COLVAR"_s},
         {{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--show"_s, u"n"_s}, 2, u"--show"_s},
     };
@@ -118,19 +128,23 @@ TEST_F(Commands, casesThatLieElsewhereThanInTheTypedFolderAreNamed) {
     for (const QStringList& command : {QStringList{u"frequency"_s, catalogue_, u"QX2020"_s, u"V5"_s},
                                        QStringList{u"compare"_s, catalogue_, u"--entry"_s, u"QX2020 V5"_s}}) {
         SCOPED_TRACE(command[0].toStdString());
-        const auto from = [&](const QString& folder) { return runVdx(command + QStringList{u"--language"_s, u"de"_s, u"--data"_s, folder}); };
+        const auto from = [&](const QString& folder) {
+            return runVdx(command + QStringList{u"--language"_s, u"de"_s, u"--data"_s, folder});
+        };
         EXPECT_EQ(from(data_).err, QString());
         EXPECT_EQ(from(empty).err, u"Die Fälle von QX2020 liegen nicht in %1; gezählt wird %2.\n"_s.arg(empty, beside));
         EXPECT_EQ(from(empty).status, 0);
         const VdxResult refused = from(none);
         EXPECT_EQ(refused.status, 2);
         EXPECT_EQ(refused.out, QString());
-        EXPECT_TRUE(refused.err.startsWith(u"vdx: --data %1: Den Ordner gibt es nicht\n"_s.arg(none))) << refused.err.toStdString();
+        EXPECT_TRUE(refused.err.startsWith(u"vdx: --data %1: Den Ordner gibt es nicht\n"_s.arg(none)))
+            << refused.err.toStdString();
     }
 }
 
 TEST_F(Commands, aCrosstabIsShownInTheViewsAskedFor) {
-    // V5 by V7, which is 1 and 2 in turn; the labelled missing 9 of V5 is left out, its system-missing is shown as missing.
+    // V5 by V7, which is 1 and 2 in turn; the labelled missing 9 of V5 is left out, its system-missing is shown as
+    // missing.
     const QStringList request{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--format"_s, u"csv"_s};
     const QString absolute = u",V7,,1,2,Summe,Gült. Summe\r\n"
                              u"V5,,,männlich,weiblich,,\r\n"
@@ -146,11 +160,14 @@ TEST_F(Commands, aCrosstabIsShownInTheViewsAskedFor) {
     EXPECT_EQ(all.out.count(u"V5,,,"_s), 4);
     EXPECT_TRUE(all.out.contains(u"Gült. Summe,,,\"50,0%\",\"50,0%\",,\"100,0%\"\r\n"_s));
     const VdxResult flipped = run(QStringList{request} << u"--flip"_s << u"--set"_s << u"IncludeMissingXTab=1"_s);
-    EXPECT_TRUE(flipped.out.contains(u",,Missing,X,,,X,,\r\n1,männlich,,,1,1,1,3,2\r\n"_s)) << flipped.out.toStdString();
-    const VdxResult text = run({u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--weight"_s, u"re"_s, u"--show"_s, u"row"_s});
+    EXPECT_TRUE(flipped.out.contains(u",,Missing,X,,,X,,\r\n1,männlich,,,1,1,1,3,2\r\n"_s))
+        << flipped.out.toStdString();
+    const VdxResult text =
+        run({u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--weight"_s, u"re"_s, u"--show"_s, u"row"_s});
     EXPECT_EQ(text.status, 0);
-    EXPECT_TRUE(text.out.startsWith(
-        u"QX1919, V5: Zufriedenheit nach V7: Geschlecht (gewichtet nach V3), Zeilenprozente\n"_s)) << text.out.toStdString();
+    EXPECT_TRUE(
+        text.out.startsWith(u"QX1919, V5: Zufriedenheit nach V7: Geschlecht (gewichtet nach V3), Zeilenprozente\n"_s))
+        << text.out.toStdString();
 }
 
 TEST_F(Commands, aReadOnlyCatalogueIsAnalysedAndNoRunChangesAFile) {
@@ -167,7 +184,8 @@ TEST_F(Commands, aReadOnlyCatalogueIsAnalysedAndNoRunChangesAFile) {
 TEST_F(Commands, helpTellsWhatToTypeOnEveryLevel) {
     const VdxResult program = runVdx({u"--help"_s});
     EXPECT_EQ(program.status, 0);
-    for (const QString& command : {u"import"_s, u"build"_s, u"studies"_s, u"variables"_s, u"tree"_s, u"list"_s, u"frequency"_s, u"crosstab"_s}) {
+    for (const QString& command :
+         {u"import"_s, u"build"_s, u"studies"_s, u"variables"_s, u"tree"_s, u"list"_s, u"frequency"_s, u"crosstab"_s}) {
         EXPECT_TRUE(program.out.contains(command));
         const VdxResult help = runVdx({command, u"--help"_s});
         EXPECT_EQ(help.status, 0);

@@ -40,19 +40,21 @@ const QString twoColumns = u"Wert,Ausprägung,Missing,\"QX1919, V5, 1919\",\"QX2
 } // namespace
 
 TEST_F(Compare, StudiesSideBySideAreKeptLoadedAndDeletedByName) {
-    const QStringList entries{u"compare"_s, u"--entry"_s, u"QX1919 V5"_s, u"--entry"_s, u"QX2020 V5 weight=none filter=V7=1 "_s};
+    const QStringList entries{u"compare"_s, u"--entry"_s, u"QX1919 V5"_s, u"--entry"_s,
+                              u"QX2020 V5 weight=none filter=V7=1 "_s};
     const QByteArray before = bytes();
     EXPECT_EQ(run(entries).out, twoColumns);
     EXPECT_TRUE(bytes() == before) << "an analysis writes nothing";
-    EXPECT_EQ(run(entries + QStringList{u"--show"_s, u"column"_s}).out.split(u"\r\n"_s)[2], u"1,zufrieden,,\"50,0\",\"50,0\""_s);
+    EXPECT_EQ(run(entries + QStringList{u"--show"_s, u"column"_s}).out.split(u"\r\n"_s)[2],
+              u"1,zufrieden,,\"50,0\",\"50,0\""_s);
 
     EXPECT_EQ(run(entries + QStringList{u"--title"_s, u"Wie zufrieden"_s, u"--save"_s, u"Vergleich 1"_s}).status, 0);
     const VdxResult twice = run(entries + QStringList{u"--save"_s, u"vergleich 1"_s});
     EXPECT_EQ(twice.status, 1);
     EXPECT_TRUE(twice.err.contains(u"Name bereits vorhanden."_s)) << twice.err.toStdString();
-    EXPECT_EQ(run({u"comparisons"_s}).out,
-              u"name,title,entries\r\nVergleich 1,Wie zufrieden,\"QX1919, V5: V5: Zufriedenheit / QX2020, V5: V5: Zufriedenheit "
-              u"(ausgewählte Fälle: V7=1)\"\r\n"_s);
+    EXPECT_EQ(run({u"comparisons"_s}).out, u"name,title,entries\r\nVergleich 1,Wie zufrieden,\"QX1919, V5: V5: "
+                                           u"Zufriedenheit / QX2020, V5: V5: Zufriedenheit "
+                                           u"(ausgewählte Fälle: V7=1)\"\r\n"_s);
     EXPECT_EQ(run({u"compare"_s, u"--load"_s, u"Vergleich 1"_s}).out, twoColumns);
     EXPECT_EQ(run({u"compare"_s, u"--delete"_s, u"Vergleich 1"_s}).status, 0);
     const VdxResult gone = run({u"compare"_s, u"--load"_s, u"Vergleich 1"_s});

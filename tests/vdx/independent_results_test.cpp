@@ -11,8 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-// Frequency tables of real survey files, compared with what PSPP counts in them. The other program knows no rounding of counts, so its
-// exact counts are rounded here by the rule of the table: percentages rest on counts rounded per cell.
+// Frequency tables of real survey files, compared with what PSPP counts in them. The other program knows no rounding of
+// counts, so its exact counts are rounded here by the rule of the table: percentages rest on counts rounded per cell.
 
 namespace {
 
@@ -24,7 +24,7 @@ struct Expected {
 };
 
 struct ExpectedTable {
-    QHash<QString, QString> facts;  // of the comment lines
+    QHash<QString, QString> facts; // of the comment lines
     std::vector<Expected> rows;
 };
 
@@ -86,7 +86,7 @@ QStringList optionsOf(const QHash<QString, QString>& facts) {
     const QString weight = facts[u"weight"_s];
     if (weight != u"OFF") {
         options << u"--weight"_s << weight;
-        conditions << weight + u">0"_s;  // the other program leaves these cases out
+        conditions << weight + u">0"_s; // the other program leaves these cases out
     }
     if (!conditions.isEmpty())
         options << u"--filter"_s << u'(' + conditions.join(u") AND ("_s) + u')';
@@ -127,7 +127,7 @@ void compare(const ExpectedTable& expected, const QJsonObject& table) {
             }
             bool number = false;
             row.value.toDouble(&number);
-            if (number) {  // labels of text values are not looked up
+            if (number) { // labels of text values are not looked up
                 EXPECT_EQ(cell[1].toString(), row.label) << what;
             }
         }
@@ -137,7 +137,7 @@ void compare(const ExpectedTable& expected, const QJsonObject& table) {
     EXPECT_EQ(cells.size(), matched + 4);
 }
 
-}
+} // namespace
 
 TEST(IndependentResults, frequenciesOfRealFilesAgreeWithPspp) {
     const QDir results(sharedData + u"/results"_s);
@@ -148,13 +148,13 @@ TEST(IndependentResults, frequenciesOfRealFilesAgreeWithPspp) {
     for (const QString& name : results.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QString catalogue = home.path(u"survey.mdb"_s);
         const QString study = u"S"_s + QString(name).remove(u'_');
-        const VdxResult import = runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s, u"--study"_s,
-                                         study, u"--language"_s, u"de"_s});
+        const VdxResult import = runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s,
+                                         u"--study"_s, study, u"--language"_s, u"de"_s});
         ASSERT_EQ(import.status, 0) << import.err.toStdString();
         const QDir folder(results.filePath(name));
         for (const QString& file : folder.entryList({u"freq_*.csv"_s})) {
             if (file.startsWith(u"freq_edu_"))
-                continue;  // a text variable with a code declared missing, which a definition cannot express
+                continue; // a text variable with a code declared missing, which a definition cannot express
             SCOPED_TRACE((name + u'/' + file).toStdString());
             const ExpectedTable expected = readExpected(folder.filePath(file));
             const VdxResult run = runVdx(QStringList{u"frequency"_s, catalogue, study, expected.facts[u"variable"_s]} +
@@ -171,12 +171,12 @@ namespace {
 
 struct ExpectedCell {
     QString row, column;
-    double count = 0;  // rounded
+    double count = 0; // rounded
 };
 
 struct ExpectedCrosstab {
     QHash<QString, QString> facts;
-    std::vector<ExpectedCell> cells;  // without sums
+    std::vector<ExpectedCell> cells; // without sums
     QHash<QString, double> rowSums, columnSums;
     double sum = 0;
 };
@@ -211,13 +211,15 @@ int positionOf(const QString& value, int count, CellAt&& cellAt) {
 }
 
 /// @param percentages of the columns, rows and of all
-void compare(const ExpectedCrosstab& expected, const QJsonObject& absolute, const std::vector<QJsonObject>& percentages) {
+void compare(const ExpectedCrosstab& expected, const QJsonObject& absolute,
+             const std::vector<QJsonObject>& percentages) {
     const auto at = [](const QJsonObject& table, int column, int row) {
         return table[u"cells"_s].toArray()[row].toArray()[column].toString();
     };
     const auto find = [&](const QJsonObject& table, const ExpectedCell& cell) {
-        return std::pair{positionOf(cell.column, table[u"columns"_s].toInt(), [&](int i, int k) { return at(table, i, k); }),
-                         positionOf(cell.row, table[u"rows"_s].toInt(), [&](int i, int k) { return at(table, k, i); })};
+        return std::pair{
+            positionOf(cell.column, table[u"columns"_s].toInt(), [&](int i, int k) { return at(table, i, k); }),
+            positionOf(cell.row, table[u"rows"_s].toInt(), [&](int i, int k) { return at(table, k, i); })};
     };
     double found = 0;
     for (const ExpectedCell& cell : expected.cells) {
@@ -232,14 +234,15 @@ void compare(const ExpectedCrosstab& expected, const QJsonObject& absolute, cons
         for (size_t view = 0; view < 3; ++view) {
             const auto [c, r] = find(percentages[view], cell);
             ASSERT_TRUE(c > 0 && r > 0) << what;
-            EXPECT_EQ(at(percentages[view], c, r), oneDecimal(QString::number(cell.count, 'f', 0), bases[view])) << what;
+            EXPECT_EQ(at(percentages[view], c, r), oneDecimal(QString::number(cell.count, 'f', 0), bases[view]))
+                << what;
         }
     }
     // Nothing beyond what the other program counts.
     EXPECT_EQ(found, at(absolute, absolute[u"columns"_s].toInt() - 1, absolute[u"rows"_s].toInt() - 1).toDouble());
 }
 
-}
+} // namespace
 
 TEST(IndependentResults, crosstabsOfRealFilesAgreeWithPspp) {
     const QDir results(sharedData + u"/results"_s);
@@ -250,11 +253,13 @@ TEST(IndependentResults, crosstabsOfRealFilesAgreeWithPspp) {
     for (const QString& name : results.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QString catalogue = home.path(u"survey.mdb"_s);
         const QString study = u"S"_s + QString(name).remove(u'_');
-        ASSERT_EQ(runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s, u"--study"_s, study}).status, 0);
+        ASSERT_EQ(
+            runVdx({u"import"_s, catalogue, sharedData + u"/sav/"_s + name + u".sav"_s, u"--study"_s, study}).status,
+            0);
         const QDir folder(results.filePath(name));
         for (const QString& file : folder.entryList({u"xtab_*.csv"_s})) {
             if (file.contains(u"_edu_"_s))
-                continue;  // see above
+                continue; // see above
             SCOPED_TRACE((name + u'/' + file).toStdString());
             const ExpectedCrosstab expected = readExpectedCrosstab(folder.filePath(file));
             const VdxResult run = runVdx(QStringList{u"crosstab"_s, catalogue, study, expected.facts[u"rows"_s],

@@ -37,7 +37,7 @@ QString printed(TablePrinter::Format format, int times) {
     return QString::fromUtf8(bytes);
 }
 
-}
+} // namespace
 
 TEST(TablePrinter, csvQuotesWhatRfc4180QuotesAndPartsTablesByAnEmptyLine) {
     const QString table = u"Wert,Ausprägung,Anzahl\r\n1,\"Ja, \"\"gern\"\"\",12\r\n,\"日本\nzwei\",3\r\n"_s;
@@ -46,7 +46,8 @@ TEST(TablePrinter, csvQuotesWhatRfc4180QuotesAndPartsTablesByAnEmptyLine) {
 
 TEST(TablePrinter, jsonIsOneObjectALine) {
     const QString object =
-        u"{\"cells\":[[\"Wert\",\"Ausprägung\",\"Anzahl\"],[\"1\",\"Ja, \\\"gern\\\"\",\"12\"],[\"\",\"日本\\nzwei\",\"3\"]],"
+        u"{\"cells\":[[\"Wert\",\"Ausprägung\",\"Anzahl\"],[\"1\",\"Ja, "
+        u"\\\"gern\\\"\",\"12\"],[\"\",\"日本\\nzwei\",\"3\"]],"
         u"\"columns\":3,\"fixedColumns\":1,\"fixedRows\":1,\"rows\":3,\"tag\":\"Frequency\",\"title\":\"Titel \\\"A\\\"\"}\n"_s;
     EXPECT_EQ(printed(TablePrinter::Format::Json, 2), object + object);
 }

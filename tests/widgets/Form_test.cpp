@@ -29,8 +29,9 @@ Widget* named(QWidget& parent, const QString& name, const QString& text) {
 QStringList lines(const Form& form) {
     QStringList all;
     for (const ControlText& place : form.controls())
-        all << place.type + u' ' + place.name + (place.index ? u'(' + QString::number(*place.index) + u')' : QString()) +
-                   u' ' + place.property + u'=' + place.text;
+        all << place.type + u' ' + place.name +
+                   (place.index ? u'(' + QString::number(*place.index) + u')' : QString()) + u' ' + place.property +
+                   u'=' + place.text;
     all.sort();
     return all;
 }
@@ -54,11 +55,10 @@ TEST_F(WindowTest, AFormKnowsEachPlaceThatShowsAText) {
     fonts->setProperty("Tag", u"user_defined"_s);
     fonts->addItem(u"Arial"_s);
 
-    EXPECT_EQ(lines(form),
-              (QStringList{u"ComboBox cmbFont(0) Caption=Arial"_s, u"CommandButton cmdOK Caption=Ja"_s,
-                           u"CommandButton cmdOK ToolTipText=Tipp"_s, u"Form frmSample Caption="_s,
-                           u"OptionButton Option3(2) Caption=Haushalt"_s, u"SSTab SSTab(0) Caption=eins"_s,
-                           u"SSTab SSTab(1) Caption=zwei"_s}));
+    EXPECT_EQ(lines(form), (QStringList{u"ComboBox cmbFont(0) Caption=Arial"_s, u"CommandButton cmdOK Caption=Ja"_s,
+                                        u"CommandButton cmdOK ToolTipText=Tipp"_s, u"Form frmSample Caption="_s,
+                                        u"OptionButton Option3(2) Caption=Haushalt"_s, u"SSTab SSTab(0) Caption=eins"_s,
+                                        u"SSTab SSTab(1) Caption=zwei"_s}));
     for (const ControlText& place : form.controls())
         form.setControlText(place, u"neu"_s);
     for (const QString& line : lines(form))

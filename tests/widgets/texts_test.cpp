@@ -114,12 +114,30 @@ const TextsWindow textsWindows[] = {
 };
 
 /// Texts that are the same word in both languages.
-const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s, u"OK"_s,     u"Explorer"_s,     u"Proportional:"_s, u"Variable"_s,
-                                  u"Count"_s, u"Minimum"_s, u"Maximum"_s, u"Arithmetic Mean"_s, u"Standard Deviation"_s,
-                                  u"Valid N"_s, u"Range"_s, u"Sum"_s, u"Kurtosis"_s, u"Mode"_s, u"Median"_s,
-                                  u"Quartiles"_s, u"Missing Values"_s,
-                                  u"Filter"_s, u"ShowCards"_s, u"AaBbCc ÄäÖöÜüß 0123456789"_s,
-                                  u"Varidex"_s, u"Deutsch"_s,      u"English"_s};
+const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s,
+                                  u"OK"_s,
+                                  u"Explorer"_s,
+                                  u"Proportional:"_s,
+                                  u"Variable"_s,
+                                  u"Count"_s,
+                                  u"Minimum"_s,
+                                  u"Maximum"_s,
+                                  u"Arithmetic Mean"_s,
+                                  u"Standard Deviation"_s,
+                                  u"Valid N"_s,
+                                  u"Range"_s,
+                                  u"Sum"_s,
+                                  u"Kurtosis"_s,
+                                  u"Mode"_s,
+                                  u"Median"_s,
+                                  u"Quartiles"_s,
+                                  u"Missing Values"_s,
+                                  u"Filter"_s,
+                                  u"ShowCards"_s,
+                                  u"AaBbCc ÄäÖöÜüß 0123456789"_s,
+                                  u"Varidex"_s,
+                                  u"Deutsch"_s,
+                                  u"English"_s};
 
 /// Places that have no row by rule: what they show is made at run time or is the same in any language.
 const QStringList textsByRule = {
@@ -216,14 +234,16 @@ void expectRoomForAll(const Form& form, const QString& where) {
         if (!widget->isVisible())
             continue;
         const auto* area = qobject_cast<QScrollArea*>(widget);
-        EXPECT_TRUE(!area || area->widget()->width() <= area->viewport()->width()) << qPrintable(place) << "scrolls sideways";
+        EXPECT_TRUE(!area || area->widget()->width() <= area->viewport()->width())
+            << qPrintable(place) << "scrolls sideways";
         QRegion taken;
         for (int i = 0; widget->layout() && i < widget->layout()->count(); ++i) {
             QLayoutItem* item = widget->layout()->itemAt(i);
             if (item->isEmpty() || qobject_cast<QStackedLayout*>(widget->layout()))
                 continue;
             const QRect part = item->geometry();
-            const QString name = place + (item->widget() ? item->widget()->objectName() : QString()) + u" in "_s + widget->objectName();
+            const QString name =
+                place + (item->widget() ? item->widget()->objectName() : QString()) + u" in "_s + widget->objectName();
             EXPECT_FALSE(taken.intersects(part)) << qPrintable(name) << " lies over its neighbour";
             EXPECT_TRUE(widget->rect().contains(part)) << qPrintable(name) << " reaches beyond";
             EXPECT_GE(part.height(), item->minimumSize().height()) << qPrintable(name);
@@ -314,8 +334,9 @@ TEST_F(WindowTexts, AReaderOfTheScreenHasANameForWhateverTakesTheKeyboard) {
             settle();
             for (QWidget* widget : form->widget().findChildren<QWidget*>()) {
                 // Tabs and menus have their texts one by one, and what drops down speaks for what it drops from.
-                const bool spoken = widget->inherits("QTabBar") || widget->inherits("QTabWidget") || widget->inherits("QMenu") ||
-                                    widget->inherits("QMdiArea") || widget->window() != form->widget().window() ||
+                const bool spoken = widget->inherits("QTabBar") || widget->inherits("QTabWidget") ||
+                                    widget->inherits("QMenu") || widget->inherits("QMdiArea") ||
+                                    widget->window() != form->widget().window() ||
                                     qobject_cast<QComboBox*>(widget->parentWidget());
                 if (spoken || widget->focusProxy() || !(widget->focusPolicy() & Qt::TabFocus))
                     continue;
@@ -369,7 +390,8 @@ TEST_F(WindowTexts, NothingIsCutOrScrolledSidewaysInsideTheMainWindowWithALargeF
             auto* analysis = frmAuswertung::openFrom(explorer);
             analysis->model().StudyClick(u"SV2018"_s);
             analysis->model().chooseVariable(u"LZUFR"_s);
-            for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Crosstab, AnalysisMode::Descriptives, AnalysisMode::Comparison}) {
+            for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Crosstab, AnalysisMode::Descriptives,
+                                            AnalysisMode::Comparison}) {
                 analysis->model().chooseMode(mode);
                 analysis->optionsApplied();
                 settle();

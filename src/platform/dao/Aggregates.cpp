@@ -13,7 +13,7 @@ namespace {
 constexpr int overflow = 6;
 
 /// What an aggregate remembers between the rows of a group, all zero before the first; null when there is no memory.
-template <typename Memory>
+template<typename Memory>
 Memory* memoryOf(sqlite3_context* context) {
     auto* memory = static_cast<Memory*>(sqlite3_aggregate_context(context, sizeof(Memory)));
     if (memory == nullptr) {
@@ -32,9 +32,9 @@ void refuseText(sqlite3_context* context, sqlite3_value* value) {
 /// What a sum has seen of its rows.
 struct Sum {
     CompensatedSum total;
-    qint64 whole;  ///< the same, exactly, while all are whole and it fits
+    qint64 whole; ///< the same, exactly, while all are whole and it fits
     qint64 count;
-    bool broken;   ///< `whole` holds no longer
+    bool broken; ///< `whole` holds no longer
 };
 
 void addToSum(sqlite3_context* context, int, sqlite3_value** values) {
@@ -109,7 +109,7 @@ void addToSpread(sqlite3_context* context, int, sqlite3_value** values) {
 }
 
 /// @param Less  one for a sample's variance, which takes one value more than it divides by
-template <int Less, bool Root>
+template<int Less, bool Root>
 void endSpread(sqlite3_context* context) {
     const auto* const spread = static_cast<const Spread*>(sqlite3_aggregate_context(context, 0));
     if (spread == nullptr || spread->count <= Less) {
@@ -135,7 +135,7 @@ constexpr AggregateFunction aggregates[] = {
     {"vx_stdevp", addToSpread, endSpread<0, true>},
 };
 
-}
+} // namespace
 
 int registerAggregates(sqlite3* connection) {
     int result = SQLITE_OK;
@@ -148,4 +148,4 @@ int registerAggregates(sqlite3* connection) {
     return result;
 }
 
-}
+} // namespace dao

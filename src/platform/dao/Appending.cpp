@@ -33,9 +33,8 @@ FileAppender::FileAppender(DatabaseFilePtr file, const TableInfo& table, const Q
     QStringList names;
     QStringList places;
     for (const QString& field : fields) {
-        const auto column = std::find_if(table.columns.begin(), table.columns.end(), [&](const ColumnInfo& one) {
-            return sameName(one.name, field);
-        });
+        const auto column = std::find_if(table.columns.begin(), table.columns.end(),
+                                         [&](const ColumnInfo& one) { return sameName(one.name, field); });
         if (column == table.columns.end()) {
             raiseEngineError(3265, field);
         }
@@ -222,4 +221,4 @@ void FileCompanion::close() {
     use_.reset();
 }
 
-}
+} // namespace dao

@@ -25,8 +25,8 @@ private:
 
     DatabaseFilePtr file_;
     std::unique_ptr<Attachments::Use> use_;
-    QString table_;   ///< its name for SQLite
-    QString target_;  ///< with the fields
+    QString table_;  ///< its name for SQLite
+    QString target_; ///< with the fields
     std::vector<int> types_;
     std::unique_ptr<Statement> insert_, insertBlock_;
 };
@@ -52,4 +52,4 @@ private:
     std::unique_ptr<Attachments::Use> use_;
 };
 
-}
+} // namespace dao

@@ -38,9 +38,9 @@ const Attachments::File& Attachments::reachNew(const QString& path, Use& use) {
     return attach(DatabaseLocation::findNew(path), true, use);
 }
 
-/// The file that was found at just this path and still lies there as it did: a file that was changed since, or another one
-/// that has its number now, has another time of change. A path that is spelled otherwise may lead elsewhere by now, and is
-/// looked up anew.
+/// The file that was found at just this path and still lies there as it did: a file that was changed since, or another
+/// one that has its number now, has another time of change. A path that is spelled otherwise may lead elsewhere by now,
+/// and is looked up anew.
 std::shared_ptr<Attachments::File> Attachments::knownAt(const QString& path) const {
     for (const auto& file : files_) {
         if (file->location.path == path) {
@@ -105,8 +105,7 @@ void Attachments::open(File& file, bool create) {
     const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
     int result = attachAs(wanted);
     const bool unfinished = result == SQLITE_READONLY_ROLLBACK || result == SQLITE_READONLY_RECOVERY;
-    const bool refused =
-        !unfinished && ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY);
+    const bool refused = !unfinished && ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY);
     if (wanted == Mode::ReadOnly && refused && file.location.isQuiet()) {
         result = attachAs(Mode::Immutable);
     }
@@ -124,19 +123,20 @@ void Attachments::open(File& file, bool create) {
         file.stamp.clear(); // no database; told by whoever reads it
     }
     if (create) {
-        file.location = DatabaseLocation::findNew(file.location.path);  // now that it is there
+        file.location = DatabaseLocation::findNew(file.location.path); // now that it is there
     }
 }
 
-/// Two equal ones tell that nothing was written into the file between: it is the same file, not touched since, and the count
-/// of changes in its head, by which SQLite itself knows whether what it has read still holds, is the same. Empty where
-/// nothing tells: the changes of a file in WAL mode lie elsewhere.
+/// Two equal ones tell that nothing was written into the file between: it is the same file, not touched since, and the
+/// count of changes in its head, by which SQLite itself knows whether what it has read still holds, is the same. Empty
+/// where nothing tells: the changes of a file in WAL mode lie elsewhere.
 QByteArray Attachments::stampOf(const File& file) const {
-    constexpr int begin = 18, size = 22, walVersion = 2;  // from the versions of the format to the list of free pages
+    constexpr int begin = 18, size = 22, walVersion = 2; // from the versions of the format to the list of free pages
     const QByteArray schema = file.schema.mid(1, file.schema.size() - 2).toUtf8();
     sqlite3_file* content = nullptr;
     QByteArray head(size, '\0');
-    if (sqlite3_file_control(connection_.handle(), schema.constData(), SQLITE_FCNTL_FILE_POINTER, &content) != SQLITE_OK ||
+    if (sqlite3_file_control(connection_.handle(), schema.constData(), SQLITE_FCNTL_FILE_POINTER, &content) !=
+            SQLITE_OK ||
         content == nullptr || content->pMethods == nullptr ||
         content->pMethods->xRead(content, head.data(), size, begin) != SQLITE_OK || head[0] == walVersion) {
         return {};
@@ -197,4 +197,4 @@ void Attachments::letGo(const QString& schema) {
     }
 }
 
-}
+} // namespace dao

@@ -76,8 +76,7 @@ BoundStatement bindStatement(const tree::Statement& statement, SchemaSource& sch
 BoundStatement bindName(const QString& tableOrQuery, SchemaSource& schema) {
     BindContext context(schema);
     BoundStatement bound;
-    const std::optional<QString> query =
-        schema.findTable(tableOrQuery) ? std::nullopt : schema.findQuery(tableOrQuery);
+    const std::optional<QString> query = schema.findTable(tableOrQuery) ? std::nullopt : schema.findQuery(tableOrQuery);
     if (query) {
         const tree::Statement statement = FromBinder::openQuery(tableOrQuery, *query, context);
         bound = bindSelect(*statement.select, context);
@@ -89,8 +88,7 @@ BoundStatement bindName(const QString& tableOrQuery, SchemaSource& schema) {
     return bound;
 }
 
-QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement,
-                        SchemaSource& schema) {
+QString bindCriteriaSql(const tree::Expression& criteria, const BoundStatement& statement, SchemaSource& schema) {
     Scope scope;
     scope.add(recordsetSource(statement.columns, statement.columnSql));
     BindContext context(schema);

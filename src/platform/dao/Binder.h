@@ -18,8 +18,8 @@ struct TableInfo {
     QString schema;  ///< the file's alias, quoted
     QString sqlName; ///< qualified and quoted for SQLite, such as "ln2"."QX1_1"
     std::vector<ColumnInfo> columns;
-    QString rowKey; ///< what names a row for editing, an identifier as SQLite takes it (rowid or a quoted key
-                    ///< column), written without its table; empty if none
+    QString rowKey;         ///< what names a row for editing, an identifier as SQLite takes it (rowid or a quoted key
+                            ///< column), written without its table; empty if none
     QStringList keyColumns; ///< of the declared primary key
     bool isLink = false;
     bool readOnly = false;

@@ -14,9 +14,8 @@ bool sameExpression(const BoundExpression& a, const BoundExpression& b) {
                       : a.kind == Kind::Function  ? a.function == b.function
                       : a.kind == Kind::Aggregate ? a.aggregate == b.aggregate
                                                   : a.select == b.select;
-    return same &&
-           std::equal(a.arguments.begin(), a.arguments.end(), b.arguments.begin(),
-                      [](const auto& left, const auto& right) { return sameExpression(*left, *right); });
+    return same && std::equal(a.arguments.begin(), a.arguments.end(), b.arguments.begin(),
+                              [](const auto& left, const auto& right) { return sameExpression(*left, *right); });
 }
 
 bool holdsAggregate(const BoundExpression& expression) {

@@ -17,9 +17,9 @@ enum class Aggregate {
     Average,
     Minimum,
     Maximum,
-    Variance,           ///< of a sample: by the number of values less one
+    Variance, ///< of a sample: by the number of values less one
     VarianceOfAll,
-    Deviation,          ///< of a sample
+    Deviation, ///< of a sample
     DeviationOfAll
 };
 

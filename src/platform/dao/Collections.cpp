@@ -17,7 +17,7 @@ DatabaseFilePtr openOwner(const std::weak_ptr<DatabaseFile>& owner) {
     return file;
 }
 
-template <typename Item>
+template<typename Item>
 Item itemNamed(const std::vector<Item>& items, const QString& name) {
     for (const Item& item : items) {
         if (sameName(item->Name(), name)) {
@@ -27,7 +27,7 @@ Item itemNamed(const std::vector<Item>& items, const QString& name) {
     return nullptr;
 }
 
-template <typename Item>
+template<typename Item>
 Item itemAt(const std::vector<Item>& items, int index) {
     if (index < 0 || index >= static_cast<int>(items.size())) {
         raiseEngineError(3265, QString::number(index));
@@ -35,7 +35,7 @@ Item itemAt(const std::vector<Item>& items, int index) {
     return items[static_cast<size_t>(index)];
 }
 
-template <typename Item>
+template<typename Item>
 Item requireItem(const std::vector<Item>& items, const QString& name) {
     const Item item = itemNamed(items, name);
     if (!item) {
@@ -44,7 +44,7 @@ Item requireItem(const std::vector<Item>& items, const QString& name) {
     return item;
 }
 
-}
+} // namespace
 
 // TableDef
 
@@ -122,9 +122,8 @@ const std::vector<TableDefPtr>& TableDefs::items() const {
     for (const TableDefPtr& item : items) {
         item->owner_ = owner_.weak_from_this();
     }
-    std::sort(items.begin(), items.end(), [](const TableDefPtr& a, const TableDefPtr& b) {
-        return compareTexts(a->Name(), b->Name()) < 0;
-    });
+    std::sort(items.begin(), items.end(),
+              [](const TableDefPtr& a, const TableDefPtr& b) { return compareTexts(a->Name(), b->Name()) < 0; });
     items_ = std::move(items);
     current_ = true;
     return items_;
@@ -253,4 +252,4 @@ void QueryDefs::Refresh() {
     owner_.TableDefs().Refresh();
 }
 
-}
+} // namespace dao

@@ -19,4 +19,4 @@ private:
     double sum_ = 0, lost_ = 0;
 };
 
-}
+} // namespace dao

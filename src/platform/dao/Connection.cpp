@@ -25,11 +25,11 @@ qint64 milliseconds() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
 }
 
-}
+} // namespace
 
 Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode mode) {
-    constexpr int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX |
-                          SQLITE_OPEN_EXRESCODE;
+    constexpr int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
     // The mode of the URI narrows the flags.
     const int result = sqlite3_open_v2(location.uri(mode).constData(), &handle_, flags, nullptr);
     try {
@@ -191,8 +191,8 @@ int Connection::onBusy(void* self, int count) {
 Statement::Statement(Connection& connection, const QString& sql, Purpose purpose)
     : connection_(connection), purpose_(purpose) {
     const QByteArray utf8 = sql.toUtf8();
-    const int result = sqlite3_prepare_v2(connection.handle(), utf8.constData(), static_cast<int>(utf8.size()) + 1,
-                                          &handle_, nullptr);
+    const int result =
+        sqlite3_prepare_v2(connection.handle(), utf8.constData(), static_cast<int>(utf8.size()) + 1, &handle_, nullptr);
     if (result != SQLITE_OK) {
         connection.raise(result, purpose);
     }
@@ -208,7 +208,7 @@ bool Statement::step() {
         return true;
     }
     if (result != SQLITE_DONE) {
-        sqlite3_reset(handle_);  // the message stays until the next call, the lock does not
+        sqlite3_reset(handle_); // the message stays until the next call, the lock does not
         connection_.raise(result, purpose_);
     }
     return false;
@@ -230,4 +230,4 @@ QString Statement::text(int column) const {
     return QString::fromUtf8(text, sqlite3_column_bytes(handle_, column));
 }
 
-}
+} // namespace dao

@@ -113,4 +113,4 @@ private:
     Connection* connection_;
 };
 
-}
+} // namespace dao

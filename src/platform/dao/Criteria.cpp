@@ -232,8 +232,7 @@ public:
         const BoundExpression* constant = condition_->arguments[1].get();
         if (column->isConstant())
             std::swap(column, constant);
-        if (column->kind != BoundExpression::Kind::Column || !constant->isConstant() ||
-            constant->value.isNull())
+        if (column->kind != BoundExpression::Kind::Column || !constant->isConstant() || constant->value.isNull())
             return std::nullopt;
         return std::pair(column->column.index, constant->value);
     }

@@ -21,7 +21,7 @@ EngineSettings& engineSettings() {
 struct Workspace::State {
     std::vector<std::weak_ptr<DatabaseFile>> files;
     int level = 0;
-    bool tookPart = false;  ///< a database is or was inside the transaction
+    bool tookPart = false; ///< a database is or was inside the transaction
 
     /// The open databases.
     std::vector<DatabaseFilePtr> open() {
@@ -128,8 +128,8 @@ struct DBEngine::State {
     std::vector<std::unique_ptr<Workspace>> workspaces;
 };
 
-/// Result sets come and go by the hundred kilobytes. Memory that goes back to the system with each of them and is asked for
-/// again with the next costs more than reading the rows, so the process keeps some.
+/// Result sets come and go by the hundred kilobytes. Memory that goes back to the system with each of them and is asked
+/// for again with the next costs more than reading the rows, so the process keeps some.
 static void keepFreedMemory() {
 #ifdef __GLIBC__
     constexpr int mebibyte = 1024 * 1024;
@@ -187,4 +187,4 @@ void DBEngine::setTrace(std::function<void(const QString&, const QString&)> trac
     engineSettings().trace = std::move(trace);
 }
 
-}
+} // namespace dao

@@ -72,4 +72,4 @@ private:
     std::unique_ptr<State> state_;
 };
 
-}
+} // namespace dao

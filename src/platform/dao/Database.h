@@ -19,8 +19,8 @@ using DatabasePtr = std::shared_ptr<Database>;
 struct FieldDefinition {
     QString Name;
     int Type = dbText;
-    int Size = 0;        ///< Text columns only; 0 without limit
-    int Attributes = 0;  ///< dbAutoIncrField: a counter that is the table's key and never reuses a number
+    int Size = 0;       ///< Text columns only; 0 without limit
+    int Attributes = 0; ///< dbAutoIncrField: a counter that is the table's key and never reuses a number
     bool Required = false;
     /// A Double whose numbers are all whole is still a Double.
 };
@@ -41,8 +41,8 @@ public:
     void RefreshLink();
 
     static FieldDefinition CreateField(const QString& name, int type, int size = 0, int attributes = 0);
-    std::vector<FieldDefinition> Fields;  ///< of a definition to be appended
-    QStringList PrimaryKey;               ///< empty: the counter, if there is one
+    std::vector<FieldDefinition> Fields; ///< of a definition to be appended
+    QStringList PrimaryKey;              ///< empty: the counter, if there is one
     struct Index {
         QString name;
         QStringList fields;
@@ -57,7 +57,7 @@ private:
     friend class TableDefs;
     QString name_, connect_, source_;
     int attributes_ = 0;
-    std::weak_ptr<DatabaseFile> owner_;  ///< nobody until it is appended
+    std::weak_ptr<DatabaseFile> owner_; ///< nobody until it is appended
 };
 using TableDefPtr = std::shared_ptr<TableDef>;
 
@@ -66,11 +66,11 @@ class TableDefs {
 public:
     int Count() const;
     TableDefPtr Item(int index) const;
-    TableDefPtr Item(const QString& name) const;  ///< @throws Error 3265
+    TableDefPtr Item(const QString& name) const; ///< @throws Error 3265
     bool contains(const QString& name) const;
     /// Makes the table or link. @throws Error 3010 exists, 3264 no field defined, 3027
     void Append(const TableDefPtr& definition);
-    void Delete(const QString& name);  ///< a link: only the link. @throws Error 3265, 3027
+    void Delete(const QString& name); ///< a link: only the link. @throws Error 3265, 3027
     void Refresh();
 
 private:
@@ -79,7 +79,7 @@ private:
     const std::vector<TableDefPtr>& items() const;
     DatabaseFile& owner_;
     mutable std::vector<TableDefPtr> items_;
-    mutable bool current_ = false;  ///< false: items_ are to be made again
+    mutable bool current_ = false; ///< false: items_ are to be made again
 };
 
 class QueryDef {
@@ -101,9 +101,9 @@ class QueryDefs {
 public:
     int Count() const;
     QueryDefPtr Item(int index) const;
-    QueryDefPtr Item(const QString& name) const;  ///< @throws Error 3265
+    QueryDefPtr Item(const QString& name) const; ///< @throws Error 3265
     bool contains(const QString& name) const;
-    void Delete(const QString& name);  ///< @throws Error 3265
+    void Delete(const QString& name); ///< @throws Error 3265
     void Refresh();
 
 private:
@@ -121,7 +121,7 @@ class Appender {
 public:
     virtual ~Appender() = default;
     virtual void setNull(int column) = 0;
-    virtual void setNumber(int column, double number) = 0;  ///< whole numbers are stored as integers
+    virtual void setNumber(int column, double number) = 0; ///< whole numbers are stored as integers
     virtual void setText(int column, const QString& text) = 0;
     virtual void setUtf8(int column, const char* text, int bytes) = 0;
     /// Columns that were not set since the last row are Null. @throws Error 3022, 3026, 3043 ...
@@ -153,7 +153,7 @@ class Database {
 public:
     virtual ~Database() = default;
 
-    virtual QString Name() const = 0;  ///< full path
+    virtual QString Name() const = 0; ///< full path
     virtual bool readOnly() const = 0;
     /// A statement, or the bare name of a table, link or stored query.
     /// @throws Error as engine.md's table of numbers has them: 3078, 3011, 3061, 3075, 3464, 3024, 3044, 3043, 3050 ...
@@ -169,7 +169,8 @@ public:
     virtual QueryDefPtr CreateQueryDef(const QString& name, const QString& sql = QString()) = 0;
 
     /// Writes links and stored queries that changed since they were last written, in one transaction. Until then they
-    /// live in memory, where every statement sees them. Never throws: a file that cannot be written keeps them in memory.
+    /// live in memory, where every statement sees them. Never throws: a file that cannot be written keeps them in
+    /// memory.
     virtual void saveDefinitions() = 0;
 
     virtual std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) = 0;
@@ -181,4 +182,4 @@ public:
     virtual bool isOpen() const = 0;
 };
 
-}
+} // namespace dao

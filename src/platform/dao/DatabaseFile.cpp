@@ -32,7 +32,7 @@ void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
     using Mode = DatabaseLocation::Mode;
     if (opening == Opening::New) {
         connection_ = std::make_unique<Connection>(location_, Mode::ReadWriteCreate);
-        connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write);  // makes the file a database at once
+        connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write); // makes the file a database at once
         location_ = DatabaseLocation::find(location_.path);
     } else if (location_.writable) {
         // Also for a reader: work that another process left unfinished is taken back by whoever opens next.
@@ -92,8 +92,8 @@ BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use, 
     bindingUse_ = &use;
     try {
         // What changes rows is run once.
-        BoundStatement bound = mayBeName ? memory_.bind(source, isName(source), *this)
-                                         : bindStatement(parseStatement(source), *this);
+        BoundStatement bound =
+            mayBeName ? memory_.bind(source, isName(source), *this) : bindStatement(parseStatement(source), *this);
         bindingUse_ = nullptr;
         return bound;
     } catch (...) {
@@ -109,8 +109,8 @@ bool DatabaseFile::isName(const QString& source) {
         if (text.startsWith(word, Qt::CaseInsensitive) &&
             (text.size() == word.size() || !(text[word.size()].isLetterOrNumber() || text[word.size()] == u'_'))) {
             const QStringList& own = ownTables();
-            const bool taken = std::any_of(own.begin(), own.end(),
-                                           [&](const QString& name) { return sameName(name, text); });
+            const bool taken =
+                std::any_of(own.begin(), own.end(), [&](const QString& name) { return sameName(name, text); });
             return taken || definitions_.findLink(text) != nullptr || definitions_.findQuery(text) != nullptr;
         }
     }
@@ -315,7 +315,7 @@ void DatabaseFile::saveDefinitions() {
     try {
         definitions_.save(*connection_);
     } catch (const Error&) {
-        errorList() = before;  // they stay in memory, and changed
+        errorList() = before; // they stay in memory, and changed
     }
 }
 
@@ -350,4 +350,4 @@ void DatabaseFile::closeNow() {
     connection_.reset();
 }
 
-}
+} // namespace dao

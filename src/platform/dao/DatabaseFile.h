@@ -14,9 +14,7 @@
 namespace dao {
 
 /// One open file: its connection, the files that its links reach, its definitions; and where the binder finds names.
-class DatabaseFile final : public Database,
-                           private WatchedSchema,
-                           public std::enable_shared_from_this<DatabaseFile> {
+class DatabaseFile final : public Database, private WatchedSchema, public std::enable_shared_from_this<DatabaseFile> {
 public:
     enum class Opening { Existing, New };
 
@@ -29,8 +27,12 @@ public:
     RecordsetPtr OpenRecordset(const QString& source, int type) override;
     void Execute(const QString& statement, int options) override;
     int RecordsAffected() const override { return recordsAffected_; }
-    class TableDefs& TableDefs() override { return tableDefs_; }
-    class QueryDefs& QueryDefs() override { return queryDefs_; }
+    class TableDefs& TableDefs() override {
+        return tableDefs_;
+    }
+    class QueryDefs& QueryDefs() override {
+        return queryDefs_;
+    }
     TableDefPtr CreateTableDef(const QString& name) override;
     QueryDefPtr CreateQueryDef(const QString& name, const QString& sql) override;
     void saveDefinitions() override;
@@ -92,10 +94,10 @@ private:
     struct CachedTable {
         qint64 schemaVersion = -1;
         int generation = 0;
-        QByteArray stamp;  ///< of the file
-        quint64 structure = 0;  ///< another number whenever the table was read and found changed
+        QByteArray stamp;      ///< of the file
+        quint64 structure = 0; ///< another number whenever the table was read and found changed
         std::optional<StoredTable> table;
-        std::map<QString, Content> contents;  ///< of fields that were asked for
+        std::map<QString, Content> contents; ///< of fields that were asked for
     };
 
     std::optional<TableInfo> findTable(const QString& name) override;
@@ -106,7 +108,7 @@ private:
     struct Place {
         const Attachments::File* file;
         CachedTable* table;
-        QString link;  ///< the link that leads there, if one does
+        QString link; ///< the link that leads there, if one does
     };
     Place placeOf(const QString& name);
     std::optional<TableInfo> infoOf(const Place& place) const;
@@ -127,9 +129,9 @@ private:
     bool closing_ = false;
     int operations_ = 0;
     int level_ = 0;
-    int lostBy_ = 0;  ///< number of the failed write with which SQLite took a whole transaction back
+    int lostBy_ = 0; ///< number of the failed write with which SQLite took a whole transaction back
     int recordsAffected_ = 0;
-    Attachments::Use* bindingUse_ = nullptr;  ///< of the statement that is being bound
+    Attachments::Use* bindingUse_ = nullptr; ///< of the statement that is being bound
     std::map<std::pair<QString, QString>, CachedTable> tables_;
     quint64 structures_ = 0;
     StatementMemory memory_;
@@ -142,4 +144,4 @@ private:
 
 using DatabaseFilePtr = std::shared_ptr<DatabaseFile>;
 
-}
+} // namespace dao

@@ -38,7 +38,7 @@ void identify(DatabaseLocation& location) {
     location.identity = canonical.isEmpty() ? location.path : canonical;
 }
 
-}
+} // namespace
 
 DatabaseLocation DatabaseLocation::findNew(const QString& path) {
     const QFileInfo info = absoluteInfo(path);
@@ -81,8 +81,7 @@ bool DatabaseLocation::isUnchanged() const {
     DatabaseLocation now;
     now.path = path;
     readStatus(now);
-    return inode != 0 && now.device == device && now.inode == inode && now.rights == rights &&
-           now.changed == changed;
+    return inode != 0 && now.device == device && now.inode == inode && now.rights == rights && now.changed == changed;
 }
 
 QByteArray DatabaseLocation::uri(Mode mode) const {
@@ -104,4 +103,4 @@ bool DatabaseLocation::isQuiet() const {
     return QFileInfo(identity + u"-journal"_s).size() == 0 && QFileInfo(identity + u"-wal"_s).size() == 0;
 }
 
-}
+} // namespace dao

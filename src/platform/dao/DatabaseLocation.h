@@ -7,12 +7,12 @@ namespace dao {
 /// Where a database file lies and how it can be opened, found out without opening it: closing a second handle on a
 /// file would drop the locks that this process holds on it.
 struct DatabaseLocation {
-    QString path;      ///< absolute, as spelled on disk
-    QString identity;  ///< the same for two ways to one file
+    QString path;     ///< absolute, as spelled on disk
+    QString identity; ///< the same for two ways to one file
     quint64 device = 0;
     quint64 inode = 0;
-    quint32 rights = 0;  ///< with the kind of file, as the system gives them
-    qint64 changed = 0;  ///< when anything of the file, its rights included, last changed, in nanoseconds
+    quint32 rights = 0; ///< with the kind of file, as the system gives them
+    qint64 changed = 0; ///< when anything of the file, its rights included, last changed, in nanoseconds
     bool writable = false;
 
     /// @throws Error 3044 no such folder, 3024 no such file, 3051 no file or not to be read, 3343 an empty file
@@ -34,4 +34,4 @@ struct DatabaseLocation {
     bool isQuiet() const;
 };
 
-}
+} // namespace dao

@@ -24,7 +24,7 @@ bool hasColumns(Connection& connection, const char* table, const QStringList& co
 }
 
 /// Calls `take` with each row's texts, if the table is there in the form in which this engine writes it.
-template <typename Take>
+template<typename Take>
 void readRows(Connection& connection, const char* table, const QStringList& columns, Take take) {
     if (!hasColumns(connection, table, columns)) {
         return;
@@ -57,13 +57,13 @@ void removeRow(Connection& connection, const char* table, const QString& name) {
     remove.step();
 }
 
-template <typename Map>
+template<typename Map>
 auto* find(Map& map, const QString& name) {
     const auto found = map.find(name);
     return found == map.end() ? nullptr : &found->second;
 }
 
-template <typename Map>
+template<typename Map>
 auto valuesOf(const Map& map) {
     std::vector<typename Map::mapped_type> values;
     values.reserve(map.size());
@@ -74,7 +74,7 @@ auto valuesOf(const Map& map) {
 }
 
 /// Takes over what the file holds under every name that is not waiting to be written.
-template <typename Map, typename Dirty>
+template<typename Map, typename Dirty>
 void merge(Map& current, Map&& stored, const Dirty& dirty) {
     for (const auto& [name, set] : dirty) {
         stored.erase(name);
@@ -85,7 +85,7 @@ void merge(Map& current, Map&& stored, const Dirty& dirty) {
     current = std::move(stored);
 }
 
-}
+} // namespace
 
 void Definitions::load(Connection& connection) {
     decltype(links_) storedLinks;
@@ -188,4 +188,4 @@ QString linkedFile(const QString& connect) {
     raiseEngineError(3170, connect);
 }
 
-}
+} // namespace dao

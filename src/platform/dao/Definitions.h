@@ -51,4 +51,4 @@ private:
 /// The file that a link's connect text names, ";DATABASE=" and a path. @throws Error 3170
 QString linkedFile(const QString& connect);
 
-}
+} // namespace dao

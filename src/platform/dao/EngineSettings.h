@@ -8,11 +8,11 @@ namespace dao {
 /// What DBEngine's setters keep for every connection of the process.
 struct EngineSettings {
     bool definitionsInMemory = false;
-    int lockWait = 2000;  ///< milliseconds
+    int lockWait = 2000; ///< milliseconds
     std::function<bool()> progress;
     std::function<void(const QString& jet, const QString& sqlite)> trace;
 };
 
 EngineSettings& engineSettings();
 
-}
+} // namespace dao

@@ -9,14 +9,14 @@ namespace dao {
 
 namespace {
 
-template <typename Hash, typename Key>
+template<typename Hash, typename Key>
 void addFirst(Hash& hash, const Key& key, quint32 place) {
     if (!hash.contains(key)) {
         hash.insert(key, place);
     }
 }
 
-template <typename Hash, typename Key>
+template<typename Hash, typename Key>
 void takeEarlier(std::optional<size_t>& found, const Hash& hash, const Key& key) {
     const auto entry = hash.constFind(key);
     if (entry != hash.constEnd()) {
@@ -29,7 +29,7 @@ double numberKey(double number) {
     return number == 0 ? 0.0 : number;
 }
 
-}
+} // namespace
 
 void EqualityIndex::build(size_t rows, const std::function<Value(size_t)>& valueAt) {
     for (size_t row = 0; row < rows; ++row) {
@@ -75,4 +75,4 @@ std::optional<size_t> EqualityIndex::find(const Value& sought) const {
     return found;
 }
 
-}
+} // namespace dao

@@ -17,8 +17,8 @@ public:
 private:
     using Place = quint32;
     QHash<double, Place> numbers_;
-    QHash<QString, Place> texts_;          ///< folded
-    QHash<double, Place> spelledNumbers_;  ///< texts that are wholly a number
+    QHash<QString, Place> texts_;         ///< folded
+    QHash<double, Place> spelledNumbers_; ///< texts that are wholly a number
     bool hasOthers_ = false;
 
 public:
@@ -26,4 +26,4 @@ public:
     bool isComplete() const { return !hasOthers_; }
 };
 
-}
+} // namespace dao

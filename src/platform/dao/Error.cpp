@@ -10,7 +10,7 @@ namespace {
 
 struct Description {
     int number;
-    const char* text;  ///< "|" is where the name goes
+    const char* text; ///< "|" is where the name goes
 };
 
 constexpr std::array runtimeDescriptions = {
@@ -106,7 +106,7 @@ constexpr std::array engineDescriptions = {
     Description{3464, "Data type mismatch in criteria expression: |"},
 };
 
-template <size_t count>
+template<size_t count>
 const char* find(const std::array<Description, count>& table, int number) {
     for (const Description& entry : table) {
         if (entry.number == number) {
@@ -133,11 +133,10 @@ QString engineDescription(int number, const QString& detail) {
     return text;
 }
 
-}
+} // namespace
 
 Error::Error(int number, QString description, QString source)
-    : number_(number), description_(std::move(description)), source_(std::move(source)),
-      utf8_(description_.toUtf8()) {}
+    : number_(number), description_(std::move(description)), source_(std::move(source)), utf8_(description_.toUtf8()) {}
 
 Errors& errorList() {
     static Errors list;
@@ -156,4 +155,4 @@ void raiseEngineError(int number, const QString& detail) {
     throw Error(number, description, source);
 }
 
-}
+} // namespace dao

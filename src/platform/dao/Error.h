@@ -53,4 +53,4 @@ private:
 /// The one error list of the process; DBEngine::errors() hands it out.
 Errors& errorList();
 
-}
+} // namespace dao

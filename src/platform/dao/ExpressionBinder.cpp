@@ -25,10 +25,10 @@ struct AggregateName {
 };
 
 constexpr std::array aggregateNames = {
-    AggregateName{"count"_L1, Aggregate::Count}, AggregateName{"sum"_L1, Aggregate::Sum},
-    AggregateName{"avg"_L1, Aggregate::Average}, AggregateName{"min"_L1, Aggregate::Minimum},
-    AggregateName{"max"_L1, Aggregate::Maximum}, AggregateName{"var"_L1, Aggregate::Variance},
-    AggregateName{"varp"_L1, Aggregate::VarianceOfAll}, AggregateName{"stdev"_L1, Aggregate::Deviation},
+    AggregateName{"count"_L1, Aggregate::Count},           AggregateName{"sum"_L1, Aggregate::Sum},
+    AggregateName{"avg"_L1, Aggregate::Average},           AggregateName{"min"_L1, Aggregate::Minimum},
+    AggregateName{"max"_L1, Aggregate::Maximum},           AggregateName{"var"_L1, Aggregate::Variance},
+    AggregateName{"varp"_L1, Aggregate::VarianceOfAll},    AggregateName{"stdev"_L1, Aggregate::Deviation},
     AggregateName{"stdevp"_L1, Aggregate::DeviationOfAll},
 };
 
@@ -123,8 +123,7 @@ BoundExpressionPtr ExpressionBinder::bindNode(const tree::Expression& expression
         break;
     case Kind::Number: {
         constexpr double wholeLimit = 9007199254740992.0;
-        const bool whole =
-            expression.isInteger && expression.number > -wholeLimit && expression.number < wholeLimit;
+        const bool whole = expression.isInteger && expression.number > -wholeLimit && expression.number < wholeLimit;
         bound = whole ? boundConstant(Value(static_cast<qint64>(expression.number)), dbLong)
                       : boundConstant(Value(expression.number), dbDouble);
         break;
@@ -158,8 +157,7 @@ BoundExpressionPtr ExpressionBinder::bindColumn(const tree::Expression& expressi
     const ScopeColumn* column = scope_.find(expression.qualifier, expression.name);
     if (!column) {
         const QString& qualifier = expression.qualifier;
-        raiseEngineError(unknownColumn_,
-                         qualifier.isEmpty() ? expression.name : qualifier + u'.' + expression.name);
+        raiseEngineError(unknownColumn_, qualifier.isEmpty() ? expression.name : qualifier + u'.' + expression.name);
     }
     auto bound = std::make_unique<BoundExpression>();
     bound->kind = BoundExpression::Kind::Column;

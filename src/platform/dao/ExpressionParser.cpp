@@ -45,8 +45,8 @@ ExpressionPtr balance(Operator op, std::vector<ExpressionPtr>& operands, size_t 
 } // namespace
 
 bool ExpressionParser::atKeyword() const {
-    if (stream_.atAny({u"SELECT", u"FROM", u"WHERE", u"HAVING", u"UNION", u"INNER", u"JOIN", u"ON", u"AND",
-                       u"OR", u"XOR", u"NOT", u"LIKE", u"IN", u"BETWEEN", u"IS", u"AS", u"MOD", u"DISTINCT"}))
+    if (stream_.atAny({u"SELECT", u"FROM", u"WHERE", u"HAVING", u"UNION", u"INNER", u"JOIN", u"ON", u"AND", u"OR",
+                       u"XOR", u"NOT", u"LIKE", u"IN", u"BETWEEN", u"IS", u"AS", u"MOD", u"DISTINCT"}))
         return true;
     if (stream_.atAny({u"GROUP", u"ORDER"}))
         return stream_.peek(1).is(u"BY");
@@ -144,8 +144,7 @@ ExpressionPtr ExpressionParser::readFrom(Level lowest, bool numberMayHaveComma) 
     return left;
 }
 
-ExpressionPtr ExpressionParser::readLogicalChain(ExpressionPtr first, Infix operation,
-                                                 TokenStream::Chain& chain) {
+ExpressionPtr ExpressionParser::readLogicalChain(ExpressionPtr first, Infix operation, TokenStream::Chain& chain) {
     std::vector<ExpressionPtr> operands;
     operands.push_back(std::move(first));
     for (auto next = std::optional(operation); next && next->op == operation.op; next = infix()) {
@@ -178,8 +177,7 @@ ExpressionPtr ExpressionParser::readRightSide(ExpressionPtr left, Infix operatio
         node->arguments.push_back(readFrom(tighter(Level::Comparison)));
         return node;
     default:
-        const bool comparesValues =
-            operation.op >= Operator::Equal && operation.op <= Operator::GreaterOrEqual;
+        const bool comparesValues = operation.op >= Operator::Equal && operation.op <= Operator::GreaterOrEqual;
         node->arguments.push_back(readFrom(tighter(operation.level), comparesValues));
         return node;
     }
@@ -224,8 +222,7 @@ ExpressionPtr ExpressionParser::readNumber(bool numberMayHaveComma) {
     const Token& whole = stream_.advance();
     QString digits = whole.text;
     const auto isPlain = [](QChar c) { return c >= u'0' && c <= u'9'; };
-    if (numberMayHaveComma && lists_ == 0 && stream_.at(Kind::Comma) &&
-        stream_.peek(1).kind == Kind::Number) {
+    if (numberMayHaveComma && lists_ == 0 && stream_.at(Kind::Comma) && stream_.peek(1).kind == Kind::Number) {
         const Token& comma = stream_.current();
         const Token& fraction = stream_.peek(1);
         if (comma.position == whole.end && fraction.position == comma.end &&

@@ -59,8 +59,7 @@ private:
     tree::ExpressionPtr readWord();
     tree::ExpressionPtr readCall();
     tree::ExpressionPtr readSubselect();
-    tree::ExpressionPtr readLogicalChain(tree::ExpressionPtr first, Infix operation,
-                                         TokenStream::Chain& chain);
+    tree::ExpressionPtr readLogicalChain(tree::ExpressionPtr first, Infix operation, TokenStream::Chain& chain);
     tree::ExpressionPtr readRightSide(tree::ExpressionPtr left, Infix operation);
     void readInList(tree::Expression& node);
     void readList(std::vector<tree::ExpressionPtr>& list);

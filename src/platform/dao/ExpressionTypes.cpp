@@ -128,8 +128,7 @@ void inferAggregate(BoundExpression& expression) {
     case Aggregate::DeviationOfAll:
         if (expression.arguments[0]->domain == Domain::Text) {
             const BoundExpression& argument = *expression.arguments[0];
-            const QString name =
-                argument.kind == BoundExpression::Kind::Column ? argument.column.info.name : QString();
+            const QString name = argument.kind == BoundExpression::Kind::Column ? argument.column.info.name : QString();
             raiseEngineError(3464, name);
         }
         return setType(expression, dbDouble);

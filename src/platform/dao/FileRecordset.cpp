@@ -130,4 +130,4 @@ void FileRecordset::Close() {
     canEdit_ = false;
 }
 
-}
+} // namespace dao

@@ -74,4 +74,4 @@ private:
     std::optional<qint64> lastModified_;
 };
 
-}
+} // namespace dao

@@ -55,8 +55,7 @@ ScopeSourcePtr FromBinder::tableSource(const TableInfo& table, const QString& vi
     auto source = std::make_shared<ScopeSource>();
     source->name = visibleName;
     for (const ColumnInfo& info : table.columns) {
-        ScopeColumn column{
-            info, domainOf(info.type), visibleName, {}, static_cast<int>(source->columns.size())};
+        ScopeColumn column{info, domainOf(info.type), visibleName, {}, static_cast<int>(source->columns.size())};
         column.sql = quotedName(visibleName) + u'.' + quotedName(info.name);
         column.info.sourceTable = table.name;
         column.info.sourceField = info.name;
@@ -140,8 +139,7 @@ BoundFrom FromBinder::bindJoin(const tree::Source& place) {
     ExpressionBinder binder = expressionBinder(scope, context_);
     if (place.join == tree::Source::JoinKind::Right)
         std::swap(left, right);
-    join.text = left.text +
-                (place.join == tree::Source::JoinKind::Inner ? u" INNER JOIN "_s : u" LEFT JOIN "_s) +
+    join.text = left.text + (place.join == tree::Source::JoinKind::Inner ? u" INNER JOIN "_s : u" LEFT JOIN "_s) +
                 (right.isJoin ? u'(' + right.text + u')' : right.text);
     if (place.on)
         join.text += u" ON "_s + writeCondition(*binder.bindCondition(*place.on));

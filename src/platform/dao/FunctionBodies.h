@@ -65,6 +65,6 @@ Value mid(const Arguments& a);
 Value inStr(const Arguments& a);
 Value replace(const Arguments& a);
 
-}
+} // namespace bodies
 
-}
+} // namespace dao

@@ -133,14 +133,14 @@ constexpr Function functions[] = {
     {"vx_replace", 3, 3, bodies::replace},
 };
 
-}
+} // namespace
 
 void registerFunctions(sqlite3* connection) {
     int result = sqlite3_create_collation(connection, textCollation, SQLITE_UTF8, nullptr, collate);
     const auto add = [&](const char* name, int arguments, const void* data, auto* function) {
         if (result == SQLITE_OK) {
-            result = sqlite3_create_function(connection, name, arguments, functionFlags, const_cast<void*>(data), function,
-                                             nullptr, nullptr);
+            result = sqlite3_create_function(connection, name, arguments, functionFlags, const_cast<void*>(data),
+                                             function, nullptr, nullptr);
         }
     };
     for (const Comparison& comparison : comparisons) {
@@ -160,4 +160,4 @@ void registerFunctions(sqlite3* connection) {
     }
 }
 
-}
+} // namespace dao

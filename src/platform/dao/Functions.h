@@ -29,7 +29,8 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///                                                     texts, counted in code points; Null in, Null out
 ///   vx_sum, vx_avg (v)                                aggregates of numbers without the Nulls; a text or bytes among
 ///                                                     them is error 3464, a result beyond all doubles error 6
-///   vx_var, vx_stdev, vx_varp, vx_stdevp (v)          the same way: variance and standard deviation of a sample (Null for
+///   vx_var, vx_stdev, vx_varp, vx_stdevp (v)          the same way: variance and standard deviation of a sample (Null
+///   for
 ///                                                     fewer than two numbers), and of all there is
 ///   vx_first, vx_last (v)                             the value of the first or last row, Null or not
 /// An error inside a function ends the statement and is kept until raiseFunctionError().
@@ -38,4 +39,4 @@ void registerFunctions(sqlite3* connection);
 /// Throws the error that a function kept since the last call, as the dao::Error it is; returns if there is none.
 void raiseFunctionError();
 
-}
+} // namespace dao

@@ -25,4 +25,4 @@ void raiseFunctionError() {
     }
 }
 
-}
+} // namespace dao

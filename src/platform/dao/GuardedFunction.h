@@ -15,7 +15,7 @@ inline constexpr int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE
 void keepFunctionError(sqlite3_context* context, const Error& error);
 
 /// Runs the step of a function; no exception may pass through SQLite.
-template <typename Step>
+template<typename Step>
 void guarded(sqlite3_context* context, Step step) {
     try {
         step();
@@ -26,4 +26,4 @@ void guarded(sqlite3_context* context, Step step) {
     }
 }
 
-}
+} // namespace dao

@@ -21,9 +21,8 @@ constexpr bool isDigit(char16_t c) {
 
 /// yyyy-mm-dd as it is, m/d/yyyy (month first, wherever the system runs) as yyyy-mm-dd, either with a time behind it.
 std::optional<QString> isoDate(const QString& text) {
-    static const QRegularExpression form(
-        u"^(?:([0-9]{4})-([0-9]{2})-([0-9]{2})|([0-9]{1,2})/([0-9]{1,2})/([0-9]{4}))"
-        "(?:[ T]([0-9]{1,2}):([0-9]{2})(?::([0-9]{2}))?)?$"_s);
+    static const QRegularExpression form(u"^(?:([0-9]{4})-([0-9]{2})-([0-9]{2})|([0-9]{1,2})/([0-9]{1,2})/([0-9]{4}))"
+                                         "(?:[ T]([0-9]{1,2}):([0-9]{2})(?::([0-9]{2}))?)?$"_s);
     const QRegularExpressionMatch match = form.match(text);
     const auto number = [&](int group) { return match.captured(group).toInt(); };
     const bool iso = match.hasCaptured(1);
@@ -51,9 +50,7 @@ public:
     }
 
 private:
-    char16_t at(qsizetype offset) const {
-        return offset < statement_.size() ? statement_[offset].unicode() : u'\0';
-    }
+    char16_t at(qsizetype offset) const { return offset < statement_.size() ? statement_[offset].unicode() : u'\0'; }
 
     char32_t codePointAt(qsizetype offset) const {
         const char16_t unit = at(offset);
@@ -184,8 +181,7 @@ private:
                    : second == u'=' ? take(Kind::LessOrEqual, offset_ + 2)
                                     : take(Kind::Less, offset_ + 1);
         case u'>':
-            return second == u'=' ? take(Kind::GreaterOrEqual, offset_ + 2)
-                                  : take(Kind::Greater, offset_ + 1);
+            return second == u'=' ? take(Kind::GreaterOrEqual, offset_ + 2) : take(Kind::Greater, offset_ + 1);
         case u'+':
             return take(Kind::Plus, offset_ + 1);
         case u'-':

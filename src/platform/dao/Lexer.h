@@ -39,9 +39,7 @@ struct Token {
     QString text;     ///< name, number or text; empty for signs
 
     /// True when the token is the plain word, in any case.
-    bool is(QStringView word) const {
-        return kind == Kind::Name && text.compare(word, Qt::CaseInsensitive) == 0;
-    }
+    bool is(QStringView word) const { return kind == Kind::Name && text.compare(word, Qt::CaseInsensitive) == 0; }
 };
 
 /// The tokens of a statement; the last is End.

@@ -33,7 +33,7 @@ bool bothWhole(const Arguments& a) {
 }
 
 /// A double operation of one number; Null stays Null.
-template <typename Operation>
+template<typename Operation>
 Value ofNumber(const Arguments& a, Operation operation) {
     return a[0].isNull() ? Value() : checked(operation(a[0].toDouble()));
 }
@@ -53,7 +53,7 @@ Value wholeOrDouble(const Value& original, double number) {
     return original.kind() == Value::Kind::Integer ? original : Value(number);
 }
 
-}
+} // namespace
 
 Value add(const Arguments& a) {
     if (anyNull(a)) {
@@ -113,7 +113,7 @@ Value divideWhole(const Arguments& a) {
         raiseRuntimeError(divisionByZero);
     }
     if (divisor == -1) {
-        return negate({Value(dividend)});  // the smallest whole number has no opposite
+        return negate({Value(dividend)}); // the smallest whole number has no opposite
     }
     return Value(dividend / divisor);
 }
@@ -224,4 +224,4 @@ Value isNumeric(const Arguments& a) {
     return Value(a[0].isNumeric());
 }
 
-}
+} // namespace dao::bodies

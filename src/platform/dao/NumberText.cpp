@@ -113,11 +113,11 @@ double numberOf(const Spelling& spelling) {
     return number;
 }
 
-}
+} // namespace
 
 QString numberToText(double number, QChar decimalSeparator) {
     if (number == 0) {
-        return QStringLiteral("0");  // also for -0
+        return QStringLiteral("0"); // also for -0
     }
     char buffer[32];
     const auto result = std::to_chars(buffer, buffer + sizeof buffer, number, std::chars_format::general, 15);
@@ -150,4 +150,4 @@ double leadingNumber(QStringView text, bool commaToo) {
     return spelling.hasDigits ? numberOf(spelling) : 0;
 }
 
-}
+} // namespace dao

@@ -143,8 +143,7 @@ tree::SelectPtr StatementParser::readSelect() {
         if (!stream_.at(u"UNION"))
             break;
         if (!last->orderBy.empty())
-            stream_.fail(
-                u"the end of the statement, as ORDER BY belongs behind the last SELECT of a UNION,"_s);
+            stream_.fail(u"the end of the statement, as ORDER BY belongs behind the last SELECT of a UNION,"_s);
         if (++count > maxNesting)
             stream_.failTooDeep();
         stream_.advance();
@@ -272,8 +271,8 @@ void StatementParser::readBracketEnd() {
     if (stream_.accept(Token::Kind::Close))
         return;
     const bool fromEnds = stream_.at(u"WHERE") || stream_.at(u"GROUP", u"BY") || stream_.at(u"HAVING") ||
-                          stream_.at(u"ORDER", u"BY") || stream_.at(u"UNION") ||
-                          stream_.at(Token::Kind::Semicolon) || stream_.at(Token::Kind::End);
+                          stream_.at(u"ORDER", u"BY") || stream_.at(u"UNION") || stream_.at(Token::Kind::Semicolon) ||
+                          stream_.at(Token::Kind::End);
     if (!fromEnds || !std::exchange(mayMissBracket_, false))
         stream_.fail(u"an operator, a join or ')'"_s);
 }

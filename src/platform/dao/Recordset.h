@@ -91,4 +91,4 @@ public:
 
 using RecordsetPtr = std::shared_ptr<Recordset>;
 
-}
+} // namespace dao

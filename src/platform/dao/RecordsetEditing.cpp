@@ -54,7 +54,7 @@ Value forField(const Field& field, const Value& value) {
     }
 }
 
-}
+} // namespace
 
 void FileRecordset::requireEditable() const {
     errorList().clear();
@@ -70,7 +70,7 @@ void FileRecordset::requireEditable() const {
 void FileRecordset::Edit() {
     requireEditable();
     editing_ = Editing::Nothing;
-    (void)cursor().bookmark();  // there has to be a row
+    (void)cursor().bookmark(); // there has to be a row
     {
         // What another recordset has written meanwhile is what is edited, and not written back as it was.
         const DatabaseFile::Operation operation(*file_);
@@ -93,7 +93,7 @@ void FileRecordset::setValue(int column, const Value& value) {
         raiseEngineError(3020);
     }
     if (field.SourceField.isEmpty()) {
-        raiseEngineError(3027);  // an expression
+        raiseEngineError(3027); // an expression
     }
     edited_[static_cast<size_t>(column)] = forField(field, value);
 }
@@ -166,7 +166,7 @@ qint64 FileRecordset::write(Statement& statement, const std::vector<int>& column
         statement.bind(static_cast<int>(i) + 1, *edited_[static_cast<size_t>(columns[i])]);
     }
     if (!statement.step()) {
-        raiseEngineError(3167);  // another process has deleted the row
+        raiseEngineError(3167); // another process has deleted the row
     }
     const qint64 key = statement.number(0);
     statement.step();
@@ -207,4 +207,4 @@ qint64 FileRecordset::writeNewRow(const TableInfo& table) {
     return write(insert, columns);
 }
 
-}
+} // namespace dao

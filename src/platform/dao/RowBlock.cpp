@@ -8,11 +8,11 @@ namespace dao {
 
 namespace {
 
-constexpr size_t cellsWanted = 8192;  // they stay within the processor's memory
+constexpr size_t cellsWanted = 8192; // they stay within the processor's memory
 constexpr int numberBeyondAll = 6;
 constexpr int wrongType = 3421;
 
-}
+} // namespace
 
 RowBlock::RowBlock(std::vector<Column> columns)
     : columns_(std::move(columns)),
@@ -66,4 +66,4 @@ void RowBlock::refuseInfinite() {
     raiseRuntimeError(numberBeyondAll);
 }
 
-}
+} // namespace dao

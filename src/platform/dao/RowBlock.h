@@ -52,7 +52,7 @@ private:
         union {
             qint64 integer = 0;
             double fraction;
-            size_t text;  ///< where in texts_ it begins
+            size_t text; ///< where in texts_ it begins
         };
     };
     static constexpr size_t textBytesWanted = 256 * 1024;
@@ -75,11 +75,11 @@ private:
     [[noreturn]] static void refuseInfinite();
 
     std::vector<Column> columns_;
-    std::vector<Cell> cells_;  ///< row by row, the one that is being filled at the end
+    std::vector<Cell> cells_; ///< row by row, the one that is being filled at the end
     std::string texts_;
-    size_t row_ = 0;  ///< first cell of the row that is being filled
+    size_t row_ = 0; ///< first cell of the row that is being filled
     int rows_ = 0;
     int rowsWanted_;
 };
 
-}
+} // namespace dao

@@ -135,7 +135,7 @@ void RowCursor::move(int rows) {
     } else if (place_ == Place::After) {
         target = count;
     } else if (place_ == Place::Deleted && rows > 0) {
-        target -= 1;  // the row behind the deleted one is the next
+        target -= 1; // the row behind the deleted one is the next
     }
     target += rows;
     place_ = target < 0 ? Place::Before : target >= count ? Place::After : Place::At;
@@ -224,7 +224,7 @@ void RowCursor::added(qint64 key) {
 void RowCursor::prepareRemoval() {
     requireCurrent();
     if (!bound_.orderSql.isEmpty()) {
-        load();  // afterwards nothing would tell where in the order the row stood
+        load(); // afterwards nothing would tell where in the order the row stood
     }
     (void)bookmark();
 }
@@ -247,4 +247,4 @@ void RowCursor::removed() {
     place_ = Place::Deleted;
 }
 
-}
+} // namespace dao

@@ -14,9 +14,9 @@ class RowCursor {
 public:
     struct Source {
         DatabaseFilePtr file;
-        QString text;  ///< the statement or name it was opened with
+        QString text; ///< the statement or name it was opened with
         bool editable = false;
-        QString sort;  ///< an ORDER BY list for rows in memory, or empty
+        QString sort; ///< an ORDER BY list for rows in memory, or empty
     };
 
     /// Reads the rows, or finds out that they can wait. @throws Error as Database::OpenRecordset()
@@ -61,19 +61,19 @@ private:
 
     enum class Place {
         Before,
-        At,       ///< position_ in memory
+        At, ///< position_ in memory
         After,
-        Deleted,  ///< the current row is gone; position_ is that of the row behind it
-        First,    ///< not in memory: the first row
-        Last,     ///< not in memory: the last row
-        Fetched   ///< not in memory but for the row in fetched_
+        Deleted, ///< the current row is gone; position_ is that of the row behind it
+        First,   ///< not in memory: the first row
+        Last,    ///< not in memory: the last row
+        Fetched  ///< not in memory but for the row in fetched_
     };
 
     /// How far what was written to the table is known here.
     struct Seen {
-        quint64 own = 0;    ///< by this connection
-        qint64 others = 0;  ///< changes with what others write, as long as the file stays open
-        int opening = 0;    ///< counts how often the file was opened
+        quint64 own = 0;   ///< by this connection
+        qint64 others = 0; ///< changes with what others write, as long as the file stays open
+        int opening = 0;   ///< counts how often the file was opened
         friend bool operator==(const Seen&, const Seen&) = default;
     };
 
@@ -108,9 +108,9 @@ private:
     Rows rows_;
     Seen seen_;
     bool hasOrder_ = false;
-    std::vector<quint32> order_;  ///< rows by position, once it is not the order in which they were read
+    std::vector<quint32> order_; ///< rows by position, once it is not the order in which they were read
     Rows fetched_;
-    std::optional<bool> empty_;  ///< what is known of a table that isn't in memory
+    std::optional<bool> empty_; ///< what is known of a table that isn't in memory
     std::optional<int> count_;
     qint64 deletedKey_ = 0;
 
@@ -120,4 +120,4 @@ private:
     std::map<int, int> searches_;
 };
 
-}
+} // namespace dao

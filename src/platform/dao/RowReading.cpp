@@ -9,8 +9,8 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
-/// Names are looked up under one lock. The rows of other files are read without it: while a long count runs there, others
-/// may write into the connection's own file.
+/// Names are looked up under one lock. The rows of other files are read without it: while a long count runs there,
+/// others may write into the connection's own file.
 void RowCursor::endUnlessOwn(Reading& reading) const {
     if (!bound_.editable || bound_.editable->schema != source_.file->attachments().main().schema) {
         reading.end();
@@ -35,8 +35,8 @@ void RowCursor::open() {
         return;
     }
     // One row tells whether there is any; without an order of its own it is the first one too.
-    empty_ = !fetch(bound_.whereSql + (bound_.orderSql.isEmpty() ? u" ORDER BY \"row key\""_s : QString()) +
-                    u" LIMIT 1"_s);
+    empty_ =
+        !fetch(bound_.whereSql + (bound_.orderSql.isEmpty() ? u" ORDER BY \"row key\""_s : QString()) + u" LIMIT 1"_s);
     place_ = *empty_ ? Place::Before : bound_.orderSql.isEmpty() ? Place::Fetched : Place::First;
 }
 
@@ -147,8 +147,8 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
     return found;
 }
 
-/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart. Where
-/// the result has none, a row that was gone is there again only if nothing in it differs.
+/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart.
+/// Where the result has none, a row that was gone is there again only if nothing in it differs.
 bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
     const Rows& rows = loaded_ ? rows_ : fetched_;
     const auto differs = [&](int column) {
@@ -185,8 +185,8 @@ void RowCursor::refresh() {
     forgetSearches();
 }
 
-/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values, and
-/// comes back when its deletion is taken back.
+/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values,
+/// and comes back when its deletion is taken back.
 void RowCursor::catchUp() {
     DatabaseFile& file = *source_.file;
     if (!source_.editable || !file.isOpen() || file.connection().isInHook()) {
@@ -202,7 +202,7 @@ void RowCursor::catchUp() {
     Statement statement(file.connection(), bound_.rowSql);
     for (size_t row = 0; row < rows_.size(); ++row) {
         statement.bind(1, Value(rows_.key(row)));
-        const bool taken = rows_.isGone(row) && rows_.find(rows_.key(row)) != rows_.size();  // by a new row
+        const bool taken = rows_.isGone(row) && rows_.find(rows_.key(row)) != rows_.size(); // by a new row
         if (!taken && statement.step() && isSameEntry(statement.handle(), row)) {
             rows_.replace(row, statement.handle());
         } else {
@@ -214,4 +214,4 @@ void RowCursor::catchUp() {
     forgetSearches();
 }
 
-}
+} // namespace dao

@@ -11,7 +11,7 @@ namespace {
 /// Searches on one column before an index of it pays.
 constexpr int searchesBeforeIndex = 3;
 
-}
+} // namespace
 
 bool RowCursor::find(const QString& criteria) {
     return loaded_ ? findInMemory(criteria) : findInFile(criteria);
@@ -76,4 +76,4 @@ void RowCursor::forgetSearches() {
     indexes_.clear();
 }
 
-}
+} // namespace dao

@@ -55,11 +55,11 @@ int bestIndex(sqlite3_vtab*, sqlite3_index_info* info) {
     return SQLITE_CONSTRAINT;
 }
 
-}
+} // namespace
 
 struct RowSource::Cursor : sqlite3_vtab_cursor {
     const RowBlock* block = nullptr;
-    const RowBlock::Cell* cells = nullptr;  ///< of the current row
+    const RowBlock::Cell* cells = nullptr; ///< of the current row
     int row = 0;
 
     static Cursor& of(sqlite3_vtab_cursor* cursor) { return *static_cast<Cursor*>(cursor); }
@@ -147,4 +147,4 @@ void RowSource::bind(sqlite3_stmt* statement, const RowBlock& block) {
     sqlite3_bind_pointer(statement, 1, const_cast<RowBlock*>(&block), pointerType, nullptr);
 }
 
-}
+} // namespace dao

@@ -27,4 +27,4 @@ private:
     struct Cursor;
 };
 
-}
+} // namespace dao

@@ -15,14 +15,14 @@ namespace {
 constexpr int numberOverflow = 6;
 
 /// Grows by half, so that no more than a third of the memory is ever unused.
-template <typename Vector>
+template<typename Vector>
 void makeRoom(Vector& vector, size_t more) {
     if (vector.size() + more > vector.capacity()) {
         vector.reserve(std::max(vector.size() + more, vector.capacity() + vector.capacity() / 2));
     }
 }
 
-}
+} // namespace
 
 void Rows::begin(const std::vector<ColumnInfo>& columns, bool keyed) {
     *this = Rows();
@@ -141,7 +141,7 @@ Value Rows::value(size_t row, int column) const {
     case Tag::Double: {
         const auto number = std::bit_cast<double>(payload);
         if (!std::isfinite(number)) {
-            raiseRuntimeError(numberOverflow);  // another program has left it in the file
+            raiseRuntimeError(numberOverflow); // another program has left it in the file
         }
         return Value(number);
     }
@@ -173,4 +173,4 @@ size_t Rows::behind(qint64 key) const {
     return static_cast<size_t>(std::upper_bound(keys_.begin(), keys_.end(), key) - keys_.begin());
 }
 
-}
+} // namespace dao

@@ -45,9 +45,9 @@ private:
     std::vector<bool> isDouble_;
     std::vector<quint64> payloads_;
     std::vector<Tag> tags_;
-    std::vector<char> blocks_;  ///< each a length of four bytes and the content
+    std::vector<char> blocks_; ///< each a length of four bytes and the content
     std::vector<qint64> keys_;
-    std::vector<bool> gone_;  ///< up to the last that ever was
+    std::vector<bool> gone_; ///< up to the last that ever was
 };
 
-}
+} // namespace dao

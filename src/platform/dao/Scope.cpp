@@ -30,8 +30,7 @@ ScopeSourcePtr recordsetSource(const std::vector<ColumnInfo>& columns, const QSt
         const ColumnInfo& info = columns[i];
         // What an expression gives may be text in one row and number in the next, whatever its type says.
         const Domain domain = info.sourceField.isEmpty() ? Domain::Mixed : domainOf(info.type);
-        source->columns.push_back(
-            {info, domain, {}, sql.value(static_cast<qsizetype>(i)), static_cast<int>(i)});
+        source->columns.push_back({info, domain, {}, sql.value(static_cast<qsizetype>(i)), static_cast<int>(i)});
     }
     for (size_t i = 0; i < columns.size(); ++i) {
         const QString qualified = columns[i].sourceTable + u'.' + columns[i].sourceField;

@@ -24,11 +24,9 @@ QString expressionName(size_t position) {
 
 /// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is
 /// none.
-const BoundExpression* findUngrouped(const BoundExpression& expression,
-                                     const std::vector<BoundExpressionPtr>& keys) {
+const BoundExpression* findUngrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& keys) {
     if (expression.kind == BoundExpression::Kind::Aggregate ||
-        std::any_of(keys.begin(), keys.end(),
-                    [&](const auto& key) { return sameExpression(*key, expression); }))
+        std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return sameExpression(*key, expression); }))
         return nullptr;
     if (expression.kind == BoundExpression::Kind::Column)
         return &expression;
@@ -56,8 +54,7 @@ void SelectBinder::bind(const tree::Select& select, bool sorted) {
     if (sorted)
         bindOrder(select.orderBy);
     checkGrouping();
-    if (!distinct_ && top_ < 0 && !isGrouped() && !select.unionWith && from_.table &&
-        !from_.table->rowKey.isEmpty())
+    if (!distinct_ && top_ < 0 && !isGrouped() && !select.unionWith && from_.table && !from_.table->rowKey.isEmpty())
         editable_ = from_.table;
 }
 
@@ -287,8 +284,13 @@ SelectBinder::Clauses SelectBinder::withTies(Clauses clauses) const {
         clauses = {u"SELECT *"_s + rank, u" FROM ("_s + compose(clauses) + u')', {}, {}, {}, {}, {}};
     else
         clauses.list += rank;
-    return {u"SELECT "_s + names.join(u", "_s), u" FROM ("_s + compose(clauses) + u')',
-            u"\"top rank\" <= "_s + QString::number(top_), {}, {}, u" ORDER BY \"top rank\""_s, {}};
+    return {u"SELECT "_s + names.join(u", "_s),
+            u" FROM ("_s + compose(clauses) + u')',
+            u"\"top rank\" <= "_s + QString::number(top_),
+            {},
+            {},
+            u" ORDER BY \"top rank\""_s,
+            {}};
 }
 
 QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {
@@ -297,9 +299,9 @@ QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {
     for (size_t i = 0; i < items_.size(); ++i) {
         const BoundExpression& expression = *items_[i].expression;
         const bool becomesText = domains[i] == Domain::Text && expression.domain != Domain::Text;
-        list << (becomesText ? u"vx_text("_s + writeValue(expression) + u") COLLATE "_s +
-                                   QString::fromLatin1(textCollation)
-                             : writeForOrder(expression)) +
+        list << (becomesText
+                     ? u"vx_text("_s + writeValue(expression) + u") COLLATE "_s + QString::fromLatin1(textCollation)
+                     : writeForOrder(expression)) +
                     u" AS "_s + quotedName(items_[i].name);
     }
     parts.list = (distinct_ ? u"SELECT DISTINCT "_s : u"SELECT "_s) + list.join(u", "_s);
@@ -308,8 +310,7 @@ QString SelectBinder::unionBranch(const std::vector<Domain>& domains) const {
 
 QString SelectBinder::compose(const Clauses& clauses) {
     const QString where = clauses.where.isEmpty() ? QString() : u" WHERE "_s + clauses.where;
-    return clauses.list + clauses.from + where + clauses.groupBy + clauses.having + clauses.orderBy +
-           clauses.limit;
+    return clauses.list + clauses.from + where + clauses.groupBy + clauses.having + clauses.orderBy + clauses.limit;
 }
 
 } // namespace dao

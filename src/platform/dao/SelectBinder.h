@@ -18,8 +18,7 @@ public:
         QString list, from, where, groupBy, having, orderBy, limit;
     };
 
-    SelectBinder(BindContext& context, const Scope* outer)
-        : context_(context), scope_(outer), outer_(outer) {}
+    SelectBinder(BindContext& context, const Scope* outer) : context_(context), scope_(outer), outer_(outer) {}
 
     /// @param sorted  whether ORDER BY is this SELECT's own; a UNION's sorts the whole
     /// @throws Error as bindStatement() does

@@ -27,17 +27,14 @@ struct Comparison {
 };
 
 constexpr std::array comparisons = {
-    Comparison{Operator::Equal, "="_L1, "vx_eq"_L1},
-    Comparison{Operator::NotEqual, "<>"_L1, "vx_ne"_L1},
-    Comparison{Operator::Less, "<"_L1, "vx_lt"_L1},
-    Comparison{Operator::LessOrEqual, "<="_L1, "vx_le"_L1},
-    Comparison{Operator::Greater, ">"_L1, "vx_gt"_L1},
-    Comparison{Operator::GreaterOrEqual, ">="_L1, "vx_ge"_L1},
+    Comparison{Operator::Equal, "="_L1, "vx_eq"_L1},   Comparison{Operator::NotEqual, "<>"_L1, "vx_ne"_L1},
+    Comparison{Operator::Less, "<"_L1, "vx_lt"_L1},    Comparison{Operator::LessOrEqual, "<="_L1, "vx_le"_L1},
+    Comparison{Operator::Greater, ">"_L1, "vx_gt"_L1}, Comparison{Operator::GreaterOrEqual, ">="_L1, "vx_ge"_L1},
 };
 
 Written compared(const BoundExpression& a, Operator op, const BoundExpression& b) {
-    const Comparison& comparison = *std::find_if(comparisons.begin(), comparisons.end(),
-                                                 [op](const Comparison& entry) { return entry.op == op; });
+    const Comparison& comparison =
+        *std::find_if(comparisons.begin(), comparisons.end(), [op](const Comparison& entry) { return entry.op == op; });
     const bool numbers = bothIn(Domain::Number, a, b);
     if (!numbers && !bothIn(Domain::Text, a, b))
         return {comparison.function + u'(' + within(value(a), 0) + u", "_s + within(value(b), 0) + u')'};
@@ -92,10 +89,9 @@ Written inSubquery(const BoundExpression& left, const BoundExpression& subquery)
     if (bothIn(Domain::Number, left, subquery))
         return {within(value(left), OrderLevel) + u" IN ("_s + subquery.select + u')', EqualityLevel};
     if (bothIn(Domain::Text, left, subquery))
-        return {within(value(left), CollateLevel) + collate + u" IN ("_s + subquery.select + u')',
-                EqualityLevel};
-    return {u"vx_key("_s + within(value(left), 0) + u") IN (SELECT vx_key("_s +
-                quotedName(subquery.column.info.name) + u") FROM ("_s + subquery.select + u"))"_s,
+        return {within(value(left), CollateLevel) + collate + u" IN ("_s + subquery.select + u')', EqualityLevel};
+    return {u"vx_key("_s + within(value(left), 0) + u") IN (SELECT vx_key("_s + quotedName(subquery.column.info.name) +
+                u") FROM ("_s + subquery.select + u"))"_s,
             EqualityLevel};
 }
 
@@ -104,8 +100,7 @@ Written inList(const BoundExpression& expression) {
     if (a.size() == 2 && a[1]->kind == BoundExpression::Kind::Subquery)
         return inSubquery(*a[0], *a[1]);
     const auto allIn = [&](Domain domain) {
-        return std::none_of(a.begin(), a.end(),
-                            [domain](const auto& side) { return isNever(*side, domain); });
+        return std::none_of(a.begin(), a.end(), [domain](const auto& side) { return isNever(*side, domain); });
     };
     const bool texts = !allIn(Domain::Number) && allIn(Domain::Text);
     QStringList items;
@@ -116,8 +111,8 @@ Written inList(const BoundExpression& expression) {
     }
     for (size_t i = 1; i < a.size(); ++i)
         items << within(value(*a[i]), 0);
-    return {within(value(*a[0]), texts ? CollateLevel : OrderLevel) + (texts ? collate : QString()) +
-                u" IN ("_s + items.join(u", "_s) + u')',
+    return {within(value(*a[0]), texts ? CollateLevel : OrderLevel) + (texts ? collate : QString()) + u" IN ("_s +
+                items.join(u", "_s) + u')',
             EqualityLevel};
 }
 
@@ -170,9 +165,8 @@ Written conditionOperation(const BoundExpression& expression) {
 
 Written condition(const BoundExpression& expression) {
     if (!expression.isCondition)
-        return expression.domain == Domain::Mixed
-                   ? Written{u"vx_bool("_s + within(value(expression), 0) + u')'}
-                   : value(expression);
+        return expression.domain == Domain::Mixed ? Written{u"vx_bool("_s + within(value(expression), 0) + u')'}
+                                                  : value(expression);
     if (expression.kind == BoundExpression::Kind::Function)
         return {within(value(*expression.arguments[0]), OrderLevel) + u" IS NULL"_s, EqualityLevel};
     return conditionOperation(expression);

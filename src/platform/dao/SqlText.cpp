@@ -24,8 +24,7 @@ QString quotedText(const QString& text) {
 
 QString numberLiteral(qint64 number) {
     // The least whole number has no positive counterpart for the sign to be put before.
-    return number == std::numeric_limits<qint64>::min() ? u"(-9223372036854775807-1)"_s
-                                                        : QString::number(number);
+    return number == std::numeric_limits<qint64>::min() ? u"(-9223372036854775807-1)"_s : QString::number(number);
 }
 
 /// SQLite's reader of decimals errs in the last bit of some numbers, and a filter on such a number would then

@@ -21,9 +21,7 @@ constexpr qsizetype longestText = 1024 * 1024;
 
 /// And, Or, Xor and Not of two numbers, bit by bit.
 Written bits(const BoundExpression& expression) {
-    const auto whole = [&](size_t i) {
-        return u"vx_clng("_s + within(value(*expression.arguments[i]), 0) + u')';
-    };
+    const auto whole = [&](size_t i) { return u"vx_clng("_s + within(value(*expression.arguments[i]), 0) + u')'; };
     switch (expression.op) {
     case Operator::Not:
         return {u'~' + whole(0), UnaryLevel};
@@ -32,8 +30,7 @@ Written bits(const BoundExpression& expression) {
     case Operator::Or:
         return {whole(0) + u" | "_s + whole(1), BitLevel};
     default:
-        return {u'(' + whole(0) + u" | "_s + whole(1) + u") & ~("_s + whole(0) + u" & "_s + whole(1) + u')',
-                BitLevel};
+        return {u'(' + whole(0) + u" | "_s + whole(1) + u") & ~("_s + whole(0) + u" & "_s + whole(1) + u')', BitLevel};
     }
 }
 
@@ -126,12 +123,10 @@ Written function(const BoundExpression& expression) {
     using Form = ScalarFunction::Form;
     switch (expression.function->form) {
     case Form::IIf:
-        return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) +
-                u" ELSE "_s + within(value(*a[2]), 0) + u" END"_s};
+        return {u"CASE WHEN "_s + within(condition(*a[0]), 0) + u" THEN "_s + within(value(*a[1]), 0) + u" ELSE "_s +
+                within(value(*a[2]), 0) + u" END"_s};
     case Form::Nz: {
-        const QString instead = a.size() > 1                ? within(value(*a[1]), 0)
-                                : isNumericType(a[0]->type) ? u"0"_s
-                                                            : u"''"_s;
+        const QString instead = a.size() > 1 ? within(value(*a[1]), 0) : isNumericType(a[0]->type) ? u"0"_s : u"''"_s;
         return {u"coalesce("_s + within(value(*a[0]), 0) + u", "_s + instead + u')'};
     }
     default:

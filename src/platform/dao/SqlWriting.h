@@ -34,8 +34,8 @@ inline const QString collate = QStringLiteral(" COLLATE ") + QString::fromLatin1
 Written value(const BoundExpression& expression);
 Written condition(const BoundExpression& expression);
 
-/// The text, in brackets if it holds together less than the level asks for. @throws Error 3360 when it has grown beyond all
-/// measure
+/// The text, in brackets if it holds together less than the level asks for. @throws Error 3360 when it has grown beyond
+/// all measure
 QString within(const Written& written, int level);
 QString call(const QString& function, const std::vector<BoundExpressionPtr>& arguments);
 

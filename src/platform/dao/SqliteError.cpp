@@ -7,7 +7,7 @@ namespace dao {
 namespace {
 
 struct Row {
-    int code;  ///< extended, or primary for all of its kind
+    int code; ///< extended, or primary for all of its kind
     int opening;
     int reading;
     int writing;
@@ -61,11 +61,11 @@ int numberOfMessage(const QString& message) {
     return reservedError;
 }
 
-}
+} // namespace
 
 int engineNumber(int extendedCode, Purpose purpose, const QString& message) {
     if (extendedCode == SQLITE_CONSTRAINT_CHECK && !nameBehindColon(message).startsWith(sizeRulePrefix)) {
-        return validationRule;  // a rule that another program has put into the file
+        return validationRule; // a rule that another program has put into the file
     }
     for (const Row& row : rows) {
         if (row.code == extendedCode || row.code == (extendedCode & 0xFF)) {
@@ -96,4 +96,4 @@ QString engineDetail(int number, const QString& message) {
     }
 }
 
-}
+} // namespace dao

@@ -12,4 +12,4 @@ QString engineDetail(int number, const QString& message);
 /// Name of the rule that holds the size of a Text column; its breach is error 3163.
 QString sizeRuleName(const QString& field);
 
-}
+} // namespace dao

@@ -20,7 +20,7 @@ Value valueOf(sqlite3_value* value) {
     case SQLITE_FLOAT: {
         const double number = sqlite3_value_double(value);
         if (!std::isfinite(number)) {
-            raiseRuntimeError(infiniteNumber);  // another program has left it in the file
+            raiseRuntimeError(infiniteNumber); // another program has left it in the file
         }
         return Value(number);
     }
@@ -70,14 +70,13 @@ void setResult(sqlite3_context* context, const Value& value) {
         break;
     case Value::Kind::Text: {
         const QByteArray utf8 = value.toText().toUtf8();
-        sqlite3_result_text64(context, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()),
-                              SQLITE_TRANSIENT, SQLITE_UTF8);
+        sqlite3_result_text64(context, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT,
+                              SQLITE_UTF8);
         break;
     }
     case Value::Kind::Bytes: {
         const QByteArray bytes = value.toBytes();
-        sqlite3_result_blob64(context, bytes.constData(), static_cast<sqlite3_uint64>(bytes.size()),
-                              SQLITE_TRANSIENT);
+        sqlite3_result_blob64(context, bytes.constData(), static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT);
         break;
     }
     }
@@ -97,13 +96,13 @@ int bindValue(sqlite3_stmt* statement, int parameter, const Value& value) {
     }
     case Value::Kind::Text: {
         const QByteArray utf8 = value.toText().toUtf8();
-        return sqlite3_bind_text64(statement, parameter, utf8.constData(),
-                                   static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT, SQLITE_UTF8);
+        return sqlite3_bind_text64(statement, parameter, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()),
+                                   SQLITE_TRANSIENT, SQLITE_UTF8);
     }
     case Value::Kind::Bytes: {
         const QByteArray bytes = value.toBytes();
-        return sqlite3_bind_blob64(statement, parameter, bytes.constData(),
-                                   static_cast<sqlite3_uint64>(bytes.size()), SQLITE_TRANSIENT);
+        return sqlite3_bind_blob64(statement, parameter, bytes.constData(), static_cast<sqlite3_uint64>(bytes.size()),
+                                   SQLITE_TRANSIENT);
     }
     case Value::Kind::Null:
         break;
@@ -111,4 +110,4 @@ int bindValue(sqlite3_stmt* statement, int parameter, const Value& value) {
     return sqlite3_bind_null(statement, parameter);
 }
 
-}
+} // namespace dao

@@ -17,8 +17,8 @@ void setResult(sqlite3_context* context, const Value& value);
 int bindValue(sqlite3_stmt* statement, int parameter, const Value& value);
 /// True for a double that a whole number of SQLite can stand for, so that it needs less room in a file.
 inline bool isWhole(double number) {
-    constexpr double largest = 9007199254740992.0;  // 2^53: beyond it not every whole number is a double
+    constexpr double largest = 9007199254740992.0; // 2^53: beyond it not every whole number is a double
     return number >= -largest && number <= largest && number == static_cast<double>(static_cast<qint64>(number));
 }
 
-}
+} // namespace dao

@@ -12,12 +12,13 @@ constexpr qsizetype mostCharacters = 2'000'000;
 constexpr qsizetype charactersOfAnEntry = 100;
 
 qsizetype sizeOf(const BoundStatement& bound) {
-    const auto columns = static_cast<qsizetype>(bound.columns.size() + (bound.editable ? bound.editable->columns.size() : 0));
-    return bound.sql.size() + bound.keySql.size() + bound.whereSql.size() + bound.rowSql.size() + bound.orderSql.size() +
-           (columns + bound.columnSql.size()) * charactersOfAnEntry;
+    const auto columns =
+        static_cast<qsizetype>(bound.columns.size() + (bound.editable ? bound.editable->columns.size() : 0));
+    return bound.sql.size() + bound.keySql.size() + bound.whereSql.size() + bound.rowSql.size() +
+           bound.orderSql.size() + (columns + bound.columnSql.size()) * charactersOfAnEntry;
 }
 
-}
+} // namespace
 
 /// Passes the binder's questions on and takes the answers down.
 class StatementMemory::Listener final : public SchemaSource {
@@ -78,11 +79,11 @@ void StatementMemory::keep(const QString& text, bool isName, Kept kept) {
         static_cast<qsizetype>(kept.answers.tables.size() + kept.answers.queries.size() + kept.answers.contents.size());
     size_ += text.size() + sizeOf(kept.bound) + answers * charactersOfAnEntry;
     if (size_ > mostCharacters) {
-        kept_.clear();  // who runs so many different ones comes back to few of them
+        kept_.clear(); // who runs so many different ones comes back to few of them
         size_ = 0;
         return;
     }
     kept_.insert_or_assign({text, isName}, std::move(kept));
 }
 
-}
+} // namespace dao

@@ -8,8 +8,8 @@ namespace dao {
 
 /// What a table looked like when somebody asked: equal states mean that all the binder is told of it is the same.
 struct TableState {
-    QString name;           ///< as the binder is told it, empty if there is no such table
-    quint64 structure = 0;  ///< a number that no other structure, of this table or another, ever has
+    QString name;          ///< as the binder is told it, empty if there is no such table
+    quint64 structure = 0; ///< a number that no other structure, of this table or another, ever has
     bool readOnly = false;
     friend bool operator==(const TableState&, const TableState&) = default;
 };
@@ -59,4 +59,4 @@ private:
     qsizetype size_ = 0;
 };
 
-}
+} // namespace dao

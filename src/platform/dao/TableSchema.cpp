@@ -15,7 +15,7 @@ namespace dao {
 
 namespace {
 
-constexpr size_t mostFields = 2000;  // SQLite's limit of columns
+constexpr size_t mostFields = 2000; // SQLite's limit of columns
 constexpr qsizetype longestName = 64;
 
 struct TypeName {
@@ -25,14 +25,14 @@ struct TypeName {
 
 /// The first name of a type is the one that new tables get.
 constexpr std::array typeNames = {
-    TypeName{dbBoolean, "BOOLEAN"},   TypeName{dbByte, "TINYINT"},     TypeName{dbByte, "BYTE"},
-    TypeName{dbInteger, "SMALLINT"},  TypeName{dbInteger, "SHORT"},    TypeName{dbLong, "INTEGER"},
-    TypeName{dbLong, "LONG"},         TypeName{dbLong, "INT"},         TypeName{dbCurrency, "CURRENCY"},
-    TypeName{dbSingle, "FLOAT"},      TypeName{dbSingle, "SINGLE"},    TypeName{dbDouble, "DOUBLE"},
-    TypeName{dbDouble, "REAL"},       TypeName{dbDate, "DATETIME"},    TypeName{dbDate, "DATE"},
-    TypeName{dbBinary, "BINARYBLOB"}, TypeName{dbText, "TEXT"},        TypeName{dbText, "VARCHAR"},
-    TypeName{dbText, "NVARCHAR"},     TypeName{dbLongBinary, "BLOB"},  TypeName{dbMemo, "LONGTEXT"},
-    TypeName{dbBigInt, "BIGINT"},     TypeName{dbDecimal, "DECIMAL"},  TypeName{dbDecimal, "NUMERIC"},
+    TypeName{dbBoolean, "BOOLEAN"},   TypeName{dbByte, "TINYINT"},    TypeName{dbByte, "BYTE"},
+    TypeName{dbInteger, "SMALLINT"},  TypeName{dbInteger, "SHORT"},   TypeName{dbLong, "INTEGER"},
+    TypeName{dbLong, "LONG"},         TypeName{dbLong, "INT"},        TypeName{dbCurrency, "CURRENCY"},
+    TypeName{dbSingle, "FLOAT"},      TypeName{dbSingle, "SINGLE"},   TypeName{dbDouble, "DOUBLE"},
+    TypeName{dbDouble, "REAL"},       TypeName{dbDate, "DATETIME"},   TypeName{dbDate, "DATE"},
+    TypeName{dbBinary, "BINARYBLOB"}, TypeName{dbText, "TEXT"},       TypeName{dbText, "VARCHAR"},
+    TypeName{dbText, "NVARCHAR"},     TypeName{dbLongBinary, "BLOB"}, TypeName{dbMemo, "LONGTEXT"},
+    TypeName{dbBigInt, "BIGINT"},     TypeName{dbDecimal, "DECIMAL"}, TypeName{dbDecimal, "NUMERIC"},
 };
 
 /// SQLite's own rule for a declared type that is none of ours.
@@ -56,7 +56,7 @@ QString typeName(int type) {
             return QString::fromLatin1(entry.name);
         }
     }
-    raiseEngineError(3259, QString::number(type));  // invalid field data type
+    raiseEngineError(3259, QString::number(type)); // invalid field data type
 }
 
 /// The field whose whole numbers are the rows' own numbers in SQLite: the counter, or a Long that is the whole key.
@@ -96,8 +96,8 @@ QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) 
     }
     if (sized) {
         // Kept by the file itself, so that no way of writing gets around it.
-        sql += u" CONSTRAINT "_s + quotedName(sizeRuleName(field.Name)) + u" CHECK (length("_s + name +
-               u") <= "_s + QString::number(field.Size) + u')';
+        sql += u" CONSTRAINT "_s + quotedName(sizeRuleName(field.Name)) + u" CHECK (length("_s + name + u") <= "_s +
+               QString::number(field.Size) + u')';
     }
     return sql;
 }
@@ -131,9 +131,9 @@ void requireFields(const TableDef& definition) {
 
 QString tableSql(const QString& schema, const TableDef& definition) {
     const FieldDefinition* const rowNumber = rowNumberField(definition);
-    const bool keyIsRowNumber = rowNumber != nullptr && definition.PrimaryKey.size() <= 1 &&
-                                (definition.PrimaryKey.isEmpty() ||
-                                 sameName(definition.PrimaryKey.first(), rowNumber->Name));
+    const bool keyIsRowNumber =
+        rowNumber != nullptr && definition.PrimaryKey.size() <= 1 &&
+        (definition.PrimaryKey.isEmpty() || sameName(definition.PrimaryKey.first(), rowNumber->Name));
     QStringList parts;
     for (const FieldDefinition& field : definition.Fields) {
         parts += columnSql(field, &field == rowNumber, containsName(definition.PrimaryKey, field.Name));
@@ -166,7 +166,7 @@ ColumnInfo columnOf(Connection& connection, const QString& schema, const QString
     const bool isKey = row.number(5) != 0;
     int counter = 0;
     if (isKey && column.type == dbLong) {
-        const QByteArray database = schema.mid(1, schema.size() - 2).toUtf8();  // without its quotes
+        const QByteArray database = schema.mid(1, schema.size() - 2).toUtf8(); // without its quotes
         sqlite3_table_column_metadata(connection.handle(), database.constData(), table.toUtf8().constData(),
                                       column.name.toUtf8().constData(), nullptr, nullptr, nullptr, nullptr, &counter);
     }
@@ -174,7 +174,7 @@ ColumnInfo columnOf(Connection& connection, const QString& schema, const QString
     return column;
 }
 
-}
+} // namespace
 
 DeclaredType declaredType(const QString& declaration) {
     const qsizetype bracket = declaration.indexOf(u'(');
@@ -299,4 +299,4 @@ bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QStri
     return !other.step();
 }
 
-}
+} // namespace dao

@@ -32,10 +32,10 @@ void dropTable(Connection& connection, const QString& schema, const QString& tab
 
 /// The table as it stands in its file.
 struct StoredTable {
-    QString name;    ///< as it is spelled there
+    QString name; ///< as it is spelled there
     std::vector<ColumnInfo> columns;
-    QString rowKey;  ///< name of the hidden row number, empty if the table has none
-    QStringList keyColumns;  ///< of the declared primary key
+    QString rowKey;         ///< name of the hidden row number, empty if the table has none
+    QStringList keyColumns; ///< of the declared primary key
     friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
@@ -45,8 +45,8 @@ qint64 schemaVersion(Connection& connection, const QString& schema);
 /// Changes when another connection has written.
 qint64 dataVersion(Connection& connection, const QString& schema);
 
-/// True when a number field holds no text, no bytes and nothing infinite: SQLite takes any value in any column, and what
-/// another's file declares can be got around. All rows are looked at, unless the field has an index.
+/// True when a number field holds no text, no bytes and nothing infinite: SQLite takes any value in any column, and
+/// what another's file declares can be got around. All rows are looked at, unless the field has an index.
 bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field);
 
-}
+} // namespace dao

@@ -51,7 +51,7 @@ Value trimmed(const Arguments& a, bool atLeft, bool atRight) {
     return Value(view.toString());
 }
 
-template <typename Mapping>
+template<typename Mapping>
 Value mapped(const Arguments& a, Mapping mapping) {
     if (a[0].isNull()) {
         return {};
@@ -66,7 +66,7 @@ Points folded(Points points) {
     return points;
 }
 
-}
+} // namespace
 
 Value like(const Arguments& a) {
     return anyNull(a) ? Value() : Value(matchesPattern(a[0].toText(), a[1].toText()) ? 1 : 0);
@@ -241,4 +241,4 @@ Value replace(const Arguments& a) {
     return textOf(result + whole.substr(from));
 }
 
-}
+} // namespace dao::bodies

@@ -72,7 +72,7 @@ bool matchesPlace(const CodePoints& pattern, qsizetype& at, char32_t c) {
     }
 }
 
-}
+} // namespace
 
 int compareTexts(QStringView a, QStringView b) {
     qsizetype i = 0;
@@ -128,7 +128,7 @@ bool matchesPattern(QStringView text, QStringView pattern) {
     const CodePoints p = foldedPoints(pattern);
     qsizetype at = 0;
     qsizetype place = 0;
-    qsizetype afterStar = -1;  // place behind the last "*": only that one ever needs to take more
+    qsizetype afterStar = -1; // place behind the last "*": only that one ever needs to take more
     qsizetype starAt = 0;
     while (true) {
         if (place < p.size() && p[place] == U'*') {
@@ -153,4 +153,4 @@ bool matchesPattern(QStringView text, QStringView pattern) {
     return place == p.size();
 }
 
-}
+} // namespace dao

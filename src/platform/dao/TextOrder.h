@@ -52,4 +52,4 @@ int compareUtf8(const char* a, int aBytes, const char* b, int bBytes);
 /// The text with every code point folded: equal for exactly those texts that compareTexts() finds equal.
 QString foldedText(QStringView text);
 
-}
+} // namespace dao

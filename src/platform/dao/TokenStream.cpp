@@ -11,16 +11,14 @@ namespace {
 
 std::vector<Token> tokenizeWithinLimit(const QString& statement, int errorNumber) {
     if (statement.size() > maxStatementLength)
-        raiseEngineError(errorNumber,
-                         u"the statement is longer than %1 characters"_s.arg(maxStatementLength));
+        raiseEngineError(errorNumber, u"the statement is longer than %1 characters"_s.arg(maxStatementLength));
     return tokenize(statement, errorNumber);
 }
 
 } // namespace
 
 TokenStream::TokenStream(const QString& statement, int errorNumber)
-    : statement_(statement), errorNumber_(errorNumber),
-      tokens_(tokenizeWithinLimit(statement_, errorNumber)) {}
+    : statement_(statement), errorNumber_(errorNumber), tokens_(tokenizeWithinLimit(statement_, errorNumber)) {}
 
 bool TokenStream::atAny(std::initializer_list<QStringView> words) const {
     return std::any_of(words.begin(), words.end(), [this](QStringView word) { return at(word); });
@@ -67,15 +65,14 @@ QString TokenStream::quoted(const Token& token) const {
 
 void TokenStream::fail(const QString& expected) const {
     const Token& token = current();
-    raiseEngineError(errorNumber_, u"expected %1, found %2 at position %3"_s.arg(
-                                       expected, quoted(token), QString::number(token.position + 1)));
+    raiseEngineError(errorNumber_, u"expected %1, found %2 at position %3"_s.arg(expected, quoted(token),
+                                                                                 QString::number(token.position + 1)));
 }
 
 void TokenStream::failTooDeep() const {
-    raiseEngineError(
-        errorNumber_,
-        u"more than %1 brackets, operators or selects inside each other at position %2"_s.arg(maxNesting)
-            .arg(current().position + 1));
+    raiseEngineError(errorNumber_,
+                     u"more than %1 brackets, operators or selects inside each other at position %2"_s.arg(maxNesting)
+                         .arg(current().position + 1));
 }
 
 TokenStream::Nesting::Nesting(TokenStream& stream) : stream_(stream) {

@@ -11,7 +11,7 @@ QString savepoint(int level) {
     return u"\"level %1\""_s.arg(level);
 }
 
-}
+} // namespace
 
 void DatabaseFile::begin(int level) {
     requireOutsideHook();
@@ -55,11 +55,11 @@ void DatabaseFile::rollback(int level) {
             if (connection_->isInTransaction()) {
                 throw;
             }
-            lostBy_ = error.number();  // taken back all the same, and with it what is around
+            lostBy_ = error.number(); // taken back all the same, and with it what is around
         }
     }
     level_ = level - 1;
-    definitionsChanged();  // tables that were made inside are gone
+    definitionsChanged(); // tables that were made inside are gone
     // What was known of tables made inside, or of rows without those that are back now, counts no more: the next change
     // may bring the same version number again.
     tables_.clear();
@@ -84,4 +84,4 @@ void DatabaseFile::requireOutsideHook() const {
     }
 }
 
-}
+} // namespace dao

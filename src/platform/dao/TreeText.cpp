@@ -167,8 +167,7 @@ QString insertText(const tree::Statement& statement) {
 } // namespace
 
 QString toText(const Expression& expression) {
-    const QString qualifier =
-        expression.qualifier.isEmpty() ? QString() : bracketed(expression.qualifier) + u'.';
+    const QString qualifier = expression.qualifier.isEmpty() ? QString() : bracketed(expression.qualifier) + u'.';
     switch (expression.kind) {
     case Expression::Kind::Null:
         return u"Null"_s;
@@ -200,8 +199,7 @@ QString toText(const tree::Select& select) {
         text += u"TOP %1 "_s.arg(select.top);
     text += joined(select.items, itemText);
     if (!select.from.empty())
-        text += u" FROM "_s +
-                joined(select.from, [](const tree::SourcePtr& source) { return sourceText(*source); });
+        text += u" FROM "_s + joined(select.from, [](const tree::SourcePtr& source) { return sourceText(*source); });
     text += clause(u"WHERE", select.where);
     if (!select.groupBy.empty())
         text += u" GROUP BY "_s + joined(select.groupBy, pointerText);
@@ -229,8 +227,7 @@ QString toText(const tree::Statement& statement) {
     const QString assignments = joined(statement.assignments, [](const tree::Assignment& assignment) {
         return bracketed(assignment.field) + u" = "_s + toText(*assignment.value);
     });
-    return u"UPDATE %1 SET %2"_s.arg(bracketed(statement.table), assignments) +
-           clause(u"WHERE", statement.where);
+    return u"UPDATE %1 SET %2"_s.arg(bracketed(statement.table), assignments) + clause(u"WHERE", statement.where);
 }
 
 } // namespace dao

@@ -30,18 +30,22 @@ constexpr int dbAutoIncrField = 16;
 constexpr int dbAttachedTable = 0x40000000;
 
 /// True for the types whose values are numbers.
-constexpr bool isNumericType(int type) { return (type >= dbBoolean && type <= dbDouble) || type == dbBigInt || type == dbDecimal; }
-constexpr bool isTextType(int type) { return type == dbText || type == dbMemo; }
+constexpr bool isNumericType(int type) {
+    return (type >= dbBoolean && type <= dbDouble) || type == dbBigInt || type == dbDecimal;
+}
+constexpr bool isTextType(int type) {
+    return type == dbText || type == dbMemo;
+}
 
 /// What is known of one column of a table, a query or a result.
 struct ColumnInfo {
     QString name;
     int type = dbText;
-    int size = 0;         ///< characters of a Text column, 0 without limit
-    int attributes = 0;   ///< dbAutoIncrField for a counter
-    QString sourceTable;  ///< table that the column comes from, empty for an expression
-    QString sourceField;  ///< its name there
+    int size = 0;        ///< characters of a Text column, 0 without limit
+    int attributes = 0;  ///< dbAutoIncrField for a counter
+    QString sourceTable; ///< table that the column comes from, empty for an expression
+    QString sourceField; ///< its name there
     friend bool operator==(const ColumnInfo&, const ColumnInfo&) = default;
 };
 
-}
+} // namespace dao

@@ -14,7 +14,7 @@ constexpr int overflow = 6;
 constexpr int typeMismatch = 13;
 constexpr int useOfNull = 94;
 
-template <typename T>
+template<typename T>
 int order(T a, T b) {
     return a < b ? -1 : a > b ? 1 : 0;
 }
@@ -66,7 +66,7 @@ int compareBytes(const QByteArray& a, const QByteArray& b) {
     return difference != 0 ? difference : order(a.size(), b.size());
 }
 
-}
+} // namespace
 
 bool Value::isNumeric() const {
     switch (kind()) {
@@ -126,7 +126,7 @@ qint64 Value::toInteger() const {
     if (kind() == Kind::Integer) {
         return std::get<qint64>(content_);
     }
-    const double number = std::nearbyint(toDouble());  // the default rounding mode is half to even
+    const double number = std::nearbyint(toDouble()); // the default rounding mode is half to even
     if (!(number >= -9223372036854775808.0 && number < 9223372036854775808.0)) {
         raiseRuntimeError(overflow);
     }
@@ -163,4 +163,4 @@ bool haveOrder(const Value& a, const Value& b) {
     return isNumber(a) ? b.isNumeric() : !isNumber(b) || a.isNumeric();
 }
 
-}
+} // namespace dao

@@ -79,4 +79,4 @@ bool haveOrder(const Value& a, const Value& b);
 /// True when the text matches a LIKE pattern with *, ?, #, [a-z], [!a-z], without regard to case.
 bool matchesPattern(QStringView text, QStringView pattern);
 
-}
+} // namespace dao

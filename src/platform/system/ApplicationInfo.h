@@ -14,4 +14,4 @@ constexpr int majorVersion = 3;
 constexpr int minorVersion = 6;
 constexpr int revision = 0;
 
-}
+} // namespace ApplicationInfo

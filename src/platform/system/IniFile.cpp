@@ -83,8 +83,7 @@ std::optional<QString> IniFile::value(const QString& section, const QString& key
 }
 
 void IniFile::setValue(const QString& section, const QString& key, const QString& value) {
-    content_->ini.SetValue(section.toUtf8().constData(), key.toUtf8().constData(),
-                           toLine(value).toUtf8().constData());
+    content_->ini.SetValue(section.toUtf8().constData(), key.toUtf8().constData(), toLine(value).toUtf8().constData());
 }
 
 bool IniFile::hasSection(const QString& section) const {

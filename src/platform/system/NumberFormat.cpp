@@ -48,9 +48,8 @@ struct Decimal {
 /// The number in 15 significant digits.
 Decimal toDecimal(double number) {
     char text[exactDigits + 32];
-    const auto end = std::to_chars(text, text + sizeof text, std::fabs(number), std::chars_format::scientific,
-                                   exactDigits - 1)
-                         .ptr;
+    const auto end =
+        std::to_chars(text, text + sizeof text, std::fabs(number), std::chars_format::scientific, exactDigits - 1).ptr;
     char* const mark = std::find(text, end, 'e');
     Decimal decimal;
     decimal.negative = std::signbit(number);

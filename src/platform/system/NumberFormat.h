@@ -23,4 +23,4 @@ QString plain(double number);
 /// without a separator, from 1E+15 on and below 0.0001 as "1,5E+15", "1E-05". Zero is "0", whatever its sign.
 QString digits(double number, QChar separator);
 
-}
+} // namespace NumberFormat

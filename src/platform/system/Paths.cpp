@@ -65,8 +65,7 @@ QString findApplicationFolder() {
     if (!home.isEmpty())
         return home;
     return Paths::chooseApplicationFolder(
-        programFolder(),
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
+        programFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
 }
 
 /// The entry of a folder that is called like `name`, exactly so if there is one, else without regard to case.

@@ -28,12 +28,12 @@ QString onDisk(const QString& path);
 QString resolved(const QString& path);
 
 /// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
-/// folder (prepared from the installed files when it is first needed), else the installed files' own folder, which can only be
-/// read. Never ends in a separator.
+/// folder (prepared from the installed files when it is first needed), else the installed files' own folder, which can
+/// only be read. Never ends in a separator.
 QString applicationFolder();
 /// The rule behind it, for a program in `programFolder`: the user's folder is taken, and given the files that it lacks,
-/// when the program is installed (its files lie in "../share/varidex") or its own folder, from which they come then, may not be written.
-/// Where they cannot be put into the user's folder, the one they come from is taken.
+/// when the program is installed (its files lie in "../share/varidex") or its own folder, from which they come then,
+/// may not be written. Where they cannot be put into the user's folder, the one they come from is taken.
 QString chooseApplicationFolder(const QString& programFolder, const QString& userFolder);
 /// Forgets what applicationFolder() found; for tests that change the environment.
 void resetApplicationFolder();
@@ -41,4 +41,4 @@ void resetApplicationFolder();
 QString userConfigFolder();
 QString machineConfigFolder();
 
-}
+} // namespace Paths

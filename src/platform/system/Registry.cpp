@@ -38,8 +38,7 @@ QString toLine(const Registry::Entry& entry) {
 
 /// A line without a type was typed by hand and is a text.
 Registry::Entry fromLine(const QString& line) {
-    static const QRegularExpression typed(u"^(\\d{1,4}):(.*)$"_s,
-                                          QRegularExpression::DotMatchesEverythingOption);
+    static const QRegularExpression typed(u"^(\\d{1,4}):(.*)$"_s, QRegularExpression::DotMatchesEverythingOption);
     Registry::Entry entry;
     const QRegularExpressionMatch match = typed.match(line);
     entry.type = match.hasMatch() ? match.captured(1).toInt() : static_cast<int>(Registry::String);

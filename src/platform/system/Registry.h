@@ -12,7 +12,7 @@ enum Hive : quint32 { CurrentUser = 0x80000001u, LocalMachine = 0x80000002u };
 enum Type : int { String = 1, Number = 4 };
 
 struct Entry {
-    int type = String;  ///< any other type is kept but not understood
+    int type = String; ///< any other type is kept but not understood
     QString text;
     quint32 number = 0;
 };
@@ -25,4 +25,4 @@ bool keyExists(Hive hive, const QString& key);
 Outcome read(Hive hive, const QString& key, const QString& name, Entry& entry);
 Outcome write(Hive hive, const QString& key, const QString& name, const Entry& entry);
 
-}
+} // namespace Registry

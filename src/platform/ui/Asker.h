@@ -16,15 +16,15 @@ enum class Pointer { Default, Wait };
 
 struct Box {
     QString text;
-    QString title = QString();  ///< empty: the application's title
+    QString title = QString(); ///< empty: the application's title
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
 };
 
 struct FileChoice {
     QString title;
-    QString filter;     ///< pairs "text|pattern" parted by "|"
-    QString extension;  ///< without a point
+    QString filter;    ///< pairs "text|pattern" parted by "|"
+    QString extension; ///< without a point
     QString folder;
     QString name;
     bool save = false;
@@ -39,8 +39,7 @@ public:
 
     virtual Answer messageBox(const Box& box) = 0;
     /// Nothing on Cancel.
-    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title,
-                                            const QString& proposal) = 0;
+    virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) = 0;
     virtual std::optional<QString> chooseFile(const FileChoice& choice) = 0;
     /// @param folder where the choice begins; empty: wherever the user was last
     virtual std::optional<QString> chooseFolder(const QString& title, const QString& folder) = 0;
@@ -72,4 +71,4 @@ public:
     WaitPointer& operator=(const WaitPointer&) = delete;
 };
 
-}
+} // namespace ui

@@ -16,8 +16,8 @@ public:
     virtual bool show(const QString& text, int done, int total) = 0;
 };
 
-/// A step that may take long. Nothing is shown of it until it has lasted a second; then the asker shows a progress window, with
-/// a way to stop it if it may be stopped.
+/// A step that may take long. Nothing is shown of it until it has lasted a second; then the asker shows a progress
+/// window, with a way to stop it if it may be stopped.
 class Progress {
 public:
     enum class Stop { No, Allowed };

@@ -46,8 +46,7 @@ std::vector<Choice> choicesOf(Buttons buttons) {
 }
 
 bool defaultIsFailure(const Box& box) {
-    return box.icon == Icon::Critical || box.icon == Icon::Exclamation ||
-           box.buttons == Buttons::AbortRetryIgnore;
+    return box.icon == Icon::Critical || box.icon == Icon::Exclamation || box.buttons == Buttons::AbortRetryIgnore;
 }
 
 bool terminalIsThere() {
@@ -61,8 +60,8 @@ bool terminalIsThere() {
 } // namespace
 
 TerminalAsker::TerminalAsker()
-    : isFailure(defaultIsFailure), standardIn_(stdin), standardError_(stderr), in_(standardIn_),
-      out_(standardError_), interactive_(terminalIsThere()) {}
+    : isFailure(defaultIsFailure), standardIn_(stdin), standardError_(stderr), in_(standardIn_), out_(standardError_),
+      interactive_(terminalIsThere()) {}
 
 TerminalAsker::TerminalAsker(QTextStream& in, QTextStream& out, bool interactive)
     : isFailure(defaultIsFailure), in_(in), out_(out), interactive_(interactive) {}
@@ -81,8 +80,7 @@ Answer TerminalAsker::messageBox(const Box& box) {
     text.replace(u"\r\n"_s, u"\n"_s);
     while (text.endsWith(u'\n'))
         text.chop(1);
-    out_ << (box.title.isEmpty() ? ApplicationInfo::title : box.title) << u": "_s << text << u'\n'
-         << Qt::flush;
+    out_ << (box.title.isEmpty() ? ApplicationInfo::title : box.title) << u": "_s << text << u'\n' << Qt::flush;
     const std::vector<Choice> choices = choicesOf(box.buttons);
     if (choices.size() == 1)
         return choices.front().answer;
@@ -99,8 +97,7 @@ Answer TerminalAsker::messageBox(const Box& box) {
     return safeAnswer(box.buttons);
 }
 
-std::optional<QString> TerminalAsker::inputBox(const QString& prompt, const QString& title,
-                                               const QString& proposal) {
+std::optional<QString> TerminalAsker::inputBox(const QString& prompt, const QString& title, const QString& proposal) {
     const std::optional<QString> line = ask(title + u": "_s + prompt + u" ["_s + proposal + u']');
     return line && line->isEmpty() ? std::optional(proposal) : line;
 }

@@ -24,8 +24,7 @@ public:
     void forgetFailure() { failed_ = false; }
 
     Answer messageBox(const Box& box) override;
-    std::optional<QString> inputBox(const QString& prompt, const QString& title,
-                                    const QString& proposal) override;
+    std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     void setClipboard(const QString&, const QString&) override {}

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int patience = 30'000; // ms
-constexpr int interval = 40;        // ms between two questions
+constexpr int interval = 40;     // ms between two questions
 
 /// Nothing that a test started outlives it, even if it is killed.
 void tie(QProcess& process) {
@@ -42,7 +42,8 @@ Screen::Screen(const QString& folder) {
     tie(server_);
     server_.setStandardErrorFile(QProcess::nullDevice());
     // The server takes a number that is free and tells it as soon as it can be asked.
-    server_.start(u"Xvfb"_s, {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1440x900x24"_s, u"-nolisten"_s, u"tcp"_s});
+    server_.start(u"Xvfb"_s,
+                  {u"-displayfd"_s, u"1"_s, u"-screen"_s, u"0"_s, u"1440x900x24"_s, u"-nolisten"_s, u"tcp"_s});
     QByteArray number;
     while (!number.endsWith('\n') && server_.waitForReadyRead(patience))
         number += server_.readAllStandardOutput();

@@ -7,8 +7,9 @@
 #include <functional>
 #include <memory>
 
-/// A screen of its own with a window manager, and one person's hands and eyes before it: keys pressed as the X server passes them
-/// on, titles of windows, the clipboard, pictures. What is waited for is asked for until it is so; nothing relies on a pause.
+/// A screen of its own with a window manager, and one person's hands and eyes before it: keys pressed as the X server
+/// passes them on, titles of windows, the clipboard, pictures. What is waited for is asked for until it is so; nothing
+/// relies on a pause.
 class Screen {
 public:
     /// Programs that it takes and that are not installed.

@@ -14,10 +14,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString questionGerman = u"Wie zufrieden sind Sie gegenwärtig, alles in allem, mit Ihrem Leben? 0 bedeutet ganz und gar "
-                               "unzufrieden, 10 ganz und gar zufrieden."_s;
-const QString questionEnglish = u"All things considered, how satisfied are you with your life these days? 0 means completely "
-                                "dissatisfied, 10 completely satisfied."_s;
+const QString questionGerman =
+    u"Wie zufrieden sind Sie gegenwärtig, alles in allem, mit Ihrem Leben? 0 bedeutet ganz und gar "
+    "unzufrieden, 10 ganz und gar zufrieden."_s;
+const QString questionEnglish =
+    u"All things considered, how satisfied are you with your life these days? 0 means completely "
+    "dissatisfied, 10 completely satisfied."_s;
 
 /// The program as a person meets it who has just been given it, and the keys that lead through it.
 class Walk : public testing::Test {
@@ -61,7 +63,8 @@ protected:
 
     static const QMimeData* clipboard() { return QGuiApplication::clipboard()->mimeData(); }
 
-    /// Repeats keys until the clipboard holds what they should copy: type-ahead starts anew when the machine was too slow for it.
+    /// Repeats keys until the clipboard holds what they should copy: type-ahead starts anew when the machine was too
+    /// slow for it.
     bool copies(const QString& text, const std::function<void()>& keys) const {
         return Screen::until([&] {
             keys();
@@ -87,14 +90,16 @@ protected:
     /// Opens the options dialog, which tells the language, and leaves it.
     bool optionsAreCalled(const QString& title, const QString& picture) {
         // A key that came while the program was at something is pressed again, as a person would.
-        const bool opened = Screen::until([&] {
-            screen->press({u"ctrl+comma"_s});
-            return soon([&] { return screen->activeWindow() != mainWindow && screen->activeTitle() == title; });
-        }) && take(picture);
+        const bool opened =
+            Screen::until([&] {
+                screen->press({u"ctrl+comma"_s});
+                return soon([&] { return screen->activeWindow() != mainWindow && screen->activeTitle() == title; });
+            }) &&
+            take(picture);
         return opened && Screen::until([&] {
-            screen->press({u"Escape"_s});
-            return soon([&] { return screen->activeWindow() == mainWindow; });
-        });
+                   screen->press({u"Escape"_s});
+                   return soon([&] { return screen->activeWindow() == mainWindow; });
+               });
     }
     /// Asks for about two seconds.
     static bool soon(const std::function<bool()>& condition) {
@@ -131,7 +136,8 @@ void Walk::startWindow() {
 }
 
 void Walk::browse() {
-    // The explorer stands with the keyboard in its tree: the study, after the heading before it, then the list beyond the filter line.
+    // The explorer stands with the keyboard in its tree: the study, after the heading before it, then the list beyond
+    // the filter line.
     screen->press({u"F7"_s, u"Home"_s, u"asterisk"_s});
     ASSERT_TRUE(copies(questionGerman, [&] {
         screen->press({u"Home"_s});
@@ -148,12 +154,13 @@ void Walk::browse() {
     screen->press({u"ctrl+k"_s});
     screen->type(u"pay per year"_s);
     screen->press({u"Down"_s});
-    ASSERT_TRUE(copies(u"How much would you be willing to pay per year to protect the environment?"_s, [&] { copyQuestion(); }));
+    ASSERT_TRUE(copies(u"How much would you be willing to pay per year to protect the environment?"_s,
+                       [&] { copyQuestion(); }));
     ASSERT_TRUE(take(u"4-filter"_s));
     screen->press({u"ctrl+k"_s, u"Escape"_s, u"Tab"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
-    // Past strip and text to where else the variable stands; from there to a window of another view, which has a language of its
-    // own.
+    // Past strip and text to where else the variable stands; from there to a window of another view, which has a
+    // language of its own.
     screen->press(QStringList(3, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionGerman));
     ASSERT_TRUE(take(u"5-sprung"_s));
@@ -164,7 +171,8 @@ void Walk::analyse() {
     screen->press({u"ctrl+F6"_s, u"ctrl+k"_s, u"Tab"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
     screen->press({u"ctrl+shift+a"_s, u"alt+r"_s});
-    // Weighted counts of the cases over 29, rounded: 237.26 and 252.02 of 945.76 valid ones, as another program adds them up.
+    // Weighted counts of the cases over 29, rounded: 237.26 and 252.02 of 945.76 valid ones, as another program adds
+    // them up.
     const auto isTable = [](const QString& text) {
         return text.startsWith(u"SV2018, LZUFR: Allgemeine Lebenszufriedenheit (N=946) (gewichtet nach GEWREP)"_s) &&
                text.contains(u"7\t\t\t237\t"_s) && text.contains(u"8\t\t\t252\t"_s);

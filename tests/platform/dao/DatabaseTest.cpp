@@ -50,7 +50,7 @@ protected:
     }
 };
 
-}
+} // namespace
 
 TEST_F(DatabaseTest, FilesThatCannotBeOpenedSayWhy) {
     createCases(u"good.mdb"_s, u"QX1_1"_s, 5000);
@@ -87,7 +87,8 @@ TEST_F(DatabaseTest, LinksLeadToOtherFilesInAnySpelling) {
     const auto link = catalogue->TableDefs().Item(u"qx1_1"_s);
     EXPECT_EQ(link->Attributes(), dao::dbAttachedTable);
     EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM QX1_1 ORDER BY V1 DESC"_s), u"4,5;3;1,5"_s);
-    EXPECT_EQ(rows(*catalogue, u"SELECT QX1_1.V1, other.V1 FROM QX1_1 INNER JOIN other ON QX1_1.dt_CaseID = other.dt_CaseID"_s),
+    EXPECT_EQ(rows(*catalogue,
+                   u"SELECT QX1_1.V1, other.V1 FROM QX1_1 INNER JOIN other ON QX1_1.dt_CaseID = other.dt_CaseID"_s),
               u"1,5,10;3,20"_s);
     EXPECT_EQ(catalogue->OpenRecordset(u"QX1_1"_s)->Fields()[1].Type, dao::dbDouble);
 
@@ -141,7 +142,8 @@ TEST_F(DatabaseTest, AFileThatComesBackIsLookedAtAgainIfItWasChangedMeanwhile) {
         createCases(u"S%1.mdb"_s.arg(i), u"S%1_1"_s.arg(i), 2, i);
         addLink(*catalogue, u"S%1_1"_s.arg(i), path(u"S%1.mdb"_s.arg(i)));
     }
-    Stranger(path(u"S1.mdb"_s)).run("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO s VALUES (1, 7), (2, 1)");
+    Stranger(path(u"S1.mdb"_s))
+        .run("CREATE TABLE s (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO s VALUES (1, 7), (2, 1)");
     addLink(*catalogue, u"s"_s, path(u"S1.mdb"_s));
     const auto letGo = [&] {
         for (int i = 2; i <= 12; ++i)
@@ -158,7 +160,8 @@ TEST_F(DatabaseTest, AFileThatComesBackIsLookedAtAgainIfItWasChangedMeanwhile) {
     EXPECT_EQ(above(), u"1"_s);
     const QByteArray changes[] = {"UPDATE s SET x = 'abc' WHERE id = 2",         // a text is above every number
                                   "PRAGMA journal_mode=WAL; UPDATE s SET x = 5", // where the file itself tells nothing
-                                  "UPDATE s SET x = 'abc' WHERE id = 2", "PRAGMA journal_mode=DELETE; UPDATE s SET x = 8 WHERE id = 1"};
+                                  "UPDATE s SET x = 'abc' WHERE id = 2",
+                                  "PRAGMA journal_mode=DELETE; UPDATE s SET x = 8 WHERE id = 1"};
     const QString found[] = {u"1"_s, u"0"_s, u"0"_s, u"1"_s};
     for (int i = 0; i < 4; ++i) {
         letGo();
@@ -172,7 +175,9 @@ TEST_F(DatabaseTest, AFileThatComesBackIsLookedAtAgainIfItWasChangedMeanwhile) {
     EXPECT_EQ(rows(*catalogue, u"SELECT * FROM s"_s), u"9,1"_s);
     letGo();
     createCases(u"S1.new"_s, u"s"_s, 2, 3);
-    ASSERT_EQ(std::rename(QFile::encodeName(path(u"S1.new"_s)).constData(), QFile::encodeName(path(u"S1.mdb"_s)).constData()), 0);
+    ASSERT_EQ(
+        std::rename(QFile::encodeName(path(u"S1.new"_s)).constData(), QFile::encodeName(path(u"S1.mdb"_s)).constData()),
+        0);
     EXPECT_EQ(rows(*catalogue, u"SELECT V1 FROM s"_s), u"3;6"_s);
 }
 
@@ -192,7 +197,8 @@ TEST_F(DatabaseTest, AStatementRunAgainMeansWhatItMeansByNow) {
     EXPECT_EQ(typeOfV1(), dao::dbDouble);
     cases.run("ALTER TABLE QX1_1 ADD COLUMN W TEXT DEFAULT 'x'");
     EXPECT_EQ(all(u"L"_s), u"1,1,x;2,2,x"_s);
-    cases.run("DROP TABLE QX1_1; CREATE TABLE QX1_1 (V1 TEXT, dt_CaseID INTEGER PRIMARY KEY); INSERT INTO QX1_1 VALUES ('3', 1)");
+    cases.run("DROP TABLE QX1_1; CREATE TABLE QX1_1 (V1 TEXT, dt_CaseID INTEGER PRIMARY KEY); INSERT INTO QX1_1 VALUES "
+              "('3', 1)");
     EXPECT_EQ(all(u"L"_s) + u'|' + all(u"q"_s), u"3,1|6"_s);
     EXPECT_EQ(typeOfV1(), dao::dbText);
 
@@ -288,9 +294,10 @@ TEST_F(DatabaseTest, TablesAreMadeAsTheirDefinitionSays) {
     const auto database = create(u"a.mdb"_s);
     const auto table = database->CreateTableDef(u"tsys_Comparison"_s);
     const std::pair<QString, int> fields[] = {
-        {u"Yes"_s, dao::dbBoolean},  {u"Byte"_s, dao::dbByte},     {u"Small"_s, dao::dbInteger}, {u"Long"_s, dao::dbLong},
-        {u"Money"_s, dao::dbCurrency}, {u"Single"_s, dao::dbSingle}, {u"Double"_s, dao::dbDouble}, {u"Date"_s, dao::dbDate},
-        {u"Text"_s, dao::dbText},    {u"Memo"_s, dao::dbMemo},     {u"Bytes"_s, dao::dbLongBinary},
+        {u"Yes"_s, dao::dbBoolean},   {u"Byte"_s, dao::dbByte},        {u"Small"_s, dao::dbInteger},
+        {u"Long"_s, dao::dbLong},     {u"Money"_s, dao::dbCurrency},   {u"Single"_s, dao::dbSingle},
+        {u"Double"_s, dao::dbDouble}, {u"Date"_s, dao::dbDate},        {u"Text"_s, dao::dbText},
+        {u"Memo"_s, dao::dbMemo},     {u"Bytes"_s, dao::dbLongBinary},
     };
     table->Fields.push_back(dao::TableDef::CreateField(u"ID"_s, dao::dbLong, 0, dao::dbAutoIncrField));
     for (const auto& [name, type] : fields)
@@ -429,8 +436,9 @@ TEST_F(DatabaseTest, ABlockOfRowsIsStoredAsTheSameRowsOneByOneAre) {
     const auto database = create(u"a.mdb"_s);
     const QStringList names{u"id"_s, u"d"_s, u"b"_s, u"t"_s};
     for (const QString& table : {u"single"_s, u"block"_s}) {
-        addTable(*database, table,
-                 {{names[0], dao::dbLong}, {names[1], dao::dbDouble}, {names[2], dao::dbBoolean}, {names[3], dao::dbText}});
+        addTable(
+            *database, table,
+            {{names[0], dao::dbLong}, {names[1], dao::dbDouble}, {names[2], dao::dbBoolean}, {names[3], dao::dbText}});
     }
     const auto fill = [](auto& target, auto&& endRow) {
         const double numbers[] = {0, -0.0, 1, -7, 2.5, 1e300, 9007199254740992.0, 9007199254740994.0, 5e-324};
@@ -457,9 +465,10 @@ TEST_F(DatabaseTest, ABlockOfRowsIsStoredAsTheSameRowsOneByOneAre) {
     EXPECT_EQ(rows(*database, all.arg(u"block"_s)), rows(*database, all.arg(u"single"_s)));
     database->Close();
     const Stranger stranger(path(u"a.mdb"_s));
-    EXPECT_EQ(stranger.ask("SELECT count(*), sum(b), (SELECT count(*) FROM (SELECT id, d, typeof(d), b, hex(t) FROM single "
-                           "INTERSECT SELECT id, d, typeof(d), b, hex(t) FROM block)) FROM block"),
-              u"10 -7 10"_s);
+    EXPECT_EQ(
+        stranger.ask("SELECT count(*), sum(b), (SELECT count(*) FROM (SELECT id, d, typeof(d), b, hex(t) FROM single "
+                     "INTERSECT SELECT id, d, typeof(d), b, hex(t) FROM block)) FROM block"),
+        u"10 -7 10"_s);
 }
 
 TEST_F(DatabaseTest, ABlockOfRowsRefusesWhatItsFieldsCannotHold) {
@@ -473,7 +482,7 @@ TEST_F(DatabaseTest, ABlockOfRowsRefusesWhatItsFieldsCannotHold) {
     EXPECT_EQ(errorOf([&] { block.setText(1, u"1"_s); }), 3421);
     EXPECT_EQ(errorOf([&] { block.setNumber(1, HUGE_VAL); }), 6);
     for (int row = 0; row < 3; ++row) {
-        block.setNumber(0, row / 2);  // 0, 0, 1
+        block.setNumber(0, row / 2); // 0, 0, 1
         block.endRow();
     }
     workspace().BeginTrans();

@@ -45,7 +45,7 @@ protected:
     dao::DatabasePtr database_;
 };
 
-}
+} // namespace
 
 TEST_F(EditSafetyTest, AnEditBeginsWithWhatAnotherRecordsetHasWritten) {
     for (const auto& rows : bothWays(u"entry"_s)) {
@@ -106,7 +106,7 @@ TEST_F(EditSafetyTest, TheFirstRowOfAnEmptyTableIsReachedByMovingOn) {
 }
 
 TEST_F(EditSafetyTest, AfterATransactionThatFailedEditsAreKept) {
-    for (const int megabytes : {1, 8}) {  // fails when it is committed; when the row is written
+    for (const int megabytes : {1, 8}) { // fails when it is committed; when the row is written
         const auto rows = database_->OpenRecordset(u"SELECT * FROM n WHERE id = 1"_s);
         workspace().BeginTrans();
         {
@@ -165,7 +165,7 @@ TEST_F(EditSafetyTest, ASearchFindsWhatOthersHaveWrittenSince) {
     EXPECT_EQ(found(*rows, u"v = 'newer'"_s), u"none"_s);
     const auto other = database_->OpenRecordset(u"entry"_s);
     set(*other, u"v"_s, u"first"_s);
-    for (int search = 0; search < 5; ++search)  // by walking first, then by an index
+    for (int search = 0; search < 5; ++search) // by walking first, then by an index
         EXPECT_EQ(found(*rows, u"v = 'first'"_s), u"a"_s);
     other->Delete();
     for (int search = 0; search < 5; ++search)
@@ -201,7 +201,8 @@ TEST_F(EditSafetyTest, ASearchFindsWhatOthersHaveWrittenSince) {
 TEST_F(EditSafetyTest, OthersMayWriteWhileRowsOfALinkedFileAreCounted) {
     createCases(u"cases.mdb"_s, u"t"_s, 20000);
     addLink(*database_, u"t"_s, path(u"cases.mdb"_s));
-    EngineTest::rows(*database_, u"SELECT Count(*) FROM t WHERE V1 > 5"_s);  // what the field holds is known from here on
+    EngineTest::rows(*database_,
+                     u"SELECT Count(*) FROM t WHERE V1 > 5"_s); // what the field holds is known from here on
     const auto whole = database_->OpenRecordset(u"t"_s);
     int calls = 0;
     dao::DBEngine::instance().setProgress([&] {
@@ -254,8 +255,12 @@ TEST_F(EditSafetyTest, AValueInANumberFieldIsComparedByWhatItIs) {
     };
     for (const auto& [statement, expected] : cases)
         EXPECT_EQ(EngineTest::rows(*database_, statement), expected) << statement.toStdString();
-    const std::pair<QString, int> firsts[] = {{u"x > 6"_s, 4},   {u"x = '10'"_s, 4}, {u"x > '6'"_s, 4}, {u"x < '6'"_s, 1},
-                                              {u"x Between '6' And '99'"_s, 4}, {u"x In ('5', '10')"_s, 1}};
+    const std::pair<QString, int> firsts[] = {{u"x > 6"_s, 4},
+                                              {u"x = '10'"_s, 4},
+                                              {u"x > '6'"_s, 4},
+                                              {u"x < '6'"_s, 1},
+                                              {u"x Between '6' And '99'"_s, 4},
+                                              {u"x In ('5', '10')"_s, 1}};
     for (const auto& rows : bothWays(u"s"_s)) {
         for (const auto& [criteria, first] : firsts) {
             rows->FindFirst(criteria);
@@ -263,7 +268,9 @@ TEST_F(EditSafetyTest, AValueInANumberFieldIsComparedByWhatItIs) {
         }
     }
     EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO n (x) SELECT x FROM s WHERE id = 2"_s); }), 13);
-    EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO n SELECT id + 10, x, Null FROM (SELECT * FROM s) AS q"_s); }), 13);
+    EXPECT_EQ(
+        errorOf([&] { database_->Execute(u"INSERT INTO n SELECT id + 10, x, Null FROM (SELECT * FROM s) AS q"_s); }),
+        13);
 }
 
 /// What was found in a field holds until it may have changed.
@@ -296,13 +303,14 @@ TEST_F(EditSafetyTest, ANumberFieldIsLookedAtAgainWhenItMayHaveChanged) {
 
 TEST_F(EditSafetyTest, NothingButNumbersIsSummed) {
     struct {
-        QByteArray content;  // of x in row 3, beside 1 and 2
+        QByteArray content; // of x in row 3, beside 1 and 2
         QString sum;
         QString average;
         int error;
     } const cases[] = {
-        {"3", u"6"_s, u"2"_s, 0},     {"0.5", u"3,5"_s, u"1,16666666666667"_s, 0}, {"NULL", u"3"_s, u"1,5"_s, 0},
-        {"'12abc'", {}, {}, 3464},    {"'abc'", {}, {}, 3464},                     {"x'31'", {}, {}, 3464},
+        {"3", u"6"_s, u"2"_s, 0},      {"0.5", u"3,5"_s, u"1,16666666666667"_s, 0},
+        {"NULL", u"3"_s, u"1,5"_s, 0}, {"'12abc'", {}, {}, 3464},
+        {"'abc'", {}, {}, 3464},       {"x'31'", {}, {}, 3464},
         {"9e999", {}, {}, 6},
     };
     runAsStranger("CREATE TABLE m (id INTEGER PRIMARY KEY, x DOUBLE); INSERT INTO m SELECT id, x FROM n");
@@ -356,7 +364,8 @@ TEST_F(EditSafetyTest, DatesBytesAndRulesAreReadAsTheyAre) {
 
     runAsStranger("CREATE TABLE sized (id INTEGER PRIMARY KEY, t VARCHAR(3)); INSERT INTO sized VALUES (1, 'abcd')");
     for (const QString& value : {u"'abcd'"_s, u"1234"_s, u"(SELECT t FROM sized)"_s})
-        EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE sized SET t = "_s + value); }), 3163) << value.toStdString();
+        EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE sized SET t = "_s + value); }), 3163)
+            << value.toStdString();
     EXPECT_EQ(errorOf([&] { database_->Execute(u"INSERT INTO sized VALUES (2, 'abcd')"_s); }), 3163);
     database_->Execute(u"INSERT INTO sized (id, t) VALUES (2, 'äöü')"_s);
     EXPECT_EQ(EngineTest::rows(*database_, u"SELECT t FROM sized"_s), u"abcd;äöü"_s);

@@ -71,7 +71,7 @@ protected:
     }
 
     /// Number of the error that the action throws, 0 for none.
-    template <typename Action>
+    template<typename Action>
     static int errorOf(Action action) {
         try {
             action();

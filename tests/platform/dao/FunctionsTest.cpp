@@ -1,5 +1,5 @@
-#include "platform/dao/Error.h"
 #include "platform/dao/Functions.h"
+#include "platform/dao/Error.h"
 #include "platform/dao/SqliteValue.h"
 #include "platform/system/NumberFormat.h"
 
@@ -38,7 +38,7 @@ protected:
     sqlite3* connection_ = nullptr;
 };
 
-}
+} // namespace
 
 TEST_F(Functions, GiveWhatTheLanguageGives) {
     const std::pair<QString, Value> cases[] = {
@@ -98,9 +98,16 @@ TEST_F(Functions, GiveWhatTheLanguageGives) {
 
 TEST_F(Functions, RaiseTheirOwnErrorsOnce) {
     const std::pair<QString, int> cases[] = {
-        {u"vx_div(1, 0)"_s, 11},     {u"vx_mod(1, '0')"_s, 11},   {u"vx_cdbl('abc')"_s, 13}, {u"vx_calc('-', 'a', 1)"_s, 13},
-        {u"vx_calc('*', 1e300, 1e300)"_s, 6}, {u"vx_clng(3e9)"_s, 6},   {u"vx_left('a', -1)"_s, 5}, {u"vx_mid('a', 0)"_s, 5},
-        {u"vx_pow(-8, 0.5)"_s, 5},   {u"vx_like('a', '[a')"_s, 93},
+        {u"vx_div(1, 0)"_s, 11},
+        {u"vx_mod(1, '0')"_s, 11},
+        {u"vx_cdbl('abc')"_s, 13},
+        {u"vx_calc('-', 'a', 1)"_s, 13},
+        {u"vx_calc('*', 1e300, 1e300)"_s, 6},
+        {u"vx_clng(3e9)"_s, 6},
+        {u"vx_left('a', -1)"_s, 5},
+        {u"vx_mid('a', 0)"_s, 5},
+        {u"vx_pow(-8, 0.5)"_s, 5},
+        {u"vx_like('a', '[a')"_s, 93},
     };
     dao::errorList().clear();
     for (const auto& [expression, number] : cases) {

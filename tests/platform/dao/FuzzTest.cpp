@@ -38,8 +38,7 @@ private:
     static QStringList split(const QString& text) {
         QStringList words;
         for (const QChar c : text) {
-            const bool continues =
-                c.isLetterOrNumber() && !words.isEmpty() && words.back().back().isLetterOrNumber();
+            const bool continues = c.isLetterOrNumber() && !words.isEmpty() && words.back().back().isLetterOrNumber();
             if (continues)
                 words.back() += c;
             else
@@ -48,17 +47,15 @@ private:
         return words;
     }
 
-    qsizetype pick(qsizetype below) {
-        return static_cast<qsizetype>(random_() % static_cast<quint64>(below));
-    }
+    qsizetype pick(qsizetype below) { return static_cast<qsizetype>(random_() % static_cast<quint64>(below)); }
 
     void harm(QStringList& words) {
-        static const QStringList pieces = {
-            u"("_s,      u")"_s,          u"["_s,        u"]"_s,      u"'"_s,       u"\""_s,
-            u"#"_s,      u";"_s,          u","_s,        u"."_s,      u"1E999"_s,   u" Not "_s,
-            u" And "_s,  u"-"_s,          u" SELECT "_s, u" FROM "_s, u" UNION "_s, u"*"_s,
-            u"\\"_s,     u"^"_s,          u"!"_s,        u" Null "_s, u" In "_s,    u" Between "_s,
-            u" LEFT "_s, u" GROUP BY "_s, u"Count(*)"_s, u"0"_s,      u"%1"_s};
+        static const QStringList pieces = {u"("_s,          u")"_s,        u"["_s,     u"]"_s,         u"'"_s,
+                                           u"\""_s,         u"#"_s,        u";"_s,     u","_s,         u"."_s,
+                                           u"1E999"_s,      u" Not "_s,    u" And "_s, u"-"_s,         u" SELECT "_s,
+                                           u" FROM "_s,     u" UNION "_s,  u"*"_s,     u"\\"_s,        u"^"_s,
+                                           u"!"_s,          u" Null "_s,   u" In "_s,  u" Between "_s, u" LEFT "_s,
+                                           u" GROUP BY "_s, u"Count(*)"_s, u"0"_s,     u"%1"_s};
         const qsizetype place = pick(words.size());
         switch (pick(9)) {
         case 0:
@@ -145,8 +142,7 @@ TEST(DamagedStatements, RunOrFailAsTheEngineFails) {
             ++ran;
         } catch (const dao::Error& error) {
             EXPECT_NE(error.number(), 3059) << "a damaged statement that doesn't end";
-            EXPECT_NE(error.number(), 3000) << "the binder let it through and SQLite doesn't read it: "
-                                            << error.what();
+            EXPECT_NE(error.number(), 3000) << "the binder let it through and SQLite doesn't read it: " << error.what();
         }
         engine.Workspaces(0).Rollback();
     }

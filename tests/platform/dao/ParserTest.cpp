@@ -49,48 +49,44 @@ TEST(Condition, OperatorsBindAsTheEngineBindsThem) {
     expectUnderstood(
         {Pair{"a = 1 And b = 2 Or c", "((([a] = 1) And ([b] = 2)) Or [c])"},
          Pair{"c Or a = 1 And b = 2", "([c] Or (([a] = 1) And ([b] = 2)))"},
-         Pair{"Not a = 1 And b", "((Not ([a] = 1)) And [b])"},
-         Pair{"a Or Not b Or c", "(([a] Or (Not [b])) Or [c])"},
+         Pair{"Not a = 1 And b", "((Not ([a] = 1)) And [b])"}, Pair{"a Or Not b Or c", "(([a] Or (Not [b])) Or [c])"},
          Pair{"a Xor b Or c", "([a] Xor ([b] Or [c]))"}, Pair{"a = 1 OR(b = 2)", "(([a] = 1) Or ([b] = 2))"},
          Pair{"NOT(a=1)AND(b<>2)", "((Not ([a] = 1)) And ([b] <> 2))"},
          Pair{"a & b = c + d", "(([a] & [b]) = ([c] + [d]))"},
          Pair{"a & b + c Mod d \\ e * -f ^ 2", "([a] & ([b] + ([c] Mod ([d] \\ ([e] * (-([f] ^ 2)))))))"},
-         Pair{"a - b - c / d / e", "(([a] - [b]) - (([c] / [d]) / [e]))"},
-         Pair{"2 ^ -1 * 3", "((2 ^ (-1)) * 3)"}, Pair{"a Like 'x' & b", "([a] Like ('x' & [b]))"},
+         Pair{"a - b - c / d / e", "(([a] - [b]) - (([c] / [d]) / [e]))"}, Pair{"2 ^ -1 * 3", "((2 ^ (-1)) * 3)"},
+         Pair{"a Like 'x' & b", "([a] Like ('x' & [b]))"},
          Pair{"a Not Like '*x' Or b Not In (1, 2)", "(([a] Not Like '*x') Or ([b] Not In (1, 2)))"},
          Pair{"a Between 1 And 2 And b", "(([a] Between 1 And 2) And [b])"},
          Pair{"a Not Between b + 1 And 9", "([a] Not Between ([b] + 1) And 9)"},
          Pair{"a Is Null And b Is Not Null", "(([a] Is Null) And ([b] Is Not Null))"},
-         Pair{"a = b = c", "(([a] = [b]) = [c])"},
-         Pair{"a And b And c And d", "(([a] And [b]) And ([c] And [d]))"}},
+         Pair{"a = b = c", "(([a] = [b]) = [c])"}, Pair{"a And b And c And d", "(([a] And [b]) And ([c] And [d]))"}},
         readCondition);
 }
 
 TEST(Condition, NumbersAndTexts) {
-    expectUnderstood(
-        {Pair{"a = 'it''s' Or a = \"say \"\"so\"\"\"", "(([a] = 'it''s') Or ([a] = 'say \"so\"'))"},
-         Pair{"a <> 8,5", "([a] <> 8.5)"}, Pair{"(a>=-8,5)AND b", "(([a] >= (-8.5)) And [b])"},
-         Pair{"a < 1,79769313486231E+308", "([a] < 1.79769313486231e+308)"},
-         Pair{"a > 1.79769313486232E+308", "([a] > 1.7976931348623157e+308)"},
-         Pair{"a In (8,5)", "([a] In (8, 5))"}, Pair{"a In (b = 8,5)", "([a] In (([b] = 8), 5))"},
-         Pair{"IIf(a = 8,5,6) = 8,5", "(IIf(([a] = 8), 5, 6) = 8.5)"},
-         Pair{"a In (SELECT b FROM t WHERE c = 8,5)", "([a] In (SELECT [b] FROM [t] WHERE ([c] = 8.5)))"},
-         Pair{"a = 1.5 Or a = .5 Or a = 2E3", "((([a] = 1.5) Or ([a] = 0.5)) Or ([a] = 2000.0))"},
-         Pair{"a=1AND b=2", "(([a] = 1) And ([b] = 2))"}, Pair{"d = #2/29/2000#", "([d] = '2000-02-29')"},
-         Pair{"False Or TRUE", "(False Or True)"}, Pair{"a = Null", "([a] = Null)"}},
-        readCondition);
+    expectUnderstood({Pair{"a = 'it''s' Or a = \"say \"\"so\"\"\"", "(([a] = 'it''s') Or ([a] = 'say \"so\"'))"},
+                      Pair{"a <> 8,5", "([a] <> 8.5)"}, Pair{"(a>=-8,5)AND b", "(([a] >= (-8.5)) And [b])"},
+                      Pair{"a < 1,79769313486231E+308", "([a] < 1.79769313486231e+308)"},
+                      Pair{"a > 1.79769313486232E+308", "([a] > 1.7976931348623157e+308)"},
+                      Pair{"a In (8,5)", "([a] In (8, 5))"}, Pair{"a In (b = 8,5)", "([a] In (([b] = 8), 5))"},
+                      Pair{"IIf(a = 8,5,6) = 8,5", "(IIf(([a] = 8), 5, 6) = 8.5)"},
+                      Pair{"a In (SELECT b FROM t WHERE c = 8,5)", "([a] In (SELECT [b] FROM [t] WHERE ([c] = 8.5)))"},
+                      Pair{"a = 1.5 Or a = .5 Or a = 2E3", "((([a] = 1.5) Or ([a] = 0.5)) Or ([a] = 2000.0))"},
+                      Pair{"a=1AND b=2", "(([a] = 1) And ([b] = 2))"}, Pair{"d = #2/29/2000#", "([d] = '2000-02-29')"},
+                      Pair{"False Or TRUE", "(False Or True)"}, Pair{"a = Null", "([a] = Null)"}},
+                     readCondition);
 }
 
 TEST(Condition, ReservedWordsAndAnyLetterMakeNames) {
-    expectUnderstood(
-        {Pair{"order = 1 And index = key And group = value",
-              "((([order] = 1) And ([index] = [key])) And ([group] = [value]))"},
-         Pair{"Left(left, 2) = right", "(Left([left], 2) = [right])"},
-         Pair{"T!F = [T].[F] And T.Order = [a b]", "(([T].[F] = [T].[F]) And ([T].[Order] = [a b]))"},
-         Pair{"straße Like 'Ä?' And Größe > 1", "(([straße] Like 'Ä?') And ([Größe] > 1))"},
-         Pair{"1919_1.V5 = 1.5", "([1919_1].[V5] = 1.5)"}, Pair{"[not] = 1", "([not] = 1)"},
-         Pair{"Count(*) > Count (q.ID)", "(Count(*) > Count([q].[ID]))"}},
-        readCondition);
+    expectUnderstood({Pair{"order = 1 And index = key And group = value",
+                           "((([order] = 1) And ([index] = [key])) And ([group] = [value]))"},
+                      Pair{"Left(left, 2) = right", "(Left([left], 2) = [right])"},
+                      Pair{"T!F = [T].[F] And T.Order = [a b]", "(([T].[F] = [T].[F]) And ([T].[Order] = [a b]))"},
+                      Pair{"straße Like 'Ä?' And Größe > 1", "(([straße] Like 'Ä?') And ([Größe] > 1))"},
+                      Pair{"1919_1.V5 = 1.5", "([1919_1].[V5] = 1.5)"}, Pair{"[not] = 1", "([not] = 1)"},
+                      Pair{"Count(*) > Count (q.ID)", "(Count(*) > Count([q].[ID]))"}},
+                     readCondition);
 }
 
 TEST(Statement, Selects) {
@@ -131,15 +127,14 @@ TEST(Statement, JoinsNestAsTheirBracketsSay) {
 }
 
 TEST(Statement, Changes) {
-    expectUnderstood({Pair{"update sys set wert = 1, sys.[key] = 'a' where key  = 'Language'",
-                           "UPDATE [sys] SET [wert] = 1, [key] = 'a' WHERE ([key] = 'Language')"},
-                      Pair{"DELETE FROM t WHERE a = 1;", "DELETE FROM [t] WHERE ([a] = 1)"},
-                      Pair{"DELETE * FROM t", "DELETE FROM [t]"},
-                      Pair{"delete T.* from t", "DELETE FROM [t]"},
-                      Pair{"INSERT INTO t (a, [order]) VALUES (1, Null);",
-                           "INSERT INTO [t] ([a], [order]) VALUES (1, Null)"},
-                      Pair{"INSERT INTO t SELECT * FROM u", "INSERT INTO [t] SELECT * FROM [u]"}},
-                     read);
+    expectUnderstood(
+        {Pair{"update sys set wert = 1, sys.[key] = 'a' where key  = 'Language'",
+              "UPDATE [sys] SET [wert] = 1, [key] = 'a' WHERE ([key] = 'Language')"},
+         Pair{"DELETE FROM t WHERE a = 1;", "DELETE FROM [t] WHERE ([a] = 1)"},
+         Pair{"DELETE * FROM t", "DELETE FROM [t]"}, Pair{"delete T.* from t", "DELETE FROM [t]"},
+         Pair{"INSERT INTO t (a, [order]) VALUES (1, Null);", "INSERT INTO [t] ([a], [order]) VALUES (1, Null)"},
+         Pair{"INSERT INTO t SELECT * FROM u", "INSERT INTO [t] SELECT * FROM [u]"}},
+        read);
 }
 
 struct Broken {
@@ -153,8 +148,7 @@ TEST(Syntax, ErrorsSayWhatWasExpectedWhatStandsThereAndWhere) {
         {"DROP TABLE t", "expected SELECT, UPDATE, DELETE or INSERT, found 'DROP' at position 1"},
         {"SELECT a INTO b FROM t", "found 'INTO' at position 10"},
         {"SELECT a FROM t WHERE", "expected an expression, found the end at position 22"},
-        {"SELECT a FROM t WHERE a = 1 b",
-         "expected an operator or the end of the statement, found 'b' at position 29"},
+        {"SELECT a FROM t WHERE a = 1 b", "expected an operator or the end of the statement, found 'b' at position 29"},
         {"SELECT a FROM t WHERE a =", "expected an expression, found the end"},
         {"SELECT a FROM t WHERE (a = 1", "expected an operator or ')', found the end"},
         {"SELECT a FROM t WHERE a = 1)", "found ')' at position 28"},
@@ -179,9 +173,8 @@ TEST(Syntax, ErrorsSayWhatWasExpectedWhatStandsThereAndWhere) {
         {"INSERT INTO t (a) b", "expected VALUES or SELECT, found 'b'"},
     };
     for (const Broken& one : broken)
-        EXPECT_PRED2(
-            [](const std::string& text, const std::string& part) { return text.find(part) != text.npos; },
-            failure(QString::fromUtf8(one.text), 3075), one.message);
+        EXPECT_PRED2([](const std::string& text, const std::string& part) { return text.find(part) != text.npos; },
+                     failure(QString::fromUtf8(one.text), 3075), one.message);
 }
 
 TEST(Syntax, AConditionHasItsOwnNumberAndNoSemicolon) {
@@ -198,8 +191,7 @@ TEST(Limits, DepthIsCountedWhileReading) {
     };
     for (const auto& [open, close] : {Shape{u"("_s, u")"_s}, Shape{u"Not "_s, {}}, Shape{u"- "_s, {}},
                                       Shape{u"f("_s, u")"_s}, Shape{{}, u" + 1"_s}, Shape{{}, u" = 1"_s}}) {
-        EXPECT_EQ(failure(nested(open, close, dao::maxNesting), 3075), "")
-            << open.toStdString() << close.toStdString();
+        EXPECT_EQ(failure(nested(open, close, dao::maxNesting), 3075), "") << open.toStdString() << close.toStdString();
         EXPECT_NE(failure(nested(open, close, dao::maxNesting + 1), 3075), "");
         EXPECT_NE(failure(nested(open, close, 30000), 3075), "");
     }
@@ -207,8 +199,7 @@ TEST(Limits, DepthIsCountedWhileReading) {
     EXPECT_NE(failure(nested(u"("_s, u" + 1 + 1 + 1 + 1)"_s, dao::maxNesting / 2), 3075), "");
     EXPECT_NE(failure(u"SELECT a FROM "_s + u"("_s.repeated(30000), 3075), "");
     EXPECT_NE(failure(nested(u"(SELECT a FROM t WHERE a = "_s, u")"_s, dao::maxNesting), 3075), "");
-    EXPECT_NE(failure(u"SELECT a FROM t"_s + u" INNER JOIN t ON 1"_s.repeated(dao::maxNesting + 1), 3075),
-              "");
+    EXPECT_NE(failure(u"SELECT a FROM t"_s + u" INNER JOIN t ON 1"_s.repeated(dao::maxNesting + 1), 3075), "");
     EXPECT_NE(failure(u"SELECT 1"_s + u" UNION SELECT 1"_s.repeated(dao::maxNesting), 3075), "");
 }
 

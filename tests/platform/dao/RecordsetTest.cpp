@@ -36,7 +36,7 @@ protected:
     dao::DatabasePtr database_;
 };
 
-}
+} // namespace
 
 TEST_F(RecordsetTest, FieldTypesAndValuesSurviveTheFile) {
     fill(3);
@@ -118,15 +118,16 @@ TEST_F(RecordsetTest, FindFirstFindsTheSameInMemoryAndInTheFile) {
     database_->Execute(u"UPDATE t SET memo = '1,5' WHERE id = 50"_s);
     struct {
         QString criteria;
-        int id;  // 0: none
+        int id; // 0: none
     } const cases[] = {
-        {u"number = 15"_s, 10},        {u"number = '15'"_s, 10},   {u"number <> 1,5"_s, 2},  {u"name LIKE '*9'"_s, 9},
-        {u"memo Is Null"_s, 3},        {u"memo = 'Ä'"_s, 1},       {u"memo = 1.5"_s, 50},    {u"memo = 'a'"_s, 0},
-        {u"id = 100 OR id = 99"_s, 99}, {u"name = 'entry 8'"_s, 8}, {u"name = 'entry 8 '"_s, 0}, {u"number = Null"_s, 0},
+        {u"number = 15"_s, 10},     {u"number = '15'"_s, 10},    {u"number <> 1,5"_s, 2},
+        {u"name LIKE '*9'"_s, 9},   {u"memo Is Null"_s, 3},      {u"memo = 'Ä'"_s, 1},
+        {u"memo = 1.5"_s, 50},      {u"memo = 'a'"_s, 0},        {u"id = 100 OR id = 99"_s, 99},
+        {u"name = 'entry 8'"_s, 8}, {u"name = 'entry 8 '"_s, 0}, {u"number = Null"_s, 0},
     };
     const auto inFile = openTable();
     const auto inMemory = openTable(dao::dbOpenSnapshot);
-    for (int repeat = 0; repeat < 6; ++repeat) {  // from the fourth time on an index answers
+    for (int repeat = 0; repeat < 6; ++repeat) { // from the fourth time on an index answers
         for (const auto& [criteria, id] : cases) {
             for (const auto& rows : {inFile, inMemory}) {
                 rows->FindFirst(criteria);
@@ -155,7 +156,8 @@ TEST_F(RecordsetTest, EditsReachTheFileAndTheRowInView) {
         rows->Update();
         EXPECT_EQ(rows->value(u"number"_s), Value(2.25));
         EXPECT_EQ(rows->LastModified(), rows->Bookmark());
-        EXPECT_EQ(EngineTest::rows(*database_, u"SELECT name, number, yes FROM t WHERE id = 2"_s), u"changed,2,25,-1"_s);
+        EXPECT_EQ(EngineTest::rows(*database_, u"SELECT name, number, yes FROM t WHERE id = 2"_s),
+                  u"changed,2,25,-1"_s);
 
         rows->Edit();
         rows->setValue(name, Value(u"never"_s));
@@ -225,7 +227,8 @@ TEST_F(RecordsetTest, ADeletedRowIsNoneUntilSomebodyMovesOn) {
 }
 
 TEST_F(RecordsetTest, WhatCannotBeWrittenIsRefusedAndStaysInEdit) {
-    addTable(*database_, u"u"_s, {{u"k"_s, dao::dbText, 5}, {u"r"_s, dao::dbText, 3, 0, true}, {u"n"_s, dao::dbInteger}});
+    addTable(*database_, u"u"_s,
+             {{u"k"_s, dao::dbText, 5}, {u"r"_s, dao::dbText, 3, 0, true}, {u"n"_s, dao::dbInteger}});
     const auto rows = database_->OpenRecordset(u"u"_s);
     rows->AddNew();
     EXPECT_EQ(errorOf([&] { rows->setValue(u"k"_s, Value(u"123456"_s)); }), 3163);

@@ -15,9 +15,9 @@ QStringList cellsOf(const QString& line) {
 
 /// "name type size", then "key" for a column of the primary key.
 dao::FieldDefinition fieldOf(const QStringList& words) {
-    static const std::map<QString, int> types = {
-        {u"long"_s, dao::dbLong}, {u"counter"_s, dao::dbLong}, {u"double"_s, dao::dbDouble},
-        {u"text"_s, dao::dbText}, {u"memo"_s, dao::dbMemo},    {u"boolean"_s, dao::dbBoolean}};
+    static const std::map<QString, int> types = {{u"long"_s, dao::dbLong},     {u"counter"_s, dao::dbLong},
+                                                 {u"double"_s, dao::dbDouble}, {u"text"_s, dao::dbText},
+                                                 {u"memo"_s, dao::dbMemo},     {u"boolean"_s, dao::dbBoolean}};
     const int attributes = words[1] == u"counter" ? dao::dbAutoIncrField : 0;
     return dao::TableDef::CreateField(words[0], types.at(words[1]), words.value(2).toInt(), attributes);
 }

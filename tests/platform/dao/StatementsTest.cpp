@@ -39,8 +39,7 @@ TEST(StatementsOfTheSystem, MeanTheSameWhenWrittenFromTheirTree) {
         if (line.isBareName() || syntaxError(line) != 0)
             continue;
         const auto rewrite = [&line](const QString& text) {
-            return line.isCriteria() ? dao::toText(*dao::parseCriteria(text))
-                                     : dao::toText(dao::parseStatement(text));
+            return line.isCriteria() ? dao::toText(*dao::parseCriteria(text)) : dao::toText(dao::parseStatement(text));
         };
         const QString written = rewrite(line.text);
         EXPECT_EQ(rewrite(written), written) << line.where();

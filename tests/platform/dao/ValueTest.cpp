@@ -1,5 +1,5 @@
-#include "platform/dao/Error.h"
 #include "platform/dao/Value.h"
+#include "platform/dao/Error.h"
 #include "platform/system/NumberFormat.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ int errorOf(auto action) {
     return 0;
 }
 
-}
+} // namespace
 
 TEST(Value, NumbersBecomeTextInFifteenSignificantDigits) {
     const std::pair<double, QString> cases[] = {
@@ -51,11 +51,22 @@ TEST(Value, NumbersBecomeTextInFifteenSignificantDigits) {
 
 TEST(Value, OnlyATextThatIsWhollyANumberIsOne) {
     const std::pair<QString, double> numbers[] = {
-        {u"8,765"_s, 8.765},      {u"8.765"_s, 8.765},      {u" -1,5 "_s, -1.5},   {u"+3"_s, 3},
-        {u",5"_s, 0.5},           {u"5,"_s, 5},             {u"1e3"_s, 1000},      {u"1E-05"_s, 0.00001},
-        {u"1E+400"_s, largest},   {u"-1e400"_s, -largest},  {u"1e-400"_s, 0},      {u"0,000e999"_s, 0},
-        {u"1,79769313486232E+308"_s, largest},              {u"-1.79769313486232E+308"_s, -largest},
-        {QString(400, u'9'), largest},                      {u"0,"_s + QString(400, u'0') + u'1', 0},
+        {u"8,765"_s, 8.765},
+        {u"8.765"_s, 8.765},
+        {u" -1,5 "_s, -1.5},
+        {u"+3"_s, 3},
+        {u",5"_s, 0.5},
+        {u"5,"_s, 5},
+        {u"1e3"_s, 1000},
+        {u"1E-05"_s, 0.00001},
+        {u"1E+400"_s, largest},
+        {u"-1e400"_s, -largest},
+        {u"1e-400"_s, 0},
+        {u"0,000e999"_s, 0},
+        {u"1,79769313486232E+308"_s, largest},
+        {u"-1.79769313486232E+308"_s, -largest},
+        {QString(400, u'9'), largest},
+        {u"0,"_s + QString(400, u'0') + u'1', 0},
     };
     for (const auto& [text, number] : numbers) {
         EXPECT_EQ(dao::textToNumber(text), number) << text.toStdString();
@@ -71,8 +82,14 @@ TEST(Value, TheLeadingNumberStopsAtWhatBelongsToNone) {
         QString text;
         double point, either;
     } const cases[] = {
-        {u"12,5"_s, 12, 12.5}, {u"12.5 kg"_s, 12.5, 12.5}, {u" 1 2 3x"_s, 123, 123}, {u"-4e2z"_s, -400, -400},
-        {u"7e"_s, 7, 7},       {u"x7"_s, 0, 0},            {u""_s, 0, 0},            {u"3.1.4"_s, 3.1, 3.1},
+        {u"12,5"_s, 12, 12.5},
+        {u"12.5 kg"_s, 12.5, 12.5},
+        {u" 1 2 3x"_s, 123, 123},
+        {u"-4e2z"_s, -400, -400},
+        {u"7e"_s, 7, 7},
+        {u"x7"_s, 0, 0},
+        {u""_s, 0, 0},
+        {u"3.1.4"_s, 3.1, 3.1},
     };
     for (const auto& [text, point, either] : cases) {
         EXPECT_EQ(dao::leadingNumber(text, false), point) << text.toStdString();
@@ -82,14 +99,16 @@ TEST(Value, TheLeadingNumberStopsAtWhatBelongsToNone) {
 
 TEST(Value, TextsCompareWithoutRegardToCaseInEveryScript) {
     const std::pair<QString, QString> equal[] = {
-        {u"QX1"_s, u"qx1"_s}, {u"ÄÖÜ"_s, u"äöü"_s}, {u"ΣΑΣ"_s, u"σας"_s}, {u"ДАННЫЕ"_s, u"данные"_s}, {u"𐐀x"_s, u"𐐨X"_s},
+        {u"QX1"_s, u"qx1"_s},       {u"ÄÖÜ"_s, u"äöü"_s}, {u"ΣΑΣ"_s, u"σας"_s},
+        {u"ДАННЫЕ"_s, u"данные"_s}, {u"𐐀x"_s, u"𐐨X"_s},
     };
     for (const auto& [a, b] : equal) {
         EXPECT_EQ(dao::compareTexts(a, b), 0) << a.toStdString();
         EXPECT_TRUE(dao::matchesPattern(a, b)) << a.toStdString();
     }
     const std::pair<QString, QString> less[] = {
-        {u"a"_s, u"ä"_s}, {u"a"_s, u"a "_s}, {u""_s, u" "_s}, {u"Ab"_s, u"aC"_s}, {u"ss"_s, u"ß"_s}, {u"\uFF5E"_s, u"𐐀"_s},
+        {u"a"_s, u"ä"_s},   {u"a"_s, u"a "_s}, {u""_s, u" "_s},
+        {u"Ab"_s, u"aC"_s}, {u"ss"_s, u"ß"_s}, {u"\uFF5E"_s, u"𐐀"_s},
     };
     for (const auto& [a, b] : less) {
         EXPECT_LT(dao::compareTexts(a, b), 0) << a.toStdString() << "<" << b.toStdString();
@@ -127,12 +146,23 @@ TEST(Value, PatternsKnowTheFourSigns) {
         QString text, pattern;
         bool matches;
     } const cases[] = {
-        {u"QX1919_1"_s, u"qx*_#"_s, true},  {u"QX1919_x"_s, u"qx*_#"_s, false}, {u"abc"_s, u"a?c"_s, true},
-        {u"ac"_s, u"a?c"_s, false},         {u"Bär"_s, u"b[ä-ü]r"_s, true},     {u"b-r"_s, u"b[-x]r"_s, true},
-        {u"b5r"_s, u"b[!0-4a]r"_s, true},   {u"bAr"_s, u"b[!0-4a]r"_s, false},  {u"a*b"_s, u"a[*]b"_s, true},
-        {u"axb"_s, u"a[*]b"_s, false},      {u""_s, u"*"_s, true},              {u""_s, u"?"_s, false},
-        {u"aab"_s, u"*ab"_s, true},         {u"a%b_"_s, u"a%b_"_s, true},       {u"axb"_s, u"a%b"_s, false},
-        {u"😀!"_s, u"?!"_s, true},          {QString(5000, u'a'), u"*a*a*a*a*a*b"_s, false},
+        {u"QX1919_1"_s, u"qx*_#"_s, true},
+        {u"QX1919_x"_s, u"qx*_#"_s, false},
+        {u"abc"_s, u"a?c"_s, true},
+        {u"ac"_s, u"a?c"_s, false},
+        {u"Bär"_s, u"b[ä-ü]r"_s, true},
+        {u"b-r"_s, u"b[-x]r"_s, true},
+        {u"b5r"_s, u"b[!0-4a]r"_s, true},
+        {u"bAr"_s, u"b[!0-4a]r"_s, false},
+        {u"a*b"_s, u"a[*]b"_s, true},
+        {u"axb"_s, u"a[*]b"_s, false},
+        {u""_s, u"*"_s, true},
+        {u""_s, u"?"_s, false},
+        {u"aab"_s, u"*ab"_s, true},
+        {u"a%b_"_s, u"a%b_"_s, true},
+        {u"axb"_s, u"a%b"_s, false},
+        {u"😀!"_s, u"?!"_s, true},
+        {QString(5000, u'a'), u"*a*a*a*a*a*b"_s, false},
     };
     for (const auto& [text, pattern, matches] : cases) {
         EXPECT_EQ(dao::matchesPattern(text, pattern), matches) << pattern.toStdString();

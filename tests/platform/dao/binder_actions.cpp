@@ -21,15 +21,13 @@ TEST_F(ActionStatements, ConvertValuesToTheirFields) {
         {u"update sys set wert = 1 where key  = 'language'"_s, u"1|Language|1|1.5|1|0"_s},
         {u"UPDATE sys SET wert = 2.5, n = '3,25', w = 2.5, b = id = 1 WHERE sys.id = 1"_s,
          u"1|Language|2,5|3.25|2|-1"_s},
-        {u"UPDATE sys SET wert = wert & '!', n = n * 2, w = '7', b = 5 WHERE id = 1"_s,
-         u"1|Language|0!|3.0|7|-1"_s},
+        {u"UPDATE sys SET wert = wert & '!', n = n * 2, w = '7', b = 5 WHERE id = 1"_s, u"1|Language|0!|3.0|7|-1"_s},
         {u"UPDATE sys SET wert = n, n = wert WHERE id = 1"_s, u"1|Language|1,5|0.0|1|0"_s},
         {u"UPDATE sys SET wert = Null, n = Null WHERE key LIKE 'L*'"_s, u"1|Language|~|~|1|0"_s},
         {u"DELETE FROM sys WHERE id = 1"_s, QString()},
         {u"DELETE * FROM sys WHERE n Is Null;"_s, u"1|Language|0|1.5|1|0"_s},
         {u"INSERT INTO sys (key, wert, n, b) VALUES ('New', 12, '1,5', True)"_s, u"3|New|12|1.5|~|-1"_s},
-        {u"INSERT INTO sys (key, wert, n) SELECT wert, n, wert FROM sys WHERE id = 1"_s,
-         u"3|0|1,5|0.0|~|0"_s},
+        {u"INSERT INTO sys (key, wert, n) SELECT wert, n, wert FROM sys WHERE id = 1"_s, u"3|0|1,5|0.0|~|0"_s},
     };
     for (const auto& test : cases) {
         sqliteRows(u"SAVEPOINT before"_s);

@@ -10,16 +10,14 @@ protected:
     CountStatements() {
         createTable(u"QX1_1"_s, u"dt_CaseID counter, V5 double, V7 double, W double, T text"_s);
         createTable(u"QX1_2"_s, u"dt_CaseID counter, V6 double"_s);
-        insert(u"QX1_1"_s,
-               u"(1, 1, 1, 0.5, 'x'), (2, 2, 1, 1.5, 'X'), (3, 1, 2, 2, 'y'), (4, NULL, 1, 1, NULL), "
-               "(5, 2, 1, NULL, 'x'), (6, 8.5, 1, 3, 'ä')"_s);
+        insert(u"QX1_1"_s, u"(1, 1, 1, 0.5, 'x'), (2, 2, 1, 1.5, 'X'), (3, 1, 2, 2, 'y'), (4, NULL, 1, 1, NULL), "
+                           "(5, 2, 1, NULL, 'x'), (6, 8.5, 1, 3, 'ä')"_s);
         insert(u"QX1_2"_s, u"(1, 10), (2, 20), (3, 10), (4, 20), (5, 10), (6, NULL)"_s);
         query(u"q"_s, u"SELECT QX1_1.dt_CaseID AS ID FROM QX1_1;"_s);
         weighted();
     }
     void weighted() {
-        query(u"qw"_s,
-              u"SELECT QX1_1.dt_CaseID AS ID , QX1_1.W AS W2 FROM QX1_1 WHERE (QX1_1.W Is Not Null)"_s);
+        query(u"qw"_s, u"SELECT QX1_1.dt_CaseID AS ID , QX1_1.W AS W2 FROM QX1_1 WHERE (QX1_1.W Is Not Null)"_s);
     }
 };
 
@@ -44,11 +42,10 @@ TEST_F(CountStatements, CountsSumsAndFiltersCases) {
 }
 
 TEST_F(CountStatements, CrosstabJoinsASecondTable) {
-    EXPECT_EQ(
-        rows(u"SELECT QX1_1.V5 AS [V5], QX1_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN QX1_1 ON "
-             "q.ID = QX1_1.dt_CaseID)INNER JOIN QX1_2 ON q.ID = QX1_2.dt_CaseID) GROUP BY QX1_1.V5, QX1_2.V6 "
-             "ORDER BY QX1_1.V5, QX1_2.V6;"_s),
-        u"~|20.0|1;1.0|10.0|2;2.0|10.0|1;2.0|20.0|1;8.5|~|1"_s);
+    EXPECT_EQ(rows(u"SELECT QX1_1.V5 AS [V5], QX1_2.V6 AS [V6], Count(q.ID) AS Count FROM ((q INNER JOIN QX1_1 ON "
+                   "q.ID = QX1_1.dt_CaseID)INNER JOIN QX1_2 ON q.ID = QX1_2.dt_CaseID) GROUP BY QX1_1.V5, QX1_2.V6 "
+                   "ORDER BY QX1_1.V5, QX1_2.V6;"_s),
+              u"~|20.0|1;1.0|10.0|2;2.0|10.0|1;2.0|20.0|1;8.5|~|1"_s);
 }
 
 TEST_F(CountStatements, DescriptivesReadTheirStoredQueries) {
@@ -58,9 +55,8 @@ TEST_F(CountStatements, DescriptivesReadTheirStoredQueries) {
     EXPECT_EQ(rows(u"SELECT VAR2 FROM stat GROUP BY VAR2;"_s), u"~;x;y;ä"_s);
     EXPECT_EQ(rows(u"SELECT ID FROM stat WHERE VAR2='X';"_s), u"1;2"_s);
     EXPECT_EQ(rows(u"SELECT * FROM stat WHERE false"_s), QString());
-    EXPECT_EQ(
-        rows(u"SELECT COUNT(VAR) AS COUNT, VAR FROM stat GROUP BY VAR ORDER BY COUNT(VAR) DESC, VAR ASC;"_s),
-        u"2|1.0;1|2.0;1|8.5;0|~"_s);
+    EXPECT_EQ(rows(u"SELECT COUNT(VAR) AS COUNT, VAR FROM stat GROUP BY VAR ORDER BY COUNT(VAR) DESC, VAR ASC;"_s),
+              u"2|1.0;1|2.0;1|8.5;0|~"_s);
     EXPECT_EQ(bind(u"SELECT * FROM stat"_s).queries, (QStringList{u"stat"_s, u"q"_s}));
     EXPECT_EQ(bind(u"SELECT * FROM stat"_s).tables, QStringList{u"QX1_1"_s});
 }
@@ -82,8 +78,7 @@ TEST_F(CountStatements, WalkOneTableAndLookTheOthersUp) {
         const QString steps = plan(statement);
         EXPECT_EQ(steps.count(u"SCAN"_s), 1) << steps.toStdString();
         EXPECT_EQ(steps.count(u"USING INTEGER PRIMARY KEY (rowid=?)"_s), steps.count(u"SEARCH"_s));
-        EXPECT_FALSE(steps.contains(u"MATERIALIZE"_s) || steps.contains(u"AUTOMATIC"_s))
-            << steps.toStdString();
+        EXPECT_FALSE(steps.contains(u"MATERIALIZE"_s) || steps.contains(u"AUTOMATIC"_s)) << steps.toStdString();
     }
 }
 

@@ -10,18 +10,14 @@ namespace {
 class SelectStatements : public BinderTest {
 protected:
     SelectStatements() {
-        createTable(u"tkey_Study"_s,
-                    u"id_StudyNo text, fid text, Order long, dt_IsGroup yesno, dt_StudyTitle text, "
-                    "dt_EnStudyTitle text, dt_StudyDescription memo, dt_Year text"_s);
-        createTable(
-            u"tkey_Variable"_s,
-            u"fi_StudyNo text, id_VarName text, dt_Position long, dt_VarLabel text, dt_EnVarLabel text, "
-            "dt_QuestionText memo, dt_EnQuestionText memo, dt_VarGroup text"_s);
-        createTable(u"tkey_VarGroups"_s,
-                    u"id_VarGroup counter, dt_VarGroupName text, dt_VarGroupNameEn text"_s);
+        createTable(u"tkey_Study"_s, u"id_StudyNo text, fid text, Order long, dt_IsGroup yesno, dt_StudyTitle text, "
+                                     "dt_EnStudyTitle text, dt_StudyDescription memo, dt_Year text"_s);
+        createTable(u"tkey_Variable"_s,
+                    u"fi_StudyNo text, id_VarName text, dt_Position long, dt_VarLabel text, dt_EnVarLabel text, "
+                    "dt_QuestionText memo, dt_EnQuestionText memo, dt_VarGroup text"_s);
+        createTable(u"tkey_VarGroups"_s, u"id_VarGroup counter, dt_VarGroupName text, dt_VarGroupNameEn text"_s);
         createTable(u"tkey_Subject"_s, u"id counter, fid long, Order long, dt_IndicatorName text"_s);
-        createTable(u"trel_VariableSubject"_s,
-                    u"id counter, fid long, fi_StudyNo text, fi_VariableNo text"_s);
+        createTable(u"trel_VariableSubject"_s, u"id counter, fid long, fi_StudyNo text, fi_VariableNo text"_s);
         createTable(u"N"_s, u"id counter, a double, b text, VAR double"_s);
         insert(u"tkey_Study"_s, u"('QX1', '0', 2, 0, 'First', 'Erste', 'same', '2018'), "
                                 "('G001', '0', 1, -1, 'Group', NULL, NULL, NULL), "
@@ -55,9 +51,8 @@ const QString category =
     "tkey_Variable.dt_Position;"_s;
 
 TEST_F(SelectStatements, GiveTheirRows) {
-    query(u"twins"_s,
-          u"Select dt_StudyTitle, dt_StudyDescription from tkey_Study Where dt_IsGroup = 0; UNION Select "
-          "'FIRST', 'SAME' from tkey_Study; UNION Select 'First', 'other' from tkey_Study;"_s);
+    query(u"twins"_s, u"Select dt_StudyTitle, dt_StudyDescription from tkey_Study Where dt_IsGroup = 0; UNION Select "
+                      "'FIRST', 'SAME' from tkey_Study; UNION Select 'First', 'other' from tkey_Study;"_s);
     const struct {
         QString statement, rows;
     } cases[] = {
@@ -90,20 +85,18 @@ TEST_F(SelectStatements, GiveTheirRows) {
         {u"SELECT DISTINCT b FROM N WHERE a = 5 ORDER BY b DESC"_s, u"x"_s},
         {u"SELECT Max(b) AS m, Min(b) AS n, Avg(a) AS v, Count(b) AS c FROM N WHERE a > 5"_s, u"X|X|6.0|1"_s},
         // 30, 40, 50: squares of the distances 100, 0, 100.
-        {u"SELECT Var([VAR]), VarP([VAR]) * 3, StDev([VAR]), StDevP(id) * StDevP(id) * 3 FROM N"_s, u"100.0|200.0|10.0|2.0"_s},
+        {u"SELECT Var([VAR]), VarP([VAR]) * 3, StDev([VAR]), StDevP(id) * StDevP(id) * 3 FROM N"_s,
+         u"100.0|200.0|10.0|2.0"_s},
         {u"SELECT StDev(a), VarP(a), Var(id) FROM N WHERE id = 1"_s, u"~|0.0|~"_s},
         {u"SELECT Count(*) FROM twins"_s, u"3"_s},
-        {u"SELECT id FROM N UNION SELECT '2' FROM N UNION SELECT 'z' FROM N ORDER BY id DESC"_s,
-         u"z;3;2;1"_s},
-        {u"SELECT b FROM N UNION ALL SELECT dt_VarGroupName FROM tkey_VarGroups ORDER BY 1"_s,
-         u"~;Person;x;X"_s},
+        {u"SELECT id FROM N UNION SELECT '2' FROM N UNION SELECT 'z' FROM N ORDER BY id DESC"_s, u"z;3;2;1"_s},
+        {u"SELECT b FROM N UNION ALL SELECT dt_VarGroupName FROM tkey_VarGroups ORDER BY 1"_s, u"~;Person;x;X"_s},
         // A name in ORDER BY is a column first, then an alias; a number is a place, unless it is part of
         // something.
         {u"SELECT id, -a AS a FROM N WHERE a > 0 ORDER BY a DESC"_s, u"2|-6.0;1|-5.0"_s},
         {u"SELECT id, -a AS m FROM N WHERE a > 0 ORDER BY m"_s, u"2|-6.0;1|-5.0"_s},
         {u"SELECT b, id FROM N ORDER BY 2 DESC"_s, u"~|3;X|2;x|1"_s},
-        {u"SELECT n.*, n.a AS VAR FROM N AS n ORDER BY VAR"_s,
-         u"3|~|~|30.0|~;2|6.0|X|40.0|6.0;1|5.0|x|50.0|5.0"_s},
+        {u"SELECT n.*, n.a AS VAR FROM N AS n ORDER BY VAR"_s, u"3|~|~|30.0|~;2|6.0|X|40.0|6.0;1|5.0|x|50.0|5.0"_s},
         {u"SELECT TOP 1 id FROM N ORDER BY id DESC"_s, u"3"_s},
         // What the order leaves equal to the last row counts with it.
         {u"SELECT TOP 1 id FROM N ORDER BY b DESC"_s, u"1;2"_s},
@@ -112,13 +105,11 @@ TEST_F(SelectStatements, GiveTheirRows) {
         {u"SELECT Count(*) FROM (SELECT TOP 1 Count(*) AS c FROM N GROUP BY a ORDER BY Count(*)) AS q"_s, u"3"_s},
         // Values of conditions, subqueries, grouped expressions.
         {u"SELECT id > 1 AS big, a IS NULL FROM N"_s, u"0|0;-1|0;-1|-1"_s},
-        {u"SELECT id FROM N WHERE id IN (SELECT fid FROM tkey_Subject) OR b IN (SELECT 'X' FROM N)"_s,
-         u"1;2"_s},
+        {u"SELECT id FROM N WHERE id IN (SELECT fid FROM tkey_Subject) OR b IN (SELECT 'X' FROM N)"_s, u"1;2"_s},
         {u"SELECT id FROM N WHERE id = (SELECT Max(m.id) FROM N AS m WHERE m.id < 3)"_s, u"2"_s},
         {u"SELECT id FROM N WHERE id IN (SELECT fi_VariableNo FROM trel_VariableSubject UNION SELECT '2' FROM N)"_s,
          u"2"_s},
-        {u"SELECT Trim(b) & '!' AS t, Sum(a) FROM N GROUP BY Trim(b) & '!' HAVING Sum(a) > 5"_s,
-         u"x!|11.0"_s},
+        {u"SELECT Trim(b) & '!' AS t, Sum(a) FROM N GROUP BY Trim(b) & '!' HAVING Sum(a) > 5"_s, u"x!|11.0"_s},
         {u"SELECT 5 AS five, Count(*) FROM N GROUP BY 1 ORDER BY Count(*)"_s, u"5|3"_s},
         {u"SELECT id FROM N GROUP BY id, a ORDER BY a DESC, id"_s, u"2;1;3"_s},
     };
@@ -183,8 +174,8 @@ TEST_F(SelectStatements, ThatCanNotBeMeantAreRefusedWithTheName) {
         {u"SELECT id FROM N ORDER BY lost"_s, 3061, u"lost"_s},
         {u"SELECT id FROM N, tkey_Subject"_s, 3079, u"id"_s},
         {u"SELECT * FROM N, N"_s, 3081, u"N"_s},
-        {u"SELECT * FROM N LEFT JOIN tkey_Subject AS s ON N.id = s.fid INNER JOIN tkey_VarGroups ON q.id = 1"_s,
-         3061, u"q.id"_s},
+        {u"SELECT * FROM N LEFT JOIN tkey_Subject AS s ON N.id = s.fid INNER JOIN tkey_VarGroups ON q.id = 1"_s, 3061,
+         u"q.id"_s},
         {u"SELECT a AS x, b AS X FROM N"_s, 3062, u"X"_s},
         {u"SELECT a, Count(*) FROM N"_s, 3122, u"a"_s},
         {u"SELECT a + 1, b FROM N GROUP BY a + 1"_s, 3122, u"b"_s},
@@ -227,12 +218,11 @@ TEST_F(SelectStatements, OverOneTableCanBeEditedAndSearched) {
     EXPECT_TRUE(bind(u"SELECT a, b & 'x' AS c FROM N AS m WHERE id > 1 ORDER BY a"_s).editable);
     for (const QString& statement :
          {u"SELECT DISTINCT a FROM N"_s, u"SELECT a FROM N GROUP BY a"_s, u"SELECT Max(a) FROM N"_s,
-          u"SELECT a FROM N UNION SELECT a FROM N"_s, u"SELECT TOP 2 a FROM N"_s,
-          u"SELECT a FROM (SELECT a FROM N)"_s, u"SELECT N.a FROM N, tkey_Subject"_s})
+          u"SELECT a FROM N UNION SELECT a FROM N"_s, u"SELECT TOP 2 a FROM N"_s, u"SELECT a FROM (SELECT a FROM N)"_s,
+          u"SELECT N.a FROM N, tkey_Subject"_s})
         EXPECT_FALSE(bind(statement).editable) << statement.toStdString();
 
-    const dao::BoundStatement bound =
-        bind(u"SELECT b, a AS x FROM N AS m WHERE id = 1 OR id = 2 ORDER BY id DESC"_s);
+    const dao::BoundStatement bound = bind(u"SELECT b, a AS x FROM N AS m WHERE id = 1 OR id = 2 ORDER BY id DESC"_s);
     EXPECT_EQ(sqliteRows(bound.keySql), u"X|6.0|2;x|5.0|1"_s);
     EXPECT_EQ(sqliteRows(bound.whereSql + u" AND rowid = 1"_s + bound.orderSql), u"x|5.0|1"_s);
     EXPECT_EQ(bound.columns[1].sourceField, u"a"_s);
@@ -257,8 +247,7 @@ TEST_F(SelectStatements, AreAnsweredFromAnIndexWhereOneServes) {
         EXPECT_TRUE(steps.startsWith(u"SEARCH"_s)) << steps.toStdString();
         EXPECT_FALSE(statement != variables && steps.contains(u"TEMP B-TREE"_s)) << steps.toStdString();
     }
-    EXPECT_FALSE(
-        plan(u"SELECT fi_StudyNo FROM tkey_Variable GROUP BY fi_StudyNo"_s).contains(u"TEMP B-TREE"_s));
+    EXPECT_FALSE(plan(u"SELECT fi_StudyNo FROM tkey_Variable GROUP BY fi_StudyNo"_s).contains(u"TEMP B-TREE"_s));
 }
 
 } // namespace

@@ -29,8 +29,7 @@ protected:
         const dao::BoundStatement all = bind(u"SELECT * FROM C ORDER BY id"_s);
         const QString criteria = dao::bindCriteriaSql(*dao::parseCriteria(condition), all, *this);
         QString ids;
-        for (const QString& row :
-             sqliteRows(all.whereSql + u" AND ("_s + criteria + u')' + all.orderSql).split(u';'))
+        for (const QString& row : sqliteRows(all.whereSql + u" AND ("_s + criteria + u')' + all.orderSql).split(u';'))
             ids += row.section(u'|', -1);
         return ids;
     }
@@ -167,11 +166,19 @@ TEST_F(Conditions, WithUnknownNamesOrWrongTypesAreRefused) {
     const struct {
         QString condition;
         int number;
-    } cases[] = {{u"X = 1"_s, 3070},     {u"D.id = 1"_s, 3070},        {u"Foo(id) = 1"_s, 3085},
-                 {u"T"_s, 3464},         {u"B And 'abc'"_s, 3464},     {u"Count(id) = 1"_s, 3096},
-                 {u"T * 2 = 1"_s, 13},   {u"id = (SELECT 1)"_s, 3075}, {u"1 / (id - 1) = 1"_s, 11},
-                 {u"N * 1E308 * 10 > 0"_s, 6}, {u"id - -9E307 * 2 > 0"_s, 6},
-                 {u"CLng(T) = 1"_s, 13}, {u"Left(T) = 'a'"_s, 3075}};
+    } cases[] = {{u"X = 1"_s, 3070},
+                 {u"D.id = 1"_s, 3070},
+                 {u"Foo(id) = 1"_s, 3085},
+                 {u"T"_s, 3464},
+                 {u"B And 'abc'"_s, 3464},
+                 {u"Count(id) = 1"_s, 3096},
+                 {u"T * 2 = 1"_s, 13},
+                 {u"id = (SELECT 1)"_s, 3075},
+                 {u"1 / (id - 1) = 1"_s, 11},
+                 {u"N * 1E308 * 10 > 0"_s, 6},
+                 {u"id - -9E307 * 2 > 0"_s, 6},
+                 {u"CLng(T) = 1"_s, 13},
+                 {u"Left(T) = 'a'"_s, 3075}};
     for (const auto& test : cases) {
         int number = 0;
         try {
@@ -208,9 +215,7 @@ TEST_F(Conditions, MayBeLongAndDeep) {
 /// Conditions made up by chance, of everything that one can be made of.
 class ConditionMaker {
 public:
-    QString condition(int depth) {
-        return u'(' + (depth > 0 && pick(4) ? logic(depth - 1) : comparison(depth)) + u')';
-    }
+    QString condition(int depth) { return u'(' + (depth > 0 && pick(4) ? logic(depth - 1) : comparison(depth)) + u')'; }
 
 private:
     int pick(int below) { return static_cast<int>(random_() % static_cast<unsigned>(below)); }
@@ -230,15 +235,13 @@ private:
             return value(depth) + any({u" Like "_s, u" Not Like "_s}) +
                    any({u"'?rg*'"_s, u"'2,5'"_s, u"'x'"_s, u"'*'"_s, u"'5'"_s, value(0)});
         case 2:
-            return value(depth) + any({u" In ("_s, u" Not In ("_s}) + value(depth) + u", "_s + value(0) +
-                   u')';
+            return value(depth) + any({u" In ("_s, u" Not In ("_s}) + value(depth) + u", "_s + value(0) + u')';
         case 3:
             return value(depth) + u" Between "_s + value(0) + u" And "_s + value(0);
         case 4:
             return any({u"B"_s, u"id"_s, u"N"_s, u"Null"_s, u"True"_s, u"IIf(B, id, T)"_s});
         default:
-            return value(depth) + any({u" = "_s, u" <> "_s, u" < "_s, u" <= "_s, u" > "_s, u" >= "_s}) +
-                   value(depth);
+            return value(depth) + any({u" = "_s, u" <> "_s, u" < "_s, u" <= "_s, u" > "_s, u" >= "_s}) + value(depth);
         }
     }
 
@@ -251,8 +254,8 @@ private:
         const QString a = value(depth - 1), b = value(depth - 1);
         switch (pick(7)) {
         case 0:
-            return u'(' + a +
-                   any({u" + "_s, u" - "_s, u" * "_s, u" / "_s, u" & "_s, u" And "_s, u" Mod "_s}) + b + u')';
+            return u'(' + a + any({u" + "_s, u" - "_s, u" * "_s, u" / "_s, u" & "_s, u" And "_s, u" Mod "_s}) + b +
+                   u')';
         case 1:
             return u"IIf("_s + condition(depth - 1) + u", "_s + a + u", "_s + b + u')';
         case 2:
@@ -260,8 +263,7 @@ private:
         case 3:
             return u"(-"_s + a + u')';
         case 4:
-            return any({u"Val("_s, u"Trim("_s, u"UCase("_s, u"Len("_s, u"CStr("_s, u"Abs("_s, u"CDbl("_s}) +
-                   a + u')';
+            return any({u"Val("_s, u"Trim("_s, u"UCase("_s, u"Len("_s, u"CStr("_s, u"Abs("_s, u"CDbl("_s}) + a + u')';
         default:
             return condition(depth - 1);
         }
@@ -302,8 +304,7 @@ TEST_F(Conditions, CompareWithExactlyTheNumberThatIsMeant) {
         const double scaled = std::ldexp(number, i - 1000);
         sqlite3_stmt* statement = nullptr;
         const QString sql = u"SELECT "_s + dao::numberLiteral(i % 2 ? scaled : -scaled);
-        ASSERT_EQ(sqlite3_prepare_v2(connection_, sql.toUtf8().constData(), -1, &statement, nullptr),
-                  SQLITE_OK);
+        ASSERT_EQ(sqlite3_prepare_v2(connection_, sql.toUtf8().constData(), -1, &statement, nullptr), SQLITE_OK);
         ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
         EXPECT_EQ(sqlite3_column_double(statement, 0), i % 2 ? scaled : -scaled) << sql.toStdString();
         sqlite3_finalize(statement);

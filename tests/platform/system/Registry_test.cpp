@@ -22,22 +22,9 @@ QByteArray readFile(const QString& path) {
 }
 
 const QString awkwardValues[] = {
-    u"x;y"_s,
-    u"C:\\neu\\"_s,
-    u"\"quoted\""_s,
-    u"\""_s,
-    u" blanks "_s,
-    u"\" mixed\" "_s,
-    u""_s,
-    u" "_s,
-    u"äöüß€ 日本"_s,
-    u"a=b"_s,
-    u"#no comment"_s,
-    u"[section]"_s,
-    u"<<<END_OF_TEXT"_s,
-    u"\t tab"_s,
-    u"%1 \\n"_s,
-    u"1:2"_s,
+    u"x;y"_s,    u"C:\\neu\\"_s,  u"\"quoted\""_s, u"\""_s,          u" blanks "_s,  u"\" mixed\" "_s,    u""_s,
+    u" "_s,      u"äöüß€ 日本"_s, u"a=b"_s,        u"#no comment"_s, u"[section]"_s, u"<<<END_OF_TEXT"_s, u"\t tab"_s,
+    u"%1 \\n"_s, u"1:2"_s,
 };
 
 const QString key = u"Software\\Norvik\\Varidex\\3.6\\"_s;
@@ -89,9 +76,8 @@ TEST(Registry, ValuesKeepContentAndTypeAndKeysIgnoreCase) {
         ASSERT_EQ(Registry::write(Registry::CurrentUser, key, u"Text"_s, {Registry::String, value, 0}),
                   Registry::Outcome::Done);
         Registry::Entry entry;
-        ASSERT_EQ(
-            Registry::read(Registry::CurrentUser, u"SOFTWARE\\norvik\\Varidex\\3.6"_s, u"TEXT"_s, entry),
-            Registry::Outcome::Done);
+        ASSERT_EQ(Registry::read(Registry::CurrentUser, u"SOFTWARE\\norvik\\Varidex\\3.6"_s, u"TEXT"_s, entry),
+                  Registry::Outcome::Done);
         EXPECT_EQ(entry.text, value);
         EXPECT_EQ(entry.type, Registry::String);
     }
