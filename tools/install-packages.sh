@@ -7,6 +7,7 @@ packages=(
     qt6-base-dev qt6-svg-dev qt6-translations-l10n
     fonts-dejavu-core
     libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
+    clang-format-14
     libgtest-dev libbenchmark-dev
     xvfb openbox xdotool
 )

@@ -1,4 +1,4 @@
-#include "CrosstabTest.h"
+#include "CrosstabFixture.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,5 +1,5 @@
-#include "platform/dao/Parser.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/Parser.h"
 #include "platform/dao/TreeText.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/dao/Value.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/Value.h"
 #include "platform/system/NumberFormat.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "platform/dao/Functions.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
 #include "platform/dao/SqliteValue.h"
 #include "platform/system/NumberFormat.h"
 
