@@ -23,7 +23,7 @@ QString folderOf(const QString& folder, int cases) {
 
 void run(AnalysisModel& model, const CaseRuns::Choose& choose) {
     model.open();
-    model.StudyClick(u"B1"_s);
+    model.edit().StudyClick(u"B1"_s);
     choose(model);
     if (model.changeTab(1) != RunOutcome::Computed)
         qFatal("the run did not compute");

@@ -8,7 +8,7 @@
 #include "Ratios.h"
 #include "SqliteDirect.h"
 
-#include "analysis/ComparisonList.h"
+#include "analysis/request/ComparisonList.h"
 #include "app/globals.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
@@ -32,7 +32,7 @@ struct Comparison {
     explicit Comparison(int weight) {
         gOptions.ComparisonWeight = weight;
         model.open();
-        model.chooseMode(AnalysisMode::Comparison);
+        model.edit().chooseMode(AnalysisMode::Comparison);
         for (int i = 1; i <= studies; ++i)
             if (!list.addVariable(u"S%1"_s.arg(i, 2, 10, QLatin1Char('0')), u"V5"_s))
                 qFatal("a study is not there");
@@ -101,7 +101,7 @@ private:
 
 void chooseTwo(AnalysisModel& model) {
     gOptions.ComparisonWeight = 1;
-    model.chooseMode(AnalysisMode::Comparison);
+    model.edit().chooseMode(AnalysisMode::Comparison);
     ComparisonList list(model);
     if (!list.addVariable(u"B1"_s, u"V5"_s) || !list.addVariable(u"B1"_s, u"V6"_s))
         qFatal("a variable is not there");

@@ -24,10 +24,10 @@ constexpr int cases = 1'000'000;
 
 CaseRuns::Choose crosstab(WeightKind weight) {
     return [weight](AnalysisModel& model) {
-        model.chooseMode(AnalysisMode::Crosstab);
-        model.chooseVariable(u"V5"_s);
-        model.chooseVariable2(u"V6"_s);
-        model.chooseWeight(weight);
+        model.edit().chooseMode(AnalysisMode::Crosstab);
+        model.edit().chooseVariable(u"V5"_s);
+        model.edit().chooseVariable2(u"V6"_s);
+        model.edit().chooseWeight(weight);
     };
 }
 

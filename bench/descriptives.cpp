@@ -19,13 +19,13 @@ constexpr int cases = 1'000'000;
 
 CaseRuns::Choose statistics(const QString& variable, WeightKind weight, bool grouped = false) {
     return [=](AnalysisModel& model) {
-        model.chooseMode(AnalysisMode::Descriptives);
-        model.chooseVariable(variable);
-        model.chooseVariable2(u"V5"_s);
-        model.request.chkDescGroup = grouped;
-        model.chooseWeight(weight);
-        model.request.dtDesc = u"32766"_s;
-        model.request.dtDescDigits = u"2;2;2;2;2;2;2;2;2;2;2;2;2;2;"_s;
+        model.edit().chooseMode(AnalysisMode::Descriptives);
+        model.edit().chooseVariable(variable);
+        model.edit().chooseVariable2(u"V5"_s);
+        model.request().chkDescGroup = grouped;
+        model.edit().chooseWeight(weight);
+        model.request().dtDesc = u"32766"_s;
+        model.request().dtDescDigits = u"2;2;2;2;2;2;2;2;2;2;2;2;2;2;"_s;
     };
 }
 

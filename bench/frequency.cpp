@@ -16,10 +16,10 @@ constexpr int cases = 1'000'000;
 
 CaseRuns::Choose frequency(WeightKind weight, const QString& filter = QString()) {
     return [=](AnalysisModel& model) {
-        model.chooseVariable(u"V5"_s);
-        model.chooseWeight(weight);
+        model.edit().chooseVariable(u"V5"_s);
+        model.edit().chooseWeight(weight);
         if (!filter.isEmpty())
-            model.chooseFilterText(filter);
+            model.edit().chooseFilterText(filter);
     };
 }
 

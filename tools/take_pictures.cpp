@@ -157,7 +157,7 @@ public:
     /// The dialogs and boxes that come up on the way.
     void dialogs() {
         AnalysisModel model;
-        model.request.sMissing = u"98, 99"_s;
+        model.request().sMissing = u"98, 99"_s;
         modal(u"descriptives"_s, [&] { frmDescriptives(nullptr, nullptr).exec(); });
         modal(u"missing"_s, [&] { frmNewCalculation(model, nullptr).exec(); });
         modal(u"about"_s, [] { frmAbout::showInfo(nullptr); });

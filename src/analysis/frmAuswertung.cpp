@@ -3,8 +3,8 @@
 #include "analysis/frmAuswertung_widgets.h"
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
-#include "analysis/preselection.h"
-#include "analysis/saveTable.h"
+#include "analysis/request/preselection.h"
+#include "analysis/result/saveTable.h"
 #include "app/globals.h"
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
@@ -60,11 +60,17 @@ frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_u
     setWindowTitle(u"Auswertung"_s);
     setWindowIcon(Icons::get(u"analysis"_s));
     build();
-    model_.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
-    model_.onRun = [this] { showRunning(); };
-    model_.askMissing = [this](AnalysisModel& model) { frmNewCalculation(model, this).exec(); };
+    RunHooks hooks;
+    hooks.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
+    hooks.askMissing = [this](const QString& sMissing) {
+        frmNewCalculation dialog(sMissing, this);
+        dialog.exec();
+        return dialog.answer();
+    };
+    model_.setHooks(std::move(hooks));
+    model_.onRun([this] { showRunning(); });
     model_.open();
-    comparison_.RefreshSavedComparisons();
+    comparison().RefreshSavedComparisons();
     connectRequest();
     connectComparison();
     connectTable();
@@ -92,11 +98,12 @@ void frmAuswertung::preselect(const frmExplorer& explorer) {
         for (const int row : explorer.selectedRows())
             add(shown.list.rows.at(static_cast<size_t>(row)));
     if (!trend)
-        return preselectVariables(model_, selection);
+        return preselectVariables(model_.edit(), selection);
     if (ofList || ofTree)
-        preselectComparison(model_, comparison_, selection);
+        preselectComparison(model_.edit(), comparison(), selection);
     if (const CatalogueNode* node = shown.selectedNode(); ofTree && node)
-        model_.request.txtTitle = comparisonTitle(node->Text);
+        model_.edit().change(RequestPart::Entries,
+                             [&](AnalysisRequest& r) { r.txtTitle = comparisonTitle(node->Text); });
 }
 
 void frmAuswertung::refreshTitles() {
@@ -138,8 +145,8 @@ void frmAuswertung::act(const std::function<void()>& step) {
 
 /// The text that was typed counts for the selected entry of a comparison once its editing is over, whichever way.
 void frmAuswertung::finishFilter() {
-    if (std::exchange(filterTyped_, false) && model_.request.optFilter == FilterKind::FilterUser)
-        trapped([this] { comparison_.ApplyComparisonEntryChange(true); });
+    if (std::exchange(filterTyped_, false) && model_.request().optFilter == FilterKind::FilterUser)
+        trapped([this] { comparison().ApplyComparisonEntryChange(true); });
 }
 
 /// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
@@ -155,9 +162,9 @@ void frmAuswertung::run(const std::function<void()>& step) {
     }
     // Weight and filter in view are those of the entry that was counted last: they are none of the selected one's.
     const RunOutcome outcome = model_.facts().outcome;
-    if (model_.request.mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
+    if (model_.request().mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
         outcome != RunOutcome::Reused)
-        comparison_.select({});
+        comparison().select({});
     showModel();
 }
 
@@ -190,9 +197,9 @@ void frmAuswertung::changeTab(int tab) {
 
 void frmAuswertung::chooseStudy(int index) {
     act([&] {
-        const std::vector<BoundPicker> studies = model_.studies();
+        const std::vector<BoundPicker> studies = model_.edit().studies();
         if (index >= 0 && index < static_cast<int>(studies.size()))
-            model_.StudyClick(studies[static_cast<size_t>(index)].value);
+            model_.edit().StudyClick(studies[static_cast<size_t>(index)].value);
     });
 }
 
@@ -200,14 +207,14 @@ void frmAuswertung::connectRequest() {
     connect(w_->SSTab, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
     for (ChoicePicker* study : {w_->dbcStudy, w_->dbcStudy_1})
         study->onChosen = [this](int index) { chooseStudy(index); };
-    const auto nameAt = [this](int index) { return model_.variables().at(static_cast<size_t>(index)).name; };
+    const auto nameAt = [this](int index) { return model_.edit().variables().at(static_cast<size_t>(index)).name; };
     for (ChoicePicker* first : {w_->dbcVariable, w_->dbcVariable_1, w_->dbcVariableUni})
-        first->onChosen = [this, nameAt](int index) { act([&] { model_.chooseVariable(nameAt(index)); }); };
+        first->onChosen = [this, nameAt](int index) { act([&] { model_.edit().chooseVariable(nameAt(index)); }); };
     for (ChoicePicker* second : {w_->dbcVariable2, w_->dbcVariable_2, w_->dbcVariable2Uni})
-        second->onChosen = [this, nameAt](int index) { act([&] { model_.chooseVariable2(nameAt(index)); }); };
+        second->onChosen = [this, nameAt](int index) { act([&] { model_.edit().chooseVariable2(nameAt(index)); }); };
     for (ChoicePicker* weight : {w_->dbcVarGewicht, w_->dbcVarGewicht_1, w_->dbcVarGewicht_1Uni})
         weight->onChosen = [this, nameAt](int index) {
-            act([&] { model_.chooseWeight(WeightKind::WeightUser, nameAt(index)); });
+            act([&] { model_.edit().chooseWeight(WeightKind::WeightUser, nameAt(index)); });
         };
     connectChoices();
     connectFilter();
@@ -217,9 +224,9 @@ void frmAuswertung::connectChoices() {
     const auto mode = [this](QRadioButton* button, AnalysisMode chosen) {
         connect(button, &QRadioButton::clicked, this, [=, this] {
             act([&] {
-                model_.chooseMode(chosen);
+                model_.edit().chooseMode(chosen);
                 if (chosen == AnalysisMode::Comparison)
-                    comparison_.RefreshSavedComparisons();
+                    comparison().RefreshSavedComparisons();
             });
         });
     };
@@ -231,9 +238,9 @@ void frmAuswertung::connectChoices() {
         connect(w_->Option3[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
             act([&] {
                 if (i == static_cast<int>(WeightKind::WeightUser))
-                    model_.chooseUserWeight();
+                    model_.edit().chooseUserWeight();
                 else
-                    model_.chooseWeight(static_cast<WeightKind>(i));
+                    model_.edit().chooseWeight(static_cast<WeightKind>(i));
             });
         });
     stopAtChosen(std::array{w_->Option1, w_->Option2, w_->Option4, w_->Option5});
@@ -244,9 +251,9 @@ void frmAuswertung::connectChoices() {
     const auto check = [this](QCheckBox* box, auto&& take) {
         connect(box, &QCheckBox::clicked, this, [=, this](bool on) { act([&] { take(on); }); });
     };
-    check(w_->chkDescGroup, [this](bool on) { model_.request.chkDescGroup = on; });
-    check(w_->chkFlipXtab, [this](bool on) { model_.request.chkFlipXtab = on; });
-    check(w_->chkVaridexCreation, [this](bool on) { model_.bCreationMode = on; });
+    check(w_->chkDescGroup, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.chkDescGroup = on; }); });
+    check(w_->chkFlipXtab, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.chkFlipXtab = on; }); });
+    check(w_->chkVaridexCreation, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.bCreationMode = on; }); });
     connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
 }
 
@@ -276,27 +283,28 @@ void frmAuswertung::connectFilter() {
     for (int i = 0; i < 3; ++i)
         connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
             act([&] {
-                if (model_.chooseFilter(static_cast<FilterKind>(i)) && i == static_cast<int>(FilterKind::FilterParts))
-                    comparison_.ApplyComparisonEntryChange(true);
+                if (model_.edit().chooseFilter(static_cast<FilterKind>(i)) &&
+                    i == static_cast<int>(FilterKind::FilterParts))
+                    comparison().ApplyComparisonEntryChange(true);
             });
         });
     w_->dbcParts->onChosen = [this](int index) {
         act([&] {
-            if (model_.choosePart(model_.parts().at(static_cast<size_t>(index)).value))
-                comparison_.ApplyComparisonEntryChange(true);
+            if (model_.edit().choosePart(model_.edit().parts().at(static_cast<size_t>(index)).value))
+                comparison().ApplyComparisonEntryChange(true);
         });
     };
     w_->dbcParts->onKey = [this](int key) {
         bool taken = false;
         // The platform's Delete is the key with code 46.
-        act([&] { taken = key == Qt::Key_Delete && model_.dbcParts_KeyDown(46); });
+        act([&] { taken = key == Qt::Key_Delete && model_.edit().dbcParts_KeyDown(46); });
         return taken;
     };
     connect(w_->txtFilter, &QLineEdit::textEdited, this, [this](const QString& text) {
         if (showing_ || gBusy > 0)
             return;
         filterTyped_ = true;
-        trapped([&] { model_.typeFilterText(text); });
+        trapped([&] { model_.edit().typeFilterText(text); });
         showFilterCheck();
     });
     connect(w_->txtFilter, &QLineEdit::editingFinished, this, [this] {
@@ -305,8 +313,18 @@ void frmAuswertung::connectFilter() {
     });
 }
 
+void frmAuswertung::changeMode(const std::function<void(AnalysisRequest&)>& step) {
+    model_.edit().change(RequestPart::Mode, step);
+}
+
+/// What stands below the table, on the screen and in a file.
+QStringList frmAuswertung::whatItStandsOn() const {
+    const TableResult& result = model_.result();
+    return result.facts ? standsOn(*result.facts, result.marks) + result.notes() : QStringList();
+}
+
 void frmAuswertung::cmdDescriptives_Click() {
-    act([this] { frmDescriptives(&model_, this).exec(); });
+    act([this] { frmDescriptives(&model_.edit(), this).exec(); });
 }
 
 void frmAuswertung::connectTable() {
@@ -345,17 +363,18 @@ void frmAuswertung::copy() {
                 ui::asker().setClipboard(text, QString());
             return;
         }
-        if (!model_.tableFacts())
+        if (!model_.result().facts)
             return;
-        const ResultTable& table = model_.mfgGrid;
-        ui::asker().setClipboard(model_.lblLabel + u"\r\n"_s + clipText(table), htmlTable(model_.lblLabel, table));
+        const ResultTable& table = model_.result().mfgGrid;
+        ui::asker().setClipboard(model_.result().lblLabel + u"\r\n"_s + clipText(table),
+                                 htmlTable(model_.result().lblLabel, table));
         ui::asker().messageBox(
             {.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s), .icon = ui::Icon::Information});
     });
 }
 
 void frmAuswertung::saveTableAs() {
-    if (gBusy > 0 || !model_.tableFacts())
+    if (gBusy > 0 || !model_.result().facts)
         return;
     trapped([this] {
         const std::optional<QString> path =
@@ -363,11 +382,11 @@ void frmAuswertung::saveTableAs() {
                                     .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
                                     .extension = u"csv"_s,
                                     .folder = QString(),
-                                    .name = tableFileName(model_.tableFacts()->request) + u".csv"_s,
+                                    .name = tableFileName(model_.result().facts->request) + u".csv"_s,
                                     .save = true});
         if (!path)
             return;
-        const QString reason = saveTable(*path, model_.lblLabel, model_.mfgGrid, standsOn(*model_.tableFacts()));
+        const QString reason = saveTable(*path, model_.result().lblLabel, model_.result().mfgGrid, whatItStandsOn());
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
                                             u"\r\n"_s + *path + u"\r\n"_s + reason,

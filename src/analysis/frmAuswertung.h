@@ -1,7 +1,6 @@
 #pragma once
 
 #include "analysis/AnalysisModel.h"
-#include "analysis/ComparisonList.h"
 #include "widgets/Form.h"
 
 #include <memory>
@@ -20,7 +19,7 @@ public:
     ~frmAuswertung() override;
 
     AnalysisModel& model() { return model_; }
-    ComparisonList& comparison() { return comparison_; }
+    ComparisonList& comparison() { return model_.comparison(); }
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
@@ -39,7 +38,6 @@ private:
     struct Widgets;
 
     AnalysisModel model_;
-    ComparisonList comparison_{model_};
     std::unique_ptr<Widgets> w_;
     bool showing_ = false;     ///< the window is being set from the model
     bool filterTyped_ = false; ///< the filter was edited and has not counted yet
@@ -68,6 +66,8 @@ private:
     void chooseStudy(int index);
     void finishFilter();
     void selectEntries();
+    void changeMode(const std::function<void(AnalysisRequest&)>& step);
+    QStringList whatItStandsOn() const;
     void cmdDescriptives_Click();
     void preselect(const frmExplorer& explorer);
     void showModel();

@@ -51,14 +51,14 @@ void frmAuswertung::showModel() {
 }
 
 void frmAuswertung::showRequest(const AnalysisView& view) {
-    const AnalysisRequest& r = model_.request;
-    const std::vector<BoundPicker> studies = model_.studies();
+    const AnalysisRequest& r = model_.request();
+    const std::vector<BoundPicker> studies = model_.edit().studies();
     QStringList numbers, titles, names, labels;
     for (const BoundPicker& study : studies) {
         numbers << study.value;
         titles << study.text;
     }
-    for (const StudyVariable& variable : model_.variables()) {
+    for (const StudyVariable& variable : model_.edit().variables()) {
         names << variable.name;
         labels << variable.label;
     }
@@ -67,29 +67,28 @@ void frmAuswertung::showRequest(const AnalysisView& view) {
     showInAll({w_->dbcStudy_1, w_->dbcStudy}, placeOf(studies, r.dbcStudy.value));
     const auto pickers = w_->variablePickers();
     for (size_t i = 0; i < pickers.size(); ++i)
-        pickers[i]->setChoices(i < 3 ? names : i < 6 ? labels : model_.variableChoices());
+        pickers[i]->setChoices(i < 3 ? names : i < 6 ? labels : model_.edit().variableChoices());
     showInAll({w_->dbcVariable_1, w_->dbcVariable, w_->dbcVariableUni},
-              placeOf(model_.variables(), r.dbcVariable.value));
+              placeOf(model_.edit().variables(), r.dbcVariable.value));
     showInAll({w_->dbcVariable_2, w_->dbcVariable2, w_->dbcVariable2Uni},
-              placeOf(model_.variables(), r.dbcVariable2.value));
+              placeOf(model_.edit().variables(), r.dbcVariable2.value));
     w_->lblVariable->setText(r.dbcVariableUni);
     w_->lblVariable2->setText(r.dbcVariable2Uni);
     showLongLabels();
 
     QRadioButton* modes[] = {w_->Option1, w_->Option2, w_->Option4, w_->Option5};
     modes[static_cast<size_t>(r.mode)]->setChecked(true);
-    for (size_t i = 0; i < view.mode.size(); ++i)
-        modes[i]->setEnabled(view.mode[i]);
     w_->fraVariable2->setVisible(view.secondVariable);
     w_->cmdDescriptives->setVisible(view.cmdDescriptives);
     w_->chkDescGroup->setVisible(view.cmdDescriptives);
     w_->chkDescGroup->setChecked(r.chkDescGroup);
     w_->chkFlipXtab->setVisible(r.mode == AnalysisMode::Crosstab && view.chkVaridexCreation);
     w_->chkFlipXtab->setChecked(r.chkFlipXtab);
-    w_->chkFlipXtab->setEnabled(model_.bCreationMode);
-    w_->chkFlipXtab->setToolTip(model_.bCreationMode ? QString() : TranslateText(u"Nur im Varidex Creation Mode."_s));
+    w_->chkFlipXtab->setEnabled(model_.request().bCreationMode);
+    w_->chkFlipXtab->setToolTip(model_.request().bCreationMode ? QString()
+                                                               : TranslateText(u"Nur im Varidex Creation Mode."_s));
     w_->chkVaridexCreation->setVisible(view.chkVaridexCreation);
-    w_->chkVaridexCreation->setChecked(model_.bCreationMode);
+    w_->chkVaridexCreation->setChecked(model_.request().bCreationMode);
     w_->chkPreserveLayout->setVisible(view.instructionCommands);
     w_->cbValuesInstruct->setVisible(view.instructionCommands);
 }
@@ -102,7 +101,7 @@ void frmAuswertung::showLongLabels() {
 }
 
 void frmAuswertung::showWeight(const AnalysisView& view) {
-    const AnalysisRequest& r = model_.request;
+    const AnalysisRequest& r = model_.request();
     for (size_t i = 0; i < w_->Option3.size(); ++i)
         w_->Option3[i]->setEnabled(view.Option3[i]);
     w_->Option3[static_cast<size_t>(r.Option3)]->setChecked(true);
@@ -112,26 +111,26 @@ void frmAuswertung::showWeight(const AnalysisView& view) {
     w_->dt_WeightHH->setVisible(view.dt_WeightHH);
     for (ChoicePicker* picker : {w_->dbcVarGewicht_1, w_->dbcVarGewicht, w_->dbcVarGewicht_1Uni}) {
         picker->setEnabled(view.userWeight);
-        picker->showChoice(placeOf(model_.variables(), r.dbcVarGewicht.value));
+        picker->showChoice(placeOf(model_.edit().variables(), r.dbcVarGewicht.value));
     }
 }
 
 void frmAuswertung::showFilter(const AnalysisView& view) {
-    const AnalysisRequest& r = model_.request;
+    const AnalysisRequest& r = model_.request();
     for (size_t i = 0; i < w_->optFilter.size(); ++i)
         w_->optFilter[i]->setEnabled(view.optFilter[i]);
     w_->optFilter[static_cast<size_t>(r.optFilter)]->setChecked(true);
     QStringList names;
     std::vector<BoundPicker> parts;
     if (view.dbcPartsShown)
-        parts = model_.parts();
+        parts = model_.edit().parts();
     for (const BoundPicker& part : parts)
         names << part.text;
     w_->dbcParts->setChoices(names);
     w_->dbcParts->showChoice(placeOf(parts, r.dbcParts.value));
     w_->dbcParts->setVisible(view.dbcPartsShown);
     w_->dbcParts->setEnabled(view.dbcPartsEnabled);
-    w_->txtFilter->setChoices(model_.variableChoices());
+    w_->txtFilter->setChoices(model_.edit().variableChoices());
     w_->txtFilter->setEnabled(view.txtFilterEnabled);
     if (w_->txtFilter->text() != r.txtFilter)
         w_->txtFilter->setText(r.txtFilter);
@@ -142,7 +141,7 @@ void frmAuswertung::showFilter(const AnalysisView& view) {
 void frmAuswertung::showFilterCheck() {
     QString words;
     int start = 0, length = 0;
-    if (model_.request.optFilter == FilterKind::FilterUser) {
+    if (model_.request().optFilter == FilterKind::FilterUser) {
         const FilterResult result = model_.checkFilter(w_->txtFilter->text());
         switch (result.failure) {
         case FilterResult::Failure::IllegalCharacter:
@@ -169,26 +168,26 @@ void frmAuswertung::showFilterCheck() {
 }
 
 void frmAuswertung::showTable(const AnalysisView& view) {
-    w_->lblLabel->setText(model_.lblLabel);
+    w_->lblLabel->setText(model_.result().lblLabel);
     w_->cbValues->setVisible(view.cbValuesShown);
-    w_->cbValues->setCurrentIndex(model_.request.cbValues);
-    const std::optional<TableFacts>& facts = model_.tableFacts();
+    w_->cbValues->setCurrentIndex(model_.request().cbValues);
+    const std::optional<TableFacts>& facts = model_.result().facts;
     // A table that was never ready is not shown as one.
     const ResultTable empty;
-    w_->mfgGrid->updateTable(facts ? model_.mfgGrid : empty);
+    w_->mfgGrid->updateTable(facts ? model_.result().mfgGrid : empty);
     showFacts();
-    const bool marks = facts && model_.takesMarks();
-    w_->mfgGrid->setMarks(marks ? markColumn : -1, marks && model_.mfgGrid.Tag == "Crosstab"_L1 ? markRow : -1);
+    const bool marks = facts && model_.marksCanBeSet();
+    w_->mfgGrid->setMarks(marks ? markColumn : -1,
+                          marks && model_.result().mfgGrid.Tag == TableKind::Crosstab ? markRow : -1);
     for (QPushButton* button : {w_->cmdSetMissing, w_->cmdCopyTable, w_->cmdSaveTableAs})
         button->setEnabled(facts.has_value());
-    w_->cmdSetMissing->setEnabled(marks && model_.mfgGrid.Tag != "Crosstab"_L1);
+    w_->cmdSetMissing->setEnabled(marks && model_.result().mfgGrid.Tag != TableKind::Crosstab);
     showTableState();
 }
 
 /// A comparison of many entries has a line for each: the table needs the room more, above all with large type.
 void frmAuswertung::showFacts() {
-    const std::optional<TableFacts>& facts = model_.tableFacts();
-    const QStringList lines = facts ? standsOn(*facts) : QStringList();
+    const QStringList lines = whatItStandsOn();
     const int room = height() / 5, width = w_->lblFacts->parentWidget()->contentsRect().width();
     const auto first = [&](qsizetype most) {
         if (lines.size() <= most)

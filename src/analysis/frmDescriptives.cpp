@@ -1,7 +1,8 @@
 #include "analysis/frmDescriptives.h"
 
-#include "analysis/AnalysisModel.h"
+#include "analysis/request/RequestEditor.h"
 #include "app/globals.h"
+#include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "widgets/Desktop.h"
@@ -21,13 +22,13 @@ constexpr int rowsInColumn = static_cast<int>(statisticCount + 1) / 2;
 
 } // namespace
 
-frmDescriptives::frmDescriptives(AnalysisModel* model, QWidget* owner)
-    : QDialog(owner), Form(*this, u"frmDescriptives"_s), model_(model), owner_(owner) {
+frmDescriptives::frmDescriptives(RequestEditor* editor, QWidget* owner)
+    : QDialog(owner), Form(*this, u"frmDescriptives"_s), editor_(editor), owner_(owner) {
     setWindowTitle(u"Deskriptive Statistiken auswählen"_s);
     build();
     mdLanguage::SetCtrlProps(*this);
     refreshTitles();
-    showChoice(model_ ? DescriptivesChoice::of(model_->request) : DescriptivesChoice::defaults());
+    showChoice(editor_ ? DescriptivesChoice::of(editor_->request(), gOptions) : DescriptivesChoice::defaults(gOptions));
     chkDescriptives_[0]->setFocus();
 }
 
@@ -67,7 +68,7 @@ void frmDescriptives::build() {
 
 void frmDescriptives::refreshTitles() {
     const QString title = TranslateText(u"Deskriptive Statistiken auswählen"_s);
-    setWindowTitle(model_ && owner_ ? title + u" - "_s + owner_->windowTitle() : title);
+    setWindowTitle(editor_ && owner_ ? title + u" - "_s + owner_->windowTitle() : title);
     for (size_t i = 0; i < statisticCount; ++i)
         cmbDigits_[i]->setAccessibleName(TranslateText(u"Nachkommastellen"_s) + u": "_s +
                                          chkDescriptives_[i]->text().remove(u'&'));
@@ -94,10 +95,10 @@ DescriptivesChoice frmDescriptives::choice() const {
 
 void frmDescriptives::cmdOK_Click() {
     trapped([this] {
-        if (model_)
-            choice().applyTo(*model_);
+        if (editor_)
+            choice().applyTo(*editor_);
         else
-            choice().applyToOptions();
+            choice().applyTo(gOptions);
     });
     cmdCancel_Click();
 }

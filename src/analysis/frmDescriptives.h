@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/DescriptivesChoice.h"
+#include "analysis/request/DescriptivesChoice.h"
 #include "widgets/Form.h"
 
 #include <QDialog>
@@ -8,12 +8,13 @@
 
 class QCheckBox;
 class QComboBox;
+class RequestEditor;
 
 /// The choice of statistics and their digits, for one analysis window or for the options.
 class frmDescriptives : public QDialog, public Form {
 public:
-    /// @param model of the window that the choice is for, which is the owner then; null: the options
-    frmDescriptives(AnalysisModel* model, QWidget* owner);
+    /// @param editor of the request that the choice is for, whose window is the owner then; null: the options
+    frmDescriptives(RequestEditor* editor, QWidget* owner);
     ~frmDescriptives() override;
 
     void cmdOK_Click();
@@ -23,7 +24,7 @@ public:
     void reject() override { cmdCancel_Click(); }
 
 private:
-    AnalysisModel* model_;
+    RequestEditor* editor_;
     const QWidget* owner_;
     std::array<QCheckBox*, statisticCount> chkDescriptives_{};
     std::array<QComboBox*, statisticCount> cmbDigits_{};

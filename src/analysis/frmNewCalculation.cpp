@@ -37,14 +37,14 @@ QLineEdit* numberLine(QGridLayout& grid, int row, const QString& name, const QSt
 
 } // namespace
 
-frmNewCalculation::frmNewCalculation(AnalysisModel& model, QWidget* parent)
-    : QDialog(parent), Form(*this, u"frmNewCalculation"_s), model_(model) {
+frmNewCalculation::frmNewCalculation(const QString& sMissing, QWidget* parent)
+    : QDialog(parent), Form(*this, u"frmNewCalculation"_s) {
     setWindowTitle(u"Missing Values"_s);
     build();
     mdLanguage::SetCtrlProps(*this);
     // A definition that cannot be read leaves the boxes empty, after the words of its failure.
     MissingChoice now{QString()};
-    trapped([&] { now = MissingChoice(model.request.sMissing); });
+    trapped([&] { now = MissingChoice(sMissing); });
     showChoice(now);
     EinzelWert_->setFocus();
 }
@@ -113,14 +113,13 @@ MissingChoice frmNewCalculation::choice() const {
 }
 
 void frmNewCalculation::cmdOK_Click() {
-    bool taken = false;
     trapped([&] {
-        const std::optional<QString> fault = choice().cmdOK(model_);
-        if (fault)
-            ui::asker().messageBox({.text = *fault, .icon = ui::Icon::Exclamation});
-        taken = !fault;
+        QString fault;
+        answer_ = choice().cmdOK(fault);
+        if (!answer_)
+            ui::asker().messageBox({.text = fault, .icon = ui::Icon::Exclamation});
     });
-    if (taken)
+    if (answer_)
         cmdCancel_Click();
 }
 

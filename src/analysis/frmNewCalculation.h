@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/MissingChoice.h"
+#include "analysis/request/MissingChoice.h"
 #include "widgets/Form.h"
 
 #include <QDialog>
@@ -13,16 +13,20 @@ class QRadioButton;
 /// Asks for the missing values of a calculation that is about to begin. Cancel lets it go on with those that it has.
 class frmNewCalculation : public QDialog, public Form {
 public:
-    frmNewCalculation(AnalysisModel& model, QWidget* parent);
+    /// @param sMissing the definition that it opens with
+    frmNewCalculation(const QString& sMissing, QWidget* parent);
     ~frmNewCalculation() override;
 
     void cmdOK_Click();
     void cmdCancel_Click();
 
+    /// What OK has taken; nothing after Cancel.
+    const std::optional<MissingAnswer>& answer() const { return answer_; }
+
     void reject() override { cmdCancel_Click(); }
 
 private:
-    AnalysisModel& model_;
+    std::optional<MissingAnswer> answer_;
     std::array<QRadioButton*, 2> Option1_{}, Option2_{};
     QLineEdit *EinzelWert_, *Rangevon_, *Rangebis_;
     QGroupBox* fraSettings_;

@@ -53,13 +53,13 @@ private:
     bool warned_ = false;
 
     void read();
-    void findEmptyRows();
     void add(const dao::Value& value, double count);
     size_t newRow(const dao::Value& value, const QString& text);
     QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
     void place(size_t row, const dao::Value& value, const QString& text);
     void write();
+    void noteShape(int dataRows);
     void writePercent();
     void setWidths();
 };
@@ -68,46 +68,30 @@ private:
 void ColumnBuilder::read() {
     if (table_.Cols() <= in_.column)
         table_.setCols(in_.column + 1);
-    // Rows of another kind of table are no rows of a comparison.
-    if (table_.Rows() < 4)
-        table_.setRows(4);
+    table_.Tag = TableKind::Comparison;
+    table_.markedBy = in_.marks ? Marks::By::Hand : Marks::By::Definition;
     const int columns = table_.Cols();
+    const TableShape& shape = table_.shape;
     const auto take = [&](int row) {
-        std::vector<QString> cells;
-        for (int column = 0; column < columns; ++column)
-            cells.push_back(column == in_.column ? QString() : table_.Cell(column, row));
+        std::vector<QString> cells(static_cast<size_t>(columns));
+        for (int column = 0; row >= 0 && column < columns; ++column)
+            if (column != in_.column)
+                cells[static_cast<size_t>(column)] = table_.Cell(column, row);
         return cells;
     };
-    for (int row = 1; row < table_.Rows() - 3; ++row) {
+    for (int row = shape.rows.first; row <= shape.rows.last; ++row) {
         rows_.push_back({take(row)});
         order_.push_back(rows_.size() - 1);
         const QString value = dao::foldedText(rows_.back().cells[ValueColumn]);
-        if (!value.isEmpty() && !byValue_.contains(value))
+        if (row == shape.nullRow)
+            nullRow_ = rows_.size() - 1;
+        else if (!byValue_.contains(value))
             byValue_.insert(value, rows_.size() - 1);
     }
-    findEmptyRows();
-    sums_ = take(table_.Rows() - 3);
-    valid_ = take(table_.Rows() - 2);
+    sums_ = take(shape.sumRow);
+    valid_ = take(shape.validRow);
     if (in_.dtMissing)
         definition_.emplace(*in_.dtMissing);
-}
-
-/// System-missing and an empty text both have an empty value cell. Of two such rows the first is that of
-/// system-missing, which is sorted in front; one alone is told by its label or its mark.
-void ColumnBuilder::findEmptyRows() {
-    std::vector<size_t> empty;
-    for (const size_t row : order_)
-        if (rows_[row].cells[ValueColumn].isEmpty())
-            empty.push_back(row);
-    if (empty.empty())
-        return;
-    const Row& first = rows_[empty.front()];
-    const bool isNull =
-        empty.size() > 1 || first.cells[LabelColumn].startsWith(systemMissing) || first.cells[MarkColumn] == "X"_L1;
-    if (isNull)
-        nullRow_ = empty.front();
-    if (!isNull || empty.size() > 1)
-        byValue_.insert(QString(), empty.back());
 }
 
 void ColumnBuilder::add(const dao::Value& value, double count) {
@@ -119,7 +103,7 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
         row = newRow(value, text);
     }
     total_.add(count);
-    if (rows_[row].cells[MarkColumn] != "X"_L1)
+    if (!isMark(rows_[row].cells[MarkColumn]))
         validTotal_.add(count);
     rows_[row].count += count;
     rows_[row].counted = true;
@@ -143,7 +127,8 @@ size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
         value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
     row.cells[ValueColumn] = text;
     row.cells[LabelColumn] = labelOfNewRow(value);
-    row.cells[MarkColumn] = missing ? u"X"_s : QString();
+    const AxisMarks::Value* byHand = in_.marks ? in_.marks->rows.find(value) : nullptr;
+    row.cells[MarkColumn] = byHand ? byHand->mark : missing ? u"X"_s : QString();
     rows_.push_back(row);
     const size_t added = rows_.size() - 1;
     if (value.isNull())
@@ -194,18 +179,32 @@ void ColumnBuilder::write() {
     put(dataRows + 1, sums_);
     put(dataRows + 2, valid_);
     put(dataRows + 3, std::vector<QString>(static_cast<size_t>(table_.Cols())));
+    noteShape(dataRows);
+}
+
+void ColumnBuilder::noteShape(int dataRows) {
+    TableShape& shape = table_.shape;
+    shape.rows = {1, dataRows};
+    shape.columns = {FirstEntry, table_.Cols() - 1};
+    shape.sumRow = dataRows + 1;
+    shape.validRow = dataRows + 2;
+    const auto null = std::ranges::find(order_, nullRow_);
+    shape.nullRow = null == order_.end() ? -1 : 1 + static_cast<int>(null - order_.begin());
+    shape.cases.resize(static_cast<size_t>(shape.columns.count()));
+    shape.cases[static_cast<size_t>(in_.column - FirstEntry)] = {table_.Cell(in_.column, shape.sumRow),
+                                                                 table_.Cell(in_.column, shape.validRow)};
 }
 
 /// Valid percent of every entry, on the counts as displayed.
 void ColumnBuilder::writePercent() {
     percent_ = table_;
-    const int validRow = table_.Rows() - 2;
+    const int validRow = table_.shape.validRow;
     for (int column = FirstEntry; column < table_.Cols(); ++column) {
         const double base = dao::leadingNumber(table_.Cell(column, validRow), true);
         for (int row = 1; row < table_.Rows(); ++row) {
             const QString& cell = table_.Cell(column, row);
             const bool shown =
-                base != 0 && !cell.isEmpty() && table_.Cell(MarkColumn, row) != "X"_L1 && row != validRow - 1;
+                base != 0 && !cell.isEmpty() && !isMark(table_.Cell(MarkColumn, row)) && row != table_.shape.sumRow;
             percent_.setCell(column, row,
                              shown ? NumberFormat::fixed(dao::leadingNumber(cell, true) * 100.0 / base, 1) : QString());
         }
@@ -218,7 +217,7 @@ void ColumnBuilder::setWidths() {
     if (!in_.AutoColWidth)
         return;
     ColumnWidths widths(true, in_.textWidth);
-    const int sumRow = table_.Rows() - 3;
+    const int sumRow = table_.shape.sumRow;
     for (const int column : {+ValueColumn, +LabelColumn, +MarkColumn, in_.column}) {
         for (int row = 0; row < table_.Rows(); ++row)
             if (!table_.Cell(column, row).isEmpty())
@@ -249,12 +248,8 @@ BuildOutcome ColumnBuilder::build() {
 } // namespace
 
 BuildOutcome BuildComparisonColumn(ResultTable& table, ResultTable& percent, ResultTable& absolute,
-                                   const ComparisonInput& input, bool& bUserMissing) {
+                                   const ComparisonInput& input) {
     BuildOutcome outcome = BuildOutcome::Aborted;
     const Trap end = trapped([&] { outcome = ColumnBuilder(table, percent, absolute, input).build(); });
-    if (end != Trap::Done)
-        return BuildOutcome::Aborted;
-    if (outcome == BuildOutcome::Complete)
-        bUserMissing = false;
-    return outcome;
+    return end == Trap::Done ? outcome : BuildOutcome::Aborted;
 }

@@ -23,6 +23,8 @@ struct ComparisonInput {
     bool CommaInPercent = true;
     bool AutoColWidth = true;
     TextWidth textWidth = estimatedTextWidth;
+    /// Marks set by hand, which decide in place of the definitions for the values that they hold; may be null.
+    const Marks* marks = nullptr;
     /// Asked once per row; gives the user interface its turn. True ends the builder.
     std::function<bool()> cancelled;
 };
@@ -34,6 +36,6 @@ struct ComparisonInput {
 /// mark. Totals are unrounded sums. `percent` is made anew at each call: valid percent of every entry, from the counts
 /// as displayed. `absolute` becomes a copy of `table`.
 ///
-/// With `bUserMissing` the marks of the rows that are there hold as they stand; the flag is false afterwards.
+/// System-missing and an empty text have a row each. `table`'s `markedBy` says whether the marks of the input decided.
 BuildOutcome BuildComparisonColumn(ResultTable& table, ResultTable& percent, ResultTable& absolute,
-                                   const ComparisonInput& input, bool& bUserMissing);
+                                   const ComparisonInput& input);

@@ -5,7 +5,6 @@
 #include "platform/system/NumberFormat.h"
 #include "tables/CrosstabAxis.h"
 #include "tables/CrosstabPercent.h"
-#include "tables/tableText.h"
 
 #include <algorithm>
 #include <array>
@@ -24,21 +23,6 @@ double finite(double number) {
     return number;
 }
 
-/// Index behind the last value of a finished table's axis, from the labels of its sums; -1 for a table
-/// without them.
-template<class LabelAt>
-int endOfValues(int count, LabelAt&& labelAt) {
-    const QString ofCases = u"N "_s;
-    int end = count;
-    for (const QString& word : {u"Gült. Summe"_s, u"Summe"_s})
-        for (const bool n : {true, false}) {
-            const QString label = end > firstData ? labelAt(end - 1) : QString();
-            if (label.startsWith(ofCases) == n && isWord(n ? label.mid(ofCases.size()) : label, word))
-                --end;
-        }
-    return end == count ? -1 : end;
-}
-
 /// Takes out every row without any text from the marks on.
 void removeEmptyRows(ResultTable& table) {
     std::vector<int> order, removed;
@@ -52,30 +36,28 @@ void removeEmptyRows(ResultTable& table) {
     order.insert(order.end(), removed.begin(), removed.end());
     table.orderRows(2, order);
     table.setRows(2 + kept);
+    for (int& row : removed)
+        row += 2;
+    table.shape.rowsRemoved(removed);
 }
 
-/// Looked for from the end, since a value may read like the label.
 void removeValidSums(ResultTable& table) {
-    const QString label = TranslateText(u"Gült. Summe"_s);
-    int row = table.Rows() - 1, column = table.Cols() - 1;
-    while (row >= 0 && table.Cell(0, row) != label)
-        --row;
-    if (row >= 0)
-        DeleteRow(table, row);
-    while (column >= 0 && table.Cell(column, 0) != label)
-        --column;
-    if (column >= 0)
-        DeleteColumn(table, column);
+    if (table.shape.validRow >= 0)
+        DeleteRow(table, table.shape.validRow);
+    if (table.shape.validColumn >= 0)
+        DeleteColumn(table, table.shape.validColumn);
 }
 
 class CrosstabBuilder {
 public:
-    CrosstabBuilder(const CrosstabTables& tables, const CrosstabInput& input, bool userMissing)
-        : t_(tables), shown_(tables.shown), in_(input), bUserMissing_(userMissing),
+    CrosstabBuilder(const CrosstabTables& tables, const CrosstabInput& input)
+        : t_(tables), shown_(tables.shown), in_(input),
           columns_(in_.counts, in_.labels,
-                   {1, in_.columnMissing, in_.options.IncludeMissingXTab, in_.options.NoColumnLabels, false}),
+                   {1, in_.columnMissing, in_.options.IncludeMissingXTab, in_.options.NoColumnLabels, false,
+                    in_.marks ? &in_.marks->columns : nullptr}),
           rows_(in_.counts, in_.labels,
-                {0, in_.rowMissing, in_.options.IncludeMissingXTab, in_.options.NoRowLabels, true}) {}
+                {0, in_.rowMissing, in_.options.IncludeMissingXTab, in_.options.NoRowLabels, true,
+                 in_.marks ? &in_.marks->rows : nullptr}) {}
 
     BuildOutcome build();
 
@@ -83,7 +65,6 @@ private:
     const CrosstabTables& t_;
     ResultTable& shown_;
     const CrosstabInput& in_;
-    bool bUserMissing_;
     CrosstabAxis columns_, rows_;
     std::vector<double> cells_; ///< rounded, row by row; 0 shows as nothing
     std::vector<bool> taken_;   ///< cells whose record was met
@@ -101,7 +82,6 @@ private:
     }
     bool cancelled() const { return in_.cancelled && in_.cancelled(); }
     void prepare();
-    void keepAxes();
     BuildOutcome readAxes();
     BuildOutcome readCells();
     bool readCell(int column, int row);
@@ -116,30 +96,11 @@ private:
     void setWidths(ResultTable& table) const;
 };
 
-/// The axes of the shown table, if they are of these variables.
-void CrosstabBuilder::keepAxes() {
-    const auto& fields = in_.counts.Fields();
-    if (shown_.Rows() <= firstData || shown_.Cols() <= firstData || shown_.Cell(1, 0) != fields[1].Name ||
-        shown_.Cell(0, 1) != fields[0].Name)
-        return;
-    const int columns = endOfValues(shown_.Cols(), [this](int c) { return shown_.Cell(c, 0); });
-    const int rows = endOfValues(shown_.Rows(), [this](int r) { return shown_.Cell(0, r); });
-    if (columns < 0 || rows < 0)
-        return;
-    if (in_.marksKept)
-        *in_.marksKept = true;
-    for (int c = firstData; c < columns; ++c)
-        columns_.keep({shown_.Cell(c, 0), shown_.Cell(c, 1), shown_.Cell(c, 2)});
-    for (int r = firstData; r < rows; ++r)
-        rows_.keep({shown_.Cell(0, r), shown_.Cell(1, r), shown_.Cell(2, r)});
-}
-
 void CrosstabBuilder::prepare() {
-    if (bUserMissing_)
-        keepAxes();
     for (ResultTable* table : all()) {
         *table = ResultTable();
-        table->Tag = u"Crosstab"_s;
+        table->Tag = TableKind::Crosstab;
+        table->markedBy = in_.marks ? Marks::By::Hand : Marks::By::Definition;
         table->FixedRows = table->FixedCols = 2;
         table->setRows(4);
         table->setCols(4);
@@ -188,6 +149,10 @@ BuildOutcome CrosstabBuilder::readAxes() {
     }
     if (records == maxCrosstabRecords && in_.counts.Eof())
         showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
+    // Values that only later records have are in no row: N is smaller than what was counted.
+    if (!in_.counts.Eof())
+        shown_.addNote(
+            {u"Mehr als 25000 Kombinationen: Werte, die erst danach vorkommen, fehlen in der Tabelle und in N."_s, {}});
     return BuildOutcome::Complete;
 }
 
@@ -275,6 +240,16 @@ void CrosstabBuilder::writeAxes(const std::vector<int>& columns, const std::vect
     shown_.setCell(lastColumn, 0, TranslateText(u"Summe"_s));
     shown_.setCell(0, lastRow, TranslateText(u"Summe"_s));
     shown_.setCell(2, 2, TranslateText(u"Missing"_s));
+    const auto nullAmong = [](const CrosstabAxis& axis, const std::vector<int>& positions) {
+        const auto null = std::ranges::find_if(positions, [&](int position) { return axis.at(position).null; });
+        return null == positions.end() ? -1 : firstData + static_cast<int>(null - positions.begin());
+    };
+    shown_.shape = {.rows = {firstData, lastRow - 1},
+                    .columns = {firstData, lastColumn - 1},
+                    .sumRow = lastRow,
+                    .sumColumn = lastColumn,
+                    .nullRow = nullAmong(rows_, rows),
+                    .nullColumn = nullAmong(columns_, columns)};
 }
 
 /// What a table that goes no further shows: all values, so that a new calculation finds their marks.
@@ -318,6 +293,8 @@ void CrosstabBuilder::writeValidSums() {
     shown_.setRows(lastRow + 1);
     shown_.setCell(0, lastRow, TranslateText(u"Gült. Summe"_s));
     shown_.setCell(lastColumn, 0, TranslateText(u"Gült. Summe"_s));
+    shown_.shape.validRow = lastRow;
+    shown_.shape.validColumn = lastColumn;
     std::vector<double> byColumn(static_cast<size_t>(columns_.size())), byRow(static_cast<size_t>(rows_.size()));
     double total = 0;
     for (int row = 0; row < rows_.size(); ++row)
@@ -347,12 +324,17 @@ bool CrosstabBuilder::writePercentages() {
         return false;
     const CrosstabOptions& options = in_.options;
     // Valid sums that are the sums themselves say nothing.
-    if (options.IncludeMissingXTab || !options.IncludeMissingInPercentXTab || !percent.nothingMarked())
-        return true;
-    const int fewer = options.IncludeNinXTab ? 2 : 1;
+    const bool without = !options.IncludeMissingXTab && options.IncludeMissingInPercentXTab && percent.nothingMarked();
+    const int fewer = !without ? 0 : options.IncludeNinXTab ? 2 : 1;
     for (ResultTable* table : {&t_.columnPercent, &t_.rowPercent, &t_.totalPercent}) {
         table->setRows(table->Rows() - fewer);
         table->setCols(table->Cols() - fewer);
+        table->shape = shown_.shape;
+        table->notes = shown_.notes;
+        // The numbers of cases stand between the sums.
+        const int shift = options.IncludeNinXTab ? 1 : 0;
+        table->shape.validRow = without ? -1 : shown_.shape.validRow + shift;
+        table->shape.validColumn = without ? -1 : shown_.shape.validColumn + shift;
     }
     return true;
 }
@@ -370,6 +352,13 @@ void CrosstabBuilder::tidy() {
             for (int column = 2; column < table->Cols(); ++column)
                 table->setCellAlignment(column, row, ResultTable::RightTop);
     }
+    const TableShape& shape = shown_.shape;
+    const auto cell = [&](int column, int row) {
+        return column < 0 || row < 0 ? std::nullopt : std::optional(shown_.Cell(column, row));
+    };
+    const StatedCases cases{cell(shape.sumColumn, shape.sumRow), cell(shape.validColumn, shape.validRow)};
+    for (ResultTable* table : all())
+        table->shape.cases = {cases};
 }
 
 void CrosstabBuilder::setWidths(ResultTable& table) const {
@@ -393,11 +382,11 @@ double RoundHalfUp(double x) {
     return x - floor >= 0.5 ? floor + 1 : floor;
 }
 
-BuildOutcome BuildCrosstabTable(const CrosstabTables& tables, const CrosstabInput& input, bool bUserMissing) {
+BuildOutcome BuildCrosstabTable(const CrosstabTables& tables, const CrosstabInput& input) {
     BuildOutcome outcome = BuildOutcome::Aborted;
     trapped([&] {
         outcome = BuildOutcome::Aborted;
-        outcome = CrosstabBuilder(tables, input, bUserMissing).build();
+        outcome = CrosstabBuilder(tables, input).build();
     });
     return outcome;
 }

@@ -42,8 +42,8 @@ struct CrosstabInput {
     /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the values of row and column
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
-    /// Told whether the axes of the table before, with their marks, were taken; may be null.
-    bool* marksKept = nullptr;
+    /// Marks set by hand, which decide in place of the definitions for the values that they hold; may be null.
+    const Marks* marks = nullptr;
 };
 
 /// The five tables of a crosstab, all laid out alike: two fixed rows and columns, the values from row and
@@ -65,10 +65,9 @@ constexpr qint64 maxCrosstabCells = 4'000'000;
 /// Builds the five tables. A cell is the count of its combination, rounded half up and empty where that is 0;
 /// values without cases are left out.
 ///
-/// With `bUserMissing` the marks in the shown table decide: its axes stay, and what else occurs is added to
-/// them. A shown table of other variables is built anew. The flag itself stays as it is.
-/// Warnings and failures are shown; see BuildOutcome. A table that was cancelled has its axes at the most.
-BuildOutcome BuildCrosstabTable(const CrosstabTables& tables, const CrosstabInput& input, bool bUserMissing);
+/// The tables' `markedBy` says whether the marks of the input decided. Warnings and failures are shown; see
+/// BuildOutcome. A table that was cancelled has its axes at the most.
+BuildOutcome BuildCrosstabTable(const CrosstabTables& tables, const CrosstabInput& input);
 
 /// The nearest whole number, halves up: 2.5 is 3, -2.5 is -2.
 double RoundHalfUp(double x);

@@ -40,21 +40,17 @@ CrosstabAxis::CrosstabAxis(dao::Recordset& counts, dao::Recordset& labels, const
       ofVariable_(u" AND fi_Varname = "_s + quoted(counts.Fields()[static_cast<size_t>(rules.field)].Name)),
       definition_(rules.missing.value_or(QString())) {}
 
-/// An empty value cell without "SYSMIS" beside it is an empty text, or a labelled Null where Nulls are taken
-/// at all; of two such cells the Null is the first.
-void CrosstabAxis::keep(const Entry& entry) {
-    const int id = static_cast<int>(entries_.size());
-    entries_.push_back({entry, dao::leadingNumber(entry.value, true)});
-    order_.push_back(id);
-    const bool null = entry.value.isEmpty() && entry.label == sysmis;
-    if (null || (entry.value.isEmpty() && rules_.IncludeMissingXTab && !ids_.contains(nullKey)))
-        ids_.insert(nullKey, id);
-    if (!null)
-        ids_.insert(dao::foldedText(entry.value), id);
-}
-
 bool CrosstabAxis::isMissing(const dao::Value& value) const {
     return value.isNull() || (value.isNumeric() && definition_.contains(value.toDouble()));
+}
+
+/// Missing values stay out unless they are asked for, by definition or because a hand has marked this axis: the value
+/// that it marked, or took a mark from, is there to be marked again.
+bool CrosstabAxis::isTaken(const dao::Value& value, bool labelled) const {
+    if (rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !labelled) || !isMissing(value))
+        return true;
+    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(value) : nullptr;
+    return byHand && !byHand->missing();
 }
 
 bool CrosstabAxis::takeRecord() {
@@ -67,8 +63,7 @@ bool CrosstabAxis::takeRecord() {
         std::optional<QString> label;
         if (trapped([&] { label = labelOf(labels_, value, ofVariable_); }) == Trap::Aborted)
             return false;
-        const bool taken = rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !label) || !isMissing(value);
-        if (taken)
+        if (isTaken(value, label.has_value()))
             add(value, key, label);
         else
             leftOut_.insert(key);
@@ -79,8 +74,13 @@ bool CrosstabAxis::takeRecord() {
 }
 
 void CrosstabAxis::add(const dao::Value& value, const QString& key, const std::optional<QString>& label) {
-    Entry entry{withoutBlanks(value.toText()), rules_.noLabels ? QString() : label.value_or(QString()),
-                isMissing(value) ? u"X"_s : QString()};
+    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(value) : nullptr;
+    Entry entry{.value = withoutBlanks(value.toText()),
+                .label = rules_.noLabels ? QString() : label.value_or(QString()),
+                .mark = byHand             ? byHand->mark
+                        : isMissing(value) ? u"X"_s
+                                           : QString(),
+                .null = value.isNull()};
     if (value.isNull() && !label)
         entry.label = sysmis;
     ids_.insert(key, static_cast<int>(entries_.size()));

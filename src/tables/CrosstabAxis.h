@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/dao/Recordset.h"
+#include "tables/Marks.h"
 #include "tables/missing.h"
 
 #include <QHash>
@@ -19,19 +20,19 @@ public:
         bool noLabels = false;
         /// A missing value is taken all the same where it has no label.
         bool takesUnlabelled = false;
+        const AxisMarks* marks = nullptr; ///< set by hand: they decide for the values that they hold; may be null
     };
     struct Entry {
         QString value; ///< empty for system-missing
         QString label;
         QString mark; ///< "X" when missing
-        bool marked() const { return mark == QLatin1Char('X'); }
+        bool null = false;
+        bool marked() const { return isMark(mark); }
     };
 
     /// @throws dao::Error or shows the standard box for a definition that doesn't read; see MissingDefinition
     CrosstabAxis(dao::Recordset& counts, dao::Recordset& labels, const Rules& rules);
 
-    /// Takes over a value with its label and mark, behind those that are there.
-    void keep(const Entry& entry);
     /// Takes the value of the current record in its place, unless it is there or is left out as missing.
     /// Shows a failed look-up. @return false for Abort
     bool takeRecord();
@@ -63,6 +64,7 @@ private:
 
     const Entry& entry(int id) const { return entries_[static_cast<size_t>(id)].entry; }
     bool isMissing(const dao::Value& value) const;
+    bool isTaken(const dao::Value& value, bool labelled) const;
     void add(const dao::Value& value, const QString& key, const std::optional<QString>& label);
     void insertSorted(const dao::Value& value);
 };

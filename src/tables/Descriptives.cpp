@@ -83,6 +83,7 @@ private:
                     const std::optional<double>& value);
     QString formatted(double value, Statistic statistic) const;
     BuildOutcome finish();
+    void noteShape();
 };
 
 template<class Action>
@@ -102,6 +103,7 @@ bool DescriptivesBuilder::anyOf(std::initializer_list<Statistic> statistics) con
 void DescriptivesBuilder::prepare() {
     constexpr std::array<int, 3> widths{500, 2000, 2000};
     table_.Clear();
+    table_.Tag = TableKind::Descriptives;
     table_.setRows(1);
     table_.setCols(static_cast<int>(widths.size()));
     table_.FixedRows = 1;
@@ -390,7 +392,24 @@ BuildOutcome DescriptivesBuilder::finish() {
     for (int column = 1; column < table_.Cols(); ++column)
         table_.setColAlignment(column,
                                column == titleColumn && !grouped_ ? ResultTable::LeftCenter : ResultTable::RightTop);
+    noteShape();
     return in_.cancelled && in_.cancelled() ? BuildOutcome::Cancelled : BuildOutcome::Complete;
+}
+
+/// By groups each has its own number of cases; a table of "Count" alone says it itself.
+void DescriptivesBuilder::noteShape() {
+    const int last = table_.Rows() - 1;
+    table_.shape = {.rows = {1, last}, .columns = {grouped_ ? 1 : +valueColumn, table_.Cols() - 1}};
+    if (grouped_ || last < 2)
+        return;
+    StatedCases cases;
+    for (int row = 1; row <= last; ++row) {
+        if (table_.Cell(titleColumn, row) == titlesOf(Statistic::Count).first())
+            cases.all = table_.Cell(valueColumn, row);
+        else if (table_.Cell(titleColumn, row) == titlesOf(Statistic::ValidN).first())
+            cases.valid = table_.Cell(valueColumn, row);
+    }
+    table_.shape.cases = {cases};
 }
 
 } // namespace

@@ -23,40 +23,34 @@ constexpr std::array<int, 7> firstWidths{500, 2000, 800, 800, 800, 800, 800};
 
 class FrequencyBuilder {
 public:
-    FrequencyBuilder(ResultTable& table, const FrequencyInput& input, bool& userMissing)
-        : table_(table), in_(input), bUserMissing_(userMissing), widths_(input.AutoColWidth, input.textWidth) {}
+    FrequencyBuilder(ResultTable& table, const FrequencyInput& input)
+        : table_(table), in_(input), widths_(input.AutoColWidth, input.textWidth) {}
 
     BuildOutcome build();
 
 private:
     ResultTable& table_;
     const FrequencyInput& in_;
-    bool& bUserMissing_;
+    const AxisMarks* marks_ = nullptr; ///< that decide in place of the definition
+    QHash<QString, size_t> met_;       ///< values that looked alike so far, by their text
     std::optional<MissingDefinition> definition_;
-    /// What a row keeps of the table before.
-    struct Kept {
-        QString mark;
-        QString cumulated; ///< stays on a row that the user has marked since
-    };
-    /// By folded value, in the order of the table: what is kept goes with its value wherever and however spelled that
-    /// arrives.
-    QHash<QString, QList<Kept>> kept_;
     ColumnWidths widths_;
     std::vector<double> sortKeys_;
     dao::CompensatedSum total_, validTotal_;
     int lastRow_ = 0; ///< the row that the filling stood at when the counts ended
     int dataRows_ = 0;
-    int sumRow_ = -1; ///< once it is known
+    int sumRow_ = -1;  ///< once it is known
+    int nullRow_ = -1; ///< as the values arrived
 
-    int dataRowsOfTable() const { return table_.Rows() - 3 - (in_.SeparateValidCases ? 1 : 0); }
-    bool marked(int row) const { return table_.Cell(Missing, row) == "X"_L1; }
+    bool marked(int row) const { return isMark(table_.Cell(Missing, row)); }
     double number(int column, int row) const { return dao::leadingNumber(table_.Cell(column, row), true); }
     void write(int column, int row, const QString& text);
-    bool keepMarks();
+    bool holdsValues(const AxisMarks& marks);
     void prepare();
     BuildOutcome fill();
     bool skipUnknown();
     bool fillRow(int row);
+    void mark(int row, const dao::Value& value);
     void sort();
     void writeSums(int validRow);
     BuildOutcome percentages();
@@ -69,49 +63,35 @@ void FrequencyBuilder::write(int column, int row, const QString& text) {
     widths_.note(column, text, row == 0 || row == sumRow_);
 }
 
-/// Takes the marks from the table that is there. False if that table does not hold the values of `counts`.
-bool FrequencyBuilder::keepMarks() {
-    const int rows = dataRowsOfTable();
-    if (rows < 1 || table_.Cols() < 6)
-        return false;
-    // What stays must not be exchanged a second time.
-    if (!in_.CommaInPercent)
-        table_.exchangeSeparators(KumulProzent, 1);
-    const bool cumulated = table_.Cols() > KumulProzent;
-    for (int row = 1; row <= rows; ++row)
-        kept_[dao::foldedText(table_.Cell(Wert, row))].append(
-            {table_.Cell(Missing, row), cumulated ? table_.Cell(KumulProzent, row) : QString()});
-    QHash<QString, int> arriving;
-    int arrivingRows = 0;
+/// True if these are just the values of `counts`: marks that were set for other values are none for these.
+bool FrequencyBuilder::holdsValues(const AxisMarks& marks) {
+    QHash<QString, size_t> arriving;
+    size_t rows = 0;
     for (in_.counts.MoveFirst(); !in_.counts.Eof(); in_.counts.MoveNext()) {
         if (in_.counts.value(1).isNull())
             continue;
-        ++arrivingRows;
-        ++arriving[dao::foldedText(in_.counts.value(0).toText())];
+        ++rows;
+        const dao::Value value = in_.counts.value(0);
+        if (++arriving[AxisMarks::lookOf(value)] > marks.count(value))
+            return false;
     }
-    if (arrivingRows != rows)
-        return false;
-    return std::all_of(arriving.keyBegin(), arriving.keyEnd(),
-                       [&](const QString& value) { return kept_.value(value).size() == arriving.value(value); });
+    return rows == marks.values().size();
 }
 
 void FrequencyBuilder::prepare() {
     const int columns = in_.CumulatedPercent ? 7 : 6;
     const bool empty = in_.counts.Bof() && in_.counts.Eof();
-    if (bUserMissing_ && (empty || !keepMarks()))
-        bUserMissing_ = false;
-    if (in_.marksKept)
-        *in_.marksKept = bUserMissing_;
-    if (!bUserMissing_) {
-        table_.Clear();
-        table_.setRows(2);
-        table_.setCols(columns);
-        for (int column = 0; column < columns; ++column)
-            table_.setColWidth(column, firstWidths[static_cast<size_t>(column)]);
-        table_.setRowHeight(0, rowHeight);
-        table_.setRowHeight(1, rowHeight);
-    }
+    if (in_.marks && !empty && holdsValues(in_.marks->rows))
+        marks_ = &in_.marks->rows;
+    table_.Clear();
+    table_.Tag = TableKind::Frequency;
+    table_.markedBy = marks_ ? Marks::By::Hand : Marks::By::Definition;
+    table_.setRows(2);
     table_.setCols(columns);
+    for (int column = 0; column < columns; ++column)
+        table_.setColWidth(column, firstWidths[static_cast<size_t>(column)]);
+    table_.setRowHeight(0, rowHeight);
+    table_.setRowHeight(1, rowHeight);
     table_.FixedRows = 1;
     table_.FixedCols = 1;
     const std::array<QString, 7> headers{u"Wert"_s,    u"Ausprägung"_s,   u"Missing"_s,      u"Anzahl"_s,
@@ -123,7 +103,7 @@ void FrequencyBuilder::prepare() {
     }
     if (!empty)
         in_.counts.MoveFirst();
-    if (in_.dtMissing && !bUserMissing_)
+    if (in_.dtMissing && !marks_)
         definition_.emplace(*in_.dtMissing);
 }
 
@@ -161,10 +141,8 @@ BuildOutcome FrequencyBuilder::fill() {
         dataRows_ = row;
         if (!fillRow(row))
             return BuildOutcome::Aborted;
-        if (!bUserMissing_) {
-            table_.setRows(table_.Rows() + 1);
-            table_.setRowHeight(table_.Rows() - 1, rowHeight);
-        }
+        table_.setRows(table_.Rows() + 1);
+        table_.setRowHeight(table_.Rows() - 1, rowHeight);
         in_.counts.MoveNext();
         if (in_.counts.Eof())
             return BuildOutcome::Complete;
@@ -187,25 +165,34 @@ bool FrequencyBuilder::fillRow(int row) {
         return false;
     write(Auspraegung, row, label.value_or(value.isNull() ? u"SYSMIS"_s : QString()));
     table_.setCellAlignment(Auspraegung, row, ResultTable::LeftCenter);
-    if (bUserMissing_) {
-        const Kept kept = kept_[dao::foldedText(text)].takeFirst();
-        write(Missing, row, kept.mark);
-        // Without a base they get no new text, and the old one would be another run's.
-        table_.setCell(Prozent, row, QString());
-        table_.setCell(GueltProzent, row, QString());
-        if (in_.CumulatedPercent)
-            table_.setCell(KumulProzent, row, kept.mark == "X"_L1 ? kept.cumulated : QString());
-    } else {
-        const bool missing =
-            value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
-        write(Missing, row, missing ? u"X"_s : QString());
-    }
+    mark(row, value);
+    if (value.isNull())
+        nullRow_ = row;
     table_.setCellAlignment(Missing, row, ResultTable::RightTop);
     write(Anzahl, row, NumberFormat::fixed(count.toDouble(), 0));
     if (!marked(row))
         validTotal_.add(count.toDouble());
     sortKeys_.push_back(number(Wert, row));
     return true;
+}
+
+/// A value is missing by hand or by definition; of several that look alike each has its own mark.
+void FrequencyBuilder::mark(int row, const dao::Value& value) {
+    const size_t nth = met_[AxisMarks::lookOf(value)]++;
+    if (nth > 0)
+        table_.addNote({u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}});
+    if (!marks_) {
+        const bool missing =
+            value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
+        write(Missing, row, missing ? u"X"_s : QString());
+        return;
+    }
+    const AxisMarks::Value* kept = marks_->find(value, nth);
+    if (!kept)
+        return;
+    write(Missing, row, kept->mark);
+    if (in_.CumulatedPercent && kept->missing() && kept->cumulated)
+        write(KumulProzent, row, NumberFormat::fixed(*kept->cumulated, 1));
 }
 
 /// Brings the rows in order of number, equal ones as they arrived. A text that is no number counts by the
@@ -217,6 +204,10 @@ void FrequencyBuilder::sort() {
         return sortKeys_[static_cast<size_t>(a)] < sortKeys_[static_cast<size_t>(b)];
     });
     table_.orderRows(1, order);
+    table_.shape = {.rows = {1, dataRows_}, .columns = {Anzahl, table_.Cols() - 1}};
+    const auto null = std::ranges::find(order, nullRow_ - 1);
+    if (null != order.end())
+        table_.shape.nullRow = 1 + static_cast<int>(null - order.begin());
 }
 
 void FrequencyBuilder::writeSums(int validRow) {
@@ -232,6 +223,8 @@ void FrequencyBuilder::writeSums(int validRow) {
     write(Auspraegung, sumRow_, TranslateText(u"Summe"_s));
     write(Auspraegung, validRow, TranslateText(u"Gültige Fälle"_s));
     write(Anzahl, validRow, NumberFormat::fixed(validTotal_.value(), 0));
+    table_.shape.sumRow = sumRow_;
+    table_.shape.validRow = validRow;
 }
 
 /// Columns 4 to 6. The bases are taken back from the cells, so with weights they are the rounded counts.
@@ -286,9 +279,9 @@ bool FrequencyBuilder::validPercent(int row, double count, double valid, double 
 }
 
 void FrequencyBuilder::finish() {
-    bUserMissing_ = false;
     if (!in_.CommaInPercent)
         table_.exchangeSeparators(Anzahl, 1);
+    table_.shape.cases = {{table_.Cell(Anzahl, sumRow_), table_.Cell(Anzahl, table_.shape.validRow)}};
     if (!in_.AutoColWidth)
         return;
     for (int column = 0; column < table_.Cols(); ++column)
@@ -297,11 +290,11 @@ void FrequencyBuilder::finish() {
 
 } // namespace
 
-BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input, bool& bUserMissing) {
+BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input) {
     BuildOutcome outcome = BuildOutcome::Aborted;
     trapped([&] {
         outcome = BuildOutcome::Aborted;
-        outcome = FrequencyBuilder(table, input, bUserMissing).build();
+        outcome = FrequencyBuilder(table, input).build();
     });
     return outcome;
 }

@@ -28,7 +28,8 @@ struct FrequencyInput {
     /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the value and the head of the column
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
-    bool* marksKept = nullptr; ///< told whether the marks of the table before decide
+    /// Marks set by hand, which decide in place of the definition if they are of just these values; may be null.
+    const Marks* marks = nullptr;
 };
 
 /// Most values that a table takes.
@@ -38,7 +39,6 @@ constexpr int maxFrequencyRows = 25000;
 /// "Summe", a blank row with SeparateValidCases, "Gültige Fälle". Percentages rest on the counts as
 /// displayed, rounded to whole numbers.
 ///
-/// With `bUserMissing` the table is the one built before from the same values, and the marks in its column 2
-/// decide; a table that does not hold these values is built anew. A table that was completed leaves the flag
-/// false. Warnings and failures are shown; see BuildOutcome.
-BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input, bool& bUserMissing);
+/// The table's `markedBy` says whether the marks of the input decided. A row that they mark keeps the cumulated percent
+/// that it had. Warnings and failures are shown; see BuildOutcome.
+BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input);

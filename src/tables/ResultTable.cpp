@@ -1,5 +1,7 @@
 #include "tables/ResultTable.h"
 
+#include "app/globals.h"
+
 #include <algorithm>
 #include <stdexcept>
 
@@ -38,6 +40,9 @@ void ResultTable::setCols(int cols) {
 
 void ResultTable::Clear() {
     std::fill(cells_.begin(), cells_.end(), CellContent());
+    shape = {};
+    notes.clear();
+    markedBy = Marks::By::Definition;
 }
 
 void ResultTable::swapRows(int a, int b) {
@@ -65,6 +70,7 @@ void ResultTable::removeCol(int column) {
     widths_.erase(widths_.begin() + column);
     colAlignments_.erase(colAlignments_.begin() + column);
     setCols(cols_ - 1);
+    shape.columnsRemoved({column});
 }
 
 void ResultTable::removeRow(int row) {
@@ -74,6 +80,17 @@ void ResultTable::removeRow(int row) {
     }
     heights_.erase(heights_.begin() + row);
     setRows(rows_ - 1);
+    shape.rowsRemoved({row});
+}
+
+void ResultTable::addNote(const TableNote& note) {
+    if (std::ranges::find(notes, note) == notes.end())
+        notes.push_back(note);
+}
+
+QString TableNote::text() const {
+    const QString translated = TranslateText(sentence);
+    return about.isEmpty() ? translated : translated.arg(about);
 }
 
 void ResultTable::exchangeSeparators(int firstColumn, int firstRow) {

@@ -1,7 +1,20 @@
 #pragma once
 
+#include "tables/Marks.h"
+#include "tables/TableShape.h"
+
 #include <QString>
 #include <vector>
+
+/// A sentence on a table's numbers that belongs below it.
+struct TableNote {
+    QString sentence; ///< in German, as the texts are kept; "%1" stands for what it is about
+    QString about;
+
+    /// In the language in force.
+    QString text() const;
+    bool operator==(const TableNote&) const = default;
+};
 
 /// A rectangular table of text cells, addressed (column, row) from 0. All numbers in it are text, and later
 /// steps read the text back. Widths and heights are in twips (1/1440 inch).
@@ -10,7 +23,10 @@ public:
     /// Cell alignments that the builders set; 0 is the column's own.
     enum Alignment { LeftCenter = 1, RightTop = 6 };
 
-    QString Tag; ///< "Frequency", "Crosstab", "Trend", "Descriptives"
+    TableKind Tag = TableKind::None;
+    TableShape shape;
+    Marks::By markedBy = Marks::By::Definition; ///< who says what is missing in it
+    std::vector<TableNote> notes;
     int FixedRows = 0;
     int FixedCols = 0;
 
@@ -19,7 +35,7 @@ public:
     /// Cells that remain keep their text.
     void setRows(int rows);
     void setCols(int cols);
-    /// Empties the cells, alignments included; the size stays.
+    /// Empties the cells, alignments included, and what is said of them; the size stays.
     void Clear();
 
     const QString& Cell(int column, int row) const { return cells_[index(column, row)].text; }
@@ -37,9 +53,11 @@ public:
     void swapRows(int a, int b);
     /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
     void orderRows(int first, const std::vector<int>& order);
-    /// Takes a column or row out, with its width or height.
+    /// Takes a column or row out, with its width or height; the shape follows.
     void removeCol(int column);
     void removeRow(int row);
+    /// Adds a note once.
+    void addNote(const TableNote& note);
     /// Exchanges comma and point in every cell from a row and column on.
     void exchangeSeparators(int firstColumn, int firstRow);
 

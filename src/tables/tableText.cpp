@@ -1,9 +1,5 @@
 #include "tables/tableText.h"
 
-#include "app/globals.h"
-#include "language/CText.h"
-#include "tables/ResultTable.h"
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -31,8 +27,20 @@ bool isFigure(const QString& text) {
     });
 }
 
-bool isWord(const QString& cell, const QString& word) {
-    return cell == word || cell == gTextObject.TLE(word);
+QString tagText(TableKind kind) {
+    switch (kind) {
+    case TableKind::None:
+        break;
+    case TableKind::Frequency:
+        return u"Frequency"_s;
+    case TableKind::Crosstab:
+        return u"Crosstab"_s;
+    case TableKind::Descriptives:
+        return u"Descriptives"_s;
+    case TableKind::Comparison:
+        return u"Trend"_s;
+    }
+    return {};
 }
 
 QString csvCell(const QString& text) {

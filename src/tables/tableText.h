@@ -1,10 +1,10 @@
 #pragma once
 
+#include "tables/ResultTable.h"
+
 #include <QString>
 #include <QStringList>
 #include <vector>
-
-class ResultTable;
 
 /// A table as the text that other programs read: one writer for every place that hands tables on.
 
@@ -13,9 +13,8 @@ std::vector<QStringList> tableRows(const ResultTable& table);
 /// True for one number or more, with either separator, with a percent sign or in brackets.
 bool isFigure(const QString& text);
 
-/// True if a cell shows a word that the tables are written with, in either language: a table may be older than the one
-/// in force. @param word in German
-bool isWord(const QString& cell, const QString& word);
+/// The word by which text forms of a table name its kind: "Frequency", "Crosstab", "Descriptives", "Trend".
+QString tagText(TableKind kind);
 
 /// One cell in csv: quoted when it holds a comma, a quote or a line break.
 QString csvCell(const QString& text);

@@ -1,4 +1,4 @@
-#include "analysis/AnalysisModel.h"
+#include "analysis/request/boundRows.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
@@ -31,10 +31,8 @@ private:
 int StudiesCommand::run(Session& session) {
     if (!session.open(QString::fromStdString(catalogue_)))
         return 1;
-    AnalysisModel model;
-    model.open();
-    const dao::RecordsetPtr studies = model.dtData1.recordset;
-    if (session.failed() || !hasStudies(session, model) || !studies)
+    const dao::RecordsetPtr studies = hasStudies(session) ? queryRows(studyQuerySource()) : nullptr;
+    if (session.failed() || !studies)
         return 1;
     std::vector<QStringList> rows;
     if (studies->RecordCount() > 0)
@@ -80,11 +78,11 @@ int VariablesCommand::run(Session& session) {
         return 1;
     TypedCases cases;
     cases.study = QString::fromStdString(study_);
-    AnalysisModel model;
-    model.open();
-    if (!cases.chooseStudy(session, model))
+    RequestEditor editor;
+    editor.open();
+    if (!cases.chooseStudy(session, editor))
         return 1;
-    const dao::RecordsetPtr variables = model.dtData2.recordset;
+    const dao::RecordsetPtr variables = queryRows(variableQuerySource(editor.request().dbcStudy.value));
     if (session.failed() || !variables)
         return 1;
     const QHash<QString, QString> groups = groupNames();

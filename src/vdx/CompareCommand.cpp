@@ -1,5 +1,5 @@
-#include "analysis/ComparisonList.h"
-#include "analysis/comparisonEntries.h"
+#include "analysis/request/ComparisonList.h"
+#include "analysis/request/comparisonEntries.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "vdx/Command.h"
@@ -55,7 +55,7 @@ private:
     bool sql_ = false;
 
     void check() const;
-    bool addEntries(Session& session, AnalysisModel& model, ComparisonList& list,
+    bool addEntries(Session& session, RequestEditor& editor, ComparisonList& list,
                     const std::vector<TypedEntry>& typed) const;
 };
 
@@ -92,14 +92,14 @@ void CompareCommand::check() const {
                          u"--entry or --load is needed, not both"_s};
 }
 
-bool CompareCommand::addEntries(Session& session, AnalysisModel& model, ComparisonList& list,
+bool CompareCommand::addEntries(Session& session, RequestEditor& editor, ComparisonList& list,
                                 const std::vector<TypedEntry>& typed) const {
     for (const TypedEntry& entry : typed) {
-        if (!entry.cases.choose(session, model) || !entry.cases.chooseVariable(session, model, entry.variable) ||
+        if (!entry.cases.choose(session, editor) || !entry.cases.chooseVariable(session, editor, entry.variable) ||
             !list.cmd_AddTrend() || session.failed())
             return false;
         // The next entry begins without the filter of this one.
-        model.chooseFilter(FilterKind::noFilter);
+        editor.chooseFilter(FilterKind::noFilter);
     }
     return true;
 }
@@ -112,32 +112,29 @@ int CompareCommand::run(Session& session) {
     chooseDataFolder(data_);
     if (!session.open(QString::fromStdString(catalogue_)))
         return 1;
-    AnalysisModel model;
-    ComparisonList list(model);
-    if (sql_)
-        model.onStatement = [&session](const QString& name, const QString& statement) {
-            session.say(name + u": "_s + statement);
-        };
-    model.open();
-    model.chooseMode(AnalysisMode::Comparison);
+    RequestEditor editor;
+    ComparisonList list(editor);
+    editor.open();
+    editor.chooseMode(AnalysisMode::Comparison);
     if (!delete_.empty())
         return list.remove(QString::fromStdString(delete_)) ? 0 : 1;
-    if (load_.empty() ? !addEntries(session, model, list, typed) : !list.load(QString::fromStdString(load_)))
+    if (load_.empty() ? !addEntries(session, editor, list, typed) : !list.load(QString::fromStdString(load_)))
         return 1;
     if (!title_.empty())
-        model.request.txtTitle = QString::fromStdString(title_);
+        editor.change(RequestPart::Entries,
+                      [this](AnalysisRequest& r) { r.txtTitle = QString::fromStdString(title_); });
     QStringList studies;
-    for (const ComparisonEntry& e : model.request.lst_TrendVars)
+    for (const ComparisonEntry& e : editor.request().lst_TrendVars)
         studies << e.at(ComparisonEntry::Study);
     studies.removeDuplicates();
     tellCasesElsewhere(session, studies);
     // A comparison that is kept is one that was seen to run.
-    const RunOutcome outcome = model.changeTab(1);
-    if (session.failed() || outcome != RunOutcome::Computed)
+    const TableResult result = runFor(session, editor, statementHooks(session, sql_));
+    if (session.failed() || result.run.outcome != RunOutcome::Computed)
         return 1;
     if (!save_.empty() && !list.save(QString::fromStdString(save_)))
         return 1;
-    session.printer().print(model.lblLabel, show_ == "column" ? model.mfgGrid2 : model.mfgGrid);
+    session.printer().print(result.lblLabel, show_ == "column" ? result.mfgGrid2 : result.mfgGrid);
     return 0;
 }
 
@@ -153,8 +150,8 @@ public:
     int run(Session& session) override {
         if (!session.open(QString::fromStdString(catalogue_)))
             return 1;
-        AnalysisModel model;
-        ComparisonList list(model);
+        RequestEditor editor;
+        ComparisonList list(editor);
         list.RefreshSavedComparisons();
         std::vector<QStringList> rows;
         for (const ComparisonList::Saved& saved : list.lst_SavedTrends()) {

@@ -1,5 +1,4 @@
-#include "analysis/AnalysisModel.h"
-#include "analysis/titles.h"
+#include "analysis/result/titles.h"
 #include "app/globals.h"
 #include "config/Options.h"
 #include "vdx/Command.h"
@@ -48,21 +47,23 @@ CLI::App* CrosstabCommand::declare(CLI::App& program) {
 }
 
 int CrosstabCommand::run(Session& session) {
-    AnalysisModel model;
-    if (!request_.prepare(session, model, AnalysisMode::Crosstab) || !request_.chooseVariable(session, model, row_) ||
-        !request_.chooseVariable(session, model, column_, true))
+    RequestEditor editor;
+    if (!request_.prepare(session, editor, AnalysisMode::Crosstab) || !request_.chooseVariable(session, editor, row_) ||
+        !request_.chooseVariable(session, editor, column_, true))
         return 1;
-    request_.tellFailures(session, model);
-    model.request.chkFlipXtab = model.bCreationMode = flip_;
-    if (model.changeTab(1) != RunOutcome::Computed || session.failed())
+    editor.change(RequestPart::Mode, [this](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = flip_; });
+    TableResult result = runFor(session, editor, request_.hooks(session, editor));
+    if (result.run.outcome != RunOutcome::Computed || session.failed())
         return 1;
     for (size_t view = 0; view < crosstabViews.size(); ++view) {
         if (show_ != "all" && show_ != crosstabViews[view].name)
             continue;
-        model.chooseValues(static_cast<int>(view));
-        const QString title = resultTitle(model.request, model.mfgGrid, gOptions);
+        AnalysisRequest shown = result.request;
+        shown.cbValues = static_cast<int>(view);
+        result.showView(shown.cbValues);
+        const QString title = resultTitle(shown, result.mfgGrid, gOptions);
         session.printer().print(view == 0 ? title : title + u", "_s + TranslateText(crosstabViews[view].words),
-                                model.mfgGrid);
+                                result.mfgGrid);
     }
     return 0;
 }

@@ -1,5 +1,5 @@
-#include "analysis/AnalysisModel.h"
-#include "analysis/DescriptivesChoice.h"
+#include "analysis/request/DescriptivesChoice.h"
+#include "config/Options.h"
 #include "vdx/Command.h"
 #include "vdx/StudyRequest.h"
 
@@ -88,7 +88,7 @@ std::array<QString, statisticCount> digitsFrom(const QString& text) {
 }
 
 DescriptivesChoice DescriptivesCommand::choice() const {
-    DescriptivesChoice choice = DescriptivesChoice::defaults();
+    DescriptivesChoice choice = DescriptivesChoice::defaults(gOptions);
     if (!statistics_.empty())
         choice.chkDescriptives = selectionFrom(QString::fromStdString(statistics_));
     if (!digits_.empty())
@@ -98,15 +98,14 @@ DescriptivesChoice DescriptivesCommand::choice() const {
 
 int DescriptivesCommand::run(Session& session) {
     const DescriptivesChoice chosen = choice();
-    AnalysisModel model;
-    if (!request_.prepare(session, model, AnalysisMode::Descriptives))
+    RequestEditor editor;
+    if (!request_.prepare(session, editor, AnalysisMode::Descriptives))
         return 1;
-    if (!by_.empty() && !request_.chooseVariable(session, model, by_, true))
+    if (!by_.empty() && !request_.chooseVariable(session, editor, by_, true))
         return 1;
-    model.request.chkDescGroup = !by_.empty();
-    request_.tellFailures(session, model);
-    return request_.run(session, model, variables_, [&] {
-        chosen.applyTo(model);
+    editor.change(RequestPart::Mode, [this](AnalysisRequest& r) { r.chkDescGroup = !by_.empty(); });
+    return request_.run(session, editor, variables_, [&] {
+        chosen.applyTo(editor);
         return true;
     });
 }

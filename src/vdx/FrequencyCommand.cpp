@@ -1,4 +1,3 @@
-#include "analysis/AnalysisModel.h"
 #include "vdx/Command.h"
 #include "vdx/StudyRequest.h"
 
@@ -24,11 +23,10 @@ CLI::App* FrequencyCommand::declare(CLI::App& program) {
 }
 
 int FrequencyCommand::run(Session& session) {
-    AnalysisModel model;
-    if (!request_.prepare(session, model, AnalysisMode::Frequency))
+    RequestEditor editor;
+    if (!request_.prepare(session, editor, AnalysisMode::Frequency))
         return 1;
-    request_.tellFailures(session, model);
-    return request_.run(session, model, variables_);
+    return request_.run(session, editor, variables_);
 }
 
 } // namespace

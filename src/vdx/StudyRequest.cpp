@@ -1,7 +1,7 @@
 #include "vdx/StudyRequest.h"
 
-#include "analysis/AnalysisModel.h"
-#include "analysis/caseData.h"
+#include "analysis/run/caseData.h"
+#include "analysis/runRequest.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Result {
+struct NamedTable {
     QString title;
     ResultTable table;
 };
@@ -32,7 +32,7 @@ void chooseDataFolder(const std::string& folder) {
 
 void tellCasesElsewhere(Session& session, const QStringList& studies) {
     for (const QString& study : studies) {
-        const QString folder = caseFolderOf(*gDatabase.CurrentDatabase(), study);
+        const QString folder = caseFolderOf(*gDatabase.CurrentDatabase(), study, gOptions.DataPath);
         if (!gOptions.DataPath.isEmpty() && !folder.isEmpty() && folder != gOptions.DataPath)
             session.say(u"Die Fälle von %1 liegen nicht in %2; gezählt wird %3."_s,
                         u"The cases of %1 are not in %2; what is counted is %3."_s,
@@ -40,8 +40,8 @@ void tellCasesElsewhere(Session& session, const QStringList& studies) {
     }
 }
 
-bool hasStudies(Session& session, const AnalysisModel& model) {
-    if (!model.dtData1.source.isEmpty())
+bool hasStudies(Session& session) {
+    if (!studyQuerySource().isEmpty())
         return true;
     session.say(u"Der Katalog hat keine Ansicht von Studien."_s, u"The catalogue has no view of studies."_s);
     return false;
@@ -63,24 +63,20 @@ void StudyRequest::declareOptions(CLI::App& command) {
     command.add_flag("--sql", sql_, "also print the statements, to standard error");
 }
 
-bool StudyRequest::prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const {
+bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const {
     if (!filter_.empty() && !part_.empty())
         throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
     chooseDataFolder(data_);
     if (!session.open(QString::fromStdString(catalogue_)))
         return false;
-    if (sql_)
-        model.onStatement = [&session](const QString& name, const QString& statement) {
-            session.say(name + u": "_s + statement);
-        };
-    model.open();
-    if (!cases().chooseStudy(session, model))
+    editor.open();
+    if (!cases().chooseStudy(session, editor))
         return false;
-    tellCasesElsewhere(session, {model.request.dbcStudy.value});
-    model.chooseMode(mode);
+    tellCasesElsewhere(session, {editor.request().dbcStudy.value});
+    editor.chooseMode(mode);
     if (missingGiven_->count() > 0)
-        model.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
-    return cases().chooseWeightAndFilter(session, model) && !session.failed();
+        editor.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
+    return cases().chooseWeightAndFilter(session, editor) && !session.failed();
 }
 
 TypedCases StudyRequest::cases() const {
@@ -88,28 +84,28 @@ TypedCases StudyRequest::cases() const {
             QString::fromStdString(part_)};
 }
 
-bool StudyRequest::chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second) const {
-    return cases().chooseVariable(session, model, QString::fromStdString(name), second);
+bool StudyRequest::chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second) const {
+    return cases().chooseVariable(session, editor, QString::fromStdString(name), second);
 }
 
-bool TypedCases::choose(Session& session, AnalysisModel& model) const {
-    return chooseStudy(session, model) && chooseWeightAndFilter(session, model);
+bool TypedCases::choose(Session& session, RequestEditor& editor) const {
+    return chooseStudy(session, editor) && chooseWeightAndFilter(session, editor);
 }
 
-bool TypedCases::chooseStudy(Session& session, AnalysisModel& model) const {
-    if (!hasStudies(session, model))
+bool TypedCases::chooseStudy(Session& session, RequestEditor& editor) const {
+    if (!hasStudies(session))
         return false;
-    if (model.StudyClick(study))
+    if (editor.StudyClick(study))
         return true;
     if (!session.failed())
         session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
     return false;
 }
 
-bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) const {
+bool TypedCases::chooseWeightAndFilter(Session& session, RequestEditor& editor) const {
     if (weight == u"re" || weight == u"hh") {
         const bool representative = weight == u"re";
-        if (!model.chooseWeight(representative ? WeightKind::WeightRE : WeightKind::WeightHH)) {
+        if (!editor.chooseWeight(representative ? WeightKind::WeightRE : WeightKind::WeightHH)) {
             session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s
                                        : u"Studie %1 hat kein Haushaltsgewicht."_s,
                         representative ? u"Study %1 has no representative weight."_s
@@ -117,25 +113,25 @@ bool TypedCases::chooseWeightAndFilter(Session& session, AnalysisModel& model) c
                         {study});
             return false;
         }
-    } else if (!model.chooseWeight(weight == u"none" ? WeightKind::noWeight : WeightKind::WeightUser, weight)) {
+    } else if (!editor.chooseWeight(weight == u"none" ? WeightKind::noWeight : WeightKind::WeightUser, weight)) {
         if (!session.failed())
             session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
                         u"Weight variable %1 not found in study %2."_s, {weight, study});
         return false;
     }
-    if (!part.isEmpty() && !model.choosePart(part)) {
+    if (!part.isEmpty() && !editor.choosePart(part)) {
         session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s, {study, part});
-        for (const BoundPicker& there : model.parts())
+        for (const BoundPicker& there : editor.parts())
             session.say(u"Teil %1: %2"_s, u"Part %1: %2"_s, {there.value, there.text});
         return false;
     }
     if (!filter.isEmpty())
-        model.chooseFilterText(filter);
+        editor.chooseFilterText(filter);
     return true;
 }
 
-bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second) const {
-    if (second ? model.chooseVariable2(variable) : model.chooseVariable(variable))
+bool TypedCases::chooseVariable(Session& session, RequestEditor& editor, const QString& variable, bool second) const {
+    if (second ? editor.chooseVariable2(variable) : editor.chooseVariable(variable))
         return true;
     if (!session.failed())
         session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
@@ -143,27 +139,47 @@ bool TypedCases::chooseVariable(Session& session, AnalysisModel& model, const QS
     return false;
 }
 
-void StudyRequest::tellFailures(Session& session, AnalysisModel& model) const {
-    model.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
-        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
-                    u"%1 cannot be computed (%2), its cell stays empty."_s,
-                    {model.request.dbcVariable.value + u", "_s + place,
-                     QString::number(error.number()) + u' ' + error.description()});
-    };
+RunHooks statementHooks(Session& session, bool sql) {
+    RunHooks hooks;
+    if (sql)
+        hooks.onStatement = [&session](const QString& name, const QString& statement) {
+            session.say(name + u": "_s + statement);
+        };
+    return hooks;
 }
 
-int StudyRequest::run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
+RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) const {
+    RunHooks hooks = statementHooks(session, sql_);
+    hooks.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
+        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
+                    u"%1 cannot be computed (%2), its cell stays empty."_s,
+                    {editor.request().dbcVariable.value + u", "_s + place,
+                     QString::number(error.number()) + u' ' + error.description()});
+    };
+    return hooks;
+}
+
+TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks) {
+    RunHooks own = hooks;
+    own.refuseLostFilter = true;
+    TableResult result = runRequest(editor, gOptions, own, {});
+    for (const QString& note : result.notes())
+        session.say(result.lblLabel + u": "_s + note);
+    return result;
+}
+
+int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector<std::string>& variables,
                       const std::function<bool()>& choose) const {
-    std::vector<Result> results;
+    std::vector<NamedTable> results;
     for (const std::string& variable : variables) {
-        if (!chooseVariable(session, model, variable) || (choose && !choose()))
+        if (!chooseVariable(session, editor, variable) || (choose && !choose()))
             return 1;
-        const RunOutcome outcome = model.changeTab(1);
-        if (session.failed() || (outcome != RunOutcome::Computed && outcome != RunOutcome::Reused))
+        TableResult result = runFor(session, editor, hooks(session, editor));
+        if (session.failed() || result.run.outcome != RunOutcome::Computed)
             return 1;
-        results.push_back({model.lblLabel, model.mfgGrid});
+        results.push_back({result.lblLabel, std::move(result.mfgGrid)});
     }
-    for (const Result& result : results)
+    for (const NamedTable& result : results)
         session.printer().print(result.title, result.table);
     return 0;
 }

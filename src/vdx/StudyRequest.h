@@ -1,6 +1,7 @@
 #pragma once
 
-#include "analysis/AnalysisRequest.h"
+#include "analysis/request/RequestEditor.h"
+#include "analysis/run/CreateSQL.h"
 #include "vdx/Session.h"
 
 #include <CLI/CLI.hpp>
@@ -8,15 +9,19 @@
 #include <string>
 #include <vector>
 
-class AnalysisModel;
-
 /// Takes the typed folder of the case files for this run; an empty one leaves the catalogue's. @throws UsageError if
 /// there is none
 void chooseDataFolder(const std::string& folder);
 /// Words on standard error for each of the studies whose cases the typed folder has not got and the catalogue's has.
 void tellCasesElsewhere(Session& session, const QStringList& studies);
 /// False after words on standard error if the catalogue has no view of studies.
-bool hasStudies(Session& session, const AnalysisModel& model);
+bool hasStudies(Session& session);
+
+/// Hooks of a run that print its statements, if asked for.
+RunHooks statementHooks(Session& session, bool sql);
+/// Runs the request of an editor for a command. What counts for nothing in a filter is refused, and what a reader of
+/// the table has to know of its numbers is said on standard error.
+TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks);
 
 /// The cases of a study and their weight, as typed.
 struct TypedCases {
@@ -25,12 +30,12 @@ struct TypedCases {
     QString filter, part;                    ///< one of them, or none
 
     /// Chooses study, weight, and filter or part. False after words on standard error.
-    bool choose(Session& session, AnalysisModel& model) const;
+    bool choose(Session& session, RequestEditor& editor) const;
     /// Weight, and filter or part of the study that is chosen already.
-    bool chooseWeightAndFilter(Session& session, AnalysisModel& model) const;
-    bool chooseStudy(Session& session, AnalysisModel& model) const;
+    bool chooseWeightAndFilter(Session& session, RequestEditor& editor) const;
+    bool chooseStudy(Session& session, RequestEditor& editor) const;
     /// Chooses a variable of the study, as the second one if asked.
-    bool chooseVariable(Session& session, AnalysisModel& model, const QString& variable, bool second = false) const;
+    bool chooseVariable(Session& session, RequestEditor& editor, const QString& variable, bool second = false) const;
 };
 
 /// What every analysis of one study takes from the command line: catalogue and study, weight, filter or part, missing
@@ -42,16 +47,17 @@ public:
     void declareOptions(CLI::App& command);
 
     /// Opens the catalogue and makes the request for a mode. False after words on standard error. @throws UsageError
-    bool prepare(Session& session, AnalysisModel& model, AnalysisMode mode) const;
+    bool prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const;
     /// Runs the request for one variable after the other and prints the tables once all have come out: a table that
     /// failed must not hide among those that did. @param choose what else is chosen with each variable; false ends it
     /// @return exit status
-    int run(Session& session, AnalysisModel& model, const std::vector<std::string>& variables,
+    int run(Session& session, RequestEditor& editor, const std::vector<std::string>& variables,
             const std::function<bool()>& choose = {}) const;
-    /// From now on a number that cannot be computed leaves its cell empty, with words on standard error.
-    void tellFailures(Session& session, AnalysisModel& model) const;
+    /// The hooks of a run: with --sql its statements are printed, and a number that cannot be computed leaves its cell
+    /// empty, with a message on standard error.
+    RunHooks hooks(Session& session, const RequestEditor& editor) const;
     /// Chooses a variable by a name as typed, with words where there is none.
-    bool chooseVariable(Session& session, AnalysisModel& model, const std::string& name, bool second = false) const;
+    bool chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second = false) const;
 
 private:
     std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;

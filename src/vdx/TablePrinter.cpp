@@ -83,7 +83,7 @@ void TablePrinter::print(const QString& title, const ResultTable& table) {
     switch (format_) {
     case Format::Json:
         write(jsonLine({{u"title"_s, title},
-                        {u"tag"_s, table.Tag},
+                        {u"tag"_s, tagText(table.Tag)},
                         {u"fixedRows"_s, table.FixedRows},
                         {u"fixedColumns"_s, table.FixedCols},
                         {u"columns"_s, table.Cols()},

@@ -1,6 +1,6 @@
 #include "widgets/FilterLine.h"
 
-#include "analysis/userFilter.h"
+#include "analysis/run/userFilter.h"
 #include "widgets/BestFirst.h"
 
 #include <QAbstractItemView>

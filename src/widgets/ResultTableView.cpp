@@ -1,5 +1,6 @@
 #include "widgets/ResultTableView.h"
 
+#include "tables/Marks.h"
 #include "tables/tableText.h"
 #include "widgets/toolTips.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/tableClick.h"
+#include "analysis/result/tableClick.h"
 #include "tables/ResultTable.h"
 
 #include <QTableView>

@@ -29,15 +29,16 @@ protected:
         gOptions.CumulatedPercent = gOptions.SeparateValidCases = false;
         model_.clock = {[this] { return now_; }, [this] { now_ += 5000; }};
         model_.open();
-        ASSERT_TRUE(model_.StudyClick(study));
-        ASSERT_TRUE(model_.chooseVariable(variable));
+        ASSERT_TRUE(model_.edit().StudyClick(study));
+        ASSERT_TRUE(model_.edit().chooseVariable(variable));
     }
 
     /// Value, mark and count of each row behind the header.
     QString cells() const {
         QStringList rows;
-        for (int row = 1; row < model_.mfgGrid.Rows(); ++row)
-            rows << model_.mfgGrid.Cell(0, row) + model_.mfgGrid.Cell(2, row) + u':' + model_.mfgGrid.Cell(3, row);
+        for (int row = 1; row < model_.result().mfgGrid.Rows(); ++row)
+            rows << model_.result().mfgGrid.Cell(0, row) + model_.result().mfgGrid.Cell(2, row) + u':' +
+                        model_.result().mfgGrid.Cell(3, row);
         return rows.join(u' ');
     }
 
@@ -55,29 +56,30 @@ const QString defaultQ = u"SELECT QX1919_1.dt_CaseID AS ID FROM QX1919_1;"_s;
 
 TEST_F(Analysis, OffersWhatTheStudyHas) {
     open();
-    EXPECT_EQ(model_.variableChoices().size(), 6);
-    EXPECT_EQ(model_.variableChoices()[1], u"V5: Zufriedenheit"_s);
-    const AnalysisRequest& r = model_.request;
+    EXPECT_EQ(model_.edit().variableChoices().size(), 6);
+    EXPECT_EQ(model_.edit().variableChoices()[1], u"V5: Zufriedenheit"_s);
+    const AnalysisRequest& r = model_.request();
     EXPECT_EQ(r.dtTable + u'.' + r.dtField, u"QX1919_1.V5"_s);
     EXPECT_EQ((QStringList{r.dtMissing, r.sMissing, r.dtYear, r.dtVarGroup, r.dbcVariableUni}),
               (QStringList{u"9"_s, u"9"_s, u"1919"_s, u"Welle 1"_s, u"V5: Zufriedenheit"_s}));
     EXPECT_TRUE(model_.view().Option3[1]);
     EXPECT_FALSE(model_.view().Option3[2]);
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightRE));
-    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightHH));
-    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightUser, u"V99"_s));
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightRE));
+    EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightHH));
+    EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightUser, u"V99"_s));
     EXPECT_EQ(r.Option3, WeightKind::WeightRE) << "a choice that isn't offered changes nothing";
-    EXPECT_FALSE(model_.chooseVariable(u"V99"_s));
+    EXPECT_FALSE(model_.edit().chooseVariable(u"V99"_s));
 
     // A repeated click keeps the variable, another study doesn't.
-    EXPECT_TRUE(model_.StudyClick(u"QX1919"_s));
+    EXPECT_TRUE(model_.edit().StudyClick(u"QX1919"_s));
     EXPECT_EQ(r.dbcVariable.value, u"V5"_s);
     EXPECT_EQ(r.Option3, WeightKind::noWeight);
-    EXPECT_TRUE(model_.StudyClick(u"QX2020"_s));
+    EXPECT_TRUE(model_.edit().StudyClick(u"QX2020"_s));
     EXPECT_TRUE(r.dbcVariable.isEmpty() && r.dtTable.isEmpty() && r.dtMissing.isEmpty());
     EXPECT_FALSE(model_.view().Option3[1] || model_.view().optFilter[1] || model_.view().dbcPartsShown);
-    EXPECT_FALSE(model_.chooseWeight(WeightKind::WeightRE) || model_.chooseFilter(FilterKind::FilterParts));
-    EXPECT_FALSE(model_.StudyClick(u"G001"_s)) << "a group has no data";
+    EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightRE) ||
+                 model_.edit().chooseFilter(FilterKind::FilterParts));
+    EXPECT_FALSE(model_.edit().StudyClick(u"G001"_s)) << "a group has no data";
     model_.changeTab(1);
     expectEnded(u"Bitte eine Variable auswählen"_s);
 }
@@ -85,18 +87,18 @@ TEST_F(Analysis, OffersWhatTheStudyHas) {
 TEST_F(Analysis, KeepsTheUsersFilterTextBesideTheParts) {
     catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
     open();
-    model_.chooseFilterText(u"V7=1"_s);
+    model_.edit().chooseFilterText(u"V7=1"_s);
     EXPECT_TRUE(model_.view().txtFilterEnabled);
-    EXPECT_TRUE(model_.choosePart(u"1"_s));
-    EXPECT_EQ(model_.request.txtFilter, u"SE = 1"_s);
-    EXPECT_EQ(model_.request.dtTableParts + u'.' + model_.request.dtFieldParts, u"QX1919_1.SE"_s);
-    EXPECT_FALSE(model_.choosePart(u"7"_s) || model_.choosePart(u"x"_s));
-    EXPECT_FALSE(model_.dbcParts_KeyDown(65));
-    EXPECT_TRUE(model_.dbcParts_KeyDown(46));
-    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
-    EXPECT_EQ(model_.request.txtFilter, u""_s);
-    EXPECT_TRUE(model_.chooseFilter(FilterKind::FilterUser));
-    EXPECT_EQ(model_.request.txtFilter, u"V7=1"_s);
+    EXPECT_TRUE(model_.edit().choosePart(u"1"_s));
+    EXPECT_EQ(model_.request().txtFilter, u"SE = 1"_s);
+    EXPECT_EQ(model_.request().dtTableParts + u'.' + model_.request().dtFieldParts, u"QX1919_1.SE"_s);
+    EXPECT_FALSE(model_.edit().choosePart(u"7"_s) || model_.edit().choosePart(u"x"_s));
+    EXPECT_FALSE(model_.edit().dbcParts_KeyDown(65));
+    EXPECT_TRUE(model_.edit().dbcParts_KeyDown(46));
+    EXPECT_EQ(model_.request().optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model_.request().txtFilter, u""_s);
+    EXPECT_TRUE(model_.edit().chooseFilter(FilterKind::FilterUser));
+    EXPECT_EQ(model_.request().txtFilter, u"V7=1"_s);
 }
 
 TEST_F(Analysis, CountsTheCasesOfAVariable) {
@@ -107,9 +109,9 @@ TEST_F(Analysis, CountsTheCasesOfAVariable) {
               QStringList(u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM (q INNER JOIN QX1919_1 ON q.ID = "
                           "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
-    EXPECT_EQ(model_.mfgGrid.Cell(1, 2), u"zufrieden"_s);
-    EXPECT_EQ(model_.mfgGrid.Tag, u"Frequency"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(1, 2), u"zufrieden"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Frequency"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
     EXPECT_TRUE(gOptions.DataOnCD);
     EXPECT_TRUE(asker_.boxes.empty());
 }
@@ -120,28 +122,28 @@ TEST_F(Analysis, NeverShowsOldNumbersUnderANewRequest) {
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
     EXPECT_TRUE(model_.facts().counts.isEmpty());
     // Standard and user weight share the count statement; only the text of q tells them apart.
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightRE));
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightRE));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     const QString statement = model_.facts().counts.first();
     EXPECT_EQ(model_.facts().q.first(),
               u"SELECT QX1919_1.dt_CaseID AS ID , QX1919_1.V3 AS W2 FROM QX1919_1 WHERE (QX1919_1.V3 Is Not Null)"_s);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4) (gewichtet nach V3)"_s);
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V3"_s));
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=4) (gewichtet nach V3)"_s);
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightUser, u"V3"_s));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V7"_s));
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightUser, u"V7"_s));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.facts().counts.first(), statement);
     // By V7: 1 counts 1 + 2, 2 counts 1 + 2, 9 counts 1, system-missing 2.
     EXPECT_EQ(cells(), u"X:2 1:3 2:3 9X:1 :9 :6"_s);
-    model_.overrideMissing(u"1"_s);
+    model_.edit().overrideMissing(u"1"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"X:2 1X:3 2:3 9:1 :9 :4"_s);
 }
 
 TEST_F(Analysis, FiltersOverSeveralTables) {
     open();
-    model_.chooseFilterText(u"V9<50 AND V7=1"_s);
+    model_.edit().chooseFilterText(u"V9<50 AND V7=1"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.facts().counts.first(),
               u"SELECT QX1919_1.V5 AS [Value], Count(q.ID) AS Count FROM ((q INNER JOIN QX1919_1 ON q.ID = "
@@ -149,36 +151,38 @@ TEST_F(Analysis, FiltersOverSeveralTables) {
               "INNER JOIN QX1919_2 ON q.ID = QX1919_2.dt_CaseID)  WHERE QX1919_2.V9<50 AND QX1919_1.V7=1 GROUP BY "
               "QX1919_1.V5 ORDER BY QX1919_1.V5;"_s);
     EXPECT_EQ(cells(), u"1:1 :1 :1"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=1) (ausgewählte Fälle: V9<50 AND V7=1)"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=1) (ausgewählte Fälle: V9<50 AND V7=1)"_s);
     for (const auto& [text, words] : std::vector<std::pair<QString, QString>>{
              {u"(V7=1);"_s, u"Unerlaubtes Zeichen: ;"_s}, {u"V77=1"_s, u"V77 nicht gefunden"_s}}) {
-        model_.chooseFilterText(text);
+        model_.edit().chooseFilterText(text);
         model_.changeTab(1);
         expectEnded(words);
         EXPECT_EQ(cells(), u"1:1 :1 :1"_s) << "the tables stay as they were";
     }
-    model_.chooseFilterText(u"V7= =1"_s);
+    model_.edit().chooseFilterText(u"V7= =1"_s);
     model_.changeTab(1);
     EXPECT_TRUE(asker_.lastText().contains(u"Prozedur"_s)) << "what the engine refuses comes from the one reporter";
     EXPECT_EQ(model_.tab(), 0);
-    EXPECT_EQ(model_.mfgGrid.Cell(0, 1) + model_.dtData3.Tag + model_.lblLabel, u""_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1) + model_.result().computation.ResultCacheKey +
+                  model_.result().lblLabel,
+              u""_s);
 }
 
 TEST_F(Analysis, TakesTheMissingValuesThatTheUserSets) {
     open();
-    model_.overrideMissing(u"1;2"_s);
+    model_.edit().overrideMissing(u"1;2"_s);
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"X:1 1X:2 2X:2 9:1 :6 :1"_s);
-    model_.overrideMissing(u""_s);
+    model_.edit().overrideMissing(u""_s);
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9:1 :6 :5"_s);
-    model_.overrideMissing(std::nullopt);
+    model_.edit().overrideMissing(std::nullopt);
     model_.changeTab(1);
-    model_.mfgGrid.setCell(2, 2, u"X"_s);
+    model_.result().mfgGrid.setCell(2, 2, u"X"_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
     model_.cmdCalculate();
     EXPECT_EQ(cells(), u"X:1 1X:2 2:2 9X:1 :6 :2"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=2)"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=2)"_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
     model_.cmdCalculate();
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
@@ -192,23 +196,23 @@ TEST_F(Analysis, SaysWhyARunHasEnded) {
     catalogue_.addVariable(u"QX3"_s, u"V1"_s, u"QX3_1"_s);
     catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'QX2020_1' WHERE id_StudyNo = 'QX2020'"_s);
     open();
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightHH));
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightHH));
     model_.changeTab(1);
     expectEnded(u"V99nicht gefunden"_s);
-    model_.chooseWeight(WeightKind::noWeight);
+    model_.edit().chooseWeight(WeightKind::noWeight);
     for (const QString& variable : {u"NOWHERE"_s, u"NOFIELD"_s}) {
-        model_.chooseVariable(variable);
+        model_.edit().chooseVariable(variable);
         model_.changeTab(1);
         EXPECT_TRUE(asker_.lastText().startsWith(u"Folgender Fehler"_s));
         EXPECT_EQ(model_.tab(), 0);
     }
-    model_.StudyClick(u"QX3"_s);
-    model_.chooseVariable(u"V1"_s);
+    model_.edit().StudyClick(u"QX3"_s);
+    model_.edit().chooseVariable(u"V1"_s);
     model_.changeTab(1);
     expectEnded(u"'"_s + catalogue_.dataFolder() + u"/QX3.mdb' nicht gefunden."_s);
-    model_.StudyClick(u"QX2020"_s);
-    model_.chooseVariable(u"V5"_s);
-    model_.chooseWeight(WeightKind::WeightUser, u"V7"_s);
+    model_.edit().StudyClick(u"QX2020"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    model_.edit().chooseWeight(WeightKind::WeightUser, u"V7"_s);
     model_.changeTab(1);
     expectEnded(u"Fehler in Abfrage"_s);
 }
@@ -226,12 +230,12 @@ TEST_F(Analysis, WeighsCasesAndWarnsOfThoseWithoutWeight) {
     catalogue_.addStudy(u"QX4"_s, u"Lücken"_s);
     open(u"QX4"_s, u"V1"_s);
     const auto columns = [&](const QString& weight, int first) {
-        model_.chooseWeight(weight.isEmpty() ? WeightKind::noWeight : WeightKind::WeightUser, weight);
+        model_.edit().chooseWeight(weight.isEmpty() ? WeightKind::noWeight : WeightKind::WeightUser, weight);
         model_.changeTab(1);
         QStringList texts;
-        for (int row = 0; row < model_.mfgGrid.Rows(); ++row)
-            for (int column = first; column < model_.mfgGrid.Cols(); ++column)
-                texts << model_.mfgGrid.Cell(column, row);
+        for (int row = 0; row < model_.result().mfgGrid.Rows(); ++row)
+            for (int column = first; column < model_.result().mfgGrid.Cols(); ++column)
+                texts << model_.result().mfgGrid.Cell(column, row);
         return texts;
     };
     EXPECT_EQ(columns(u"ONE"_s, 0), columns(QString(), 0)) << "weight 1 for all cases is no weight";
@@ -251,24 +255,26 @@ TEST_F(Analysis, WeighsCasesAndWarnsOfThoseWithoutWeight) {
 TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     open();
     model_.changeTab(1);
-    EXPECT_TRUE(model_.chooseVariable(u"V7"_s));
+    EXPECT_TRUE(model_.edit().chooseVariable(u"V7"_s));
     RunOutcome nested = RunOutcome::Computed;
     asker_.onEventTurn = [&] { nested = model_.changeTab(1); };
-    model_.mfgGrid.Tag = u"Trend"_s; // as if the table were another mode's
+    model_.result().mfgGrid.Tag = u"Trend"_s; // as if the table were another mode's
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
-    EXPECT_EQ(model_.mfgGrid.Tag, u"Trend"_s) << "tag and title are those of the cells";
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Trend"_s) << "tag and title are those of the cells";
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(nested, RunOutcome::NotRun) << "no run starts inside a run";
     EXPECT_TRUE(asker_.boxes.empty());
-    EXPECT_EQ(model_.dtData3.Tag, u""_s);
+    EXPECT_EQ(model_.result().computation.ResultCacheKey, u""_s);
     EXPECT_FALSE(AnalysisModel::running());
     asker_.onEventTurn = nullptr;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"1:3 2:3 :6 :6"_s);
-    EXPECT_EQ(model_.mfgGrid.Tag, u"Frequency"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Frequency"_s);
     model_.open();
-    EXPECT_EQ(model_.mfgGrid.Cell(0, 1) + model_.lblLabel + model_.dtData3.Tag, u""_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1) + model_.result().lblLabel +
+                  model_.result().computation.ResultCacheKey,
+              u""_s);
 }
 
 TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
@@ -281,13 +287,13 @@ TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
     // A file of the table's own comes first; where the data folder hasn't the study, the catalogue's folder
     // has.
     QFile::copy(catalogue_.caseFile(u"QX1919"_s), catalogue_.caseFile(u"QX1919-2"_s));
-    model_.chooseVariable(u"V6"_s);
+    model_.edit().chooseVariable(u"V6"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(linkOf(u"QX1919_2"_s), u";DATABASE="_s + catalogue_.caseFile(u"QX1919-2"_s));
     const QString beside = home_.path(u"archive/QX1919.mdb"_s);
     ASSERT_TRUE(QFile::copy(catalogue_.caseFile(u"QX1919"_s), beside));
     gOptions.DataPath = home_.path(u"nowhere"_s);
-    model_.chooseVariable(u"V5"_s);
+    model_.edit().chooseVariable(u"V5"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(linkOf(u"QX1919_1"_s), u";DATABASE="_s + beside);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
@@ -307,8 +313,8 @@ TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
     open();
     for (const AnalysisMode mode : {AnalysisMode::Crosstab, AnalysisMode::Descriptives})
         model_.builders[static_cast<size_t>(mode)] = nullptr;
-    EXPECT_FALSE(model_.chooseMode(AnalysisMode::Crosstab)) << "no choice without a builder";
-    model_.request.mode = AnalysisMode::Descriptives;
+    EXPECT_FALSE(model_.edit().chooseMode(AnalysisMode::Crosstab)) << "no choice without a builder";
+    model_.request().mode = AnalysisMode::Descriptives;
     model_.changeTab(1);
     expectEnded(u"Diese Auswertung ist in dieser Version noch nicht enthalten."_s);
 
@@ -318,19 +324,19 @@ TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
             built << m.mfgGrid.Tag + u':' + QString::number(m.counts->RecordCount());
             return BuildOutcome::Complete;
         };
-    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Crosstab));
+    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Crosstab));
     EXPECT_TRUE(model_.view().secondVariable);
     model_.changeTab(1);
     expectEnded(u"Bitte eine zweite Variable auswählen"_s);
-    model_.chooseVariable2(u"V5"_s);
+    model_.edit().chooseVariable2(u"V5"_s);
     model_.changeTab(1);
     expectEnded(u"Doppelte Variablen"_s);
-    model_.chooseVariable2(u"V6"_s);
+    model_.edit().chooseVariable2(u"V6"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit nach V6: Vertrauen"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit nach V6: Vertrauen"_s);
     EXPECT_TRUE(model_.view().cbValuesShown);
 
-    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Descriptives));
+    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Descriptives));
     bool asked = false;
     model_.askMissing = [&asked](AnalysisModel&) { asked = true; };
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
@@ -350,7 +356,7 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
         columns << QString::number(m.mfgGridCol) + u' ' + m.mfgGrid.Cell(m.mfgGridCol, 0) + u' ' + m.request.dtMissing;
         return BuildOutcome::Complete;
     };
-    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Comparison));
+    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Comparison));
     EXPECT_TRUE(model_.view().comparison);
     model_.changeTab(1);
     expectEnded(u"Bitte eine Variable auswählen"_s);
@@ -360,10 +366,10 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
             e.column[i + 1] = values[i];
         return e;
     };
-    model_.request.lst_TrendVars = {entry({u"QX1919"_s, u"V5"_s, u"QX1919_1"_s, u"V5"_s, u"9"_s, u"1919"_s,
-                                           u"Welle 1"_s, u"V3"_s, u"V9<50"_s, u"RE"_s, u"user"_s}),
-                                    entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
-    model_.request.txtTitle = u"Trend"_s;
+    model_.request().lst_TrendVars = {entry({u"QX1919"_s, u"V5"_s, u"QX1919_1"_s, u"V5"_s, u"9"_s, u"1919"_s,
+                                             u"Welle 1"_s, u"V3"_s, u"V9<50"_s, u"RE"_s, u"user"_s}),
+                                      entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
+    model_.request().txtTitle = u"Trend"_s;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(columns,
               (QStringList{u"3 QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50) 9"_s, u"4 QX2020, V7, 2020,  "_s}));
@@ -371,9 +377,9 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
                                             u"INNER JOIN QX2020_1 ON q.ID = QX2020_1.dt_CaseID) "
                                             "GROUP BY QX2020_1.V7 ORDER BY QX2020_1.V7;"_s)
         << "nothing of the first entry's filter is left";
-    EXPECT_EQ(model_.dtData3.Tag, u"TRENDQX1919V5V3V9<50QX2020V7"_s);
-    EXPECT_EQ(model_.lblLabel, u"Vergleichsauswertung: Trend"_s);
-    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model_.result().computation.ResultCacheKey, u"TRENDQX1919V5V3V9<50QX2020V7"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"Vergleichsauswertung: Trend"_s);
+    EXPECT_EQ(model_.request().optFilter, FilterKind::noFilter);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
     // What was counted in a file that lies elsewhere now, or beside a table's own, is counted anew: here that of
     // the second entry, and that of the first one's filter.
@@ -385,13 +391,15 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
 
     // An entry that fails takes the columns before it along: half a comparison is none.
-    QList<ComparisonEntry>& entries = model_.request.lst_TrendVars;
+    QList<ComparisonEntry>& entries = model_.request().lst_TrendVars;
     entries[1].column[ComparisonEntry::Weight] = u"V99"_s;
     columns.clear();
     model_.changeTab(1);
     expectEnded(u"V99nicht gefunden"_s);
     EXPECT_EQ(columns.size(), 1);
-    EXPECT_EQ(model_.mfgGrid.Cell(3, 0) + model_.lblLabel + model_.dtData3.Tag, u""_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, 0) + model_.result().lblLabel +
+                  model_.result().computation.ResultCacheKey,
+              u""_s);
     entries[0].column[ComparisonEntry::FilterInfo] = u"1 1"_s;
     model_.changeTab(1);
     EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
@@ -403,12 +411,12 @@ TEST_F(Analysis, CountsAPartOfTheDataSet) {
                        u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
     catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
     open();
-    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     // V7 = 1 in cases 1, 3 and 5: V5 is 1, 2, 9 there, V9 is 31, 53, 75.
     EXPECT_EQ(cells(), u"1:1 2:1 9X:1 :3 :2"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=2) (Fälle aus Teil A)"_s);
-    ASSERT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V9"_s));
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=2) (Fälle aus Teil A)"_s);
+    ASSERT_TRUE(model_.edit().chooseWeight(WeightKind::WeightUser, u"V9"_s));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"1:31 2:53 9X:75 :159 :84"_s);
 }
@@ -423,8 +431,8 @@ TEST_F(Analysis, ShowsNoTableTwiceThatWasCutShort) {
     open(u"QX5"_s, u"V1"_s);
     for (const int tab : {1, 2}) {
         EXPECT_EQ(model_.changeTab(tab), RunOutcome::Truncated) << tab;
-        EXPECT_EQ(model_.dtData3.Tag, u""_s);
-        EXPECT_FALSE(model_.lblLabel.contains(u"(N="_s));
+        EXPECT_EQ(model_.result().computation.ResultCacheKey, u""_s);
+        EXPECT_FALSE(model_.result().lblLabel.contains(u"(N="_s));
     }
     EXPECT_EQ(asker_.texts(), QStringList(2, u"25000 Zeilen erreicht, Abbruch"_s));
 }

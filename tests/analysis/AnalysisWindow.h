@@ -61,7 +61,7 @@ protected:
         QTest::keyClick(picker, Qt::Key_Home);
         for (int i = 0; i < picker->count() && picker->currentText() != number; ++i)
             QTest::keyClick(picker, Qt::Key_Down);
-        ASSERT_EQ(window->model().request.dbcStudy.value, number);
+        ASSERT_EQ(window->model().request().dbcStudy.value, number);
     }
     void press(const QString& button) {
         QTest::mouseClick(the<QAbstractButton>(button), Qt::LeftButton, {},

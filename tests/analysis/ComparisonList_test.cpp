@@ -1,4 +1,4 @@
-#include "analysis/ComparisonList.h"
+#include "analysis/request/ComparisonList.h"
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
@@ -29,14 +29,14 @@ protected:
     ScriptedAsker asker_;
     TestCatalogue catalogue_;
     AnalysisModel model_;
-    ComparisonList list_{model_};
+    ComparisonList& list_ = model_.comparison();
 
     void open() {
         ASSERT_EQ(catalogue_.open(), 1);
         gOptions.CumulatedPercent = false;
         gOptions.HeaderValAddVar = gOptions.HeaderGroup = false;
         model_.open();
-        ASSERT_TRUE(model_.chooseMode(AnalysisMode::Comparison));
+        ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Comparison));
     }
 
     /// QX1919 unweighted and QX2020.
@@ -61,43 +61,43 @@ TEST_F(Comparisons, EntriesSayWhatTheyAreAndTheRunCountsEachFromItsOwnStudy) {
     EXPECT_EQ(asker_.lastText(), u"Keine Variable ausgewählt"_s);
     gOptions.ComparisonWeight = 1; // QX2020 has no weight
     addTwo();
-    model_.StudyClick(u"QX1919"_s);
-    model_.chooseVariable(u"V5"_s);
-    model_.chooseFilterText(u"V7=1"_s);
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    model_.edit().chooseFilterText(u"V7=1"_s);
     ASSERT_TRUE(list_.cmd_AddTrend());
-    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
     EXPECT_EQ(texts(),
               (QStringList{u"QX1919, V5: V5: Zufriedenheit (gewichtet nach V3)"_s, u"QX2020, V5: V5: Zufriedenheit"_s,
                            u"QX1919, V5: V5: Zufriedenheit (ausgewählte Fälle: V7=1)"_s,
-                           u"QX1919, V5: V5: Zufriedenheit (Fälle aus "_s + model_.request.dbcParts.text + u")"_s}));
+                           u"QX1919, V5: V5: Zufriedenheit (Fälle aus "_s + model_.request().dbcParts.text + u")"_s}));
 }
 
 TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {
     open();
     addTwo();
     list_.select({1});
-    EXPECT_EQ(model_.request.dbcStudy.value, u"QX2020"_s);
+    EXPECT_EQ(model_.request().dbcStudy.value, u"QX2020"_s);
     list_.select({0});
-    EXPECT_EQ(model_.request.dbcStudy.value, u"QX1919"_s);
+    EXPECT_EQ(model_.request().dbcStudy.value, u"QX1919"_s);
     EXPECT_TRUE(asker_.boxes.empty()); // taking an entry back is no change of it
     asker_.answer(No);
-    model_.chooseWeight(WeightKind::WeightRE);
+    model_.edit().chooseWeight(WeightKind::WeightRE);
     EXPECT_EQ(asker_.lastText(), u"Möchten Sie den ausgewählten Eintrag in der Vergleichsauswertung ändern?"_s);
     EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::Weight), QString());
     list_.ApplyComparisonEntryChange(false);
     EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::Weight), u"V3"_s);
     EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::WeightInfo), u"RE"_s);
     const size_t before = asker_.boxes.size();
-    model_.chooseWeight(WeightKind::WeightRE); // nothing differs
+    model_.edit().chooseWeight(WeightKind::WeightRE); // nothing differs
     list_.select({});
-    model_.chooseFilterText(u"V7=2"_s); // nothing is selected
+    model_.edit().chooseFilterText(u"V7=2"_s); // nothing is selected
     EXPECT_EQ(asker_.boxes.size(), before);
 
     // Taking the weighted entry back sets its weight in the window.
-    model_.chooseWeight(WeightKind::noWeight);
+    model_.edit().chooseWeight(WeightKind::noWeight);
     list_.select({0, 1});
-    EXPECT_EQ(model_.request.Option3, WeightKind::WeightRE);
+    EXPECT_EQ(model_.request().Option3, WeightKind::WeightRE);
     asker_.answer(No).answer(Yes);
     list_.cmd_DeleteFromTrend();
     EXPECT_EQ(list_.entries().size(), 2);
@@ -110,24 +110,24 @@ TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {
 TEST_F(Comparisons, ARunCountsEachEntryAndTellsWhatHasGone) {
     open();
     addTwo();
-    model_.request.txtTitle = u"Zufriedenheit"_s;
+    model_.request().txtTitle = u"Zufriedenheit"_s;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(model_.lblLabel, u"Vergleichsauswertung: Zufriedenheit"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"Vergleichsauswertung: Zufriedenheit"_s);
     // QX2020 has one 1 and two 2; the header names study, variable and year.
-    EXPECT_EQ(model_.mfgGrid.Cell(4, 0), u"QX2020, V5, 2020"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(4, 0), u"QX2020, V5, 2020"_s);
     int row = 0;
-    for (int r = 1; r < model_.mfgGrid.Rows() - 3; ++r)
-        if (model_.mfgGrid.Cell(0, r) == u"2"_s)
+    for (int r = 1; r < model_.result().mfgGrid.Rows() - 3; ++r)
+        if (model_.result().mfgGrid.Cell(0, r) == u"2"_s)
             row = r;
-    EXPECT_EQ(model_.mfgGrid.Cell(4, row), u"2"_s);
-    EXPECT_EQ(model_.mfgGrid2.Cell(4, row), u"66,7"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(4, row), u"2"_s);
+    EXPECT_EQ(model_.result().mfgGrid2.Cell(4, row), u"66,7"_s);
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 
     catalogue_.execute(u"DELETE FROM tkey_Variable WHERE fi_StudyNo = 'QX2020' AND id_VarName = 'V5'"_s);
     model_.dtData3.Tag.clear();
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(asker_.lastText(), u"QX2020, V5 nicht gefunden"_s);
-    EXPECT_EQ(model_.mfgGrid.Cell(4, row), u"2"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(4, row), u"2"_s);
     catalogue_.execute(u"DELETE FROM tkey_Study WHERE id_StudyNo = 'QX2020'"_s);
     model_.dtData3.Tag.clear();
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
@@ -140,39 +140,39 @@ TEST_F(Comparisons, APartWithoutANameStaysAPart) {
     catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
     catalogue_.execute(u"UPDATE tkey_Parts SET dt_PartName = Null, dt_EnPartName = Null"_s);
     open();
-    model_.StudyClick(u"QX1919"_s);
-    model_.chooseVariable(u"V5"_s);
-    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
     ASSERT_TRUE(list_.addVariable(u"QX2020"_s, u"V5"_s));
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     // V7 = 1 in cases 1, 3 and 5 of QX1919.
-    EXPECT_EQ(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 3), u"3"_s);
-    EXPECT_EQ(model_.mfgGrid.Cell(3, 0), u"QX1919, V5, 1919 (F. 1)"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 3), u"3"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, 0), u"QX1919, V5, 1919 (F. 1)"_s);
     // The study of the window has parts again after the run of an entry with a filter of its own.
-    model_.StudyClick(u"QX1919"_s);
-    model_.chooseVariable(u"V5"_s);
-    model_.chooseFilterText(u"V7=2"_s);
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    model_.edit().chooseFilterText(u"V7=2"_s);
     ASSERT_TRUE(list_.cmd_AddTrend());
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    ASSERT_TRUE(model_.chooseMode(AnalysisMode::Frequency));
-    ASSERT_TRUE(model_.chooseFilter(FilterKind::FilterParts));
-    EXPECT_EQ(model_.request.dbcParts.value, u"1"_s);
+    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Frequency));
+    ASSERT_TRUE(model_.edit().chooseFilter(FilterKind::FilterParts));
+    EXPECT_EQ(model_.request().dbcParts.value, u"1"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 3), u"3"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 3), u"3"_s);
 }
 
 TEST_F(Comparisons, AreStoredWholeLoadedBackAndDeleted) {
     open();
     gOptions.ComparisonWeight = 1;
     addTwo();
-    model_.StudyClick(u"QX1919"_s);
-    model_.chooseVariable(u"V5"_s);
-    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
     const QStringList before = texts();
     const QList<ComparisonEntry> entries = list_.entries();
-    model_.request.txtTitle = u"O'Hara\nzweite Zeile"_s;
+    model_.request().txtTitle = u"O'Hara\nzweite Zeile"_s;
 
     asker_.answer(Yes).input(u"Zufriedenheit"_s);
     EXPECT_TRUE(list_.cmd_SaveTrend());
@@ -184,9 +184,9 @@ TEST_F(Comparisons, AreStoredWholeLoadedBackAndDeleted) {
 
     asker_.answer(Yes).answer(Yes);
     list_.cmd_ClearTrend();
-    EXPECT_TRUE(model_.request.txtTitle.isEmpty());
+    EXPECT_TRUE(model_.request().txtTitle.isEmpty());
     ASSERT_TRUE(list_.cmd_LoadTrend(1));
-    EXPECT_EQ(model_.request.txtTitle, u"O'Hara\r\nzweite Zeile"_s);
+    EXPECT_EQ(model_.request().txtTitle, u"O'Hara\r\nzweite Zeile"_s);
     EXPECT_EQ(texts(), before); // the part's name is looked up again
     for (int i = 0; i < entries.size(); ++i)
         for (int column = 1; column < ComparisonEntry::columns; ++column)
@@ -240,18 +240,18 @@ TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHal
     // Without the two tables and with them; noticed when the save is committed, and in the middle of it.
     for (const bool tables : {false, true}) {
         if (tables) {
-            model_.request.txtTitle = u"erster"_s;
+            model_.request().txtTitle = u"erster"_s;
             ASSERT_TRUE(list_.save(u"erster"_s));
         }
         const auto before = storedAtAll();
         EXPECT_EQ(before, tables ? std::pair(qint64{1}, qint64{2}) : std::pair(qint64{-1}, qint64{-1}));
         for (const int megabytes : {1, 8}) {
-            model_.request.txtTitle = QString(megabytes << 20, u'x');
+            model_.request().txtTitle = QString(megabytes << 20, u'x');
             const FullDisk full(QFileInfo(catalogue_.path()).size());
             failsToSave(u"Disk or network error."_s);
             EXPECT_EQ(storedAtAll(), before);
         }
-        model_.request.txtTitle = u"zweiter"_s;
+        model_.request().txtTitle = u"zweiter"_s;
         EXPECT_EQ(list_.entries().size(), 2) << "nothing is lost in the window";
         ASSERT_EQ(mdDataBase::OpenQXDatabase(catalogue_.path()), 1);
         EXPECT_EQ(storedAtAll(), before);

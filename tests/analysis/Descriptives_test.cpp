@@ -1,6 +1,6 @@
 #include "analysis/AnalysisModel.h"
-#include "analysis/DescriptivesChoice.h"
-#include "analysis/MissingChoice.h"
+#include "analysis/request/DescriptivesChoice.h"
+#include "analysis/request/MissingChoice.h"
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
@@ -24,9 +24,9 @@ protected:
         EXPECT_EQ(catalogue_.open(), 1);
         NumberFormat::setDecimalSeparator(u',');
         model_.open();
-        EXPECT_TRUE(model_.StudyClick(u"QX1919"_s));
-        EXPECT_TRUE(model_.chooseMode(AnalysisMode::Descriptives));
-        EXPECT_TRUE(model_.chooseVariable(u"V5"_s));
+        EXPECT_TRUE(model_.edit().StudyClick(u"QX1919"_s));
+        EXPECT_TRUE(model_.edit().chooseMode(AnalysisMode::Descriptives));
+        EXPECT_TRUE(model_.edit().chooseVariable(u"V5"_s));
     }
 
     TestHome home_;
@@ -36,14 +36,14 @@ protected:
 
     QString cells() const {
         QStringList rows;
-        for (int row = 1; row < model_.mfgGrid.Rows(); ++row)
-            rows << model_.mfgGrid.Cell(1, row) + u':' + model_.mfgGrid.Cell(2, row);
+        for (int row = 1; row < model_.result().mfgGrid.Rows(); ++row)
+            rows << model_.result().mfgGrid.Cell(1, row) + u':' + model_.result().mfgGrid.Cell(2, row);
         return rows.join(u' ');
     }
 
     void choose(const QString& statistics, const QString& digits = u"0;0;0;1;1;0;0;0;0;0;0;0;0;"_s) {
-        model_.request.dtDesc = statistics;
-        model_.request.dtDescDigits = digits;
+        model_.request().dtDesc = statistics;
+        model_.request().dtDescDigits = digits;
         model_.dtData3.Tag.clear();
     }
 };
@@ -55,19 +55,19 @@ TEST_F(DescriptivesRun, ShowsTheStatisticsOfTheOptionsOrOfTheWindow) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(),
               u"Count:6,00 Minimum:1,00 Maximum:2,00 ArithmeticMean:1,50 StandardDeviation:0,58 ValidN:4,00"_s);
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V5: Zufriedenheit (N=6,00)"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=6,00)"_s);
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 
     choose(u"10"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"Count:6 Maximum:2"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused) << "a second run finds the choice still there";
-    model_.dbcVariable_Change();
-    EXPECT_EQ(model_.request.dtDesc, u"10"_s) << "the variable is the same";
-    EXPECT_TRUE(model_.StudyClick(u"QX1919"_s));
-    EXPECT_EQ(model_.request.dtDesc, u"10"_s);
-    EXPECT_TRUE(model_.chooseVariable(u"V7"_s));
-    EXPECT_EQ(model_.request.dtDesc + model_.request.dtDescDigits, u""_s);
+    model_.edit().dbcVariable_Change();
+    EXPECT_EQ(model_.request().dtDesc, u"10"_s) << "the variable is the same";
+    EXPECT_TRUE(model_.edit().StudyClick(u"QX1919"_s));
+    EXPECT_EQ(model_.request().dtDesc, u"10"_s);
+    EXPECT_TRUE(model_.edit().chooseVariable(u"V7"_s));
+    EXPECT_EQ(model_.request().dtDesc + model_.request().dtDescDigits, u""_s);
     // An option counts at the next run, without any other change.
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     gOptions.Descriptives = 4;
@@ -75,12 +75,12 @@ TEST_F(DescriptivesRun, ShowsTheStatisticsOfTheOptionsOrOfTheWindow) {
     EXPECT_EQ(cells(), u"Minimum:1,00"_s);
     choose(u"0"_s);
     model_.changeTab(1);
-    EXPECT_EQ(model_.mfgGrid.Rows(), 1);
+    EXPECT_EQ(model_.result().mfgGrid.Rows(), 1);
 }
 
 TEST_F(DescriptivesRun, WeightsFiltersAndGroups) {
     choose(u"410"_s); // Count, Maximum, ArithmeticMean, Range, Sum: 2 + 8 + 16 + 128 + 256
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::WeightUser, u"V7"_s));
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::WeightUser, u"V7"_s));
     model_.changeTab(1);
     // Weights 1 2 1 2 1 2 add up to 9; of the valid cases 6: 1 + 2 + 2 + 4.
     EXPECT_EQ(cells(), u"Count:9 Maximum:2 ArithmeticMean:1,5 Range:1 Sum:9"_s);
@@ -89,29 +89,29 @@ TEST_F(DescriptivesRun, WeightsFiltersAndGroups) {
               u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
     EXPECT_EQ(text(u"stat2"_s), text(u"stat"_s));
 
-    EXPECT_TRUE(model_.chooseWeight(WeightKind::noWeight));
-    model_.chooseFilterText(u"V9<60"_s);
+    EXPECT_TRUE(model_.edit().chooseWeight(WeightKind::noWeight));
+    model_.edit().chooseFilterText(u"V9<60"_s);
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"Count:4 Maximum:2 ArithmeticMean:1,3 Range:1 Sum:4"_s);
-    model_.chooseFilterText(u"V9<0"_s);
+    model_.edit().chooseFilterText(u"V9<0"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u""_s);
 
-    EXPECT_TRUE(model_.chooseFilter(FilterKind::noFilter));
-    EXPECT_TRUE(model_.chooseVariable2(u"V7"_s));
-    EXPECT_TRUE(model_.chooseVariable(u"V6"_s));
+    EXPECT_TRUE(model_.edit().chooseFilter(FilterKind::noFilter));
+    EXPECT_TRUE(model_.edit().chooseVariable2(u"V7"_s));
+    EXPECT_TRUE(model_.edit().chooseVariable(u"V6"_s));
     choose(u"272"_s);
-    model_.request.chkDescGroup = true;
+    model_.request().chkDescGroup = true;
     model_.changeTab(1);
     EXPECT_EQ(text(u"stat"_s), u"SELECT q.*, QX1919_2.V6 AS VAR , QX1919_1.V7 AS VAR2  FROM ((q INNER JOIN QX1919_2 ON "
                                "q.ID = QX1919_2.dt_CaseID)INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
     // V6 1 3 2 with V7 1, and 2 1 Null with V7 2.
-    const ResultTable& t = model_.mfgGrid;
+    const ResultTable& t = model_.result().mfgGrid;
     QStringList rows;
     for (int row = 0; row < t.Rows(); ++row)
         rows << t.Cell(0, row) + u' ' + t.Cell(1, row) + u' ' + t.Cell(2, row);
     EXPECT_EQ(rows, (QStringList{u"V7 ArithmeticMean Sum"_s, u"1 2,0 6"_s, u"2 1,5 3"_s}));
-    EXPECT_EQ(model_.lblLabel, u"QX1919, V6: Vertrauen nach V7: Geschlecht"_s);
+    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V6: Vertrauen nach V7: Geschlecht"_s);
 }
 
 TEST_F(DescriptivesRun, AsksForMissingValues) {
@@ -119,9 +119,9 @@ TEST_F(DescriptivesRun, AsksForMissingValues) {
     QStringList opened;
     bool cancel = true;
     model_.askMissing = [&](AnalysisModel& model) {
-        opened << model.request.sMissing;
+        opened << model.request().sMissing;
         if (!cancel) {
-            MissingChoice choice(model.request.sMissing);
+            MissingChoice choice(model.request().sMissing);
             choice.EinzelWert = u"2"_s;
             EXPECT_EQ(choice.cmdOK(model), std::nullopt);
         }
@@ -134,7 +134,7 @@ TEST_F(DescriptivesRun, AsksForMissingValues) {
     choose(u"72"_s);
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"Maximum:9 ValidN:3"_s);
-    EXPECT_FALSE(model_.bUserMissing);
+    EXPECT_FALSE(model_.request().bUserMissing);
     gOptions.IncludeMissingDesc = true;
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"Maximum:9 ValidN:5"_s);
@@ -146,7 +146,7 @@ TEST_F(DescriptivesRun, AsksForMissingValues) {
 
 TEST_F(DescriptivesRun, GoesOnWithoutAStatisticThatCannotBeComputed) {
     choose(u"112"_s); // ArithmeticMean, StandardDeviation, ValidN
-    model_.chooseFilterText(u"V9=31"_s);
+    model_.edit().chooseFilterText(u"V9=31"_s);
     asker_.answer(ui::Answer::Ignore);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"ArithmeticMean:1,0 StandardDeviation: ValidN:1"_s);
@@ -159,29 +159,29 @@ TEST_F(DescriptivesRun, GoesOnWithoutAStatisticThatCannotBeComputed) {
     model_.onStatisticFailure = [&](const QString& place, const dao::Error&) { heard << place; };
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(heard, QStringList(u"StandardDeviation"_s));
-    EXPECT_TRUE(model_.chooseVariable(u"V8"_s));
-    EXPECT_TRUE(model_.chooseFilter(FilterKind::noFilter));
+    EXPECT_TRUE(model_.edit().chooseVariable(u"V8"_s));
+    EXPECT_TRUE(model_.edit().chooseFilter(FilterKind::noFilter));
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"Count:6,00 :Descriptives nur für numerische Felder"_s);
 }
 
 TEST_F(DescriptivesRun, ChoiceReadsAndWritesWindowAndOptions) {
-    const DescriptivesChoice first = DescriptivesChoice::of(model_.request);
+    const DescriptivesChoice first = DescriptivesChoice::of(model_.request());
     EXPECT_EQ(first, DescriptivesChoice::defaults());
     EXPECT_EQ(first.dtDesc(), u"126"_s);
     EXPECT_EQ(first.dtDescDigits(), u"2;2;2;2;2;2;2;2;2;2;2;2;2;0;"_s) << "the fourteenth is missing";
-    model_.request.dtDesc = u"4"_s;
-    EXPECT_EQ(DescriptivesChoice::of(model_.request), first) << "without digits the window has chosen nothing";
+    model_.request().dtDesc = u"4"_s;
+    EXPECT_EQ(DescriptivesChoice::of(model_.request()), first) << "without digits the window has chosen nothing";
 
     DescriptivesChoice choice;
     EXPECT_EQ(choice.dtDesc(), u"0"_s);
     choice.cmbDigits.fill(u"3"_s);
     choice.chkDescriptives[13] = choice.chkDescriptives[0] = true;
-    model_.dtData3.Tag = u"valid"_s;
+    model_.result().computation.ResultCacheKey = u"valid"_s;
     choice.applyTo(model_);
-    EXPECT_EQ(model_.request.dtDesc, u"16386"_s);
-    EXPECT_EQ(model_.dtData3.Tag, u""_s);
-    EXPECT_EQ(DescriptivesChoice::of(model_.request), choice);
+    EXPECT_EQ(model_.request().dtDesc, u"16386"_s);
+    EXPECT_EQ(model_.result().computation.ResultCacheKey, u""_s);
+    EXPECT_EQ(DescriptivesChoice::of(model_.request()), choice);
     EXPECT_EQ(gOptions.Descriptives, 126);
     choice.applyToOptions();
     EXPECT_EQ(DescriptivesChoice::defaults(), choice);
@@ -222,11 +222,11 @@ TEST_F(DescriptivesRun, MissingChoiceTakesEveryShapeUnchanged) {
             EXPECT_EQ(refusal.has_value(), shape.text.isEmpty());
             if (refusal)
                 continue;
-            EXPECT_EQ(model_.request.sMissing, inForce(shape.result));
-            const MissingDefinition before(shape.text), after(model_.request.sMissing);
+            EXPECT_EQ(model_.request().sMissing, inForce(shape.result));
+            const MissingDefinition before(shape.text), after(model_.request().sMissing);
             for (const double x : {-1e300, -9.0, -0.5, 0.0, 1.0, 5.0, 7.5, 8.5, 9.0, 90.0, 1e300, 1.79769313486231e308})
                 EXPECT_EQ(before.contains(x), after.contains(x)) << x;
-            EXPECT_EQ(MissingChoice(model_.request.sMissing).Rangevon, choice.Rangevon) << "a second time";
+            EXPECT_EQ(MissingChoice(model_.request().sMissing).Rangevon, choice.Rangevon) << "a second time";
         }
     }
 }
@@ -256,21 +256,21 @@ TEST_F(DescriptivesRun, MissingChoiceSaysWhichBoxFails) {
         choice.Rangebis = input.bis;
         EXPECT_EQ(choice.cmdOK(model_).value_or(u"closed"_s), input.answer);
     }
-    EXPECT_EQ(model_.request.sMissing, u"9"_s);
-    EXPECT_FALSE(model_.bNewCalc || model_.bUserMissing);
+    EXPECT_EQ(model_.request().sMissing, u"9"_s);
+    EXPECT_FALSE(model_.bNewCalc || model_.request().bUserMissing);
 
     MissingChoice choice(u"9"_s);
     choice.Rangebis = u" 4,5 "_s;
     EXPECT_EQ(choice.cmdOK(model_), std::nullopt);
-    EXPECT_EQ(model_.request.sMissing, u"9, 4,5"_s) << "a further blank would make a third value";
-    EXPECT_TRUE(model_.bUserMissing && model_.bNewCalc);
+    EXPECT_EQ(model_.request().sMissing, u"9, 4,5"_s) << "a further blank would make a third value";
+    EXPECT_TRUE(model_.request().bUserMissing && model_.bNewCalc);
     EXPECT_EQ(model_.oldproc, -1);
     EXPECT_EQ(MissingChoice::last().kind, 1);
     EXPECT_EQ(MissingChoice::last().Rangebis, 4.5);
     choice.Option1 = MissingChoice::Calculation::WithoutMissing;
     EXPECT_EQ(choice.cmdOK(model_), std::nullopt);
-    EXPECT_EQ(model_.request.sMissing, u""_s);
-    EXPECT_FALSE(model_.bUserMissing);
+    EXPECT_EQ(model_.request().sMissing, u""_s);
+    EXPECT_FALSE(model_.request().bUserMissing);
     EXPECT_EQ(model_.oldproc, 0);
     EXPECT_EQ(MissingChoice::last().kind, 0);
 }

@@ -19,10 +19,10 @@ protected:
         catalogue_.open();
         gOptions.ShowPercentSign = false;
         model_.open();
-        model_.StudyClick(u"QX1919"_s);
-        model_.chooseMode(AnalysisMode::Crosstab);
-        model_.chooseVariable(u"V5"_s);
-        model_.chooseVariable2(u"V7"_s);
+        model_.edit().StudyClick(u"QX1919"_s);
+        model_.edit().chooseMode(AnalysisMode::Crosstab);
+        model_.edit().chooseVariable(u"V5"_s);
+        model_.edit().chooseVariable2(u"V7"_s);
     }
 
     TestHome home_;
@@ -32,7 +32,7 @@ protected:
 
     /// Values and cells of the shown table, a mark as "X" behind its value.
     QString shown() const {
-        const ResultTable& t = model_.mfgGrid;
+        const ResultTable& t = model_.result().mfgGrid;
         QStringList rows;
         for (int row = 3; row < t.Rows(); ++row) {
             QStringList cells(t.Cell(0, row) + t.Cell(2, row));
@@ -56,50 +56,52 @@ const QString title = u"QX1919, V5: Zufriedenheit nach V7: Geschlecht"_s;
 TEST_F(CrosstabRun, ShowsItsFourViews) {
     const QString counts = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 Summe|2|3|5| Gült. Summe|2|2||4"_s;
     EXPECT_EQ(compute(), counts);
-    EXPECT_EQ(model_.mfgGrid.Tag, u"Crosstab"_s);
-    EXPECT_EQ(model_.lblLabel, title + u" (N=4)"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Crosstab"_s);
+    EXPECT_EQ(model_.result().lblLabel, title + u" (N=4)"_s);
     EXPECT_TRUE(model_.view().cbValuesShown);
     const QStringList views{counts, u"X|||| 1|50,0|50,0||50,0 2|50,0|50,0||50,0 Gült. Summe|100,0|100,0||100,0"_s,
                             u"X|||| 1|50,0|50,0||100,0 2|50,0|50,0||100,0 Gült. Summe|50,0|50,0||100,0"_s,
                             u"X|||| 1|25,0|25,0||50,0 2|25,0|25,0||50,0 Gült. Summe|50,0|50,0||100,0"_s};
     for (const int view : {1, 2, 3, 0, 3}) {
         model_.chooseValues(view);
-        EXPECT_EQ(model_.request.cbValues, view);
+        EXPECT_EQ(model_.request().cbValues, view);
         EXPECT_EQ(shown(), views[view]);
-        EXPECT_EQ(model_.mfgGrid.Tag, u"Crosstab"_s);
+        EXPECT_EQ(model_.result().mfgGrid.Tag, u"Crosstab"_s);
     }
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
-    EXPECT_EQ(model_.lblLabel, title) << "percentages have no N";
+    EXPECT_EQ(model_.result().lblLabel, title) << "percentages have no N";
     EXPECT_EQ(compute(), counts) << "a new table starts with its counts";
-    EXPECT_EQ(model_.request.cbValues, 0);
-    model_.request.mode = AnalysisMode::Frequency;
+    EXPECT_EQ(model_.request().cbValues, 0);
+    model_.request().mode = AnalysisMode::Frequency;
     model_.chooseValues(2);
     EXPECT_EQ(shown(), counts);
 }
 
 TEST_F(CrosstabRun, ExchangesVariablesWithTheirDefinitionsInCreationModeOnly) {
     gOptions.IncludeMissingXTab = true;
-    model_.request.chkFlipXtab = true;
+    model_.request().chkFlipXtab = true;
     const QString upright = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 9X|1||1| Summe|3|3|6| Gült. Summe|2|2||4"_s;
     EXPECT_EQ(compute(), upright);
-    model_.bCreationMode = true;
+    model_.request().bCreationMode = true;
     EXPECT_EQ(compute(), u"1||1|1|1|3|2 2|1|1|1||3|2 Summe|1|2|2|1|6| Gült. Summe||2|2|||4"_s);
-    EXPECT_EQ(model_.mfgGrid.Cell(0, 1), u"V7"_s);
-    EXPECT_EQ(model_.mfgGrid.Cell(3, 2) + model_.mfgGrid.Cell(4, 2) + model_.mfgGrid.Cell(6, 2), u"XX"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1), u"V7"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, 2) + model_.result().mfgGrid.Cell(4, 2) +
+                  model_.result().mfgGrid.Cell(6, 2),
+              u"XX"_s);
 }
 
 TEST_F(CrosstabRun, CountsAgainByTheUsersMarks) {
     gOptions.IncludeMissingXTab = true;
     compute();
-    model_.mfgGrid.setCell(2, 4, u"X"_s); // 1 is missing now, 9 is not
-    model_.mfgGrid.setCell(2, 6, u" "_s);
+    model_.result().mfgGrid.setCell(2, 4, u"X"_s); // 1 is missing now, 9 is not
+    model_.result().mfgGrid.setCell(2, 6, u" "_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
     model_.cmdCalculate();
     EXPECT_EQ(shown(), u"X||1|1| 1X|1|1|2| 2|1|1|2|2 9 |1||1|1 Summe|3|3|6| Gült. Summe|2|1||3"_s);
-    EXPECT_EQ(model_.lblLabel, title + u" (N=3)"_s);
-    model_.chooseVariable2(u"V6"_s);
+    EXPECT_EQ(model_.result().lblLabel, title + u" (N=3)"_s);
+    model_.edit().chooseVariable2(u"V6"_s);
     model_.changeTab(1);
-    EXPECT_EQ(model_.mfgGrid.Cell(2, 4), u""_s) << "marks of another table are none for this one";
+    EXPECT_EQ(model_.result().mfgGrid.Cell(2, 4), u""_s) << "marks of another table are none for this one";
 }
 
 TEST_F(CrosstabRun, NamesInItsTitleTheSumThatPercentagesRestOnOrNone) {
@@ -112,22 +114,22 @@ TEST_F(CrosstabRun, NamesInItsTitleTheSumThatPercentagesRestOnOrNone) {
         // Six cases, one of them left out as labelled missing; four valid.
         const QString all = gOptions.IncludeMissingXTab ? u" (N=6)"_s : u" (N=5)"_s;
         const QString valid = gOptions.ShowValidSums ? u" (N=4)"_s : QString();
-        EXPECT_EQ(model_.lblLabel, title + (gOptions.IncludeMissingInPercentXTab ? all : valid)) << i;
+        EXPECT_EQ(model_.result().lblLabel, title + (gOptions.IncludeMissingInPercentXTab ? all : valid)) << i;
     }
 }
 
 TEST_F(CrosstabRun, RefusesTwoViewsOfAComparison) {
-    model_.request.mode = AnalysisMode::Comparison;
-    for (ResultTable* table : {&model_.mfgGrid, &model_.mfgGrid2, &model_.mfgGrid5}) {
+    model_.request().mode = AnalysisMode::Comparison;
+    for (ResultTable* table : {&model_.result().mfgGrid, &model_.result().mfgGrid2, &model_.result().mfgGrid5}) {
         table->setRows(3);
         table->setCols(4);
         for (int row = 0; row < 3; ++row)
-            table->setCell(3, row, table == &model_.mfgGrid2 ? u"%"_s : u"n"_s);
-        table->setCell(0, 1, table == &model_.mfgGrid ? u"1"_s : QString());
+            table->setCell(3, row, table == &model_.result().mfgGrid2 ? u"%"_s : u"n"_s);
+        table->setCell(0, 1, table == &model_.result().mfgGrid ? u"1"_s : QString());
     }
     const auto column = [this] {
-        return model_.mfgGrid.Cell(3, 0) + model_.mfgGrid.Cell(3, 1) + model_.mfgGrid.Cell(3, 2) +
-               model_.mfgGrid.Cell(0, 1);
+        return model_.result().mfgGrid.Cell(3, 0) + model_.result().mfgGrid.Cell(3, 1) +
+               model_.result().mfgGrid.Cell(3, 2) + model_.result().mfgGrid.Cell(0, 1);
     };
     model_.chooseValues(1);
     EXPECT_EQ(column(), u"n%%1"_s);
@@ -135,7 +137,7 @@ TEST_F(CrosstabRun, RefusesTwoViewsOfAComparison) {
         model_.chooseValues(1);
         model_.chooseValues(view);
         EXPECT_EQ(column(), u"nnn1"_s);
-        EXPECT_EQ(model_.request.cbValues, 0);
+        EXPECT_EQ(model_.request().cbValues, 0);
         EXPECT_EQ(asker_.lastText(), u"In Vergleichsauswertung nicht erlaubt"_s);
     }
 }

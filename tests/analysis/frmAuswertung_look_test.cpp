@@ -22,25 +22,25 @@ TEST_F(AnalysisLook, TabStopsAtTheChosenButtonOfAGroupAndArrowKeysChooseFromTher
     chooseStudy(u"SV2018"_s);
     // Choices that were made by other means than the buttons.
     AnalysisModel& model = window->model();
-    model.chooseMode(AnalysisMode::Descriptives);
-    model.chooseWeight(WeightKind::WeightHH, {});
-    model.chooseFilter(FilterKind::FilterUser);
+    model.edit().chooseMode(AnalysisMode::Descriptives);
+    model.edit().chooseWeight(WeightKind::WeightHH, {});
+    model.edit().chooseFilter(FilterKind::FilterUser);
     window->optionsApplied();
     tabTo(u"Option4"_s);
     EXPECT_EQ(focused(), u"Option4(3)");
     pressFocused(Qt::Key_Up);
     EXPECT_EQ(focused(), u"Option2");
-    EXPECT_EQ(model.request.mode, AnalysisMode::Crosstab);
+    EXPECT_EQ(model.request().mode, AnalysisMode::Crosstab);
     tabTo(u"Option3"_s);
     EXPECT_EQ(focused(), u"Option3(2)");
     pressFocused(Qt::Key_Down);
-    EXPECT_EQ(model.request.Option3, WeightKind::WeightUser);
+    EXPECT_EQ(model.request().Option3, WeightKind::WeightUser);
     tabTo(u"optFilter"_s);
     EXPECT_EQ(focused(), u"optFilter(2)");
     pressFocused(Qt::Key_Up);
     pressFocused(Qt::Key_Up);
     EXPECT_EQ(focused(), u"optFilter(0)");
-    EXPECT_EQ(model.request.optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model.request().optFilter, FilterKind::noFilter);
     EXPECT_TRUE(asker.boxes.empty());
 
     // An entry of a comparison is asked about once for each change, and the next key goes on from there.
@@ -55,7 +55,7 @@ TEST_F(AnalysisLook, TabStopsAtTheChosenButtonOfAGroupAndArrowKeysChooseFromTher
     pressFocused(Qt::Key_Down);
     EXPECT_EQ(focused(), u"Option3(2)");
     EXPECT_EQ(asker.boxes.size(), 2U);
-    EXPECT_EQ(model.request.lst_TrendVars[0].at(ComparisonEntry::WeightInfo), u"HH");
+    EXPECT_EQ(model.request().lst_TrendVars[0].at(ComparisonEntry::WeightInfo), u"HH");
 }
 
 TEST_F(AnalysisLook, TheCaptionOfTheFourthWeightChoosesItAndItsLetterGoesToThePicker) {
@@ -72,7 +72,7 @@ TEST_F(AnalysisLook, TheCaptionOfTheFourthWeightChoosesItAndItsLetterGoesToThePi
             QTest::mouseClick(caption, Qt::LeftButton);
         settle();
         EXPECT_TRUE(own->isChecked()) << byKey;
-        EXPECT_EQ(window->model().request.Option3, WeightKind::WeightUser) << byKey;
+        EXPECT_EQ(window->model().request().Option3, WeightKind::WeightUser) << byKey;
         EXPECT_EQ(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->hasFocus(), byKey);
     }
 }

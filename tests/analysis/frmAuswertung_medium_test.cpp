@@ -29,7 +29,7 @@ protected:
         press(mode);
         model().dtData3.Tag.clear();
         goTo(1);
-        return clipText(model().mfgGrid);
+        return clipText(model().result().mfgGrid);
     }
     /// What a person finds who was left without a table.
     void expectUsable(const QString& mode, const QString& table) {
@@ -39,7 +39,7 @@ protected:
         EXPECT_FALSE(AnalysisModel::running());
         RemovableMedium::putIn();
         goTo(1);
-        EXPECT_EQ(clipText(model().mfgGrid), table) << mode.toStdString();
+        EXPECT_EQ(clipText(model().result().mfgGrid), table) << mode.toStdString();
         EXPECT_EQ(model().tableState(), TableState::Current);
     }
 };

@@ -88,7 +88,7 @@ TEST_F(AnalysisModes, ShowWhatBelongsToThemAndRefuseWhatIsIncomplete) {
     goTo(1);
     press(u"Option1"_s);
     EXPECT_EQ(shown(), QString());
-    EXPECT_TRUE(model().request.dbcVariable2.isEmpty());
+    EXPECT_TRUE(model().request().dbcVariable2.isEmpty());
     // A weight that was not picked weights nothing, so there is no table that says so.
     press(u"Option3(3)"_s);
     goTo(1);
@@ -120,7 +120,7 @@ TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnl
     gOptions.IncludeMissingXTab = true;
     openCrosstab();
     ASSERT_EQ(tableIs(), TableState::Current);
-    const QString before = clipText(model().mfgGrid);
+    const QString before = clipText(model().result().mfgGrid);
     selectMark(3, 2);
     selectMark(2, 3);
     EXPECT_EQ(cell(2, 3) + cell(3, 2), u"XX");
@@ -136,9 +136,9 @@ TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnl
     // Another view neither counts as other marks nor loses these.
     show(1);
     EXPECT_EQ(tableIs(), TableState::OtherMarks);
-    const QString percents = clipText(model().mfgGrid);
+    const QString percents = clipText(model().result().mfgGrid);
     selectMark(3, 2);
-    EXPECT_EQ(clipText(model().mfgGrid), percents) << "percentages take no marks";
+    EXPECT_EQ(clipText(model().result().mfgGrid), percents) << "percentages take no marks";
     click(u"cmdComputeAnew"_s);
     EXPECT_EQ(tableIs(), TableState::Current);
     EXPECT_EQ(values->currentIndex(), 0);
@@ -157,7 +157,7 @@ TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnl
     QHeaderView* top = grid->horizontalHeader();
     QTest::mouseClick(top->viewport(), Qt::LeftButton, {}, QPoint(top->sectionViewportPosition(0) + 9, 9));
     settle();
-    EXPECT_EQ(clipText(model().mfgGrid), before) << "the definitions of the catalogue are back";
+    EXPECT_EQ(clipText(model().result().mfgGrid), before) << "the definitions of the catalogue are back";
     EXPECT_EQ(asker.boxes.size(), 3U);
 }
 
@@ -178,26 +178,27 @@ TEST_F(AnalysisModes, NoTableOfAnotherRequestOrOtherOptionsPassesAsCurrent) {
     option(&Options::ShowValidSums, "ShowValidSums");
     option(&Options::ShowPercentSign, "ShowPercentSign");
     option(&Options::NoRowLabels, "NoRowLabels");
-    follows([&] { model().chooseVariable2(u"OST"_s), model().chooseVariable2(u"KLIMA"_s); }, TableState::OtherRequest,
-            "second");
-    follows([&] { model().request.chkFlipXtab = model().bCreationMode = true; }, TableState::OtherRequest, "flip");
-    follows([&] { model().request.chkFlipXtab = false; }, TableState::OtherRequest, "flip back");
-    model().chooseMode(AnalysisMode::Descriptives);
+    follows([&] { model().edit().chooseVariable2(u"OST"_s), model().edit().chooseVariable2(u"KLIMA"_s); },
+            TableState::OtherRequest, "second");
+    follows([&] { model().request().chkFlipXtab = model().request().bCreationMode = true; }, TableState::OtherRequest,
+            "flip");
+    follows([&] { model().request().chkFlipXtab = false; }, TableState::OtherRequest, "flip back");
+    model().edit().chooseMode(AnalysisMode::Descriptives);
     gOptions.AskMissing = false;
-    follows([&] { model().request.chkDescGroup = true; }, TableState::OtherRequest, "group");
-    follows([&] { model().request.dtDesc = u"4"_s, model().request.dtDescDigits = u"1;1;"_s; },
+    follows([&] { model().request().chkDescGroup = true; }, TableState::OtherRequest, "group");
+    follows([&] { model().request().dtDesc = u"4"_s, model().request().dtDescDigits = u"1;1;"_s; },
             TableState::OtherRequest, "statistics");
-    follows([&] { model().request.dtDescDigits = u"1;3;"_s; }, TableState::OtherRequest, "digits");
-    follows([&] { model().request.dtDesc.clear(); }, TableState::OtherRequest, "statistics of the options");
+    follows([&] { model().request().dtDescDigits = u"1;3;"_s; }, TableState::OtherRequest, "digits");
+    follows([&] { model().request().dtDesc.clear(); }, TableState::OtherRequest, "statistics of the options");
     follows([&] { gOptions.Descriptives = 4; }, TableState::OtherOptions, "default statistics");
-    follows([&] { model().request.sMissing = u"1"_s; }, TableState::OtherRequest, "sMissing");
+    follows([&] { model().request().sMissing = u"1"_s; }, TableState::OtherRequest, "sMissing");
     option(&Options::IncludeMissingDesc, "IncludeMissingDesc");
-    model().chooseMode(AnalysisMode::Comparison);
+    model().edit().chooseMode(AnalysisMode::Comparison);
     window->comparison().addVariable(u"SV2014"_s, u"LZUFR"_s);
     option(&Options::HeaderYear, "HeaderYear");
     option(&Options::HeaderValFirst, "HeaderValFirst");
-    follows([&] { model().request.txtTitle = u"T"_s; }, TableState::OtherRequest, "title");
-    follows([&] { model().request.lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; },
+    follows([&] { model().request().txtTitle = u"T"_s; }, TableState::OtherRequest, "title");
+    follows([&] { model().request().lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; },
             TableState::OtherRequest, "an entry's definition");
     follows([&] { window->comparison().addVariable(u"SV2018"_s, u"LZUFR"_s); }, TableState::OtherRequest, "entry");
 }
@@ -218,11 +219,11 @@ TEST_F(AnalysisModes, AComparisonIsComposedChangedStoredAndLoadedByKeysAlone) {
     list->setFocus();
     list->setCurrentRow(0);
     settle();
-    EXPECT_EQ(model().request.dbcStudy.value, u"SV2018");
+    EXPECT_EQ(model().request().dbcStudy.value, u"SV2018");
     EXPECT_EQ(enabledTrendButtons(), u"csd");
     asker.answer(ui::Answer::Yes);
     press(u"Option3(1)"_s);
-    EXPECT_EQ(listed(u"lst_TrendVars"_s)[0], two[0] + u" (gewichtet nach "_s + model().request.dt_WeightRE + u')');
+    EXPECT_EQ(listed(u"lst_TrendVars"_s)[0], two[0] + u" (gewichtet nach "_s + model().request().dt_WeightRE + u')');
     press(u"optFilter(2)"_s);
     auto* filter = the<FilterLine>(u"txtFilter"_s);
     filter->setFocus();
@@ -260,8 +261,8 @@ TEST_F(AnalysisModes, AComparisonIsComposedChangedStoredAndLoadedByKeysAlone) {
     EXPECT_EQ(listed(u"lst_TrendVars"_s), kept);
     EXPECT_EQ(the<QLineEdit>(u"txtTitle"_s)->text(), u"Zufriedenheit");
     goTo(1);
-    EXPECT_EQ(model().lblLabel, u"Vergleichsauswertung: Zufriedenheit");
-    EXPECT_EQ(model().mfgGrid.Cols(), 5);
+    EXPECT_EQ(model().result().lblLabel, u"Vergleichsauswertung: Zufriedenheit");
+    EXPECT_EQ(model().result().mfgGrid.Cols(), 5);
     // The refused views jump back; marks are set in column 2 as in a frequency table.
     auto* values = the<QComboBox>(u"cbValues"_s);
     values->setFocus();
@@ -300,8 +301,8 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
     settle();
     window = frmAuswertung::openFrom(explorer);
     window->setAttribute(Qt::WA_DeleteOnClose, false);
-    EXPECT_EQ(model().request.mode, AnalysisMode::Comparison);
-    EXPECT_EQ(model().request.txtTitle, u"Lebenszufriedenheit (gewichtet)");
+    EXPECT_EQ(model().request().mode, AnalysisMode::Comparison);
+    EXPECT_EQ(model().request().txtTitle, u"Lebenszufriedenheit (gewichtet)");
     EXPECT_EQ(listed(u"lst_TrendVars"_s).size(), 3);
     goTo(1);
     EXPECT_EQ(
@@ -316,16 +317,16 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
     rows->selectAll();
     settle();
     frmAuswertung* other = frmAuswertung::openFrom(explorer);
-    EXPECT_EQ(other->model().request.lst_TrendVars.size(), 3);
-    EXPECT_EQ(other->model().request.txtTitle, QString());
+    EXPECT_EQ(other->model().request().lst_TrendVars.size(), 3);
+    EXPECT_EQ(other->model().request().txtTitle, QString());
     delete other;
     explorer->activateWindow();
     rows->setFocus();
     rows->clearSelection();
     settle();
     other = frmAuswertung::openFrom(explorer);
-    EXPECT_EQ(other->model().request.mode, AnalysisMode::Comparison) << "with nothing selected";
-    EXPECT_TRUE(other->model().request.lst_TrendVars.isEmpty());
+    EXPECT_EQ(other->model().request().mode, AnalysisMode::Comparison) << "with nothing selected";
+    EXPECT_TRUE(other->model().request().lst_TrendVars.isEmpty());
     delete other;
     delete explorer;
 
@@ -341,7 +342,7 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
     rows->selectAll();
     settle();
     other = frmAuswertung::openFrom(explorer);
-    const AnalysisRequest& request = other->model().request;
+    const AnalysisRequest& request = other->model().request();
     EXPECT_EQ(request.mode, AnalysisMode::Crosstab);
     EXPECT_EQ(request.dbcVariable.value, explorer->model().list.rows[0].Text);
     EXPECT_EQ(request.dbcVariable2.value, explorer->model().list.rows[1].Text);
@@ -371,20 +372,20 @@ TEST_F(AnalysisModes, TheDialogOfStatisticsChoosesForItsWindow) {
         QTest::keyClick(&dialog, Qt::Key_Enter);
     });
     click(u"cmdDescriptives"_s);
-    EXPECT_EQ(model().request.dtDesc, u"8");
+    EXPECT_EQ(model().request().dtDesc, u"8");
     goTo(1);
     EXPECT_EQ(row(1), u"|Maximum|10");
     EXPECT_EQ(row(2), QString());
     // Another variable starts with the options' statistics.
     goTo(0);
     type(u"dbcVariableUni"_s, u"GESCHL"_s);
-    EXPECT_EQ(model().request.dtDesc, QString());
+    EXPECT_EQ(model().request().dtDesc, QString());
     EXPECT_EQ(gOptions.Descriptives, 126);
 }
 
 TEST_F(AnalysisModes, TheDialogOfMissingValuesTakesEveryShapeAndCancelLetsTheRunGoOn) {
     openMode(u"Option4(3)"_s, u"LZUFR:"_s);
-    const QString own = model().request.dtMissing;
+    const QString own = model().request().dtMissing;
     inDialog([](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
     goTo(1);
     EXPECT_EQ(tableIs(), TableState::Current);
@@ -432,9 +433,10 @@ TEST_F(AnalysisModes, AnOpenWindowKeepsTheLanguageOfItsContents) {
     press(u"optFilter(1)"_s);
     EXPECT_EQ(shown(u"dbcParts"_s), u"Fassung A");
     goTo(1);
-    EXPECT_TRUE(model().lblLabel.startsWith(u"SV2018, UMLAGE1: Zustimmung zu einer Klimaabgabe (Fassung A)"_s) &&
-                model().lblLabel.endsWith(u"(Fälle aus Fassung A)"_s))
-        << model().lblLabel.toStdString();
+    EXPECT_TRUE(
+        model().result().lblLabel.startsWith(u"SV2018, UMLAGE1: Zustimmung zu einer Klimaabgabe (Fassung A)"_s) &&
+        model().result().lblLabel.endsWith(u"(Fälle aus Fassung A)"_s))
+        << model().result().lblLabel.toStdString();
     EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().startsWith(u"Studie: SV2018, Leben in Solvarden 2018"_s));
     goTo(0);
     press(u"Option5"_s);
@@ -447,8 +449,8 @@ TEST_F(AnalysisModes, AnOpenWindowKeepsTheLanguageOfItsContents) {
     EXPECT_EQ(listed(u"lst_TrendVars"_s), entries);
 
     frmAuswertung* later = frmAuswertung::openFrom(nullptr);
-    later->model().StudyClick(u"SV2018"_s);
-    EXPECT_EQ(later->model().request.dbcStudy.text, u"Living in Solvarden 2018");
+    later->model().edit().StudyClick(u"SV2018"_s);
+    EXPECT_EQ(later->model().request().dbcStudy.text, u"Living in Solvarden 2018");
     delete later;
 }
 
@@ -473,7 +475,7 @@ TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonic) {
         for (const QString& mode : {u"Option1"_s, u"Option2"_s, u"Option4(3)"_s, u"Option5"_s}) {
             goTo(0);
             press(mode);
-            if (mode.startsWith(u"Option4"_s) && !model().request.chkDescGroup)
+            if (mode.startsWith(u"Option4"_s) && !model().request().chkDescGroup)
                 press(u"chkDescGroup"_s);
             const auto owners = mnemonics();
             EXPECT_GT(owners.size(), 15);
@@ -492,17 +494,17 @@ TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonic) {
 TEST_F(AnalysisModes, PartsAndWeightsOfTheWindowCountAndDeleteTakesThePartAway) {
     openMode(u"Option1"_s);
     goTo(1);
-    const QString all = model().tableFacts()->rounds[0].cases.all.value_or(QString());
+    const QString all = model().result().facts->rounds[0].cases.all.value_or(QString());
     goTo(0);
     press(u"optFilter(1)"_s);
     auto* parts = the<ChoicePicker>(u"dbcParts"_s);
     ASSERT_TRUE(parts->isEnabled());
-    EXPECT_EQ(the<FilterLine>(u"txtFilter"_s)->text(), window->model().request.txtFilter);
+    EXPECT_EQ(the<FilterLine>(u"txtFilter"_s)->text(), window->model().request().txtFilter);
     EXPECT_FALSE(the<FilterLine>(u"txtFilter"_s)->isEnabled());
     goTo(1);
     const QString facts = the<QLabel>(u"lblFacts"_s)->text();
     EXPECT_TRUE(facts.contains(u"Filter: "_s + parts->currentText() + u" ("_s)) << facts.toStdString();
-    EXPECT_LT(model().tableFacts()->rounds[0].cases.all->toInt(), all.toInt());
+    EXPECT_LT(model().result().facts->rounds[0].cases.all->toInt(), all.toInt());
     goTo(0);
     parts->setFocus();
     QTest::keyClick(parts, Qt::Key_A);
@@ -514,12 +516,12 @@ TEST_F(AnalysisModes, PartsAndWeightsOfTheWindowCountAndDeleteTakesThePartAway) 
     type(u"dbcVarGewicht_1Uni"_s, u"GEWREP"_s);
     goTo(1);
     EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"Gewicht: GEWREP"_s));
-    const QString own = clipText(model().mfgGrid);
+    const QString own = clipText(model().result().mfgGrid);
     goTo(0);
     press(u"Option3(1)"_s);
     EXPECT_FALSE(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->isEnabled());
     goTo(1);
-    EXPECT_EQ(clipText(model().mfgGrid), own) << "the same variable, however it is chosen";
+    EXPECT_EQ(clipText(model().result().mfgGrid), own) << "the same variable, however it is chosen";
 }
 
 TEST_F(AnalysisModes, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
@@ -561,7 +563,7 @@ TEST_F(AnalysisModes, TextsOfAnyScriptShowInPickersTitleAndTable) {
     QCoreApplication::sendEvent(picker->lineEdit(), &typed);
     QTest::keyClick(picker, Qt::Key_Enter);
     settle();
-    EXPECT_EQ(model().request.dbcVariable.value, u"GESCHL");
+    EXPECT_EQ(model().request().dbcVariable.value, u"GESCHL");
     goTo(1);
     EXPECT_TRUE(the<QLabel>(u"lblLabel"_s)->text().contains(label));
     EXPECT_EQ(cell(1, 1), value);

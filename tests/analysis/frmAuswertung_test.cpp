@@ -12,7 +12,7 @@ TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNo
     open();
     chooseStudy(u"SV2014"_s);
     type(u"dbcVariableUni"_s, u"schlecht"_s);
-    EXPECT_EQ(window->model().request.dbcVariable.value, u"GESCHL");
+    EXPECT_EQ(window->model().request().dbcVariable.value, u"GESCHL");
     EXPECT_EQ(the<ChoicePicker>(u"dbcVariable"_s)->currentText(), u"Geschlecht");
     EXPECT_EQ(the<QLabel>(u"lblVariable"_s)->text(), u"GESCHL: Geschlecht");
     for (const Qt::Key leave : {Qt::Key_Tab, Qt::Key_Enter, Qt::Key_Escape}) {
@@ -23,12 +23,12 @@ TEST_F(AnalysisWindow, TypingInASearchedPickerNarrowsOverNameAndLabelAndLeavesNo
         QTest::keyClick(list, leave);
         settle();
         EXPECT_EQ(list->currentText(), u"GESCHL: Geschlecht") << leave;
-        EXPECT_EQ(window->model().request.dbcVariable.value, u"GESCHL") << leave;
+        EXPECT_EQ(window->model().request().dbcVariable.value, u"GESCHL") << leave;
     }
     // Another study, another list: nothing of the old one is left.
     chooseStudy(u"SV2018"_s);
     EXPECT_EQ(the<ChoicePicker>(u"dbcVariableUni"_s)->currentText(), QString());
-    EXPECT_TRUE(window->model().request.dbcVariable.isEmpty());
+    EXPECT_TRUE(window->model().request().dbcVariable.isEmpty());
 }
 
 TEST_F(AnalysisWindow, ASearchTakesTheNameThatWasTypedBeforeWordsOfOtherLabelsAndOffersItFirst) {
@@ -41,13 +41,13 @@ TEST_F(AnalysisWindow, ASearchTakesTheNameThatWasTypedBeforeWordsOfOtherLabelsAn
     EXPECT_EQ(list->lineEdit()->completer()->popup()->model()->index(0, 0).data().toString(),
               u"KLIMA: Sorge um den Klimawandel");
     QTest::keyClick(list, Qt::Key_Enter);
-    EXPECT_EQ(window->model().request.dbcVariable.value, u"KLIMA");
+    EXPECT_EQ(window->model().request().dbcVariable.value, u"KLIMA");
     type(u"dbcVariableUni"_s, u"umlage2"_s);
-    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE2");
+    EXPECT_EQ(window->model().request().dbcVariable.value, u"UMLAGE2");
     type(u"dbcVariableUni"_s, u"UML"_s);
-    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE1") << "the beginning of names";
+    EXPECT_EQ(window->model().request().dbcVariable.value, u"UMLAGE1") << "the beginning of names";
     type(u"dbcVariableUni"_s, u"klimabeitrag (fassung b"_s);
-    EXPECT_EQ(window->model().request.dbcVariable.value, u"UMLAGE2") << "anywhere in the text";
+    EXPECT_EQ(window->model().request().dbcVariable.value, u"UMLAGE2") << "anywhere in the text";
 }
 
 TEST_F(AnalysisWindow, TheFirstKeyOfAnotherSearchReplacesWhatIsShown) {
@@ -60,7 +60,7 @@ TEST_F(AnalysisWindow, TheFirstKeyOfAnotherSearchReplacesWhatIsShown) {
         EXPECT_EQ(list->currentText(), text);
         QTest::keyClick(list, Qt::Key_Enter);
         settle();
-        return window->model().request.dbcVariable.value;
+        return window->model().request().dbcVariable.value;
     };
     EXPECT_EQ(search(u"FAMST"_s), u"FAMST") << "the focus has not moved";
     goTo(1);
@@ -95,7 +95,7 @@ TEST_F(AnalysisWindow, TheTableTabShowsTheTableAndWhatItStandsOn) {
     openTable();
     EXPECT_EQ(row(0), u"Wert|Ausprägung|Missing|Anzahl|Prozent|Gült.Prozent|Kumul.Prozent");
     EXPECT_EQ(row(1).section(u'|', 0, 2), u"1|männlich|");
-    EXPECT_EQ(the<QLabel>(u"lblLabel"_s)->text(), window->model().lblLabel);
+    EXPECT_EQ(the<QLabel>(u"lblLabel"_s)->text(), window->model().result().lblLabel);
     EXPECT_EQ(state(), QString());
     const QString facts = the<QLabel>(u"lblFacts"_s)->text();
     EXPECT_TRUE(
@@ -103,7 +103,7 @@ TEST_F(AnalysisWindow, TheTableTabShowsTheTableAndWhatItStandsOn) {
         << facts.toStdString();
     EXPECT_TRUE(facts.endsWith(u" · Missing-Definition: 9"_s)) << facts.toStdString();
     // The grid holds every cell of the model's table.
-    EXPECT_EQ(clipText(the<ResultTableView>(u"mfgGrid"_s)->table()), clipText(window->model().mfgGrid));
+    EXPECT_EQ(clipText(the<ResultTableView>(u"mfgGrid"_s)->table()), clipText(window->model().result().mfgGrid));
 }
 
 TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
@@ -218,9 +218,9 @@ TEST_F(AnalysisWindow, OptionsThatChangeTheTableAreNoticedAndMarksByHandOutliveT
     gOptions.SeparateValidCases = !gOptions.SeparateValidCases;
     window->optionsApplied();
     EXPECT_EQ(state(), u"Die Optionen wurden seit der Berechnung geändert.");
-    const int rows = window->model().mfgGrid.Rows();
+    const int rows = window->model().result().mfgGrid.Rows();
     click(u"cmdComputeAnew"_s);
-    EXPECT_EQ(window->model().mfgGrid.Rows(), rows - 1);
+    EXPECT_EQ(window->model().result().mfgGrid.Rows(), rows - 1);
     EXPECT_EQ(row(1).section(u'|', 2, 2), u"X");
     EXPECT_EQ(state(), QString());
 }
@@ -230,9 +230,9 @@ TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThat
     window->copy();
     EXPECT_EQ(asker.lastText(), u"Tabelle in Zwischenablage kopiert.");
     const QStringList lines = asker.clipboardText.split(u'\r');
-    EXPECT_EQ(lines[0], window->model().lblLabel);
+    EXPECT_EQ(lines[0], window->model().result().lblLabel);
     EXPECT_EQ(lines[1], u"\nWert\tAusprägung\tMissing\tAnzahl\tProzent\tGült.Prozent\tKumul.Prozent");
-    EXPECT_EQ(lines.size(), window->model().mfgGrid.Rows() + 1);
+    EXPECT_EQ(lines.size(), window->model().result().mfgGrid.Rows() + 1);
     EXPECT_TRUE(asker.clipboardHtml.contains(u"<td align=\"left\">männlich</td>"_s));
 
     const auto saved = [&](const QString& name) {
@@ -288,7 +288,7 @@ TEST_F(AnalysisWindow, ARunIsStoppedByItsButtonOrEscapeAndOtherInputIsSwallowed)
         };
         goTo(1);
         EXPECT_EQ(window->model().facts().outcome, RunOutcome::Cancelled);
-        EXPECT_TRUE(window->model().dtData3.Tag.isEmpty());
+        EXPECT_TRUE(window->model().result().computation.ResultCacheKey.isEmpty());
         EXPECT_EQ(state(), u"Die Berechnung wurde abgebrochen.");
         window->copy();
         EXPECT_EQ(gBusy, 0);

@@ -1,5 +1,5 @@
-#include "analysis/ComparisonList.h"
-#include "analysis/preselection.h"
+#include "analysis/request/ComparisonList.h"
+#include "analysis/request/preselection.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
@@ -26,7 +26,7 @@ protected:
     ScriptedAsker asker_;
     TestCatalogue catalogue_;
     AnalysisModel model_;
-    ComparisonList list_{model_};
+    ComparisonList& list_ = model_.comparison();
 
     void open() {
         ASSERT_EQ(catalogue_.open(), 1);
@@ -37,12 +37,12 @@ protected:
 
     /// QX1919 in a mode: V5, by V6 in another table, or V5 of both studies.
     void ask(AnalysisMode mode, const QString& first = u"V5"_s, const QString& second = u"V6"_s) {
-        model_.chooseMode(mode);
-        model_.StudyClick(u"QX1919"_s);
-        model_.chooseVariable(first);
-        model_.request.lst_TrendVars.clear();
+        model_.edit().chooseMode(mode);
+        model_.edit().StudyClick(u"QX1919"_s);
+        model_.edit().chooseVariable(first);
+        model_.request().lst_TrendVars.clear();
         if (mode == AnalysisMode::Crosstab)
-            model_.chooseVariable2(second);
+            model_.edit().chooseVariable2(second);
         if (mode == AnalysisMode::Comparison) {
             list_.addVariable(u"QX1919"_s, first);
             list_.addVariable(u"QX2020"_s, u"V5"_s);
@@ -85,26 +85,26 @@ TEST_F(AllModes, EachOfSixtyColumnsOfAComparisonHasTheCountsOfItsEntrysFrequency
         catalogue_.addCases(study, table, {number(u"A"_s), number(u"B"_s), number(u"W"_s)}, cases);
     }
     open();
-    model_.chooseMode(AnalysisMode::Comparison);
+    model_.edit().chooseMode(AnalysisMode::Comparison);
     for (int i = 0; i < 60; ++i) {
         gOptions.ComparisonWeight = i % 3 == 0 ? 1 : 0;
         ASSERT_TRUE(list_.addVariable(u"RS%1"_s.arg(i / 2, 2, 10, QChar(u'0')), i % 2 ? u"B"_s : u"A"_s));
         if (i % 5 == 0) {
             list_.select({i});
-            model_.typeFilterText(u"B<3"_s);
+            model_.edit().typeFilterText(u"B<3"_s);
             list_.ApplyComparisonEntryChange(false);
         }
     }
     ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-    const ResultTable compared = model_.mfgGrid;
+    const ResultTable compared = model_.result().mfgGrid;
     const QList<ComparisonEntry> entries = list_.entries();
     gOptions.SeparateValidCases = gOptions.CumulatedPercent = false;
     for (int i = 0; i < 60; ++i) {
-        model_.chooseMode(AnalysisMode::Comparison);
+        model_.edit().chooseMode(AnalysisMode::Comparison);
         list_.select({i});
-        model_.chooseMode(AnalysisMode::Frequency);
+        model_.edit().chooseMode(AnalysisMode::Frequency);
         ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << i;
-        EXPECT_EQ(counts(compared, i + 3), counts(model_.mfgGrid, 3)) << entries[i].text.toStdString();
+        EXPECT_EQ(counts(compared, i + 3), counts(model_.result().mfgGrid, 3)) << entries[i].text.toStdString();
     }
     EXPECT_TRUE(asker_.boxes.empty()) << asker_.lastText().toStdString();
 }
@@ -114,7 +114,7 @@ TEST_F(AllModes, ARunStoppedAtAnyMomentLeavesNoTableThatPassesForWholeAndTheNext
     for (const AnalysisMode mode : everyMode) {
         ask(mode);
         ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
-        const QString whole = clipText(model_.mfgGrid) + model_.lblLabel;
+        const QString whole = clipText(model_.result().mfgGrid) + model_.result().lblLabel;
         int stopAt = 0;
         for (bool stopped = true; stopped; ++stopAt) {
             ASSERT_LT(stopAt, 500);
@@ -135,7 +135,7 @@ TEST_F(AllModes, ARunStoppedAtAnyMomentLeavesNoTableThatPassesForWholeAndTheNext
             }
             model_.changeTab(0);
             model_.changeTab(1);
-            EXPECT_EQ(clipText(model_.mfgGrid) + model_.lblLabel, whole) << stopAt;
+            EXPECT_EQ(clipText(model_.result().mfgGrid) + model_.result().lblLabel, whole) << stopAt;
             EXPECT_EQ(model_.tableState(), TableState::Current);
         }
         EXPECT_GT(stopAt, 3);
@@ -149,7 +149,7 @@ TEST_F(AllModes, TakeATextVariableAsThePartsSay) {
         ask(mode, V8);
         EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << int(mode) << asker_.lastText().toStdString();
         EXPECT_EQ(model_.tableState(), TableState::Current);
-        const bool refused = clipText(model_.mfgGrid).contains(u"Descriptives nur für numerische Felder"_s);
+        const bool refused = clipText(model_.result().mfgGrid).contains(u"Descriptives nur für numerische Felder"_s);
         EXPECT_EQ(refused, mode == AnalysisMode::Descriptives);
     }
     ask(AnalysisMode::Crosstab, u"V5"_s, V8);
@@ -164,12 +164,12 @@ TEST_F(AllModes, AnApostropheInAVariablesNameEndsNoCondition) {
     catalogue_.addValue(u"AP"_s, u"O'X"_s, u"1"_s, u"eins"_s);
     catalogue_.addCases(u"AP"_s, u"AP_1"_s, {{u"OX"_s, dao::dbDouble}, {u"V"_s, dao::dbDouble}}, {{1, 2}, {1, 2}});
     open();
-    model_.StudyClick(u"AP"_s);
-    model_.chooseMode(AnalysisMode::Crosstab);
-    model_.chooseVariable(u"O'X"_s);
-    model_.chooseVariable2(u"V"_s);
+    model_.edit().StudyClick(u"AP"_s);
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    model_.edit().chooseVariable(u"O'X"_s);
+    model_.edit().chooseVariable2(u"V"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-    EXPECT_EQ(linesOf(model_.mfgGrid, 3).value(0), u"1|eins||2|2|2"_s);
+    EXPECT_EQ(linesOf(model_.result().mfgGrid, 3).value(0), u"1|eins||2|2|2"_s);
 }
 
 /// A range says nothing about a text that is no number: "a", "b" and the empty text are valid beside it.
@@ -193,18 +193,18 @@ TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
         if (name == "counts"_L1)
             counted << text;
     };
-    model_.chooseMode(AnalysisMode::Crosstab);
-    model_.StudyClick(u"TR"_s);
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    model_.edit().StudyClick(u"TR"_s);
     const auto rows = [&](const QString& variable, const QString& filter) {
         counted.clear();
-        model_.chooseVariable(variable);
-        model_.chooseVariable2(u"V"_s);
+        model_.edit().chooseVariable(variable);
+        model_.edit().chooseVariable2(u"V"_s);
         if (filter.isEmpty())
-            model_.chooseFilter(FilterKind::noFilter);
+            model_.edit().chooseFilter(FilterKind::noFilter);
         else
-            model_.chooseFilterText(filter);
+            model_.edit().chooseFilterText(filter);
         EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-        return linesOf(model_.mfgGrid, 3);
+        return linesOf(model_.result().mfgGrid, 3);
     };
     EXPECT_EQ(rows(u"T"_s, u"V>0"_s), (QStringList{u"|||1||1|1"_s, u"7|||1||1|1"_s, u"a|||1|1|2|2"_s,
                                                    u"Summe|||3|1|4|"_s, u"Gült. Summe|||3|1||4"_s}));
@@ -241,32 +241,32 @@ TEST_F(AllModes, CountTextsThatDifferInCaseAsOneValue) {
         model_.dtData3.Tag.clear();
         EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
         QStringList rows;
-        for (int row = first; row < model_.mfgGrid.Rows(); ++row) {
+        for (int row = first; row < model_.result().mfgGrid.Rows(); ++row) {
             QStringList cells;
             for (const int column : columns)
-                cells << model_.mfgGrid.Cell(column, row);
+                cells << model_.result().mfgGrid.Cell(column, row);
             rows << cells.join(u'|');
         }
         return rows.join(u' ');
     };
-    model_.chooseMode(AnalysisMode::Frequency);
-    model_.StudyClick(u"MC"_s);
-    model_.chooseVariable(u"T"_s);
+    model_.edit().chooseMode(AnalysisMode::Frequency);
+    model_.edit().StudyClick(u"MC"_s);
+    model_.edit().chooseVariable(u"T"_s);
     EXPECT_EQ(table({0, 3}, 1), u"b|6 ä|2 |8 |8"_s);
-    model_.chooseMode(AnalysisMode::Crosstab);
-    model_.chooseVariable2(u"V"_s);
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    model_.edit().chooseVariable2(u"V"_s);
     EXPECT_EQ(table({0, 3, 4, 5, 6, 7}, 3), u"b|2|2|1|1|6 ä|1|1|||2 Summe|3|3|1|1|8"_s);
-    model_.mfgGrid.setCell(2, 3, u"X"_s);
-    model_.bUserMissing = true;
+    model_.result().mfgGrid.setCell(2, 3, u"X"_s);
+    model_.request().bUserMissing = true;
     EXPECT_EQ(table({0, 2, 3, 7}, 3), u"b|X|2|6 ä||1|2 Summe||3|8"_s);
-    model_.bCreationMode = model_.request.chkFlipXtab = true;
+    model_.request().bCreationMode = model_.request().chkFlipXtab = true;
     EXPECT_EQ(table({0, 3, 4, 5}, 3), u"1|2|1|3 2|2|1|3 3|1||1 4|1||1 Summe|6|2|8"_s);
 
-    model_.chooseMode(AnalysisMode::Comparison);
+    model_.edit().chooseMode(AnalysisMode::Comparison);
     for (int i = 0; i < 3; ++i) {
         list_.addVariable(u"MC"_s, u"T"_s);
         list_.select({i});
-        model_.typeFilterText(u"V="_s + QString::number(i + 1));
+        model_.edit().typeFilterText(u"V="_s + QString::number(i + 1));
         list_.ApplyComparisonEntryChange(false);
     }
     EXPECT_EQ(table({0, 3, 4, 5}, 1), u"b|2|2|1 ä|1|1| |3|3|1 |3|3|1 |||"_s);
@@ -297,38 +297,38 @@ TEST_F(AllModes, RoundAWeightedCountThatEndsInAHalfUp) {
         {u"1"_s, u"98"_s}, {u"2"_s, u"349"_s}, {u"Summe"_s, u"446"_s}, {u"Gültige Fälle"_s, u"446"_s}};
     for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Comparison}) {
         SCOPED_TRACE(int(mode));
-        model_.chooseMode(mode);
-        model_.StudyClick(u"HW"_s);
-        model_.chooseVariable(u"V"_s);
-        model_.chooseWeight(WeightKind::WeightRE);
+        model_.edit().chooseMode(mode);
+        model_.edit().StudyClick(u"HW"_s);
+        model_.edit().chooseVariable(u"V"_s);
+        model_.edit().chooseWeight(WeightKind::WeightRE);
         if (mode == AnalysisMode::Comparison) {
             list_.addVariable(u"HW"_s, u"V"_s);
             list_.addVariable(u"HW"_s, u"N"_s);
             list_.select({1});
-            model_.typeFilterText(u"V=1"_s);
+            model_.edit().typeFilterText(u"V=1"_s);
             list_.ApplyComparisonEntryChange(false);
         }
         ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-        const QMap<QString, QString> found = counts(model_.mfgGrid, 3);
+        const QMap<QString, QString> found = counts(model_.result().mfgGrid, 3);
         for (auto value = expected.begin(); value != expected.end(); ++value)
             EXPECT_EQ(found[value.key()], value.value()) << value.key().toStdString();
         if (mode == AnalysisMode::Frequency) {
-            model_.chooseVariable(u"N"_s);
-            model_.chooseFilterText(u"V=1"_s);
+            model_.edit().chooseVariable(u"N"_s);
+            model_.edit().chooseFilterText(u"V=1"_s);
             ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-            model_.chooseFilter(FilterKind::noFilter);
+            model_.edit().chooseFilter(FilterKind::noFilter);
         }
-        const QMap<QString, QString> sums = counts(model_.mfgGrid, mode == AnalysisMode::Frequency ? 3 : 4);
+        const QMap<QString, QString> sums = counts(model_.result().mfgGrid, mode == AnalysisMode::Frequency ? 3 : 4);
         EXPECT_EQ(sums[u"Summe"_s], u"98"_s);
         EXPECT_EQ(sums[u"Gültige Fälle"_s], u"98"_s);
     }
-    model_.chooseMode(AnalysisMode::Crosstab);
-    model_.chooseFilter(FilterKind::noFilter);
-    model_.chooseVariable(u"V"_s);
-    model_.chooseVariable2(u"K"_s);
-    model_.chooseWeight(WeightKind::WeightRE);
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    model_.edit().chooseFilter(FilterKind::noFilter);
+    model_.edit().chooseVariable(u"V"_s);
+    model_.edit().chooseVariable2(u"K"_s);
+    model_.edit().chooseWeight(WeightKind::WeightRE);
     ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-    EXPECT_EQ(model_.mfgGrid.Cell(3, 3) + u' ' + model_.mfgGrid.Cell(3, 4), u"98 349"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Cell(3, 3) + u' ' + model_.result().mfgGrid.Cell(3, 4), u"98 349"_s);
 }
 
 TEST_F(AllModes, NothingOfAComparisonsLastEntryCountsInAnotherMode) {
@@ -337,31 +337,31 @@ TEST_F(AllModes, NothingOfAComparisonsLastEntryCountsInAnotherMode) {
         u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE FROM QX1919_1;' "
         "WHERE id_StudyNo = 'QX1919'"_s);
     open();
-    model_.chooseMode(AnalysisMode::Comparison);
-    model_.StudyClick(u"QX1919"_s);
-    model_.chooseVariable(u"V5"_s);
-    ASSERT_TRUE(model_.choosePart(u"1"_s));
+    model_.edit().chooseMode(AnalysisMode::Comparison);
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
-    ASSERT_TRUE(model_.StudyClick(u"QX2020"_s));
-    model_.chooseVariable(u"V5"_s);
+    ASSERT_TRUE(model_.edit().StudyClick(u"QX2020"_s));
+    model_.edit().chooseVariable(u"V5"_s);
     ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
-    EXPECT_EQ(model_.request.optFilter, FilterKind::FilterParts) << "the run leaves the entry's filter";
-    model_.chooseMode(AnalysisMode::Frequency);
-    EXPECT_EQ(model_.request.optFilter, FilterKind::noFilter) << "this study has no such part";
+    EXPECT_EQ(model_.request().optFilter, FilterKind::FilterParts) << "the run leaves the entry's filter";
+    model_.edit().chooseMode(AnalysisMode::Frequency);
+    EXPECT_EQ(model_.request().optFilter, FilterKind::noFilter) << "this study has no such part";
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(model_.lblLabel.count(u"Fälle aus"_s), 0);
+    EXPECT_EQ(model_.result().lblLabel.count(u"Fälle aus"_s), 0);
 }
 
 TEST_F(AllModes, AnEntryFollowsOnlyAWindowThatShowsItsStudy) {
     open();
-    model_.chooseMode(AnalysisMode::Comparison);
+    model_.edit().chooseMode(AnalysisMode::Comparison);
     list_.addVariable(u"QX1919"_s, u"V5"_s);
     list_.select({0});
-    model_.chooseFilter(FilterKind::FilterUser);
-    model_.typeFilterText(u"V7=1"_s);
+    model_.edit().chooseFilter(FilterKind::FilterUser);
+    model_.edit().typeFilterText(u"V7=1"_s);
     EXPECT_TRUE(asker_.boxes.empty()) << "an empty filter is none, and one that is being typed does not count yet";
-    model_.StudyClick(u"QX2020"_s);
-    model_.chooseFilterText(u"V7=1"_s);
+    model_.edit().StudyClick(u"QX2020"_s);
+    model_.edit().chooseFilterText(u"V7=1"_s);
     EXPECT_TRUE(asker_.boxes.empty()) << "this is the filter of another study";
 }
 
@@ -369,12 +369,12 @@ TEST_F(AllModes, ASelectionOfVariablesBecomesTheRequest) {
     open();
     const std::vector<SelectedVariable> three{{u"QX1919"_s, u"V5"_s}, {u"QX1919"_s, u"V7"_s}, {u"QX1919"_s, u"V6"_s}};
     preselectVariables(model_, three);
-    EXPECT_EQ(model_.request.mode, AnalysisMode::Crosstab);
-    EXPECT_EQ(model_.request.dbcVariable2.value, u"V7");
+    EXPECT_EQ(model_.request().mode, AnalysisMode::Crosstab);
+    EXPECT_EQ(model_.request().dbcVariable2.value, u"V7");
     model_.open();
     preselectVariables(model_, {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}});
-    EXPECT_EQ(model_.request.mode, AnalysisMode::Frequency) << "the second is of another study";
-    EXPECT_EQ(model_.request.dbcVariable.value, u"V5");
+    EXPECT_EQ(model_.request().mode, AnalysisMode::Frequency) << "the second is of another study";
+    EXPECT_EQ(model_.request().dbcVariable.value, u"V5");
     for (const int weight : {0, 1, 2}) {
         model_.open();
         gOptions.ComparisonWeight = weight;
@@ -391,20 +391,20 @@ TEST_F(AllModes, MarksOfAComparisonBelongToItsEntriesAndOutliveOptionsThatKeepIt
     ask(AnalysisMode::Comparison);
     model_.changeTab(1);
     int one = 1;
-    while (model_.mfgGrid.Cell(0, one) != u"1")
+    while (model_.result().mfgGrid.Cell(0, one) != u"1")
         ++one;
     EXPECT_EQ(model_.mfgGrid_Click({one, one, 2, 2}), ClickEffect::Marked);
-    const QString valid = model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 2);
+    const QString valid = model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 2);
     gOptions.HeaderYear = !gOptions.HeaderYear;
     model_.computeAnew();
-    EXPECT_EQ(model_.mfgGrid.Cell(2, one), u"X");
-    EXPECT_NE(model_.mfgGrid.Cell(3, model_.mfgGrid.Rows() - 2), valid);
-    EXPECT_TRUE(standsOn(*model_.tableFacts())[0].contains(u"von Hand gesetzt: "_s));
+    EXPECT_EQ(model_.result().mfgGrid.Cell(2, one), u"X");
+    EXPECT_NE(model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 2), valid);
+    EXPECT_TRUE(standsOn(*model_.result().facts)[0].contains(u"von Hand gesetzt: "_s));
     // Another entry: the marks are none of its.
     list_.addVariable(u"QX1919"_s, u"V7"_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
     model_.cmdCalculate();
-    EXPECT_NE(model_.mfgGrid.Cell(2, one), u"X");
-    EXPECT_EQ(model_.mfgGrid.Cols(), 6);
+    EXPECT_NE(model_.result().mfgGrid.Cell(2, one), u"X");
+    EXPECT_EQ(model_.result().mfgGrid.Cols(), 6);
     EXPECT_EQ(model_.tableState(), TableState::Current);
 }

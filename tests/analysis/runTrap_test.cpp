@@ -1,4 +1,4 @@
-#include "analysis/runTrap.h"
+#include "analysis/run/runTrap.h"
 
 #include "config/Options.h"
 #include "support/ScriptedAsker.h"

@@ -1,6 +1,6 @@
-#include "analysis/statements.h"
+#include "analysis/run/statements.h"
 
-#include "analysis/userFilter.h"
+#include "analysis/run/userFilter.h"
 
 #include <array>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "analysis/tableClick.h"
+#include "analysis/result/tableClick.h"
 #include "tables/tableText.h"
 
 #include <gtest/gtest.h>

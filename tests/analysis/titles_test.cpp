@@ -1,4 +1,4 @@
-#include "analysis/titles.h"
+#include "analysis/result/titles.h"
 
 #include "app/globals.h"
 #include "config/Options.h"

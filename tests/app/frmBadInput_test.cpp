@@ -191,7 +191,7 @@ TEST_F(BadInput, EachGestureOnACatalogueThatWentBadShowsAtMostOneBoxAndTheProgra
             gesture("the language", [&] { press(u"mnLngE"_s); });
             gesture("the other language", [&] { press(u"mnLngG"_s); });
             gesture("a study of an analysis", [&] { request->findChild<ChoicePicker*>(u"dbcStudy_1"_s)->onChosen(1); });
-            if (!request->model().variables().empty())
+            if (!request->model().edit().variables().empty())
                 gesture("a variable of it",
                         [&] { request->findChild<ChoicePicker*>(u"dbcVariable_1"_s)->onChosen(0); });
             gesture("a view", [&] { press(u"EXPL2"_s); });
@@ -224,11 +224,11 @@ TEST_F(BadInput, AFolderOfCasesThatIsTakenAwayBetweenTwoRunsIsToldAndTheNextRunF
     gOptions.DataPath = folder;
     open();
     frmAuswertung* window = frmAuswertung::openFrom(nullptr);
-    window->model().StudyClick(u"SV2014"_s);
+    window->model().edit().StudyClick(u"SV2014"_s);
     auto* tabs = window->findChild<QTabWidget*>(u"SSTab"_s);
     for (const bool there : {true, false, true}) {
         tabs->setCurrentIndex(0);
-        window->model().chooseVariable(there ? u"GESCHL"_s : u"FAMST"_s);
+        window->model().edit().chooseVariable(there ? u"GESCHL"_s : u"FAMST"_s);
         ASSERT_TRUE(there || QDir().rename(folder, away));
         boxes.boxes.clear();
         tabs->setCurrentIndex(1);
@@ -236,7 +236,7 @@ TEST_F(BadInput, AFolderOfCasesThatIsTakenAwayBetweenTwoRunsIsToldAndTheNextRunF
         EXPECT_EQ(boxes.texts(),
                   there ? QStringList() : QStringList{u"'"_s + folder + u"/SV2014.mdb' nicht gefunden."_s});
         EXPECT_EQ(tabs->currentIndex(), there ? 1 : 0);
-        EXPECT_TRUE(!there || window->model().mfgGrid.Rows() > 2);
+        EXPECT_TRUE(!there || window->model().result().mfgGrid.Rows() > 2);
         EXPECT_TRUE(there || QDir().rename(away, folder));
     }
 }

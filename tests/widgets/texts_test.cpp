@@ -388,21 +388,21 @@ TEST_F(WindowTexts, NothingIsCutOrScrolledSidewaysInsideTheMainWindowWithALargeF
             expectNothingCut(*explorer, where);
             expectRoomForAll(*explorer, where);
             auto* analysis = frmAuswertung::openFrom(explorer);
-            analysis->model().StudyClick(u"SV2018"_s);
-            analysis->model().chooseVariable(u"LZUFR"_s);
+            analysis->model().edit().StudyClick(u"SV2018"_s);
+            analysis->model().edit().chooseVariable(u"LZUFR"_s);
             for (const AnalysisMode mode : {AnalysisMode::Frequency, AnalysisMode::Crosstab, AnalysisMode::Descriptives,
                                             AnalysisMode::Comparison}) {
-                analysis->model().chooseMode(mode);
+                analysis->model().edit().chooseMode(mode);
                 analysis->optionsApplied();
                 settle();
                 const QString inMode = where + u" mode "_s + QString::number(static_cast<int>(mode));
                 expectNothingCut(*analysis, inMode);
                 expectRoomForAll(*analysis, inMode);
             }
-            analysis->model().chooseMode(AnalysisMode::Frequency);
+            analysis->model().edit().chooseMode(AnalysisMode::Frequency);
             analysis->findChild<QTabWidget*>(u"SSTab"_s)->setCurrentIndex(1);
             settle();
-            EXPECT_TRUE(analysis->model().tableFacts());
+            EXPECT_TRUE(analysis->model().result().facts);
             expectNothingCut(*analysis, where + u" table"_s);
             expectRoomForAll(*analysis, where + u" table"_s);
             closeAll();

@@ -1,0 +1,182 @@
+#include "analysis/result/TableFacts.h"
+
+#include "analysis/request/DescriptivesChoice.h"
+#include "app/globals.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using OptionList = std::initializer_list<bool Options::*>;
+
+bool equalIn(const Options& a, const Options& b, OptionList options) {
+    return std::ranges::all_of(options, [&](bool Options::*o) { return a.*o == b.*o; });
+}
+
+QString filterAsked(const AnalysisRequest& r) {
+    switch (r.optFilter) {
+    case FilterKind::noFilter:
+        return {};
+    case FilterKind::FilterParts:
+        return u"part "_s + r.dbcParts.value + u' ' + r.dtCriteria;
+    case FilterKind::FilterUser:
+        return r.txtFilter.isEmpty() ? QString() : u"user "_s + r.txtFilter;
+    }
+    return {};
+}
+
+QString spaced(const QString& name, const QString& value) {
+    return name + u' ' + value;
+}
+
+QString filterPhrase(const TableFacts::Round& round) {
+    if (!round.part.isEmpty())
+        return spaced(TranslateText(u"Filter:"_s), round.part);
+    return spaced(TranslateText(u"Filter:"_s),
+                  round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
+}
+
+QString weightPhrase(const TableFacts::Round& round) {
+    return spaced(TranslateText(u"Gewicht:"_s), round.weight.isEmpty() ? TranslateText(u"keines"_s) : round.weight);
+}
+
+QStringList casesPhrase(const StatedCases& cases) {
+    const auto stated = [](const std::optional<QString>& n) { return n && !n->trimmed().isEmpty(); };
+    const QString valid = stated(cases.valid) ? TranslateText(u"gültig"_s) + u' ' + *cases.valid : QString();
+    if (stated(cases.all))
+        return {u"N = "_s + *cases.all + (valid.isEmpty() ? QString() : u" ("_s + valid + u')')};
+    return valid.isEmpty() ? QStringList() : QStringList{u"N "_s + valid};
+}
+
+QString definition(const QString& text) {
+    return text.isEmpty() ? TranslateText(u"ohne Definition"_s) : text;
+}
+
+QString byHand(const QStringList& values) {
+    return spaced(TranslateText(u"von Hand gesetzt:"_s), values.join(u"; "_s));
+}
+
+QString missingPhrase(const TableFacts& facts, const Marks& marks) {
+    const AnalysisRequest& r = facts.request;
+    const bool hand = marks.by == Marks::By::Hand;
+    switch (r.mode) {
+    case AnalysisMode::Frequency:
+        return hand ? byHand(marks.rows.missing()) : definition(r.dtMissing);
+    case AnalysisMode::Crosstab: {
+        const Marks upright = r.flipInForce() ? marks.exchanged() : marks;
+        return r.dbcVariable.value + u": "_s + (hand ? byHand(upright.rows.missing()) : definition(r.dtMissing)) +
+               u", "_s + r.dbcVariable2.value + u": "_s +
+               (hand ? byHand(upright.columns.missing()) : definition(r.dtMissing2));
+    }
+    case AnalysisMode::Descriptives:
+        return facts.origin.options.IncludeMissingDesc ? TranslateText(u"alle Werte zählen"_s) : definition(r.sMissing);
+    case AnalysisMode::Comparison:
+        break;
+    }
+    return hand ? byHand(marks.rows.missing()) : QString();
+}
+
+/// One line for each entry of a comparison.
+QStringList entriesStandOn(const TableFacts& facts, const Marks& marks) {
+    QStringList lines;
+    const bool hand = marks.by == Marks::By::Hand;
+    if (hand)
+        lines << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts, marks));
+    for (const TableFacts::Round& round : facts.rounds) {
+        QStringList phrases{round.study + u", "_s + round.variable, filterPhrase(round), weightPhrase(round)};
+        phrases << casesPhrase(round.cases);
+        if (!hand)
+            phrases << spaced(TranslateText(u"Missing-Definition:"_s), definition(round.dtMissing));
+        lines << phrases.join(u" · "_s);
+    }
+    return lines;
+}
+
+} // namespace
+
+QString statisticsKey(const AnalysisRequest& request, const Options& options) {
+    if (request.mode != AnalysisMode::Descriptives)
+        return {};
+    const DescriptivesChoice choice = DescriptivesChoice::of(request, options);
+    return choice.dtDesc() + u' ' + choice.dtDescDigits() + (options.IncludeMissingDesc ? u" all"_s : QString()) +
+           (options.CommaInPercent ? QString() : u" other separator"_s);
+}
+
+bool sameEntries(const QList<ComparisonEntry>& a, const QList<ComparisonEntry>& b) {
+    return std::ranges::equal(a, b, [](const ComparisonEntry& x, const ComparisonEntry& y) {
+        return std::ranges::equal(x.column, y.column);
+    });
+}
+
+bool asksTheSame(const AnalysisRequest& a, const AnalysisRequest& b, const Options& options) {
+    if (a.mode != b.mode)
+        return false;
+    if (a.mode == AnalysisMode::Comparison)
+        return a.txtTitle == b.txtTitle && sameEntries(a.lst_TrendVars, b.lst_TrendVars);
+    const bool two = a.groupsByTwo();
+    if (two != b.groupsByTwo() || (two && a.dbcVariable2.value != b.dbcVariable2.value))
+        return false;
+    if (a.mode == AnalysisMode::Crosstab && (a.dtMissing2 != b.dtMissing2 || a.flipInForce() != b.flipInForce()))
+        return false;
+    if (a.mode == AnalysisMode::Descriptives && !options.IncludeMissingDesc && a.sMissing != b.sMissing)
+        return false;
+    return a.dbcStudy.value == b.dbcStudy.value && a.dbcVariable.value == b.dbcVariable.value &&
+           a.weightVariable() == b.weightVariable() && a.dtMissing == b.dtMissing && filterAsked(a) == filterAsked(b);
+}
+
+bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b) {
+    if (a.DataPath != b.DataPath || a.CommaInPercent != b.CommaInPercent)
+        return false;
+    switch (mode) {
+    case AnalysisMode::Frequency:
+        return equalIn(a, b,
+                       {&Options::CumulatedPercent, &Options::SeparateValidCases, &Options::AutoColWidth,
+                        &Options::IncludeMissing});
+    case AnalysisMode::Crosstab:
+        return equalIn(a, b,
+                       {&Options::IncludeMissingXTab, &Options::IncludeMissingInPercentXTab, &Options::IncludeNinXTab,
+                        &Options::IncludeNinXTabPercent, &Options::IncludeNinXTabPercentNFirst,
+                        &Options::NoColumnLabels, &Options::NoRowLabels, &Options::ShowValidSums,
+                        &Options::ShowPercentSign, &Options::AutoColWidth});
+    case AnalysisMode::Descriptives:
+        return true;
+    case AnalysisMode::Comparison:
+        return equalIn(a, b,
+                       {&Options::HeaderStudy, &Options::HeaderVar, &Options::HeaderYear, &Options::HeaderGroup,
+                        &Options::HeaderValFirst, &Options::HeaderValAddVar, &Options::HeaderAddWeight,
+                        &Options::HeaderAddFilter, &Options::AutoColWidth, &Options::AutomaticVariableColumnWidth});
+    }
+    return true;
+}
+
+QStringList standsOn(const TableFacts& facts, const Marks& marks) {
+    const AnalysisRequest& r = facts.request;
+    if (r.mode == AnalysisMode::Comparison)
+        return entriesStandOn(facts, marks);
+    QStringList phrases{spaced(TranslateText(u"Studie:"_s), r.dbcStudy.value + u", "_s + r.dbcStudy.text)};
+    for (const TableFacts::Round& round : facts.rounds)
+        phrases << filterPhrase(round) << weightPhrase(round) << casesPhrase(round.cases);
+    phrases << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts, marks));
+    return {phrases.join(u" · "_s)};
+}
+
+QString stateText(TableState state) {
+    switch (state) {
+    case TableState::None:
+    case TableState::Current:
+        return {};
+    case TableState::CutShort:
+        return TranslateText(u"Die Tabelle ist unvollständig."_s);
+    case TableState::Stopped:
+        return TranslateText(u"Die Berechnung wurde abgebrochen. Die Tabelle zeigt eine frühere Anfrage."_s);
+    case TableState::OtherRequest:
+        return TranslateText(u"Die Anfrage wurde seit der Berechnung geändert."_s);
+    case TableState::OtherOptions:
+        return TranslateText(u"Die Optionen wurden seit der Berechnung geändert."_s);
+    case TableState::OtherMarks:
+        return TranslateText(u"Die Missing-Werte wurden seit der Berechnung geändert."_s);
+    }
+    return {};
+}

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "analysis/request/AnalysisRequest.h"
+#include "tables/ResultTable.h"
+#include "tables/TableOrigin.h"
+
+#include <vector>
+
+/// What the table that is shown was made from, as it stood when it was made.
+struct TableFacts {
+    /// The cases of one round; a comparison has one for each entry.
+    struct Round {
+        QString study, variable, weight;
+        QString filterSql; ///< the user's filter as the engine was given it
+        QString part;      ///< name and condition of a part of the data set; empty for none
+        QString dtMissing; ///< definition of the (first) variable
+        StatedCases cases;
+    };
+
+    AnalysisRequest request;
+    TableOrigin origin;
+    std::vector<Round> rounds;
+    QString statistics;    ///< statisticsKey() of the run
+    bool complete = false; ///< false: cut short
+};
+
+/// How a table stands to what the window asks for now.
+enum class TableState {
+    None,     ///< there is no table
+    Current,  ///< it shows what is asked for
+    CutShort, ///< it was stopped or holds too many values
+    Stopped,  ///< the last run was stopped: what is shown is older
+    OtherRequest,
+    OtherOptions,
+    OtherMarks
+};
+
+/// Statistics, digits and what else bears on a table of them beside the cases; empty in other modes.
+QString statisticsKey(const AnalysisRequest& request, const Options& options);
+/// True if two lists of entries give the same comparison.
+bool sameEntries(const QList<ComparisonEntry>& a, const QList<ComparisonEntry>& b);
+/// True if two requests ask for the same table, statistics aside. @param options that they are asked under
+bool asksTheSame(const AnalysisRequest& a, const AnalysisRequest& b, const Options& options);
+/// True if two sets of options give a request of a mode the same table, statistics aside.
+bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b);
+/// What the numbers stand on: study, filter, weight, N, missing values, a short phrase each, in the language in force.
+/// A comparison has a line for each entry. @param marks of the table
+QStringList standsOn(const TableFacts& facts, const Marks& marks);
+/// A sentence for a table that does not show what is asked for; empty for one that does.
+QString stateText(TableState state);

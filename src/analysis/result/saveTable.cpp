@@ -1,0 +1,33 @@
+#include "analysis/result/saveTable.h"
+
+#include "app/globals.h"
+#include "platform/system/Paths.h"
+#include "tables/tableText.h"
+
+#include <QSaveFile>
+
+using namespace Qt::StringLiterals;
+
+QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes) {
+    const bool page = path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
+    // Spreadsheets read a csv file as UTF-8 only when it begins with the mark.
+    const QByteArray content =
+        page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csvText(tableRows(table)).toUtf8();
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return file.errorString();
+    return {};
+}
+
+QString tableFileName(const AnalysisRequest& request) {
+    QStringList words;
+    if (request.mode == AnalysisMode::Comparison)
+        words << request.txtTitle;
+    else
+        words << request.dbcStudy.value << request.dbcVariable.value;
+    if (request.mode == AnalysisMode::Crosstab || (request.mode == AnalysisMode::Descriptives && request.chkDescGroup))
+        words << request.dbcVariable2.value;
+    words.removeAll(QString());
+    const QString name = Paths::asFileName(words.join(u'-'));
+    return name.isEmpty() ? TranslateText(u"Vergleich"_s) : name;
+}

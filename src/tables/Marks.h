@@ -1,0 +1,75 @@
+#pragma once
+
+#include "platform/dao/Value.h"
+
+#include <QHash>
+#include <QStringList>
+#include <optional>
+#include <vector>
+
+class ResultTable;
+
+/// The column that tells the missing values of the rows, by "X", and the row of a crosstab that tells those of its
+/// columns.
+constexpr int markColumn = 2;
+constexpr int markRow = 2;
+
+/// True for the text of a mark.
+inline bool isMark(const QString& text) {
+    return text == QLatin1Char('X');
+}
+
+/// True for a row or column of data that a table marks as missing.
+bool isMarkedRow(const ResultTable& table, int row);
+bool isMarkedColumn(const ResultTable& table, int column);
+
+/// Which values of one variable count as missing.
+class AxisMarks {
+public:
+    struct Value {
+        QString value, label; ///< as the table shows them; the value of system-missing is empty
+        bool null = false;    ///< system-missing; an empty text is a value of its own
+        QString mark;         ///< "X" for missing; " " where a hand took the mark away
+        /// Cumulated percent of a frequency table, which stays on a row once it is marked.
+        std::optional<double> cumulated{};
+
+        bool missing() const { return isMark(mark); }
+    };
+
+    /// Equal for values that the engine takes for one and for those that look alike in a table.
+    static QString lookOf(const dao::Value& value);
+
+    void add(Value value);
+    const std::vector<Value>& values() const { return values_; }
+    /// What is known of a value, however it is spelled; null where it is not among these. Values that look alike
+    /// follow each other. @param nth of those that look alike, from 0
+    const Value* find(const dao::Value& value, size_t nth = 0) const;
+    /// How many values look like this one.
+    size_t count(const dao::Value& value) const;
+    /// The values that are missing, those without a text by their label.
+    QStringList missing() const;
+
+    bool operator==(const AxisMarks& other) const;
+
+private:
+    std::vector<Value> values_;
+    QHash<QString, QList<int>> places_; ///< by folded text
+};
+
+/// The missing values of a table, and who says that they are: a definition or a hand. They belong to values, not to
+/// places: a table in another language, another shape or under other options takes them over.
+struct Marks {
+    enum class By { Definition, Hand };
+
+    By by = By::Definition;
+    /// What the table is of: marks are none for another one.
+    QString subject;
+    AxisMarks rows, columns; ///< columns of a crosstab only
+
+    /// The marks that a table shows, found through its shape.
+    static Marks of(const ResultTable& table);
+    /// The same with rows and columns exchanged.
+    Marks exchanged() const;
+    /// True if the same values are missing.
+    bool sameValues(const Marks& other) const { return rows == other.rows && columns == other.columns; }
+};
