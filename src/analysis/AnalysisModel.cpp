@@ -30,6 +30,15 @@ bool AnalysisModel::running() {
     return runningModel != nullptr;
 }
 
+AnalysisModel::AnalysisModel() {
+    setHooks({});
+    // Statistics that were chosen in their dialog are computed even if they are those that are shown.
+    editor_.listen([this](RequestPart part) {
+        if (part == RequestPart::Statistics)
+            result_.computation.ResultCacheKey.clear();
+    });
+}
+
 void AnalysisModel::open() {
     editor_.open();
     result_.clear();
@@ -88,14 +97,20 @@ RunOutcome AnalysisModel::changeTab(int tab) {
     if (tab == 0)
         return RunOutcome::NotRun;
     // The words of a table change with the language, the marks of its values don't.
-    const bool carries = isInOtherLanguage() && result_.marksInForce().by == Marks::By::Hand;
-    if (carries)
+    if (isInOtherLanguage() && result_.marksInForce().by == Marks::By::Hand)
         carryMarks();
-    run(carries);
+    run();
     return result_.run.outcome;
 }
 
-void AnalysisModel::run(bool computeAnew) {
+/// Computes whatever is shown.
+void AnalysisModel::runAnew() {
+    result_.computation.ResultCacheKey.clear();
+    tab_ = 1;
+    run();
+}
+
+void AnalysisModel::run() {
     bCancelRun_ = false;
     {
         const RunningScope scope(this);
@@ -104,7 +119,7 @@ void AnalysisModel::run(bool computeAnew) {
         RunOutcome outcome = RunOutcome::Refused;
         trapped([&] {
             outcome = RunOutcome::Refused;
-            result_ = runRequest(editor_, gOptions, hooks_, std::move(result_), computeAnew);
+            result_ = runRequest(editor_, gOptions, hooks_, std::move(result_));
             outcome = result_.run.outcome;
         });
         result_.run.outcome = outcome;
@@ -131,16 +146,14 @@ void AnalysisModel::cmdCalculate() {
             r.sMissing = r.dtMissing;
         r.bUserMissing = !restored;
     });
-    tab_ = 1;
-    run(true);
+    runAnew();
 }
 
 void AnalysisModel::computeAnew() {
     if (running())
         return;
     carryMarks();
-    tab_ = 1;
-    run(true);
+    runAnew();
 }
 
 /// The next run takes over the marks that the user has set, where they still apply. A run that was cut short has left
@@ -155,6 +168,7 @@ void AnalysisModel::carryMarks() {
     shown.bCreationMode = request().bCreationMode;
     const bool kept = result_.marks.by == Marks::By::Hand && asksTheSame(shown, request(), gOptions);
     editor_.change(RequestPart::Missing, [kept](AnalysisRequest& r) { r.bUserMissing = kept; });
+    result_.computation.ResultCacheKey.clear();
 }
 
 bool AnalysisModel::isInOtherLanguage() const {

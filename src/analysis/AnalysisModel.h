@@ -26,7 +26,7 @@ struct AnalysisView {
 /// The model of the analysis window: its request, the last result, the tab in front, and the run that goes on.
 class AnalysisModel {
 public:
-    AnalysisModel() { setHooks({}); }
+    AnalysisModel();
     AnalysisModel(const AnalysisModel&) = delete;
     AnalysisModel& operator=(const AnalysisModel&) = delete;
 
@@ -90,7 +90,8 @@ private:
     int tab_ = 0;
     bool bCancelRun_ = false;
 
-    void run(bool computeAnew);
+    void run();
+    void runAnew();
     void carryMarks();
     bool isInOtherLanguage() const;
 };

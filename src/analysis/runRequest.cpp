@@ -52,8 +52,7 @@ ResultPlace currentPlace(const Options& options) {
     return {database ? database->Name() : QString(), options.DataPath, gLanguage};
 }
 
-TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before,
-                       bool computeAnew) {
+TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before) {
     ui::asker().setPointer(ui::Pointer::Wait);
     TableResult result = std::move(before);
     for (int round = 1; round <= mostRounds; ++round) {
@@ -67,12 +66,12 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
                             .catalogue = gDatabase.CurrentDatabase(),
                             .studies = studyQuerySource(),
                             .stamp = editor.stamp(),
-                            .computeAnew = computeAnew || round > 1,
                             .hooks = hooks},
                            std::move(result));
         editor.replace(result.request);
         if (!result.changedMeanwhile)
             break;
+        result.computation.ResultCacheKey.clear();
         if (round == mostRounds)
             result = refused(
                 std::move(result), editor.request(),

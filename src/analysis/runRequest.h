@@ -6,9 +6,8 @@
 /// Runs the request of an editor on the open catalogue: its fields are read anew, it is checked, its mode's table is
 /// made. A check that fails shows its message and makes no table. Where catalogue or case files were written while
 /// they were read, fields are read and tables made again. Afterwards the editor has the request as the run left it.
-/// @param before what is shown; see CreateSQL() @param computeAnew also where the tables before show just this
-TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before,
-                       bool computeAnew = false);
+/// @param before what is shown; see CreateSQL()
+TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before);
 
 /// Where numbers and words of a table come from now.
 ResultPlace currentPlace(const Options& options);

@@ -121,8 +121,7 @@ int CompareCommand::run(Session& session) {
     if (load_.empty() ? !addEntries(session, editor, list, typed) : !list.load(QString::fromStdString(load_)))
         return 1;
     if (!title_.empty())
-        editor.change(RequestPart::Entries,
-                      [this](AnalysisRequest& r) { r.txtTitle = QString::fromStdString(title_); });
+        list.setTitle(QString::fromStdString(title_));
     QStringList studies;
     for (const ComparisonEntry& e : editor.request().lst_TrendVars)
         studies << e.at(ComparisonEntry::Study);

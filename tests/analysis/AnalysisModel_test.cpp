@@ -27,10 +27,17 @@ protected:
     void open(const QString& study = u"QX1919"_s, const QString& variable = u"V5"_s) {
         ASSERT_EQ(catalogue_.open(), 1);
         gOptions.CumulatedPercent = gOptions.SeparateValidCases = false;
-        model_.clock = {[this] { return now_; }, [this] { now_ += 5000; }};
+        setHook([this](RunHooks& hooks) { hooks.clock = {[this] { return now_; }, [this] { now_ += 5000; }}; });
         model_.open();
         ASSERT_TRUE(model_.edit().StudyClick(study));
         ASSERT_TRUE(model_.edit().chooseVariable(variable));
+    }
+
+    template<class Step>
+    void setHook(Step&& step) {
+        RunHooks hooks = model_.hooks();
+        step(hooks);
+        model_.setHooks(hooks);
     }
 
     /// Value, mark and count of each row behind the header.
@@ -91,7 +98,6 @@ TEST_F(Analysis, KeepsTheUsersFilterTextBesideTheParts) {
     EXPECT_TRUE(model_.view().txtFilterEnabled);
     EXPECT_TRUE(model_.edit().choosePart(u"1"_s));
     EXPECT_EQ(model_.request().txtFilter, u"SE = 1"_s);
-    EXPECT_EQ(model_.request().dtTableParts + u'.' + model_.request().dtFieldParts, u"QX1919_1.SE"_s);
     EXPECT_FALSE(model_.edit().choosePart(u"7"_s) || model_.edit().choosePart(u"x"_s));
     EXPECT_FALSE(model_.edit().dbcParts_KeyDown(65));
     EXPECT_TRUE(model_.edit().dbcParts_KeyDown(46));
@@ -110,7 +116,7 @@ TEST_F(Analysis, CountsTheCasesOfAVariable) {
                           "QX1919_1.dt_CaseID) GROUP BY QX1919_1.V5 ORDER BY QX1919_1.V5;"_s));
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(model_.result().mfgGrid.Cell(1, 2), u"zufrieden"_s);
-    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Frequency"_s);
+    EXPECT_EQ(model_.result().mfgGrid.Tag, TableKind::Frequency);
     EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
     EXPECT_TRUE(gOptions.DataOnCD);
     EXPECT_TRUE(asker_.boxes.empty());
@@ -178,7 +184,7 @@ TEST_F(Analysis, TakesTheMissingValuesThatTheUserSets) {
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9:1 :6 :5"_s);
     model_.edit().overrideMissing(std::nullopt);
     model_.changeTab(1);
-    model_.result().mfgGrid.setCell(2, 2, u"X"_s);
+    EXPECT_EQ(model_.mfgGrid_Click({2, 2, 2, 2}), ClickEffect::Marked);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
     model_.cmdCalculate();
     EXPECT_EQ(cells(), u"X:1 1X:2 2:2 9X:1 :6 :2"_s);
@@ -258,9 +264,8 @@ TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     EXPECT_TRUE(model_.edit().chooseVariable(u"V7"_s));
     RunOutcome nested = RunOutcome::Computed;
     asker_.onEventTurn = [&] { nested = model_.changeTab(1); };
-    model_.result().mfgGrid.Tag = u"Trend"_s; // as if the table were another mode's
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
-    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Trend"_s) << "tag and title are those of the cells";
+    EXPECT_EQ(model_.tableState(), TableState::Stopped) << "what is shown is older";
     EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit (N=4)"_s);
     EXPECT_EQ(cells(), u"X:1 1:2 2:2 9X:1 :6 :4"_s);
     EXPECT_EQ(nested, RunOutcome::NotRun) << "no run starts inside a run";
@@ -270,7 +275,6 @@ TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     asker_.onEventTurn = nullptr;
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"1:3 2:3 :6 :6"_s);
-    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Frequency"_s);
     model_.open();
     EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1) + model_.result().lblLabel +
                   model_.result().computation.ResultCacheKey,
@@ -309,22 +313,9 @@ TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 }
 
-TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
+TEST_F(Analysis, ChecksAndPreparesEveryMode) {
     open();
-    for (const AnalysisMode mode : {AnalysisMode::Crosstab, AnalysisMode::Descriptives})
-        model_.builders[static_cast<size_t>(mode)] = nullptr;
-    EXPECT_FALSE(model_.edit().chooseMode(AnalysisMode::Crosstab)) << "no choice without a builder";
-    model_.request().mode = AnalysisMode::Descriptives;
-    model_.changeTab(1);
-    expectEnded(u"Diese Auswertung ist in dieser Version noch nicht enthalten."_s);
-
-    QStringList built;
-    for (AnalysisModel::Builder& builder : model_.builders)
-        builder = [&built](AnalysisModel& m) {
-            built << m.mfgGrid.Tag + u':' + QString::number(m.counts->RecordCount());
-            return BuildOutcome::Complete;
-        };
-    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Crosstab));
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
     EXPECT_TRUE(model_.view().secondVariable);
     model_.changeTab(1);
     expectEnded(u"Bitte eine zweite Variable auswählen"_s);
@@ -333,30 +324,34 @@ TEST_F(Analysis, PreparesEveryModeForItsBuilder) {
     expectEnded(u"Doppelte Variablen"_s);
     model_.edit().chooseVariable2(u"V6"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(model_.result().lblLabel, u"QX1919, V5: Zufriedenheit nach V6: Vertrauen"_s);
+    EXPECT_TRUE(model_.result().lblLabel.startsWith(u"QX1919, V5: Zufriedenheit nach V6: Vertrauen"_s));
     EXPECT_TRUE(model_.view().cbValuesShown);
+    model_.edit().chooseUserWeight();
+    model_.changeTab(1);
+    expectEnded(u"Gewichtungsvariable auswählen"_s);
+    model_.edit().chooseWeight(WeightKind::noWeight);
 
-    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Descriptives));
-    bool asked = false;
-    model_.askMissing = [&asked](AnalysisModel&) { asked = true; };
+    model_.edit().chooseMode(AnalysisMode::Descriptives);
+    QStringList asked;
+    setHook([&](RunHooks& hooks) {
+        hooks.askMissing = [&](const QString& sMissing) {
+            asked << sMissing;
+            return std::optional<MissingAnswer>();
+        };
+    });
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_TRUE(asked);
+    EXPECT_EQ(asked, QStringList(u"9"_s));
     const QString cases =
         u"SELECT q.*, QX1919_1.V5 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s;
     for (const QString& name : {u"stat"_s, u"stat2"_s})
         EXPECT_EQ(gDatabase.CurrentDatabase()->QueryDefs().Item(name)->SQL(), cases);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
-    EXPECT_EQ(built, (QStringList{u"Crosstab:6"_s, u"Descriptives:6"_s}));
+    EXPECT_FALSE(model_.view().cbValuesShown);
 }
 
 TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     open();
-    QStringList columns;
-    model_.builders[static_cast<size_t>(AnalysisMode::Comparison)] = [&columns](AnalysisModel& m) {
-        columns << QString::number(m.mfgGridCol) + u' ' + m.mfgGrid.Cell(m.mfgGridCol, 0) + u' ' + m.request.dtMissing;
-        return BuildOutcome::Complete;
-    };
-    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Comparison));
+    model_.edit().chooseMode(AnalysisMode::Comparison);
     EXPECT_TRUE(model_.view().comparison);
     model_.changeTab(1);
     expectEnded(u"Bitte eine Variable auswählen"_s);
@@ -366,13 +361,20 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
             e.column[i + 1] = values[i];
         return e;
     };
-    model_.request().lst_TrendVars = {entry({u"QX1919"_s, u"V5"_s, u"QX1919_1"_s, u"V5"_s, u"9"_s, u"1919"_s,
-                                             u"Welle 1"_s, u"V3"_s, u"V9<50"_s, u"RE"_s, u"user"_s}),
-                                      entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
-    model_.request().txtTitle = u"Trend"_s;
+    const auto change = [this](const std::function<void(AnalysisRequest&)>& step) {
+        model_.edit().change(RequestPart::Entries, step);
+    };
+    change([&](AnalysisRequest& r) {
+        r.lst_TrendVars = {entry({u"QX1919"_s, u"V5"_s, u"QX1919_1"_s, u"V5"_s, u"9"_s, u"1919"_s, u"Welle 1"_s,
+                                  u"V3"_s, u"V9<50"_s, u"RE"_s, u"user"_s}),
+                           entry({u"QX2020"_s, u"V7"_s, u"QX2020_1"_s, u"V7"_s, u""_s, u"2020"_s})};
+        r.txtTitle = u"Trend"_s;
+    });
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    EXPECT_EQ(columns,
-              (QStringList{u"3 QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50) 9"_s, u"4 QX2020, V7, 2020,  "_s}));
+    const ResultTable& table = model_.result().mfgGrid;
+    EXPECT_EQ(table.Cell(3, 0), u"QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50)"_s);
+    EXPECT_EQ(table.Cell(4, 0), u"QX2020, V7, 2020, "_s);
+    EXPECT_EQ(model_.result().facts->rounds[0].dtMissing + u'|' + model_.result().facts->rounds[1].dtMissing, u"9|"_s);
     EXPECT_EQ(model_.facts().counts.last(), u"SELECT QX2020_1.V7 AS [Value], Count(q.ID) AS Count FROM (q "
                                             u"INNER JOIN QX2020_1 ON q.ID = QX2020_1.dt_CaseID) "
                                             "GROUP BY QX2020_1.V7 ORDER BY QX2020_1.V7;"_s)
@@ -391,16 +393,13 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
 
     // An entry that fails takes the columns before it along: half a comparison is none.
-    QList<ComparisonEntry>& entries = model_.request().lst_TrendVars;
-    entries[1].column[ComparisonEntry::Weight] = u"V99"_s;
-    columns.clear();
+    change([](AnalysisRequest& r) { r.lst_TrendVars[1].column[ComparisonEntry::Weight] = u"V99"_s; });
     model_.changeTab(1);
     expectEnded(u"V99nicht gefunden"_s);
-    EXPECT_EQ(columns.size(), 1);
-    EXPECT_EQ(model_.result().mfgGrid.Cell(3, 0) + model_.result().lblLabel +
-                  model_.result().computation.ResultCacheKey,
-              u""_s);
-    entries[0].column[ComparisonEntry::FilterInfo] = u"1 1"_s;
+    EXPECT_EQ(model_.facts().counts.size(), 1);
+    EXPECT_EQ(table.Cell(3, 0) + model_.result().lblLabel + model_.result().computation.ResultCacheKey, u""_s);
+    EXPECT_EQ(model_.tableState(), TableState::None);
+    change([](AnalysisRequest& r) { r.lst_TrendVars[0].column[ComparisonEntry::FilterInfo] = u"1 1"_s; });
     model_.changeTab(1);
     EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
     EXPECT_TRUE(model_.facts().q.isEmpty()) << "no run over all cases where the part can't be read";
@@ -439,10 +438,12 @@ TEST_F(Analysis, ShowsNoTableTwiceThatWasCutShort) {
 
 TEST_F(Analysis, LogsTheStatementThatTheTrapGaveUp) {
     open();
-    model_.onStatement = [](const QString& name, const QString&) {
-        if (name == "counts"_L1)
-            gDatabase.CurrentDatabase()->TableDefs().Delete(u"QX1919_1"_s);
-    };
+    setHook([](RunHooks& hooks) {
+        hooks.onStatement = [](const QString& name, const QString&) {
+            if (name == "counts"_L1)
+                gDatabase.CurrentDatabase()->TableDefs().Delete(u"QX1919_1"_s);
+        };
+    });
     model_.changeTab(1);
     EXPECT_EQ(now_, 15000) << "the name was tried again first";
     QFile log(home_.path(u"home/Sql.log"_s));

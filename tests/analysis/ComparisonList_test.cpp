@@ -36,7 +36,7 @@ protected:
         gOptions.CumulatedPercent = false;
         gOptions.HeaderValAddVar = gOptions.HeaderGroup = false;
         model_.open();
-        ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Comparison));
+        model_.edit().chooseMode(AnalysisMode::Comparison);
     }
 
     /// QX1919 unweighted and QX2020.
@@ -110,7 +110,7 @@ TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {
 TEST_F(Comparisons, ARunCountsEachEntryAndTellsWhatHasGone) {
     open();
     addTwo();
-    model_.request().txtTitle = u"Zufriedenheit"_s;
+    list_.setTitle(u"Zufriedenheit"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.result().lblLabel, u"Vergleichsauswertung: Zufriedenheit"_s);
     // QX2020 has one 1 and two 2; the header names study, variable and year.
@@ -124,13 +124,13 @@ TEST_F(Comparisons, ARunCountsEachEntryAndTellsWhatHasGone) {
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
 
     catalogue_.execute(u"DELETE FROM tkey_Variable WHERE fi_StudyNo = 'QX2020' AND id_VarName = 'V5'"_s);
-    model_.dtData3.Tag.clear();
-    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    model_.computeAnew();
+    EXPECT_EQ(model_.facts().outcome, RunOutcome::Computed);
     EXPECT_EQ(asker_.lastText(), u"QX2020, V5 nicht gefunden"_s);
     EXPECT_EQ(model_.result().mfgGrid.Cell(4, row), u"2"_s);
     catalogue_.execute(u"DELETE FROM tkey_Study WHERE id_StudyNo = 'QX2020'"_s);
-    model_.dtData3.Tag.clear();
-    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
+    model_.computeAnew();
+    EXPECT_EQ(model_.facts().outcome, RunOutcome::Refused);
     EXPECT_EQ(asker_.lastText(), u"QX2020 nicht gefunden"_s);
 }
 
@@ -155,7 +155,7 @@ TEST_F(Comparisons, APartWithoutANameStaysAPart) {
     model_.edit().chooseFilterText(u"V7=2"_s);
     ASSERT_TRUE(list_.cmd_AddTrend());
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
-    ASSERT_TRUE(model_.edit().chooseMode(AnalysisMode::Frequency));
+    model_.edit().chooseMode(AnalysisMode::Frequency);
     ASSERT_TRUE(model_.edit().chooseFilter(FilterKind::FilterParts));
     EXPECT_EQ(model_.request().dbcParts.value, u"1"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
@@ -172,7 +172,7 @@ TEST_F(Comparisons, AreStoredWholeLoadedBackAndDeleted) {
     ASSERT_TRUE(list_.cmd_AddTrend());
     const QStringList before = texts();
     const QList<ComparisonEntry> entries = list_.entries();
-    model_.request().txtTitle = u"O'Hara\nzweite Zeile"_s;
+    list_.setTitle(u"O'Hara\nzweite Zeile"_s);
 
     asker_.answer(Yes).input(u"Zufriedenheit"_s);
     EXPECT_TRUE(list_.cmd_SaveTrend());
@@ -240,18 +240,18 @@ TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHal
     // Without the two tables and with them; noticed when the save is committed, and in the middle of it.
     for (const bool tables : {false, true}) {
         if (tables) {
-            model_.request().txtTitle = u"erster"_s;
+            list_.setTitle(u"erster"_s);
             ASSERT_TRUE(list_.save(u"erster"_s));
         }
         const auto before = storedAtAll();
         EXPECT_EQ(before, tables ? std::pair(qint64{1}, qint64{2}) : std::pair(qint64{-1}, qint64{-1}));
         for (const int megabytes : {1, 8}) {
-            model_.request().txtTitle = QString(megabytes << 20, u'x');
+            list_.setTitle(QString(megabytes << 20, u'x'));
             const FullDisk full(QFileInfo(catalogue_.path()).size());
             failsToSave(u"Disk or network error."_s);
             EXPECT_EQ(storedAtAll(), before);
         }
-        model_.request().txtTitle = u"zweiter"_s;
+        list_.setTitle(u"zweiter"_s);
         EXPECT_EQ(list_.entries().size(), 2) << "nothing is lost in the window";
         ASSERT_EQ(mdDataBase::OpenQXDatabase(catalogue_.path()), 1);
         EXPECT_EQ(storedAtAll(), before);

@@ -25,7 +25,7 @@ protected:
         NumberFormat::setDecimalSeparator(u',');
         model_.open();
         EXPECT_TRUE(model_.edit().StudyClick(u"QX1919"_s));
-        EXPECT_TRUE(model_.edit().chooseMode(AnalysisMode::Descriptives));
+        model_.edit().chooseMode(AnalysisMode::Descriptives);
         EXPECT_TRUE(model_.edit().chooseVariable(u"V5"_s));
     }
 
@@ -42,9 +42,10 @@ protected:
     }
 
     void choose(const QString& statistics, const QString& digits = u"0;0;0;1;1;0;0;0;0;0;0;0;0;"_s) {
-        model_.request().dtDesc = statistics;
-        model_.request().dtDescDigits = digits;
-        model_.dtData3.Tag.clear();
+        model_.edit().change(RequestPart::Statistics, [&](AnalysisRequest& r) {
+            r.dtDesc = statistics;
+            r.dtDescDigits = digits;
+        });
     }
 };
 
@@ -101,7 +102,7 @@ TEST_F(DescriptivesRun, WeightsFiltersAndGroups) {
     EXPECT_TRUE(model_.edit().chooseVariable2(u"V7"_s));
     EXPECT_TRUE(model_.edit().chooseVariable(u"V6"_s));
     choose(u"272"_s);
-    model_.request().chkDescGroup = true;
+    model_.edit().change(RequestPart::Mode, [](AnalysisRequest& r) { r.chkDescGroup = true; });
     model_.changeTab(1);
     EXPECT_EQ(text(u"stat"_s), u"SELECT q.*, QX1919_2.V6 AS VAR , QX1919_1.V7 AS VAR2  FROM ((q INNER JOIN QX1919_2 ON "
                                "q.ID = QX1919_2.dt_CaseID)INNER JOIN QX1919_1 ON q.ID = QX1919_1.dt_CaseID)"_s);
@@ -118,14 +119,15 @@ TEST_F(DescriptivesRun, AsksForMissingValues) {
     choose(u"72"_s); // Maximum, ValidN
     QStringList opened;
     bool cancel = true;
-    model_.askMissing = [&](AnalysisModel& model) {
-        opened << model.request().sMissing;
-        if (!cancel) {
-            MissingChoice choice(model.request().sMissing);
-            choice.EinzelWert = u"2"_s;
-            EXPECT_EQ(choice.cmdOK(model), std::nullopt);
-        }
+    RunHooks hooks;
+    hooks.askMissing = [&](const QString& sMissing) {
+        opened << sMissing;
+        MissingChoice choice(sMissing);
+        choice.EinzelWert = u"2"_s;
+        QString fault;
+        return cancel ? std::nullopt : choice.cmdOK(fault);
     };
+    model_.setHooks(hooks);
     model_.changeTab(1);
     EXPECT_EQ(cells(), u"Maximum:2 ValidN:4"_s) << "Cancel lets the run go on";
     model_.changeTab(2);
@@ -156,7 +158,9 @@ TEST_F(DescriptivesRun, GoesOnWithoutAStatisticThatCannotBeComputed) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
     EXPECT_EQ(model_.tab(), 0);
     QStringList heard;
-    model_.onStatisticFailure = [&](const QString& place, const dao::Error&) { heard << place; };
+    RunHooks hooks;
+    hooks.onStatisticFailure = [&](const QString& place, const dao::Error&) { heard << place; };
+    model_.setHooks(hooks);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(heard, QStringList(u"StandardDeviation"_s));
     EXPECT_TRUE(model_.edit().chooseVariable(u"V8"_s));
@@ -166,25 +170,24 @@ TEST_F(DescriptivesRun, GoesOnWithoutAStatisticThatCannotBeComputed) {
 }
 
 TEST_F(DescriptivesRun, ChoiceReadsAndWritesWindowAndOptions) {
-    const DescriptivesChoice first = DescriptivesChoice::of(model_.request());
-    EXPECT_EQ(first, DescriptivesChoice::defaults());
+    const DescriptivesChoice first = DescriptivesChoice::of(model_.request(), gOptions);
+    EXPECT_EQ(first, DescriptivesChoice::defaults(gOptions));
     EXPECT_EQ(first.dtDesc(), u"126"_s);
     EXPECT_EQ(first.dtDescDigits(), u"2;2;2;2;2;2;2;2;2;2;2;2;2;0;"_s) << "the fourteenth is missing";
-    model_.request().dtDesc = u"4"_s;
-    EXPECT_EQ(DescriptivesChoice::of(model_.request()), first) << "without digits the window has chosen nothing";
+    model_.edit().change(RequestPart::Statistics, [](AnalysisRequest& r) { r.dtDesc = u"4"_s; });
+    EXPECT_EQ(DescriptivesChoice::of(model_.request(), gOptions), first)
+        << "without digits the window has chosen nothing";
 
     DescriptivesChoice choice;
     EXPECT_EQ(choice.dtDesc(), u"0"_s);
     choice.cmbDigits.fill(u"3"_s);
     choice.chkDescriptives[13] = choice.chkDescriptives[0] = true;
-    model_.result().computation.ResultCacheKey = u"valid"_s;
-    choice.applyTo(model_);
+    choice.applyTo(model_.edit());
     EXPECT_EQ(model_.request().dtDesc, u"16386"_s);
-    EXPECT_EQ(model_.result().computation.ResultCacheKey, u""_s);
-    EXPECT_EQ(DescriptivesChoice::of(model_.request()), choice);
+    EXPECT_EQ(DescriptivesChoice::of(model_.request(), gOptions), choice);
     EXPECT_EQ(gOptions.Descriptives, 126);
-    choice.applyToOptions();
-    EXPECT_EQ(DescriptivesChoice::defaults(), choice);
+    choice.applyTo(gOptions);
+    EXPECT_EQ(DescriptivesChoice::defaults(gOptions), choice);
     EXPECT_EQ(DescriptivesChoice::captions()[8], u"Varianz"_s);
 }
 
@@ -218,15 +221,16 @@ TEST_F(DescriptivesRun, MissingChoiceTakesEveryShapeUnchanged) {
             EXPECT_EQ((range ? u"range "_s : u"values "_s) + choice.EinzelWert + u'|' + choice.Rangevon + u'|' +
                           choice.Rangebis,
                       inForce(shape.boxes));
-            const std::optional<QString> refusal = choice.cmdOK(model_);
-            EXPECT_EQ(refusal.has_value(), shape.text.isEmpty());
-            if (refusal)
+            QString fault;
+            const std::optional<MissingAnswer> answer = choice.cmdOK(fault);
+            EXPECT_EQ(answer.has_value(), !shape.text.isEmpty());
+            if (!answer)
                 continue;
-            EXPECT_EQ(model_.request().sMissing, inForce(shape.result));
-            const MissingDefinition before(shape.text), after(model_.request().sMissing);
+            EXPECT_EQ(answer->sMissing, inForce(shape.result));
+            const MissingDefinition before(shape.text), after(answer->sMissing);
             for (const double x : {-1e300, -9.0, -0.5, 0.0, 1.0, 5.0, 7.5, 8.5, 9.0, 90.0, 1e300, 1.79769313486231e308})
                 EXPECT_EQ(before.contains(x), after.contains(x)) << x;
-            EXPECT_EQ(MissingChoice(model_.request().sMissing).Rangevon, choice.Rangevon) << "a second time";
+            EXPECT_EQ(MissingChoice(answer->sMissing).Rangevon, choice.Rangevon) << "a second time";
         }
     }
 }
@@ -254,23 +258,24 @@ TEST_F(DescriptivesRun, MissingChoiceSaysWhichBoxFails) {
         choice.EinzelWert = input.einzelWert;
         choice.Rangevon = input.von;
         choice.Rangebis = input.bis;
-        EXPECT_EQ(choice.cmdOK(model_).value_or(u"closed"_s), input.answer);
+        QString fault;
+        EXPECT_FALSE(choice.cmdOK(fault));
+        EXPECT_EQ(fault, input.answer);
     }
-    EXPECT_EQ(model_.request().sMissing, u"9"_s);
-    EXPECT_FALSE(model_.bNewCalc || model_.request().bUserMissing);
 
     MissingChoice choice(u"9"_s);
     choice.Rangebis = u" 4,5 "_s;
-    EXPECT_EQ(choice.cmdOK(model_), std::nullopt);
-    EXPECT_EQ(model_.request().sMissing, u"9, 4,5"_s) << "a further blank would make a third value";
-    EXPECT_TRUE(model_.request().bUserMissing && model_.bNewCalc);
-    EXPECT_EQ(model_.oldproc, -1);
+    QString fault;
+    std::optional<MissingAnswer> answer = choice.cmdOK(fault);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->sMissing, u"9, 4,5"_s) << "a further blank would make a third value";
+    EXPECT_TRUE(answer->bUserMissing);
     EXPECT_EQ(MissingChoice::last().kind, 1);
     EXPECT_EQ(MissingChoice::last().Rangebis, 4.5);
     choice.Option1 = MissingChoice::Calculation::WithoutMissing;
-    EXPECT_EQ(choice.cmdOK(model_), std::nullopt);
-    EXPECT_EQ(model_.request().sMissing, u""_s);
-    EXPECT_FALSE(model_.request().bUserMissing);
-    EXPECT_EQ(model_.oldproc, 0);
+    answer = choice.cmdOK(fault);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->sMissing, u""_s);
+    EXPECT_FALSE(answer->bUserMissing);
     EXPECT_EQ(MissingChoice::last().kind, 0);
 }

@@ -42,9 +42,10 @@ protected:
         }
         return rows.join(u' ');
     }
+    void change(const std::function<void(AnalysisRequest&)>& step) { model_.edit().change(RequestPart::Mode, step); }
     QString compute() {
-        model_.dtData3.Tag.clear();
-        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        model_.computeAnew();
+        EXPECT_EQ(model_.facts().outcome, RunOutcome::Computed);
         return shown();
     }
 };
@@ -56,7 +57,6 @@ const QString title = u"QX1919, V5: Zufriedenheit nach V7: Geschlecht"_s;
 TEST_F(CrosstabRun, ShowsItsFourViews) {
     const QString counts = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 Summe|2|3|5| Gült. Summe|2|2||4"_s;
     EXPECT_EQ(compute(), counts);
-    EXPECT_EQ(model_.result().mfgGrid.Tag, u"Crosstab"_s);
     EXPECT_EQ(model_.result().lblLabel, title + u" (N=4)"_s);
     EXPECT_TRUE(model_.view().cbValuesShown);
     const QStringList views{counts, u"X|||| 1|50,0|50,0||50,0 2|50,0|50,0||50,0 Gült. Summe|100,0|100,0||100,0"_s,
@@ -66,23 +66,23 @@ TEST_F(CrosstabRun, ShowsItsFourViews) {
         model_.chooseValues(view);
         EXPECT_EQ(model_.request().cbValues, view);
         EXPECT_EQ(shown(), views[view]);
-        EXPECT_EQ(model_.result().mfgGrid.Tag, u"Crosstab"_s);
+        EXPECT_EQ(model_.result().mfgGrid.Tag, TableKind::Crosstab);
     }
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
     EXPECT_EQ(model_.result().lblLabel, title) << "percentages have no N";
     EXPECT_EQ(compute(), counts) << "a new table starts with its counts";
     EXPECT_EQ(model_.request().cbValues, 0);
-    model_.request().mode = AnalysisMode::Frequency;
+    model_.edit().chooseMode(AnalysisMode::Frequency);
     model_.chooseValues(2);
     EXPECT_EQ(shown(), counts);
 }
 
 TEST_F(CrosstabRun, ExchangesVariablesWithTheirDefinitionsInCreationModeOnly) {
     gOptions.IncludeMissingXTab = true;
-    model_.request().chkFlipXtab = true;
+    change([](AnalysisRequest& r) { r.chkFlipXtab = true; });
     const QString upright = u"X||1|1| 1|1|1|2|2 2|1|1|2|2 9X|1||1| Summe|3|3|6| Gült. Summe|2|2||4"_s;
     EXPECT_EQ(compute(), upright);
-    model_.request().bCreationMode = true;
+    change([](AnalysisRequest& r) { r.bCreationMode = true; });
     EXPECT_EQ(compute(), u"1||1|1|1|3|2 2|1|1|1||3|2 Summe|1|2|2|1|6| Gült. Summe||2|2|||4"_s);
     EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1), u"V7"_s);
     EXPECT_EQ(model_.result().mfgGrid.Cell(3, 2) + model_.result().mfgGrid.Cell(4, 2) +
@@ -93,8 +93,8 @@ TEST_F(CrosstabRun, ExchangesVariablesWithTheirDefinitionsInCreationModeOnly) {
 TEST_F(CrosstabRun, CountsAgainByTheUsersMarks) {
     gOptions.IncludeMissingXTab = true;
     compute();
-    model_.result().mfgGrid.setCell(2, 4, u"X"_s); // 1 is missing now, 9 is not
-    model_.result().mfgGrid.setCell(2, 6, u" "_s);
+    model_.mfgGrid_Click({4, 4, 2, 2}); // 1 is missing now, 9 is not
+    model_.mfgGrid_Click({6, 6, 2, 2});
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
     model_.cmdCalculate();
     EXPECT_EQ(shown(), u"X||1|1| 1X|1|1|2| 2|1|1|2|2 9 |1||1|1 Summe|3|3|6| Gült. Summe|2|1||3"_s);
@@ -119,24 +119,20 @@ TEST_F(CrosstabRun, NamesInItsTitleTheSumThatPercentagesRestOnOrNone) {
 }
 
 TEST_F(CrosstabRun, RefusesTwoViewsOfAComparison) {
-    model_.request().mode = AnalysisMode::Comparison;
-    for (ResultTable* table : {&model_.result().mfgGrid, &model_.result().mfgGrid2, &model_.result().mfgGrid5}) {
-        table->setRows(3);
-        table->setCols(4);
-        for (int row = 0; row < 3; ++row)
-            table->setCell(3, row, table == &model_.result().mfgGrid2 ? u"%"_s : u"n"_s);
-        table->setCell(0, 1, table == &model_.result().mfgGrid ? u"1"_s : QString());
-    }
-    const auto column = [this] {
-        return model_.result().mfgGrid.Cell(3, 0) + model_.result().mfgGrid.Cell(3, 1) +
-               model_.result().mfgGrid.Cell(3, 2) + model_.result().mfgGrid.Cell(0, 1);
+    model_.edit().chooseMode(AnalysisMode::Comparison);
+    ASSERT_TRUE(model_.comparison().addVariable(u"QX1919"_s, u"V5"_s));
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    const auto ofTwo = [this] {
+        const ResultTable& t = model_.result().mfgGrid;
+        return t.Cell(0, 3) + u'|' + t.Cell(3, 3);
     };
+    EXPECT_EQ(ofTwo(), u"2|2"_s);
     model_.chooseValues(1);
-    EXPECT_EQ(column(), u"n%%1"_s);
+    EXPECT_EQ(ofTwo(), u"2|50,0"_s);
     for (const int view : {2, 3}) {
         model_.chooseValues(1);
         model_.chooseValues(view);
-        EXPECT_EQ(column(), u"nnn1"_s);
+        EXPECT_EQ(ofTwo(), u"2|2"_s);
         EXPECT_EQ(model_.request().cbValues, 0);
         EXPECT_EQ(asker_.lastText(), u"In Vergleichsauswertung nicht erlaubt"_s);
     }

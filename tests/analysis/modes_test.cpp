@@ -40,7 +40,7 @@ protected:
         model_.edit().chooseMode(mode);
         model_.edit().StudyClick(u"QX1919"_s);
         model_.edit().chooseVariable(first);
-        model_.request().lst_TrendVars.clear();
+        model_.edit().change(RequestPart::Entries, [](AnalysisRequest& r) { r.lst_TrendVars.clear(); });
         if (mode == AnalysisMode::Crosstab)
             model_.edit().chooseVariable2(second);
         if (mode == AnalysisMode::Comparison) {
@@ -189,10 +189,12 @@ TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
                          {u"b"_s, u"1"_s, 0}});
     open();
     QStringList counted;
-    model_.onStatement = [&](const QString& name, const QString& text) {
+    RunHooks hooks;
+    hooks.onStatement = [&](const QString& name, const QString& text) {
         if (name == "counts"_L1)
             counted << text;
     };
+    model_.setHooks(hooks);
     model_.edit().chooseMode(AnalysisMode::Crosstab);
     model_.edit().StudyClick(u"TR"_s);
     const auto rows = [&](const QString& variable, const QString& filter) {
@@ -238,8 +240,8 @@ TEST_F(AllModes, CountTextsThatDifferInCaseAsOneValue) {
     open();
     gOptions.ShowValidSums = gOptions.SeparateValidCases = gOptions.CumulatedPercent = false;
     const auto table = [this](const QList<int>& columns, int first) {
-        model_.dtData3.Tag.clear();
-        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+        model_.computeAnew();
+        EXPECT_EQ(model_.facts().outcome, RunOutcome::Computed) << asker_.lastText().toStdString();
         QStringList rows;
         for (int row = first; row < model_.result().mfgGrid.Rows(); ++row) {
             QStringList cells;
@@ -256,10 +258,9 @@ TEST_F(AllModes, CountTextsThatDifferInCaseAsOneValue) {
     model_.edit().chooseMode(AnalysisMode::Crosstab);
     model_.edit().chooseVariable2(u"V"_s);
     EXPECT_EQ(table({0, 3, 4, 5, 6, 7}, 3), u"b|2|2|1|1|6 ä|1|1|||2 Summe|3|3|1|1|8"_s);
-    model_.result().mfgGrid.setCell(2, 3, u"X"_s);
-    model_.request().bUserMissing = true;
+    model_.mfgGrid_Click({3, 3, 2, 2});
     EXPECT_EQ(table({0, 2, 3, 7}, 3), u"b|X|2|6 ä||1|2 Summe||3|8"_s);
-    model_.request().bCreationMode = model_.request().chkFlipXtab = true;
+    model_.edit().change(RequestPart::Mode, [](AnalysisRequest& r) { r.bCreationMode = r.chkFlipXtab = true; });
     EXPECT_EQ(table({0, 3, 4, 5}, 3), u"1|2|1|3 2|2|1|3 3|1||1 4|1||1 Summe|6|2|8"_s);
 
     model_.edit().chooseMode(AnalysisMode::Comparison);
@@ -368,17 +369,18 @@ TEST_F(AllModes, AnEntryFollowsOnlyAWindowThatShowsItsStudy) {
 TEST_F(AllModes, ASelectionOfVariablesBecomesTheRequest) {
     open();
     const std::vector<SelectedVariable> three{{u"QX1919"_s, u"V5"_s}, {u"QX1919"_s, u"V7"_s}, {u"QX1919"_s, u"V6"_s}};
-    preselectVariables(model_, three);
+    preselectVariables(model_.edit(), three);
     EXPECT_EQ(model_.request().mode, AnalysisMode::Crosstab);
     EXPECT_EQ(model_.request().dbcVariable2.value, u"V7");
     model_.open();
-    preselectVariables(model_, {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}});
+    preselectVariables(model_.edit(), {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}});
     EXPECT_EQ(model_.request().mode, AnalysisMode::Frequency) << "the second is of another study";
     EXPECT_EQ(model_.request().dbcVariable.value, u"V5");
     for (const int weight : {0, 1, 2}) {
         model_.open();
         gOptions.ComparisonWeight = weight;
-        preselectComparison(model_, list_, {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}, {u"WEG"_s, u"V5"_s}});
+        preselectComparison(model_.edit(), list_,
+                            {{u"QX1919"_s, u"V5"_s}, {u"QX2020"_s, u"V5"_s}, {u"WEG"_s, u"V5"_s}});
         ASSERT_EQ(list_.entries().size(), 2);
         EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::Weight), weight == 1 ? u"V3"_s : QString());
         EXPECT_EQ(list_.entries()[1].at(ComparisonEntry::Weight), QString());
@@ -399,7 +401,7 @@ TEST_F(AllModes, MarksOfAComparisonBelongToItsEntriesAndOutliveOptionsThatKeepIt
     model_.computeAnew();
     EXPECT_EQ(model_.result().mfgGrid.Cell(2, one), u"X");
     EXPECT_NE(model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 2), valid);
-    EXPECT_TRUE(standsOn(*model_.result().facts)[0].contains(u"von Hand gesetzt: "_s));
+    EXPECT_TRUE(standsOn(*model_.result().facts, model_.result().marks)[0].contains(u"von Hand gesetzt: "_s));
     // Another entry: the marks are none of its.
     list_.addVariable(u"QX1919"_s, u"V7"_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);

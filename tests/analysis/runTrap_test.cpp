@@ -25,6 +25,7 @@ struct Failing {
     int runs = 0;
     qint64 now = 1000;
     bool cancelled = false;
+    bool dataOnCD = false;
 
     StepEnd run() {
         const RunClock clock{[this] { return now; }, [this] { now += 500; }};
@@ -34,7 +35,7 @@ struct Failing {
                 if (times-- > 0)
                     throw dao::Error(number, u"failed"_s);
             },
-            clock, [this] { return cancelled; });
+            clock, [this] { return cancelled; }, dataOnCD);
     }
 };
 
@@ -44,18 +45,17 @@ TEST(RunTrap, AsksForTheDiscAndRunsTheFailedStatementAgain) {
     const TestHome home;
     const std::vector<std::pair<int, QString>> titles{{3043, u"Datenträger- oder Laufwerksfehler"_s},
                                                       {52, u"Datei nicht gefunden"_s}};
-    gOptions.DataOnCD = true;
     for (const auto& [number, title] : titles) {
         ScriptedAsker asker;
         asker.answer(ui::Answer::Ok).answer(ui::Answer::Cancel).answer(ui::Answer::Ok);
         Failing twice{number, 2}, once{number, 1};
+        twice.dataOnCD = once.dataOnCD = true;
         EXPECT_EQ(twice.run(), StepEnd::Ended);
         EXPECT_EQ(twice.runs, 2);
         EXPECT_EQ(once.run(), StepEnd::Done);
         EXPECT_EQ(asker.texts(), QStringList(3, disc));
         EXPECT_EQ(asker.boxes[0].title, title);
     }
-    gOptions.DataOnCD = false;
     for (const int number : {52, 3050, 3051}) {
         ScriptedAsker asker;
         Failing once{number, 1};
@@ -93,6 +93,7 @@ TEST(RunTrap, EndsACancelledStatementWithoutAWordAndReportsTheRest) {
     EXPECT_EQ(syntax.run(), StepEnd::Ended);
     EXPECT_TRUE(asker.lastText().contains(u"(3075) failed"_s));
     // A failure that is none of the engine's ends the run as others do, and not the program.
-    EXPECT_EQ(runEngineStep([] { throw std::bad_alloc(); }, RunClock::system(), [] { return false; }), StepEnd::Ended);
+    EXPECT_EQ(runEngineStep([] { throw std::bad_alloc(); }, RunClock::system(), [] { return false; }, false),
+              StepEnd::Ended);
     EXPECT_TRUE(asker.lastText().contains(u"(7) Out of memory"_s));
 }

@@ -13,15 +13,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-ResultTable tableOf(const QStringList& rows) {
+/// A table that states these numbers of cases.
+ResultTable stating(const StatedCases& cases) {
     ResultTable table;
-    table.setRows(static_cast<int>(rows.size()));
-    table.setCols(static_cast<int>(rows.front().split(u'|').size()));
-    for (int row = 0; row < table.Rows(); ++row) {
-        const QStringList cells = rows[row].split(u'|');
-        for (int column = 0; column < table.Cols(); ++column)
-            table.setCell(column, row, cells[column]);
-    }
+    table.shape.cases = {cases};
     return table;
 }
 
@@ -36,22 +31,11 @@ AnalysisRequest requestOf(AnalysisMode mode) {
 
 } // namespace
 
-TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
+TEST(Titles, NameTheNThatThePercentagesRestOnOrNone) {
     const TestHome home;
-    const ResultTable plain = tableOf({u"h|h|h|h"_s, u"1|Summe||3"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
-    const ResultTable separate =
-        tableOf({u"h|h|h|h"_s, u"1|ja||3"_s, u"|Summe||5"_s, u"|||"_s, u"|Gültige Fälle||4"_s});
-    const ResultTable cutShort = tableOf({u"h|h|h|h"_s, u"1|Gültige Fälle||3"_s, u"2|Summe||7"_s, u"|||"_s});
-    const ResultTable crosstab = tableOf({u"|V6||1|Summe|Gült. Summe"_s, u"V5|||||"_s, u"||Missing|||"_s,
-                                          u"1|||3|3|2"_s, u"Summe|||3|8|6"_s, u"Gült. Summe|||2|6|5"_s});
-    const ResultTable withoutValid =
-        tableOf({u"|V6||1|Summe"_s, u"V5||||"_s, u"||Missing||"_s, u"1|||3|3"_s, u"Summe|||3|8"_s});
-    const ResultTable counted = tableOf({u"|Statistik|Wert"_s, u"|Count|1200"_s, u"|Minimum|1"_s});
-    const ResultTable uncounted = tableOf({u"|Statistik|Wert"_s, u"|Minimum|1"_s, u"|Maximum|5"_s});
-    const ResultTable countAlone = tableOf({u"|Statistik|Wert"_s, u"|Count|1200"_s});
-
+    const ResultTable both = stating({u"8"_s, u"5"_s}), onlyAll = stating({u"8"_s, std::nullopt}), none = stating({});
     const QString base = u"QX1919, V5: Zufriedenheit"_s;
-    const QString both = base + u" nach V6: Vertrauen"_s;
+    const QString byTwo = base + u" nach V6: Vertrauen"_s;
     struct Case {
         AnalysisMode mode;
         const ResultTable& table;
@@ -59,19 +43,16 @@ TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
         QString title;
     };
     const std::vector<Case> cases{
-        {AnalysisMode::Frequency, plain, false, base + u" (N=4)"_s},
-        {AnalysisMode::Frequency, plain, true, base + u" (N=5)"_s},
-        {AnalysisMode::Frequency, separate, false, base + u" (N=4)"_s},
-        {AnalysisMode::Frequency, separate, true, base + u" (N=5)"_s},
-        {AnalysisMode::Frequency, cutShort, false, base},
-        {AnalysisMode::Frequency, cutShort, true, base},
-        {AnalysisMode::Crosstab, crosstab, false, both + u" (N=5)"_s},
-        {AnalysisMode::Crosstab, crosstab, true, both + u" (N=8)"_s},
-        {AnalysisMode::Crosstab, withoutValid, false, both},
-        {AnalysisMode::Crosstab, withoutValid, true, both + u" (N=8)"_s},
-        {AnalysisMode::Descriptives, counted, false, base + u" (N=1200)"_s},
-        {AnalysisMode::Descriptives, uncounted, true, base},
-        {AnalysisMode::Descriptives, countAlone, false, base},
+        {AnalysisMode::Frequency, both, false, base + u" (N=5)"_s},
+        {AnalysisMode::Frequency, both, true, base + u" (N=8)"_s},
+        {AnalysisMode::Frequency, none, false, base},
+        {AnalysisMode::Frequency, none, true, base},
+        {AnalysisMode::Crosstab, both, false, byTwo + u" (N=5)"_s},
+        {AnalysisMode::Crosstab, both, true, byTwo + u" (N=8)"_s},
+        {AnalysisMode::Crosstab, onlyAll, false, byTwo},
+        {AnalysisMode::Crosstab, onlyAll, true, byTwo + u" (N=8)"_s},
+        {AnalysisMode::Descriptives, both, false, base + u" (N=8)"_s},
+        {AnalysisMode::Descriptives, none, true, base},
     };
     for (const Case& c : cases) {
         Options options;
@@ -80,15 +61,15 @@ TEST(Titles, TakeTheNFromTheRowWithItsLabelOrLeaveItOut) {
     }
     AnalysisRequest percent = requestOf(AnalysisMode::Crosstab);
     percent.cbValues = 1;
-    EXPECT_EQ(resultTitle(percent, crosstab, {}), both);
+    EXPECT_EQ(resultTitle(percent, both, {}), byTwo);
     AnalysisRequest groups = requestOf(AnalysisMode::Descriptives);
     groups.chkDescGroup = true;
-    EXPECT_EQ(resultTitle(groups, counted, {}), both);
+    EXPECT_EQ(resultTitle(groups, both, {}), byTwo);
 }
 
 TEST(Titles, TellWeightAndFilter) {
     const TestHome home;
-    const ResultTable table = tableOf({u"h|h|h|h"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s});
+    const ResultTable table = stating({u"5"_s, u"4"_s});
     AnalysisRequest request = requestOf(AnalysisMode::Frequency);
     request.dt_WeightRE = u"V3"_s;
     request.dt_WeightHH = u"V4"_s;
@@ -142,7 +123,7 @@ TEST(Titles, ReadAndSpeakEnglishWithTheKeptTexts) {
     ASSERT_EQ(makeSystemDatabase(home.path(u"home/Vx.mdb"_s), rows), QStringList());
     mdLanguage::LoadTextTable();
     gLanguage = 1;
-    const ResultTable table = tableOf({u"Value|Label|Missing|Count"_s, u"|Sum||5"_s, u"|Valid cases||4"_s});
+    const ResultTable table = stating({u"5"_s, u"4"_s});
     AnalysisRequest request = requestOf(AnalysisMode::Frequency);
     request.Option3 = WeightKind::WeightRE;
     request.dt_WeightRE = u"V3"_s;

@@ -22,7 +22,7 @@ protected:
     ScriptedAsker asker_;
     TestRecordsets recordsets_{home_.path(u"t.mdb"_s)};
     ResultTable table_, percent_, absolute_;
-    bool userMissing_ = false;
+    std::optional<Marks> marks_;
     bool valFirst_ = true, addVar_ = false, comma_ = true;
     std::function<bool()> cancelled_;
 
@@ -48,8 +48,9 @@ protected:
                                     .HeaderValAddVar = addVar_,
                                     .CommaInPercent = comma_,
                                     .AutoColWidth = false,
+                                    .marks = marks_ ? &*marks_ : nullptr,
                                     .cancelled = cancelled_};
-        return BuildComparisonColumn(table_, percent_, absolute_, input, userMissing_);
+        return BuildComparisonColumn(table_, percent_, absolute_, input);
     }
 
     static QStringList rows(const ResultTable& table) { return linesOf(table, 1); }
@@ -129,12 +130,13 @@ TEST_F(ComparisonTable, TextsSortAsTextsAndMarksOfTheUserHoldThroughARun) {
     add(1, u"A"_s, {{1, 1}, {2, 2}, {9, 3}});
     table_.setCell(2, 1, u"X"_s);
     table_.setCell(2, 3, u" "_s);
-    userMissing_ = true;
-    // A value that is gone leaves no old number behind.
-    add(1, u"A"_s, {{1, 1}, {9, 4}});
-    EXPECT_FALSE(userMissing_);
+    marks_ = Marks::of(table_);
+    setUp(1);
+    // What a hand has not marked is missing by its definition.
+    add(1, u"A"_s, {{1, 1}, {3, 2}, {9, 4}}, {}, u"3;9"_s);
+    EXPECT_EQ(table_.markedBy, Marks::By::Hand);
     EXPECT_EQ(rows(table_),
-              (QStringList{u"1||X|1"_s, u"2|||"_s, u"9|| |4"_s, u"|Summe||5"_s, u"|Gültige Fälle||4"_s, u"|||"_s}));
+              (QStringList{u"1||X|1"_s, u"3||X|2"_s, u"9|| |4"_s, u"|Summe||7"_s, u"|Gültige Fälle||4"_s, u"|||"_s}));
     EXPECT_EQ(percent_.Cell(3, 3), u"100.0"_s);
 }
 

@@ -49,8 +49,9 @@ BuildOutcome CrosstabTest::build(const Rows& rows, int type) {
                               .options = options_,
                               .textWidth = [](const QString& shown) { return static_cast<int>(shown.size()) * 100; },
                               .cancelled = cancelled_,
-                              .onFailure = onFailure_};
-    return BuildCrosstabTable({shown_, column_, row_, total_, absolute_}, input, userMissing_);
+                              .onFailure = onFailure_,
+                              .marks = marks_ ? &*marks_ : nullptr};
+    return BuildCrosstabTable({shown_, column_, row_, total_, absolute_}, input);
 }
 
 QString CrosstabTest::text(const ResultTable& table) {

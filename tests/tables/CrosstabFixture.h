@@ -18,7 +18,7 @@ protected:
     ResultTable shown_, column_, row_, total_, absolute_;
     CrosstabOptions options_{.ShowPercentSign = false, .AutoColWidth = false};
     std::optional<QString> rowMissing_, columnMissing_;
-    bool userMissing_ = false;
+    std::optional<Marks> marks_; ///< set by hand
     std::function<bool()> cancelled_;
     std::function<void(const QString&, const dao::Error&)> onFailure_;
     /// Variable, code, label.

@@ -148,16 +148,18 @@ TEST_F(CrosstabTest, TakesItsAxesFrom25000RecordsAndItsCellsFromAll) {
     EXPECT_EQ(asker_.lastText(), u"7\r\nOut of memory"_s);
 }
 
-TEST_F(CrosstabTest, EndsWhenCancelledWithItsMarksInPlace) {
+TEST_F(CrosstabTest, EndsWhenCancelledWithoutNumbersAndTakesItsMarksAgain) {
     const Rows rows{{1, 1, 1}, {2, 1, 1}, {2, 2, 1}};
     build(rows);
     shown_.setCell(2, 4, u"X"_s);
-    userMissing_ = true;
-    for (const int turn : {1, 3, 4, 5}) {
+    marks_ = Marks::of(shown_);
+    const QString axes = u"1Ost 2West S / 1ja . . . / 2nein* . . . / S . . ."_s;
+    for (const auto& [turn, left] :
+         std::vector<std::pair<int, QString>>{{1, u"1Ost S / S . ."_s}, {3, axes}, {4, axes}, {5, axes}}) {
         int turns = 0;
-        cancelled_ = [&] { return ++turns == turn; };
+        cancelled_ = [&, at = turn] { return ++turns == at; };
         EXPECT_EQ(build(rows), BuildOutcome::Cancelled) << turn;
-        EXPECT_EQ(text(shown_), u"1Ost 2West S / 1ja . . . / 2nein* . . . / S . . ."_s);
+        EXPECT_EQ(text(shown_), left);
         EXPECT_EQ(column_.Rows(), 4);
     }
     cancelled_ = nullptr;
@@ -175,21 +177,22 @@ TEST_F(CrosstabTest, CountsAgainByTheUsersMarksWhetherValidSumsStandOrNot) {
                         .ShowValidSums = sums,
                         .ShowPercentSign = false,
                         .AutoColWidth = false};
-            userMissing_ = false;
+            marks_.reset();
             build(rows);
             if (withN)
                 shown_ = column_; // a new calculation may be asked for in any view
             shown_.setCell(3, 2, u"X"_s);
             shown_.setCell(4, 2, u" "_s);
-            userMissing_ = true;
-            for (int again = 0; again < 2; ++again)
+            for (int again = 0; again < 2; ++again) {
+                marks_ = Marks::of(shown_);
                 build(rows);
+            }
             const QString valid = sums ? u" / V . 5 . 5"_s : QString();
             EXPECT_EQ(text(shown_), sums ? u"1Ost* 2West S V / 1ja 3 1 4 1 / 2nein 2 4 6 4 / S 5 5 10 . / V . 5 . 5"_s
                                          : u"1Ost* 2West S / 1ja 3 1 4 / 2nein 2 4 6 / S 5 5 10"_s);
             EXPECT_EQ(column_.Cell(4, 4), u"80,0"_s);
             EXPECT_EQ(column_.Cell(3, 4), u""_s);
-            EXPECT_TRUE(userMissing_);
+            EXPECT_EQ(shown_.markedBy, Marks::By::Hand);
         }
     }
 }

@@ -21,7 +21,7 @@ protected:
     TestHome home_;
     ScriptedAsker asker_;
     ResultTable table_;
-    bool userMissing_ = false;
+    std::optional<Marks> marks_; ///< set by hand
     std::optional<QString> dtMissing_;
     bool cumulated_ = true, separate_ = true, comma_ = true, autoWidth_ = false;
     std::function<bool()> cancelled_;
@@ -44,8 +44,9 @@ protected:
                                    .AutoColWidth = autoWidth_,
                                    .textWidth = [](const QString& text) { return static_cast<int>(text.size()) * 100; },
                                    .cancelled = cancelled_,
-                                   .onFailure = onFailure_};
-        return BuildFrequencyTable(table_, input, userMissing_);
+                                   .onFailure = onFailure_,
+                                   .marks = marks_ ? &*marks_ : nullptr};
+        return BuildFrequencyTable(table_, input);
     }
 
     QStringList rows() const { return linesOf(table_); }
@@ -166,20 +167,23 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
     EXPECT_EQ(rows()[3], u"1|ja||3|30.0|75.0|100.0"_s) << "the other separator";
     table_.setCell(2, 3, u"X"_s);
     table_.setCell(2, 4, u" "_s);
-    userMissing_ = true;
+    marks_ = Marks::of(table_);
+    // Neither the shape nor the separator of the table before is that of the next one.
+    separate_ = !separate_;
     build(counts);
-    EXPECT_FALSE(userMissing_);
+    separate_ = !separate_;
+    build(counts);
+    EXPECT_EQ(table_.markedBy, Marks::By::Hand);
     // A cumulated percentage of a row marked since stays where it was, in the same separator as the rest.
     EXPECT_EQ(rows().mid(1), (QStringList{u"-3|||1|10.0|20.0|20.0"_s, u"|SYSMIS|X|2|20.0| |"_s,
                                           u"1|ja|X|3|30.0| |100.0"_s, u"9|keine Angabe| |4|40.0|80.0|100.0"_s,
                                           u"|Summe||10|100.0|100.0|"_s, u"||||||"_s, u"|Gültige Fälle||5|||"_s}));
     // Where there is no base any more, no percentage of the run before may stay.
-    userMissing_ = true;
     build({{null, 0.0}, {-3, 0.0}, {1, 0.0}, {9, 0.0}});
     EXPECT_EQ(rows()[1], u"-3|||0|||"_s);
     // Marks of other values are no marks for these.
-    userMissing_ = true;
     build({{1, 3}, {9, 4}});
+    EXPECT_EQ(table_.markedBy, Marks::By::Definition);
     EXPECT_EQ(rows()[2], u"9|keine Angabe|X|4|57.1| |"_s);
 }
 

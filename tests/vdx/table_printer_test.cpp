@@ -10,7 +10,7 @@ namespace {
 
 ResultTable smallTable() {
     ResultTable table;
-    table.Tag = u"Frequency"_s;
+    table.Tag = TableKind::Frequency;
     table.setRows(3);
     table.setCols(3);
     table.FixedRows = 1;

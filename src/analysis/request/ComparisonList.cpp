@@ -188,6 +188,10 @@ void ComparisonList::ApplyComparisonEntryChange(bool ask) {
     editor_.change(RequestPart::Entries, [&](AnalysisRequest& request) { request.lst_TrendVars[row] = changed; });
 }
 
+void ComparisonList::setTitle(const QString& title) {
+    editor_.change(RequestPart::Entries, [&](AnalysisRequest& changed) { changed.txtTitle = title; });
+}
+
 void ComparisonList::setEntries(const QList<ComparisonEntry>& entries, const QString& title) {
     selected_.clear();
     armed_ = false;

@@ -27,6 +27,9 @@ public:
     /// Removes all entries and the title after a question.
     void cmd_ClearTrend();
 
+    /// The title of the comparison.
+    void setTitle(const QString& title);
+
     /// The selected rows, from 0. Selecting takes the first of them back into the window: study, variable, weight,
     /// filter.
     void select(const QList<int>& rows);

@@ -35,8 +35,7 @@ TableResult CreateSQL(const RunInput& input, TableResult before) {
 /// While a statement runs, the user interface gets its turn now and then, and a cancelled run ends it.
 Run::Run(const RunInput& input, TableResult before)
     : in_(input), options_(input.options), r_(input.request), out_(std::move(before)),
-      db_(input.catalogue), place_{db_ ? db_->Name() : QString(), options_.DataPath, gLanguage},
-      anew_(input.computeAnew) {
+      db_(input.catalogue), place_{db_ ? db_->Name() : QString(), options_.DataPath, gLanguage} {
     // A fixed first step, whatever the option said: it decides what is said of a file that can't be reached.
     options_.DataOnCD = true;
     out_.run = {};
@@ -196,7 +195,7 @@ void Run::prepareMarks() {
         break;
     }
     // A request that has changed since is another table's.
-    if (!out_.computation.ResultCacheKey.isEmpty() && !anew_)
+    if (!out_.computation.ResultCacheKey.isEmpty())
         r_.bUserMissing = false;
     taken_ = {};
     if (!r_.bUserMissing || subject_.isEmpty())
@@ -252,7 +251,7 @@ bool Run::askForMissing() {
     if (answer) {
         r_.sMissing = answer->sMissing;
         r_.bUserMissing = answer->bUserMissing;
-        anew_ = true;
+        out_.computation.ResultCacheKey.clear();
     }
     buildStatement();
     return true;
@@ -263,7 +262,7 @@ bool Run::isComparisonShown() const {
     const Computation& last = out_.computation;
     const bool same =
         out_.facts && out_.facts->complete && sameEntries(out_.facts->request.lst_TrendVars, r_.lst_TrendVars);
-    return same && !anew_ && comparisonKey(r_.lst_TrendVars) == last.ResultCacheKey && last.place == place_ &&
+    return same && comparisonKey(r_.lst_TrendVars) == last.ResultCacheKey && last.place == place_ &&
            std::ranges::all_of(last.attached, [this](const AttachedTable& table) {
                return liesWhereItLay(*db_, table, options_.DataPath) && fileStamp(table.file) == table.stamp;
            });
@@ -276,10 +275,9 @@ bool Run::isCurrent() const {
     const auto unchanged = [](const AttachedTable& a, const AttachedTable& b) {
         return a.isSamePlace(b) && a.stamp == b.stamp;
     };
-    return !anew_ && last.ResultCacheKey == round_.statement.sql && last.q == round_.qSql &&
-           last.study == round_.study && last.variable == round_.facts.variable &&
-           last.variable2 == round_.facts.variable2 && last.dtMissing == r_.dtMissing &&
-           last.dtMissing2 == r_.dtMissing2 && last.place == place_ &&
+    return last.ResultCacheKey == round_.statement.sql && last.q == round_.qSql && last.study == round_.study &&
+           last.variable == round_.facts.variable && last.variable2 == round_.facts.variable2 &&
+           last.dtMissing == r_.dtMissing && last.dtMissing2 == r_.dtMissing2 && last.place == place_ &&
            std::ranges::equal(last.attached, attached_, unchanged) && last.statistics == statisticsKey(r_, options_);
 }
 

@@ -46,7 +46,7 @@ private:
     std::vector<TableNote> notes_;          ///< on the numbers
     int number_ = 0;                        ///< of the round, from 1
     RunOutcome outcome_ = RunOutcome::Computed;
-    bool computed_ = false, anew_ = false;
+    bool computed_ = false;
 
     bool isComparison() const { return r_.mode == AnalysisMode::Comparison; }
     const ComparisonEntry& entry() const { return r_.lst_TrendVars[number_ - 1]; }

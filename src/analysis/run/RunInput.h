@@ -37,7 +37,5 @@ struct RunInput {
     QString studies; ///< the statement that lists the studies
     /// How the catalogue's file lay when the fields of the request were read.
     FileStamp stamp;
-    /// Computes also where the tables before show just this.
-    bool computeAnew = false;
     RunHooks hooks;
 };
