@@ -102,7 +102,11 @@ void Session::flushBoxes() {
     if (boxText_.isEmpty())
         return;
     progressLine({});
-    const QByteArray utf8 = boxText_.toUtf8();
+    // A box may have several lines; what a name from a file brings along is no command to the terminal.
+    QStringList lines = boxText_.split(u'\n');
+    for (QString& line : lines)
+        line = oneLine(line);
+    const QByteArray utf8 = lines.join(u'\n').toUtf8();
     std::fwrite(utf8.constData(), 1, static_cast<size_t>(utf8.size()), err_);
     std::fflush(err_);
     boxText_.clear();
@@ -112,7 +116,7 @@ void Session::flushBoxes() {
 void Session::say(const QString& line) {
     flushBoxes();
     progressLine({});
-    std::fputs((line + u'\n').toUtf8().constData(), err_);
+    std::fputs((oneLine(line) + u'\n').toUtf8().constData(), err_);
     std::fflush(err_);
 }
 

@@ -70,7 +70,7 @@ struct TypedOptions {
 int usageError(const UsageError& error, std::FILE* err) {
     const bool german = gLanguage == 0;
     const QString text =
-        u"vdx: "_s + (german ? error.german : error.english) + u'\n' +
+        u"vdx: "_s + oneLine(german ? error.german : error.english) + u'\n' +
         (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
     std::fputs(text.toUtf8().constData(), err);
     return 2;
@@ -95,7 +95,7 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
     } catch (const UsageError& error) {
         return usageError(error, err);
     } catch (const std::exception& failure) {
-        std::fputs((asError(failure).description() + u'\n').toUtf8().constData(), err);
+        std::fputs((oneLine(asError(failure).description()) + u'\n').toUtf8().constData(), err);
         return 1;
     }
 }
