@@ -182,8 +182,8 @@ void SurveyReader::checkRows(SurveyFile& head) const {
         head.rows = portable_->rows;
         break;
     case Kind::Dta:
-        if (const QString fault = dtaDataFault(path_); !fault.isEmpty())
-            refuse(fault);
+        if (!dtaDataFault(path_))
+            fail(READSTAT_ERROR_PARSE, {});
         break;
     }
 }
@@ -227,6 +227,10 @@ SurveyFile SurveyReader::readHead() {
     SurveyHeadPass pass;
     pass.file.stata = kind_ == Kind::Dta;
     const int code = parse(pass, true);
+    // Where the number of cases is wrong, the library stumbles over what stands behind them.
+    if (kind_ == Kind::Dta)
+        if (const QString fault = dtaDataFault(path_).value_or(QString()); !fault.isEmpty())
+            refuse(fault);
     const QString unreadable = kind_ == Kind::Por ? QString() : unreadableInHead(pass.encoding);
     if (code != READSTAT_OK || !unreadable.isEmpty())
         fail(code == READSTAT_OK ? READSTAT_ERROR_CONVERT_BAD_STRING : code, unreadable);

@@ -3,6 +3,9 @@
 #include "catalogue/DtaFile.h"
 #include "catalogue/importTexts.h"
 
+#include <algorithm>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,10 +25,22 @@ QString brokenLabels(qint64 rows) {
         .arg(rows);
 }
 
-/// How a table of value labels begins.
+/// How a table of value labels begins, and what its length counts: bytes, or labels of ten bytes.
 struct LabelTable {
-    int lengthBytes, nameBytes, paddingBytes;
+    int lengthBytes, nameBytes, paddingBytes, unit = 1;
 };
+
+constexpr LabelTable usual{4, 33, 3};
+
+/// What tables of labels look like in an old file. Formats before 110 write names of nine bytes; the library takes
+/// them to be longer, and so do files that it wrote.
+std::vector<LabelTable> tablesOf(int format) {
+    if (format >= 110)
+        return {usual};
+    if (format >= 108)
+        return {usual, {4, 9, 3}};
+    return {usual, {2, 12, 2}, {2, 9, 1, 10}};
+}
 
 /// Passes one table of labels. @return false unless it is whole
 bool passTable(DtaFile& dta, const LabelTable& layout) {
@@ -33,9 +48,12 @@ bool passTable(DtaFile& dta, const LabelTable& layout) {
     if (!length || !dta.skip(layout.nameBytes + layout.paddingBytes))
         return false;
     if (layout.lengthBytes == 2)
-        return dta.skip(*length);
+        return dta.skip(*length * layout.unit);
     const auto labels = dta.number(4), textBytes = dta.number(4);
-    return labels && textBytes && *length >= 8 + 8 * *labels + *textBytes && dta.skip(*length - 8);
+    if (!labels || !textBytes || *length < 8 || !dta.skip(*length - 8))
+        return false;
+    const qint64 unused = *length - 8 - 8 * *labels - *textBytes;
+    return unused == 0 || (unused > 0 && layout.nameBytes >= usual.nameBytes);
 }
 
 bool passStrings(DtaFile& dta) {
@@ -83,20 +101,18 @@ QString faultOfOld(DtaFile& dta, qint64 rowBytes) {
     if (room / rowBytes < dta.rows())
         return countNotKept(dta.rows(), room / rowBytes);
     const qint64 labelsAt = dta.file().pos() + dta.rows() * rowBytes;
-    // Before format 110 the layout of the tables is not the same in all files of one format.
-    const std::initializer_list<LabelTable> layouts = {{4, 33, 3}, {2, 12, 2}, {4, 9, 3}};
-    for (const LabelTable& layout : layouts)
-        if ((dta.format() < 110 || layout.nameBytes == 33) && labelsReachTheEnd(dta, labelsAt, layout))
+    for (const LabelTable& layout : tablesOf(dta.format()))
+        if (labelsReachTheEnd(dta, labelsAt, layout))
             return {};
     return room % rowBytes == 0 ? countNotKept(dta.rows(), room / rowBytes) : brokenLabels(dta.rows());
 }
 
 } // namespace
 
-QString dtaDataFault(const QString& path) {
+std::optional<QString> dtaDataFault(const QString& path) {
     DtaFile dta(path);
     const std::optional<qint64> rowBytes = dta.isGood() ? dta.rowBytes() : std::nullopt;
     if (!rowBytes || *rowBytes <= 0)
-        return said(u"Die Datei ist beschädigt"_s, u"The file is damaged"_s);
+        return std::nullopt;
     return dta.isTagged() ? faultOfTagged(dta, *rowBytes) : faultOfOld(dta, *rowBytes);
 }
