@@ -207,8 +207,9 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
                       u"Not taken over: the file's weight %1, it is not a numeric variable"_s)
                      .arg(names[static_cast<size_t>(head.weight)].name);
     if (!head.saysRows && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
-        lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen"_s,
-                      u"The file does not say how many cases it has, it was read to its end"_s);
+        lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen: %1 Fälle"_s,
+                      u"The file does not say how many cases it has, it was read to its end: %1 cases"_s)
+                     .arg(report.cases);
     return lines;
 }
 

@@ -166,25 +166,17 @@ void SurveyReader::refuse(const QString& reason) const {
 }
 
 void SurveyReader::checkRows(SurveyFile& head) const {
-    switch (kind_) {
-    case Kind::Sav: {
+    if (kind_ == Kind::Sav) {
         const SavCases cases(path_);
         if (!cases.isReadable())
             fail(READSTAT_ERROR_PARSE, {});
         if (!head.saysRows)
             head.rows = cases.byLength().value_or(-1);
-        break;
-    }
-    case Kind::Por:
+    } else if (kind_ == Kind::Por) {
         // What is not understood could lose more than the library tells.
         if (!portable_)
             fail(READSTAT_ERROR_PARSE, {});
         head.rows = portable_->rows;
-        break;
-    case Kind::Dta:
-        if (!dtaDataFault(path_))
-            fail(READSTAT_ERROR_PARSE, {});
-        break;
     }
 }
 
@@ -227,13 +219,15 @@ SurveyFile SurveyReader::readHead() {
     SurveyHeadPass pass;
     pass.file.stata = kind_ == Kind::Dta;
     const int code = parse(pass, true);
-    // Where the number of cases is wrong, the library stumbles over what stands behind them.
-    if (kind_ == Kind::Dta)
-        if (const QString fault = dtaDataFault(path_).value_or(QString()); !fault.isEmpty())
-            refuse(fault);
+    const std::optional<QString> fault = kind_ == Kind::Dta ? dtaDataFault(path_) : QString();
+    // Told before the library's own words: a wrong number of cases makes it stumble over what stands behind them.
+    if (fault && !fault->isEmpty())
+        refuse(*fault);
     const QString unreadable = kind_ == Kind::Por ? QString() : unreadableInHead(pass.encoding);
     if (code != READSTAT_OK || !unreadable.isEmpty())
         fail(code == READSTAT_OK ? READSTAT_ERROR_CONVERT_BAD_STRING : code, unreadable);
+    if (!fault)
+        fail(READSTAT_ERROR_PARSE, {});
     pass.checkLabels();
     if (pass.file.variables.empty())
         throw ImportError(
