@@ -93,7 +93,7 @@ std::optional<std::vector<SavCases::Block>> SavCases::blocksOf(qint64 dataAt) co
 }
 
 bool SavCases::isReadable() const {
-    return dictionary_.dataAt() && dictionary_.fieldsPerCase() > 0 &&
+    return dictionary_.dataAt() && dictionary_.cases() >= -1 && dictionary_.fieldsPerCase() > 0 &&
            (blocks_ || dictionary_.compression() != SavDictionary::Compression::Blocks);
 }
 

@@ -11,7 +11,8 @@ class SavCases {
 public:
     explicit SavCases(const QString& path);
 
-    /// False for a file whose cases have no beginning, or whose blocks the library must not be given.
+    /// False for a file whose cases have no beginning or a number below -1, which the library takes for an open one, or
+    /// whose blocks the library must not be given.
     bool isReadable() const;
     /// How many whole cases the length of the file has room for; nothing if they are compressed.
     std::optional<qint64> byLength() const;

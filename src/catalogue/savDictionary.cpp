@@ -6,7 +6,7 @@
 namespace {
 
 constexpr qint64 headerSize = 176;
-constexpr qint64 layoutCodeAt = 64, compressionAt = 72;
+constexpr qint64 layoutCodeAt = 64, compressionAt = 72, casesAt = 80;
 constexpr qint64 maxRecord = 16'000'000;
 
 enum Record {
@@ -48,7 +48,14 @@ bool SavDictionary::head() {
     // The library takes the number in either order of bytes.
     const auto is = [&](qint32 kind) { return compression == kind || compression == qbswap(kind); };
     compression_ = is(1) ? Compression::Codes : is(2) ? Compression::Blocks : Compression::None;
+    if (!file_.seek(casesAt))
+        return false;
+    cases_ = number().value_or(-1);
     return file_.seek(headerSize);
+}
+
+bool SavDictionary::skip(qint64 bytes) {
+    return bytes >= 0 && bytes <= file_.size() - file_.pos() && file_.seek(file_.pos() + bytes);
 }
 
 std::optional<qint32> SavDictionary::number() {

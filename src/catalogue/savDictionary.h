@@ -15,6 +15,8 @@ public:
     explicit SavDictionary(const QString& path, const Extension& extension = {});
 
     Compression compression() const { return compression_; }
+    /// The number of cases by the head; -1 where it leaves that open.
+    qint32 cases() const { return cases_; }
     /// Fields of eight bytes that a case takes up.
     qint64 fieldsPerCase() const { return fieldsPerCase_; }
     /// Where in the file the cases begin; nothing if the dictionary has no end.
@@ -26,12 +28,13 @@ private:
     QFile file_;
     Compression compression_ = Compression::None;
     qint64 fieldsPerCase_ = 0;
+    qint32 cases_ = -1;
     std::optional<qint64> dataAt_;
     bool swapped_ = false;
 
     bool head();
     std::optional<qint32> number();
-    bool skip(qint64 bytes) { return bytes >= 0 && file_.seek(file_.pos() + bytes); }
+    bool skip(qint64 bytes);
     bool variable();
     bool valueLabels();
     bool counted(qint64 size);
