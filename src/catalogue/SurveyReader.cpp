@@ -19,6 +19,14 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QString damaged() {
+    return said(u"Die Datei ist abgeschnitten oder beschädigt"_s, u"The file is cut off or damaged"_s);
+}
+
+} // namespace
+
 SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_(path), encoding_(encoding.toUtf8()) {
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (suffix == u"sav"_s || suffix == u"zsav"_s)
@@ -169,13 +177,15 @@ void SurveyReader::checkRows(SurveyFile& head) const {
     if (kind_ == Kind::Sav) {
         const SavCases cases(path_);
         if (!cases.isReadable())
-            fail(READSTAT_ERROR_PARSE, {});
+            refuse(damaged());
         if (!head.saysRows)
             head.rows = cases.byLength().value_or(-1);
     } else if (kind_ == Kind::Por) {
         // What is not understood could lose more than the library tells.
         if (!portable_)
-            fail(READSTAT_ERROR_PARSE, {});
+            refuse(
+                said(u"Die Datei ist abgeschnitten oder beschädigt, oder hinter ihrem letzten Fall steht noch etwas"_s,
+                     u"The file is cut off or damaged, or there is something else behind its last case"_s));
         head.rows = portable_->rows;
     }
 }
@@ -227,7 +237,7 @@ SurveyFile SurveyReader::readHead() {
     if (code != READSTAT_OK || !unreadable.isEmpty())
         fail(code == READSTAT_OK ? READSTAT_ERROR_CONVERT_BAD_STRING : code, unreadable);
     if (!fault)
-        fail(READSTAT_ERROR_PARSE, {});
+        refuse(damaged());
     pass.checkLabels();
     if (pass.file.variables.empty())
         throw ImportError(

@@ -102,11 +102,7 @@ void Session::flushBoxes() {
     if (boxText_.isEmpty())
         return;
     progressLine({});
-    // A box may have several lines; what a name from a file brings along is no command to the terminal.
-    QStringList lines = boxText_.split(u'\n');
-    for (QString& line : lines)
-        line = oneLine(line);
-    const QByteArray utf8 = lines.join(u'\n').toUtf8();
+    const QByteArray utf8 = cleanLines(boxText_).toUtf8();
     std::fwrite(utf8.constData(), 1, static_cast<size_t>(utf8.size()), err_);
     std::fflush(err_);
     boxText_.clear();

@@ -66,6 +66,13 @@ QString oneLine(QString text) {
     return text;
 }
 
+QString cleanLines(const QString& text) {
+    QStringList lines = text.split(u'\n');
+    for (QString& line : lines)
+        line = oneLine(line);
+    return lines.join(u'\n');
+}
+
 int terminalWidth(const QString& text) {
     int width = 0;
     for (char32_t c : text.toUcs4()) {

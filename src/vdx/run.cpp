@@ -125,8 +125,9 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
     const bool named = !arguments.empty() && !arguments[0].starts_with('-');
     if (named && std::none_of(declared.begin(), declared.end(),
                               [&](const CLI::App* command) { return command->get_name() == arguments[0]; })) {
-        std::fputs(("There is no command " + arguments[0] + "\nRun with --help for the commands there are.\n").c_str(),
-                   err);
+        const QString words = u"There is no command %1\nRun with --help for the commands there are.\n"_s.arg(
+            oneLine(QString::fromStdString(arguments[0])));
+        std::fputs(words.toUtf8().constData(), err);
         return 2;
     }
     try {
@@ -136,7 +137,7 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
         std::ostringstream asked, wrong;
         const int status = program.exit(problem, asked, wrong);
         std::fputs(asked.str().c_str(), out);
-        std::fputs(wrong.str().c_str(), err);
+        std::fputs(cleanLines(QString::fromStdString(wrong.str())).toUtf8().constData(), err);
         return status == 0 ? 0 : 2;
     }
     for (size_t i = 0; i < commands.size(); ++i)

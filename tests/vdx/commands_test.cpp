@@ -121,12 +121,14 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
     }
 }
 
-// One name is told in a box, the other on a line.
+// The first name is told in a box, the next on a line, the others as wrong usage.
 TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
     const QString bell = u"\x1b]2;title\x07"_s;
     for (const QStringList& arguments :
          {QStringList{u"studies"_s, home_.path(bell + u".mdb"_s)},
-          QStringList{u"import"_s, home_.path(u"new.mdb"_s), home_.path(bell + u".sav"_s), u"--study"_s, u"QX1"_s}}) {
+          QStringList{u"import"_s, home_.path(u"new.mdb"_s), home_.path(bell + u".sav"_s), u"--study"_s, u"QX1"_s},
+          QStringList{u"a"_s + bell}, QStringList{u"studies"_s, u"@"_s, u"--"_s + bell},
+          QStringList{u"studies"_s, u"@"_s, u"--set"_s, bell}}) {
         QString words = runVdx(arguments).err;
         EXPECT_TRUE(words.contains(u" ]2;title "_s)) << words.toStdString();
         for (const QChar c : words.remove(u'\n'))
