@@ -2,6 +2,7 @@
 
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/NoteLine.h"
+#include "catalogue/fileRights.h"
 #include "catalogue/importTexts.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Paths.h"
@@ -123,6 +124,17 @@ QList<NoteLine> movesToMake(const QString& catalogue, const QString& folder, con
     return lines;
 }
 
+/// Gives what was built the rights of what it replaces, and new case files the old catalogue's.
+void passOnRights(const QString& catalogue, const QString& built) {
+    const QString place = QFileInfo(catalogue).absolutePath() + u'/';
+    for (const QString& name : filesBelow(built)) {
+        if (QFileInfo(place + name).isFile())
+            giveRights(place + name, built + u'/' + name);
+        else if (isDatabaseName(name) && QFileInfo(catalogue).isFile())
+            giveRights(catalogue, built + u'/' + name);
+    }
+}
+
 /// Makes the moves that are not made yet. Only the very files that were there when the note was written move.
 void moveAll(const QString& catalogue, const QString& folder, const QList<NoteLine>& lines) {
     const QFileInfo target(catalogue);
@@ -184,6 +196,8 @@ BuildFolder::BuildFolder(const QString& catalogue) : catalogue_(catalogue), fold
     if (!QDir().mkpath(files()))
         throw ImportError(said(u"Der Ordner '%1' kann nicht angelegt werden."_s, u"The folder '%1' cannot be made."_s)
                               .arg(Paths::native(folder_)));
+    // Nobody else looks into the new files before they have the rights of the old ones.
+    QFile::setPermissions(files(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     writeNote(ownerNote(folder_), ownerLine(folder_));
 }
 
@@ -198,6 +212,8 @@ QString BuildFolder::files() const {
 }
 
 void BuildFolder::settle(const QStringList& outdated) {
+    passOnRights(catalogue_, files());
+    giveRights(folder_, files());
     QByteArray note;
     for (const NoteLine& line : movesToMake(catalogue_, folder_, outdated))
         note += line.text();

@@ -4,6 +4,7 @@
 #include "catalogue/ImportGuard.h"
 #include "catalogue/StudyWriter.h"
 #include "catalogue/SurveyReader.h"
+#include "catalogue/fileRights.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/newCatalogue.h"
 #include "catalogue/schema.h"
@@ -205,9 +206,10 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
         lines << said(u"Nicht übernommen: Gewicht der Datei %1, es ist keine Zahlenvariable"_s,
                       u"Not taken over: the file's weight %1, it is not a numeric variable"_s)
                      .arg(names[static_cast<size_t>(head.weight)].name);
-    if (head.rows < 0 && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
-        lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen"_s,
-                      u"The file does not say how many cases it has, it was read to its end"_s);
+    if (!head.saysRows && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
+        lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen: %1 Fälle"_s,
+                      u"The file does not say how many cases it has, it was read to its end: %1 cases"_s)
+                     .arg(report.cases);
     return lines;
 }
 
@@ -267,7 +269,10 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
         const bool isThere = QFileInfo(path).size() > 0;
         if (!isThere)
             guard_.willWrite(path);
+        const bool isNew = !QFileInfo::exists(path);
         job->files.emplace(path, catalogue_->openCompanion(path));
+        if (isNew)
+            giveRights(catalogue_->Name(), path);
         if (isThere)
             guard_.willWrite(path);
     }

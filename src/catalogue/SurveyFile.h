@@ -44,7 +44,8 @@ struct SurveyFile {
     bool stata = false;
     QString label;
     QStringList notes;
-    qint64 rows = -1; ///< -1: the file does not say
+    qint64 rows = -1;      ///< -1: not known before they are read
+    bool saysRows = false; ///< the number stands in the head
     std::vector<SurveyVariable> variables;
     std::vector<std::vector<SurveyLabel>> labelSets;
     int weight = -1;    ///< index of the weight variable, -1 without one

@@ -56,7 +56,7 @@ QString SurveyHeadPass::text(const char* utf8, const QString& where) {
     return *result;
 }
 
-int SurveyHeadPass::setOf(const char* name) {
+int SurveyHeadPass::setOf(const QByteArray& name) {
     const auto found = sets.constFind(name);
     if (found != sets.constEnd())
         return *found;
@@ -67,6 +67,7 @@ int SurveyHeadPass::setOf(const char* name) {
 
 void SurveyHeadPass::metadata(readstat_metadata_t* meta) {
     file.rows = readstat_get_row_count(meta);
+    file.saysRows = file.rows >= 0;
     encoding = readstat_get_file_encoding(meta);
     if (encoding.isEmpty() && file.stata)
         encoding = readstat_get_file_format_version(meta) < firstUnicodeStata ? "WINDOWS-1252" : "UTF-8";
@@ -87,7 +88,7 @@ void SurveyHeadPass::note(int index, const char* text_) {
     file.notes << line;
 }
 
-void SurveyHeadPass::variable(readstat_variable_t* source, const char* labelSet) {
+void SurveyHeadPass::variable(readstat_variable_t* source, const QByteArray& labelSet) {
     if (file.variables.size() >= maxVariables)
         throw ImportError(said(u"Die Datei hat zu viele Variablen"_s, u"The file has too many variables"_s));
     SurveyVariable variable;
@@ -99,7 +100,7 @@ void SurveyHeadPass::variable(readstat_variable_t* source, const char* labelSet)
     if (variable.isText && readstat_variable_get_type(source) != READSTAT_TYPE_STRING_REF)
         variable.width = widthOf(source, variable.format);
     variable.hasMeasure = readstat_variable_get_measure(source) != READSTAT_MEASURE_UNKNOWN;
-    if (labelSet) {
+    if (!labelSet.isNull()) {
         variable.labelSet = setOf(labelSet);
         usedSets.insert(variable.labelSet);
     }
@@ -127,7 +128,7 @@ void SurveyHeadPass::missing(const readstat_variable_t* source, SurveyVariable& 
     }
 }
 
-void SurveyHeadPass::valueLabel(const char* set, const readstat_value_t& value, const char* label) {
+void SurveyHeadPass::valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label) {
     if (++labels > maxLabels)
         throw ImportError(said(u"Die Datei hat zu viele Wertelabels"_s, u"The file has too many value labels"_s));
     const int index = setOf(set);
@@ -172,16 +173,16 @@ void SurveyHeadPass::checkLabels() const {
         unreadableText(said(u"Wertelabels der Variable %1"_s, u"Value labels of variable %1"_s).arg(name)));
 }
 
-void SurveyTextCheck::variable(readstat_variable_t* source, const char* labelSet) {
+void SurveyTextCheck::variable(readstat_variable_t* source, const QByteArray& labelSet) {
     const char* name = readstat_variable_get_name(source);
     const QString plain = QString::fromLatin1(name);
-    if (labelSet && !owners.contains(labelSet))
+    if (!labelSet.isNull() && !owners.contains(labelSet))
         owners.insert(labelSet, plain);
     if (found.isEmpty() && (bad(name) || bad(readstat_variable_get_label(source))))
         found = plain;
 }
 
-void SurveyTextCheck::valueLabel(const char* set, const readstat_value_t& value, const char* label) {
+void SurveyTextCheck::valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label) {
     const bool text = readstat_value_type_class(value) == READSTAT_TYPE_CLASS_STRING;
     if (bad(label) || (text && bad(readstat_string_value(value))))
         badSets << set;

@@ -18,14 +18,14 @@ struct SurveyHeadPass : SurveyPass {
     qint64 lostTexts = 0; ///< with characters that the file did not keep
 
     QString text(const char* utf8, const QString& where);
-    int setOf(const char* name);
+    int setOf(const QByteArray& name);
     void metadata(readstat_metadata_t* meta);
     void note(int index, const char* text_);
-    void variable(readstat_variable_t* source, const char* labelSet);
+    void variable(readstat_variable_t* source, const QByteArray& labelSet);
     int widthOf(const readstat_variable_t* source, const QString& format) const;
     static void missing(const readstat_variable_t* source, SurveyVariable& variable);
     void weight(const readstat_variable_t* source) { file.weight = readstat_variable_get_index(source); }
-    void valueLabel(const char* set, const readstat_value_t& value, const char* label);
+    void valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label);
     QStringList unusedSets() const;
     void checkLabels() const;
 };
@@ -42,8 +42,8 @@ struct SurveyTextCheck : SurveyPass {
 
     bool bad(const char* text) const { return text && !check.reads(text); }
 
-    void variable(readstat_variable_t* source, const char* labelSet);
-    void valueLabel(const char* set, const readstat_value_t& value, const char* label);
+    void variable(readstat_variable_t* source, const QByteArray& labelSet);
+    void valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label);
     /// The first variable with such a text; labels come before variables in some files, after them in others.
     QString variableName() const;
 };

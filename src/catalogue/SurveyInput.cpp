@@ -19,7 +19,7 @@ void SurveyInput::serve(readstat_parser_t* parser) {
     readstat_set_io_ctx(parser, this);
     readstat_set_open_handler(parser, [](const char*, void* context) { return self(context).open() ? 0 : -1; });
     readstat_set_close_handler(parser, [](void* context) {
-        self(context).file_.close();
+        self(context).file_->close();
         return 0;
     });
     readstat_set_seek_handler(parser, [](readstat_off_t offset, readstat_io_flags_t whence, void* context) {
@@ -36,11 +36,11 @@ void SurveyInput::serve(readstat_parser_t* parser) {
 bool SurveyInput::open() {
     piece_.resize(pieceBytes);
     pieceAt_ = pieceSize_ = position_ = 0;
-    return file_.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    return file_->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
 qint64 SurveyInput::seek(qint64 offset, readstat_io_flags_t whence) {
-    const qint64 from = whence == READSTAT_SEEK_SET ? 0 : whence == READSTAT_SEEK_CUR ? position_ : file_.size();
+    const qint64 from = whence == READSTAT_SEEK_SET ? 0 : whence == READSTAT_SEEK_CUR ? position_ : file_->size();
     // A file may claim any length for what it wants skipped.
     qint64 wanted = 0;
     if (__builtin_add_overflow(from, offset, &wanted) || wanted < 0)
@@ -52,10 +52,10 @@ qint64 SurveyInput::read(char* to, qint64 bytes) {
     qint64 done = 0;
     while (done < bytes) {
         if (position_ < pieceAt_ || position_ >= pieceAt_ + pieceSize_) {
-            if (position_ >= file_.size() || !file_.seek(position_))
+            if (position_ >= file_->size() || !file_->seek(position_))
                 break;
             pieceAt_ = position_;
-            pieceSize_ = std::max<qint64>(file_.read(piece_.data(), pieceBytes), 0);
+            pieceSize_ = std::max<qint64>(file_->read(piece_.data(), pieceBytes), 0);
             if (pieceSize_ == 0)
                 break;
         }

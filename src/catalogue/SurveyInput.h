@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QFile>
+#include <QIODevice>
+#include <memory>
 #include <readstat.h>
 #include <vector>
 
@@ -8,13 +9,13 @@
 /// case.
 class SurveyInput {
 public:
-    explicit SurveyInput(const QString& path) : file_(path) {}
+    explicit SurveyInput(std::unique_ptr<QIODevice> file) : file_(std::move(file)) {}
 
     /// Makes the library read through this object, which must outlive the parsing.
     void serve(readstat_parser_t* parser);
 
 private:
-    QFile file_;
+    std::unique_ptr<QIODevice> file_;
     std::vector<char> piece_;
     qint64 pieceAt_ = 0; ///< where in the file the piece begins
     qint64 pieceSize_ = 0;

@@ -4,6 +4,13 @@
 
 using namespace Qt::StringLiterals;
 
+void SurveyPass::formatIs(int format) {
+    if (format < 104) // of another kind of file, whose names end with a zero
+        return;
+    setBytesOfVariable = format >= 118 ? 129 : format >= 110 ? 33 : 9;
+    setBytesOfLabels = format >= 118 ? 129 : format >= 105 ? 33 : 12;
+}
+
 QString unreadableText(const QString& where) {
     return said(u"%1: Der Text kann nicht gelesen werden. Geben Sie die Zeichenkodierung der Datei mit "
                 u"--encoding "

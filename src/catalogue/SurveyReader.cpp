@@ -6,16 +6,26 @@
 #include "catalogue/SurveyInput.h"
 #include "catalogue/SurveyRowPass.h"
 #include "catalogue/dtaCharacteristics.h"
+#include "catalogue/dtaData.h"
 #include "catalogue/importTexts.h"
-#include "catalogue/portableNumbers.h"
+#include "catalogue/savCases.h"
 #include "catalogue/savExtensions.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <iconv.h>
 #include <readstat.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QString damaged() {
+    return said(u"Die Datei ist abgeschnitten oder beschädigt"_s, u"The file is cut off or damaged"_s);
+}
+
+} // namespace
 
 SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_(path), encoding_(encoding.toUtf8()) {
     const QString suffix = QFileInfo(path).suffix().toLower();
@@ -44,7 +54,7 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_
                  u"%1: A .por file has one fixed set of characters, --encoding does not apply to it; use .sav"_s)
                 .arg(path));
     if (kind_ == Kind::Por)
-        spelledOut_ = withNumbersSpelledOut(path);
+        portable_ = portableText(path);
     if (kind_ == Kind::Sav && encoding_.isEmpty())
         encoding_ = ownEncoding(path);
     if (!encoding_.isEmpty()) {
@@ -56,12 +66,21 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_
     }
 }
 
+std::unique_ptr<QIODevice> SurveyReader::source() const {
+    if (!portable_ || portable_->spelledOut.isEmpty())
+        return std::make_unique<QFile>(path_);
+    auto buffer = std::make_unique<QBuffer>();
+    buffer->setData(portable_->spelledOut);
+    return buffer;
+}
+
 template<class Pass>
-int SurveyReader::parse(Pass& pass, bool convert) const {
+int SurveyReader::parse(Pass& pass, bool convert, qint64 rows) const {
     const std::unique_ptr<readstat_parser_t, void (*)(readstat_parser_t*)> parser(readstat_parser_init(),
                                                                                   readstat_parser_free);
     readstat_set_metadata_handler(parser.get(), [](readstat_metadata_t* meta, void* context) {
         auto& p = *static_cast<Pass*>(context);
+        p.formatIs(readstat_get_file_format_version(meta));
         return p.guarded([&] { p.metadata(meta); });
     });
     readstat_set_note_handler(parser.get(), [](int index, const char* note, void* context) {
@@ -71,7 +90,7 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
     readstat_set_variable_handler(parser.get(),
                                   [](int, readstat_variable_t* variable, const char* labels, void* context) {
                                       auto& p = *static_cast<Pass*>(context);
-                                      return p.guarded([&] { p.variable(variable, labels); });
+                                      return p.guarded([&] { p.variable(variable, p.setOfVariable(labels)); });
                                   });
     readstat_set_fweight_handler(parser.get(), [](readstat_variable_t* variable, void* context) {
         auto& p = *static_cast<Pass*>(context);
@@ -80,7 +99,7 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
     readstat_set_value_label_handler(parser.get(),
                                      [](const char* set, readstat_value_t value, const char* label, void* context) {
                                          auto& p = *static_cast<Pass*>(context);
-                                         return p.guarded([&] { p.valueLabel(set, value, label); });
+                                         return p.guarded([&] { p.valueLabel(p.setOfLabels(set), value, label); });
                                      });
     readstat_set_progress_handler(parser.get(), [](double share, void* context) {
         auto& p = *static_cast<Pass*>(context);
@@ -92,8 +111,10 @@ int SurveyReader::parse(Pass& pass, bool convert) const {
                                        auto& p = *static_cast<Pass*>(context);
                                        return p.guarded([&] { p.value(row, variable, value); });
                                    });
-    SurveyInput input(spelledOut_ ? spelledOut_->fileName() : path_);
+    SurveyInput input(source());
     input.serve(parser.get());
+    // Without it, the library takes an uncompressed .sav file that does not say its number of cases for empty.
+    readstat_set_row_limit(parser.get(), static_cast<long>(rows));
     if (!encoding_.isEmpty())
         readstat_set_file_character_encoding(parser.get(), encoding_.constData());
     if (!convert)
@@ -126,10 +147,6 @@ void SurveyReader::fail(int code, const QString& detail) const {
     case READSTAT_ERROR_SEEK:
         reason = said(u"Die Datei ist abgeschnitten oder nicht lesbar"_s, u"The file is cut off or cannot be read"_s);
         break;
-    case READSTAT_ERROR_ROW_COUNT_MISMATCH:
-        reason = said(u"Die Datei ist abgeschnitten: Sie hat weniger Fälle, als sie angibt"_s,
-                      u"The file is cut off: it has fewer cases than it says"_s);
-        break;
     case READSTAT_ERROR_UNSUPPORTED_CHARSET:
         reason = said(u"Die Zeichenkodierung der Datei ist unbekannt. Geben Sie eine mit --encoding an"_s,
                       u"The file's character encoding is unknown. Name one with --encoding"_s);
@@ -148,9 +165,48 @@ void SurveyReader::fail(int code, const QString& detail) const {
             "werden kann"_s,
             u"The file is damaged, of another kind than its extension says, or holds something that cannot be read"_s);
     }
-    throw ImportError(u"%1: %2 (ReadStat %3: %4)"_s.arg(path_, reason)
-                          .arg(code)
-                          .arg(QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(code)))));
+    refuse(u"%1 (ReadStat %2: %3)"_s.arg(reason).arg(code).arg(
+        QString::fromUtf8(readstat_error_message(static_cast<readstat_error_t>(code)))));
+}
+
+void SurveyReader::refuse(const QString& reason) const {
+    throw ImportError(path_ + u": "_s + reason);
+}
+
+void SurveyReader::checkRows(SurveyFile& head) const {
+    if (kind_ == Kind::Sav) {
+        const SavCases cases(path_);
+        if (!cases.isReadable())
+            refuse(damaged());
+        if (!head.saysRows)
+            head.rows = cases.byLength().value_or(-1);
+    } else if (kind_ == Kind::Por) {
+        // What is not understood could lose more than the library tells.
+        if (!portable_)
+            refuse(
+                said(u"Die Datei ist abgeschnitten oder beschädigt, oder hinter ihrem letzten Fall steht noch etwas"_s,
+                     u"The file is cut off or damaged, or there is something else behind its last case"_s));
+        head.rows = portable_->rows;
+    }
+}
+
+void SurveyReader::checkRows(const SurveyFile& head, qint64 read) const {
+    if (kind_ != Kind::Sav) {
+        if (read != head.rows)
+            refuse(countNotKept(head.rows, read));
+        return;
+    }
+    const SavCases::Count held = SavCases(path_).count();
+    if (head.saysRows && held.whole != head.rows)
+        refuse(countNotKept(head.rows, held.whole));
+    if (!held.isClean)
+        refuse(said(u"Die Datei ist abgeschnitten oder beschädigt: Hinter %1 ganzen Fällen steht noch etwas, das kein "
+                    u"ganzer Fall ist"_s,
+                    u"The file is cut off or damaged: behind %1 whole cases there is something else that is no whole "
+                    u"case"_s)
+                   .arg(held.whole));
+    if (read != held.whole)
+        refuse(countNotKept(held.whole, read));
 }
 
 QString SurveyReader::unreadableInHead(const QByteArray& fileEncoding) const {
@@ -173,15 +229,22 @@ SurveyFile SurveyReader::readHead() {
     SurveyHeadPass pass;
     pass.file.stata = kind_ == Kind::Dta;
     const int code = parse(pass, true);
+    const std::optional<QString> fault = kind_ == Kind::Dta ? dtaDataFault(path_) : QString();
+    // Told before the library's own words: a wrong number of cases makes it stumble over what stands behind them.
+    if (fault && !fault->isEmpty())
+        refuse(*fault);
     const QString unreadable = kind_ == Kind::Por ? QString() : unreadableInHead(pass.encoding);
     if (code != READSTAT_OK || !unreadable.isEmpty())
         fail(code == READSTAT_OK ? READSTAT_ERROR_CONVERT_BAD_STRING : code, unreadable);
+    if (!fault)
+        refuse(damaged());
     pass.checkLabels();
     if (pass.file.variables.empty())
         throw ImportError(
             said(u"%1: Die Datei enthält keine Variablen"_s, u"%1: The file holds no variables"_s).arg(path_));
     if (pass.file.weight >= static_cast<int>(pass.file.variables.size()))
         pass.file.weight = -1;
+    checkRows(pass.file);
     if (kind_ == Kind::Sav)
         pass.file.extras = savExtensions(path_);
     if (kind_ == Kind::Dta)
@@ -193,11 +256,15 @@ SurveyFile SurveyReader::readHead() {
 qint64 SurveyReader::readRows(const SurveyFile& head, RowReceiver& receiver,
                               const std::function<bool(double)>& progress) {
     SurveyRowPass pass(head, receiver, progress);
-    if (const int code = parse(pass, true))
+    const int code = parse(pass, true, kind_ == Kind::Sav && !head.saysRows ? std::max<qint64>(head.rows, 0) : 0);
+    if (code != READSTAT_OK && code != READSTAT_ERROR_ROW_COUNT_MISMATCH)
         // Only strings are converted, so the next one after the last value is the one that failed.
         fail(code, stringAfter(head, pass.last));
     if (pass.row >= 0)
         receiver.endRow();
+    checkRows(head, pass.row + 1);
+    if (code != READSTAT_OK)
+        fail(code, {});
     if (kind_ == Kind::Por)
         lostTexts_ = lostInHead_ + pass.lostTexts;
     inexact_ = std::move(pass.inexact);

@@ -2,9 +2,12 @@
 
 #include "catalogue/SurveyFile.h"
 
-#include <QTemporaryFile>
+#include "catalogue/portableNumbers.h"
+
+#include <QIODevice>
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// Reads .sav, .zsav, .por and .dta files, one row at a time, with bounds on everything that a file may
 /// claim.
@@ -33,13 +36,20 @@ private:
     QString path_;
     QByteArray encoding_;
     Kind kind_ = Kind::Sav;
-    std::unique_ptr<QTemporaryFile> spelledOut_; ///< what is read in place of a .por file
+    std::optional<PortableText> portable_; ///< of a .por file that is understood
     qint64 lostInHead_ = 0, lostTexts_ = 0;
     std::vector<bool> inexact_;
 
+    std::unique_ptr<QIODevice> source() const;
+    /// @param rows that are read at most, where the file does not say how many it has
     template<class Pass>
-    int parse(Pass& pass, bool convert) const;
+    int parse(Pass& pass, bool convert, qint64 rows = 0) const;
+    /// Holds what the file says of its rows against what lies in it, before they are read.
+    void checkRows(SurveyFile& head) const;
+    /// And against what was read. @throws ImportError
+    void checkRows(const SurveyFile& head, qint64 read) const;
     [[noreturn]] void fail(int code, const QString& detail) const;
+    [[noreturn]] void refuse(const QString& reason) const;
     /// Name of a variable whose texts cannot be read, empty if there is none.
     QString unreadableInHead(const QByteArray& fileEncoding) const;
     static QString stringAfter(const SurveyFile& head, int variable);

@@ -48,6 +48,13 @@ bool definitionIsExact(const std::vector<MissingRange>& missing) {
     return true;
 }
 
+QString countNotKept(qint64 saidCases, qint64 heldCases) {
+    return said(u"Die Datei ist abgeschnitten oder beschädigt: Sie gibt %1 Fälle an und enthält %2"_s,
+                u"The file is cut off or damaged: it says that it has %1 cases and holds %2"_s)
+        .arg(saidCases)
+        .arg(heldCases);
+}
+
 int lengthWithoutTrailingBlanks(const char* text, int bytes) {
     while (bytes > 0 && text[bytes - 1] == ' ')
         --bytes;

@@ -1,7 +1,10 @@
 #include "catalogue/portableNumbers.h"
 
+#include <QFile>
 #include <QHash>
+#include <algorithm>
 #include <array>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -17,21 +20,35 @@ constexpr std::string_view structure = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcd
 constexpr qsizetype maxNumberLength = 98; ///< what the library takes
 constexpr qint64 maxTextLength = 20'000, maxCount = 1'000'000;
 
-/// The file is not what this reader knows; what is wrong with it is the library's to say.
+/// The file is not what this reader knows.
 struct NotUnderstood {};
+
+/// A number of base 30, perhaps with an exponent ("1+3" is 27000); -1 unless it is a whole one that counts something.
+qint64 wholeNumber(const QByteArray& text) {
+    constexpr qint64 base = 30, most = 1'000'000'000;
+    const qsizetype sign = text.indexOf('+');
+    bool isWhole = false, isExponent = true;
+    qint64 value = (sign < 0 ? text : text.left(sign)).toLongLong(&isWhole, base);
+    qint64 exponent = sign < 0 ? 0 : text.mid(sign + 1).toLongLong(&isExponent, base);
+    if (!isWhole || !isExponent || value < 0)
+        return -1;
+    for (; exponent > 0 && value > 0 && value <= most; --exponent)
+        value *= base;
+    return value;
+}
 
 /// Copies a portable file piece by piece; what has to be spelled out is changed on the way.
 class PortableCopy {
 public:
-    PortableCopy(QIODevice& from, QIODevice& to) : from_(from), to_(to) {}
+    explicit PortableCopy(QIODevice& from) : from_(from) { to_.reserve(from.size() + lineLength); }
 
-    /// @return whether anything was changed
     /// @throws NotUnderstood
-    bool run();
+    PortableText run();
 
 private:
     QIODevice& from_;
-    QIODevice& to_;
+    QByteArray to_;
+    qint64 rows_ = 0;
     int readColumn_ = 0, missingBlanks_ = 0, writeColumn_ = 0;
     bool changed_ = false;
     std::array<char, tableBytes> plain_{}; ///< by the file's own character
@@ -57,6 +74,7 @@ private:
     QByteArray copyText(char first);
     void copyValue(bool isText, char first) { isText ? void(copyText(first)) : void(copyNumber(first)); }
     qint64 copyCount(qint64 limit);
+    void passPadding();
 };
 
 char PortableCopy::next() {
@@ -87,10 +105,10 @@ void PortableCopy::put(char character) {
         return;
     }
     if (writeColumn_ == lineLength) {
-        to_.write("\r\n", 2);
+        to_ += "\r\n";
         writeColumn_ = 0;
     }
-    to_.putChar(character);
+    to_ += character;
     ++writeColumn_;
 }
 
@@ -155,9 +173,7 @@ qint64 PortableCopy::copyNumber(char first) {
     }
     for (const char character : number)
         putPlain(character);
-    bool isWhole = false;
-    const qint64 value = number.chopped(1).toLongLong(&isWhole, 30);
-    return isWhole ? value : -1;
+    return wholeNumber(number.chopped(1));
 }
 
 QByteArray PortableCopy::copyText(char first) {
@@ -226,7 +242,7 @@ void PortableCopy::copyLabels() {
 void PortableCopy::copyCases() {
     if (isText_.empty())
         throw NotUnderstood{};
-    for (;;)
+    for (;; ++rows_)
         for (size_t variable = 0; variable < isText_.size(); ++variable) {
             const char first = nextPlain();
             if (first == 'Z' && variable == 0) {
@@ -235,6 +251,14 @@ void PortableCopy::copyCases() {
             }
             copyValue(isText_[variable], first);
         }
+}
+
+/// Behind the last case only its letter fills the line; anything else would be cases that nobody reads.
+void PortableCopy::passPadding() {
+    const QByteArray padding = QByteArray(1, own_['Z']) + own_[' '] + QByteArray("\r\n\x1A\0", 4);
+    for (const char character : from_.readAll())
+        if (!padding.contains(character))
+            throw NotUnderstood{};
 }
 
 void PortableCopy::copyRecord(char tag) {
@@ -275,31 +299,29 @@ void PortableCopy::copyRecord(char tag) {
     }
 }
 
-bool PortableCopy::run() {
+PortableText PortableCopy::run() {
     copyHead();
     char tag = 0;
     do {
         tag = nextPlain();
         copyRecord(tag);
     } while (tag != 'F');
+    passPadding();
     while (writeColumn_ < lineLength)
         putPlain('Z');
-    to_.write("\r\n", 2);
-    return changed_;
+    to_ += "\r\n";
+    return {rows_, changed_ ? to_ : QByteArray()};
 }
 
 } // namespace
 
-std::unique_ptr<QTemporaryFile> withNumbersSpelledOut(const QString& path) {
-    QFile from(path);
-    auto to = std::make_unique<QTemporaryFile>();
-    if (!from.open(QIODevice::ReadOnly) || !to->open())
-        return nullptr;
+std::optional<PortableText> portableText(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
     try {
-        if (PortableCopy(from, *to).run() && to->flush() && to->error() == QFileDevice::NoError)
-            return to;
+        return PortableCopy(file).run();
     } catch (const NotUnderstood&) {
-        // Told by the library, which reads the file as it is.
+        return std::nullopt;
     }
-    return nullptr;
 }

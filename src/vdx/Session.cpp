@@ -102,7 +102,7 @@ void Session::flushBoxes() {
     if (boxText_.isEmpty())
         return;
     progressLine({});
-    const QByteArray utf8 = boxText_.toUtf8();
+    const QByteArray utf8 = cleanLines(boxText_).toUtf8();
     std::fwrite(utf8.constData(), 1, static_cast<size_t>(utf8.size()), err_);
     std::fflush(err_);
     boxText_.clear();
@@ -112,7 +112,7 @@ void Session::flushBoxes() {
 void Session::say(const QString& line) {
     flushBoxes();
     progressLine({});
-    std::fputs((line + u'\n').toUtf8().constData(), err_);
+    std::fputs((oneLine(line) + u'\n').toUtf8().constData(), err_);
     std::fflush(err_);
 }
 

@@ -24,14 +24,6 @@ bool isWide(char32_t c) {
     return std::any_of(std::begin(wide), std::end(wide), [c](Range r) { return c >= r.first && c <= r.last; });
 }
 
-/// A cell must stay on its line on a terminal.
-QString oneLine(QString text) {
-    for (QChar& c : text)
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
-            c = u' ';
-    return text;
-}
-
 QJsonArray jsonRows(const std::vector<QStringList>& rows) {
     QJsonArray all;
     for (const QStringList& row : rows)
@@ -66,6 +58,20 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
 }
 
 } // namespace
+
+QString oneLine(QString text) {
+    for (QChar& c : text)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            c = u' ';
+    return text;
+}
+
+QString cleanLines(const QString& text) {
+    QStringList lines = text.split(u'\n');
+    for (QString& line : lines)
+        line = oneLine(line);
+    return lines.join(u'\n');
+}
 
 int terminalWidth(const QString& text) {
     int width = 0;

@@ -35,5 +35,10 @@ private:
     void writeAligned(const std::vector<QStringList>& rows, int headerRows, const QList<int>& rightAligned);
 };
 
+/// A text that stays on its line on a terminal and gives it no commands: blanks in place of control characters.
+QString oneLine(QString text);
+/// The same for a text that may have several lines.
+QString cleanLines(const QString& text);
+
 /// Columns that a text takes on a terminal: combining marks none, wide characters two.
 int terminalWidth(const QString& text);

@@ -70,7 +70,7 @@ struct TypedOptions {
 int usageError(const UsageError& error, std::FILE* err) {
     const bool german = gLanguage == 0;
     const QString text =
-        u"vdx: "_s + (german ? error.german : error.english) + u'\n' +
+        u"vdx: "_s + oneLine(german ? error.german : error.english) + u'\n' +
         (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
     std::fputs(text.toUtf8().constData(), err);
     return 2;
@@ -95,7 +95,7 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
     } catch (const UsageError& error) {
         return usageError(error, err);
     } catch (const std::exception& failure) {
-        std::fputs((asError(failure).description() + u'\n').toUtf8().constData(), err);
+        std::fputs((oneLine(asError(failure).description()) + u'\n').toUtf8().constData(), err);
         return 1;
     }
 }
@@ -125,8 +125,9 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
     const bool named = !arguments.empty() && !arguments[0].starts_with('-');
     if (named && std::none_of(declared.begin(), declared.end(),
                               [&](const CLI::App* command) { return command->get_name() == arguments[0]; })) {
-        std::fputs(("There is no command " + arguments[0] + "\nRun with --help for the commands there are.\n").c_str(),
-                   err);
+        const QString words = u"There is no command %1\nRun with --help for the commands there are.\n"_s.arg(
+            oneLine(QString::fromStdString(arguments[0])));
+        std::fputs(words.toUtf8().constData(), err);
         return 2;
     }
     try {
@@ -136,7 +137,7 @@ int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE*
         std::ostringstream asked, wrong;
         const int status = program.exit(problem, asked, wrong);
         std::fputs(asked.str().c_str(), out);
-        std::fputs(wrong.str().c_str(), err);
+        std::fputs(cleanLines(QString::fromStdString(wrong.str())).toUtf8().constData(), err);
         return status == 0 ? 0 : 2;
     }
     for (size_t i = 0; i < commands.size(); ++i)

@@ -37,6 +37,11 @@ readstat_variable_t* SurveyFileMaker::text(const char* name, int width, const ch
     return variable;
 }
 
+void SurveyFileMaker::longText(const char* name, const char* text) {
+    variables_.push_back(readstat_add_variable(writer_, name, READSTAT_TYPE_STRING_REF, 0));
+    longText_ = readstat_add_string_ref(writer_, text);
+}
+
 void SurveyFileMaker::label(readstat_variable_t* variable, const std::vector<std::pair<Cell, const char*>>& labels) {
     readstat_label_set_t* set = readstat_add_label_set(writer_, readstat_variable_get_type(variable),
                                                        ("set" + std::to_string(++labelSets_)).c_str());
@@ -74,6 +79,8 @@ void SurveyFileMaker::append(const Row& row) {
             readstat_insert_float_value(writer_, variables_[i], static_cast<float>(*number));
         else if (number)
             readstat_insert_double_value(writer_, variables_[i], *number);
+        else if (readstat_variable_get_type(variables_[i]) == READSTAT_TYPE_STRING_REF)
+            readstat_insert_string_ref(writer_, variables_[i], longText_);
         else if (const char* const* text = std::get_if<const char*>(&row[i]))
             readstat_insert_string_value(writer_, variables_[i], *text);
         else if (const Letter* letter = std::get_if<Letter>(&row[i]))
@@ -95,6 +102,16 @@ void SurveyFileMaker::end(const QString& path) {
 
 void SurveyFileMaker::write(const QString& path, const std::vector<Row>& rows) {
     write(path, static_cast<int>(rows.size()), [&](int i) { return rows[static_cast<size_t>(i)]; });
+}
+
+void rewrite(const QString& path, const std::function<void(QByteArray&)>& change) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    QByteArray content = file.readAll();
+    change(content);
+    file.resize(0);
+    file.seek(0);
+    file.write(content);
 }
 
 void truncateTo(const QString& path, qint64 bytes) {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <functional>
 #include <readstat.h>
 #include <string>
 #include <variant>
@@ -33,6 +34,10 @@ public:
     void weight(const readstat_variable_t* variable) { readstat_writer_set_fweight_variable(writer_, variable); }
     /// Version of a .dta file; 118 unless said otherwise.
     void stataVersion(uint8_t version) { stataVersion_ = version; }
+    /// A .sav file whose small numbers stand as codes of one byte.
+    void compressRows() { readstat_writer_set_compression(writer_, READSTAT_COMPRESS_ROWS); }
+    /// A variable of a .dta file whose one text, in every case, stands in a section of its own.
+    void longText(const char* name, const char* text);
 
     void write(const QString& path, const std::vector<Row>& rows);
     /// Rows that a function gives, for large files.
@@ -47,6 +52,7 @@ public:
 private:
     readstat_writer_t* writer_;
     std::vector<readstat_variable_t*> variables_;
+    readstat_string_ref_t* longText_ = nullptr;
     QByteArray content_;
     uint8_t stataVersion_ = 118;
     int labelSets_ = 0;
@@ -55,6 +61,9 @@ private:
     void append(const Row& row);
     void end(const QString& path);
 };
+
+/// Changes a file as a whole.
+void rewrite(const QString& path, const std::function<void(QByteArray&)>& change);
 
 /// The file cut off after so many bytes.
 void truncateTo(const QString& path, qint64 bytes);

@@ -5,8 +5,8 @@
 #include "support/TestHome.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <gtest/gtest.h>
-#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +57,10 @@ TEST(SurveyReader, ReadsPortableFilesHoweverTheirNumbersAreWritten) {
         file.write(content.mid(at, 80).leftJustified(80, at + 80 > content.size() ? 'Z' : ' ') + "\r\n");
     file.close();
 
+    // There need be no room on disk for a second copy: nobody can make a file there.
+    const QByteArray temporary = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/proc");
+    const auto restore = qScopeGuard([&] { temporary.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", temporary); });
     SurveyReader reader(path, {});
     const SurveyFile head = reader.readHead();
     ASSERT_EQ(head.variables.size(), 2u);
@@ -291,29 +295,4 @@ TEST(SurveyReader, RefusesWhatItCannotReadWithAReason) {
     EXPECT_FALSE(errorOf(home.path(u"file.xls"_s)).isEmpty());
     QFile::copy(path, home.path(u"file.dta"_s));
     EXPECT_FALSE(errorOf(home.path(u"file.dta"_s)).isEmpty());
-}
-
-TEST(SurveyReader, DamagedBytesAreReadOrRefusedButNeverACrash) {
-    TestHome home;
-    std::mt19937 random(1919);
-    for (const QString& kind : {u"sav"_s, u"zsav"_s, u"por"_s, u"dta"_s}) {
-        const QString path = home.path(u"damaged."_s + kind);
-        SurveyFileMaker maker;
-        maker.label(maker.number("V1", "First"), {{1.0, "yes"}, {2.0, "no"}});
-        maker.label(maker.text("NAME", 5, "Second"), {{"ab", "short"}});
-        maker.write(path, {{1.0, "ab"}, {2.0, "cde"}});
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        const QByteArray whole = file.readAll();
-        for (int round = 0; round < 500; ++round) {
-            QByteArray damaged = whole;
-            for (size_t i = 0; i <= random() % 4; ++i)
-                damaged[static_cast<qsizetype>(random() % static_cast<size_t>(whole.size()))] =
-                    random() % 2 ? char(255) : static_cast<char>(random());
-            file.seek(0);
-            file.write(damaged);
-            file.flush();
-            errorOf(path);
-        }
-    }
 }

@@ -121,6 +121,21 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
     }
 }
 
+// The first name is told in a box, the next on a line, the others as wrong usage.
+TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
+    const QString bell = u"\x1b]2;title\x07"_s;
+    for (const QStringList& arguments :
+         {QStringList{u"studies"_s, home_.path(bell + u".mdb"_s)},
+          QStringList{u"import"_s, home_.path(u"new.mdb"_s), home_.path(bell + u".sav"_s), u"--study"_s, u"QX1"_s},
+          QStringList{u"a"_s + bell}, QStringList{u"studies"_s, u"@"_s, u"--"_s + bell},
+          QStringList{u"studies"_s, u"@"_s, u"--set"_s, bell}}) {
+        QString words = runVdx(arguments).err;
+        EXPECT_TRUE(words.contains(u" ]2;title "_s)) << words.toStdString();
+        for (const QChar c : words.remove(u'\n'))
+            EXPECT_NE(c.category(), QChar::Other_Control) << words.toStdString();
+    }
+}
+
 TEST_F(Commands, casesThatLieElsewhereThanInTheTypedFolderAreNamed) {
     const QString beside = home_.path(u"QX2020.mdb"_s), empty = home_.path(u"empty"_s), none = home_.path(u"none"_s);
     ASSERT_TRUE(QFile::copy(data_ + u"/QX2020.mdb"_s, beside));
