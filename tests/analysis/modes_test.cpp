@@ -222,6 +222,15 @@ TEST_F(AllModes, ARangeOfMissingNumbersTakesNoTextOutOfACrosstab) {
                          u" AND ((TR_1.T < 100 OR TR_1.T > 200) OR (TR_1.T Is Not Null AND Not IsNumeric(TR_1.T))) "_s +
                          end}));
     EXPECT_EQ(model_.tableState(), TableState::Current);
+    // Exchanged, the texts stand in the columns: 7, a and the empty text by V = 1 and 2.
+    const auto flip = [this](bool on) {
+        model_.edit().change(RequestPart::Mode, [on](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = on; });
+    };
+    flip(true);
+    EXPECT_EQ(rows(u"T"_s, u"V>0"_s),
+              (QStringList{u"1|||1|1|1|3|3"_s, u"2|||||1|1|1"_s, u"Summe|||1|1|2|4|"_s, u"Gült. Summe|||1|1|2||4"_s}));
+    EXPECT_EQ(counted.size(), 2);
+    flip(false);
     // Beside a text or not: what is missing, be it Null, stays out with a filter.
     EXPECT_EQ(rows(u"Z"_s, u"V>0"_s),
               (QStringList{u"1|||2|1|3|3"_s, u"2|||2||2|2"_s, u"Summe|||4|1|5|"_s, u"Gült. Summe|||4|1||5"_s}));

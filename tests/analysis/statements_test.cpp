@@ -166,6 +166,8 @@ FilterResult translate(const QString& text, const QStringList& joinedAlready, QS
             return VariablePlace{u"QX1919_1"_s, word};
         if (word == "V9"_L1)
             return VariablePlace{u"QX1919_2"_s, word};
+        if (word == "v9b"_L1)
+            return VariablePlace{u"qx1919_2"_s, word};
         if (word == "V10"_L1)
             return VariablePlace{u"QX1919_20"_s, word};
         return std::nullopt;
@@ -194,6 +196,8 @@ TEST(UserFilter, CopiesCharactersAndReplacesVariables) {
         {u"(V7=1) OR (V8>2)"_s, u"(QX1919_1.V7=1) OR (QX1919_1.V8>2)"_s, u""_s},
         {u"V9<3 AND NOT V7=2"_s, u"QX1919_2.V9<3 AND NOT QX1919_1.V7=2"_s, u"QX1919_2"_s},
         {u"V10=1 and V9=1 or V9>3"_s, u"QX1919_20.V10=1 and QX1919_2.V9=1 or QX1919_2.V9>3"_s, u"QX1919_20,QX1919_2"_s},
+        // The engine takes no notice of case in a table's name: a second join of the same table would be an error.
+        {u"V9=1 AND v9b=1"_s, u"QX1919_2.V9=1 AND qx1919_2.v9b=1"_s, u"QX1919_2"_s},
         // Behind a variable's delimiter everything is taken as it is, up to the next delimiter.
         {u"V7=1.5 OR V8='x;y'"_s, u"QX1919_1.V7=1.5 OR QX1919_1.V8='x;y'"_s, u""_s},
         {u"A-B_1=1"_s, u"QX1919_1.A-B_1=1"_s, u""_s},

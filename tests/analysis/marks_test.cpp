@@ -1,0 +1,282 @@
+#include "analysis/AnalysisModel.h"
+#include "app/globals.h"
+#include "config/Options.h"
+#include "support/PrintQt.h"
+#include "support/ScriptedAsker.h"
+#include "support/TableText.h"
+#include "support/TestCatalogue.h"
+#include "support/TestHome.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Marks of missing values that a hand has set, through whatever happens between one table and the next. V5 of QX1919
+/// has 1, 1, 2, 2, 9 and Null, V7 has 1 and 2 in turn; 9 is missing by definition.
+class HandMarks : public testing::Test {
+protected:
+    HandMarks() : catalogue_(home_.path(u"archive"_s)) {
+        catalogue_.fill();
+        catalogue_.open();
+        gOptions.ShowPercentSign = gOptions.CumulatedPercent = gOptions.HeaderValAddVar = false;
+        model_.open();
+        model_.edit().StudyClick(u"QX1919"_s);
+        model_.edit().chooseVariable(u"V5"_s);
+    }
+
+    TestHome home_;
+    ScriptedAsker asker_;
+    TestCatalogue catalogue_;
+    AnalysisModel model_;
+
+    static constexpr AnalysisMode everyMode[] = {AnalysisMode::Frequency, AnalysisMode::Crosstab,
+                                                 AnalysisMode::Comparison};
+
+    void ask(AnalysisMode mode) {
+        model_.edit().chooseMode(mode);
+        model_.edit().chooseVariable(u"V5"_s);
+        if (mode == AnalysisMode::Crosstab)
+            model_.edit().chooseVariable2(u"V7"_s);
+        if (mode == AnalysisMode::Comparison && model_.request().lst_TrendVars.isEmpty()) {
+            model_.comparison().addVariable(u"QX1919"_s, u"V5"_s);
+            model_.comparison().addVariable(u"QX2020"_s, u"V5"_s);
+        }
+    }
+    /// The rows or columns with an "X", by their value or label.
+    QStringList rows() const { return Marks::of(model_.result().marked()).rows.missing(); }
+    QStringList columns() const { return Marks::of(model_.result().marked()).columns.missing(); }
+    int rowOf(const QString& value) const {
+        const ResultTable& table = model_.result().mfgGrid;
+        for (int row = table.shape.rows.first; row <= table.shape.rows.last; ++row)
+            if (table.Cell(0, row) == value)
+                return row;
+        return -1;
+    }
+    void clickRow(const QString& value) {
+        EXPECT_EQ(model_.mfgGrid_Click({rowOf(value), rowOf(value), 2, 2}), ClickEffect::Marked);
+    }
+    /// Calculates anew by the marks as they are.
+    void calculate() {
+        asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
+        model_.cmdCalculate();
+    }
+    /// A table with 1 marked by hand.
+    void markOne(AnalysisMode mode) {
+        ask(mode);
+        if (model_.changeTab(1) == RunOutcome::Reused) {
+            asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
+            model_.cmdCalculate();
+        }
+        ASSERT_EQ(model_.facts().outcome, RunOutcome::Computed) << asker_.lastText().toStdString();
+        clickRow(u"1"_s);
+        EXPECT_EQ(model_.tableState(), TableState::OtherMarks);
+    }
+    void stopAtTurn(int turn) {
+        asker_.onEventTurn = [this, turn, turns = 0]() mutable {
+            if (turns++ == turn)
+                model_.stop();
+        };
+    }
+};
+
+} // namespace
+
+TEST_F(HandMarks, AreTakenOverByATableInAnotherLanguageShapeOrOption) {
+    struct Change {
+        const char* what;
+        AnalysisMode mode;
+        std::function<void()> make;
+    };
+    const auto flip = [](bool& option) { return [&option] { option = !option; }; };
+    const std::vector<Change> changes{
+        {"language", AnalysisMode::Frequency, [] { gLanguage = gLanguage == 1 ? 0 : 1; }},
+        {"language", AnalysisMode::Crosstab, [] { gLanguage = gLanguage == 1 ? 0 : 1; }},
+        {"language", AnalysisMode::Comparison, [] { gLanguage = gLanguage == 1 ? 0 : 1; }},
+        {"blank row", AnalysisMode::Frequency, flip(gOptions.SeparateValidCases)},
+        {"one column more", AnalysisMode::Frequency, flip(gOptions.CumulatedPercent)},
+        {"separator", AnalysisMode::Frequency, flip(gOptions.CommaInPercent)},
+        {"valid sums", AnalysisMode::Crosstab, flip(gOptions.ShowValidSums)},
+        {"labels", AnalysisMode::Crosstab, flip(gOptions.NoRowLabels)},
+        {"N", AnalysisMode::Crosstab, flip(gOptions.IncludeNinXTab)},
+        {"missing values shown", AnalysisMode::Crosstab, flip(gOptions.IncludeMissingXTab)},
+        {"header", AnalysisMode::Comparison, flip(gOptions.HeaderYear)},
+        {"labels of values", AnalysisMode::Comparison, flip(gOptions.HeaderValFirst)},
+    };
+    for (const Change& change : changes) {
+        SCOPED_TRACE(std::string(change.what) + " " + std::to_string(int(change.mode)));
+        markOne(change.mode);
+        const QStringList marked = rows();
+        ASSERT_TRUE(marked.contains(u"1"_s));
+        change.make();
+        EXPECT_EQ(model_.tableState(), TableState::OtherOptions);
+        model_.computeAnew();
+        EXPECT_EQ(model_.tableState(), TableState::Current);
+        EXPECT_TRUE(rows().contains(u"1"_s));
+        EXPECT_FALSE(rows().contains(u"2"_s));
+        EXPECT_TRUE(
+            standsOn(*model_.result().facts, model_.result().marks).join(u' ').contains(u"von Hand gesetzt:"_s));
+        change.make();
+        asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
+        model_.cmdCalculate();
+        EXPECT_FALSE(rows().contains(u"1"_s)) << "the definition again";
+    }
+}
+
+TEST_F(HandMarks, FollowTheLanguageByThemselvesWhereNothingElseHasChanged) {
+    for (const AnalysisMode mode : everyMode) {
+        SCOPED_TRACE(int(mode));
+        gLanguage = 0;
+        markOne(mode);
+        gLanguage = 1;
+        EXPECT_EQ(model_.tableState(), TableState::OtherOptions);
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        EXPECT_TRUE(rows().contains(u"1"_s));
+        // Two things at once: the table is another one, and its definition counts.
+        gLanguage = 0;
+        gOptions.CommaInPercent = !gOptions.CommaInPercent;
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        EXPECT_FALSE(rows().contains(u"1"_s));
+    }
+}
+
+TEST_F(HandMarks, BelongToTheirValueOnWhicheverAxisItStands) {
+    gOptions.IncludeMissingXTab = true;
+    markOne(AnalysisMode::Crosstab);
+    clickRow(u"9"_s);                                                   // valid now
+    EXPECT_EQ(model_.mfgGrid_Click({2, 2, 4, 4}), ClickEffect::Marked); // V7 = 2
+    model_.edit().change(RequestPart::Mode, [](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = true; });
+    EXPECT_EQ(model_.tableState(), TableState::OtherRequest);
+    model_.computeAnew();
+    EXPECT_EQ(columns(), (QStringList{u"SYSMIS"_s, u"1"_s}));
+    EXPECT_EQ(rows(), QStringList(u"2"_s));
+    // V7 = 1 has 1, 2 and 9 once each, of which 2 and 9 are valid.
+    EXPECT_EQ(linesOf(model_.result().mfgGrid, 3).value(0), u"1|männlich|||1|1|1|3|2"_s);
+    EXPECT_TRUE(standsOn(*model_.result().facts, model_.result().marks)
+                    .join(u' ')
+                    .contains(u"V5: von Hand gesetzt: SYSMIS; 1, V7: von Hand gesetzt: 2"_s));
+    // A value that its definition leaves out was made valid by hand: it stays where missing values are not shown.
+    gOptions.IncludeMissingXTab = false;
+    model_.computeAnew();
+    EXPECT_EQ(linesOf(model_.result().mfgGrid, 3).value(0), u"1|männlich||1|1|1|3|2"_s);
+}
+
+TEST_F(HandMarks, OfARunThatWasStoppedAreTakenByTheNextOneOfTheSameTableAndByNoOther) {
+    for (const AnalysisMode mode : everyMode) {
+        for (int turn = 0;; ++turn) {
+            SCOPED_TRACE(std::to_string(int(mode)) + " stopped at turn " + std::to_string(turn));
+            ASSERT_LT(turn, 200);
+            markOne(mode);
+            stopAtTurn(turn);
+            calculate();
+            asker_.onEventTurn = nullptr;
+            const bool stopped = model_.facts().outcome == RunOutcome::Cancelled;
+            if (stopped) {
+                EXPECT_NE(model_.tableState(), TableState::Current);
+            }
+            // The odd ones go on to another variable, the even ones finish what was stopped.
+            if (turn % 2 == 1 && mode != AnalysisMode::Comparison) {
+                if (mode == AnalysisMode::Frequency)
+                    model_.edit().chooseVariable(u"V7"_s);
+                else
+                    model_.edit().chooseVariable2(u"V6"_s);
+                EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+                EXPECT_FALSE(rows().contains(u"1"_s)) << "marks of another table";
+                EXPECT_EQ(model_.result().marks.by, Marks::By::Definition);
+            } else {
+                EXPECT_EQ(model_.changeTab(1), stopped ? RunOutcome::Computed : RunOutcome::Reused);
+                EXPECT_TRUE(rows().contains(u"1"_s));
+                EXPECT_EQ(model_.tableState(), TableState::Current);
+            }
+            model_.edit().change(RequestPart::Entries, [](AnalysisRequest& r) { r.lst_TrendVars.clear(); });
+            if (!stopped)
+                break;
+        }
+    }
+}
+
+TEST_F(HandMarks, EndWithARequestThatHasChanged) {
+    markOne(AnalysisMode::Frequency);
+    calculate();
+    EXPECT_EQ(rows(), (QStringList{u"SYSMIS"_s, u"1"_s, u"9"_s}));
+    model_.edit().chooseFilterText(u"V7=1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(rows(), QStringList(u"9"_s));
+    clickRow(u"1"_s);
+    model_.edit().chooseFilter(FilterKind::noFilter);
+    model_.computeAnew();
+    EXPECT_EQ(rows(), (QStringList{u"SYSMIS"_s, u"9"_s}));
+    // The same table again, by its definition: nobody has asked for the marks of before.
+    clickRow(u"1"_s);
+    model_.edit().chooseVariable(u"V7"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(rows(), QStringList());
+    model_.edit().chooseVariable(u"V5"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(rows(), (QStringList{u"SYSMIS"_s, u"9"_s}));
+}
+
+TEST_F(HandMarks, AComparisonIsWholeOnlyAfterItsLastEntry) {
+    ask(AnalysisMode::Comparison);
+    // Turns come before each entry's counts and with each row of its column: the second column is under way.
+    int columnsSeen = 0;
+    asker_.onEventTurn = [&] { columnsSeen = std::max(columnsSeen, static_cast<int>(model_.facts().counts.size())); };
+    RunHooks hooks;
+    hooks.onStatement = [&, entries = 0](const QString& name, const QString&) mutable {
+        if (name == "counts"_L1 && ++entries == 2)
+            model_.stop();
+    };
+    model_.setHooks(hooks);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
+    ASSERT_TRUE(model_.result().facts);
+    EXPECT_FALSE(model_.result().facts->complete);
+    EXPECT_EQ(model_.tableState(), TableState::CutShort);
+    EXPECT_EQ(model_.mfgGrid_Click({1, 1, 2, 2}), ClickEffect::None) << "a part takes no marks";
+    // Its words follow no language: what is unfinished is computed anew, by the definition.
+    gLanguage = 1;
+    model_.setHooks({});
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.tableState(), TableState::Current);
+}
+
+TEST_F(HandMarks, WhatWasSaidOfMissingValuesEndsWithTheMode) {
+    model_.edit().chooseMode(AnalysisMode::Descriptives);
+    RunHooks hooks;
+    hooks.askMissing = [this](const QString&) {
+        model_.stop();
+        return std::optional(MissingAnswer{u"2"_s, true});
+    };
+    model_.setHooks(hooks);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
+    EXPECT_EQ(model_.request().sMissing, u"2"_s) << "the next run goes on with it";
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    EXPECT_EQ(model_.request().sMissing, u"9"_s);
+    EXPECT_FALSE(model_.request().bUserMissing);
+}
+
+/// The title names the N that the percentages below it rest on, also where an option has changed since.
+TEST_F(HandMarks, TheTitleOfATableThatStaysNamesTheBaseOfItsPercentages) {
+    gOptions.IncludeMissingInPercentXTab = false;
+    ask(AnalysisMode::Crosstab);
+    model_.changeTab(1);
+    const QString title = model_.result().lblLabel;
+    EXPECT_TRUE(title.endsWith(u"(N=4)"_s));
+    EXPECT_EQ(model_.result().mfgGrid2.Cell(3, 4), u"50,0"_s) << "1 of the 2 valid cases of V7 = 1";
+    gOptions.IncludeMissingInPercentXTab = true;
+    EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
+    EXPECT_EQ(model_.result().lblLabel, title);
+    EXPECT_EQ(model_.tableState(), TableState::OtherOptions);
+    model_.computeAnew();
+    EXPECT_TRUE(model_.result().lblLabel.endsWith(u"(N=5)"_s));
+    EXPECT_EQ(model_.result().mfgGrid2.Cell(4, 4), u"33,3"_s) << "1 of the 3 of V7 = 2 that are shown";
+    // A frequency table has both bases, and its title follows the option.
+    ask(AnalysisMode::Frequency);
+    gOptions.IncludeMissing = false;
+    model_.changeTab(1);
+    EXPECT_TRUE(model_.result().lblLabel.endsWith(u"(N=4)"_s));
+    gOptions.IncludeMissing = true;
+    EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
+    EXPECT_TRUE(model_.result().lblLabel.endsWith(u"(N=6)"_s));
+    EXPECT_EQ(model_.tableState(), TableState::Current);
+}
