@@ -4,6 +4,7 @@
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/FileRecordset.h"
+#include "platform/dao/Journals.h"
 #include "platform/dao/Parser.h"
 #include "platform/dao/SqlText.h"
 
@@ -30,6 +31,7 @@ DatabaseFile::~DatabaseFile() {
 
 void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
     using Mode = DatabaseLocation::Mode;
+    settleJournals(location_, {});
     if (opening == Opening::New) {
         connection_ = std::make_unique<Connection>(location_, Mode::ReadWriteCreate);
         connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write); // makes the file a database at once
