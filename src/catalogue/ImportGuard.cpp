@@ -58,9 +58,11 @@ void endJournal(dao::Database& database) {
 
 /// Opens a database, which rolls back what a killed process left unfinished in it. @return false if it holds
 /// no table
-bool recover(const QString& path) {
+bool recover(const QString& path, const QString& catalogue) {
     if (QFileInfo(path).size() == 0)
         return false;
+    // A case file in another folder does not tell by itself where its catalogue lies.
+    dao::settleJournals(dao::DatabaseLocation::find(path), QFileInfo(catalogue).absolutePath());
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(path);
     const bool hasTables = database->TableDefs().Count() > 0;
     if (hasTables && QFileInfo::exists(journalOf(path)))
@@ -92,7 +94,7 @@ void recoverLine(const QString& catalogue, const NoteLine& line) {
         return;
     bool hasTables = false;
     try {
-        hasTables = recover(path);
+        hasTables = recover(path, catalogue);
     } catch (const dao::Error& error) {
         // What is no database has nothing to roll back. Anything else, a lock or damage, is for the user to
         // see to.

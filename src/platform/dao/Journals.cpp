@@ -211,8 +211,9 @@ QString findSuperJournal(const QString& file, const QString& mainFolder, const Q
         hasMainFile = hasMainFile || QFileInfo(folder + u'/' + mainFileOf(known)).isFile();
     }
     if (!hasMainFile) {
-        refuse(file, u"It was being changed together with '%1', which is not here, so that nothing tells whether the "
-                     u"change was completed.  Put both into one folder."_s.arg(mainFileOf(known)));
+        refuse(file,
+               u"It was being changed together with '%1', which does not lie here, so that nothing tells whether "
+               u"the change was completed.  Open that one and reach this one from there."_s.arg(mainFileOf(known)));
     }
     return {};
 }
