@@ -105,9 +105,14 @@ void Attachments::open(File& file, bool create) {
         sqlite3_finalize(statement);
         return result;
     };
-    const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
+    const bool mayWrite = file.location.writable && (!main_->readOnly || file.location.isInWal());
+    const Mode wanted = create ? Mode::ReadWriteCreate : mayWrite ? Mode::ReadWrite : Mode::ReadOnly;
     int result = attachAs(wanted);
     const bool unfinished = result == SQLITE_READONLY_ROLLBACK || result == SQLITE_READONLY_RECOVERY;
+    if (unfinished && file.location.writable) {
+        Connection(file.location, Mode::ReadWrite); // takes back what a killed process left
+        result = attachAs(wanted);
+    }
     const bool refused = !unfinished && ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY);
     if (wanted == Mode::ReadOnly && refused && file.location.isQuiet()) {
         result = attachAs(Mode::Immutable);
