@@ -1,6 +1,7 @@
 #include "ImportFixture.h"
-#include "KillingFiles.h"
+
 #include "catalogue/ImportGuard.h"
+#include "support/KillingFiles.h"
 
 #include <QDir>
 #include <QFile>
