@@ -107,6 +107,13 @@ QString mainFileOf(const QString& superJournal) {
     raiseEngineErrorInWords(cannotOpen, u"Cannot open database '%1'.  %2"_s.arg(file, reason));
 }
 
+void requireSuperJournalName(const QString& file, const QByteArray& name) {
+    const QString path = QFile::decodeName(name);
+    if (mainFileOf(path).isEmpty() || !QDir::isAbsolutePath(path) || name.contains('\0')) {
+        refuse(file, u"Its journal names the file '%1', which no change of a database can have made."_s.arg(path));
+    }
+}
+
 /// The companions by which SQLite would open any other file, or wait for a pipe for good.
 void requirePlainCompanions(const QString& file) {
     for (const QString& companion : {file + journalSuffix, file + u"-wal"_s, file + u"-shm"_s}) {
@@ -218,49 +225,53 @@ QString findSuperJournal(const QString& file, const QString& mainFolder, const Q
     return {};
 }
 
-} // namespace
-
-void settleJournals(const DatabaseLocation& location, const QString& mainFolder) {
-    const QString& file = location.identity; // the companions of a linked file lie beside its target
+/// Under the lock: takes the super-journal that is there off all its journals, or removes the journal of a change that
+/// was completed. @throws Error 3049, 3043
+void settle(const QString& file, const QString& mainFolder, const SuperRecord& record) {
     const QString journal = file + journalSuffix;
-    requirePlainCompanions(file);
-    const std::optional<SuperRecord> found = recordOf(journal);
-    if (!found) {
-        return;
-    }
-    const QString known = QFile::decodeName(found->name);
-    if (mainFileOf(known).isEmpty() || !QDir::isAbsolutePath(known) || found->name.contains('\0')) {
-        refuse(file, u"Its journal names the file '%1', which no change of a database can have made."_s.arg(known));
-    }
-    RawFile content(file, RawFile::Access::ReadWrite);
-    if (!content.isOpen() || !location.writable) {
-        constexpr int noPermission = 3051;
-        raiseEngineErrorInWords(noPermission,
-                                u"Cannot open database '%1'.  A change of it was interrupted, and that can only be "
-                                u"settled where the file and its folder may be written."_s.arg(file));
-    }
-    const Lock lock = lockAll(content);
-    if (lock == Lock::Refused) {
-        raiseEngineError(3050, file);
-    }
-    const std::optional<SuperRecord> record = recordOf(journal); // by now another may have settled it
-    if (lock == Lock::Writing || !record || record->name != found->name) {
-        return;
-    }
-    const QString superJournal = findSuperJournal(file, mainFolder, known);
-    if (superJournal.isEmpty()) {
-        QFile::remove(journal);
-        return;
-    }
-    if (!standAlone(journal, found->name)) {
+    const QString superJournal = findSuperJournal(file, mainFolder, QFile::decodeName(record.name));
+    if (superJournal.isEmpty() ? !QFile::remove(journal) : !standAlone(journal, record.name)) {
         raiseEngineError(3043);
+    }
+    if (superJournal.isEmpty()) {
+        return;
     }
     const QStringList listed = journalsIn(superJournal);
     const bool isOurs = std::any_of(listed.begin(), listed.end(),
                                     [&](const QString& other) { return nameOf(other) == nameOf(journal); });
     // Where it lay when it was written there may be another archive by now.
     if (isOurs && (folderOf(superJournal) == folderOf(file) || folderOf(superJournal) == mainFolder)) {
-        settleAll(listed, superJournal, found->name);
+        settleAll(listed, superJournal, record.name);
+    }
+}
+
+} // namespace
+
+void settleJournals(const DatabaseLocation& location, const QString& mainFolder) {
+    const QString& file = location.identity; // the companions of a linked file lie beside its target
+    const QString journal = file + journalSuffix;
+    requirePlainCompanions(file);
+    // Behind one name there may be another that somebody has put there.
+    while (const std::optional<SuperRecord> found = recordOf(journal)) {
+        requireSuperJournalName(file, found->name);
+        RawFile content(file, RawFile::Access::ReadWrite);
+        if (!content.isOpen() || !location.writable) {
+            constexpr int noPermission = 3051;
+            raiseEngineErrorInWords(noPermission,
+                                    u"Cannot open database '%1'.  A change of it was interrupted, and that can only be "
+                                    u"settled where the file and its folder may be written."_s.arg(file));
+        }
+        const Lock lock = lockAll(content);
+        if (lock == Lock::Refused) {
+            raiseEngineError(3050, file);
+        }
+        if (lock == Lock::Writing) {
+            return;
+        }
+        // By now another may have settled it.
+        if (const std::optional<SuperRecord> record = recordOf(journal); record && record->name == found->name) {
+            settle(file, mainFolder, *record);
+        }
     }
 }
 

@@ -175,6 +175,14 @@ TEST_F(JournalsTest, AJournalThatNoCommitCanHaveLeftIsRefusedInWords) {
         {"another file", [&] { name(in(u"main.mdb-journal"_s), victim.toUtf8()); }, u"!3049 2"_s, u"victim.txt"_s},
         {"another file, of the linked one", [&] { name(in(u"cases.mdb-journal"_s), victim.toUtf8()); }, u"2 !3049"_s,
          u"victim.txt"_s},
+        {"another file behind one that is right",
+         [&] {
+             take(u"begun"_s);
+             const QByteArray genuine = (path(u"origin/"_s) + QFileInfo(superJournal()).fileName()).toUtf8();
+             name(in(u"main.mdb-journal"_s), victim.toUtf8());
+             write(in(u"main.mdb-journal"_s), contentOf(in(u"main.mdb-journal"_s)) + record(genuine));
+         },
+         u"!3049 1"_s, u"victim.txt"_s},
         {"a name without a folder", [&] { name(in(u"main.mdb-journal"_s), "main.mdb-mj0123AB9CD"); }, u"!3049 2"_s,
          u"main.mdb-mj0123AB9CD"_s},
         {"a main file that is nowhere", [&] { name(in(u"main.mdb-journal"_s), "/nowhere/x.mdb-mj0123AB9CD"); },
