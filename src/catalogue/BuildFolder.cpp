@@ -51,7 +51,8 @@ void writeNote(const QString& path, const QByteArray& content) {
 
 QByteArray contentOf(const QString& path) {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    // A pipe that somebody has put there would keep the reader waiting.
+    return QFileInfo(path).isFile() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 QString cannotMove(const QString& from, const QString& to, const QString& reason) {

@@ -32,7 +32,7 @@ void CDaoDatabase::CloseDatabase() {
     m_CloseDatabase();
 }
 
-void CDaoDatabase::OpenQXDatabase() {
+void CDaoDatabase::OpenQXDatabase(bool readOnly) {
     const ProcedureScope scope(u"[CDatabase.OpenQXDatabase]"_s);
     // Closing empties the path, which by now is that of the catalogue to be opened.
     const QString path = path_;
@@ -40,7 +40,7 @@ void CDaoDatabase::OpenQXDatabase() {
     path_ = path;
     connect_ = path_;
     attempt([&] {
-        current_ = CurrentWorkspace().OpenDatabase(Paths::resolved(connect_), false, false);
+        current_ = CurrentWorkspace().OpenDatabase(Paths::resolved(connect_), false, readOnly);
         state_ = 1;
     });
 }

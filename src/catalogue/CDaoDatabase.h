@@ -23,7 +23,7 @@ public:
     bool TableExist(const QString& name) const;
     void CloseDatabase();
     /// Opens the path set; the caller reads State afterwards.
-    void OpenQXDatabase();
+    void OpenQXDatabase(bool readOnly = false);
 
 private:
     QString path_;

@@ -5,6 +5,7 @@
 #include "catalogue/NoteLine.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
+#include "platform/dao/Journals.h"
 #include "platform/system/FileIdentity.h"
 #include "platform/system/Paths.h"
 
@@ -57,9 +58,11 @@ void endJournal(dao::Database& database) {
 
 /// Opens a database, which rolls back what a killed process left unfinished in it. @return false if it holds
 /// no table
-bool recover(const QString& path) {
+bool recover(const QString& path, const QString& catalogue) {
     if (QFileInfo(path).size() == 0)
         return false;
+    // A case file in another folder does not tell by itself where its catalogue lies.
+    dao::settleJournals(dao::DatabaseLocation::find(path), QFileInfo(catalogue).absolutePath());
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(path);
     const bool hasTables = database->TableDefs().Count() > 0;
     if (hasTables && QFileInfo::exists(journalOf(path)))
@@ -91,7 +94,7 @@ void recoverLine(const QString& catalogue, const NoteLine& line) {
         return;
     bool hasTables = false;
     try {
-        hasTables = recover(path);
+        hasTables = recover(path, catalogue);
     } catch (const dao::Error& error) {
         // What is no database has nothing to roll back. Anything else, a lock or damage, is for the user to
         // see to.
@@ -110,12 +113,14 @@ void recoverLine(const QString& catalogue, const NoteLine& line) {
             QFile::remove(file);
 }
 
-/// A commit of several files notes their journals in a file of its own, named after the main one.
-void removeCommitNotes(const QString& catalogue) {
+/// A commit of several files lists their journals in a file of its own, named after the main one. One that was killed
+/// before any journal named it is found by nobody else.
+void settleCommits(const QString& catalogue) {
     const QFileInfo info(catalogue);
     const QDir folder(info.absolutePath());
-    for (const QString& name : folder.entryList({info.fileName() + u"-mj*"_s}, QDir::Files))
-        QFile::remove(folder.filePath(name));
+    for (const QString& name : folder.entryList(QDir::Files))
+        if (name.startsWith(info.fileName() + u"-mj"_s))
+            dao::settleSuperJournal(folder.filePath(name));
 }
 
 /// Opens and locks the note. The lock goes with the process, however it ends.
@@ -158,13 +163,15 @@ bool clearAway(const QString& catalogue, int note) {
         return true;
     if (!content.startsWith(headOf(catalogue, note).text()))
         return false;
-    const QString absolute = QFileInfo(catalogue).absoluteFilePath();
-    const QList<NoteLine> lines = noteLines(content);
-    for (const NoteLine& line : lines)
-        if (line.mark != headMark)
-            recoverLine(absolute, line);
+    const QFileInfo main(catalogue);
+    QList<NoteLine> lines = noteLines(content);
     if (lines.size() > 1)
-        removeCommitNotes(catalogue);
+        settleCommits(catalogue); // while all of their files are still there
+    for (NoteLine& line : lines)
+        if (line.mark != headMark) {
+            line.path = QDir::cleanPath(main.absoluteDir().absoluteFilePath(line.path));
+            recoverLine(main.absoluteFilePath(), line);
+        }
     return true;
 }
 
@@ -234,8 +241,14 @@ void ImportGuard::removeIfEmpty(const QString& path) {
 }
 
 void ImportGuard::note(const QString& mark, const QString& path) const {
-    const QString identity = fileIdentity(path);
-    write({mark, identity.isEmpty() ? fileIdentity(QFileInfo(path).absolutePath()) : identity, path});
+    QString identity = fileIdentity(path);
+    if (identity.isEmpty())
+        identity = fileIdentity(QFileInfo(path).absolutePath());
+    const QString relative = QFileInfo(catalogue_).absoluteDir().relativeFilePath(path);
+    write({mark, identity, relative});
+    // Of two folders, one or both may be moved before the next run.
+    if (relative.startsWith(u"../"_s))
+        write({mark, identity, path});
 }
 
 void ImportGuard::write(const NoteLine& line) const {

@@ -12,7 +12,7 @@ struct NoteLine;
 /// is locked for as long as the run lives. A run that ends without done() rolls back and takes its new files
 /// away again; the next run does it for one that was killed. The note and each of its lines carry the
 /// identity of what they are about, so that a note that came with a copied or unpacked folder moves and
-/// deletes nothing.
+/// deletes nothing. Paths in it start in the catalogue's folder, which may be called otherwise by the next run.
 class ImportGuard {
 public:
     /// Locks, and clears away what a killed run left. @throws ImportError when another run is at work or the

@@ -42,7 +42,7 @@ void reportMissingFile(const QString& file) {
 
 namespace mdDataBase {
 
-qint16 OpenQXDatabase(const QString& file) {
+qint16 OpenQXDatabase(const QString& file, bool readOnly) {
     const ProcedureScope scope(u"[mdDatabase.OpenQXDatabase]"_s);
     gDatabase.CloseDatabase();
     if (!fileExists(file)) {
@@ -50,7 +50,7 @@ qint16 OpenQXDatabase(const QString& file) {
         return 0;
     }
     gDatabase.setDatabase(file);
-    gDatabase.OpenQXDatabase();
+    gDatabase.OpenQXDatabase(readOnly);
     if (gDatabase.State() != 1)
         return gDatabase.State();
     CloseRc();

@@ -6,7 +6,8 @@
 namespace mdDataBase {
 
 /// Opens a catalogue that the user chose. @return the state reached, 0 when nothing opened
-qint16 OpenQXDatabase(const QString& file);
+/// @param readOnly  true for one in which nothing is to be written
+qint16 OpenQXDatabase(const QString& file, bool readOnly = false);
 /// Opens the stored catalogue at start; a file that is gone is passed over silently.
 qint16 OpenLastDataBase(const QString& file);
 /// Closes what is open: links, catalogue, links of the work database, windows.

@@ -110,7 +110,8 @@ int CompareCommand::run(Session& session) {
     for (const std::string& entry : entries_)
         typed.push_back(entryFrom(QString::fromStdString(entry)));
     chooseDataFolder(data_);
-    if (!session.open(QString::fromStdString(catalogue_)))
+    const bool readOnly = save_.empty() && delete_.empty();
+    if (!session.open(QString::fromStdString(catalogue_), readOnly))
         return 1;
     RequestEditor editor;
     ComparisonList list(editor);

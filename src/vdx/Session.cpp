@@ -78,13 +78,13 @@ Session::~Session() {
     ui::setAsker(askerBefore_);
 }
 
-bool Session::open(const QString& catalogue) {
+bool Session::open(const QString& catalogue, bool readOnly) {
     try {
         removeLeftovers(Paths::onDisk(Paths::native(catalogue)));
     } catch (const ImportError& error) {
         say(error.text()); // what is there can be read all the same
     }
-    const bool opened = mdDataBase::OpenQXDatabase(catalogue) == 1;
+    const bool opened = mdDataBase::OpenQXDatabase(catalogue, readOnly) == 1;
     flushBoxes();
     if (!opened || failed())
         return false;

@@ -35,8 +35,9 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Opens a catalogue as the windowed program does and applies --contents. False after words on standard error.
-    bool open(const QString& catalogue);
+    /// Opens a catalogue as the windowed program does, to write only when asked to, and applies --contents. False after
+    /// words on standard error.
+    bool open(const QString& catalogue, bool readOnly = true);
 
     TablePrinter& printer() { return printer_; }
     /// A line on standard error.

@@ -248,7 +248,7 @@ TEST_F(Comparisons, AFullDiskAndACatalogueThatMayNotBeWrittenAreToldAndKeepNoHal
         for (const int megabytes : {1, 8}) {
             list_.setTitle(QString(megabytes << 20, u'x'));
             const FullDisk full(QFileInfo(catalogue_.path()).size());
-            failsToSave(u"Disk or network error."_s);
+            failsToSave(u"Not enough space on disk."_s);
             EXPECT_EQ(storedAtAll(), before);
         }
         list_.setTitle(u"zweiter"_s);

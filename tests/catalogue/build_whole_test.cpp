@@ -16,6 +16,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -326,4 +327,23 @@ TEST_F(KilledBuild, IsClearedAwayByReadingUnlessItWaitsForItsMove) {
     kill(true);
     EXPECT_THROW(removeLeftovers(folder_.out(u"cat.mdb"_s)), ImportError);
     EXPECT_TRUE(QFile::exists(inFolder(u"new/cat.mdb"_s)));
+}
+
+TEST_F(KilledBuild, ANoteThatIsAPipeIsNobodysAndKeepsNobodyWaiting) {
+    for (const QString& name : {u"owner"_s, u"ready"_s}) {
+        kill(true);
+        QFile::remove(inFolder(name));
+        ASSERT_EQ(mkfifo(inFolder(name).toUtf8().constData(), 0600), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(10);
+            next();
+            _exit(0);
+        }
+        int status = 0;
+        waitpid(child, &status, 0);
+        EXPECT_TRUE(WIFEXITED(status)) << name.toStdString();
+        QDir(inFolder({})).removeRecursively();
+        EXPECT_EQ(folder_.target(), oldFiles);
+    }
 }

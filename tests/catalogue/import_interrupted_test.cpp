@@ -1,6 +1,7 @@
 #include "ImportFixture.h"
 #include "catalogue/ImportGuard.h"
 #include "catalogue/schema.h"
+#include "platform/system/FileIdentity.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <optional>
 #include <random>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -201,6 +203,41 @@ TEST_F(ImportInterrupted, EmptiedFilesGoAndBlankOnesStay) {
               QStringList{QString::number(caseCount)});
 }
 
+// Whatever comes between the commit and the end of the run: what is committed is nobody's rest.
+TEST_F(ImportInterrupted, ACommittedFileThatBeganBlankKeepsItsCases) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    for (const bool isKilled : {true, false}) {
+        const QString blank = home.path(isKilled ? u"QX3.mdb"_s : u"QX4.mdb"_s);
+        QFile empty(blank);
+        ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
+        empty.close();
+        const pid_t child = fork();
+        if (child == 0) {
+            std::optional<ImportGuard> guard(std::in_place, catalogue);
+            guard->willWrite(blank);
+            const dao::DatabasePtr opened = dao::DBEngine::instance().OpenDatabase(catalogue);
+            auto companion = opened->openCompanion(blank);
+            dao::DBEngine::instance().Workspaces(0).BeginTrans();
+            companion->createTable(*schema::definition(*opened, schema::cases(u"t"_s, {})));
+            auto appender = companion->openAppender(u"t"_s, {u"dt_CaseID"_s});
+            appender->setNumber(0, 7);
+            appender->appendRow();
+            appender.reset();
+            dao::DBEngine::instance().Workspaces(0).CommitTrans();
+            if (isKilled)
+                raise(SIGKILL);
+            companion.reset();
+            opened->Close();
+            guard.reset(); // as in a run that fails now
+            _exit(0);
+        }
+        EXPECT_EQ(WIFSIGNALED(waitFor(child)), isKilled);
+        removeLeftovers(catalogue);
+        EXPECT_EQ(rows(blank, u"SELECT dt_CaseID FROM t"_s), QStringList{u"7"_s}) << isKilled;
+        EXPECT_FALSE(QFile::exists(catalogue + u"-import"_s));
+    }
+}
+
 // What was damaged before cannot be rolled back, and needs not be.
 TEST_F(ImportInterrupted, AFailureBlocksNoOtherStudy) {
     ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
@@ -213,6 +250,89 @@ TEST_F(ImportInterrupted, AFailureBlocksNoOtherStudy) {
         EXPECT_FALSE(QFile::exists(catalogue + u"-import"_s)) << study.toStdString();
         EXPECT_EQ(outcome(request(second, u"B"_s + study)), QString());
     }
+}
+
+// A path starts in the catalogue's folder; one that leads out of it is noted as it is, too.
+TEST_F(ImportInterrupted, TheNoteTellsWhatBecomesOfWhichFile) {
+    const QString blank = home.path(u"blank.mdb"_s), there = home.path(u"there.mdb"_s), link = home.path(u"link.mdb"_s);
+    QDir().mkpath(home.path(u"cat"_s));
+    QFile(blank).open(QIODevice::WriteOnly);
+    writeSurvey(there, 1);
+    QFile::link(there, link);
+    const QString folder = home.path(u"cat"_s), main = home.path(u"cat/my.mdb"_s);
+    ImportGuard guard(main);
+    for (const QString& path : {main, blank, there, link})
+        guard.willWrite(path);
+    guard.willWrite(blank); // once is enough
+    guard.removeIfEmpty(there);
+    QStringList expected{u"note "_s + fileIdentity(main + u"-import"_s) + u' ' + fileIdentity(folder),
+                         u"made %1 my.mdb"_s.arg(fileIdentity(folder))};
+    const auto outside = [&](const QString& mark, const QString& path) {
+        expected << u"%1 %2 ../%3"_s.arg(mark, fileIdentity(path), QFileInfo(path).fileName())
+                 << u"%1 %2 %3"_s.arg(mark, fileIdentity(path), path);
+    };
+    outside(u"blank"_s, blank);
+    outside(u"touched"_s, there);
+    outside(u"touched"_s, link);
+    outside(u"made"_s, there);
+    QFile note(main + u"-import"_s);
+    ASSERT_TRUE(note.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(note.readAll()).replace(u'\t', u' ').trimmed().split(u'\n'), expected);
+    guard.done();
+    EXPECT_FALSE(note.exists());
+}
+
+TEST_F(ImportInterrupted, ALineThatIsNotAboutTheVeryFileMovesNothing) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    const QString name = u"made.mdb"_s, victim = home.path(name), text = home.path(u"my.txt"_s);
+    const QString link = home.path(u"link.mdb"_s), cases = home.path(u"QX1.mdb"_s);
+    struct Case {
+        QString mark, identity, path, goes;
+    };
+    const auto make = [&] {
+        dao::DBEngine::instance().Workspaces(0).CreateDatabase(victim)->Close(); // without a table
+    };
+    make();
+    ASSERT_TRUE(QFile::copy(victim, text) && QFile::copy(victim, home.path(u"other.mdb"_s)));
+    QFile::link(home.path(u"other.mdb"_s), link);
+    const QString own = fileIdentity(victim), folderOwn = fileIdentity(home.path());
+    const std::vector<Case> lines{
+        {u"made"_s, own, name, name},
+        {u"made"_s, own, u"../%1/%2"_s.arg(QDir(home.path()).dirName(), name), name},
+        {u"made"_s, own, victim, name},
+        {u"made"_s, folderOwn, name, name},
+        {u"made"_s, u"1.2.3"_s, name, {}},
+        {u"made"_s, QString(), name, {}},
+        {u"blank"_s, folderOwn, name, {}},
+        {u"touched"_s, own, name, {}},
+        {u"gone"_s, own, name, {}},
+        {u"made"_s, own, u"elsewhere/"_s + name, {}},
+        {u"made"_s, fileIdentity(text), u"my.txt"_s, {}},
+        {u"made"_s, fileIdentity(link), u"link.mdb"_s, {}},
+        {u"made"_s, fileIdentity(cases), u"QX1.mdb"_s, {}},
+        {u"blank"_s, fileIdentity(cases), u"QX1.mdb"_s, {}},
+    };
+    for (const Case& line : lines)
+        for (const bool isForeign : {false, true}) {
+            QFile note(catalogue + u"-import"_s);
+            ASSERT_TRUE(note.open(QIODevice::WriteOnly));
+            const QString noted = isForeign ? u"4.5.6"_s : fileIdentity(note.fileName());
+            const QString identity = line.identity == own ? fileIdentity(victim) : line.identity;
+            note.write(u"note\t%1\t%2\n%3\t%4\t%5\n"_s.arg(noted, folderOwn, line.mark, identity, line.path).toUtf8());
+            note.close();
+            auto expected = folder();
+            if (!isForeign) {
+                expected.remove(u"my.mdb-import"_s);
+                expected.remove(line.goes);
+            }
+            removeLeftovers(catalogue);
+            auto left = folder();
+            EXPECT_EQ(left.keys(), expected.keys()) << isForeign << (line.mark + u' ' + line.path).toStdString();
+            EXPECT_TRUE(left == expected);
+            if (!QFile::exists(victim))
+                make();
+            QFile::remove(note.fileName());
+        }
 }
 
 TEST_F(ImportInterrupted, OneImportAtATime) {

@@ -164,11 +164,13 @@ void FileCompanion::prepareForBulk() {
 }
 
 FileCompanion::~FileCompanion() {
+    const Errors before = errorList();
     try {
         close();
     } catch (...) {
         // Still in use: it stays attached until the database closes.
     }
+    errorList() = before; // where a failure ends all this, it is the failure that is told
 }
 
 const Attachments::File& FileCompanion::reach(Attachments::Use& use) const {

@@ -1,8 +1,10 @@
 #include "platform/dao/Attachments.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/Journals.h"
 #include "platform/dao/TableSchema.h"
 
+#include <QFileInfo>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -90,6 +92,7 @@ std::shared_ptr<Attachments::File> Attachments::fileOf(const DatabaseLocation& l
 void Attachments::open(File& file, bool create) {
     using Mode = DatabaseLocation::Mode;
     makeRoom();
+    settleJournals(file.location, QFileInfo(main_->location.identity).path());
     const auto attachAs = [&](Mode mode) {
         sqlite3_stmt* statement = nullptr;
         const QByteArray sql = "ATTACH ?1 AS " + file.schema.toUtf8();
@@ -102,9 +105,14 @@ void Attachments::open(File& file, bool create) {
         sqlite3_finalize(statement);
         return result;
     };
-    const Mode wanted = create ? Mode::ReadWriteCreate : file.location.writable ? Mode::ReadWrite : Mode::ReadOnly;
+    const bool mayWrite = file.location.writable && (!main_->readOnly || file.location.isInWal());
+    const Mode wanted = create ? Mode::ReadWriteCreate : mayWrite ? Mode::ReadWrite : Mode::ReadOnly;
     int result = attachAs(wanted);
     const bool unfinished = result == SQLITE_READONLY_ROLLBACK || result == SQLITE_READONLY_RECOVERY;
+    if (unfinished && file.location.writable) {
+        Connection(file.location, Mode::ReadWrite); // takes back what a killed process left
+        result = attachAs(wanted);
+    }
     const bool refused = !unfinished && ((result & 0xFF) == SQLITE_CANTOPEN || (result & 0xFF) == SQLITE_READONLY);
     if (wanted == Mode::ReadOnly && refused && file.location.isQuiet()) {
         result = attachAs(Mode::Immutable);

@@ -140,7 +140,7 @@ void Connection::raise(int code, Purpose purpose, const QString& file) {
         raiseRuntimeError(outOfMemory);
     }
     const QString message = handle_ != nullptr ? QString::fromUtf8(sqlite3_errmsg(handle_)) : QString();
-    const int number = engineNumber(code, purpose, message);
+    const int number = engineNumber(isForWantOfRoom(handle_, code) ? SQLITE_FULL : code, purpose, message);
     raiseEngineError(number, file.isEmpty() ? engineDetail(number, message) : file);
 }
 

@@ -4,6 +4,7 @@
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/FileRecordset.h"
+#include "platform/dao/Journals.h"
 #include "platform/dao/Parser.h"
 #include "platform/dao/SqlText.h"
 
@@ -29,25 +30,36 @@ DatabaseFile::~DatabaseFile() {
     }
 }
 
+/// A connection that can't write. What a killed process left unfinished is taken back before, where that may be.
+static std::unique_ptr<Connection> openToRead(const DatabaseLocation& location) {
+    using Mode = DatabaseLocation::Mode;
+    try {
+        return std::make_unique<Connection>(location, Mode::ReadOnly);
+    } catch (const Error& error) {
+        if (error.number() != 3051 || (!location.writable && !location.isQuiet())) {
+            throw;
+        }
+        errorList().clear();
+    }
+    if (!location.writable) {
+        return std::make_unique<Connection>(location, Mode::Immutable);
+    }
+    Connection(location, Mode::ReadWrite);
+    return std::make_unique<Connection>(location, Mode::ReadOnly);
+}
+
 void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
     using Mode = DatabaseLocation::Mode;
+    settleJournals(location_, {});
     if (opening == Opening::New) {
         connection_ = std::make_unique<Connection>(location_, Mode::ReadWriteCreate);
         connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write); // makes the file a database at once
         location_ = DatabaseLocation::find(location_.path);
-    } else if (location_.writable) {
-        // Also for a reader: work that another process left unfinished is taken back by whoever opens next.
+    } else if (location_.writable && (!readOnly || location_.isInWal())) {
+        // A reader of a file in WAL mode that could not write would leave the log's files behind.
         connection_ = std::make_unique<Connection>(location_, Mode::ReadWrite);
     } else {
-        try {
-            connection_ = std::make_unique<Connection>(location_, Mode::ReadOnly);
-        } catch (const Error& error) {
-            if (error.number() != 3051 || !location_.isQuiet()) {
-                throw;
-            }
-            errorList().clear();
-            connection_ = std::make_unique<Connection>(location_, Mode::Immutable);
-        }
+        connection_ = openToRead(location_);
     }
     readOnly_ = readOnly || connection_->isReadOnly();
     if (readOnly) {

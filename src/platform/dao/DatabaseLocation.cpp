@@ -1,6 +1,7 @@
 #include "platform/dao/DatabaseLocation.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/RawFile.h"
 #include "platform/system/Paths.h"
 
 #include <QDir>
@@ -101,6 +102,11 @@ QByteArray DatabaseLocation::uri(Mode mode) const {
 
 bool DatabaseLocation::isQuiet() const {
     return QFileInfo(identity + u"-journal"_s).size() == 0 && QFileInfo(identity + u"-wal"_s).size() == 0;
+}
+
+bool DatabaseLocation::isInWal() const {
+    constexpr int readVersion = 19; // offset of the version that a reader must know
+    return RawFile(identity, RawFile::Access::Read).read(1, readVersion) == QByteArray(1, '\x02');
 }
 
 } // namespace dao

@@ -32,6 +32,8 @@ struct DatabaseLocation {
     QByteArray uri(Mode mode) const;
     /// True when nobody can have left unfinished work beside the file, so that it can be read without any lock.
     bool isQuiet() const;
+    /// True for a file whose changes lie in a write-ahead log until they are taken over.
+    bool isInWal() const;
 };
 
 } // namespace dao

@@ -149,7 +149,10 @@ void raiseRuntimeError(int number) {
 }
 
 void raiseEngineError(int number, const QString& detail) {
-    const QString description = engineDescription(number, detail);
+    raiseEngineErrorInWords(number, engineDescription(number, detail));
+}
+
+void raiseEngineErrorInWords(int number, const QString& description) {
     const QString source = u"DAO.Database"_s;
     errorList().append({number, description, source});
     throw Error(number, description, source);

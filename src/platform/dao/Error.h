@@ -31,6 +31,8 @@ private:
 [[noreturn]] void raiseRuntimeError(int number);
 /// An engine error that is also put into the error list. `detail` is the name or text it is about.
 [[noreturn]] void raiseEngineError(int number, const QString& detail = QString());
+/// The same with a description of its own, where the number's says too little.
+[[noreturn]] void raiseEngineErrorInWords(int number, const QString& description);
 
 /// The engine's error list, oldest first.
 class Errors {

@@ -52,8 +52,13 @@ bool RawFile::isBeingWritten() const {
 }
 
 bool RawFile::lockAll() {
-    return file_->pMethods->xLock(file_, SQLITE_LOCK_SHARED) == SQLITE_OK &&
-           file_->pMethods->xLock(file_, SQLITE_LOCK_EXCLUSIVE) == SQLITE_OK;
+    if (file_->pMethods->xLock(file_, SQLITE_LOCK_SHARED) == SQLITE_OK &&
+        file_->pMethods->xLock(file_, SQLITE_LOCK_EXCLUSIVE) == SQLITE_OK) {
+        return true;
+    }
+    // Two that wait for each other with half of the lock in hand would wait for good.
+    file_->pMethods->xUnlock(file_, SQLITE_LOCK_NONE);
+    return false;
 }
 
 } // namespace dao

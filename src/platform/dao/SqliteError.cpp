@@ -1,5 +1,9 @@
 #include "platform/dao/SqliteError.h"
 
+#include <cerrno>
+#include <sys/resource.h>
+#include <sys/statvfs.h>
+
 using namespace Qt::StringLiterals;
 
 namespace dao {
@@ -73,6 +77,37 @@ int engineNumber(int extendedCode, Purpose purpose, const QString& message) {
         }
     }
     return numberOfMessage(message);
+}
+
+bool isForWantOfRoom(sqlite3* connection, int code) {
+    const int kind = code & 0xFF;
+    if (connection == nullptr || (kind != SQLITE_IOERR && kind != SQLITE_CANTOPEN)) {
+        return false;
+    }
+    const int reason = sqlite3_system_errno(connection);
+    if (reason == ENOSPC || reason == EDQUOT || reason == EFBIG) {
+        return true;
+    }
+    if (kind == SQLITE_IOERR) {
+        // Of a commit the reason is not kept.
+        rlimit size{};
+        return code == SQLITE_IOERR_WRITE && getrlimit(RLIMIT_FSIZE, &size) == 0 && size.rlim_cur != RLIM_INFINITY;
+    }
+    // SQLite tries again to open it in other ways, and the reason is lost; the journals that were made are gone by now,
+    // and their places free.
+    int files = 0;
+    while (sqlite3_db_name(connection, files) != nullptr) {
+        ++files;
+    }
+    for (int i = 0; i < files; ++i) {
+        const char* const file = sqlite3_db_filename(connection, sqlite3_db_name(connection, i));
+        struct statvfs disk {};
+        if (file != nullptr && *file != '\0' && statvfs(file, &disk) == 0 &&
+            (disk.f_bavail == 0 || (disk.f_files > 0 && disk.f_favail <= static_cast<fsfilcnt_t>(files)))) {
+            return true;
+        }
+    }
+    return false;
 }
 
 QString sizeRuleName(const QString& field) {

@@ -1,4 +1,5 @@
 #include "platform/dao/EngineFixture.h"
+#include "platform/dao/Transaction.h"
 #include "support/FullDisk.h"
 
 #include <QDir>
@@ -112,12 +113,12 @@ TEST_F(EditSafetyTest, AfterATransactionThatFailedEditsAreKept) {
         {
             const FullDisk full(QFileInfo(path(u"a.mdb"_s)).size());
             const int written = errorOf([&] { set(*rows, u"memo"_s, Value(QString(megabytes << 20, u'x'))); });
-            EXPECT_EQ(written, megabytes == 1 ? 0 : 3043);
+            EXPECT_EQ(written, megabytes == 1 ? 0 : 3026);
             if (written != 0) {
-                EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE n SET x = 7"_s); }), 3043);
-                EXPECT_EQ(errorOf([&] { workspace().BeginTrans(); }), 3043);
+                EXPECT_EQ(errorOf([&] { database_->Execute(u"UPDATE n SET x = 7"_s); }), 3026);
+                EXPECT_EQ(errorOf([&] { workspace().BeginTrans(); }), 3026);
             }
-            EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3043);
+            EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3026);
         }
         EXPECT_EQ(errorOf([&] { workspace().Rollback(); }), 3034) << "it is over";
         database_->Execute(u"UPDATE n SET x = %1 WHERE id = 1"_s.arg(megabytes * 100));
@@ -133,6 +134,25 @@ TEST_F(EditSafetyTest, AfterATransactionThatFailedEditsAreKept) {
     database_->Close();
     EXPECT_EQ(EngineTest::rows(*open(u"a.mdb"_s), u"SELECT x FROM n"_s), u"5;5;5"_s)
         << "a transaction that was closed and never ended is over";
+}
+
+// What is closed while the failure ends a scope may still be in use, and adds its own.
+TEST_F(EditSafetyTest, AFullDiskIsWhatIsToldWhenAFileOfTheTransactionCannotBeLetGo) {
+    auto companion = database_->openCompanion(path(u"cases.mdb"_s));
+    const auto table = database_->CreateTableDef(u"c"_s);
+    table->Fields = {{u"x"_s, dao::dbMemo}};
+    companion->createTable(*table);
+    const auto appender = companion->openAppender(u"c"_s, {u"x"_s});
+    const auto rows = database_->OpenRecordset(u"SELECT * FROM n WHERE id = 1"_s);
+    {
+        const dao::Transaction transaction;
+        const FullDisk full(QFileInfo(path(u"a.mdb"_s)).size());
+        EXPECT_EQ(errorOf([&] { set(*rows, u"memo"_s, Value(QString(8 << 20, u'x'))); }), 3026);
+    }
+    companion.reset();
+    const dao::Errors& told = dao::DBEngine::instance().errors();
+    ASSERT_EQ(told.Count(), 1);
+    EXPECT_EQ(told.Item(0).number, 3026);
 }
 
 TEST_F(EditSafetyTest, ACommitThatMeetsALockMayBeTriedAgain) {
