@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SurveyFileMaker.h"
+#include "support/SurveyFileMaker.h"
 #include "catalogue/CatalogueImport.h"
 #include "platform/dao/DBEngine.h"
 #include "support/TestHome.h"

@@ -1,6 +1,6 @@
 // A build is whole or leaves everything as it was, whatever goes wrong and whenever it ends.
 
-#include "SurveyFileMaker.h"
+#include "support/SurveyFileMaker.h"
 #include "catalogue/ArchiveBuilder.h"
 #include "catalogue/BuildFolder.h"
 #include "catalogue/CatalogueImport.h"

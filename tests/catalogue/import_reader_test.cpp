@@ -1,4 +1,4 @@
-#include "SurveyFileMaker.h"
+#include "support/SurveyFileMaker.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/SurveyReader.h"
 #include "catalogue/dtaCharacteristics.h"

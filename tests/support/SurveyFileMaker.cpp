@@ -1,4 +1,4 @@
-#include "SurveyFileMaker.h"
+#include "support/SurveyFileMaker.h"
 
 #include <QFile>
 #include <gtest/gtest.h>
