@@ -162,6 +162,12 @@ public:
     virtual void Execute(const QString& statement, int options = 0) = 0;
     virtual int RecordsAffected() const = 0;
 
+    /// Whether the declaration of a table, or of the table that a link leads to, keeps two rows from having equal
+    /// values in a field: it is by itself the primary key or a unique index over all rows. A unique index lets Null
+    /// stand in any number of rows. Looks at the declaration only, once for each structure of the table, never at rows.
+    /// @throws Error 3078 no such table or link, 3265 no such field, 3011, 3024, 3044 as the link has it
+    virtual bool isUnique(const QString& table, const QString& field) = 0;
+
     virtual class TableDefs& TableDefs() = 0;
     virtual class QueryDefs& QueryDefs() = 0;
     virtual TableDefPtr CreateTableDef(const QString& name) = 0;

@@ -7,6 +7,7 @@
 #include "platform/dao/Parser.h"
 #include "platform/dao/SqlText.h"
 
+#include <QScopedValueRollback>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -89,17 +90,9 @@ DatabaseFile::Operation::~Operation() {
 }
 
 BoundStatement DatabaseFile::bind(const QString& source, Attachments::Use& use, bool mayBeName) {
-    bindingUse_ = &use;
-    try {
-        // What changes rows is run once.
-        BoundStatement bound =
-            mayBeName ? memory_.bind(source, isName(source), *this) : bindStatement(parseStatement(source), *this);
-        bindingUse_ = nullptr;
-        return bound;
-    } catch (...) {
-        bindingUse_ = nullptr;
-        throw;
-    }
+    const QScopedValueRollback binding(bindingUse_, &use);
+    // What changes rows is run once.
+    return mayBeName ? memory_.bind(source, isName(source), *this) : bindStatement(parseStatement(source), *this);
 }
 
 /// A text that doesn't begin like a statement is the name of a table, link or query.
@@ -171,7 +164,7 @@ DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& fi
     if (cached.schemaVersion != version || cached.generation != file.generation) {
         std::optional<StoredTable> table = readTable(*connection_, file.schema, name);
         const quint64 structure = table == cached.table && cached.structure != 0 ? cached.structure : ++structures_;
-        cached = {version, file.generation, file.stamp, structure, std::move(table), {}};
+        cached = {version, file.generation, file.stamp, structure, std::move(table), {}, {}};
     }
     return cached;
 }
@@ -263,22 +256,33 @@ bool DatabaseFile::holdsOnlyNumbers(const QString& table, const QString& field) 
 
 QString DatabaseFile::criteriaSql(const tree::Expression& criteria, const BoundStatement& statement,
                                   Attachments::Use& use) {
-    bindingUse_ = &use;
-    try {
-        const QString sql = bindCriteriaSql(criteria, statement, *this);
-        bindingUse_ = nullptr;
-        return sql;
-    } catch (...) {
-        bindingUse_ = nullptr;
-        throw;
-    }
+    const QScopedValueRollback binding(bindingUse_, &use);
+    return bindCriteriaSql(criteria, statement, *this);
 }
 
 std::optional<TableInfo> DatabaseFile::findTable(const QString& name, Attachments::Use& use) {
-    bindingUse_ = &use;
-    const auto table = findTable(name);
-    bindingUse_ = nullptr;
-    return table;
+    const QScopedValueRollback binding(bindingUse_, &use);
+    return findTable(name);
+}
+
+bool DatabaseFile::isUnique(const QString& table, const QString& field) {
+    const Operation operation(*this);
+    const Reading reading(*connection_);
+    Attachments::Use use;
+    const QScopedValueRollback binding(bindingUse_, &use);
+    const Place place = placeOf(table);
+    CachedTable& cached = *place.table;
+    if (!cached.table) {
+        raiseEngineError(3078, table);
+    }
+    const std::vector<ColumnInfo>& columns = cached.table->columns;
+    if (std::none_of(columns.begin(), columns.end(), [&](const auto& one) { return sameName(one.name, field); })) {
+        raiseEngineError(3265, field);
+    }
+    if (!cached.unique) {
+        cached.unique = uniqueFields(*connection_, place.file->schema, *cached.table);
+    }
+    return containsName(*cached.unique, field);
 }
 
 std::optional<QString> DatabaseFile::findQuery(const QString& name) {

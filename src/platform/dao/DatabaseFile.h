@@ -27,6 +27,7 @@ public:
     RecordsetPtr OpenRecordset(const QString& source, int type) override;
     void Execute(const QString& statement, int options) override;
     int RecordsAffected() const override { return recordsAffected_; }
+    bool isUnique(const QString& table, const QString& field) override;
     class TableDefs& TableDefs() override {
         return tableDefs_;
     }
@@ -98,6 +99,7 @@ private:
         quint64 structure = 0; ///< another number whenever the table was read and found changed
         std::optional<StoredTable> table;
         std::map<QString, Content> contents; ///< of fields that were asked for
+        std::optional<QStringList> unique;   ///< fields whose values are unique by declaration, once asked for
     };
 
     std::optional<TableInfo> findTable(const QString& name) override;

@@ -266,6 +266,40 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     return stored;
 }
 
+QStringList uniqueFields(Connection& connection, const QString& schema, const StoredTable& table) {
+    const auto isText = [&](const QString& field) {
+        return std::any_of(table.columns.begin(), table.columns.end(), [&](const ColumnInfo& column) {
+            return sameName(column.name, field) && !isNumericType(column.type);
+        });
+    };
+    QStringList fields;
+    if (table.keyColumns.size() == 1 && !isText(table.keyColumns.first())) {
+        fields += table.keyColumns; // the row's own number has no index
+    }
+    Statement indexes(connection, u"PRAGMA "_s + schema + u".index_list("_s + quotedName(table.name) + u')');
+    while (indexes.step()) {
+        const bool isPartial = indexes.number(4) != 0;
+        if (indexes.number(2) == 0 || isPartial) {
+            continue;
+        }
+        Statement parts(connection, u"PRAGMA "_s + schema + u".index_xinfo("_s + quotedName(indexes.text(1)) + u')');
+        QStringList keys;
+        bool comparesAsHere = true;
+        while (parts.step()) {
+            const bool isKey = parts.number(5) != 0;
+            const QString field = parts.text(2); // empty for an expression
+            if (isKey) {
+                keys += field;
+                comparesAsHere = !isText(field) || parts.text(4) == QLatin1StringView(textCollation);
+            }
+        }
+        if (keys.size() == 1 && comparesAsHere && !keys.first().isEmpty()) {
+            fields += keys;
+        }
+    }
+    return fields;
+}
+
 QStringList tableNames(Connection& connection, const QString& schema) {
     QStringList names;
     Statement list(connection, u"SELECT name FROM "_s + schema +

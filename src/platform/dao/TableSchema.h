@@ -39,6 +39,9 @@ struct StoredTable {
     friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
+/// The fields that are by themselves the primary key or a unique index over all rows, under the rule by which this
+/// engine compares texts.
+QStringList uniqueFields(Connection& connection, const QString& schema, const StoredTable& table);
 /// Names of a file's tables but for the system's, in order of name.
 QStringList tableNames(Connection& connection, const QString& schema);
 qint64 schemaVersion(Connection& connection, const QString& schema);

@@ -329,6 +329,35 @@ TEST_F(DatabaseTest, TablesAreMadeAsTheirDefinitionSays) {
     EXPECT_FALSE(database->TableDefs().contains(u"tsys_Comparison"_s));
 }
 
+TEST_F(DatabaseTest, AFieldIsUniqueIfItsDeclarationSaysSoForAllRows) {
+    const auto database = create(u"own.mdb"_s);
+    const auto pair = database->CreateTableDef(u"pair"_s);
+    pair->Fields = {{u"Counter"_s, dao::dbLong, 0, dao::dbAutoIncrField}, {u"a"_s, dao::dbLong}, {u"t"_s}};
+    pair->Indexes = {{u"both"_s, {u"Counter"_s, u"a"_s}, true}, {u"a"_s, {u"a"_s}, false}, {u"t"_s, {u"t"_s}, true}};
+    database->TableDefs().Append(pair);
+    const Stranger stranger(path(u"strange.mdb"_s));
+    stranger.run("CREATE TABLE cases(id LONG, x LONG, y LONG, word TEXT, PRIMARY KEY (id));"
+                 "CREATE UNIQUE INDEX some ON cases(x) WHERE y > 0; CREATE UNIQUE INDEX spelled ON cases(word);"
+                 "CREATE UNIQUE INDEX sum ON cases(x + y);"
+                 "CREATE TABLE double(id LONG, n LONG, PRIMARY KEY (id, n)); CREATE TABLE none(id LONG)");
+    for (const QString& table : {u"cases"_s, u"double"_s, u"none"_s, u"gone"_s})
+        addLink(*database, table, path(u"strange.mdb"_s));
+    const struct {
+        QString table, field;
+        bool unique;
+    } cases[] = {{u"PAIR"_s, u"counter"_s, true}, {u"pair"_s, u"a"_s, false},  {u"pair"_s, u"t"_s, true},
+                 {u"cases"_s, u"ID"_s, true},     {u"cases"_s, u"x"_s, false}, // only where y is positive
+                 {u"cases"_s, u"word"_s, false},                               // 'a' beside 'A', which are equal here
+                 {u"double"_s, u"id"_s, false},   {u"none"_s, u"id"_s, false}};
+    for (const auto& test : cases)
+        EXPECT_EQ(database->isUnique(test.table, test.field), test.unique) << qPrintable(test.table + test.field);
+    stranger.run("CREATE UNIQUE INDEX late ON none(id)");
+    EXPECT_TRUE(database->isUnique(u"none"_s, u"id"_s));
+    EXPECT_EQ(errorOf([&] { database->isUnique(u"nowhere"_s, u"id"_s); }), 3078);
+    EXPECT_EQ(errorOf([&] { database->isUnique(u"gone"_s, u"id"_s); }), 3011);
+    EXPECT_EQ(errorOf([&] { database->isUnique(u"none"_s, u"other"_s); }), 3265);
+}
+
 TEST_F(DatabaseTest, AStrangersFileBringsNothingAlongThatRuns) {
     const Stranger stranger(path(u"strange.mdb"_s));
     stranger.run("CREATE TABLE t(a LONG, b TEXT, \"\"\"odd\"\" 'name'\" MEMOTEXT, plain);"
