@@ -61,7 +61,8 @@ private:
 };
 using TableDefPtr = std::shared_ptr<TableDef>;
 
-/// The tables and links of a database, in order of name.
+/// The tables and links of a database, in order of name. A link that has the name of one of the file's own tables,
+/// which only another program can have put there, leads nowhere: it is no item, and no name finds it.
 class TableDefs {
 public:
     int Count() const;
@@ -71,6 +72,8 @@ public:
     /// Makes the table or link. @throws Error 3010 exists, 3264 no field defined, 3027
     void Append(const TableDefPtr& definition);
     void Delete(const QString& name); ///< a link: only the link. @throws Error 3265, 3027
+    /// Deletes every link, also those that are no items; never a table.
+    void DeleteLinks();
     void Refresh();
 
 private:

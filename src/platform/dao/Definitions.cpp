@@ -1,6 +1,7 @@
 #include "platform/dao/Definitions.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
 
 #include <QStringList>
 
@@ -51,7 +52,9 @@ void writeRow(Connection& connection, const char* table, const QStringList& text
 }
 
 void removeRow(Connection& connection, const char* table, const QString& name) {
-    Statement remove(connection, u"DELETE FROM main."_s + QLatin1StringView(table) + u" WHERE name = ?1"_s,
+    Statement remove(connection,
+                     u"DELETE FROM main."_s + QLatin1StringView(table) + u" WHERE name = ?1 COLLATE "_s +
+                         QLatin1StringView(textCollation), // another program's table has another order
                      Purpose::Write);
     remove.bind(1, Value(name));
     remove.step();

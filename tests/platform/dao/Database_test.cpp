@@ -358,6 +358,32 @@ TEST_F(DatabaseTest, AFieldIsUniqueIfItsDeclarationSaysSoForAllRows) {
     EXPECT_EQ(errorOf([&] { database->isUnique(u"none"_s, u"other"_s); }), 3265);
 }
 
+TEST_F(DatabaseTest, ALinkWithTheNameOfATableNeitherHidesItNorTakesItAlong) {
+    createCases(u"elsewhere.mdb"_s, u"secret"_s, 7);
+    {
+        const auto database = create(u"a.mdb"_s);
+        addTable(*database, u"tkey_Study"_s, {{u"id"_s, dao::dbLong}});
+        database->Execute(u"INSERT INTO tkey_Study (id) VALUES (1)"_s);
+        database->Close();
+    }
+    const QString secret = u"'secret', ';DATABASE=%1')"_s.arg(path(u"elsewhere.mdb"_s));
+    const QString links =
+        u"CREATE TABLE __vx_links(name, source, connect); INSERT INTO __vx_links VALUES ('cases', %1, "
+        "('TKEY_study', %1, ('tkey_Study', %1"_s.arg(secret);
+    Stranger(path(u"a.mdb"_s)).run(links.toUtf8().constData());
+    const auto database = open(u"a.mdb"_s);
+    ASSERT_EQ(database->TableDefs().Count(), 2);
+    EXPECT_EQ(database->TableDefs().Item(u"tkey_study"_s)->Attributes(), 0);
+    EXPECT_EQ(rows(*database, u"tkey_Study"_s), u"1"_s);
+    database->TableDefs().DeleteLinks();
+    EXPECT_FALSE(database->TableDefs().contains(u"cases"_s));
+    EXPECT_EQ(rows(*database, u"tkey_Study"_s), u"1"_s);
+    database->Close();
+    const Stranger after(path(u"a.mdb"_s));
+    EXPECT_EQ(after.ask("SELECT (SELECT count(*) FROM __vx_links), (SELECT count(*) FROM tkey_Study)"), u"0 1"_s);
+    EXPECT_EQ(Stranger(path(u"elsewhere.mdb"_s)).ask("SELECT count(*) FROM secret"), u"7"_s);
+}
+
 TEST_F(DatabaseTest, AStrangersFileBringsNothingAlongThatRuns) {
     const Stranger stranger(path(u"strange.mdb"_s));
     stranger.run("CREATE TABLE t(a LONG, b TEXT, \"\"\"odd\"\" 'name'\" MEMOTEXT, plain);"
