@@ -37,6 +37,9 @@ public:
     bool isInHook() const { return inHook_; }
     /// Ends the running statement with 3059 when the hook returns.
     void cancel() { cancelled_ = true; }
+    /// Calls the progress hook if it has waited long, in the middle of a function that SQLite has called.
+    /// @return true if the statement is to end
+    static bool endsLongFunction(sqlite3* handle);
 
     bool isReadOnly(const QByteArray& schema = "main") const;
     /// Gives a file the rollback journal that lets several files commit as one. A file that is in use otherwise stays
@@ -52,10 +55,15 @@ public:
 
 private:
     friend class Reading;
+    friend class Statement;
     void beginReading();
     void endReading();
     void configure();
     void checkContent(const QString& file);
+    void forgetHandle();
+    void beginStatement();
+    bool isHookOverdue() const;
+    bool callHook();
     static int onProgress(void* self);
     static int onBusy(void* self, int count);
 
@@ -63,6 +71,8 @@ private:
     bool inHook_ = false;
     bool cancelled_ = false;
     std::exception_ptr hookFailure_;
+    int stepsSinceHook_ = 0;
+    qint64 lastHook_ = 0; ///< or when the statement began, in milliseconds
     qint64 busySince_ = 0;
     std::map<QString, std::unique_ptr<Statement>> questions_;
     std::unique_ptr<Statement> reading_;
@@ -90,6 +100,7 @@ private:
     Connection& connection_;
     Purpose purpose_;
     sqlite3_stmt* handle_ = nullptr;
+    bool running_ = false;
 };
 
 /// As long as it lives, what is read of the connection's files locks each once for all and sees it in one state; alone,

@@ -4,6 +4,8 @@
 #include "platform/dao/EngineSettings.h"
 
 #include <QFileInfo>
+#include <algorithm>
+#include <unistd.h>
 #ifdef __GLIBC__
 #include <malloc.h>
 #include <sqlite3.h>
@@ -13,8 +15,16 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
+/// A quarter of the memory that the machine has: growing, rows take up to three times their size.
+static size_t quarterOfMemory() {
+    constexpr size_t least = 256 * 1024 * 1024;
+    const auto pages = static_cast<double>(sysconf(_SC_PHYS_PAGES)),
+               pageSize = static_cast<double>(sysconf(_SC_PAGE_SIZE));
+    return std::max(least, static_cast<size_t>(pages * pageSize / 4));
+}
+
 EngineSettings& engineSettings() {
-    static EngineSettings settings;
+    static EngineSettings settings{.mostResultBytes = quarterOfMemory(), .progress = {}, .trace = {}};
     return settings;
 }
 

@@ -199,7 +199,7 @@ std::optional<TableInfo> DatabaseFile::infoOf(const Place& place) const {
     info.rowKey = stored->rowKey;
     info.keyColumns = stored->keyColumns;
     info.isLink = !link.isEmpty();
-    info.readOnly = readOnly_ || file.readOnly;
+    info.readOnly = readOnly_ || file.readOnly || stored->readOnly;
     for (ColumnInfo& column : info.columns) {
         column.sourceTable = info.name;
     }
@@ -217,7 +217,7 @@ TableState DatabaseFile::tableState(const QString& name) {
         return {};
     }
     return {place.link.isEmpty() ? cached.table->name : place.link, cached.structure,
-            readOnly_ || place.file->readOnly};
+            readOnly_ || place.file->readOnly || cached.table->readOnly};
 }
 
 /// A table of its own hides a link, and what is neither is looked for among its own. @throws Error 3011

@@ -14,11 +14,21 @@ inline constexpr int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE
 /// Keeps the error until raiseFunctionError() and ends the statement.
 void keepFunctionError(sqlite3_context* context, const Error& error);
 
+/// Counts the characters that functions have gone through.
+inline thread_local long long functionWork = 0;
+
+/// Lets whoever waits for the statement end it. To be called when functionWork has become some milliseconds.
+void lookUpFromWork(sqlite3_context* context);
+
 /// Runs the step of a function; no exception may pass through SQLite.
 template<typename Step>
 void guarded(sqlite3_context* context, Step step) {
+    constexpr long long someMilliseconds = 500'000;
     try {
         step();
+        if (functionWork >= someMilliseconds) {
+            lookUpFromWork(context);
+        }
     } catch (const Error& error) {
         keepFunctionError(context, error);
     } catch (const std::bad_alloc&) {

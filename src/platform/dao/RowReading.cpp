@@ -1,5 +1,6 @@
 #include "platform/dao/RowCursor.h"
 
+#include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/SqliteValue.h"
 
@@ -52,6 +53,9 @@ void RowCursor::readAll(const QString& sql) {
             raiseEngineError(3035);
         }
         rows_.append(statement.handle());
+        if (rows_.bytes() > engineSettings().mostResultBytes) {
+            raiseEngineError(3035); // before the system ends the program for it
+        }
     }
 }
 

@@ -36,8 +36,11 @@ struct StoredTable {
     std::vector<ColumnInfo> columns;
     QString rowKey;         ///< name of the hidden row number, empty if the table has none
     QStringList keyColumns; ///< of the declared primary key
+    bool readOnly = false;  ///< a write would compute what only a stranger's declaration asks for
     friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
+/// @throws Error 3274 for a view, a virtual table and a table with a computed field: reading them would compute what
+///         the file says, however long that takes
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
 /// The fields that are by themselves the primary key or a unique index over all rows, under the rule by which this
 /// engine compares texts.

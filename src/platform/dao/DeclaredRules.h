@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+namespace dao {
+
+class Connection;
+
+/// What the declaration of a table makes SQLite compute when a row is written. The engine's own tables hold constant
+/// defaults and the length of a text; a stranger's may hold anything, which no limit of time ends.
+
+/// True if a rule or default in a CREATE TABLE calls functions other than a few cheap ones, matches patterns or joins
+/// texts.
+bool callsFunctions(QByteArrayView createTable);
+
+/// True if a write to the table would run what callsFunctions() looks for, or an index of it is over an expression or
+/// over some of the rows only.
+bool computesOnWriting(Connection& connection, const QString& schema, const QString& table);
+
+} // namespace dao
