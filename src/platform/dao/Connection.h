@@ -12,7 +12,7 @@
 
 namespace dao {
 
-/// What SQLite was asked for when it refused; the same refusal has other numbers in other places.
+/// What SQLite was asked for when it refused: the error number of a refusal depends on it.
 enum class Purpose { Open, Read, Write };
 
 class Statement;
@@ -50,7 +50,7 @@ public:
     /// The number that a statement gives, 0 for none. For the same few questions asked again and again: the statement
     /// stays prepared.
     qint64 ask(const QString& sql);
-    /// Drops the statements that ask() has prepared; a file that they read is to be let go.
+    /// Drops the statements that ask() has prepared, so that a file that they read can be detached.
     void forgetQuestions();
 
 private:
@@ -103,10 +103,10 @@ private:
     bool running_ = false;
 };
 
-/// As long as it lives, what is read of the connection's files locks each once for all and sees it in one state; alone,
-/// each look at a file locks it anew, which costs more than the look. One inside another adds nothing. For the looks
-/// that belong together and not for what takes long, since nobody else can write into the connection's own file
-/// meanwhile; nor to be held while something is written: one that reads already isn't made to wait for another's lock.
+/// As long as it lives, reads of the connection's files lock each file only once and see it in one state; without it
+/// every read locks the file again, which costs more than the read itself. One inside another adds nothing. Meant for
+/// reads that belong together, not for what takes long, since nobody else can write into the connection's own file
+/// meanwhile; nor to be held during a write: who is reading already does not wait for another's lock.
 class Reading {
 public:
     /// @throws Error as Connection::raise()

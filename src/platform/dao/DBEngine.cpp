@@ -45,7 +45,7 @@ struct Workspace::State {
         return result;
     }
 
-    /// Ends a transaction whose databases were all closed in it: what comes now must not wait for an end of it.
+    /// Ends a transaction whose databases were all closed in it, so that what follows does not become part of it.
     void forgetAbandoned() {
         if (tookPart && open().empty()) {
             level = 0;
@@ -111,7 +111,7 @@ void Workspace::CommitTrans() {
             file->commit(level);
         } catch (const Error&) {
             if (file->isTransactionLost()) {
-                // Nothing is left to commit, and a level that stays would swallow what is edited later.
+                // Nothing is left to commit, and an open level would swallow what is edited later.
                 for (const DatabaseFilePtr& open : files) {
                     open->rollback(level);
                 }
@@ -138,8 +138,8 @@ struct DBEngine::State {
     std::vector<std::unique_ptr<Workspace>> workspaces;
 };
 
-/// Result sets come and go by the hundred kilobytes. Memory that goes back to the system with each of them and is asked
-/// for again with the next costs more than reading the rows, so the process keeps some.
+/// Result sets of some hundred kilobytes come and go. Returning their memory to the system each time and requesting it
+/// again costs more than reading the rows, so the process keeps some.
 static void keepFreedMemory() {
 #ifdef __GLIBC__
     constexpr int mebibyte = 1024 * 1024;

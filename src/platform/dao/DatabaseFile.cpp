@@ -169,8 +169,8 @@ DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& fi
     return cached;
 }
 
-/// Takes what is known of a table over to a new opening of its file, in which nothing was written since. The count of
-/// changes by others begins anew with each opening.
+/// Keeps what is known of a table when its file was opened again and nothing was written in between. The count of
+/// changes by others starts again with each opening.
 void DatabaseFile::holdOn(CachedTable& cached, const Attachments::File& file) {
     cached.generation = file.generation;
     for (auto& [field, content] : cached.contents) {
@@ -220,7 +220,8 @@ TableState DatabaseFile::tableState(const QString& name) {
             readOnly_ || place.file->readOnly || cached.table->readOnly};
 }
 
-/// A table of its own hides a link, and what is neither is looked for among its own. @throws Error 3011
+/// The file's own tables come before its links. A name that is neither gives the place of a missing own table.
+/// @throws Error 3011
 DatabaseFile::Place DatabaseFile::placeOf(const QString& name) {
     const Attachments::File& main = attachments_->main();
     CachedTable& own = cachedTable(main, name);

@@ -8,7 +8,7 @@ namespace dao {
 class Connection;
 
 /// What the declaration of a table makes SQLite compute when a row is written. The engine's own tables hold constant
-/// defaults and the length of a text; a stranger's may hold anything, which no limit of time ends.
+/// defaults and the length of a text; a stranger's may hold anything, and the time that it takes has no limit.
 
 /// True if a rule or default in a CREATE TABLE calls functions other than a few cheap ones, matches patterns or joins
 /// texts.

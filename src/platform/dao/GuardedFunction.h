@@ -7,8 +7,8 @@
 
 namespace dao {
 
-/// What every function and aggregate of ours is registered with. Only our own statements may call them: a stranger's
-/// file has no use for them in its views and triggers.
+/// Flags with which every function and aggregate of ours is registered. Only our own statements may call them: a
+/// stranger's file has no use for them in its views and triggers.
 inline constexpr int functionFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY;
 
 /// Keeps the error until raiseFunctionError() and ends the statement.

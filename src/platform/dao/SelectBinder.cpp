@@ -93,7 +93,7 @@ void SelectBinder::settleContents() {
             item.expression->domain = context_.contentOf(item.expression->column.info, item.expression->domain);
 }
 
-/// An alias stays as it is; columns that share a name with anything else are told apart by their tables.
+/// An alias stays as it is; columns that share a name with anything else are prefixed with their tables.
 void SelectBinder::nameItems() {
     QHash<QString, int> uses;
     for (size_t i = 0; i < items_.size(); ++i) {

@@ -96,7 +96,7 @@ QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) 
         sql += u" COLLATE "_s + QLatin1StringView(textCollation);
     }
     if (sized) {
-        // Kept by the file itself, so that no way of writing gets around it.
+        // Enforced by the file itself, so that no way of writing circumvents it.
         sql += u" CONSTRAINT "_s + quotedName(sizeRuleName(field.Name)) + u" CHECK (length("_s + name + u") <= "_s +
                QString::number(field.Size) + u')';
     }

@@ -15,7 +15,7 @@ public:
         EXPECT_EQ(sqlite3_exec(handle_, sql, nullptr, nullptr, &message), SQLITE_OK) << (message ? message : "");
         sqlite3_free(message);
     }
-    /// The first row, its columns parted by a blank.
+    /// The first row, its columns separated by a blank.
     QString ask(const char* sql) const {
         QStringList columns;
         const auto keep = [](void* into, int count, char** texts, char**) {
