@@ -97,6 +97,26 @@ bool callsFunctions(QByteArrayView createTable) {
     return false;
 }
 
+bool isComputedField(const Statement& field) {
+    constexpr int hiddenColumn = 6, whenRead = 2, whenWritten = 3;
+    const qint64 hidden = field.number(hiddenColumn);
+    return hidden == whenRead || hidden == whenWritten;
+}
+
+bool isPlainTable(Connection& connection, const QString& schema, const QString& table) {
+    Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(table) + u')');
+    if (!kind.step() || kind.text(2) != u"table"_s) {
+        return false;
+    }
+    Statement fields(connection, u"PRAGMA "_s + schema + u".table_xinfo("_s + quotedName(table) + u')');
+    while (fields.step()) {
+        if (isComputedField(fields)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool computesOnWriting(Connection& connection, const QString& schema, const QString& table) {
     Statement declaration(connection,
                           u"SELECT sql FROM "_s + schema + u".sqlite_schema WHERE type = 'table' AND name = ?1"_s);

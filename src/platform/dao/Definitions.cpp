@@ -1,5 +1,6 @@
 #include "platform/dao/Definitions.h"
 
+#include "platform/dao/DeclaredRules.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/Functions.h"
 
@@ -13,8 +14,20 @@ namespace {
 
 constexpr char linksTable[] = "__vx_links";
 constexpr char queriesTable[] = "__vx_queries";
+const QString mainSchema = u"\"main\""_s;
+
+/// @throws Error 3274 for a table of another program's that would compute something when it is written
+void requireWritable(Connection& connection, const char* table) {
+    const QString name = QString::fromLatin1(table);
+    if (!isPlainTable(connection, mainSchema, name) || computesOnWriting(connection, mainSchema, name)) {
+        raiseEngineError(3274, name);
+    }
+}
 
 bool hasColumns(Connection& connection, const char* table, const QStringList& columns) {
+    if (!isPlainTable(connection, mainSchema, QString::fromLatin1(table))) {
+        return false;
+    }
     for (const QString& column : columns) {
         if (sqlite3_table_column_metadata(connection.handle(), "main", table, column.toUtf8().constData(), nullptr,
                                           nullptr, nullptr, nullptr, nullptr) != SQLITE_OK) {
@@ -111,6 +124,8 @@ void Definitions::save(Connection& connection) {
                        "CREATE TABLE IF NOT EXISTS main.__vx_queries (name TEXT NOT NULL PRIMARY KEY COLLATE VXTEXT, "
                        "sql TEXT NOT NULL)"_s,
                        Purpose::Write);
+        requireWritable(connection, linksTable);
+        requireWritable(connection, queriesTable);
         for (const auto& [name, set] : dirtyLinks_) {
             removeRow(connection, linksTable, name);
             if (set) {

@@ -258,8 +258,7 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     const bool withoutRowNumber = kind.number(4) != 0;
     Statement columns(connection, u"PRAGMA "_s + schema + u".table_xinfo("_s + quotedName(stored.name) + u')');
     while (columns.step()) {
-        constexpr int computedWhenRead = 2, computedWhenWritten = 3;
-        if (const qint64 hidden = columns.number(6); hidden == computedWhenRead || hidden == computedWhenWritten) {
+        if (isComputedField(columns)) {
             raiseEngineError(3274, stored.name + u'.' + columns.text(1) + u" is a computed field"_s);
         }
         stored.columns.push_back(columnOf(connection, schema, stored.name, columns));

@@ -95,6 +95,24 @@ TEST_F(StrangersFile, ComputesNothingWhenItIsRead) {
     }
 }
 
+TEST_F(StrangersFile, ItsListsOfLinksAndQueriesComputeNothingEither) {
+    const QByteArray queries = "CREATE TABLE __vx_queries(name TEXT, sql TEXT CHECK (hex(sql) <> ''));";
+    const QByteArray lists[] = {
+        queries + "CREATE TABLE __vx_links(name TEXT, source TEXT, connect TEXT AS (';DATABASE=' || hex(zeroblob(4))));"
+                  "INSERT INTO __vx_links VALUES ('L', 't')",
+        queries + "CREATE VIEW __vx_links AS SELECT 'L' AS name, 't' AS source, ';DATABASE=x' AS connect"};
+    for (const QByteArray& list : lists) {
+        const QString file = u"%1.mdb"_s.arg(list.size());
+        Stranger(path(file)).run(list.constData());
+        const auto database = open(file);
+        EXPECT_EQ(database->TableDefs().Count(), 0);
+        database->CreateQueryDef(u"q"_s, u"SELECT 1"_s);
+        database->saveDefinitions();
+        EXPECT_TRUE(database->QueryDefs().contains(u"q"_s)) << "it lives in memory";
+        EXPECT_EQ(Stranger(path(file)).ask("SELECT count(*) FROM __vx_queries"), u"0"_s);
+    }
+}
+
 TEST_F(StrangersFile, IsReadButNotWrittenWhereAWriteWouldCompute) {
     const struct {
         QByteArray declaration, index;
