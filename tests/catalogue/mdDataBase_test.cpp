@@ -177,7 +177,8 @@ TEST_F(Opening, ClosingTakesNoTableForALinkThatHasItsName) {
     sqlite3_open(catalogue.path().toUtf8().constData(), &stranger);
     const QByteArray links = "CREATE TABLE __vx_links(name, source, connect);"
                              "INSERT INTO __vx_links SELECT upper(name), 'QX1919_1', ';DATABASE=" +
-                             catalogue.caseFile(u"QX1919"_s).toUtf8() + "' FROM sqlite_schema WHERE type = 'table' AND name LIKE 't%'";
+                             catalogue.caseFile(u"QX1919"_s).toUtf8() +
+                             "' FROM sqlite_schema WHERE type = 'table' AND name LIKE 't%'";
     const int result = sqlite3_exec(stranger, links.constData(), nullptr, nullptr, nullptr);
     sqlite3_close(stranger);
     ASSERT_EQ(result, SQLITE_OK);

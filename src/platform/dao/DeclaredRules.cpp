@@ -16,7 +16,7 @@ namespace {
 /// are long and give nothing longer.
 constexpr std::array<QByteArrayView, 20> harmlessWords = {
     "and",   "or",  "not",    "in",     "between", "case",  "when",     "then",  "else",  "is",
-    "check", "key", "length", "typeof", "abs",     "round", "coalesce", "lower", "upper", "trim"};
+    "check", "key", "length", "typeof", "abs",     "round", "coalesce", "lower", "upper", "where"};
 /// Words that run a function without brackets.
 constexpr std::array<QByteArrayView, 4> patternWords = {"like", "glob", "regexp", "match"};
 
@@ -51,13 +51,27 @@ qsizetype behindComment(QByteArrayView sql, qsizetype at) {
     return end < 0 ? sql.size() : end + (toLineEnd ? 1 : 2);
 }
 
+bool startsWithWords(QByteArrayView sql, std::initializer_list<QByteArrayView> words) {
+    for (const QByteArrayView word : words) {
+        sql = sql.trimmed();
+        if (sql.size() <= word.size() || isWordByte(sql[word.size()]) ||
+            sql.first(word.size()).compare(word, Qt::CaseInsensitive) != 0) {
+            return false;
+        }
+        sql = sql.sliced(word.size());
+    }
+    return true;
+}
+
 } // namespace
 
-bool callsFunctions(QByteArrayView createTable) {
-    const QByteArrayView sql = createTable;
-    // Brackets inside the list of columns hold sizes, names or expressions; before one at its own level stands a type,
-    // a rule's or another table's name.
-    constexpr int insideRules = 2;
+bool callsFunctions(QByteArrayView sql) {
+    // In a table's list of columns a bracket holds sizes, names or a rule; before it stands a type, a rule's or another
+    // table's name. In an index all is expression but the list itself.
+    const bool isIndex =
+        startsWithWords(sql, {"create", "index"}) || startsWithWords(sql, {"create", "unique", "index"});
+    const int insideRules = isIndex ? 0 : 2;
+    bool listBegan = false;
     int depth = 0;
     bool afterName = false; // a bracket here would call it
     for (qsizetype at = 0; at < sql.size();) {
@@ -75,14 +89,15 @@ bool callsFunctions(QByteArrayView createTable) {
                 ++at;
             }
             const QByteArrayView word = sql.sliced(begin, at - begin);
-            if (depth >= insideRules && isAmong(patternWords, word)) {
+            if (depth >= insideRules && listBegan && isAmong(patternWords, word)) {
                 return true;
             }
             afterName = !isAmong(harmlessWords, word);
         } else if (c == '(') {
-            if (depth >= insideRules && afterName) {
+            if (depth >= insideRules && afterName && listBegan) {
                 return true;
             }
+            listBegan = true;
             ++depth;
             ++at;
             afterName = false;
@@ -118,24 +133,13 @@ bool isPlainTable(Connection& connection, const QString& schema, const QString& 
 }
 
 bool computesOnWriting(Connection& connection, const QString& schema, const QString& table) {
-    Statement declaration(connection,
-                          u"SELECT sql FROM "_s + schema + u".sqlite_schema WHERE type = 'table' AND name = ?1"_s);
-    declaration.bind(1, Value(table));
-    if (declaration.step() && callsFunctions(declaration.text(0).toUtf8())) {
-        return true;
-    }
-    Statement indexes(connection, u"PRAGMA "_s + schema + u".index_list("_s + quotedName(table) + u')');
-    while (indexes.step()) {
-        const bool isPartial = indexes.number(4) != 0;
-        if (isPartial) {
+    Statement declarations(connection,
+                           u"SELECT sql FROM "_s + schema +
+                               u".sqlite_schema WHERE type IN ('table', 'index') AND tbl_name = ?1 COLLATE NOCASE"_s);
+    declarations.bind(1, Value(table));
+    while (declarations.step()) {
+        if (callsFunctions(declarations.text(0).toUtf8())) {
             return true;
-        }
-        constexpr int isExpression = -2;
-        Statement parts(connection, u"PRAGMA "_s + schema + u".index_xinfo("_s + quotedName(indexes.text(1)) + u')');
-        while (parts.step()) {
-            if (parts.number(1) == isExpression) {
-                return true;
-            }
         }
     }
     return false;

@@ -17,12 +17,11 @@ bool isComputedField(const Statement& field);
 /// True if it is a table without computed fields: no view and no virtual table.
 bool isPlainTable(Connection& connection, const QString& schema, const QString& table);
 
-/// True if a rule or default in a CREATE TABLE calls functions other than a few cheap ones, matches patterns or joins
-/// texts.
-bool callsFunctions(QByteArrayView createTable);
+/// True if a rule or default in a CREATE TABLE, or a column or the condition in a CREATE INDEX, calls functions other
+/// than a few cheap ones, matches patterns or joins texts.
+bool callsFunctions(QByteArrayView sql);
 
-/// True if a write to the table would run what callsFunctions() looks for, or an index of it is over an expression or
-/// over some of the rows only.
+/// True if callsFunctions() is true of the table or one of its indexes.
 bool computesOnWriting(Connection& connection, const QString& schema, const QString& table);
 
 } // namespace dao

@@ -25,16 +25,13 @@ void requireWritable(Connection& connection, const char* table) {
 }
 
 bool hasColumns(Connection& connection, const char* table, const QStringList& columns) {
-    if (!isPlainTable(connection, mainSchema, QString::fromLatin1(table))) {
-        return false;
-    }
     for (const QString& column : columns) {
         if (sqlite3_table_column_metadata(connection.handle(), "main", table, column.toUtf8().constData(), nullptr,
                                           nullptr, nullptr, nullptr, nullptr) != SQLITE_OK) {
             return false;
         }
     }
-    return true;
+    return isPlainTable(connection, mainSchema, QString::fromLatin1(table));
 }
 
 /// Calls `take` with each row's texts, if the table is there in the form in which this engine writes it.

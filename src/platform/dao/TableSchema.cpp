@@ -239,14 +239,21 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     }
     StoredTable stored;
     {
-        Statement name(connection, u"SELECT name FROM "_s + schema +
-                                       u".sqlite_schema WHERE type IN ('table', 'view') AND name = ?1 COLLATE "_s +
+        Statement rows(connection, u"SELECT type = 'index', name, sql FROM "_s + schema +
+                                       u".sqlite_schema WHERE type IN ('table', 'view', 'index') AND tbl_name = ?1 "
+                                       "COLLATE "_s +
                                        QLatin1StringView(textCollation));
-        name.bind(1, Value(table));
-        if (!name.step()) {
-            return std::nullopt;
+        rows.bind(1, Value(table));
+        while (rows.step()) {
+            const bool isIndex = rows.number(0) != 0;
+            if (!isIndex && stored.name.isEmpty()) {
+                stored.name = rows.text(1);
+            }
+            stored.readOnly = stored.readOnly || callsFunctions(rows.text(2).toUtf8());
         }
-        stored.name = name.text(0);
+    }
+    if (stored.name.isEmpty()) {
+        return std::nullopt;
     }
     Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(stored.name) + u')');
     if (!kind.step() || kind.text(2) == u"shadow"_s) {
@@ -269,7 +276,6 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     if (!withoutRowNumber) {
         stored.rowKey = rowNumberName(stored.columns);
     }
-    stored.readOnly = computesOnWriting(connection, schema, stored.name);
     return stored;
 }
 

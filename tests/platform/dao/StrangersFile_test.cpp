@@ -125,6 +125,8 @@ TEST_F(StrangersFile, IsReadButNotWrittenWhereAWriteWouldCompute) {
         {"(a LONG, b TEXT, CHECK (a > 0 /* ( */ AND \"hex\" -- )\n (b) <> ''))", {}, 3027},
         {"(a LONG, b TEXT)", "(hex(zeroblob(a)))", 3027},
         {"(a LONG, b TEXT)", "(a) WHERE hex(b) <> ''", 3027},
+        {"(a LONG, b TEXT)", "(a) WHERE b || b > ''", 3027},
+        {"(a LONG, b TEXT)", "(a + 1, abs(a)) WHERE (a) > 0", 0},
         {"(a LONG CHECK (a > 0 AND (a IN (1, 9)) AND length(b) < 5), b VARCHAR(20) DEFAULT 'hex (|| y)')", "(a, b)", 0},
         {"(a LONG CHECK ((a) <> 3), b TEXT, FOREIGN KEY (a) REFERENCES x (y), UNIQUE (a, b COLLATE NOCASE))", {}, 0},
         {"(a LONG CHECK (a > 5), b TEXT)", {}, 3317},
