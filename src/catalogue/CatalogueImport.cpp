@@ -327,6 +327,21 @@ void SurveyImporter::finish() {
     jobs_.clear();
 }
 
+/// A catalogue's entries lie in its own file: behind a link of such a name they would be written into somebody else's.
+static void refuseLinkedEntries(dao::Database& catalogue, const QString& path) {
+    const dao::TableDefs& tables = catalogue.TableDefs();
+    for (int i = 0; i < tables.Count(); ++i) {
+        const dao::TableDefPtr table = tables.Item(i);
+        if (table->Attributes() != dao::dbAttachedTable)
+            continue;
+        for (const QString& prefix : {u"tkey_"_s, u"trel_"_s, u"tsys_"_s})
+            if (table->Name().startsWith(prefix, Qt::CaseInsensitive))
+                throw ImportError(said(u"%1: Die Tabelle %2 liegt in einer anderen Datei"_s,
+                                       u"%1: The table %2 lies in another file"_s)
+                                      .arg(path, table->Name()));
+    }
+}
+
 ImportReport importSurvey(const ImportRequest& request) {
     const QString path = Paths::resolved(request.catalogue);
     if (const QString folder = QFileInfo(path).absolutePath(); !QFileInfo(folder).isDir())
@@ -352,6 +367,8 @@ ImportReport importSurvey(const ImportRequest& request) {
                 throw ImportError(said(u"%1 ist kein Katalog (es gibt keine Tabelle %2)"_s,
                                        u"%1 is no catalogue (there is no table %2)"_s)
                                       .arg(path, table));
+
+    refuseLinkedEntries(database, path);
 
     SurveyImporter importer(catalogue.database, guard, studyTable);
     importer.add(request.file, request.settings);

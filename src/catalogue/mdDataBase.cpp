@@ -12,23 +12,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Deletes every link of a database; the tables behind the links stay. Going backwards, a deletion moves
-/// nothing that is still to be looked at.
-void removeLinks(dao::Database& database) {
-    dao::TableDefs& tables = database.TableDefs();
-    for (int i = tables.Count() - 1; i >= 0; --i) {
-        const dao::TableDefPtr table = tables.Item(i);
-        if (table->Attributes() == dao::dbAttachedTable)
-            tables.Delete(table->Name());
-    }
-}
-
 void removeWorkDatabaseLinks() {
     const QString work = Paths::join(Paths::applicationFolder(), u"stat.mdb"_s);
     if (!mdDataBase::fileExists(work))
         return;
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(work);
-    attempt([&] { removeLinks(*database); }, reportProgramError);
+    attempt([&] { database->TableDefs().DeleteLinks(); }, reportProgramError);
     database->Close();
 }
 
@@ -79,7 +68,7 @@ qint16 OpenLastDataBase(const QString& file) {
 void CloseDataBase() {
     const ProcedureScope scope(u"[mdDataBase.CloseDataBase]"_s);
     if (gCatalogueOptions.RemoveTableLinksOnExitDB && gDatabase.State() == 1)
-        attempt([] { removeLinks(*gDatabase.CurrentDatabase()); }, reportProgramError);
+        attempt([] { gDatabase.CurrentDatabase()->TableDefs().DeleteLinks(); }, reportProgramError);
     gDatabase.CloseDatabase();
     attempt(removeWorkDatabaseLinks, reportProgramError);
     CloseRc();

@@ -168,3 +168,22 @@ TEST_F(ImportLinks, ACatalogueReachedThroughALinkKeepsItsFilesBesideItself) {
     EXPECT_EQ(QFileInfo(gDatabase.CurrentDatabase()->Name()).absolutePath(), home.path());
     gDatabase.CloseDatabase();
 }
+
+TEST_F(ImportLinks, ACatalogueWhoseEntriesLieInAnotherFileIsRefused) {
+    ASSERT_EQ(outcome(request(survey, u"QX1"_s)), QString());
+    const QString other = home.path(u"other.mdb"_s);
+    QFile::copy(catalogue, other);
+    {
+        const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue);
+        database->TableDefs().Delete(u"tkey_Value"_s);
+        const dao::TableDefPtr link = database->CreateTableDef(u"tkey_value"_s);
+        link->setSourceTableName(u"tkey_Value"_s);
+        link->setConnect(u";DATABASE="_s + other);
+        database->TableDefs().Append(link);
+        database->Close();
+    }
+    const QMap<QString, QByteArray> before = folder();
+    const QString words = outcome(request(survey, u"QX2"_s));
+    EXPECT_TRUE(words.contains(u"tkey_value"_s) && words.contains(u"anderen Datei"_s)) << words.toStdString();
+    EXPECT_EQ(folder(), before);
+}

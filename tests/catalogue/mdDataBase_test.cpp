@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QLocale>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 using namespace Qt::StringLiterals;
 
@@ -168,6 +169,29 @@ TEST_F(Opening, ClosingRemovesLinksAsTheCatalogueSaysAndThoseOfTheWorkDatabaseAl
     ASSERT_EQ(catalogue.open(), 1);
     EXPECT_FALSE(gDatabase.TableExist(u"QX1919_1"_s));
     EXPECT_TRUE(gDatabase.TableExist(u"TKEY_VARIABLE"_s));
+}
+
+TEST_F(Opening, ClosingTakesNoTableForALinkThatHasItsName) {
+    catalogue.fill();
+    sqlite3* stranger = nullptr;
+    sqlite3_open(catalogue.path().toUtf8().constData(), &stranger);
+    const QByteArray links = "CREATE TABLE __vx_links(name, source, connect);"
+                             "INSERT INTO __vx_links SELECT upper(name), 'QX1919_1', ';DATABASE=" +
+                             catalogue.caseFile(u"QX1919"_s).toUtf8() +
+                             "' FROM sqlite_schema WHERE type = 'table' AND name LIKE 't%'";
+    const int result = sqlite3_exec(stranger, links.constData(), nullptr, nullptr, nullptr);
+    sqlite3_close(stranger);
+    ASSERT_EQ(result, SQLITE_OK);
+
+    ASSERT_EQ(catalogue.open(), 1);
+    const int tables = gDatabase.CurrentDatabase()->TableDefs().Count();
+    ASSERT_TRUE(gCatalogueOptions.RemoveTableLinksOnExitDB);
+    mdDataBase::CloseDataBase();
+    ASSERT_EQ(catalogue.open(), 1);
+    EXPECT_EQ(gDatabase.CurrentDatabase()->TableDefs().Count(), tables);
+    EXPECT_EQ(gDatabase.CurrentDatabase()->OpenRecordset(u"SELECT * FROM tkey_Variable"_s)->RecordCount(), 8);
+    mdDataBase::CloseDataBase();
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
 
 } // namespace

@@ -128,16 +128,16 @@ void Attachments::open(File& file, bool create) {
         file.dataVersion = dataVersion(connection_, file.schema);
         file.stamp = stampOf(file);
     } catch (const Error&) {
-        file.stamp.clear(); // no database; told by whoever reads it
+        file.stamp.clear(); // no database; reported by whoever reads it
     }
     if (create) {
         file.location = DatabaseLocation::findNew(file.location.path); // now that it is there
     }
 }
 
-/// Two equal ones tell that nothing was written into the file between: it is the same file, not touched since, and the
-/// count of changes in its head, by which SQLite itself knows whether what it has read still holds, is the same. Empty
-/// where nothing tells: the changes of a file in WAL mode lie elsewhere.
+/// Two equal stamps mean that nothing was written into the file in between: it is the same file, not touched since, and
+/// the change counter in its header, from which SQLite itself sees whether what it has read is still valid, is the
+/// same. Empty where this cannot be known: the changes of a file in WAL mode lie elsewhere.
 QByteArray Attachments::stampOf(const File& file) const {
     constexpr int begin = 18, size = 22, walVersion = 2; // from the versions of the format to the list of free pages
     const QByteArray schema = file.schema.mid(1, file.schema.size() - 2).toUtf8();

@@ -7,9 +7,9 @@
 
 namespace dao {
 
-/// The files that a database's connection has opened beside its own. SQLite takes only a few at a time, so a
-/// file is attached when it is first reached and the least used one that nobody needs is let go for it. A
-/// file keeps its alias for as long as the database is open.
+/// The files that a database's connection has opened besides its own. SQLite takes only a few at a time, so a file is
+/// attached when it is first reached, and the least recently used one that nobody needs is detached to make room for
+/// it. A file keeps its alias for as long as the database is open.
 class Attachments {
 public:
     struct File {
@@ -19,13 +19,13 @@ public:
         bool readOnly = false;
         int users = 0;
         quint64 lastUse = 0;
-        /// Counts how often it was attached: what was known of its tables counts no more then.
+        /// Counts how often it was attached: what was known of its tables is no longer valid then.
         int generation = 0;
         qint64 dataVersion = -1; ///< when it was attached
         QByteArray stamp;        ///< a moment later; see stampOf()
     };
 
-    /// Keeps every file that was reached through it from being let go.
+    /// Keeps every file that was reached through it from being detached.
     class Use {
     public:
         Use() = default;
@@ -48,7 +48,7 @@ public:
     const File& reachNew(const QString& path, Use& use);
     /// How often the file of that alias was opened; 0 for the connection's own.
     int generation(const QString& schema) const;
-    /// Lets a file go. @throws Error 3050 when it is still in use
+    /// Detaches a file. @throws Error 3050 when it is still in use
     void letGo(const QString& schema);
 
 private:

@@ -111,7 +111,12 @@ const std::vector<TableDefPtr>& TableDefs::items() const {
         item->name_ = name;
         items.push_back(item);
     }
+    const size_t ownTables = items.size();
     for (const Definitions::Link& link : owner_.definitions().links()) {
+        if (std::any_of(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(ownTables),
+                        [&](const TableDefPtr& own) { return sameName(own->Name(), link.name); })) {
+            continue;
+        }
         auto item = std::make_shared<TableDef>();
         item->name_ = link.name;
         item->source_ = link.source;
@@ -177,6 +182,14 @@ void TableDefs::Delete(const QString& name) {
         dropTable(owner_.connection(), owner_.attachments().main().schema, item->Name());
     }
     item->owner_.reset();
+    owner_.definitionsChanged();
+}
+
+void TableDefs::DeleteLinks() {
+    const DatabaseFile::Operation operation(owner_);
+    for (const Definitions::Link& link : owner_.definitions().links()) {
+        owner_.definitions().removeLink(link.name);
+    }
     owner_.definitionsChanged();
 }
 

@@ -3,12 +3,14 @@
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/Functions.h"
+#include "platform/dao/Permissions.h"
 #include "platform/dao/RowSource.h"
 #include "platform/dao/SqliteError.h"
 #include "platform/dao/SqliteValue.h"
 
 #include <QThread>
 #include <chrono>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -17,8 +19,22 @@ namespace dao {
 namespace {
 
 constexpr int outOfMemory = 7;
-/// Steps of SQLite's machine between two calls of the hook: some milliseconds.
+/// Steps of SQLite's machine between two calls of the hook: some milliseconds. A step that works on a long text takes
+/// many times as long as any other, so the clock is looked at more often.
 constexpr int stepsBetweenProgress = 20000;
+constexpr int stepsBetweenLooks = 500;
+constexpr qint64 longestWithoutProgress = 50; // milliseconds
+
+/// The open connections, for the functions that SQLite calls, which know it only by its handle.
+struct OpenConnections {
+    std::mutex mutex;
+    std::map<sqlite3*, Connection*> byHandle;
+};
+
+OpenConnections& openConnections() {
+    static OpenConnections connections;
+    return connections;
+}
 
 qint64 milliseconds() {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
@@ -37,11 +53,16 @@ Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode 
             raise(result, Purpose::Open, location.path);
         }
         configure();
+        {
+            const std::lock_guard lock(openConnections().mutex);
+            openConnections().byHandle.emplace(handle_, this);
+        }
         checkContent(location.path);
         // No memory mapping: a medium that is taken out would end the process. The page cache keeps its size: SQLite
         // sorts in pieces of that size, and larger ones are slower.
         run(u"PRAGMA cell_size_check=ON; PRAGMA mmap_size=0"_s, Purpose::Open);
     } catch (...) {
+        forgetHandle();
         sqlite3_close(handle_);
         throw;
     }
@@ -50,7 +71,13 @@ Connection::Connection(const DatabaseLocation& location, DatabaseLocation::Mode 
 Connection::~Connection() {
     questions_.clear();
     reading_.reset();
+    forgetHandle();
     sqlite3_close_v2(handle_);
+}
+
+void Connection::forgetHandle() {
+    const std::lock_guard lock(openConnections().mutex);
+    openConnections().byHandle.erase(handle_);
 }
 
 void Connection::configure() {
@@ -64,7 +91,8 @@ void Connection::configure() {
     set(SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0);
     set(SQLITE_DBCONFIG_ENABLE_FKEY, 0);
     sqlite3_busy_handler(handle_, onBusy, this);
-    sqlite3_progress_handler(handle_, stepsBetweenProgress, onProgress, this);
+    sqlite3_progress_handler(handle_, stepsBetweenLooks, onProgress, this);
+    restrictConnection(handle_);
     registerFunctions(handle_);
     if (RowSource::registerOn(handle_) != SQLITE_OK) {
         throw std::bad_alloc();
@@ -159,21 +187,49 @@ void Connection::leaveWal(const QString& schema) {
 
 int Connection::onProgress(void* self) {
     auto* connection = static_cast<Connection*>(self);
-    const std::function<bool()> hook = engineSettings().progress;
-    if (!hook || connection->inHook_) {
-        return 0;
+    connection->stepsSinceHook_ += stepsBetweenLooks;
+    const bool due = connection->stepsSinceHook_ >= stepsBetweenProgress || connection->isHookOverdue();
+    return due && connection->callHook() ? 1 : 0;
+}
+
+bool Connection::endsLongFunction(sqlite3* handle) {
+    Connection* connection = nullptr;
+    {
+        const std::lock_guard lock(openConnections().mutex);
+        const auto found = openConnections().byHandle.find(handle);
+        connection = found != openConnections().byHandle.end() ? found->second : nullptr;
     }
-    connection->inHook_ = true;
-    connection->cancelled_ = false;
+    return connection != nullptr && connection->isHookOverdue() && connection->callHook();
+}
+
+void Connection::beginStatement() {
+    lastHook_ = milliseconds();
+}
+
+bool Connection::isHookOverdue() const {
+    return milliseconds() - lastHook_ >= longestWithoutProgress;
+}
+
+/// @return true if the statement is to end
+bool Connection::callHook() {
+    stepsSinceHook_ = 0;
+    const std::function<bool()> hook = engineSettings().progress;
+    if (!hook || inHook_) {
+        lastHook_ = milliseconds();
+        return false;
+    }
+    inHook_ = true;
+    cancelled_ = false;
     bool stop = false;
     try {
         stop = hook();
     } catch (...) {
-        connection->hookFailure_ = std::current_exception();
+        hookFailure_ = std::current_exception();
         stop = true;
     }
-    connection->inHook_ = false;
-    return stop || connection->cancelled_ ? 1 : 0;
+    inHook_ = false;
+    lastHook_ = milliseconds();
+    return stop || cancelled_;
 }
 
 int Connection::onBusy(void* self, int count) {
@@ -203,6 +259,10 @@ Statement::~Statement() {
 }
 
 bool Statement::step() {
+    if (!running_) {
+        connection_.beginStatement();
+        running_ = true;
+    }
     const int result = sqlite3_step(handle_);
     if (result == SQLITE_ROW) {
         return true;
@@ -215,6 +275,7 @@ bool Statement::step() {
 }
 
 void Statement::reset() {
+    running_ = false;
     sqlite3_reset(handle_);
 }
 

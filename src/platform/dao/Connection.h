@@ -12,7 +12,7 @@
 
 namespace dao {
 
-/// What SQLite was asked for when it refused; the same refusal has other numbers in other places.
+/// What SQLite was asked for when it refused: the error number of a refusal depends on it.
 enum class Purpose { Open, Read, Write };
 
 class Statement;
@@ -37,6 +37,9 @@ public:
     bool isInHook() const { return inHook_; }
     /// Ends the running statement with 3059 when the hook returns.
     void cancel() { cancelled_ = true; }
+    /// Calls the progress hook if it has waited long, in the middle of a function that SQLite has called.
+    /// @return true if the statement is to end
+    static bool endsLongFunction(sqlite3* handle);
 
     bool isReadOnly(const QByteArray& schema = "main") const;
     /// Gives a file the rollback journal that lets several files commit as one. A file that is in use otherwise stays
@@ -47,15 +50,20 @@ public:
     /// The number that a statement gives, 0 for none. For the same few questions asked again and again: the statement
     /// stays prepared.
     qint64 ask(const QString& sql);
-    /// Drops the statements that ask() has prepared; a file that they read is to be let go.
+    /// Drops the statements that ask() has prepared, so that a file that they read can be detached.
     void forgetQuestions();
 
 private:
     friend class Reading;
+    friend class Statement;
     void beginReading();
     void endReading();
     void configure();
     void checkContent(const QString& file);
+    void forgetHandle();
+    void beginStatement();
+    bool isHookOverdue() const;
+    bool callHook();
     static int onProgress(void* self);
     static int onBusy(void* self, int count);
 
@@ -63,6 +71,8 @@ private:
     bool inHook_ = false;
     bool cancelled_ = false;
     std::exception_ptr hookFailure_;
+    int stepsSinceHook_ = 0;
+    qint64 lastHook_ = 0; ///< or when the statement began, in milliseconds
     qint64 busySince_ = 0;
     std::map<QString, std::unique_ptr<Statement>> questions_;
     std::unique_ptr<Statement> reading_;
@@ -90,12 +100,13 @@ private:
     Connection& connection_;
     Purpose purpose_;
     sqlite3_stmt* handle_ = nullptr;
+    bool running_ = false;
 };
 
-/// As long as it lives, what is read of the connection's files locks each once for all and sees it in one state; alone,
-/// each look at a file locks it anew, which costs more than the look. One inside another adds nothing. For the looks
-/// that belong together and not for what takes long, since nobody else can write into the connection's own file
-/// meanwhile; nor to be held while something is written: one that reads already isn't made to wait for another's lock.
+/// As long as it lives, reads of the connection's files lock each file only once and see it in one state; without it
+/// every read locks the file again, which costs more than the read itself. One inside another adds nothing. Meant for
+/// reads that belong together, not for what takes long, since nobody else can write into the connection's own file
+/// meanwhile; nor to be held during a write: who is reading already does not wait for another's lock.
 class Reading {
 public:
     /// @throws Error as Connection::raise()

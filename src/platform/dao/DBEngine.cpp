@@ -4,6 +4,8 @@
 #include "platform/dao/EngineSettings.h"
 
 #include <QFileInfo>
+#include <algorithm>
+#include <unistd.h>
 #ifdef __GLIBC__
 #include <malloc.h>
 #include <sqlite3.h>
@@ -13,8 +15,16 @@ using namespace Qt::StringLiterals;
 
 namespace dao {
 
+/// A quarter of the memory that the machine has: growing, rows take up to three times their size.
+static size_t quarterOfMemory() {
+    constexpr size_t least = 256 * 1024 * 1024;
+    const auto pages = static_cast<double>(sysconf(_SC_PHYS_PAGES)),
+               pageSize = static_cast<double>(sysconf(_SC_PAGE_SIZE));
+    return std::max(least, static_cast<size_t>(pages * pageSize / 4));
+}
+
 EngineSettings& engineSettings() {
-    static EngineSettings settings;
+    static EngineSettings settings{.mostResultBytes = quarterOfMemory(), .progress = {}, .trace = {}};
     return settings;
 }
 
@@ -35,7 +45,7 @@ struct Workspace::State {
         return result;
     }
 
-    /// Ends a transaction whose databases were all closed in it: what comes now must not wait for an end of it.
+    /// Ends a transaction whose databases were all closed in it, so that what follows does not become part of it.
     void forgetAbandoned() {
         if (tookPart && open().empty()) {
             level = 0;
@@ -101,7 +111,7 @@ void Workspace::CommitTrans() {
             file->commit(level);
         } catch (const Error&) {
             if (file->isTransactionLost()) {
-                // Nothing is left to commit, and a level that stays would swallow what is edited later.
+                // Nothing is left to commit, and an open level would swallow what is edited later.
                 for (const DatabaseFilePtr& open : files) {
                     open->rollback(level);
                 }
@@ -128,8 +138,8 @@ struct DBEngine::State {
     std::vector<std::unique_ptr<Workspace>> workspaces;
 };
 
-/// Result sets come and go by the hundred kilobytes. Memory that goes back to the system with each of them and is asked
-/// for again with the next costs more than reading the rows, so the process keeps some.
+/// Result sets of some hundred kilobytes come and go. Returning their memory to the system each time and requesting it
+/// again costs more than reading the rows, so the process keeps some.
 static void keepFreedMemory() {
 #ifdef __GLIBC__
     constexpr int mebibyte = 1024 * 1024;

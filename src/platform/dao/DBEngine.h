@@ -17,8 +17,8 @@ public:
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
-    /// Opens a file. A file that may not be written opens all the same: its links and stored queries are then kept in
-    /// memory and a write of content fails with 3027.
+    /// Opens a file. A file that may not be written is opened nevertheless: its links and stored queries are then kept
+    /// in memory and a write of content fails with 3027.
     /// @throws Error 3044 no such folder, 3024 no such file, 3051 cannot be opened, 3343 no database, 3049 damaged,
     ///         3050 locked by another process
     DatabasePtr OpenDatabase(const QString& path, bool exclusive = false, bool readOnly = false);
@@ -58,8 +58,9 @@ public:
     /// How long a statement waits for another process's lock before error 3050 or 3260, in milliseconds.
     void setLockWait(int milliseconds);
 
-    /// Called every some thousand steps of a running statement; returning true ends the statement with error 3059
-    /// (operation cancelled). The analysis gives event turns here. An empty function takes the hook away.
+    /// Called every few milliseconds while a statement runs, also inside a function that takes long; returning true
+    /// ends the statement with error 3059 (operation cancelled). The analysis processes events here. An empty function
+    /// removes the hook.
     void setProgress(std::function<bool()> hook);
 
     /// Called with each statement just before SQLite runs it (Jet text, SQLite text); for tests and --sql.

@@ -28,7 +28,7 @@ struct FieldDefinition {
 /// A table, or a link to a table in another file.
 ///
 /// A definition from CreateTableDef lives apart until TableDefs::Append makes it real; changes to `Connect` and
-/// `SourceTableName` of a link that is there take effect when the table is next opened.
+/// `SourceTableName` of an existing link take effect when the table is next opened.
 class TableDef {
 public:
     QString Name() const { return name_; }
@@ -61,7 +61,8 @@ private:
 };
 using TableDefPtr = std::shared_ptr<TableDef>;
 
-/// The tables and links of a database, in order of name.
+/// The tables and links of a database, in order of name. A link that has the name of one of the file's own tables,
+/// which only another program can have put there, leads nowhere: it is no item, and no name finds it.
 class TableDefs {
 public:
     int Count() const;
@@ -71,6 +72,8 @@ public:
     /// Makes the table or link. @throws Error 3010 exists, 3264 no field defined, 3027
     void Append(const TableDefPtr& definition);
     void Delete(const QString& name); ///< a link: only the link. @throws Error 3265, 3027
+    /// Deletes every link, also those that are no items; never a table.
+    void DeleteLinks();
     void Refresh();
 
 private:
@@ -144,7 +147,7 @@ public:
     virtual void createTable(const TableDef& definition) = 0;
     virtual void dropTable(const QString& name) = 0;
     virtual std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) = 0;
-    /// Lets the file go; not inside a transaction.
+    /// Closes the file; not inside a transaction.
     virtual void close() = 0;
 };
 
@@ -156,7 +159,10 @@ public:
     virtual QString Name() const = 0; ///< full path
     virtual bool readOnly() const = 0;
     /// A statement, or the bare name of a table, link or stored query.
-    /// @throws Error as engine.md's table of numbers has them: 3078, 3011, 3061, 3075, 3464, 3024, 3044, 3043, 3050 ...
+    /// @throws Error 3078 no such table or query, 3011 a link's source table is gone, 3024, 3044 its file or folder,
+    /// 3061
+    ///         unknown column, 3075 syntax, 3464 type mismatch, 3274 a table that computes its fields, 3035 more rows
+    ///         than memory has room for, 3059 ended by the progress hook, 3043, 3049, 3050 the file cannot be read
     virtual RecordsetPtr OpenRecordset(const QString& source, int type = dbOpenDynaset) = 0;
     /// UPDATE, DELETE or INSERT; all or nothing. @throws Error, also without dbFailOnError
     virtual void Execute(const QString& statement, int options = 0) = 0;
@@ -183,7 +189,7 @@ public:
     /// Opens (or makes) a file beside this one for common transactions. Not inside a transaction.
     virtual std::unique_ptr<Companion> openCompanion(const QString& path) = 0;
 
-    /// Saves definitions, lets linked files go, closes. Recordsets in memory stay readable.
+    /// Saves definitions, closes linked files and then the database. Recordsets in memory stay readable.
     virtual void Close() = 0;
     virtual bool isOpen() const = 0;
 };

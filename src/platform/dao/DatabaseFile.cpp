@@ -181,8 +181,8 @@ DatabaseFile::CachedTable& DatabaseFile::cachedTable(const Attachments::File& fi
     return cached;
 }
 
-/// Takes what is known of a table over to a new opening of its file, in which nothing was written since. The count of
-/// changes by others begins anew with each opening.
+/// Keeps what is known of a table when its file was opened again and nothing was written in between. The count of
+/// changes by others starts again with each opening.
 void DatabaseFile::holdOn(CachedTable& cached, const Attachments::File& file) {
     cached.generation = file.generation;
     for (auto& [field, content] : cached.contents) {
@@ -211,7 +211,7 @@ std::optional<TableInfo> DatabaseFile::infoOf(const Place& place) const {
     info.rowKey = stored->rowKey;
     info.keyColumns = stored->keyColumns;
     info.isLink = !link.isEmpty();
-    info.readOnly = readOnly_ || file.readOnly;
+    info.readOnly = readOnly_ || file.readOnly || stored->readOnly;
     for (ColumnInfo& column : info.columns) {
         column.sourceTable = info.name;
     }
@@ -229,10 +229,11 @@ TableState DatabaseFile::tableState(const QString& name) {
         return {};
     }
     return {place.link.isEmpty() ? cached.table->name : place.link, cached.structure,
-            readOnly_ || place.file->readOnly};
+            readOnly_ || place.file->readOnly || cached.table->readOnly};
 }
 
-/// A table of its own hides a link, and what is neither is looked for among its own. @throws Error 3011
+/// The file's own tables come before its links. A name that is neither gives the place of a missing own table.
+/// @throws Error 3011
 DatabaseFile::Place DatabaseFile::placeOf(const QString& name) {
     const Attachments::File& main = attachments_->main();
     CachedTable& own = cachedTable(main, name);

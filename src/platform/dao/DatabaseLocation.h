@@ -21,11 +21,11 @@ struct DatabaseLocation {
     static DatabaseLocation findNew(const QString& path);
 
     enum class Mode { ReadWrite, ReadWriteCreate, ReadOnly, Immutable };
-    /// True when the path still leads to the same file and neither it nor what is told of it has changed. Asks the
-    /// system once, where finding out anew takes a dozen questions.
+    /// True when the path still leads to the same file, and neither its content nor its rights have changed. One
+    /// question to the system, where finding everything out again takes a dozen.
     bool isUnchanged() const;
 
-    /// Finds out anew whether the file can be written, which what surrounds it decides too.
+    /// Finds out again whether the file can be written, which depends on its folder too.
     void findWritable();
 
     /// The URI by which SQLite opens the file.

@@ -1,6 +1,8 @@
 #include "platform/dao/Definitions.h"
 
+#include "platform/dao/DeclaredRules.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/Functions.h"
 
 #include <QStringList>
 
@@ -12,6 +14,15 @@ namespace {
 
 constexpr char linksTable[] = "__vx_links";
 constexpr char queriesTable[] = "__vx_queries";
+const QString mainSchema = u"\"main\""_s;
+
+/// @throws Error 3274 for a table of another program's that would compute something when it is written
+void requireWritable(Connection& connection, const char* table) {
+    const QString name = QString::fromLatin1(table);
+    if (!isPlainTable(connection, mainSchema, name) || computesOnWriting(connection, mainSchema, name)) {
+        raiseEngineError(3274, name);
+    }
+}
 
 bool hasColumns(Connection& connection, const char* table, const QStringList& columns) {
     for (const QString& column : columns) {
@@ -20,7 +31,7 @@ bool hasColumns(Connection& connection, const char* table, const QStringList& co
             return false;
         }
     }
-    return true;
+    return isPlainTable(connection, mainSchema, QString::fromLatin1(table));
 }
 
 /// Calls `take` with each row's texts, if the table is there in the form in which this engine writes it.
@@ -51,7 +62,9 @@ void writeRow(Connection& connection, const char* table, const QStringList& text
 }
 
 void removeRow(Connection& connection, const char* table, const QString& name) {
-    Statement remove(connection, u"DELETE FROM main."_s + QLatin1StringView(table) + u" WHERE name = ?1"_s,
+    Statement remove(connection,
+                     u"DELETE FROM main."_s + QLatin1StringView(table) + u" WHERE name = ?1 COLLATE "_s +
+                         QLatin1StringView(textCollation), // another program's table has another order
                      Purpose::Write);
     remove.bind(1, Value(name));
     remove.step();
@@ -108,6 +121,8 @@ void Definitions::save(Connection& connection) {
                        "CREATE TABLE IF NOT EXISTS main.__vx_queries (name TEXT NOT NULL PRIMARY KEY COLLATE VXTEXT, "
                        "sql TEXT NOT NULL)"_s,
                        Purpose::Write);
+        requireWritable(connection, linksTable);
+        requireWritable(connection, queriesTable);
         for (const auto& [name, set] : dirtyLinks_) {
             removeRow(connection, linksTable, name);
             if (set) {

@@ -92,6 +92,7 @@ constexpr std::array engineDescriptions = {
     Description{3260, "Could not update; currently locked by another process ('|')."},
     Description{3264, "No field defined; cannot append the table '|'."},
     Description{3265, "Item not found in this collection: '|'."},
+    Description{3274, "External table is not in the expected format: |."},
     Description{3306, "A subquery here can return only one field."},
     Description{3307, "The number of columns in the two selected tables or queries of a union query do not match."},
     Description{3314, "The field '|' cannot contain a Null value because the Required property for this field is set "

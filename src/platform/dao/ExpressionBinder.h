@@ -17,7 +17,7 @@ struct BoundSubquery {
 class ExpressionBinder {
 public:
     using SubqueryBinder = std::function<BoundSubquery(const tree::Select&, const Scope& outer)>;
-    /// What the values of a column are, of which only the declaration is known.
+    /// Finds out what a column really holds, of which only the declaration is known.
     using ContentCheck = std::function<Domain(const ColumnInfo&, Domain declared)>;
 
     /// @param unknownColumn error number for a name that no source has

@@ -94,7 +94,7 @@ std::optional<ExpressionParser::Infix> ExpressionParser::signInfix(Kind kind) {
     }
 }
 
-/// The operator that stands here. IS and IN are told apart further by what follows them.
+/// The operator that stands here. IS and IN are distinguished further by what follows them.
 std::optional<ExpressionParser::Infix> ExpressionParser::infix() const {
     if (!stream_.at(Kind::Name))
         return signInfix(stream_.current().kind);
@@ -302,7 +302,7 @@ void ExpressionParser::readInList(Expression& node) {
     stream_.expect(Kind::Close, u"')'"_s);
 }
 
-/// Expressions parted by commas, up to and with the closing bracket.
+/// Expressions separated by commas, up to and with the closing bracket.
 void ExpressionParser::readList(std::vector<ExpressionPtr>& list) {
     ++lists_;
     do {

@@ -42,7 +42,7 @@ private:
     struct Infix {
         tree::Operator op;
         Level level;
-        int words = 1; ///< tokens that spell it
+        int words = 1; ///< number of tokens that spell it
     };
 
     static Level tighter(Level level) { return static_cast<Level>(static_cast<int>(level) + 1); }

@@ -26,7 +26,7 @@ private:
     std::map<std::pair<QString, QString>, bool> onlyNumbers_;
 };
 
-/// A SELECT as SQLite text with what it gives.
+/// A SELECT as SQLite text, with its result columns.
 struct BoundSelect {
     QString sql;
     std::vector<ColumnInfo> columns;

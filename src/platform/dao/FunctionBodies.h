@@ -9,7 +9,7 @@ namespace dao {
 using Arguments = QVarLengthArray<Value, 3>;
 
 /// What the language's functions compute, one C++ function each, for statements in SQLite and for conditions on rows
-/// in memory alike. Null in gives Null out unless told otherwise.
+/// in memory alike. Null in gives Null out unless stated otherwise.
 /// @throws Error 5 impossible argument, 6 overflow, 11 division by zero, 13 a text that is no number
 namespace bodies {
 

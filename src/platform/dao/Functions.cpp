@@ -52,7 +52,7 @@ void runComparison(sqlite3_context* context, int, sqlite3_value** values) {
     });
 }
 
-/// The first argument tells the signs between the values that follow it.
+/// The first argument holds the signs between the values that follow it.
 void runCalculation(sqlite3_context* context, int count, sqlite3_value** values) {
     guarded(context, [&] {
         const auto* sign = reinterpret_cast<const char*>(sqlite3_value_text(values[0]));

@@ -30,8 +30,7 @@ inline constexpr char textCollation[] = "VXTEXT";
 ///   vx_sum, vx_avg (v)                                aggregates of numbers without the Nulls; a text or bytes among
 ///                                                     them is error 3464, a result beyond all doubles error 6
 ///   vx_var, vx_stdev, vx_varp, vx_stdevp (v)          the same way: variance and standard deviation of a sample (Null
-///   for
-///                                                     fewer than two numbers), and of all there is
+///                                                     for fewer than two numbers), and of all there is
 ///   vx_first, vx_last (v)                             the value of the first or last row, Null or not
 /// An error inside a function ends the statement and is kept until raiseFunctionError().
 void registerFunctions(sqlite3* connection);

@@ -43,7 +43,8 @@ public:
     /// Moves by a number of rows, stopping at Bof or Eof.
     virtual void Move(int rows) = 0;
 
-    /// Goes to the first row that satisfies the condition; NoMatch tells. Without a match the current row stays.
+    /// Goes to the first row that satisfies the condition; NoMatch says whether there is one. Without a match the
+    /// current row stays.
     /// @throws Error 3077 syntax, 3070 unknown column
     virtual void FindFirst(const QString& criteria) = 0;
     virtual bool NoMatch() const = 0;

@@ -224,7 +224,7 @@ void RowCursor::added(qint64 key) {
 void RowCursor::prepareRemoval() {
     requireCurrent();
     if (!bound_.orderSql.isEmpty()) {
-        load(); // afterwards nothing would tell where in the order the row stood
+        load(); // afterwards the row's place in the order could not be found
     }
     (void)bookmark();
 }

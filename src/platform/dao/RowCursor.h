@@ -69,7 +69,7 @@ private:
         Fetched  ///< not in memory but for the row in fetched_
     };
 
-    /// How far what was written to the table is known here.
+    /// Up to which change of the table the rows are current.
     struct Seen {
         quint64 own = 0;   ///< by this connection
         qint64 others = 0; ///< changes with what others write, as long as the file stays open

@@ -1,5 +1,6 @@
 #include "platform/dao/RowCursor.h"
 
+#include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/SqliteValue.h"
 
@@ -34,7 +35,7 @@ void RowCursor::open() {
         place_ = rowCount() > 0 ? Place::At : Place::Before;
         return;
     }
-    // One row tells whether there is any; without an order of its own it is the first one too.
+    // One row is enough to know whether there is any; without an order of its own it is the first one too.
     empty_ =
         !fetch(bound_.whereSql + (bound_.orderSql.isEmpty() ? u" ORDER BY \"row key\""_s : QString()) + u" LIMIT 1"_s);
     place_ = *empty_ ? Place::Before : bound_.orderSql.isEmpty() ? Place::Fetched : Place::First;
@@ -52,6 +53,9 @@ void RowCursor::readAll(const QString& sql) {
             raiseEngineError(3035);
         }
         rows_.append(statement.handle());
+        if (rows_.bytes() > engineSettings().mostResultBytes) {
+            raiseEngineError(3035); // before the system ends the program for it
+        }
     }
 }
 
@@ -147,7 +151,7 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
     return found;
 }
 
-/// Without a counter the file gives a deleted row's number to the next new one: the declared key tells them apart.
+/// Without a counter the file gives a deleted row's number to the next new one: the declared key distinguishes them.
 /// Where the result has none, a row that was gone is there again only if nothing in it differs.
 bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
     const Rows& rows = loaded_ ? rows_ : fetched_;
@@ -185,8 +189,8 @@ void RowCursor::refresh() {
     forgetSearches();
 }
 
-/// What else was written to the table since the rows were read comes into them; a row that is gone keeps its values,
-/// and comes back when its deletion is taken back.
+/// Brings the rows up to date with what was written to the table since they were read; a deleted row keeps its values,
+/// and is restored when its deletion is rolled back.
 void RowCursor::catchUp() {
     DatabaseFile& file = *source_.file;
     if (!source_.editable || !file.isOpen() || file.connection().isInHook()) {

@@ -20,6 +20,7 @@ public:
     void replace(size_t row, sqlite3_stmt* statement);
 
     size_t size() const { return rows_; }
+    size_t bytes() const { return payloads_.size() * (sizeof(quint64) + sizeof(Tag)) + blocks_.size(); }
     /// @throws Error 6 for a number beyond all doubles
     Value value(size_t row, int column) const;
     qint64 key(size_t row) const { return keys_[row]; }

@@ -93,7 +93,7 @@ void SelectBinder::settleContents() {
             item.expression->domain = context_.contentOf(item.expression->column.info, item.expression->domain);
 }
 
-/// An alias stays as it is; columns that share a name with anything else are told apart by their tables.
+/// An alias stays as it is; columns that share a name with anything else are prefixed with their tables.
 void SelectBinder::nameItems() {
     QHash<QString, int> uses;
     for (size_t i = 0; i < items_.size(); ++i) {
@@ -137,8 +137,10 @@ SelectBinder::Order SelectBinder::bindOrderTerm(const tree::OrderTerm& term) {
     const auto count = static_cast<int>(items_.size());
     using Kind = tree::Expression::Kind;
     int position = 0;
-    if (expression.kind == Kind::Number && expression.isInteger && expression.number >= 1 &&
-        expression.number <= count) {
+    if (expression.kind == Kind::Number && expression.isInteger) {
+        // A whole number is a place; one that isn't there can only be a mistake, as it is behind a UNION.
+        if (expression.number < 1 || expression.number > count)
+            raiseEngineError(3351, QString::number(expression.number));
         position = static_cast<int>(expression.number);
     } else if (expression.kind == Kind::Column && expression.qualifier.isEmpty() &&
                !scope_.find(QString(), expression.name)) {

@@ -1,6 +1,7 @@
 #include "platform/dao/SqliteValue.h"
 
 #include "platform/dao/Error.h"
+#include "platform/dao/GuardedFunction.h"
 
 #include <cmath>
 #include <sqlite3.h>
@@ -27,7 +28,9 @@ Value valueOf(sqlite3_value* value) {
     case SQLITE_TEXT: {
         // The text first, then its size: the other way round the size may be that of another encoding.
         const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-        return Value(QString::fromUtf8(text, sqlite3_value_bytes(value)));
+        const int bytes = sqlite3_value_bytes(value);
+        functionWork += bytes;
+        return Value(QString::fromUtf8(text, bytes));
     }
     case SQLITE_BLOB: {
         const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
@@ -70,6 +73,7 @@ void setResult(sqlite3_context* context, const Value& value) {
         break;
     case Value::Kind::Text: {
         const QByteArray utf8 = value.toText().toUtf8();
+        functionWork += utf8.size();
         sqlite3_result_text64(context, utf8.constData(), static_cast<sqlite3_uint64>(utf8.size()), SQLITE_TRANSIENT,
                               SQLITE_UTF8);
         break;

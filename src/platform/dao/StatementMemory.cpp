@@ -20,7 +20,7 @@ qsizetype sizeOf(const BoundStatement& bound) {
 
 } // namespace
 
-/// Passes the binder's questions on and takes the answers down.
+/// Passes the binder's questions on and records the answers.
 class StatementMemory::Listener final : public SchemaSource {
 public:
     explicit Listener(WatchedSchema& schema) : schema_(schema) {}
@@ -79,7 +79,7 @@ void StatementMemory::keep(const QString& text, bool isName, Kept kept) {
         static_cast<qsizetype>(kept.answers.tables.size() + kept.answers.queries.size() + kept.answers.contents.size());
     size_ += text.size() + sizeOf(kept.bound) + answers * charactersOfAnEntry;
     if (size_ > mostCharacters) {
-        kept_.clear(); // who runs so many different ones comes back to few of them
+        kept_.clear(); // a caller with that many different statements repeats few of them
         size_ = 0;
         return;
     }

@@ -6,9 +6,9 @@
 
 namespace dao {
 
-/// What a table looked like when somebody asked: equal states mean that all the binder is told of it is the same.
+/// What a table looked like at one moment: equal states mean that the binder would get the same answers about it.
 struct TableState {
-    QString name;          ///< as the binder is told it, empty if there is no such table
+    QString name;          ///< as the binder gets it, empty if there is no such table
     quint64 structure = 0; ///< a number that no other structure, of this table or another, ever has
     bool readOnly = false;
     friend bool operator==(const TableState&, const TableState&) = default;
@@ -21,7 +21,7 @@ public:
 };
 
 /// The SELECTs and names that were bound last, with everything that the schema answered meanwhile. One is used again
-/// only if the schema answers each of the questions now as it did then, so that nobody has to tell what has changed.
+/// only if the schema answers each of the questions now as it did then, so that nobody has to report changes.
 class StatementMemory {
 public:
     /// As bindStatement() or, with a name, bindName().

@@ -1,5 +1,6 @@
 #include "platform/dao/TableSchema.h"
 
+#include "platform/dao/DeclaredRules.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/Functions.h"
 #include "platform/dao/SqlText.h"
@@ -95,7 +96,7 @@ QString columnSql(const FieldDefinition& field, bool isRowNumber, bool isInKey) 
         sql += u" COLLATE "_s + QLatin1StringView(textCollation);
     }
     if (sized) {
-        // Kept by the file itself, so that no way of writing gets around it.
+        // Enforced by the file itself, so that no way of writing circumvents it.
         sql += u" CONSTRAINT "_s + quotedName(sizeRuleName(field.Name)) + u" CHECK (length("_s + name + u") <= "_s +
                QString::number(field.Size) + u')';
     }
@@ -238,23 +239,35 @@ std::optional<StoredTable> readTable(Connection& connection, const QString& sche
     }
     StoredTable stored;
     {
-        Statement name(connection, u"SELECT name FROM "_s + schema +
-                                       u".sqlite_schema WHERE type = 'table' AND name = ?1 COLLATE "_s +
+        Statement rows(connection, u"SELECT type = 'index', name, sql FROM "_s + schema +
+                                       u".sqlite_schema WHERE type IN ('table', 'view', 'index') AND tbl_name = ?1 "
+                                       "COLLATE "_s +
                                        QLatin1StringView(textCollation));
-        name.bind(1, Value(table));
-        if (!name.step()) {
-            return std::nullopt;
+        rows.bind(1, Value(table));
+        while (rows.step()) {
+            const bool isIndex = rows.number(0) != 0;
+            if (!isIndex && stored.name.isEmpty()) {
+                stored.name = rows.text(1);
+            }
+            stored.readOnly = stored.readOnly || callsFunctions(rows.text(2).toUtf8());
         }
-        stored.name = name.text(0);
+    }
+    if (stored.name.isEmpty()) {
+        return std::nullopt;
     }
     Statement kind(connection, u"PRAGMA "_s + schema + u".table_list("_s + quotedName(stored.name) + u')');
-    // Virtual tables of a stranger's file are none of ours.
-    if (!kind.step() || kind.text(2) != u"table"_s) {
-        return std::nullopt;
+    if (!kind.step() || kind.text(2) == u"shadow"_s) {
+        return std::nullopt; // a virtual table keeps its content in it
+    }
+    if (kind.text(2) != u"table"_s) {
+        raiseEngineError(3274, stored.name + (kind.text(2) == u"view"_s ? u" is a view"_s : u" is a virtual table"_s));
     }
     const bool withoutRowNumber = kind.number(4) != 0;
     Statement columns(connection, u"PRAGMA "_s + schema + u".table_xinfo("_s + quotedName(stored.name) + u')');
     while (columns.step()) {
+        if (isComputedField(columns)) {
+            raiseEngineError(3274, stored.name + u'.' + columns.text(1) + u" is a computed field"_s);
+        }
         stored.columns.push_back(columnOf(connection, schema, stored.name, columns));
         if (columns.number(5) != 0) {
             stored.keyColumns += stored.columns.back().name;
@@ -302,8 +315,9 @@ QStringList uniqueFields(Connection& connection, const QString& schema, const St
 
 QStringList tableNames(Connection& connection, const QString& schema) {
     QStringList names;
-    Statement list(connection, u"SELECT name FROM "_s + schema +
-                                   u".sqlite_schema WHERE type = 'table' AND sql NOT LIKE 'CREATE VIRTUAL%'"_s);
+    Statement list(connection,
+                   u"SELECT name FROM "_s + schema +
+                       u".sqlite_schema WHERE type = 'table' AND rootpage > 0"_s); // a virtual table has none
     while (list.step()) {
         const QString name = list.text(0);
         if (!isSystemName(name)) {

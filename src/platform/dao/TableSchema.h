@@ -9,8 +9,9 @@ namespace dao {
 
 /// How tables of the engine are declared in SQLite, and how declared tables are read back.
 ///
-/// A declared type tells the field type by its name and SQLite's storage by the words in it: what holds TEXT is stored
-/// as text, DOUBLE and FLOAT as doubles, INT as whole numbers, BLOB as bytes, everything else as numbers.
+/// The name of a declared type gives the field type, and the words in it decide how SQLite stores it: what contains
+/// TEXT is stored as text, DOUBLE and FLOAT as doubles, INT as whole numbers, BLOB as bytes, everything else as
+/// numbers.
 
 /// The field type of a declared type, and the size in its brackets.
 struct DeclaredType {
@@ -36,8 +37,11 @@ struct StoredTable {
     std::vector<ColumnInfo> columns;
     QString rowKey;         ///< name of the hidden row number, empty if the table has none
     QStringList keyColumns; ///< of the declared primary key
+    bool readOnly = false;  ///< a write would compute what only a stranger's declaration asks for
     friend bool operator==(const StoredTable&, const StoredTable&) = default;
 };
+/// @throws Error 3274 for a view, a virtual table and a table with a computed field: reading them would compute what
+///         the file says, however long that takes
 std::optional<StoredTable> readTable(Connection& connection, const QString& schema, const QString& table);
 /// The fields that are by themselves the primary key or a unique index over all rows, under the rule by which this
 /// engine compares texts.
@@ -49,7 +53,7 @@ qint64 schemaVersion(Connection& connection, const QString& schema);
 qint64 dataVersion(Connection& connection, const QString& schema);
 
 /// True when a number field holds no text, no bytes and nothing infinite: SQLite takes any value in any column, and
-/// what another's file declares can be got around. All rows are looked at, unless the field has an index.
+/// what another program's file declares can be circumvented. Looks at all rows, unless the field has an index.
 bool holdsOnlyNumbers(Connection& connection, const QString& schema, const QString& table, const QString& field);
 
 } // namespace dao

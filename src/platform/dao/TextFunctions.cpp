@@ -1,5 +1,6 @@
 #include "platform/dao/Error.h"
 #include "platform/dao/FunctionBodies.h"
+#include "platform/dao/GuardedFunction.h"
 #include "platform/dao/TextOrder.h"
 
 #include <algorithm>
@@ -61,6 +62,17 @@ Value mapped(const Arguments& a, Mapping mapping) {
     return textOf(points);
 }
 
+/// A search may have to compare each place of the text with the whole of what is sought. @throws Error 3035 for what
+/// would take more than seconds
+void requireShortSearch(qsizetype text, qsizetype sought) {
+    constexpr double mostComparisons = 1e9;
+    const double comparisons = static_cast<double>(text) * static_cast<double>(sought);
+    if (comparisons > mostComparisons) {
+        raiseEngineError(3035);
+    }
+    functionWork += static_cast<qint64>(comparisons / 16); // most fail at the first character
+}
+
 Points folded(Points points) {
     std::transform(points.begin(), points.end(), points.begin(), foldCase);
     return points;
@@ -69,7 +81,13 @@ Points folded(Points points) {
 } // namespace
 
 Value like(const Arguments& a) {
-    return anyNull(a) ? Value() : Value(matchesPattern(a[0].toText(), a[1].toText()) ? 1 : 0);
+    if (anyNull(a)) {
+        return {};
+    }
+    const QString whole = a[0].toText();
+    const QString pattern = a[1].toText();
+    requireShortSearch(whole.size(), pattern.size());
+    return Value(matchesPattern(whole, pattern) ? 1 : 0);
 }
 
 Value condition(const Arguments& a) {
@@ -105,6 +123,9 @@ Value concat(const Arguments& a) {
     for (const Value& part : a) {
         allNull = allNull && part.isNull();
         whole += part.toText();
+        if (whole.size() > longestText) {
+            raiseRuntimeError(invalidArgument);
+        }
     }
     return allNull ? Value() : Value(whole);
 }
@@ -215,7 +236,9 @@ Value inStr(const Arguments& a) {
     if (from >= whole.size()) {
         return Value(0);
     }
-    const size_t found = whole.find(folded(pointsOf(a[hasStart ? 2 : 1])), from);
+    const Points part = folded(pointsOf(a[hasStart ? 2 : 1]));
+    requireShortSearch(static_cast<qsizetype>(whole.size()), static_cast<qsizetype>(part.size()));
+    const size_t found = whole.find(part, from);
     return Value(found == Points::npos ? qint64{0} : static_cast<qint64>(found) + 1);
 }
 
@@ -230,6 +253,7 @@ Value replace(const Arguments& a) {
     if (part.empty()) {
         return a[0];
     }
+    requireShortSearch(static_cast<qsizetype>(whole.size()), static_cast<qsizetype>(part.size()));
     Points result;
     size_t from = 0;
     for (size_t found; (found = sought.find(part, from)) != Points::npos; from = found + part.size()) {

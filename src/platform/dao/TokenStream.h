@@ -11,7 +11,7 @@ namespace dao {
 /// of how deep the tree that is being built has become.
 class TokenStream {
 public:
-    /// @throws Error `errorNumber` when the statement is too long or cannot be parted into tokens
+    /// @throws Error `errorNumber` when the statement is too long or cannot be split into tokens
     TokenStream(const QString& statement, int errorNumber);
 
     const Token& current() const { return peek(0); }

@@ -13,7 +13,7 @@ public:
     ~Transaction() {
         if (!open_)
             return;
-        // The failure that led here is the one to be told.
+        // The failure that led here is the one to be reported.
         const Errors before = errorList();
         try {
             workspace_.Rollback();

@@ -16,7 +16,7 @@ QString savepoint(int level) {
 void DatabaseFile::begin(int level) {
     requireOutsideHook();
     if (level > 1 && !connection_->isInTransaction()) {
-        // A savepoint alone would be a transaction of its own, and be written where all is lost.
+        // A savepoint alone would be a transaction of its own, and would be written although the outer one is lost.
         raiseEngineError(lossNumber());
     }
     connection_->run(level == 1 ? u"BEGIN"_s : u"SAVEPOINT "_s + savepoint(level));
@@ -35,7 +35,7 @@ void DatabaseFile::commit(int level) {
     try {
         connection_->run(level == 1 ? u"COMMIT"_s : u"RELEASE "_s + savepoint(level), Purpose::Write);
     } catch (const Error& error) {
-        // But for a lock, which can be waited for, SQLite takes everything back.
+        // Except for a lock, which can be waited for, SQLite rolls everything back.
         lostBy_ = connection_->isInTransaction() ? lostBy_ : error.number();
         throw;
     }
@@ -55,13 +55,13 @@ void DatabaseFile::rollback(int level) {
             if (connection_->isInTransaction()) {
                 throw;
             }
-            lostBy_ = error.number(); // taken back all the same, and with it what is around
+            lostBy_ = error.number(); // rolled back nevertheless, together with the outer transaction
         }
     }
     level_ = level - 1;
     definitionsChanged(); // tables that were made inside are gone
-    // What was known of tables made inside, or of rows without those that are back now, counts no more: the next change
-    // may bring the same version number again.
+    // What was known of tables made inside, or of rows before the rollback brought some back, is no longer valid: the
+    // next change may give the file the same version number again.
     tables_.clear();
     ownTablesVersion_ = -1;
     for (auto& [table, count] : writes_) {

@@ -102,7 +102,7 @@ struct Select {
     bool distinct = false;
     int top = -1; ///< -1: all rows
     std::vector<SelectItem> items;
-    std::vector<SourcePtr> from; ///< parted by commas
+    std::vector<SourcePtr> from; ///< separated by commas
     ExpressionPtr where;
     std::vector<ExpressionPtr> groupBy;
     ExpressionPtr having;

@@ -95,7 +95,7 @@ private:
             if (sameName(columns_[i].name, expression.name) ||
                 sameName(columns_[i].name, expression.qualifier + u'.' + expression.name))
                 return i;
-        raiseEngineError(3351, expression.name);
+        raiseEngineError(3351, expression.kind == Kind::Number ? QString::number(expression.number) : expression.name);
     }
 
     std::vector<const tree::Select*> selects_;

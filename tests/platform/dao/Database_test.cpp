@@ -1,5 +1,6 @@
 #include "platform/dao/EngineFixture.h"
 #include "platform/dao/RowBlock.h"
+#include "platform/dao/Stranger.h"
 
 #include <QFile>
 #include <cstdio>
@@ -12,32 +13,6 @@ namespace {
 
 class DatabaseTest : public EngineTest {
 protected:
-    /// Another program's connection to a file.
-    class Stranger {
-    public:
-        explicit Stranger(const QString& path) { sqlite3_open(path.toUtf8().constData(), &handle_); }
-        ~Stranger() { sqlite3_close(handle_); }
-        void run(const char* sql) const {
-            char* message = nullptr;
-            EXPECT_EQ(sqlite3_exec(handle_, sql, nullptr, nullptr, &message), SQLITE_OK) << (message ? message : "");
-            sqlite3_free(message);
-        }
-        /// The first row, its columns parted by a blank.
-        QString ask(const char* sql) const {
-            QStringList columns;
-            const auto keep = [](void* into, int count, char** texts, char**) {
-                for (int i = 0; i < count; ++i)
-                    *static_cast<QStringList*>(into) += QString::fromUtf8(texts[i]);
-                return 0;
-            };
-            EXPECT_EQ(sqlite3_exec(handle_, sql, keep, &columns, nullptr), SQLITE_OK) << sqlite3_errmsg(handle_);
-            return columns.join(u' ');
-        }
-
-    private:
-        sqlite3* handle_ = nullptr;
-    };
-
     QByteArray content(const QString& name) const {
         QFile file(path(name));
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
@@ -358,26 +333,6 @@ TEST_F(DatabaseTest, AFieldIsUniqueIfItsDeclarationSaysSoForAllRows) {
     EXPECT_EQ(errorOf([&] { database->isUnique(u"none"_s, u"other"_s); }), 3265);
 }
 
-TEST_F(DatabaseTest, AStrangersFileBringsNothingAlongThatRuns) {
-    const Stranger stranger(path(u"strange.mdb"_s));
-    stranger.run("CREATE TABLE t(a LONG, b TEXT, \"\"\"odd\"\" 'name'\" MEMOTEXT, plain);"
-                 "CREATE TABLE log(x);"
-                 "INSERT INTO t VALUES (1, 'x', 'y', 2);"
-                 "CREATE TRIGGER spy AFTER INSERT ON t BEGIN INSERT INTO log VALUES (1); END;"
-                 "CREATE VIEW v AS SELECT * FROM t;"
-                 "CREATE VIRTUAL TABLE f USING fts5(x);"
-                 "CREATE TABLE __vx_queries(other); CREATE TABLE __vx_links(name, source, connect);"
-                 "INSERT INTO __vx_links VALUES ('L', 't', ';DATABASE=file::memory:?cache=shared')");
-    const auto database = open(u"strange.mdb"_s);
-    database->Execute(u"INSERT INTO t (a, b) VALUES (2, 'z')"_s);
-    EXPECT_EQ(rows(*database, u"SELECT Count(*) FROM log"_s), u"0"_s);
-    for (const QString& name : {u"v"_s, u"f"_s, u"sqlite_schema"_s, u"pragma_table_list"_s})
-        EXPECT_EQ(errorOf([&] { rows(*database, u"SELECT * FROM "_s + name); }), 3078) << name.toStdString();
-    EXPECT_EQ(errorOf([&] { database->OpenRecordset(u"L"_s); }), 3024) << "a link is a path and nothing else";
-    EXPECT_EQ(rows(*database, u"SELECT [\"odd\" 'name'], plain FROM t WHERE a = 1"_s), u"y,2"_s);
-    EXPECT_EQ(errorOf([&] { rows(*database, u"SELECT \"nothing\" AS c FROM t WHERE b = nothing"_s); }), 3061);
-}
-
 TEST_F(DatabaseTest, AnotherProcessesLockIsWaitedForAndThenReported) {
     createCases(u"a.mdb"_s, u"t"_s, 2);
     const Stranger stranger(path(u"a.mdb"_s));
@@ -428,6 +383,39 @@ TEST_F(DatabaseTest, TransactionsNestAndCoverEveryOpenDatabase) {
     a->Close();
     workspace().CommitTrans();
     EXPECT_EQ(rows(*open(u"a.mdb"_s), u"SELECT V1 FROM t"_s), u"10"_s) << "closing gives up what was not committed";
+}
+
+TEST_F(DatabaseTest, WhatWasLearntOfATableInATransactionIsForgottenWithIt) {
+    const auto own = create(u"a.mdb"_s);
+    createCases(u"QX1.mdb"_s, u"t"_s, 1);
+    const auto companion = own->openCompanion(path(u"QX1.mdb"_s));
+    addLink(*own, u"linked"_s, path(u"QX1.mdb"_s), u"made"_s);
+    const auto definition = own->CreateTableDef(u"made"_s);
+    definition->Fields = {{u"id"_s, dao::dbLong}, {u"before"_s}};
+    definition->PrimaryKey = QStringList{u"id"_s};
+    workspace().BeginTrans();
+    own->TableDefs().Append(definition);
+    companion->createTable(*definition);
+    for (const QString& table : {u"made"_s, u"linked"_s}) {
+        own->Execute(u"INSERT INTO %1 (id, before) VALUES (1, 'x')"_s.arg(table));
+        EXPECT_EQ(rows(*own, u"SELECT before FROM "_s + table), u"x"_s);
+        EXPECT_TRUE(own->isUnique(table, u"id"_s));
+    }
+    EXPECT_EQ(own->TableDefs().Count(), 2);
+    workspace().Rollback();
+    // Each file has the same version now that it had in the transaction.
+    const char* const otherwise = "CREATE TABLE made(after TEXT, id LONG); INSERT INTO made VALUES ('y', 7)";
+    Stranger(path(u"a.mdb"_s)).run("CREATE TABLE other(x LONG)");
+    EXPECT_FALSE(own->TableDefs().contains(u"made"_s));
+    EXPECT_TRUE(own->TableDefs().contains(u"other"_s));
+    EXPECT_EQ(errorOf([&] { rows(*own, u"made"_s); }), 3078);
+    Stranger(path(u"a.mdb"_s)).run("DROP TABLE other");
+    Stranger(path(u"a.mdb"_s)).run(otherwise);
+    Stranger(path(u"QX1.mdb"_s)).run(otherwise);
+    for (const QString& table : {u"made"_s, u"linked"_s}) {
+        EXPECT_EQ(rows(*own, u"SELECT * FROM "_s + table), u"y,7"_s);
+        EXPECT_FALSE(own->isUnique(table, u"id"_s));
+    }
 }
 
 TEST_F(DatabaseTest, ACompanionIsCommittedWithItsDatabaseOrNotAtAll) {

@@ -55,7 +55,7 @@ protected:
         database->Close();
     }
 
-    /// All rows of a statement as text: fields parted by ",", rows by ";", Null as "~".
+    /// All rows of a statement as text: fields separated by ",", rows by ";", Null as "~".
     static QString rows(dao::Database& database, const QString& statement) {
         QStringList lines;
         const auto recordset = database.OpenRecordset(statement, dao::dbOpenSnapshot);
