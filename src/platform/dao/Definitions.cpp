@@ -114,7 +114,8 @@ void Definitions::load(Connection& connection) {
 }
 
 void Definitions::save(Connection& connection) {
-    connection.run(u"BEGIN IMMEDIATE"_s, Purpose::Write);
+    // Not IMMEDIATE: that would lock every linked file too, and wait for whoever reads or moves one of them.
+    connection.run(u"BEGIN"_s, Purpose::Write);
     try {
         connection.run(u"CREATE TABLE IF NOT EXISTS main.__vx_links (name TEXT NOT NULL PRIMARY KEY COLLATE VXTEXT, "
                        "source TEXT NOT NULL, connect TEXT NOT NULL);"
