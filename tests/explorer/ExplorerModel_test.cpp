@@ -108,6 +108,10 @@ TEST_F(Explorer, TheFilterFindsWordsInAnyTextOfEitherLanguage) {
     EXPECT_EQ(filtered(u"ä"_s), u"B'1 "_s) << "an a is another letter";
     EXPECT_EQ(filtered(u"DOCTORS ÄRZTE"_s), u"B'1 "_s) << "all words, wherever they stand";
     EXPECT_EQ(filtered(u"oft a"_s), QString()) << "no word spans two variables";
+    // A word lies within one text: the end of one and the beginning of the next make none.
+    EXPECT_EQ(filtered(u"b'1ärz"_s), QString());
+    EXPECT_EQ(filtered(u"ärztedoc"_s), QString());
+    EXPECT_EQ(filtered(u"ärz 1"_s), u"B'1 "_s);
     EXPECT_EQ(filtered(u"  "_s), u"A B'1 C "_s);
     model.list.selectedRow = 1;
     EXPECT_EQ(filtered(u"wie"_s), u"A C "_s);
