@@ -9,7 +9,7 @@
 struct Survey {
     QString study; ///< study number, stem of the file
     QString fileLabel;
-    QString notes; ///< field work and sampling, lines parted by "\n"
+    QString notes; ///< field work and sampling, lines separated by "\n"
     Wave wave = Wave::Wave2014;
     int cases = 0;
     bool weighted = false;

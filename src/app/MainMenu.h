@@ -22,7 +22,7 @@ struct MenuEntry {
     QString menu;                 ///< name of the menu that it stands in; empty for the menu bar
     QString name;                 ///< control name, "name(i)" in an array
     QString caption;              ///< as designed; empty where it is made at run time
-    QString shortcut = QString(); ///< several are parted by ";"
+    QString shortcut = QString(); ///< several are separated by ";"
     QString icon = QString();
     bool checkable = false;
     bool separatorBefore = false;

@@ -191,7 +191,7 @@ void frmMain::addButton(const ToolbarButton& button) {
     }
     const QString ofView =
         Icons::ofView(gViews.at(button.view, ViewTable::Type), gViews.at(button.view, ViewTable::CompAnalysis));
-    // Views are told apart by their number, which is that of their shortcut too.
+    // Views are distinguished by their number, which is that of their shortcut too.
     const QIcon icon = button.view ? Icons::withNumber(button.icon.isEmpty() ? ofView : button.icon, button.view)
                                    : Icons::get(button.icon);
     QAction* action = tbToolBar_->addAction(icon, QString());

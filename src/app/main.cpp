@@ -39,7 +39,7 @@ public:
 } // namespace
 
 int main(int, char** arguments) {
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is told of as a full disk is
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is reported as a full disk is
     // No command line is read, not even the window system's own part of it.
     int count = 1;
     Program program(count, arguments);

@@ -128,7 +128,7 @@ private:
         }
     }
 
-    /// Tries each study's own statement on its tables, and tells what analyses cannot do with it.
+    /// Tries each study's own statement on its tables, and reports what analyses cannot do with it.
     void checkQueries() {
         for (const View& view : description_.views)
             for (const Study& study : view.studies) {

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// What a description in JSON says of a whole archive: its catalogue's title, options, views and the studies,
-/// categories and variables in them. docs/file-formats.md tells the format.
+/// categories and variables in them. docs/file-formats.md describes the format.
 namespace archive {
 
 /// A text in the original language and in English; what is not given is Null in the catalogue.
@@ -68,7 +68,7 @@ struct View : Entry {
     QString table;
     bool isStudyView = false, comparison = false;
     Text name, descriptionsName;
-    std::vector<Study> studies;       ///< of a study view, in the order in which they are told
+    std::vector<Study> studies;       ///< of a study view, in the order in which they are given
     std::vector<Category> categories; ///< of a category view, likewise
 };
 
@@ -80,7 +80,7 @@ struct Description {
     std::vector<VariableGroup> groups;
     std::vector<VariableTexts> variables; ///< for each study that has a variable of that name
     std::vector<View> views;
-    QString questionnaires, dataSets; ///< folders, empty if not told
+    QString questionnaires, dataSets; ///< folders, empty if not given
 
     /// "archive.json, Zeile 12 (views[0].name): " and the message.
     QString at(const QString& place, const QString& message) const;
@@ -90,7 +90,7 @@ struct Description {
 constexpr qint64 maxDescriptionSize = 64 * 1024 * 1024;
 constexpr int maxTreeDepth = 50;
 
-/// Reads a description and checks everything that can be told without the survey files.
+/// Reads a description and checks everything that can be checked without the survey files.
 /// @throws ImportError with the place
 Description readDescription(const QString& path);
 

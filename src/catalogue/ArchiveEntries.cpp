@@ -19,7 +19,7 @@ dao::Value valueOf(const std::optional<QString>& text) {
     return text && !text->isEmpty() ? dao::Value(*text) : dao::Value();
 }
 
-/// Sets both fields of a text that is told; what is not told stays.
+/// Sets both fields of a text that is given; what is not given stays.
 void setTexts(dao::Recordset& row, const QString& field, const QString& englishField, const Text& text) {
     if (text.original)
         row.setValue(field, valueOf(text.original));

@@ -18,7 +18,7 @@ QString pathOf(const Description& description, const QString& path);
 /// @throws ImportError
 QStringList checkFiles(const Description& description, const BuildRequest& request);
 
-/// Takes the show cards into the folder that becomes the catalogue's, and tells of those, and of
+/// Takes the show cards into the folder that becomes the catalogue's, and reports those, and
 /// questionnaires and data sets, that are missing. @throws ImportError
 void bringPictures(const Description& description, const BuildRequest& request, const QString& folder,
                    BuildReport& report);

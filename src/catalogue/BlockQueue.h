@@ -13,7 +13,7 @@
 /// tables. Where the writer is behind, the reader waits: memory doesn't grow with the number of cases.
 class BlockQueue {
 public:
-    /// What the reader is told when nobody wants its rows any more.
+    /// What the reader hears when nobody wants its rows any more.
     struct Stopped {};
 
     // The reader's side.

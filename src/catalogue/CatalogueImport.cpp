@@ -111,7 +111,7 @@ struct Closing {
 
 } // namespace
 
-/// Analyses look beside the catalogue, `home`, unless they are told another folder. What lies there would be
+/// Analyses look beside the catalogue, `home`, unless they are given another folder. What lies there would be
 /// counted in place of the cases that are written elsewhere.
 void SurveyImporter::Job::checkPlace(const QString& home) {
     isElsewhere = !sameFile(folder, home);

@@ -43,7 +43,7 @@ private:
 
 /// Clears away what a killed run left beside a catalogue: unfinished transactions are rolled back, files that
 /// it had begun are removed. A build that was killed while it moved its files is not finished here, where
-/// somebody only wants to look, but told of. To be called before a catalogue is opened, however its path is
+/// somebody only wants to look, but reported. To be called before a catalogue is opened, however its path is
 /// spelled: costs one look for a file when there is nothing left, and does nothing while a run is at work or
 /// where nothing can be written.
 /// @throws ImportError if something cannot be cleared away (a file in use, damage, no room) or a build waits

@@ -27,7 +27,7 @@ QString unescaped(const QByteArray& literal) {
     return QJsonDocument::fromJson('[' + literal + ']').array().first().toString();
 }
 
-/// Walks over a valid text and tells of every member and element: its path, its line, and whether its object
+/// Walks over a valid text and reports every member and element: its path, its line, and whether its object
 /// had it before.
 class Walk {
 public:
@@ -79,7 +79,7 @@ private:
         }
     }
 
-    /// In an array every value has a place of its own; in an object the member told of it.
+    /// In an array every value has a place of its own; in an object the member was reported for it.
     void element() {
         if (levels_.empty() || !levels_.back().array)
             return;

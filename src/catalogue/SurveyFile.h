@@ -52,7 +52,7 @@ struct SurveyFile {
     QStringList extras; ///< what the file holds beyond all this, in words
 };
 
-/// Takes the cases of a survey file. What is not told of a row is system-missing.
+/// Takes the cases of a survey file. What is not given of a row is system-missing.
 class RowReceiver {
 public:
     virtual ~RowReceiver() = default;

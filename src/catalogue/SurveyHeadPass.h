@@ -12,7 +12,7 @@ struct SurveyHeadPass : SurveyPass {
     SurveyFile file;
     QByteArray encoding; ///< of the file, empty if it does not say
     QHash<QByteArray, int> sets;
-    int unreadableSet = -1; ///< its variables may be told only later
+    int unreadableSet = -1; ///< its variables may be known only later
     QSet<int> usedSets;
     qint64 labels = 0, noteCharacters = 0;
     qint64 lostTexts = 0; ///< with characters that the file did not keep

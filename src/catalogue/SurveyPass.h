@@ -43,7 +43,7 @@ private:
     }
 };
 
-/// The words for a text in no encoding that is known, and the option that helps.
+/// The message for a text in no encoding that is known, and the option that helps.
 QString unreadableText(const QString& where);
 /// "Variable NAME".
 QString variableWord(const QString& name);

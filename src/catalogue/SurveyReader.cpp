@@ -230,7 +230,7 @@ SurveyFile SurveyReader::readHead() {
     pass.file.stata = kind_ == Kind::Dta;
     const int code = parse(pass, true);
     const std::optional<QString> fault = kind_ == Kind::Dta ? dtaDataFault(path_) : QString();
-    // Told before the library's own words: a wrong number of cases makes it stumble over what stands behind them.
+    // Reported before the library's own message: a wrong number of cases makes it stumble over what stands behind them.
     if (fault && !fault->isEmpty())
         refuse(*fault);
     const QString unreadable = kind_ == Kind::Por ? QString() : unreadableInHead(pass.encoding);

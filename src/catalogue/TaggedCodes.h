@@ -12,7 +12,7 @@ class TaggedCodes {
 public:
     explicit TaggedCodes(const SurveyFile& file);
 
-    /// To be told of every number, and of every letter, that occurs.
+    /// To be given every number, and every letter, that occurs.
     void sawNumber(int variable, double value) {
         if (value < 0)
             occupy(variable, value);

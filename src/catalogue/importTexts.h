@@ -22,7 +22,7 @@ QString missingDefinition(const std::vector<MissingRange>& missing);
 /// True if all of a definition's numbers are exact.
 bool definitionIsExact(const std::vector<MissingRange>& missing);
 
-/// The words for a file whose head says another number of cases than lie in it.
+/// The message for a file whose head says another number of cases than lie in it.
 QString countNotKept(qint64 saidCases, qint64 heldCases);
 
 /// The string without trailing blanks.

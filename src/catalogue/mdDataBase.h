@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// Opening and closing of a catalogue with all that hangs on it.
+/// Opening and closing of a catalogue with all that depends on it.
 namespace mdDataBase {
 
 /// Opens a catalogue that the user chose. @return the state reached, 0 when nothing opened
@@ -12,7 +12,7 @@ qint16 OpenQXDatabase(const QString& file, bool readOnly = false);
 qint16 OpenLastDataBase(const QString& file);
 /// Closes what is open: links, catalogue, links of the work database, windows.
 void CloseDataBase();
-/// Called after each opening and closing; nothing hangs on it yet.
+/// Called after each opening and closing; nothing depends on it yet.
 void CloseRc();
 /// True if the path is not empty and a file is there.
 bool fileExists(const QString& path);

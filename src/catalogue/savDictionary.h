@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-/// Walks the dictionary of an SPSS system file, for what the reading library does not tell of it.
+/// Walks the dictionary of an SPSS system file, for what the reading library does not report of it.
 class SavDictionary {
 public:
     enum class Compression { None, Codes, Blocks };

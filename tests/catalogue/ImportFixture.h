@@ -15,11 +15,11 @@ protected:
     QString catalogue = home.path(QStringLiteral("my.mdb"));
 
     ImportRequest request(const QString& file, const QString& study) const;
-    /// Imports, and returns the words of a refusal or failure, empty if it went well.
+    /// Imports, and returns the message of a refusal or failure, empty if it went well.
     QString outcome(const ImportRequest& request);
     ImportReport report; ///< of the last import that went well
 
-    /// Rows of a statement on a database file, fields parted by "|", Null as "NULL".
+    /// Rows of a statement on a database file, fields separated by "|", Null as "NULL".
     static QStringList rows(const QString& file, const QString& statement);
     static void execute(const QString& file, const QString& statement);
     /// True if one of the last import's facts holds all the words.

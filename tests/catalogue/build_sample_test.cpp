@@ -37,7 +37,7 @@ protected:
     static dao::RecordsetPtr rows(const QString& statement) {
         return (*catalogue_)->OpenRecordset(statement, dao::dbOpenSnapshot);
     }
-    /// First column of every row, parted by blanks.
+    /// First column of every row, separated by blanks.
     static QString column(const QString& statement) {
         QStringList values;
         for (const dao::RecordsetPtr all = rows(statement); !all->Eof(); all->MoveNext())

@@ -319,7 +319,7 @@ TEST_F(KilledBuild, WithEverythingInPlaceOnlyNeedsItsFolderRemovedHoweverOftenTh
     EXPECT_TRUE(finished);
 }
 
-// Somebody who only looks removes what was built in vain, and tells of what waits to be finished.
+// Somebody who only looks removes what was built in vain, and reports what waits to be finished.
 TEST_F(KilledBuild, IsClearedAwayByReadingUnlessItWaitsForItsMove) {
     kill(false);
     removeLeftovers(folder_.out(u"cat.mdb"_s));

@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-/// The rows of a table from one on, cells parted by "|".
+/// The rows of a table from one on, cells separated by "|".
 inline QStringList linesOf(const ResultTable& table, int firstRow = 0) {
     QStringList lines;
     for (int row = firstRow; row < table.Rows(); ++row) {

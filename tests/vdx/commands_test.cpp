@@ -121,7 +121,7 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
     }
 }
 
-// The first name is told in a box, the next on a line, the others as wrong usage.
+// The first name is shown in a box, the next on a line, the others as wrong usage.
 TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
     const QString bell = u"\x1b]2;title\x07"_s;
     for (const QStringList& arguments :

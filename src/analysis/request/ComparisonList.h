@@ -56,7 +56,7 @@ public:
     bool cmd_LoadTrend(int row);
     /// Deletes a stored comparison, after a question.
     bool cmd_DelSavedTrend(int row);
-    /// Both without a question, by name; false after words where there is none of that name.
+    /// Both without a question, by name; false after a message where there is none of that name.
     bool load(const QString& name);
     bool remove(const QString& name);
 

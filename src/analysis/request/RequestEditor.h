@@ -58,7 +58,7 @@ public:
     const std::vector<StudyVariable>& variables() const { return variables_; }
     /// The choices for a variable, "<id_Varname>: <label>", in order of position.
     const QStringList& variableChoices() const { return variableChoices_; }
-    /// Loads all that hangs on a study. @return false if the catalogue lists no such study
+    /// Loads all that depends on a study. @return false if the catalogue lists no such study
     bool StudyClick(const QString& study);
     /// Sets the first variable and runs dbcVariable_Change.
     bool chooseVariable(const QString& name);

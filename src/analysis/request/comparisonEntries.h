@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// Comparisons as the open catalogue keeps them in tsys_Comparison and tsys_VariableComparison, and the words of their
+/// Comparisons as the open catalogue keeps them in tsys_Comparison and tsys_VariableComparison, and the texts of their
 /// entries.
 
 /// What the list shows for an entry.

@@ -51,7 +51,7 @@ bool Run::readComparisonRound() {
     r_.dtMissing = e.at(ComparisonEntry::Missing);
     r_.dtYear = e.at(ComparisonEntry::Year);
     r_.dtVarGroup = e.at(ComparisonEntry::Group);
-    // A part is told by its number: what is written beside it is for the eye.
+    // A part is known by its number: what is written beside it is for the eye.
     const QString& filter = e.at(ComparisonEntry::Filter);
     const QString& kind = e.at(ComparisonEntry::FilterInfo);
     const bool part = !kind.isEmpty() && kind != "user"_L1;
@@ -80,7 +80,7 @@ bool Run::loadPartCriteria() {
            (found || endWith(round_.study + u", "_s + r_.txtFilter + u" "_s + TranslateText(u"nicht gefunden"_s)));
 }
 
-/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is told,
+/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is reported,
 /// and its stored table and field are used as they stand.
 bool Run::tellWhatHasGone(bool studyFound) {
     if (!studyFound)

@@ -33,7 +33,7 @@ bool ask(const QString& text, const QString& title, ui::Buttons buttons) {
     return buttons == ui::Buttons::OkCancel && answer == ui::Answer::Ok;
 }
 
-/// Shows the words for a failure. @return true to run the statement again
+/// Shows the message for a failure. @return true to run the statement again
 bool asksForRetry(const dao::Error& error, bool dataOnCD) {
     switch (error.number()) {
     case DiscError:

@@ -23,7 +23,7 @@ struct Box {
 
 struct FileChoice {
     QString title;
-    QString filter;    ///< pairs "text|pattern" parted by "|"
+    QString filter;    ///< pairs "text|pattern" separated by "|"
     QString extension; ///< without a point
     QString folder;
     QString name;
