@@ -104,11 +104,41 @@ BoundExpressionPtr ExpressionBinder::bindWithAggregates(const tree::Expression& 
     return bindNode(expression);
 }
 
-BoundExpressionPtr ExpressionBinder::bindCondition(const tree::Expression& expression, bool aggregates) {
-    aggregatesAllowed_ = aggregates;
-    BoundExpressionPtr bound = bindNode(expression);
+BoundExpressionPtr ExpressionBinder::bindCondition(const tree::Expression& expression) {
+    BoundExpressionPtr bound = bind(expression);
     requireCondition(*bound);
     return bound;
+}
+
+BoundExpressionPtr ExpressionBinder::bindHaving(const tree::Expression& expression,
+                                                const std::vector<BoundExpressionPtr>& groups) {
+    BoundExpressionPtr bound = bindWithAggregates(expression);
+    requireCondition(*bound);
+    requireGrouped(*bound, groups);
+    return bound;
+}
+
+namespace {
+
+/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is
+/// none.
+const BoundExpression* findUngrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& keys) {
+    if (expression.kind == BoundExpression::Kind::Aggregate ||
+        std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return sameExpression(*key, expression); }))
+        return nullptr;
+    if (expression.kind == BoundExpression::Kind::Column)
+        return &expression;
+    for (const BoundExpressionPtr& argument : expression.arguments)
+        if (const BoundExpression* found = findUngrouped(*argument, keys))
+            return found;
+    return nullptr;
+}
+
+} // namespace
+
+void requireGrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& groups) {
+    if (const BoundExpression* ungrouped = findUngrouped(expression, groups))
+        raiseEngineError(3122, ungrouped->column.info.name);
 }
 
 BoundExpressionPtr ExpressionBinder::bindNode(const tree::Expression& expression) {

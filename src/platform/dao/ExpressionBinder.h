@@ -31,10 +31,13 @@ public:
     /// An expression without aggregates. @throws Error 3061 or 3070 unknown column, 3085 unknown function,
     /// 3096 aggregate
     BoundExpressionPtr bind(const tree::Expression& expression);
-    /// An expression of a SELECT list, HAVING or ORDER BY, where aggregates may stand.
+    /// An expression of a SELECT list or ORDER BY, where aggregates may stand.
     BoundExpressionPtr bindWithAggregates(const tree::Expression& expression);
     /// A condition. @throws Error 3464 for what can't be taken as one
-    BoundExpressionPtr bindCondition(const tree::Expression& expression, bool aggregates = false);
+    BoundExpressionPtr bindCondition(const tree::Expression& expression);
+    /// A condition on groups: of aggregates, of what the rows are grouped by, and of constants.
+    /// @throws Error 3122 for any other column, and as bindCondition() does
+    BoundExpressionPtr bindHaving(const tree::Expression& expression, const std::vector<BoundExpressionPtr>& groups);
 
 private:
     BoundExpressionPtr bindNode(const tree::Expression& expression);
@@ -54,5 +57,8 @@ private:
 };
 
 BoundExpressionPtr boundConstant(Value value, int type);
+
+/// @throws Error 3122 with its name if an expression has a column that is neither grouped nor aggregated
+void requireGrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& groups);
 
 } // namespace dao

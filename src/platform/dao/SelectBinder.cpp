@@ -22,20 +22,6 @@ QString expressionName(size_t position) {
     return u"Expr%1"_s.arg(firstExpression + static_cast<int>(position));
 }
 
-/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is
-/// none.
-const BoundExpression* findUngrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& keys) {
-    if (expression.kind == BoundExpression::Kind::Aggregate ||
-        std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return sameExpression(*key, expression); }))
-        return nullptr;
-    if (expression.kind == BoundExpression::Kind::Column)
-        return &expression;
-    for (const BoundExpressionPtr& argument : expression.arguments)
-        if (const BoundExpression* found = findUngrouped(*argument, keys))
-            return found;
-    return nullptr;
-}
-
 } // namespace
 
 void SelectBinder::bind(const tree::Select& select, bool sorted) {
@@ -129,7 +115,7 @@ void SelectBinder::bindGrouping(const tree::Select& select) {
     for (const tree::ExpressionPtr& key : select.groupBy)
         groupBy_.push_back(expressions().bind(*key));
     if (select.having)
-        having_ = expressions().bindCondition(*select.having, true);
+        having_ = expressions().bindHaving(*select.having, groupBy_);
 }
 
 SelectBinder::Order SelectBinder::bindOrderTerm(const tree::OrderTerm& term) {
@@ -184,16 +170,10 @@ bool SelectBinder::isGrouped() const {
 void SelectBinder::checkGrouping() const {
     if (!isGrouped())
         return;
-    const auto check = [this](const BoundExpression& expression) {
-        if (const BoundExpression* ungrouped = findUngrouped(expression, groupBy_))
-            raiseEngineError(3122, ungrouped->column.info.name);
-    };
     for (const Item& item : items_)
-        check(*item.expression);
+        requireGrouped(*item.expression, groupBy_);
     for (const Order& order : orderBy_)
-        check(*order.expression);
-    if (having_)
-        check(*having_);
+        requireGrouped(*order.expression, groupBy_);
 }
 
 std::vector<ColumnInfo> SelectBinder::columns() const {
