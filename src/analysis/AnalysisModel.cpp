@@ -6,6 +6,8 @@
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -116,13 +118,10 @@ void AnalysisModel::run() {
         const RunningScope scope(this);
         if (onRun_)
             onRun_();
-        RunOutcome outcome = RunOutcome::Refused;
-        trapped([&] {
-            outcome = RunOutcome::Refused;
-            result_ = runRequest(editor_, gOptions, hooks_, std::move(result_));
-            outcome = result_.run.outcome;
-        });
-        result_.run.outcome = outcome;
+        // While a run goes on nothing is shown; after a failure that it doesn't deal with itself nothing is left.
+        TableResult before = std::exchange(result_, {});
+        result_.run.outcome = RunOutcome::Refused;
+        trapped([&] { result_ = runRequest(editor_, gOptions, hooks_, std::exchange(before, {})); });
     }
     // What is said of a file that can't be reached stays so for the rest of the program.
     gOptions.DataOnCD = true;

@@ -223,3 +223,25 @@ TEST_F(TrueNumbers, AFilterOfWhichAnEndIsLostRunsOnlyIfTheUserSaysSo) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused) << "nobody is asked";
     EXPECT_EQ(asker_.lastText(), u"Das Ende des Filters zählt nicht: x"_s);
 }
+
+/// A failure in the middle of a run leaves no half of a result behind.
+TEST_F(TrueNumbers, AFailureThatNoStepExpectedLeavesNothingThatPassesForATable) {
+    open();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    catalogue_.execute(u"UPDATE tkey_Variable SET dt_Missing = 'x' WHERE id_VarName = 'V5'"_s);
+    gErrorTrapping = false;
+    model_.edit().chooseMode(AnalysisMode::Crosstab);
+    model_.edit().chooseVariable2(u"V7"_s);
+    model_.edit().chooseFilterText(u"V7>0"_s);
+    asker_.answer(ui::Answer::Retry).answer(ui::Answer::Abort);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
+    gErrorTrapping = true;
+    EXPECT_EQ(asker_.lastText(), u"13\r\nType mismatch"_s);
+    EXPECT_EQ(model_.tab(), 0);
+    EXPECT_EQ(model_.tableState(), TableState::None);
+    EXPECT_EQ(model_.mfgGrid_Click({1, 1, 2, 2}), ClickEffect::None);
+    model_.chooseValues(1);
+    catalogue_.execute(u"UPDATE tkey_Variable SET dt_Missing = '9' WHERE id_VarName = 'V5'"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.tableState(), TableState::Current);
+}

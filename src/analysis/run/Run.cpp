@@ -358,6 +358,9 @@ bool Run::storeStatistics() {
         db_->CreateQueryDef(u"stat"_s, round_.statement.sql);
         db_->CreateQueryDef(u"stat2"_s, round_.statement.sqlNoMissing);
         db_->QueryDefs().Refresh();
+        // The counts are the rows of `stat`; `stat2` is read only where its text differs.
+        const bool same = round_.statement.sql == round_.statement.sqlNoMissing;
+        allCases_ = same ? counts_ : db_->OpenRecordset(u"SELECT * FROM stat2"_s, dao::dbOpenSnapshot);
     });
 }
 

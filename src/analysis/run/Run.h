@@ -36,6 +36,7 @@ private:
     dao::DatabasePtr db_;
     dao::RecordsetPtr studies_, variables_; ///< of the catalogue, once a round has asked for one
     dao::RecordsetPtr counts_, labels_;
+    dao::RecordsetPtr allCases_; ///< of the statistics, those without the condition for missing values too
     ResultPlace place_;
     Round round_;
     std::vector<AttachedTable> attached_;   ///< in all rounds

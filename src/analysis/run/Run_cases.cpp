@@ -80,8 +80,8 @@ bool Run::loadPartCriteria() {
            (found || endWith(round_.study + u", "_s + r_.txtFilter + u" "_s + TranslateText(u"nicht gefunden"_s)));
 }
 
-/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is reported,
-/// and its stored table and field are used as they stand.
+/// A stored comparison may outlive what it names. Without the study there is no run; a variable that has gone is
+/// reported, and its stored table and field are used as they stand.
 bool Run::tellWhatHasGone(bool studyFound) {
     if (!studyFound)
         return endWith(round_.study + u" "_s + TranslateText(u"nicht gefunden"_s));

@@ -145,15 +145,10 @@ BuildOutcome Run::buildComparison() {
                                   .cancelled = [this] { return turnAndAsk(); }});
 }
 
-/// The stored query `stat` has the text of the run's statement, so the counts are its rows; `stat2` is read only where
-/// its text differs.
 BuildOutcome Run::buildDescriptives() {
-    const QString stat2 = db_->QueryDefs().Item(u"stat2"_s)->SQL();
-    const bool same = stat2 == db_->QueryDefs().Item(u"stat"_s)->SQL();
-    const dao::RecordsetPtr all = same ? counts_ : db_->OpenRecordset(u"SELECT * FROM stat2"_s, dao::dbOpenSnapshot);
     const DescriptivesChoice choice = DescriptivesChoice::of(r_, options_);
     return BuildDescriptivesTable(out_.mfgGrid, {.stat = *counts_,
-                                                 .stat2 = *all,
+                                                 .stat2 = *allCases_,
                                                  .missingText = r_.sMissing,
                                                  .weighted = r_.Option3 != WeightKind::noWeight,
                                                  .selection = choice.chkDescriptives,
