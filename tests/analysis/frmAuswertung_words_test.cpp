@@ -79,7 +79,7 @@ TEST_F(AnalysisLanguage, LongHeadingsAndLabelsLeaveTheFiguresInView) {
     auto* grid = the<ResultTableView>(u"mfgGrid"_s);
     const QString heading = u"SV2018, LZUFR, 2018 (G. GEWREP) (F. GESCHL=1 AND ALTER>30)"_s, label = QString(200, u'W');
     ResultTable table;
-    table.Tag = u"Trend"_s;
+    table.Tag = TableKind::Comparison;
     table.FixedRows = table.FixedCols = 2;
     table.setRows(4);
     table.setCols(6);
