@@ -87,3 +87,24 @@ TEST_F(AnalysisMedium, GoneBetweenTwoEntriesOfAComparisonLeavesNoHalfOfIt) {
     model().setHooks(quiet);
     expectUsable(u"Option5"_s, table);
 }
+
+TEST_F(AnalysisMedium, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
+    open();
+    chooseStudy(u"SV2018"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    const QString data = home.path(u"Fälle"_s);
+    QDir().mkpath(data);
+    QFile::copy(gOptions.DataPath + u"/SV2018.mdb"_s, data + u"/SV2018.mdb"_s);
+    gOptions.DataPath = data;
+    goTo(1);
+    EXPECT_EQ(model().tableState(), TableState::Current);
+    goTo(0);
+    QDir().rename(data, data + u"-weg"_s);
+    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
+    goTo(1);
+    EXPECT_TRUE(asker.lastText().endsWith(u"SV2018.mdb' nicht gefunden."_s)) << asker.lastText().toStdString();
+    EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
+    QDir().rename(data + u"-weg"_s, data);
+    goTo(1);
+    EXPECT_EQ(model().tableState(), TableState::Current);
+}

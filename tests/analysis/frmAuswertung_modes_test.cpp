@@ -5,8 +5,6 @@
 #include "language/mdLanguage.h"
 #include "widgets/VariableListView.h"
 
-#include <QDir>
-#include <QFile>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QKeySequence>
@@ -533,25 +531,6 @@ TEST_F(AnalysisModes, PartsAndWeightsOfTheWindowCountAndDeleteTakesThePartAway) 
     EXPECT_FALSE(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->isEnabled());
     goTo(1);
     EXPECT_EQ(clipText(model().result().mfgGrid), own) << "the same variable, however it is chosen";
-}
-
-TEST_F(AnalysisModes, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
-    openMode(u"Option1"_s);
-    const QString data = home.path(u"Fälle"_s);
-    QDir().mkpath(data);
-    QFile::copy(gOptions.DataPath + u"/SV2018.mdb"_s, data + u"/SV2018.mdb"_s);
-    gOptions.DataPath = data;
-    goTo(1);
-    EXPECT_EQ(tableIs(), TableState::Current);
-    goTo(0);
-    QDir().rename(data, data + u"-weg"_s);
-    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
-    goTo(1);
-    EXPECT_TRUE(asker.lastText().endsWith(u"SV2018.mdb' nicht gefunden."_s)) << asker.lastText().toStdString();
-    EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
-    QDir().rename(data + u"-weg"_s, data);
-    goTo(1);
-    EXPECT_EQ(tableIs(), TableState::Current);
 }
 
 TEST_F(AnalysisModes, TextsOfAnyScriptShowInPickersTitleAndTable) {
