@@ -73,12 +73,12 @@ frmAuswertungComparison::frmAuswertungComparison(frmAuswertung& window)
 QGroupBox* frmAuswertungComparison::build() {
     auto* frame = control<QGroupBox>(u"fraComparison"_s, u"Vergleich"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
-    txtTitle_ = plainControl<QLineEdit>(u"txtTitle"_s, frame);
-    lst_TrendVars_ = plainControl<EntryList>(u"lst_TrendVars"_s, frame);
+    txtTitle_ = withOwnText(new QLineEdit(frame), u"txtTitle"_s);
+    lst_TrendVars_ = withOwnText(new EntryList(frame), u"lst_TrendVars"_s);
     cmd_AddTrend_ = control<QPushButton>(u"cmd_AddTrend"_s, u"Hin&zufügen"_s, frame);
     cmd_DeleteFromTrend_ = control<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfernen (&5)"_s, frame);
     cmd_ClearTrend_ = control<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen (&Q)"_s, frame);
-    lst_SavedTrends_ = plainControl<EntryList>(u"lst_SavedTrends"_s, frame);
+    lst_SavedTrends_ = withOwnText(new EntryList(frame), u"lst_SavedTrends"_s);
     cmd_LoadTrend_ = control<QPushButton>(u"cmd_LoadTrend"_s, u"Laden (&J)"_s, frame);
     cmd_SaveTrend_ = control<QPushButton>(u"cmd_SaveTrend"_s, u"&Speichern"_s, frame);
     cmd_DelSavedTrend_ = control<QPushButton>(u"cmd_DelSavedTrend"_s, u"L&öschen"_s, frame);

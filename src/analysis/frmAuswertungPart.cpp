@@ -44,7 +44,7 @@ void frmAuswertungPart::run(const Step& step) {
 }
 
 QLabel* frmAuswertungPart::factLabel(const QString& name, QWidget* parent) {
-    auto* label = plainControl<QLabel>(name, parent);
+    auto* label = withOwnText(new QLabel(parent), name);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);

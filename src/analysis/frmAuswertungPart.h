@@ -68,14 +68,6 @@ protected:
         widget->setObjectName(name);
         return widget;
     }
-    /// A control without a text that could be translated.
-    template<class Widget>
-    static Widget* plainControl(const QString& name, QWidget* parent) {
-        auto* widget = new Widget(parent);
-        widget->setObjectName(name);
-        widget->setProperty("CtrlTyp", QString());
-        return widget;
-    }
     /// A label whose text comes from the catalogue or the run.
     static QLabel* factLabel(const QString& name, QWidget* parent);
     static QLabel* caption(const QString& name, const QString& text, QWidget* buddy, QWidget* parent);
