@@ -1,4 +1,3 @@
-#include "analysis/AnalysisModel.h"
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
 #include "app/frmAbout.h"
@@ -156,10 +155,8 @@ public:
 
     /// The dialogs and boxes that come up on the way.
     void dialogs() {
-        AnalysisModel model;
-        model.request().sMissing = u"98, 99"_s;
         modal(u"descriptives"_s, [&] { frmDescriptives(nullptr, nullptr).exec(); });
-        modal(u"missing"_s, [&] { frmNewCalculation(model, nullptr).exec(); });
+        modal(u"missing"_s, [&] { frmNewCalculation(u"98, 99"_s, nullptr).exec(); });
         modal(u"about"_s, [] { frmAbout::showInfo(nullptr); });
         frmAbout about;
         about.show();

@@ -81,7 +81,6 @@ AnalysisView AnalysisModel::view() const {
     v.txtFilterEnabled = r.optFilter == FilterKind::FilterUser;
     v.chkVaridexCreation = editor_.creationOffered();
     v.cbValuesShown = tab_ == 1 && result_.views;
-    v.instructionCommands = r.bCreationMode && tab_ == 0;
     v.cmd_ClearTrend = v.cmd_SaveTrend = !r.lst_TrendVars.isEmpty();
     return v;
 }

@@ -19,7 +19,6 @@ struct AnalysisView {
     bool dbcPartsShown = false, dbcPartsEnabled = false, txtFilterEnabled = false;
     bool chkVaridexCreation = false;                    ///< offered
     bool cbValuesShown = false;                         ///< on tab 1, enabled whenever it is shown
-    bool instructionCommands = false;                   ///< shown
     bool cmd_ClearTrend = false, cmd_SaveTrend = false; ///< enabled
 };
 

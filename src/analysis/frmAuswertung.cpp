@@ -1,12 +1,13 @@
 #include "analysis/frmAuswertung.h"
 
-#include "analysis/frmAuswertung_widgets.h"
-#include "analysis/frmDescriptives.h"
+#include "analysis/frmAuswertungCases.h"
+#include "analysis/frmAuswertungComparison.h"
+#include "analysis/frmAuswertungRequest.h"
+#include "analysis/frmAuswertungTable.h"
 #include "analysis/frmNewCalculation.h"
 #include "analysis/request/preselection.h"
 #include "analysis/result/saveTable.h"
 #include "app/globals.h"
-#include "config/Options.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "explorer/frmExplorer.h"
@@ -14,13 +15,20 @@
 #include "platform/ui/Asker.h"
 #include "tables/tableText.h"
 #include "widgets/Desktop.h"
+#include "widgets/FlowLayout.h"
 #include "widgets/Icons.h"
+#include "widgets/PageArea.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
-#include "widgets/radioGroup.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScopedValueRollback>
+#include <QTabWidget>
+#include <QVBoxLayout>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -29,6 +37,7 @@ namespace {
 
 /// Of gWindowSerials.
 constexpr size_t analysisSerial = 3;
+constexpr int chartTab = 2;
 
 QString selectedText(const QWidget* widget) {
     // An editable list has the focus in place of its line.
@@ -43,6 +52,16 @@ QString selectedText(const QWidget* widget) {
     return {};
 }
 
+QWidget* columnOf(std::initializer_list<QWidget*> groups) {
+    auto* column = new QWidget;
+    auto* rows = new QVBoxLayout(column);
+    rows->setContentsMargins(0, 0, 0, 0);
+    for (QWidget* group : groups)
+        rows->addWidget(group);
+    rows->addStretch();
+    return column;
+}
+
 } // namespace
 
 frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
@@ -51,37 +70,71 @@ frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
     window->refreshTitles();
     if (explorer)
         trapped([&] { window->preselect(*explorer); });
-    window->showModel();
+    window->showParts(&frmAuswertungPart::show);
     desktop().adopt(*window);
     return window;
 }
 
-frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s), w_(std::make_unique<Widgets>()) {
+frmAuswertung::frmAuswertung() : Form(*this, u"frmAuswertung"_s) {
     setWindowTitle(u"Auswertung"_s);
     setWindowIcon(Icons::get(u"analysis"_s));
     build();
-    RunHooks hooks;
-    hooks.textWidth = [this](const QString& text) { return w_->mfgGrid->textWidth(text); };
-    hooks.askMissing = [this](const QString& sMissing) {
-        frmNewCalculation dialog(sMissing, this);
-        dialog.exec();
-        return dialog.answer();
-    };
-    model_.setHooks(std::move(hooks));
-    model_.onRun([this] { showRunning(); });
+    setHooks();
     model_.open();
     comparison().RefreshSavedComparisons();
-    connectRequest();
-    connectComparison();
-    connectTable();
     mdLanguage::SetCtrlProps(*this);
     refreshTitles();
 }
 
 frmAuswertung::~frmAuswertung() {
     // The focus is to leave the controls while what hears of it is still there; what was being typed counts no more.
-    filterTyped_ = false;
+    cases_->forgetFilter();
     hide();
+}
+
+void frmAuswertung::build() {
+    request_ = std::make_unique<frmAuswertungRequest>(*this);
+    cases_ = std::make_unique<frmAuswertungCases>(*this);
+    comparison_ = std::make_unique<frmAuswertungComparison>(*this);
+    table_ = std::make_unique<frmAuswertungTable>(*this);
+    auto* tabs = new QTabWidget(this);
+    tabs->setObjectName(u"SSTab"_s);
+    tabs->setDocumentMode(true);
+    tabs->addTab(buildRequest(), u"Anfra&ge"_s);
+    tabs->addTab(table_->page(), u"&Tabelle"_s);
+    tabs->addTab(new QWidget(tabs), u"Grafik"_s);
+    tabs->setTabEnabled(chartTab, false);
+    connect(tabs, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(tabs);
+    SSTab_ = tabs;
+    resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44);
+}
+
+QWidget* frmAuswertung::buildRequest() {
+    auto* page = new QWidget;
+    auto* column = new QVBoxLayout(page);
+    // Studies and variables on the left, what is done with them on the right; below each other in a narrow window.
+    auto* columns = new FlowLayout;
+    column->addLayout(columns);
+    columns->add(columnOf({request_->study(), request_->variable(), request_->variable2(), cases_->filter()}), 3);
+    columns->add(columnOf({request_->mode(), cases_->weight()}), 2);
+    // Below both, so that nothing above gives way when it comes.
+    column->addWidget(comparison_->comparison(), 1);
+    column->addStretch();
+    return new PageArea(page);
+}
+
+void frmAuswertung::setHooks() {
+    RunHooks hooks;
+    hooks.textWidth = [this](const QString& text) { return table_->textWidth(text); };
+    hooks.askMissing = [this](const QString& sMissing) {
+        frmNewCalculation dialog(sMissing, this);
+        dialog.exec();
+        return dialog.answer();
+    };
+    model_.setHooks(std::move(hooks));
+    model_.onRun([this] { table_->showRunning(); });
 }
 
 /// The rows that are selected; in a view for comparisons also all that the selected entry of the tree holds.
@@ -106,24 +159,38 @@ void frmAuswertung::preselect(const frmExplorer& explorer) {
                              [&](AnalysisRequest& r) { r.txtTitle = comparisonTitle(node->Text); });
 }
 
+void frmAuswertung::alignCaptions() {
+    giveSameWidth(request_->captions() + cases_->captions());
+    cases_->alignWeights();
+}
+
 void frmAuswertung::refreshTitles() {
     setWindowTitle(Tag.isEmpty() ? TranslateText(u"Auswertung"_s) : TranslateText(u"Auswertung"_s) + u' ' + Tag);
-    nameForReaders();
+    SSTab_->setTabToolTip(chartTab, TranslateText(u"In dieser Version noch nicht enthalten."_s));
+    for (frmAuswertungPart* part : parts())
+        part->nameForReaders();
     alignCaptions();
-    showModel();
+    showParts(&frmAuswertungPart::showAll);
+    applyNotBuilt(*this);
 }
 
 void frmAuswertung::optionsApplied() {
     model_.optionsApplied();
-    showModel();
+    showParts(&frmAuswertungPart::showAll);
 }
 
 void frmAuswertung::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::FontChange && w_ && w_->SSTab && !showing_ && gBusy == 0) {
+    if (event->type() == QEvent::FontChange && SSTab_ && !showing_ && gBusy == 0) {
         alignCaptions();
-        showModel();
+        showParts(&frmAuswertungPart::showAll);
     }
+}
+
+void frmAuswertung::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (!showing_ && !AnalysisModel::running())
+        table_->showFacts();
 }
 
 void frmAuswertung::closeEvent(QCloseEvent* event) {
@@ -133,30 +200,35 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
         event->accept();
 }
 
-/// A gesture that changes the request: the model decides, the window shows what came of it.
+std::array<frmAuswertungPart*, 4> frmAuswertung::parts() const {
+    return {request_.get(), cases_.get(), comparison_.get(), table_.get()};
+}
+
+void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
+    if (showing_)
+        return;
+    const QScopedValueRollback<bool> showing(showing_, true);
+    SSTab_->setCurrentIndex(model_.tab());
+    for (frmAuswertungPart* part : parts())
+        (part->*what)();
+}
+
 void frmAuswertung::act(const std::function<void()>& step) {
     if (showing_ || gBusy > 0)
         return;
     const GestureScope gesture;
-    finishFilter();
+    cases_->finishFilter();
     trapped(step);
-    showModel();
+    showParts(&frmAuswertungPart::show);
 }
 
-/// The text that was typed counts for the selected entry of a comparison once its editing is over, whichever way.
-void frmAuswertung::finishFilter() {
-    if (std::exchange(filterTyped_, false) && model_.request().optFilter == FilterKind::FilterUser)
-        trapped([this] { comparison().ApplyComparisonEntryChange(true); });
-}
-
-/// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
 void frmAuswertung::run(const std::function<void()>& step) {
     if (showing_ || gBusy > 0 || AnalysisModel::running())
         return;
     const GestureScope gesture;
-    finishFilter();
+    cases_->finishFilter();
     {
-        const RunGuard::Scope guard([this] { model_.stop(); }, {w_->cmdStop, w_->SSTab->tabBar()});
+        const RunGuard::Scope guard([this] { model_.stop(); }, {table_->cmdStop(), SSTab_->tabBar()});
         const BusyScope busy;
         trapped(step);
     }
@@ -164,19 +236,9 @@ void frmAuswertung::run(const std::function<void()>& step) {
     const RunOutcome outcome = model_.facts().outcome;
     if (model_.request().mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
         outcome != RunOutcome::Reused)
-        comparison().select({});
-    showModel();
-}
-
-/// While the numbers are in the making, those of before don't pass for them.
-void frmAuswertung::showRunning() {
-    w_->lblState->setText(TranslateText(u"Die Tabelle wird berechnet..."_s));
-    w_->cmdComputeAnew->hide();
-    w_->cmdStop->show();
-    w_->fraState->show();
-    w_->mfgGrid->updateTable({});
-    w_->lblLabel->clear();
-    w_->lblFacts->clear();
+        comparison_->selectNone();
+    table_->resultChanged();
+    showParts(&frmAuswertungPart::show);
 }
 
 void frmAuswertung::changeTab(int tab) {
@@ -192,165 +254,7 @@ void frmAuswertung::changeTab(int tab) {
     else
         run([this, tab] { model_.changeTab(tab); });
     if (tab != model_.tab())
-        showModel();
-}
-
-void frmAuswertung::chooseStudy(int index) {
-    act([&] {
-        const std::vector<BoundPicker> studies = model_.edit().studies();
-        if (index >= 0 && index < static_cast<int>(studies.size()))
-            model_.edit().StudyClick(studies[static_cast<size_t>(index)].value);
-    });
-}
-
-void frmAuswertung::connectRequest() {
-    connect(w_->SSTab, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
-    for (ChoicePicker* study : {w_->dbcStudy, w_->dbcStudy_1})
-        study->onChosen = [this](int index) { chooseStudy(index); };
-    const auto nameAt = [this](int index) { return model_.edit().variables().at(static_cast<size_t>(index)).name; };
-    for (ChoicePicker* first : {w_->dbcVariable, w_->dbcVariable_1, w_->dbcVariableUni})
-        first->onChosen = [this, nameAt](int index) { act([&] { model_.edit().chooseVariable(nameAt(index)); }); };
-    for (ChoicePicker* second : {w_->dbcVariable2, w_->dbcVariable_2, w_->dbcVariable2Uni})
-        second->onChosen = [this, nameAt](int index) { act([&] { model_.edit().chooseVariable2(nameAt(index)); }); };
-    for (ChoicePicker* weight : {w_->dbcVarGewicht, w_->dbcVarGewicht_1, w_->dbcVarGewicht_1Uni})
-        weight->onChosen = [this, nameAt](int index) {
-            act([&] { model_.edit().chooseWeight(WeightKind::WeightUser, nameAt(index)); });
-        };
-    connectChoices();
-    connectFilter();
-}
-
-void frmAuswertung::connectChoices() {
-    const auto mode = [this](QRadioButton* button, AnalysisMode chosen) {
-        connect(button, &QRadioButton::clicked, this, [=, this] {
-            act([&] {
-                model_.edit().chooseMode(chosen);
-                if (chosen == AnalysisMode::Comparison)
-                    comparison().RefreshSavedComparisons();
-            });
-        });
-    };
-    mode(w_->Option1, AnalysisMode::Frequency);
-    mode(w_->Option2, AnalysisMode::Crosstab);
-    mode(w_->Option4, AnalysisMode::Descriptives);
-    mode(w_->Option5, AnalysisMode::Comparison);
-    for (int i = 0; i < 4; ++i)
-        connect(w_->Option3[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
-            act([&] {
-                if (i == static_cast<int>(WeightKind::WeightUser))
-                    model_.edit().chooseUserWeight();
-                else
-                    model_.edit().chooseWeight(static_cast<WeightKind>(i));
-            });
-        });
-    stopAtChosen(std::array{w_->Option1, w_->Option2, w_->Option4, w_->Option5});
-    stopAtChosen(w_->Option3);
-    stopAtChosen(w_->optFilter);
-    w_->lblWeightUser->installEventFilter(this);
-    w_->optFilter[static_cast<size_t>(FilterKind::FilterUser)]->installEventFilter(this);
-    const auto check = [this](QCheckBox* box, auto&& take) {
-        connect(box, &QCheckBox::clicked, this, [=, this](bool on) { act([&] { take(on); }); });
-    };
-    check(w_->chkDescGroup, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.chkDescGroup = on; }); });
-    check(w_->chkFlipXtab, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.chkFlipXtab = on; }); });
-    check(w_->chkVaridexCreation, [this](bool on) { changeMode([on](AnalysisRequest& r) { r.bCreationMode = on; }); });
-    connect(w_->cmdDescriptives, &QPushButton::clicked, this, [this] { cmdDescriptives_Click(); });
-}
-
-/// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker. Who chooses
-/// a filter of his own by letter or click goes on to its line; arrow keys stay in the group.
-bool frmAuswertung::eventFilter(QObject* watched, QEvent* event) {
-    const bool released = event->type() == QEvent::MouseButtonRelease, byLetter = event->type() == QEvent::Shortcut;
-    QRadioButton* ownFilter = w_->optFilter[static_cast<size_t>(FilterKind::FilterUser)];
-    if (watched == w_->lblWeightUser && (released || byLetter)) {
-        w_->Option3[static_cast<size_t>(WeightKind::WeightUser)]->click();
-        if (byLetter)
-            w_->dbcVarGewicht_1Uni->setFocus(Qt::ShortcutFocusReason);
-        return true;
-    }
-    if (watched == ownFilter && byLetter) {
-        ownFilter->click();
-        w_->txtFilter->setFocus();
-        return true;
-    }
-    if (watched == ownFilter && released && ownFilter->isDown())
-        QMetaObject::invokeMethod(
-            w_->txtFilter, [this] { w_->txtFilter->setFocus(); }, Qt::QueuedConnection);
-    return QWidget::eventFilter(watched, event);
-}
-
-void frmAuswertung::connectFilter() {
-    for (int i = 0; i < 3; ++i)
-        connect(w_->optFilter[static_cast<size_t>(i)], &QRadioButton::clicked, this, [this, i] {
-            act([&] {
-                if (model_.edit().chooseFilter(static_cast<FilterKind>(i)) &&
-                    i == static_cast<int>(FilterKind::FilterParts))
-                    comparison().ApplyComparisonEntryChange(true);
-            });
-        });
-    w_->dbcParts->onChosen = [this](int index) {
-        act([&] {
-            if (model_.edit().choosePart(model_.edit().parts().at(static_cast<size_t>(index)).value))
-                comparison().ApplyComparisonEntryChange(true);
-        });
-    };
-    w_->dbcParts->onKey = [this](int key) {
-        bool taken = false;
-        // The platform's Delete is the key with code 46.
-        act([&] { taken = key == Qt::Key_Delete && model_.edit().dbcParts_KeyDown(46); });
-        return taken;
-    };
-    connect(w_->txtFilter, &QLineEdit::textEdited, this, [this](const QString& text) {
-        if (showing_ || gBusy > 0)
-            return;
-        filterTyped_ = true;
-        trapped([&] { model_.edit().typeFilterText(text); });
-        showFilterCheck();
-    });
-    connect(w_->txtFilter, &QLineEdit::editingFinished, this, [this] {
-        if (filterTyped_)
-            act([] {});
-    });
-}
-
-void frmAuswertung::changeMode(const std::function<void(AnalysisRequest&)>& step) {
-    model_.edit().change(RequestPart::Mode, step);
-}
-
-/// What stands below the table, on the screen and in a file.
-QStringList frmAuswertung::whatItStandsOn() const {
-    const TableResult& result = model_.result();
-    return result.facts ? standsOn(*result.facts, result.marks) + result.notes() : QStringList();
-}
-
-void frmAuswertung::cmdDescriptives_Click() {
-    act([this] { frmDescriptives(&model_.edit(), this).exec(); });
-}
-
-void frmAuswertung::connectTable() {
-    w_->mfgGrid->onMark = [this](const GridSelection& selection) {
-        ClickEffect effect = ClickEffect::None;
-        run([&] { effect = model_.mfgGrid_Click(selection); });
-        marked(effect);
-    };
-    w_->mfgGrid->onHeader = [this] { run([this] { model_.headerClick(); }); };
-    connect(w_->cbValues, &QComboBox::activated, this, [this](int view) { act([&] { model_.chooseValues(view); }); });
-    connect(w_->cmdSetMissing, &QPushButton::clicked, this, [this] {
-        ClickEffect effect = ClickEffect::None;
-        run([&] { effect = model_.cmdSetMissing(w_->mfgGrid->selection()); });
-        marked(effect);
-    });
-    connect(w_->cmdCalculate, &QPushButton::clicked, this, [this] { run([this] { model_.cmdCalculate(); }); });
-    connect(w_->cmdComputeAnew, &QPushButton::clicked, this, [this] { run([this] { model_.computeAnew(); }); });
-    connect(w_->cmdStop, &QPushButton::clicked, this, [this] { model_.stop(); });
-    connect(w_->cmdCopyTable, &QPushButton::clicked, this, [this] { copy(); });
-    connect(w_->cmdSaveTableAs, &QPushButton::clicked, this, [this] { saveTableAs(); });
-}
-
-/// The user goes on marking where the hand was.
-void frmAuswertung::marked(ClickEffect effect) {
-    if (effect == ClickEffect::Marked)
-        w_->mfgGrid->setFocus();
+        showParts(&frmAuswertungPart::show);
 }
 
 void frmAuswertung::copy() {
@@ -386,7 +290,8 @@ void frmAuswertung::saveTableAs() {
                                     .save = true});
         if (!path)
             return;
-        const QString reason = saveTable(*path, model_.result().lblLabel, model_.result().mfgGrid, whatItStandsOn());
+        const QString reason =
+            saveTable(*path, model_.result().lblLabel, model_.result().mfgGrid, table_->whatItStandsOn());
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
                                             u"\r\n"_s + *path + u"\r\n"_s + reason,

@@ -3,12 +3,19 @@
 #include "analysis/AnalysisModel.h"
 #include "widgets/Form.h"
 
+#include <array>
 #include <memory>
 
-class ChoicePicker;
+class QTabWidget;
+class frmAuswertungCases;
+class frmAuswertungComparison;
+class frmAuswertungPart;
+class frmAuswertungRequest;
+class frmAuswertungTable;
 class frmExplorer;
 
-/// The analysis window: the request, the table, the chart.
+/// The analysis window: the request, the table, the chart. Its parts own the controls; it lets one gesture at a time
+/// through to the model and has the parts show what came of it.
 class frmAuswertung : public QWidget, public Form {
 public:
     /// Opens a window; what is selected in an explorer is chosen in it.
@@ -20,6 +27,10 @@ public:
 
     AnalysisModel& model() { return model_; }
     ComparisonList& comparison() { return model_.comparison(); }
+    /// A gesture that changes the request: the model decides, the window shows what came of it.
+    void act(const std::function<void()>& step);
+    /// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
+    void run(const std::function<void()>& step);
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
@@ -32,54 +43,22 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    struct Widgets;
-
     AnalysisModel model_;
-    std::unique_ptr<Widgets> w_;
-    bool showing_ = false;     ///< the window is being set from the model
-    bool filterTyped_ = false; ///< the filter was edited and has not counted yet
+    QTabWidget* SSTab_ = nullptr;
+    std::unique_ptr<frmAuswertungRequest> request_;
+    std::unique_ptr<frmAuswertungCases> cases_;
+    std::unique_ptr<frmAuswertungComparison> comparison_;
+    std::unique_ptr<frmAuswertungTable> table_;
+    bool showing_ = false; ///< the window is being set from the model
 
     void build();
     QWidget* buildRequest();
-    QWidget* buildStudy();
-    QWidget* buildVariable(bool second);
-    QWidget* buildMode();
-    QWidget* buildWeight();
-    QWidget* buildFilter();
-    QWidget* buildComparison();
-    QWidget* buildTable();
-    QWidget* buildTableCommands();
-    void connectRequest();
-    void connectChoices();
-    void connectFilter();
-    void connectComparison();
-    void connectTable();
-    void alignCaptions();
-    void nameForReaders();
-
-    void act(const std::function<void()>& step);
-    void run(const std::function<void()>& step);
-    void changeTab(int tab);
-    void chooseStudy(int index);
-    void finishFilter();
-    void selectEntries();
-    void changeMode(const std::function<void(AnalysisRequest&)>& step);
-    QStringList whatItStandsOn() const;
-    void cmdDescriptives_Click();
+    void setHooks();
     void preselect(const frmExplorer& explorer);
-    void showModel();
-    void showRunning();
-    void showRequest(const AnalysisView& view);
-    void showLongLabels();
-    void showWeight(const AnalysisView& view);
-    void showFilter(const AnalysisView& view);
-    void showFilterCheck();
-    void showComparison(const AnalysisView& view);
-    void showTable(const AnalysisView& view);
-    void showFacts();
-    void showTableState();
-    void marked(ClickEffect effect);
+    std::array<frmAuswertungPart*, 4> parts() const;
+    void alignCaptions();
+    void showParts(void (frmAuswertungPart::*what)());
+    void changeTab(int tab);
 };

@@ -1,9 +1,11 @@
 #include "explorer/frmExplorer.h"
 
+#include "app/globals.h"
 #include "config/Options.h"
+#include "explorer/frmExplorerList.h"
+#include "explorer/frmExplorerTree.h"
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
-#include "widgets/CatalogueTreeModel.h"
 #include "widgets/Desktop.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/ExplorerPanel.h"
@@ -14,8 +16,6 @@
 #include "widgets/twips.h"
 
 #include <QHash>
-#include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QSplitter>
 #include <QTreeView>
@@ -72,7 +72,7 @@ frmExplorer::frmExplorer(int view) : Form(*this, u"frmExplorer"_s) {
     Form_Resize();
     applyNotBuilt(*this);
     // Whoever opens a view looks for an entry of its tree first.
-    tvTreeView_->setFocus();
+    tree_->view()->setFocus();
 }
 
 frmExplorer::~frmExplorer() {
@@ -82,15 +82,11 @@ frmExplorer::~frmExplorer() {
 }
 
 void frmExplorer::openView(int view) {
-    treeModel_->beginRebuilding();
-    model_.open(view);
-    treeModel_->endRebuilding();
-    tvTreeView_->expand(treeModel_->indexOf(model_.tree.root()));
-    tvTreeView_->setCurrentIndex({});
+    tree_->open(view);
     layout_ = ExplorerLayout::stored(model_.state.bIsStudy);
     layout_.giveTo(model_.list);
-    lvListView_->listChanged();
-    lvListView_->showColumns();
+    list_->view()->listChanged();
+    list_->view()->showColumns();
     layout_.takeFrom(model_.list);
     layoutBefore_ = layout_.toText();
     setShare(*imgSplitter_, layout_.tree);
@@ -102,11 +98,8 @@ void frmExplorer::openView(int view) {
     propFont_ = gOptions.PropFont;
     for (ExplorerPanel* panel : {panelA_, panelB_})
         panel->setQuestionFont(propFont_);
-    if (!model_.tree.CutShort)
-        unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
     setWindowIcon(
         Icons::get(Icons::ofView(gViews.at(view, ViewTable::Type), gViews.at(view, ViewTable::CompAnalysis))));
-    reportUnreached();
 }
 
 /// One above the highest number among the windows of the view.
@@ -119,45 +112,20 @@ void frmExplorer::numberWindow() {
     Tag = model_.state.Tag = QString::number(number);
 }
 
-void frmExplorer::reportUnreached() {
-    constexpr size_t named = 20;
-    const std::vector<UnreachedEntry>& entries = unreached_;
-    QStringList texts;
-    for (size_t i = 0; i < entries.size() && i < named; ++i)
-        texts << u"%1 (%2)"_s.arg(entries[i].text.left(60), entries[i].key.left(60));
-    if (entries.size() > named)
-        texts << u"…"_s;
-    lblUnreached_->setVisible(!entries.empty() || model_.tree.CutShort);
-    if (model_.tree.CutShort) {
-        lblUnreached_->setText(TranslateText(u"Das Lesen wurde angehalten: Es fehlen Einträge."_s));
-        lblUnreached_->setToolTip(TranslateText(u"Öffnen Sie die Sicht noch einmal, um alle zu sehen."_s));
-        return;
-    }
-    lblUnreached_->setText(TranslateText(u"Einträge, zu denen kein Weg führt:"_s) + u' ' +
-                           QString::number(entries.size()) + u"\n"_s + texts.mid(0, 3).join(u", "_s) +
-                           (entries.size() > 3 ? u", …"_s : QString()));
-    lblUnreached_->setToolTip(u"<p>"_s + texts.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s);
-}
-
 // ---- selecting
 
 void frmExplorer::nodeShown(const CatalogueNode& node) {
     const BusyScope busy;
-    lblTitle1_->setText(node.Text);
-    tvTreeView_->setCurrentIndex(treeModel_->indexOf(&node));
+    list_->setTitle(node.Text);
+    tree_->selectNode(node);
 }
 
 void frmExplorer::listFilled() {
     const BusyScope busy;
     rowShown_ = false;
-    txtQuickFilter_->setText(model_.filter());
-    lvListView_->listChanged();
-    lvListView_->showColumns();
-    if (const int place = model_.list.placeOf(model_.list.selectedRow); place >= 0)
-        lvListView_->selectOnly(place);
-    showRowCount();
+    list_->fill();
     if (const CatalogueNode* node = model_.selectedNode())
-        tvTreeView_->setCurrentIndex(treeModel_->indexOf(node));
+        tree_->selectNode(*node);
 }
 
 void frmExplorer::clearPanelA() {
@@ -175,28 +143,19 @@ bool frmExplorer::showNode(const QString& key) {
         return false;
     {
         const BusyScope busy;
-        tvTreeView_->setCurrentIndex(treeModel_->indexOf(node));
-        tvTreeView_->scrollTo(treeModel_->indexOf(node));
+        tree_->selectNode(*node);
+        tree_->scrollToSelected();
     }
-    tvTreeView_->setFocus();
+    tree_->view()->setFocus();
     return model_.select(key);
 }
 
 std::vector<int> frmExplorer::selectedRows() const {
-    std::vector<int> rows = lvListView_->selectedPlaces();
-    for (int& row : rows)
-        row = model_.list.shown[static_cast<size_t>(row)];
-    return rows;
-}
-
-int frmExplorer::rowToShow() const {
-    const int first = lvListView_->firstSelectedPlace();
-    const int place = first >= 0 ? first : lvListView_->currentPlace();
-    return place < 0 ? -1 : model_.list.shown[static_cast<size_t>(place)];
+    return list_->selectedRows();
 }
 
 void frmExplorer::lvListView_ItemClick(bool assignments) {
-    const int row = rowToShow();
+    const int row = list_->rowToShow();
     if (row < 0)
         return;
     model_.list.selectedRow = row;
@@ -211,7 +170,7 @@ void frmExplorer::lvListView_ItemClick(bool assignments) {
 }
 
 void frmExplorer::lvListView_DblClick() {
-    const int row = rowToShow();
+    const int row = list_->rowToShow();
     if (row < 0)
         return;
     const bool opening = model_.state.lVarWindow == 0;
@@ -220,9 +179,9 @@ void frmExplorer::lvListView_DblClick() {
         layout_.list = layout_.panelA = 500;
         Form_Resize();
         desktop().panelsChanged();
-        lvListView_->setFocus();
+        list_->view()->setFocus();
     }
-    tvTreeView_->scrollTo(tvTreeView_->currentIndex());
+    tree_->scrollToSelected();
     if (shown)
         showB();
 }
@@ -232,78 +191,12 @@ void frmExplorer::showB() {
     panelB_->showAssignments(model_.DBList1_B);
 }
 
-// ---- order and extent of the list
-
-std::vector<int> frmExplorer::selectedPositions() const {
-    std::vector<int> positions = selectedRows();
-    for (int& row : positions)
-        row = model_.list.rows[static_cast<size_t>(row)].Position;
-    return positions;
-}
-
-int frmExplorer::currentPosition() const {
-    const int place = lvListView_->currentPlace();
-    if (place < 0)
-        return -1;
-    const int row = model_.list.shown[static_cast<size_t>(place)];
-    return model_.list.rows[static_cast<size_t>(row)].Position;
-}
-
-void frmExplorer::headerChosen(int column) {
-    const std::vector<int> selected = selectedPositions();
-    const int current = currentPosition();
-    model_.list.headerClicked(column);
-    listOrderChanged(selected, current);
-    lvListView_->showColumns();
-}
-
-void frmExplorer::filterChanged() {
-    const std::vector<int> selected = selectedPositions();
-    const int current = currentPosition();
-    model_.setFilter(txtQuickFilter_->text());
-    listOrderChanged(selected, current);
-    showRowCount();
-}
-
-/// Rows that are still in view stay selected; the others are not.
-void frmExplorer::listOrderChanged(const std::vector<int>& selected, int current) {
-    const BusyScope busy;
-    const VariableList& list = model_.list;
-    lvListView_->listChanged();
-    std::vector<bool> wanted(list.rows.size());
-    for (const int position : selected)
-        wanted[static_cast<size_t>(position)] = true;
-    std::vector<int> places;
-    int currentPlace = -1;
-    for (size_t place = 0; place < list.shown.size(); ++place) {
-        const int position = list.rows[static_cast<size_t>(list.shown[place])].Position;
-        if (wanted[static_cast<size_t>(position)])
-            places.push_back(static_cast<int>(place));
-        if (position == current)
-            currentPlace = static_cast<int>(place);
-    }
-    lvListView_->selectPlaces(places, currentPlace);
-    model_.list.selectedRow = rowToShow();
-}
-
-void frmExplorer::showRowCount() {
-    const QString all = QString::number(model_.list.rows.size());
-    const QString shown = QString::number(model_.list.shown.size());
-    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) +
-                          u' ' + TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
-    // An entry without variables is no fault, and says nothing.
-    lvListView_->setHint(!model_.selectedNode()
-                             ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
-                         : model_.list.rows.empty() ? QString()
-                                                    : TranslateText(u"Zum Schnellfilter passt keine Variable."_s));
-}
-
 // ---- panels
 
 void frmExplorer::setPanels(int lVarWindow) {
     model_.state.lVarWindow = lVarWindow;
     Form_Resize();
-    if (lVarWindow > 0 && lvListView_->firstSelectedPlace() >= 0)
+    if (lVarWindow > 0 && list_->view()->firstSelectedPlace() >= 0)
         lvListView_ItemClick(true);
     desktop().panelsChanged();
 }
@@ -326,7 +219,7 @@ void frmExplorer::switchChosen(bool panelB, const QString& key) {
         if (panelB) {
             if (model_.panelB.refill(state))
                 panelB_->show(model_.panelB);
-        } else if (rowToShow() >= 0) {
+        } else if (list_->rowToShow() >= 0) {
             lvListView_ItemClick(true);
         } else if (model_.panelA.refill(state)) {
             panelA_->show(model_.panelA); // its row is filtered away
@@ -342,12 +235,12 @@ void frmExplorer::switchChosen(bool panelB, const QString& key) {
 }
 
 void frmExplorer::moveA(ExplorerModel::Step step) {
-    const int place = model_.stepInList(step, lvListView_->currentPlace());
+    const int place = model_.stepInList(step, list_->view()->currentPlace());
     if (place < 0)
         return;
     {
         const BusyScope busy;
-        lvListView_->selectOnly(place);
+        list_->view()->selectOnly(place);
     }
     lvListView_ItemClick(true);
 }
@@ -403,7 +296,7 @@ void frmExplorer::ChangeFont() {
         panel->DBList1->setFont(font);
         panel->fidName->setFont(font);
     }
-    lvListView_->setFont(font);
+    list_->view()->setFont(font);
     showSwitches();
 }
 

@@ -6,14 +6,10 @@
 
 #include <vector>
 
-class CatalogueTreeModel;
-class ElidedLabel;
 class ExplorerPanel;
-class QLabel;
-class QLineEdit;
 class QSplitter;
-class QTreeView;
-class VariableListView;
+class frmExplorerList;
+class frmExplorerTree;
 
 /// The browsing window: the tree of a view, the variables of the selected entry, and up to two panels with one variable
 /// each.
@@ -56,35 +52,24 @@ public:
     void setControlText(const ControlText& control, const QString& text) override;
     QSize sizeHint() const override;
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     ExplorerModel model_{this};
     ExplorerLayout layout_;
     QString layoutBefore_;
-    std::vector<UnreachedEntry> unreached_; ///< read once, with the tree
     QString fixedFont_, propFont_;
     Place place_ = Place::Tree;
     bool rowShown_ = false; ///< panel A and its assignments show the present selection
 
-    ElidedLabel* lblTitle1_;
-    QLabel *lblTitle0_, *lblUnreached_, *lblRowCount_;
-    QTreeView* tvTreeView_;
-    CatalogueTreeModel* treeModel_;
-    QLineEdit* txtQuickFilter_;
-    VariableListView* lvListView_;
+    frmExplorerTree* tree_;
+    frmExplorerList* list_;
     ExplorerPanel *panelA_, *panelB_;
     QSplitter *imgSplitter_, *imgSplitter2_, *imgSplitter3_;
 
     void buildControls();
-    QWidget* buildTreeSide();
-    QWidget* buildListSide();
     void connectControls();
     void addShortcuts();
     void openView(int view);
     void numberWindow();
-    void reportUnreached();
 
     // What the model tells while it fills the list.
     void nodeShown(const CatalogueNode& node) override;
@@ -93,16 +78,8 @@ private:
     void itemClick() override { lvListView_ItemClick(false); }
     void clearAssignmentList() override;
 
-    /// The row that counts: the first selected one in list order, else the current one; -1 without one.
-    int rowToShow() const;
     void lvListView_ItemClick(bool assignments);
     void lvListView_DblClick();
-    void headerChosen(int column);
-    void filterChanged();
-    void listOrderChanged(const std::vector<int>& selectedPositions, int currentPosition);
-    void showRowCount();
-    std::vector<int> selectedPositions() const;
-    int currentPosition() const;
 
     void switchChosen(bool panelB, const QString& key);
     void moveA(ExplorerModel::Step step);

@@ -51,3 +51,11 @@ private:
 inline QString arrayName(const QString& name, int index) {
     return name + QLatin1Char('(') + QString::number(index) + QLatin1Char(')');
 }
+
+/// Names a control whose texts are made at run time, and leaves it out of the text tables.
+template<class Control>
+Control* withOwnText(Control* control, const QString& name) {
+    control->setObjectName(name);
+    control->setProperty("CtrlTyp", QString());
+    return control;
+}

@@ -27,8 +27,8 @@ protected:
     QString tableOf(const QString& mode) {
         goTo(0);
         press(mode);
-        model().dtData3.Tag.clear();
-        goTo(1);
+        the<QPushButton>(u"cmdComputeAnew"_s)->click();
+        settle();
         return clipText(model().result().mfgGrid);
     }
     /// What a person finds who was left without a table.
@@ -73,14 +73,38 @@ TEST_F(AnalysisMedium, AskedForWhenItIsGonePutInWhileTheBoxIsOpenAndCountedToThe
 TEST_F(AnalysisMedium, GoneBetweenTwoEntriesOfAComparisonLeavesNoHalfOfIt) {
     openComparison();
     const QString table = tableOf(u"Option5"_s);
-    model().onStatement = [](const QString& name, const QString& statement) {
+    const RunHooks quiet = model().hooks();
+    RunHooks hooks = quiet;
+    hooks.onStatement = [](const QString& name, const QString& statement) {
         if (name == u"counts" && statement.contains(u"SV2022"_s))
             RemovableMedium::takeOut();
     };
+    model().setHooks(hooks);
     asker.answer(ui::Answer::Ok, RemovableMedium::putIn);
     EXPECT_EQ(tableOf(u"Option5"_s), table);
     asker.answer(ui::Answer::Cancel);
     tableOf(u"Option5"_s);
-    model().onStatement = {};
+    model().setHooks(quiet);
     expectUsable(u"Option5"_s, table);
+}
+
+TEST_F(AnalysisMedium, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
+    open();
+    chooseStudy(u"SV2018"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    const QString data = home.path(u"Fälle"_s);
+    QDir().mkpath(data);
+    QFile::copy(gOptions.DataPath + u"/SV2018.mdb"_s, data + u"/SV2018.mdb"_s);
+    gOptions.DataPath = data;
+    goTo(1);
+    EXPECT_EQ(model().tableState(), TableState::Current);
+    goTo(0);
+    QDir().rename(data, data + u"-weg"_s);
+    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
+    goTo(1);
+    EXPECT_TRUE(asker.lastText().endsWith(u"SV2018.mdb' nicht gefunden."_s)) << asker.lastText().toStdString();
+    EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
+    QDir().rename(data + u"-weg"_s, data);
+    goTo(1);
+    EXPECT_EQ(model().tableState(), TableState::Current);
 }

@@ -5,8 +5,6 @@
 #include "language/mdLanguage.h"
 #include "widgets/VariableListView.h"
 
-#include <QDir>
-#include <QFile>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QKeySequence>
@@ -170,6 +168,9 @@ TEST_F(AnalysisModes, NoTableOfAnotherRequestOrOtherOptionsPassesAsCurrent) {
         change();
         EXPECT_EQ(tableIs(), state) << what;
     };
+    const auto asksElse = [&](RequestPart part, const std::function<void(AnalysisRequest&)>& step, const char* what) {
+        follows([&] { model().edit().change(part, step); }, TableState::OtherRequest, what);
+    };
     const auto option = [&](bool Options::*o, const char* what) {
         follows([&] { gOptions.*o = !(gOptions.*o); }, TableState::OtherOptions, what);
     };
@@ -180,26 +181,34 @@ TEST_F(AnalysisModes, NoTableOfAnotherRequestOrOtherOptionsPassesAsCurrent) {
     option(&Options::NoRowLabels, "NoRowLabels");
     follows([&] { model().edit().chooseVariable2(u"OST"_s), model().edit().chooseVariable2(u"KLIMA"_s); },
             TableState::OtherRequest, "second");
-    follows([&] { model().request().chkFlipXtab = model().request().bCreationMode = true; }, TableState::OtherRequest,
-            "flip");
-    follows([&] { model().request().chkFlipXtab = false; }, TableState::OtherRequest, "flip back");
+    asksElse(
+        RequestPart::Mode, [](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = true; }, "flip");
+    asksElse(
+        RequestPart::Mode, [](AnalysisRequest& r) { r.chkFlipXtab = false; }, "flip back");
     model().edit().chooseMode(AnalysisMode::Descriptives);
     gOptions.AskMissing = false;
-    follows([&] { model().request().chkDescGroup = true; }, TableState::OtherRequest, "group");
-    follows([&] { model().request().dtDesc = u"4"_s, model().request().dtDescDigits = u"1;1;"_s; },
-            TableState::OtherRequest, "statistics");
-    follows([&] { model().request().dtDescDigits = u"1;3;"_s; }, TableState::OtherRequest, "digits");
-    follows([&] { model().request().dtDesc.clear(); }, TableState::OtherRequest, "statistics of the options");
+    asksElse(
+        RequestPart::Mode, [](AnalysisRequest& r) { r.chkDescGroup = true; }, "group");
+    asksElse(
+        RequestPart::Statistics, [](AnalysisRequest& r) { r.dtDesc = u"4"_s, r.dtDescDigits = u"1;1;"_s; },
+        "statistics");
+    asksElse(
+        RequestPart::Statistics, [](AnalysisRequest& r) { r.dtDescDigits = u"1;3;"_s; }, "digits");
+    asksElse(
+        RequestPart::Statistics, [](AnalysisRequest& r) { r.dtDesc.clear(); }, "statistics of the options");
     follows([&] { gOptions.Descriptives = 4; }, TableState::OtherOptions, "default statistics");
-    follows([&] { model().request().sMissing = u"1"_s; }, TableState::OtherRequest, "sMissing");
+    asksElse(
+        RequestPart::Missing, [](AnalysisRequest& r) { r.sMissing = u"1"_s; }, "sMissing");
     option(&Options::IncludeMissingDesc, "IncludeMissingDesc");
     model().edit().chooseMode(AnalysisMode::Comparison);
     window->comparison().addVariable(u"SV2014"_s, u"LZUFR"_s);
     option(&Options::HeaderYear, "HeaderYear");
     option(&Options::HeaderValFirst, "HeaderValFirst");
-    follows([&] { model().request().txtTitle = u"T"_s; }, TableState::OtherRequest, "title");
-    follows([&] { model().request().lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; },
-            TableState::OtherRequest, "an entry's definition");
+    asksElse(
+        RequestPart::Entries, [](AnalysisRequest& r) { r.txtTitle = u"T"_s; }, "title");
+    asksElse(
+        RequestPart::Entries, [](AnalysisRequest& r) { r.lst_TrendVars[0].column[ComparisonEntry::Missing] = u"1"_s; },
+        "an entry's definition");
     follows([&] { window->comparison().addVariable(u"SV2018"_s, u"LZUFR"_s); }, TableState::OtherRequest, "entry");
 }
 
@@ -522,25 +531,6 @@ TEST_F(AnalysisModes, PartsAndWeightsOfTheWindowCountAndDeleteTakesThePartAway) 
     EXPECT_FALSE(the<ChoicePicker>(u"dbcVarGewicht_1Uni"_s)->isEnabled());
     goTo(1);
     EXPECT_EQ(clipText(model().result().mfgGrid), own) << "the same variable, however it is chosen";
-}
-
-TEST_F(AnalysisModes, CaseFilesThatAreGoneAreToldAndTheNextTryWorksOnceTheyAreBack) {
-    openMode(u"Option1"_s);
-    const QString data = home.path(u"Fälle"_s);
-    QDir().mkpath(data);
-    QFile::copy(gOptions.DataPath + u"/SV2018.mdb"_s, data + u"/SV2018.mdb"_s);
-    gOptions.DataPath = data;
-    goTo(1);
-    EXPECT_EQ(tableIs(), TableState::Current);
-    goTo(0);
-    QDir().rename(data, data + u"-weg"_s);
-    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
-    goTo(1);
-    EXPECT_TRUE(asker.lastText().endsWith(u"SV2018.mdb' nicht gefunden."_s)) << asker.lastText().toStdString();
-    EXPECT_EQ(the<QTabWidget>(u"SSTab"_s)->currentIndex(), 0);
-    QDir().rename(data + u"-weg"_s, data);
-    goTo(1);
-    EXPECT_EQ(tableIs(), TableState::Current);
 }
 
 TEST_F(AnalysisModes, TextsOfAnyScriptShowInPickersTitleAndTable) {

@@ -1,5 +1,7 @@
 #include "analysis/AnalysisWindow.h"
 
+#include "platform/dao/DBEngine.h"
+
 #include <QAbstractItemView>
 #include <QCompleter>
 #include <QFile>
@@ -104,6 +106,36 @@ TEST_F(AnalysisWindow, TheTableTabShowsTheTableAndWhatItStandsOn) {
     EXPECT_TRUE(facts.endsWith(u" · Missing-Definition: 9"_s)) << facts.toStdString();
     // The grid holds every cell of the model's table.
     EXPECT_EQ(clipText(the<ResultTableView>(u"mfgGrid"_s)->table()), clipText(window->model().result().mfgGrid));
+}
+
+TEST_F(AnalysisWindow, WhatIsToBeKnownOfTheNumbersStandsBelowTheTableAndInItsPage) {
+    open();
+    const QString file = home.path(u"SV2014.mdb"_s);
+    QFile::copy(gOptions.DataPath + u"/SV2014.mdb"_s, file);
+    gOptions.DataPath = home.path(QString());
+    {
+        // A file of another maker: nothing keeps a case from coming twice.
+        const dao::DatabasePtr cases = dao::DBEngine::instance().Workspaces(0).OpenDatabase(file);
+        cases->TableDefs().Delete(u"SV2014_1"_s);
+        const dao::TableDefPtr table = cases->CreateTableDef(u"SV2014_1"_s);
+        for (const QString& name : {u"dt_CaseID"_s, u"GESCHL"_s})
+            table->Fields.push_back(dao::TableDef::CreateField(name, dao::dbDouble));
+        cases->TableDefs().Append(table);
+        for (const int id : {1, 2, 2})
+            cases->Execute(u"INSERT INTO SV2014_1 (dt_CaseID, GESCHL) VALUES (%1, 1)"_s.arg(id));
+        cases->Close();
+    }
+    chooseStudy(u"SV2014"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    goTo(1);
+    const QString note = u"Fälle kommen in der Tabelle SV2014_1 mehrfach vor und zählen mehrfach."_s;
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().endsWith(u'\n' + note))
+        << the<QLabel>(u"lblFacts"_s)->text().toStdString();
+    asker.file(home.path(u"t.html"_s));
+    click(u"cmdSaveTableAs"_s);
+    QFile page(home.path(u"t.html"_s));
+    ASSERT_TRUE(page.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(QString::fromUtf8(page.readAll()).contains(note));
 }
 
 TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {

@@ -94,8 +94,7 @@ Form* textsDescriptives() {
 }
 
 Form* textsNewCalculation() {
-    static AnalysisModel model;
-    auto* window = new frmNewCalculation(model, nullptr);
+    auto* window = new frmNewCalculation(QString(), nullptr);
     window->QDialog::show();
     return window;
 }

@@ -198,14 +198,16 @@ void RequestEditor::dbcVariable2_Change() {
 }
 
 void RequestEditor::refresh() {
-    trapped([this] {
+    bool reread = false;
+    trapped([&] {
         const FileStamp now = stampOfCatalogue();
-        if (now != stamp_ && !request_.dbcStudy.isEmpty())
+        reread = now != stamp_ && !request_.dbcStudy.isEmpty();
+        if (reread)
             readAgain();
         stamp_ = now;
         loadVariable(true);
     });
-    changed(RequestPart::Variables);
+    changed(reread ? RequestPart::Study : RequestPart::Variables);
 }
 
 /// Somebody has written to the catalogue since: a study may have been replaced as a whole.

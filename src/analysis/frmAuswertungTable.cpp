@@ -1,0 +1,175 @@
+#include "analysis/frmAuswertungTable.h"
+
+#include "analysis/frmAuswertung.h"
+#include "app/globals.h"
+#include "widgets/FlowLayout.h"
+#include "widgets/ResultTableView.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+frmAuswertungTable::frmAuswertungTable(frmAuswertung& window) : frmAuswertungPart(window), page_(build()) {
+    connectControls();
+}
+
+QWidget* frmAuswertungTable::build() {
+    auto* page = new QWidget;
+    auto* column = new QVBoxLayout(page);
+    lblLabel_ = factLabel(u"lblLabel"_s, page);
+    QFont heading = lblLabel_->font();
+    heading.setBold(true);
+    lblLabel_->setFont(heading);
+    cbValues_ = valuesPicker(u"cbValues"_s, page);
+    addRow(column, {{lblLabel_, 1}, {cbValues_, 0}});
+
+    mfgGrid_ = new ResultTableView(u"mfgGrid"_s, page);
+    column->addWidget(mfgGrid_, 1);
+    lblFacts_ = factLabel(u"lblFacts"_s, page);
+    QFont small = lblFacts_->font();
+    small.setPointSizeF(small.pointSizeF() * 0.85);
+    lblFacts_->setFont(small);
+    column->addWidget(lblFacts_);
+    column->addWidget(fraState_ = buildState(page));
+    column->addWidget(buildCommands());
+    return page;
+}
+
+QFrame* frmAuswertungTable::buildState(QWidget* page) {
+    auto* frame = new QFrame(page);
+    frame->setFrameShape(QFrame::StyledPanel);
+    // Its place is kept for it: a table that moved would be marked in another row than the one that is pointed at.
+    QSizePolicy kept = frame->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    frame->setSizePolicy(kept);
+    auto* rows = new QVBoxLayout(frame);
+    const int narrow = rows->contentsMargins().left() / 2;
+    rows->setContentsMargins(2 * narrow, narrow, narrow, narrow);
+    lblState_ = factLabel(u"lblState"_s, frame);
+    cmdComputeAnew_ = control<QPushButton>(u"cmdComputeAnew"_s, u"&Jetzt neu berechnen"_s, frame);
+    cmdStop_ = control<QPushButton>(u"cmdStop"_s, u"Abbrechen (Esc)"_s, frame);
+    addRow(rows, {{lblState_, 1}, {cmdComputeAnew_, 0}, {cmdStop_, 0}});
+    return frame;
+}
+
+QWidget* frmAuswertungTable::buildCommands() {
+    auto* bar = new QWidget;
+    auto* row = new FlowLayout(bar);
+    cmdCalculate_ = control<QPushButton>(u"cmdCalculate"_s, u"Neu berechnen (&Z)..."_s, bar);
+    cmdSetMissing_ = control<QPushButton>(u"cmdSetMissing"_s, u"Missing &setzen/löschen"_s, bar);
+    cmdCopyTable_ = control<QPushButton>(u"cmdCopyTable"_s, u"Tabelle kop&ieren"_s, bar);
+    cmdSaveTableAs_ = control<QPushButton>(u"cmdSaveTableAs"_s, u"Tabelle s&peichern unter..."_s, bar);
+    auto* cmdPreview = control<QPushButton>(u"cmdPreview"_s, u"Vorschau"_s, bar);
+    auto* cmdPrint = control<QPushButton>(u"cmdPrint"_s, u"Drucken..."_s, bar);
+    for (QPushButton* button : {cmdCalculate_, cmdSetMissing_, cmdCopyTable_, cmdSaveTableAs_})
+        row->add(button);
+    row->addStretch();
+    row->add(cmdPreview);
+    row->add(cmdPrint);
+    return bar;
+}
+
+void frmAuswertungTable::connectControls() {
+    mfgGrid_->onMark = [this](const GridSelection& selection) {
+        mark([this, selection] { return model_.mfgGrid_Click(selection); });
+    };
+    mfgGrid_->onHeader = [this] { run([this] { model_.headerClick(); }); };
+    connect(cbValues_, &QComboBox::activated, this, [this](int view) { act([&] { model_.chooseValues(view); }); });
+    const auto onClick = [this](QPushButton* button, const Step& step) {
+        connect(button, &QPushButton::clicked, this, [step] { step(); });
+    };
+    onClick(cmdSetMissing_, [this] { mark([this] { return model_.cmdSetMissing(mfgGrid_->selection()); }); });
+    onClick(cmdCalculate_, [this] { run([this] { model_.cmdCalculate(); }); });
+    onClick(cmdComputeAnew_, [this] { run([this] { model_.computeAnew(); }); });
+    onClick(cmdStop_, [this] { model_.stop(); });
+    onClick(cmdCopyTable_, [this] { window_.copy(); });
+    onClick(cmdSaveTableAs_, [this] { window_.saveTableAs(); });
+}
+
+/// The user goes on marking where the hand was.
+void frmAuswertungTable::mark(const std::function<ClickEffect()>& click) {
+    ClickEffect effect = ClickEffect::None;
+    run([&] { effect = click(); });
+    if (effect == ClickEffect::Marked)
+        mfgGrid_->setFocus();
+}
+
+int frmAuswertungTable::textWidth(const QString& text) const {
+    return mfgGrid_->textWidth(text);
+}
+
+void frmAuswertungTable::showRunning() {
+    lblState_->setText(TranslateText(u"Die Tabelle wird berechnet..."_s));
+    cmdComputeAnew_->hide();
+    cmdStop_->show();
+    fraState_->show();
+    mfgGrid_->updateTable({});
+    lblLabel_->clear();
+    lblFacts_->clear();
+    resultChanged();
+}
+
+QStringList frmAuswertungTable::whatItStandsOn() const {
+    const TableResult& result = model_.result();
+    return result.facts ? standsOn(*result.facts, result.marks) + result.notes() : QStringList();
+}
+
+/// Every change of the request may leave the table behind it.
+void frmAuswertungTable::showChanges(const Changes& changes) {
+    if (changes.touched() || changes.has(RequestPart::Values))
+        showTable();
+    showState();
+}
+
+void frmAuswertungTable::showTable() {
+    lblLabel_->setText(model_.result().lblLabel);
+    cbValues_->setVisible(model_.view().cbValuesShown);
+    cbValues_->setCurrentIndex(model_.request().cbValues);
+    const std::optional<TableFacts>& facts = model_.result().facts;
+    // A table that was never ready is not shown as one.
+    const ResultTable empty;
+    mfgGrid_->updateTable(facts ? model_.result().mfgGrid : empty);
+    showFacts();
+    const bool marks = facts && model_.marksCanBeSet();
+    const bool crosstab = model_.result().mfgGrid.Tag == TableKind::Crosstab;
+    mfgGrid_->setMarks(marks ? markColumn : -1, marks && crosstab ? markRow : -1);
+    for (QPushButton* button : {cmdCopyTable_, cmdSaveTableAs_})
+        button->setEnabled(facts.has_value());
+    cmdSetMissing_->setEnabled(marks && !crosstab);
+}
+
+/// A comparison of many entries has a line for each: the table needs the room more, above all with large type.
+void frmAuswertungTable::showFacts() {
+    const QStringList lines = whatItStandsOn();
+    const int room = window_.height() / 5, width = page_->contentsRect().width();
+    const auto first = [&](qsizetype most) {
+        if (lines.size() <= most)
+            return lines.join(u'\n');
+        const QString rest =
+            u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
+        return (lines.first(most - 1) << rest).join(u'\n');
+    };
+    qsizetype most = 4;
+    lblFacts_->setText(first(most));
+    while (most > 2 && lines.size() > 1 && lblFacts_->heightForWidth(width) > room)
+        lblFacts_->setText(first(--most));
+    lblFacts_->setToolTip(lines.size() > most ? Qt::convertFromPlainText(lines.join(u'\n')) : QString());
+}
+
+void frmAuswertungTable::showState() {
+    QString words = stateText(model_.tableState());
+    if (words.isEmpty() && model_.facts().outcome == RunOutcome::Cancelled)
+        words = TranslateText(u"Die Berechnung wurde abgebrochen."_s);
+    lblState_->setText(words);
+    cmdStop_->hide();
+    cmdComputeAnew_->show();
+    fraState_->setVisible(!words.isEmpty());
+}
+
+void frmAuswertungTable::nameForReaders() {
+    cbValues_->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
+    mfgGrid_->setAccessibleName(TranslateText(u"Ergebnistabelle"_s));
+}

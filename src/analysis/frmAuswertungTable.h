@@ -1,0 +1,52 @@
+#pragma once
+
+#include "analysis/frmAuswertungPart.h"
+
+class QFrame;
+class QPushButton;
+class ResultTableView;
+enum class ClickEffect;
+
+/// The page of the analysis window with the table that a run has made, what it stands on, and how it stands to what is
+/// asked for now.
+class frmAuswertungTable : public frmAuswertungPart {
+public:
+    explicit frmAuswertungTable(frmAuswertung& window);
+
+    QWidget* page() const { return page_; }
+    /// The one control that counts while numbers are in the making.
+    QPushButton* cmdStop() const { return cmdStop_; }
+    /// Width of a text in the table, in twips.
+    int textWidth(const QString& text) const;
+    /// While the numbers are in the making, those of before don't pass for them.
+    void showRunning();
+    /// A run or a click has left another result.
+    void resultChanged() { touch(); }
+    /// The window has another size.
+    void showFacts();
+    /// What stands below the table, on the screen and in a file.
+    QStringList whatItStandsOn() const;
+
+    void nameForReaders() override;
+
+protected:
+    bool concerns(RequestPart) const override { return true; }
+    void showChanges(const Changes& changes) override;
+
+private:
+    QWidget* page_;
+    QLabel *lblLabel_, *lblFacts_, *lblState_;
+    QComboBox* cbValues_;
+    ResultTableView* mfgGrid_;
+    QFrame* fraState_;
+    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdSaveTableAs_, *cmdComputeAnew_, *cmdStop_;
+
+    QWidget* build();
+    QFrame* buildState(QWidget* page);
+    QWidget* buildCommands();
+    void connectControls();
+    void mark(const std::function<ClickEffect()>& click);
+
+    void showTable();
+    void showState();
+};

@@ -1,0 +1,177 @@
+#include "explorer/frmExplorerList.h"
+
+#include "app/globals.h"
+#include "widgets/ElidedLabel.h"
+#include "widgets/Form.h"
+#include "widgets/VariableListView.h"
+#include "widgets/gestures.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+
+using namespace Qt::StringLiterals;
+
+frmExplorerList::frmExplorerList(ExplorerModel& model) : model_(model) {
+    build();
+    connectControls();
+}
+
+void frmExplorerList::build() {
+    lblTitle1_ = withOwnText(new ElidedLabel, arrayName(u"lblTitle"_s, 1));
+    lblRowCount_ = withOwnText(new QLabel, u"lblRowCount"_s);
+    txtQuickFilter_ = withOwnText(new QLineEdit, u"txtQuickFilter"_s);
+    txtQuickFilter_->setClearButtonEnabled(true);
+    txtQuickFilter_->installEventFilter(this);
+    lvListView_ = withOwnText(new VariableListView(model_.list), u"lvListView"_s);
+    lblTitle1_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto* heading = new QHBoxLayout;
+    heading->addWidget(lblTitle1_, 3);
+    heading->addWidget(lblRowCount_);
+    heading->addWidget(txtQuickFilter_, 4);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->addLayout(heading);
+    column->addWidget(lvListView_, 1);
+}
+
+void frmExplorerList::connectControls() {
+    const auto tell = [this](std::function<void()> frmExplorerList::*listener) {
+        return [this, listener] { onGesture(this->*listener); };
+    };
+    connect(lvListView_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            tell(&frmExplorerList::onSelected));
+    // A click on what is selected already counts too.
+    lvListView_->chosenAgain = tell(&frmExplorerList::onChosenAgain);
+    connect(lvListView_, &QTableView::pressed, this, lvListView_->chosenAgain);
+    lvListView_->opened = tell(&frmExplorerList::onOpened);
+    connect(lvListView_, &QTableView::doubleClicked, this, lvListView_->opened);
+    lvListView_->headerChosen = [this](int column) { onGesture([&] { headerChosen(column); }); };
+    connect(txtQuickFilter_, &QLineEdit::textChanged, this, [this] { onGesture([this] { filterChanged(); }); });
+}
+
+bool frmExplorerList::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != txtQuickFilter_ || event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+    case Qt::Key_Escape:
+        txtQuickFilter_->clear();
+        return true;
+    case Qt::Key_Down:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        lvListView_->setFocus();
+        if (lvListView_->firstSelectedPlace() < 0 && !model_.list.shown.empty())
+            lvListView_->selectOnly(0);
+        return true;
+    default:
+        return QWidget::eventFilter(watched, event);
+    }
+}
+
+void frmExplorerList::setTitle(const QString& title) {
+    lblTitle1_->setText(title);
+}
+
+void frmExplorerList::fill() {
+    txtQuickFilter_->setText(model_.filter());
+    lvListView_->listChanged();
+    lvListView_->showColumns();
+    if (const int place = model_.list.placeOf(model_.list.selectedRow); place >= 0)
+        lvListView_->selectOnly(place);
+    showRowCount();
+}
+
+void frmExplorerList::focusFilter() {
+    txtQuickFilter_->setFocus();
+    txtQuickFilter_->selectAll();
+}
+
+std::vector<int> frmExplorerList::selectedRows() const {
+    std::vector<int> rows = lvListView_->selectedPlaces();
+    for (int& row : rows)
+        row = model_.list.shown[static_cast<size_t>(row)];
+    return rows;
+}
+
+int frmExplorerList::rowToShow() const {
+    const int first = lvListView_->firstSelectedPlace();
+    const int place = first >= 0 ? first : lvListView_->currentPlace();
+    return place < 0 ? -1 : model_.list.shown[static_cast<size_t>(place)];
+}
+
+// ---- order and extent of the list
+
+std::vector<int> frmExplorerList::selectedPositions() const {
+    std::vector<int> positions = selectedRows();
+    for (int& row : positions)
+        row = model_.list.rows[static_cast<size_t>(row)].Position;
+    return positions;
+}
+
+int frmExplorerList::currentPosition() const {
+    const int place = lvListView_->currentPlace();
+    if (place < 0)
+        return -1;
+    const int row = model_.list.shown[static_cast<size_t>(place)];
+    return model_.list.rows[static_cast<size_t>(row)].Position;
+}
+
+void frmExplorerList::headerChosen(int column) {
+    const std::vector<int> selected = selectedPositions();
+    const int current = currentPosition();
+    model_.list.headerClicked(column);
+    orderChanged(selected, current);
+    lvListView_->showColumns();
+}
+
+void frmExplorerList::filterChanged() {
+    const std::vector<int> selected = selectedPositions();
+    const int current = currentPosition();
+    model_.setFilter(txtQuickFilter_->text());
+    orderChanged(selected, current);
+    showRowCount();
+}
+
+/// Rows that are still in view stay selected; the others are not.
+void frmExplorerList::orderChanged(const std::vector<int>& selected, int current) {
+    const BusyScope busy;
+    const VariableList& list = model_.list;
+    lvListView_->listChanged();
+    std::vector<bool> wanted(list.rows.size());
+    for (const int position : selected)
+        wanted[static_cast<size_t>(position)] = true;
+    std::vector<int> places;
+    int currentPlace = -1;
+    for (size_t place = 0; place < list.shown.size(); ++place) {
+        const int position = list.rows[static_cast<size_t>(list.shown[place])].Position;
+        if (wanted[static_cast<size_t>(position)])
+            places.push_back(static_cast<int>(place));
+        if (position == current)
+            currentPlace = static_cast<int>(place);
+    }
+    lvListView_->selectPlaces(places, currentPlace);
+    model_.list.selectedRow = rowToShow();
+}
+
+void frmExplorerList::showRowCount() {
+    const QString all = QString::number(model_.list.rows.size());
+    const QString shown = QString::number(model_.list.shown.size());
+    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) +
+                          u' ' + TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
+    // An entry without variables is no fault, and says nothing.
+    lvListView_->setHint(!model_.selectedNode()
+                             ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
+                         : model_.list.rows.empty() ? QString()
+                                                    : TranslateText(u"Zum Schnellfilter passt keine Variable."_s));
+}
+
+void frmExplorerList::refreshTitles() {
+    lvListView_->setAccessibleName(TranslateText(u"Variablen"_s));
+    txtQuickFilter_->setPlaceholderText(TranslateText(u"Name, Label oder Fragetext enthält …"_s));
+    txtQuickFilter_->setAccessibleName(TranslateText(u"Schnellfilter der Variablenliste"_s));
+    txtQuickFilter_->setToolTip(txtQuickFilter_->accessibleName() +
+                                u" (%1)"_s.arg(QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText)));
+    showRowCount();
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "explorer/ExplorerModel.h"
+
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+class CatalogueTreeModel;
+class QLabel;
+class QTreeView;
+
+/// The left side of the explorer: the tree of its view, and above it the entries that no way leads to.
+class frmExplorerTree : public QWidget {
+public:
+    /// @param model not owned
+    explicit frmExplorerTree(ExplorerModel& model);
+
+    /// The user has chosen the node of that key.
+    std::function<void(const QString& key)> onChosen;
+
+    /// Has the model read the tree of a view, and shows it with nothing selected.
+    void open(int view);
+    void selectNode(const CatalogueNode& node);
+    void scrollToSelected();
+    QTreeView* view() const { return tvTreeView_; }
+    /// Titles beside each other stand on one line.
+    void setTitleHeight(int height);
+    /// Texts in the language in force.
+    void refreshTitles();
+
+private:
+    ExplorerModel& model_;
+    QLabel *lblTitle0_, *lblUnreached_;
+    QTreeView* tvTreeView_;
+    CatalogueTreeModel* treeModel_;
+    std::vector<UnreachedEntry> unreached_; ///< read once, with the tree
+
+    void build();
+    void reportUnreached();
+};
