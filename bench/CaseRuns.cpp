@@ -6,6 +6,7 @@
 
 #include "analysis/AnalysisModel.h"
 #include "catalogue/mdDataBase.h"
+#include "platform/dao/DBEngine.h"
 
 #include <QDir>
 #include <QRegularExpression>

@@ -8,10 +8,11 @@
 #include "Ratios.h"
 #include "SqliteDirect.h"
 
-#include "analysis/request/ComparisonList.h"
+#include "analysis/AnalysisModel.h"
 #include "app/globals.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
+#include "platform/dao/DBEngine.h"
 
 #include <QRegularExpression>
 #include <benchmark/benchmark.h>
@@ -27,7 +28,7 @@ constexpr int cases = 3000;
 /// An analysis window's model with all studies in its comparison.
 struct Comparison {
     AnalysisModel model;
-    ComparisonList list{model};
+    ComparisonList& list = model.comparison();
 
     explicit Comparison(int weight) {
         gOptions.ComparisonWeight = weight;
@@ -40,9 +41,9 @@ struct Comparison {
 
     /// Seconds of a run that computes.
     double run() {
-        model.dtData3.Tag.clear();
         return seconds([this] {
-            if (model.changeTab(1) != RunOutcome::Computed)
+            model.computeAnew();
+            if (model.facts().outcome != RunOutcome::Computed)
                 qFatal("the run did not compute: %d", static_cast<int>(model.facts().outcome));
         });
     }
@@ -102,10 +103,9 @@ private:
 void chooseTwo(AnalysisModel& model) {
     gOptions.ComparisonWeight = 1;
     model.edit().chooseMode(AnalysisMode::Comparison);
-    ComparisonList list(model);
+    ComparisonList& list = model.comparison();
     if (!list.addVariable(u"B1"_s, u"V5"_s) || !list.addVariable(u"B1"_s, u"V6"_s))
         qFatal("a variable is not there");
-    model.applyComparisonEntryChange = {}; // the list goes
 }
 
 } // namespace

@@ -98,8 +98,8 @@ void benchBuilder(const QString& folder) {
                                                       .options = {},
                                                       .cancelled = {},
                                                       .onFailure = {}};
-                            if (BuildCrosstabTable({tables[0], tables[1], tables[2], tables[3], tables[4]}, input,
-                                                   false) != BuildOutcome::Complete)
+                            if (BuildCrosstabTable({tables[0], tables[1], tables[2], tables[3], tables[4]}, input) !=
+                                BuildOutcome::Complete)
                                 qFatal("the builder did not come to its end");
                         }));
     std::printf("crosstab builder, 25,000 cells of %d x %d values: %.1f ms\n", tables[0].Rows() - 5,

@@ -22,10 +22,12 @@ CaseRuns::Choose statistics(const QString& variable, WeightKind weight, bool gro
         model.edit().chooseMode(AnalysisMode::Descriptives);
         model.edit().chooseVariable(variable);
         model.edit().chooseVariable2(u"V5"_s);
-        model.request().chkDescGroup = grouped;
         model.edit().chooseWeight(weight);
-        model.request().dtDesc = u"32766"_s;
-        model.request().dtDescDigits = u"2;2;2;2;2;2;2;2;2;2;2;2;2;2;"_s;
+        model.edit().change(RequestPart::Statistics, [=](AnalysisRequest& request) {
+            request.chkDescGroup = grouped;
+            request.dtDesc = u"32766"_s;
+            request.dtDescDigits = u"2;2;2;2;2;2;2;2;2;2;2;2;2;2;"_s;
+        });
     };
 }
 
@@ -33,7 +35,7 @@ const struct {
     const char* name;
     CaseRuns::Choose choose;
 } requests[] = {{"descriptives unweighted", statistics(u"V6"_s, WeightKind::noWeight)},
-                {"descriptives of broken numbers", statistics(u"W"_s, WeightKind::noWeight)},
+                {"descriptives of fractional numbers", statistics(u"W"_s, WeightKind::noWeight)},
                 {"descriptives weighted", statistics(u"V6"_s, WeightKind::WeightRE)},
                 {"descriptives weighted by groups", statistics(u"V6"_s, WeightKind::WeightRE, true)}};
 

@@ -31,9 +31,10 @@ struct OpenConnections {
     std::map<sqlite3*, Connection*> byHandle;
 };
 
+/// Never destroyed: a catalogue that is open to the end of the program is closed after every other object has gone.
 OpenConnections& openConnections() {
-    static OpenConnections connections;
-    return connections;
+    static auto* const open = new OpenConnections;
+    return *open;
 }
 
 qint64 milliseconds() {
