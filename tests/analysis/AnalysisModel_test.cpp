@@ -81,7 +81,10 @@ TEST_F(Analysis, OffersWhatTheStudyHas) {
     EXPECT_TRUE(model_.edit().StudyClick(u"QX1919"_s));
     EXPECT_EQ(r.dbcVariable.value, u"V5"_s);
     EXPECT_EQ(r.Option3, WeightKind::noWeight);
+    model_.edit().chooseFilterText(u"V7=1"_s);
     EXPECT_TRUE(model_.edit().StudyClick(u"QX2020"_s));
+    EXPECT_EQ(r.optFilter, FilterKind::noFilter) << "the filter was another study's";
+    EXPECT_EQ(r.txtFilter, u""_s);
     EXPECT_TRUE(r.dbcVariable.isEmpty() && r.dtTable.isEmpty() && r.dtMissing.isEmpty());
     EXPECT_FALSE(model_.view().Option3[1] || model_.view().optFilter[1] || model_.view().dbcPartsShown);
     EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightRE) ||
@@ -434,6 +437,48 @@ TEST_F(Analysis, ShowsNoTableTwiceThatWasCutShort) {
         EXPECT_FALSE(model_.result().lblLabel.contains(u"(N="_s));
     }
     EXPECT_EQ(asker_.texts(), QStringList(2, u"25000 Zeilen erreicht, Abbruch"_s));
+}
+
+/// The user's Stop reaches a statement that the engine is still counting, not only the table that is made of it.
+TEST_F(Analysis, GivesTheUserItsTurnWhileAStatementRuns) {
+    catalogue_.addStudy(u"QX6"_s, u"Viele Fälle"_s);
+    catalogue_.addVariable(u"QX6"_s, u"V1"_s, u"QX6_1"_s);
+    std::vector<std::vector<dao::Value>> cases;
+    for (int i = 1; i <= 20000; ++i)
+        cases.push_back({i % 5});
+    catalogue_.addCases(u"QX6"_s, u"QX6_1"_s, {dao::TableDef::CreateField(u"V1"_s, dao::dbDouble)}, cases);
+    open(u"QX6"_s, u"V1"_s);
+    bool counting = false;
+    setHook([&](RunHooks& hooks) {
+        hooks.onStatement = [&](const QString& name, const QString&) { counting = name == "counts"_L1; };
+    });
+    asker_.onEventTurn = [&] {
+        if (counting)
+            model_.stop();
+    };
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
+    EXPECT_EQ(model_.tableState(), TableState::None) << "no table was begun";
+    EXPECT_TRUE(asker_.boxes.empty());
+    asker_.onEventTurn = nullptr;
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(cells(), u"0:4000 1:4000 2:4000 3:4000 4:4000 :20000 :20000"_s);
+}
+
+TEST_F(Analysis, WhoListensHearsWhatAChangeIsAboutUntilItForgets) {
+    open();
+    std::vector<RequestPart> heard, heardByOther;
+    const int listener = model_.edit().listen([&](RequestPart part) { heard.push_back(part); });
+    model_.edit().listen([&](RequestPart part) { heardByOther.push_back(part); });
+    model_.edit().chooseWeight(WeightKind::WeightRE);
+    model_.edit().chooseVariable(u"V7"_s);
+    model_.edit().chooseMode(AnalysisMode::Descriptives);
+    EXPECT_EQ(heard, (std::vector{RequestPart::Weight, RequestPart::Variables, RequestPart::Mode}));
+    model_.edit().forget(listener);
+    model_.edit().StudyClick(u"QX2020"_s);
+    EXPECT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heardByOther.back(), RequestPart::Study);
+    EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightHH));
+    EXPECT_EQ(heardByOther.size(), 4u) << "what is refused changes nothing";
 }
 
 TEST_F(Analysis, LogsTheStatementThatTheTrapGaveUp) {

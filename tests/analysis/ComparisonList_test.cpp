@@ -107,6 +107,21 @@ TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {
     EXPECT_FALSE(model_.view().cmd_SaveTrend);
 }
 
+TEST_F(Comparisons, AnEntryNeedsAVariableAndTheWeightThatIsAskedFor) {
+    open();
+    EXPECT_FALSE(list_.cmd_AddTrend());
+    EXPECT_EQ(asker_.lastText(), u"Keine Variable ausgewählt"_s);
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    model_.edit().chooseUserWeight();
+    EXPECT_FALSE(list_.cmd_AddTrend());
+    EXPECT_EQ(asker_.lastText(), u"Gewichtungsvariable auswählen"_s);
+    EXPECT_TRUE(list_.entries().isEmpty());
+    model_.edit().chooseWeight(WeightKind::WeightUser, u"V3"_s);
+    EXPECT_TRUE(list_.cmd_AddTrend());
+    EXPECT_EQ(list_.entries()[0].at(ComparisonEntry::Weight), u"V3"_s);
+}
+
 TEST_F(Comparisons, ARunCountsEachEntryAndTellsWhatHasGone) {
     open();
     addTwo();

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "support/SurveyFileMaker.h"
 #include "catalogue/CatalogueImport.h"
 #include "platform/dao/DBEngine.h"
+#include "support/SurveyFileMaker.h"
 #include "support/TestHome.h"
 
 #include <QMap>

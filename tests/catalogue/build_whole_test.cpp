@@ -1,12 +1,12 @@
 // A build is whole or leaves everything as it was, whatever goes wrong and whenever it ends.
 
-#include "support/SurveyFileMaker.h"
 #include "catalogue/ArchiveBuilder.h"
 #include "catalogue/BuildFolder.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/ImportGuard.h"
 #include "platform/dao/DBEngine.h"
 #include "support/PrintQt.h"
+#include "support/SurveyFileMaker.h"
 #include "support/TestHome.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "support/SurveyFileMaker.h"
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/SurveyReader.h"
 #include "catalogue/dtaCharacteristics.h"
+#include "support/SurveyFileMaker.h"
 #include "support/TestHome.h"
 
 #include <QFile>
