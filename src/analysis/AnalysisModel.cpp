@@ -2,6 +2,7 @@
 
 #include "analysis/runRequest.h"
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
@@ -43,8 +44,7 @@ AnalysisModel::AnalysisModel() {
 
 void AnalysisModel::open() {
     editor_.open();
-    result_.clear();
-    result_.views = false;
+    result_ = {};
     tab_ = 0;
 }
 
@@ -119,8 +119,12 @@ void AnalysisModel::run() {
             onRun_();
         // While a run goes on nothing is shown; after a failure that it doesn't deal with itself nothing is left.
         TableResult before = std::exchange(result_, {});
+        const Marks marks = before.marks;
         result_.run.outcome = RunOutcome::Refused;
-        trapped([&] { result_ = runRequest(editor_, gOptions, hooks_, std::exchange(before, {})); });
+        trapped([&] {
+            before.marks = marks; // also where it is tried again
+            result_ = runRequest(editor_, gOptions, hooks_, std::exchange(before, {}));
+        });
     }
     // What is said of a file that can't be reached stays so for the rest of the program.
     gOptions.DataOnCD = true;
@@ -161,9 +165,10 @@ void AnalysisModel::carryMarks() {
         return;
     result_.marks = result_.marksInForce();
     AnalysisRequest shown = result_.facts->request;
-    // Marks belong to values, whichever axis these stand on.
+    // Marks belong to values, whichever axis these stand on and whatever the table is called.
     shown.chkFlipXtab = request().chkFlipXtab;
     shown.bCreationMode = request().bCreationMode;
+    shown.txtTitle = request().txtTitle;
     const bool kept = result_.marks.by == Marks::By::Hand && asksTheSame(shown, request(), gOptions);
     editor_.change(RequestPart::Missing, [kept](AnalysisRequest& r) { r.bUserMissing = kept; });
     result_.computation.ResultCacheKey.clear();
@@ -175,7 +180,8 @@ bool AnalysisModel::isInOtherLanguage() const {
         translated.language == gLanguage)
         return false;
     translated.language = gLanguage;
-    return translated == currentPlace(gOptions) && asksTheSame(result_.facts->request, request(), gOptions) &&
+    return translated == placeOf(gDatabase.CurrentDatabase(), gOptions) &&
+           asksTheSame(result_.facts->request, request(), gOptions) &&
            showsTheSame(request().mode, result_.facts->origin.options, gOptions);
 }
 
@@ -184,7 +190,7 @@ void AnalysisModel::optionsApplied() {
 }
 
 TableState AnalysisModel::tableState() const {
-    return ::tableState(result_, request(), gOptions, currentPlace(gOptions));
+    return ::tableState(result_, request(), gOptions, placeOf(gDatabase.CurrentDatabase(), gOptions));
 }
 
 void AnalysisModel::chooseValues(int view) {

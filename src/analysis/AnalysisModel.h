@@ -35,7 +35,6 @@ public:
     const AnalysisRequest& request() const { return editor_.request(); }
     /// The way to change the request.
     RequestEditor& edit() { return editor_; }
-    const RequestEditor& edit() const { return editor_; }
     ComparisonList& comparison() { return comparison_; }
     /// What the run's pass would say to a filter text; asks no engine and attaches nothing.
     FilterResult checkFilter(const QString& text) const;
@@ -58,7 +57,7 @@ public:
     /// Options were applied: marks count no more at the next run.
     void optionsApplied();
 
-    /// A run begins; nothing without one.
+    /// A run is asked for, which its checks may refuse yet; nothing without one.
     void onRun(std::function<void()> listener) { onRun_ = std::move(listener); }
     /// What a run may ask of the window. Whether it is cancelled is this model's.
     void setHooks(RunHooks hooks);

@@ -114,7 +114,7 @@ void frmAuswertungTable::showRunning() {
 
 QStringList frmAuswertungTable::whatItStandsOn() const {
     const TableResult& result = model_.result();
-    return result.facts ? standsOn(*result.facts, result.marks) + result.notes() : QStringList();
+    return result.facts ? result.notes() + standsOn(*result.facts, result.marks) : QStringList();
 }
 
 /// Every change of the request may leave the table behind it.
@@ -143,20 +143,23 @@ void frmAuswertungTable::showTable() {
 
 /// A comparison of many entries has a line for each: the table needs the room more, above all with large type.
 void frmAuswertungTable::showFacts() {
-    const QStringList lines = whatItStandsOn();
+    // What is to be known of the numbers is never cut.
+    const TableResult& result = model_.result();
+    const QStringList notes = result.facts ? result.notes() : QStringList();
+    const QStringList lines = result.facts ? standsOn(*result.facts, result.marks) : QStringList();
     const int room = window_.height() / 5, width = page_->contentsRect().width();
     const auto first = [&](qsizetype most) {
         if (lines.size() <= most)
-            return lines.join(u'\n');
+            return (notes + lines).join(u'\n');
         const QString rest =
             u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
-        return (lines.first(most - 1) << rest).join(u'\n');
+        return (notes + lines.first(most - 1) << rest).join(u'\n');
     };
     qsizetype most = 4;
     lblFacts_->setText(first(most));
     while (most > 2 && lines.size() > 1 && lblFacts_->heightForWidth(width) > room)
         lblFacts_->setText(first(--most));
-    lblFacts_->setToolTip(lines.size() > most ? Qt::convertFromPlainText(lines.join(u'\n')) : QString());
+    lblFacts_->setToolTip(lines.size() > most ? Qt::convertFromPlainText((notes + lines).join(u'\n')) : QString());
 }
 
 void frmAuswertungTable::showState() {

@@ -12,6 +12,9 @@ namespace {
 /// How often tables are made of data that somebody else is writing.
 constexpr int mostRounds = 3;
 
+const QString writtenMeanwhile =
+    u"Katalog oder Auswertungsdateien werden gerade geschrieben. Bitte später noch einmal rechnen."_s;
+
 /// Why there can be no run, and whether what is shown goes with it.
 struct Refusal {
     QString text;
@@ -28,56 +31,80 @@ std::optional<Refusal> refusalOf(const AnalysisRequest& r) {
         return Refusal{u"Bitte eine Variable auswählen"_s, true};
     if (r.mode == AnalysisMode::Crosstab && (r.dtTable2.isEmpty() || r.dtField2.isEmpty()))
         return Refusal{u"Bitte eine zweite Variable auswählen"_s, true};
-    // Without a variable nothing would be weighted, whatever the choice says.
-    if (r.Option3 == WeightKind::WeightUser && r.weightVariable().isEmpty())
+    // Without a variable nothing would be weighted, and without a part nothing left out, whatever the choice says.
+    if (r.Option3 != WeightKind::noWeight && r.weightVariable().isEmpty())
         return Refusal{u"Gewichtungsvariable auswählen"_s};
+    if (r.optFilter == FilterKind::FilterParts && r.dbcParts.isEmpty())
+        return Refusal{u"Datensatz-Teil nicht gefunden"_s};
     if (r.mode == AnalysisMode::Crosstab && r.dbcVariable.value.compare(r.dbcVariable2.value, Qt::CaseInsensitive) == 0)
         return Refusal{u"Doppelte Variablen"_s};
     return std::nullopt;
+}
+
+/// After a failure whose message has been shown.
+TableResult refused(TableResult result, const AnalysisRequest& request) {
+    result.run = {.outcome = RunOutcome::Refused, .q = {}, .counts = {}};
+    result.request = request;
+    return result;
 }
 
 TableResult refused(TableResult result, const AnalysisRequest& request, const Refusal& refusal) {
     ui::asker().messageBox({.text = TranslateText(refusal.text), .icon = ui::Icon::Exclamation});
     if (refusal.clears)
         result.clear();
-    result.run = {.outcome = RunOutcome::Refused, .q = {}, .counts = {}};
-    result.request = request;
-    return result;
+    return refused(std::move(result), request);
+}
+
+/// The same hooks, but each question is asked once, however often tables are made.
+RunHooks askingOnce(RunHooks hooks) {
+    if (hooks.askMissing)
+        hooks.askMissing = [ask = hooks.askMissing,
+                            answer = std::optional<std::optional<MissingAnswer>>()](const QString& sMissing) mutable {
+            if (!answer)
+                answer = ask(sMissing);
+            return *answer;
+        };
+    hooks.acceptsLost = [ask = hooks.acceptsLost, accepted = QStringList()](const QString& lost) mutable {
+        if (!accepted.contains(lost) && !ask(lost))
+            return false;
+        accepted << lost;
+        return true;
+    };
+    return hooks;
 }
 
 } // namespace
 
-ResultPlace currentPlace(const Options& options) {
-    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
-    return {database ? database->Name() : QString(), options.DataPath, gLanguage};
-}
-
 TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before) {
     ui::asker().setPointer(ui::Pointer::Wait);
+    const RunHooks once = askingOnce(hooks);
     TableResult result = std::move(before);
-    for (int round = 1; round <= mostRounds; ++round) {
-        editor.refresh();
+    for (int round = 1;; ++round) {
+        if (!editor.refresh()) {
+            result = refused(std::move(result), editor.request());
+            break;
+        }
         if (const std::optional<Refusal> refusal = refusalOf(editor.request())) {
             result = refused(std::move(result), editor.request(), *refusal);
             break;
         }
+        // Each round is of the request that was asked: what a round has left in it is none of the next one's.
         result = CreateSQL({.request = editor.request(),
                             .options = options,
                             .catalogue = gDatabase.CurrentDatabase(),
                             .studies = studyQuerySource(),
                             .stamp = editor.stamp(),
-                            .hooks = hooks},
+                            .hooks = once},
                            std::move(result));
-        editor.replace(result.request);
         if (!result.changedMeanwhile)
             break;
+        if (round == mostRounds) {
+            result = refused(std::move(result), editor.request(), {writtenMeanwhile, true});
+            break;
+        }
         result.computation.ResultCacheKey.clear();
-        if (round == mostRounds)
-            result = refused(
-                std::move(result), editor.request(),
-                {u"Katalog oder Auswertungsdateien werden gerade geschrieben. Bitte später noch einmal rechnen."_s,
-                 true});
     }
+    editor.replace(result.request);
     ui::asker().setPointer(ui::Pointer::Default);
     return result;
 }

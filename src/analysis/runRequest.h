@@ -8,6 +8,3 @@
 /// they were read, fields are read and tables made again. Afterwards the editor has the request as the run left it.
 /// @param before what is shown; see CreateSQL()
 TableResult runRequest(RequestEditor& editor, const Options& options, const RunHooks& hooks, TableResult before);
-
-/// Where numbers and words of a table come from now.
-ResultPlace currentPlace(const Options& options);

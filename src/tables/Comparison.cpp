@@ -9,6 +9,7 @@
 #include "tables/missing.h"
 
 #include <QHash>
+#include <QSet>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -46,6 +47,7 @@ private:
     /// Rows of values, by their place in the order of arrival. Each entry has its own spelling of a text, and the
     /// engine takes no notice of case: the keys are folded.
     QHash<QString, size_t> byValue_;
+    QSet<QString> looks_;       ///< texts of the rows without the blanks around them
     size_t nullRow_ = none;     ///< the row of system-missing; its value cell is empty as that of an empty text is
     std::vector<size_t> order_; ///< rows as the table shows them
     std::vector<QString> sums_, valid_; ///< the two rows below the values
@@ -55,6 +57,7 @@ private:
     void read();
     void add(const dao::Value& value, double count);
     size_t newRow(const dao::Value& value, const QString& text);
+    void noteLook(const QString& text);
     QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
     void place(size_t row, const dao::Value& value, const QString& text);
@@ -87,6 +90,8 @@ void ColumnBuilder::read() {
             nullRow_ = rows_.size() - 1;
         else if (!byValue_.contains(value))
             byValue_.insert(value, rows_.size() - 1);
+        if (row != shape.nullRow)
+            looks_.insert(value.trimmed());
     }
     sums_ = take(shape.sumRow);
     valid_ = take(shape.validRow);
@@ -109,6 +114,14 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
     rows_[row].counted = true;
 }
 
+/// Blanks around a text can't be seen.
+void ColumnBuilder::noteLook(const QString& text) {
+    const QString look = dao::foldedText(text).trimmed();
+    if (looks_.contains(look))
+        table_.addNote({u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}});
+    looks_.insert(look);
+}
+
 QString ColumnBuilder::labelOfNewRow(const dao::Value& value) const {
     const QString unlabelled = value.isNull() ? systemMissing : QString();
     if (!in_.HeaderValFirst)
@@ -127,8 +140,11 @@ size_t ColumnBuilder::newRow(const dao::Value& value, const QString& text) {
         value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));
     row.cells[ValueColumn] = text;
     row.cells[LabelColumn] = labelOfNewRow(value);
-    const AxisMarks::Value* byHand = in_.marks ? in_.marks->rows.find(value) : nullptr;
+    const AxisMarks::Value* byHand =
+        in_.marks ? in_.marks->rows.find(value.isNull() ? std::nullopt : std::optional(text)) : nullptr;
     row.cells[MarkColumn] = byHand ? byHand->mark : missing ? u"X"_s : QString();
+    if (!value.isNull())
+        noteLook(text);
     rows_.push_back(row);
     const size_t added = rows_.size() - 1;
     if (value.isNull())

@@ -252,7 +252,7 @@ void CrosstabBuilder::writeAxes(const std::vector<int>& columns, const std::vect
                     .nullColumn = nullAmong(columns_, columns)};
 }
 
-/// What a table that goes no further shows: all values, so that a new calculation finds their marks.
+/// What a table that goes no further shows: all values with their marks, no number.
 BuildOutcome CrosstabBuilder::leaveAxes(BuildOutcome outcome) {
     if (cellCount() > maxCrosstabCells)
         return outcome;

@@ -29,6 +29,11 @@ QString keyOf(const dao::Value& value) {
     return value.isNull() ? nullKey : dao::foldedText(withoutBlanks(value.toText()));
 }
 
+/// What the axis shows of a value; nothing for system-missing.
+std::optional<QString> shownOnAxis(const dao::Value& value) {
+    return value.isNull() ? std::nullopt : std::optional(withoutBlanks(value.toText()));
+}
+
 bool isNumber(const dao::Value& value) {
     return value.kind() == dao::Value::Kind::Integer || value.kind() == dao::Value::Kind::Double;
 }
@@ -44,12 +49,11 @@ bool CrosstabAxis::isMissing(const dao::Value& value) const {
     return value.isNull() || (value.isNumeric() && definition_.contains(value.toDouble()));
 }
 
-/// Missing values stay out unless they are asked for, by definition or because a hand has marked this axis: the value
-/// that it marked, or took a mark from, is there to be marked again.
+/// Values that are missing by definition stay out unless they are asked for, or a hand has made them valid.
 bool CrosstabAxis::isTaken(const dao::Value& value, bool labelled) const {
     if (rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !labelled) || !isMissing(value))
         return true;
-    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(value) : nullptr;
+    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(shownOnAxis(value)) : nullptr;
     return byHand && !byHand->missing();
 }
 
@@ -74,7 +78,7 @@ bool CrosstabAxis::takeRecord() {
 }
 
 void CrosstabAxis::add(const dao::Value& value, const QString& key, const std::optional<QString>& label) {
-    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(value) : nullptr;
+    const AxisMarks::Value* byHand = rules_.marks ? rules_.marks->find(shownOnAxis(value)) : nullptr;
     Entry entry{.value = withoutBlanks(value.toText()),
                 .label = rules_.noLabels ? QString() : label.value_or(QString()),
                 .mark = byHand             ? byHand->mark

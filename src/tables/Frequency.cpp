@@ -21,6 +21,11 @@ enum Column { Wert, Auspraegung, Missing, Anzahl, Prozent, GueltProzent, KumulPr
 constexpr int rowHeight = 228;
 constexpr std::array<int, 7> firstWidths{500, 2000, 800, 800, 800, 800, 800};
 
+/// What a value's cell shows; nothing for system-missing, whose cell is as empty as that of an empty text.
+std::optional<QString> shownText(const dao::Value& value) {
+    return value.isNull() ? std::nullopt : std::optional(value.toText());
+}
+
 class FrequencyBuilder {
 public:
     FrequencyBuilder(ResultTable& table, const FrequencyInput& input)
@@ -32,7 +37,8 @@ private:
     ResultTable& table_;
     const FrequencyInput& in_;
     const AxisMarks* marks_ = nullptr; ///< that decide in place of the definition
-    QHash<QString, size_t> met_;       ///< values that looked alike so far, by their text
+    QHash<QString, size_t> met_;       ///< values of a text so far
+    QHash<QString, int> looks_;        ///< values that look alike so far: blanks around a text can't be seen
     std::optional<MissingDefinition> definition_;
     ColumnWidths widths_;
     std::vector<double> sortKeys_;
@@ -72,7 +78,8 @@ bool FrequencyBuilder::holdsValues(const AxisMarks& marks) {
             continue;
         ++rows;
         const dao::Value value = in_.counts.value(0);
-        if (++arriving[AxisMarks::lookOf(value)] > marks.count(value))
+        const std::optional<QString> text = shownText(value);
+        if (++arriving[AxisMarks::keyOf(text)] > marks.count(text))
             return false;
     }
     return rows == marks.values().size();
@@ -178,8 +185,9 @@ bool FrequencyBuilder::fillRow(int row) {
 
 /// A value is missing by hand or by definition; of several that look alike each has its own mark.
 void FrequencyBuilder::mark(int row, const dao::Value& value) {
-    const size_t nth = met_[AxisMarks::lookOf(value)]++;
-    if (nth > 0)
+    const std::optional<QString> text = shownText(value);
+    const size_t nth = met_[AxisMarks::keyOf(text)]++;
+    if (text && looks_[dao::foldedText(text->trimmed())]++ > 0)
         table_.addNote({u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}});
     if (!marks_) {
         const bool missing =
@@ -187,7 +195,7 @@ void FrequencyBuilder::mark(int row, const dao::Value& value) {
         write(Missing, row, missing ? u"X"_s : QString());
         return;
     }
-    const AxisMarks::Value* kept = marks_->find(value, nth);
+    const AxisMarks::Value* kept = marks_->find(text, nth);
     if (!kept)
         return;
     write(Missing, row, kept->mark);

@@ -1,6 +1,7 @@
 #include "tables/Marks.h"
 
 #include "platform/dao/TextOrder.h"
+#include "platform/dao/Value.h"
 #include "tables/ResultTable.h"
 
 #include <algorithm>
@@ -9,13 +10,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// System-missing is kept apart from an empty text, which shows alike.
-const QString nullLook = u"\u0000"_s;
 constexpr int cumulatedColumn = 6;
-
-QString textLook(const QString& text) {
-    return dao::foldedText(text.trimmed());
-}
 
 } // namespace
 
@@ -29,24 +24,24 @@ bool isMarkedColumn(const ResultTable& table, int column) {
            isMark(table.Cell(column, markRow));
 }
 
-QString AxisMarks::lookOf(const dao::Value& value) {
-    return value.isNull() ? nullLook : textLook(value.toText());
+QString AxisMarks::keyOf(const std::optional<QString>& shown) {
+    return shown ? dao::foldedText(*shown) : u"\u0000"_s;
 }
 
 void AxisMarks::add(Value value) {
-    places_[value.null ? nullLook : textLook(value.value)].append(static_cast<int>(values_.size()));
+    places_[keyOf(value.null ? std::nullopt : std::optional(value.value))].append(static_cast<int>(values_.size()));
     values_.push_back(std::move(value));
 }
 
-const AxisMarks::Value* AxisMarks::find(const dao::Value& value, size_t nth) const {
-    const auto places = places_.constFind(lookOf(value));
+const AxisMarks::Value* AxisMarks::find(const std::optional<QString>& shown, size_t nth) const {
+    const auto places = places_.constFind(keyOf(shown));
     if (places == places_.constEnd() || static_cast<qsizetype>(nth) >= places->size())
         return nullptr;
     return &values_[static_cast<size_t>(places->at(static_cast<qsizetype>(nth)))];
 }
 
-size_t AxisMarks::count(const dao::Value& value) const {
-    return static_cast<size_t>(places_.value(lookOf(value)).size());
+size_t AxisMarks::count(const std::optional<QString>& shown) const {
+    return static_cast<size_t>(places_.value(keyOf(shown)).size());
 }
 
 QStringList AxisMarks::missing() const {

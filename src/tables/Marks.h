@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/dao/Value.h"
-
 #include <QHash>
+#include <QList>
 #include <QStringList>
 #include <optional>
 #include <vector>
@@ -36,16 +35,17 @@ public:
         bool missing() const { return isMark(mark); }
     };
 
-    /// Equal for values that the engine takes for one and for those that look alike in a table.
-    static QString lookOf(const dao::Value& value);
+    /// Equal for texts that differ in the case of their letters only; nothing, which is system-missing, equals no text.
+    static QString keyOf(const std::optional<QString>& shown);
 
     void add(Value value);
     const std::vector<Value>& values() const { return values_; }
-    /// What is known of a value, however it is spelled; null where it is not among these. Values that look alike
-    /// follow each other. @param nth of those that look alike, from 0
-    const Value* find(const dao::Value& value, size_t nth = 0) const;
-    /// How many values look like this one.
-    size_t count(const dao::Value& value) const;
+    /// What is known of a value, whatever the case of its letters; null where it is not among these.
+    /// @param shown its text as the table shows it, nothing for system-missing
+    /// @param nth of several values with that text, from 0
+    const Value* find(const std::optional<QString>& shown, size_t nth = 0) const;
+    /// How many values have that text.
+    size_t count(const std::optional<QString>& shown) const;
     /// The values that are missing, those without a text by their label.
     QStringList missing() const;
 
@@ -53,7 +53,7 @@ public:
 
 private:
     std::vector<Value> values_;
-    QHash<QString, QList<int>> places_; ///< by folded text
+    QHash<QString, QList<int>> places_; ///< by folded text; system-missing by a key that no text is
 };
 
 /// The missing values of a table, and who says that they are: a definition or a hand. They belong to values, not to

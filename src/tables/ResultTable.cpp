@@ -45,13 +45,6 @@ void ResultTable::Clear() {
     markedBy = Marks::By::Definition;
 }
 
-void ResultTable::swapRows(int a, int b) {
-    if (a == b || cols_ == 0)
-        return;
-    const auto first = cells_.begin() + static_cast<std::ptrdiff_t>(index(0, a));
-    std::swap_ranges(first, first + cols_, cells_.begin() + static_cast<std::ptrdiff_t>(index(0, b)));
-}
-
 void ResultTable::orderRows(int first, const std::vector<int>& order) {
     if (cols_ == 0 || std::is_sorted(order.begin(), order.end()))
         return;

@@ -49,8 +49,6 @@ public:
     int ColAlignment(int column) const { return colAlignments_[static_cast<size_t>(column)]; }
     void setColAlignment(int column, int alignment) { colAlignments_[static_cast<size_t>(column)] = alignment; }
 
-    /// Exchanges two rows across all columns.
-    void swapRows(int a, int b);
     /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
     void orderRows(int first, const std::vector<int>& order);
     /// Takes a column or row out, with its width or height; the shape follows.

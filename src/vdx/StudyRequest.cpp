@@ -6,6 +6,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 #include "platform/system/Paths.h"
+#include "platform/ui/Asker.h"
 
 #include <QFileInfo>
 
@@ -161,7 +162,11 @@ RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) cons
 
 TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks) {
     RunHooks own = hooks;
-    own.refuseLostFilter = true;
+    own.acceptsLost = [](const QString& lost) {
+        ui::asker().messageBox({.text = TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost,
+                                .icon = ui::Icon::Exclamation});
+        return false;
+    };
     TableResult result = runRequest(editor, gOptions, own, {});
     for (const QString& note : result.notes())
         session.say(result.lblLabel + u": "_s + note);

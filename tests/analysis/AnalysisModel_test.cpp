@@ -279,9 +279,8 @@ TEST_F(Analysis, EndsQuietlyWhenTheUserTurnsAway) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(cells(), u"1:3 2:3 :6 :6"_s);
     model_.open();
-    EXPECT_EQ(model_.result().mfgGrid.Cell(0, 1) + model_.result().lblLabel +
-                  model_.result().computation.ResultCacheKey,
-              u""_s);
+    EXPECT_EQ(model_.tableState(), TableState::None);
+    EXPECT_EQ(model_.result().lblLabel + model_.result().computation.ResultCacheKey, u""_s);
 }
 
 TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
@@ -318,10 +317,12 @@ TEST_F(Analysis, FindsTheFileOfATableAnewAtEachRun) {
 
 TEST_F(Analysis, ChecksAndPreparesEveryMode) {
     open();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     model_.edit().chooseMode(AnalysisMode::Crosstab);
     EXPECT_TRUE(model_.view().secondVariable);
     model_.changeTab(1);
     expectEnded(u"Bitte eine zweite Variable auswählen"_s);
+    EXPECT_EQ(model_.tableState(), TableState::None);
     model_.edit().chooseVariable2(u"V5"_s);
     model_.changeTab(1);
     expectEnded(u"Doppelte Variablen"_s);
@@ -374,6 +375,10 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
         r.txtTitle = u"Trend"_s;
     });
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    // With a weight of V3 V9 < 50 leaves the cases 1, 2 and 6: 0.5, 1.5 and 1, of which 1 is system-missing.
+    const std::vector<TableFacts::Round>& rounds = model_.result().facts->rounds;
+    EXPECT_EQ(rounds[0].cases, (StatedCases{u"3"_s, u"2"_s}));
+    EXPECT_EQ(rounds[1].cases, (StatedCases{u"3"_s, u"3"_s}));
     const ResultTable& table = model_.result().mfgGrid;
     EXPECT_EQ(table.Cell(3, 0), u"QX1919, V5, 1919, Welle 1 (G. V3) (F. V9<50)"_s);
     EXPECT_EQ(table.Cell(4, 0), u"QX2020, V7, 2020, "_s);
@@ -385,7 +390,12 @@ TEST_F(Analysis, RunsAComparisonEntryByEntry) {
     EXPECT_EQ(model_.result().computation.ResultCacheKey, u"TRENDQX1919V5V3V9<50QX2020V7"_s);
     EXPECT_EQ(model_.result().lblLabel, u"Vergleichsauswertung: Trend"_s);
     EXPECT_EQ(model_.request().optFilter, FilterKind::noFilter);
+    EXPECT_EQ(model_.request().dtMissing + model_.request().dtYear, u"91919"_s)
+        << "the variable of the window is still V5 of QX1919";
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    change([](AnalysisRequest& r) { r.txtTitle = u"Anderer Titel"_s; });
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    EXPECT_EQ(model_.result().lblLabel, u"Vergleichsauswertung: Anderer Titel"_s);
     // What was counted in a file that lies elsewhere now, or beside a table's own, is counted anew: here that of
     // the second entry, and that of the first one's filter.
     ASSERT_TRUE(QFile::rename(catalogue_.caseFile(u"QX2020"_s), home_.path(u"archive/QX2020.mdb"_s)));

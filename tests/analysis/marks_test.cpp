@@ -196,6 +196,125 @@ TEST_F(HandMarks, OfARunThatWasStoppedAreTakenByTheNextOneOfTheSameTableAndByNoO
     }
 }
 
+TEST_F(HandMarks, OfAStoppedRunAreNoneForAnotherStudyWeightOrAfterOptions) {
+    const auto stopped = [this](AnalysisMode mode) {
+        markOne(mode);
+        stopAtTurn(0);
+        calculate();
+        asker_.onEventTurn = nullptr;
+        ASSERT_EQ(model_.facts().outcome, RunOutcome::Cancelled);
+    };
+    const auto nothingByHand = [this] {
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        EXPECT_FALSE(rows().contains(u"1"_s));
+    };
+    stopped(AnalysisMode::Frequency);
+    model_.edit().StudyClick(u"QX2020"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    nothingByHand();
+    model_.edit().StudyClick(u"QX1919"_s);
+    stopped(AnalysisMode::Frequency);
+    model_.optionsApplied();
+    nothingByHand();
+    stopped(AnalysisMode::Comparison);
+    model_.edit().change(RequestPart::Entries,
+                         [](AnalysisRequest& r) { r.lst_TrendVars[0].column[ComparisonEntry::Weight] = u"V3"_s; });
+    nothingByHand();
+    // A check that refuses a run in between changes nothing of what is shown.
+    ask(AnalysisMode::Crosstab);
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    stopAtTurn(0);
+    model_.computeAnew();
+    asker_.onEventTurn = nullptr;
+    EXPECT_EQ(model_.tableState(), TableState::Stopped);
+    model_.edit().chooseUserWeight();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
+    model_.edit().chooseWeight(WeightKind::noWeight);
+    EXPECT_EQ(model_.tableState(), TableState::Stopped);
+}
+
+TEST_F(HandMarks, OfSystemMissingAreNoneOfAnEmptyText) {
+    gOptions.IncludeMissingXTab = true;
+    ask(AnalysisMode::Crosstab);
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    clickRow(QString());
+    calculate();
+    EXPECT_EQ(rows(), QStringList(u"9"_s)) << "system-missing was made valid by hand";
+    EXPECT_TRUE(model_.result().lblLabel.endsWith(u"(N=5)"_s));
+    model_.edit().change(RequestPart::Mode, [](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = true; });
+    model_.computeAnew();
+    EXPECT_EQ(columns(), QStringList(u"9"_s));
+}
+
+TEST_F(HandMarks, ATableThatIsCutShortNamesNoMarksOfAnotherOne) {
+    catalogue_.addStudy(u"QX5"_s, u"Viele Werte"_s);
+    catalogue_.addVariable(u"QX5"_s, u"V5"_s, u"QX5_1"_s, {{"dt_Missing", u"9"_s}});
+    std::vector<std::vector<dao::Value>> cases;
+    for (int i = 1; i <= 25001; ++i)
+        cases.push_back({i});
+    catalogue_.addCases(u"QX5"_s, u"QX5_1"_s, {dao::TableDef::CreateField(u"V5"_s, dao::dbDouble)}, cases);
+    markOne(AnalysisMode::Frequency);
+    calculate();
+    const auto words = [this] { return standsOn(*model_.result().facts, model_.result().marks).join(u' '); };
+    ASSERT_TRUE(words().contains(u"von Hand gesetzt: SYSMIS; 1; 9"_s));
+    model_.edit().refresh();
+    ASSERT_TRUE(model_.edit().StudyClick(u"QX5"_s));
+    model_.edit().chooseVariable(u"V5"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Truncated);
+    EXPECT_EQ(model_.tableState(), TableState::CutShort);
+    EXPECT_TRUE(words().endsWith(u"Missing-Definition: 9"_s)) << words().toStdString();
+}
+
+/// What each mode's table looks at, and nothing else, makes it one of other options.
+TEST_F(HandMarks, ATableIsOfOtherOptionsWhereOneThatItShowsHasChanged) {
+    using Option = bool Options::*;
+    const std::vector<Option> all{&Options::CumulatedPercent,
+                                  &Options::SeparateValidCases,
+                                  &Options::IncludeMissing,
+                                  &Options::IncludeMissingXTab,
+                                  &Options::IncludeMissingInPercentXTab,
+                                  &Options::IncludeNinXTab,
+                                  &Options::IncludeNinXTabPercent,
+                                  &Options::IncludeNinXTabPercentNFirst,
+                                  &Options::NoColumnLabels,
+                                  &Options::NoRowLabels,
+                                  &Options::ShowValidSums,
+                                  &Options::ShowPercentSign,
+                                  &Options::CommaInPercent,
+                                  &Options::AutoColWidth,
+                                  &Options::HeaderStudy,
+                                  &Options::HeaderVar,
+                                  &Options::HeaderYear,
+                                  &Options::HeaderGroup,
+                                  &Options::HeaderValFirst,
+                                  &Options::HeaderValAddVar,
+                                  &Options::HeaderAddWeight,
+                                  &Options::HeaderAddFilter,
+                                  &Options::AutomaticVariableColumnWidth,
+                                  &Options::EnglishLanguage};
+    const auto of = [&](size_t first, size_t last, std::initializer_list<size_t> more) {
+        std::vector<Option> some(all.begin() + static_cast<std::ptrdiff_t>(first),
+                                 all.begin() + static_cast<std::ptrdiff_t>(last));
+        for (const size_t index : more)
+            some.push_back(all[index]);
+        return some;
+    };
+    const std::pair<AnalysisMode, std::vector<Option>> modes[] = {{AnalysisMode::Frequency, of(0, 3, {12, 13})},
+                                                                  {AnalysisMode::Crosstab, of(3, 14, {})},
+                                                                  {AnalysisMode::Comparison, of(14, 23, {12, 13})}};
+    for (const auto& [mode, looked] : modes) {
+        ask(mode);
+        ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+        for (size_t i = 0; i < all.size(); ++i) {
+            gOptions.*all[i] = !(gOptions.*all[i]);
+            const bool other = std::ranges::find(looked, all[i]) != looked.end();
+            EXPECT_EQ(model_.tableState(), other ? TableState::OtherOptions : TableState::Current)
+                << int(mode) << ' ' << i;
+            gOptions.*all[i] = !(gOptions.*all[i]);
+        }
+    }
+}
+
 TEST_F(HandMarks, EndWithARequestThatHasChanged) {
     markOne(AnalysisMode::Frequency);
     calculate();
@@ -250,6 +369,12 @@ TEST_F(HandMarks, WhatWasSaidOfMissingValuesEndsWithTheMode) {
     model_.setHooks(hooks);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
     EXPECT_EQ(model_.request().sMissing, u"2"_s) << "the next run goes on with it";
+    model_.setHooks({});
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.result().facts->request.sMissing, u"2"_s);
+    model_.setHooks(hooks);
+    model_.edit().change(RequestPart::Statistics, [](AnalysisRequest&) {});
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Cancelled);
     model_.edit().chooseMode(AnalysisMode::Crosstab);
     EXPECT_EQ(model_.request().sMissing, u"9"_s);
     EXPECT_FALSE(model_.request().bUserMissing);

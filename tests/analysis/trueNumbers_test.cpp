@@ -93,18 +93,106 @@ TEST_F(TrueNumbers, ATableIsOfOneStateOfTheCatalogueAndItsCaseFiles) {
     EXPECT_EQ(asker_.lastText(), u"Bitte eine Variable auswählen"_s);
 }
 
+TEST_F(TrueNumbers, MarksAndAnswersHoldThroughTheRoundsOfOneRun) {
+    open();
+    model_.changeTab(1);
+    model_.mfgGrid_Click({2, 2, 2, 2}); // 1
+    int writes = 0;
+    QString label = u"neu"_s;
+    const auto writeOnce = [&] {
+        if (++writes == 1)
+            catalogue_.execute(
+                u"UPDATE tkey_Value SET dt_Label = '%1' WHERE fi_VarName = 'V5' AND dt_Value = '1'"_s.arg(label));
+    };
+    beforeEachCount(writeOnce);
+    asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);
+    model_.cmdCalculate();
+    EXPECT_EQ(writes, 2);
+    EXPECT_EQ(cells(), u"SYSMISX:1 1neuX:2 2unzufrieden:2 9keine AngabeX:1 Summe:6 Gültige Fälle:2"_s);
+    EXPECT_EQ(model_.result().marks.by, Marks::By::Hand);
+    // The dialog of the statistics and the question about a filter come once.
+    model_.edit().chooseMode(AnalysisMode::Descriptives);
+    model_.edit().chooseFilterText(u"V7>0 x"_s);
+    RunHooks hooks = model_.hooks();
+    int dialogs = 0, questions = 0;
+    hooks.askMissing = [&](const QString&) {
+        ++dialogs;
+        return std::optional(MissingAnswer{u"2"_s, true});
+    };
+    hooks.acceptsLost = [&](const QString&) {
+        ++questions;
+        return true;
+    };
+    model_.setHooks(hooks);
+    writes = 0;
+    label = u"noch einmal neu"_s;
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(writes, 2);
+    EXPECT_EQ(dialogs, 1);
+    EXPECT_EQ(questions, 1);
+    EXPECT_EQ(model_.result().facts->request.sMissing, u"2"_s);
+}
+
+TEST_F(TrueNumbers, APartAndAWeightAreThoseThatTheCatalogueHasNow) {
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_1.dt_CaseID AS ID, QX1919_1.V7 AS SE "
+                       u"FROM QX1919_1;' WHERE id_StudyNo = 'QX1919'"_s);
+    catalogue_.addVariable(u"QX1919"_s, u"SE"_s, u"QX1919_1"_s);
+    open();
+    ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
+    catalogue_.execute(u"UPDATE tkey_Parts SET dt_SelectionCriteria = '2' WHERE id_Part = 1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(model_.facts().counts.last().contains(u"q.SE=2"_s));
+    catalogue_.execute(u"DELETE FROM tkey_Parts"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused) << "all cases are no part";
+    EXPECT_EQ(asker_.lastText(), u"Datensatz-Teil nicht gefunden"_s);
+    model_.edit().chooseFilter(FilterKind::noFilter);
+    ASSERT_TRUE(model_.edit().chooseWeight(WeightKind::WeightRE));
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_WeightRE = 'V7' WHERE id_StudyNo = 'QX1919'"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(model_.result().lblLabel.endsWith(u"(gewichtet nach V7)"_s));
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_WeightRE = Null WHERE id_StudyNo = 'QX1919'"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused) << "unweighted counts are no weighted ones";
+    EXPECT_EQ(asker_.lastText(), u"Gewichtungsvariable auswählen"_s);
+}
+
 TEST_F(TrueNumbers, ACaseFileThatWasWrittenSinceIsCountedAnew) {
     open();
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
-    {
-        const dao::DatabasePtr file =
-            dao::DBEngine::instance().Workspaces(0).OpenDatabase(catalogue_.caseFile(u"QX1919"_s));
-        file->Execute(u"UPDATE QX1919_1 SET V5 = 2 WHERE V5 = 1"_s);
+    const auto write = [this](const QString& study, const QString& statement) {
+        const dao::DatabasePtr file = dao::DBEngine::instance().Workspaces(0).OpenDatabase(catalogue_.caseFile(study));
+        file->Execute(statement);
         file->Close();
-    }
+    };
+    write(u"QX1919"_s, u"UPDATE QX1919_1 SET V5 = 2 WHERE V5 = 1"_s);
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Computed);
     EXPECT_TRUE(cells().contains(u"2unzufrieden:4"_s)) << cells().toStdString();
+    // While it is counted, too: the catalogue stays as it is.
+    int counts = 0;
+    RunHooks hooks;
+    hooks.onStatement = [&](const QString& name, const QString&) {
+        if (name == "q"_L1)
+            return;
+        ++counts;
+    };
+    asker_.onEventTurn = [&, written = false]() mutable {
+        if (counts == 1 && !std::exchange(written, true))
+            write(u"QX1919"_s, u"UPDATE QX1919_1 SET V5 = 1 WHERE V5 = 9"_s);
+    };
+    model_.setHooks(hooks);
+    model_.computeAnew();
+    asker_.onEventTurn = nullptr;
+    EXPECT_EQ(counts, 2);
+    EXPECT_EQ(cells(), u"SYSMISX:1 1zufrieden:1 2unzufrieden:4 Summe:6 Gültige Fälle:5"_s);
+    // And that of any entry of a comparison.
+    model_.edit().chooseMode(AnalysisMode::Comparison);
+    model_.comparison().addVariable(u"QX1919"_s, u"V5"_s);
+    model_.comparison().addVariable(u"QX2020"_s, u"V5"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    write(u"QX2020"_s, u"UPDATE QX2020_1 SET V5 = 1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(cells(4).contains(u"1zufrieden:3"_s)) << cells(4).toStdString();
 }
 
 TEST_F(TrueNumbers, CasesThatOccurTwiceAreReported) {
@@ -140,6 +228,28 @@ TEST_F(TrueNumbers, CasesThatOccurTwiceAreReported) {
     model_.comparison().addVariable(u"QX2020"_s, u"V5"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_EQ(model_.result().notes(), note) << "of whichever entry";
+    // A filter joins the table as well.
+    model_.edit().chooseMode(AnalysisMode::Frequency);
+    model_.edit().StudyClick(u"QX1919"_s);
+    model_.edit().chooseVariable(u"V5"_s);
+    model_.edit().chooseFilterText(u"V9=1"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_EQ(model_.result().notes(), note);
+    model_.edit().chooseFilter(FilterKind::noFilter);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    EXPECT_TRUE(model_.result().notes().isEmpty());
+}
+
+/// A study's own selection may stand on a table that knows cases by another name.
+TEST_F(TrueNumbers, ATableWithoutTheUsualKeyEndsNoRun) {
+    catalogue_.addCases(u"QX1919"_s, u"QX1919_S"_s, {dao::TableDef::CreateField(u"CaseNo"_s, dao::dbDouble)},
+                        {{1.0}, {3.0}});
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_query = 'SELECT QX1919_S.CaseNo AS ID FROM QX1919_S;' "
+                       "WHERE id_StudyNo = 'QX1919'"_s);
+    open();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+    EXPECT_EQ(cells(), u"1zufrieden:1 2unzufrieden:1 Summe:2 Gültige Fälle:2"_s);
+    EXPECT_TRUE(asker_.boxes.empty());
 }
 
 TEST_F(TrueNumbers, ValuesThatLookAlikeAndCombinationsBeyondTheLimitAreReported) {
@@ -218,10 +328,11 @@ TEST_F(TrueNumbers, AFilterOfWhichAnEndIsLostRunsOnlyIfTheUserSaysSo) {
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
     EXPECT_EQ(model_.tableState(), TableState::None);
     RunHooks hooks;
-    hooks.refuseLostFilter = true;
+    hooks.acceptsLost = [](const QString&) { return false; };
     model_.setHooks(hooks);
-    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused) << "nobody is asked";
-    EXPECT_EQ(asker_.lastText(), u"Das Ende des Filters zählt nicht: x"_s);
+    const size_t boxes = asker_.boxes.size();
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Refused);
+    EXPECT_EQ(asker_.boxes.size(), boxes) << "who started the run has answered";
 }
 
 /// A failure in the middle of a run leaves no half of a result behind.

@@ -197,9 +197,9 @@ void RequestEditor::dbcVariable2_Change() {
     changed(RequestPart::Variables);
 }
 
-void RequestEditor::refresh() {
+bool RequestEditor::refresh() {
     bool reread = false;
-    trapped([&] {
+    const Trap end = trapped([&] {
         const FileStamp now = stampOfCatalogue();
         reread = now != stamp_ && !request_.dbcStudy.isEmpty();
         if (reread)
@@ -208,6 +208,7 @@ void RequestEditor::refresh() {
         loadVariable(true);
     });
     changed(reread ? RequestPart::Study : RequestPart::Variables);
+    return end != Trap::Aborted;
 }
 
 /// Somebody has written to the catalogue since: a study may have been replaced as a whole.
@@ -218,11 +219,20 @@ void RequestEditor::readAgain() {
         request_.dtTable.clear();
         request_.dtField.clear();
     }
-    if (request_.dbcVariable2.isEmpty())
+    if (!request_.dbcVariable2.isEmpty()) {
+        request_.dtTable2.clear();
+        request_.dtField2.clear();
+        loadVariable2();
+    }
+    loadWeights();
+    readParts();
+    if (request_.mode == AnalysisMode::Comparison || request_.optFilter != FilterKind::FilterParts)
         return;
-    request_.dtTable2.clear();
-    request_.dtField2.clear();
-    loadVariable2();
+    // A part is known by its number; where it has gone nothing takes its place.
+    if (isPart(request_.dbcParts.value))
+        loadPart();
+    else
+        request_.dbcParts.clear();
 }
 
 /// The statistics were chosen for one variable; another one starts with the options'.

@@ -67,8 +67,9 @@ public:
     void dbcVariable_Change();
     void dbcVariable2_Change();
     /// Brings the fields of the variables up to the catalogue as it is now; what the user has said of missing values
-    /// stays. A variable that has gone has no fields any more.
-    void refresh();
+    /// stays. A variable that has gone has no fields any more, a part or weight that has gone is chosen no more.
+    /// @return false after a failure whose message has been shown
+    bool refresh();
     /// How the catalogue's file lay when the fields were read.
     const FileStamp& stamp() const { return stamp_; }
     /// A definition that stands in place of the catalogue's for the first variable, in dtMissing and sMissing, through
@@ -130,6 +131,8 @@ private:
     void loadGroup();
     void loadWeights();
     void loadParts();
+    void readParts();
+    bool isPart(const QString& id);
     void loadPart();
     void leaveComparison();
     void forgetStatistics();

@@ -28,8 +28,7 @@ void RequestEditor::casesChanged(RequestPart part) {
 void RequestEditor::leaveComparison() {
     if (request_.optFilter != FilterKind::FilterParts)
         return;
-    const QString id = request_.dbcParts.value;
-    const bool own = hasParts_ && isWholeNumber(id) && findRow(dtData5.recordset, u"id_Part = "_s + id);
+    const bool own = isPart(request_.dbcParts.value);
     if (!own)
         setFilterKind(FilterKind::noFilter);
     request_.dbcParts = own ? request_.dbcParts : BoundPicker();
@@ -52,6 +51,15 @@ void RequestEditor::loadParts() {
     request_.dbcParts.clear();
     setFilterKind(FilterKind::noFilter);
     request_.txtFilter.clear();
+    readParts();
+    if (!hasParts_)
+        return;
+    dtData5.recordset->MoveFirst();
+    request_.dbcParts = {dtData5.recordset->text(u"id_Part"_s), partName(*dtData5.recordset, englishContents_)};
+}
+
+void RequestEditor::readParts() {
+    hasParts_ = false;
     if (!gDatabase.TableExist(u"tkey_Parts"_s))
         return;
     dtData5.source =
@@ -59,10 +67,11 @@ void RequestEditor::loadParts() {
         u" AND [dt_SeparateAnalysisOnly] = -1 ORDER BY  dt_SelectionVariable,Val([dt_SelectionCriteria]);"_s;
     dtData5.recordset = queryRows(dtData5.source);
     hasParts_ = hasRows(dtData5.recordset);
-    if (!hasParts_)
-        return;
-    dtData5.recordset->MoveFirst();
-    request_.dbcParts = {dtData5.recordset->text(u"id_Part"_s), partName(*dtData5.recordset, englishContents_)};
+}
+
+/// True for the number of a part of the study for separate analysis.
+bool RequestEditor::isPart(const QString& id) {
+    return hasParts_ && isWholeNumber(id) && findRow(dtData5.recordset, u"id_Part = "_s + id);
 }
 
 bool RequestEditor::chooseWeight(WeightKind kind, const QString& variable) {
@@ -112,8 +121,7 @@ bool RequestEditor::chooseFilter(FilterKind kind) {
         break;
     case FilterKind::FilterParts:
         // The run of a comparison may have left another study's part, or none.
-        if (!isWholeNumber(request_.dbcParts.value) ||
-            !findRow(dtData5.recordset, u"id_Part = "_s + request_.dbcParts.value)) {
+        if (!isPart(request_.dbcParts.value)) {
             dtData5.recordset->MoveFirst();
             request_.dbcParts.value = dtData5.recordset->text(u"id_Part"_s);
         }
@@ -147,7 +155,7 @@ std::vector<BoundPicker> RequestEditor::parts() {
 }
 
 bool RequestEditor::choosePart(const QString& id) {
-    if (!isWholeNumber(id) || !hasParts_ || !findRow(dtData5.recordset, u"id_Part = "_s + id))
+    if (!isPart(id))
         return false;
     setFilterKind(FilterKind::FilterParts);
     request_.dbcParts.value = id;

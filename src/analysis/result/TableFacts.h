@@ -20,7 +20,6 @@ struct TableFacts {
     AnalysisRequest request;
     TableOrigin origin;
     std::vector<Round> rounds;
-    QString statistics;    ///< statisticsKey() of the run
     bool complete = false; ///< false: cut short
 };
 

@@ -1,5 +1,7 @@
 #include "analysis/result/TableResult.h"
 
+#include "app/globals.h"
+
 #include <algorithm>
 #include <array>
 
@@ -58,6 +60,10 @@ QStringList TableResult::notes() const {
     return sentences;
 }
 
+ResultPlace placeOf(const dao::DatabasePtr& catalogue, const Options& options) {
+    return {catalogue ? catalogue->Name() : QString(), options.DataPath, gLanguage};
+}
+
 TableState tableState(const TableResult& result, const AnalysisRequest& request, const Options& options,
                       const ResultPlace& place) {
     if (!result.facts)
@@ -65,11 +71,11 @@ TableState tableState(const TableResult& result, const AnalysisRequest& request,
     const TableFacts& facts = *result.facts;
     if (!facts.complete)
         return TableState::CutShort;
-    if (result.run.outcome == RunOutcome::Cancelled)
+    if (result.stopped)
         return TableState::Stopped;
     if (!asksTheSame(facts.request, request, options))
         return TableState::OtherRequest;
-    if (facts.statistics != statisticsKey(request, options)) {
+    if (result.computation.statistics != statisticsKey(request, options)) {
         const bool chosen =
             facts.request.dtDesc != request.dtDesc || facts.request.dtDescDigits != request.dtDescDigits;
         return chosen ? TableState::OtherRequest : TableState::OtherOptions;

@@ -3,6 +3,7 @@
 #include "analysis/result/TableFacts.h"
 #include "analysis/result/tableClick.h"
 #include "catalogue/fileStamp.h"
+#include "platform/dao/Database.h"
 
 #include <optional>
 #include <vector>
@@ -13,7 +14,7 @@ enum class RunOutcome {
     Computed,  ///< the tables are new
     Reused,    ///< the request is the one that the tables show
     Refused,   ///< a check or a failure ended it, and its message has been shown
-    Cancelled, ///< by the user; nothing valid is shown
+    Cancelled, ///< by the user; what is shown is a part, or older
     Truncated  ///< more values than the table takes; its message has been shown, the table is incomplete
 };
 
@@ -45,6 +46,8 @@ struct ResultPlace {
 
     bool operator==(const ResultPlace&) const = default;
 };
+/// That of a table made now.
+ResultPlace placeOf(const dao::DatabasePtr& catalogue, const Options& options);
 
 /// What tables show beyond the text of their count statement: two requests may share that text and differ.
 struct Computation {
@@ -68,7 +71,8 @@ struct TableResult {
     AnalysisRequest request; ///< as the run left it: a comparison leaves the filter of its last entry
     Computation computation;
     RunFacts run;
-    bool views = false; ///< cbValues is offered
+    bool views = false;   ///< cbValues is offered
+    bool stopped = false; ///< the last run that got as far as the data was stopped
     /// Catalogue or case files were written while they were read: the numbers may be of both states.
     bool changedMeanwhile = false;
 

@@ -34,8 +34,8 @@ TableResult CreateSQL(const RunInput& input, TableResult before) {
 
 /// While a statement runs, the user interface gets its turn now and then, and a cancelled run ends it.
 Run::Run(const RunInput& input, TableResult before)
-    : in_(input), options_(input.options), r_(input.request), out_(std::move(before)),
-      db_(input.catalogue), place_{db_ ? db_->Name() : QString(), options_.DataPath, gLanguage} {
+    : in_(input), options_(input.options), r_(input.request), out_(std::move(before)), db_(input.catalogue),
+      place_(placeOf(db_, options_)) {
     // A fixed first step, whatever the option said: it decides what is said of a file that can't be reached.
     options_.DataOnCD = true;
     out_.run = {};
@@ -60,7 +60,6 @@ TableResult Run::run() {
         out_.run.outcome = RunOutcome::Refused;
         return std::move(out_);
     }
-    const FileStamp stamp = in_.stamp == FileStamp() ? fileStamp(db_->Name()) : in_.stamp;
     int rounds = 1;
     if (isComparison() && isComparisonShown()) {
         rounds = 0;
@@ -72,19 +71,29 @@ TableResult Run::run() {
     for (number_ = 1; number_ <= rounds; ++number_)
         if (!runRound())
             break;
-    out_.changedMeanwhile = computed_ && !isAsItWas(place_.catalogue, stamp, attached_);
+    out_.changedMeanwhile = outcome_ == RunOutcome::Computed && !isAsItWas(place_.catalogue, in_.stamp, attached_);
     finish();
     return std::move(out_);
 }
 
 void Run::finish() {
     // A title belongs to every table that was touched, also to one that was cut short.
-    const bool titled = r_.mode != AnalysisMode::Descriptives && !(isComparison() && !computed_);
+    const bool titled = r_.mode != AnalysisMode::Descriptives;
     if (computed_ || (titled && outcome_ == RunOutcome::Reused))
         out_.lblLabel = resultTitle(r_, out_.mfgGrid, titleOptions());
     // The marks are taken over now; a run that was stopped needs them again.
     if (outcome_ == RunOutcome::Computed)
         r_.bUserMissing = false;
+    // Of the last entry its filter stays; what else it brought along was the round's own.
+    if (isComparison()) {
+        r_.dtMissing = in_.request.dtMissing;
+        r_.dtYear = in_.request.dtYear;
+        r_.dtVarGroup = in_.request.dtVarGroup;
+    }
+    if (outcome_ == RunOutcome::Cancelled)
+        out_.stopped = true;
+    else if (outcome_ != RunOutcome::Refused)
+        out_.stopped = false;
     if (outcome_ == RunOutcome::Reused && out_.facts) {
         // The title is new with every run; the statistics were made with the missing values of their own.
         if (r_.mode == AnalysisMode::Descriptives)
@@ -149,10 +158,8 @@ void Run::prepareComparison() {
     constexpr std::array<int, 3> widths{500, 2000, 800};
     const int columns = static_cast<int>(r_.lst_TrendVars.size()) + 3;
     prepareMarks();
-    // Until the last entry the marks that this run takes are all that is known of any.
-    const Marks marks = out_.marks;
     out_.clear();
-    out_.marks = marks;
+    out_.marks = taken_;
     for (ResultTable* table : {&out_.mfgGrid, &out_.mfgGrid2, &out_.mfgGrid3, &out_.mfgGrid4, &out_.mfgGrid5}) {
         table->Clear();
         table->Tag = TableKind::Comparison;
@@ -296,9 +303,7 @@ bool Run::openCounts() {
         prepareMarks();
     if (!turn())
         return false;
-    for (auto table = attached_.begin() + roundAttached_; table != attached_.end(); ++table)
-        if (!noteRepeatedCases(table->table))
-            return false;
+    noteRepeatedCases();
     const QString& sql = round_.statement.sql;
     out_.computation.ResultCacheKey.clear();
     if (!count(sql) || !countTextsBesideRange())
@@ -358,9 +363,6 @@ bool Run::storeStatistics() {
         db_->CreateQueryDef(u"stat"_s, round_.statement.sql);
         db_->CreateQueryDef(u"stat2"_s, round_.statement.sqlNoMissing);
         db_->QueryDefs().Refresh();
-        // The counts are the rows of `stat`; `stat2` is read only where its text differs.
-        const bool same = round_.statement.sql == round_.statement.sqlNoMissing;
-        allCases_ = same ? counts_ : db_->OpenRecordset(u"SELECT * FROM stat2"_s, dao::dbOpenSnapshot);
     });
 }
 

@@ -36,7 +36,6 @@ private:
     dao::DatabasePtr db_;
     dao::RecordsetPtr studies_, variables_; ///< of the catalogue, once a round has asked for one
     dao::RecordsetPtr counts_, labels_;
-    dao::RecordsetPtr allCases_; ///< of the statistics, those without the condition for missing values too
     ResultPlace place_;
     Round round_;
     std::vector<AttachedTable> attached_;   ///< in all rounds
@@ -89,10 +88,9 @@ private:
     bool attachTables();
     bool findFolder();
     bool attach(const QString& table, const QString& study);
-    bool noteRepeatedCases(const QString& table);
+    void noteRepeatedCases();
     bool warnOfUnweighted();
     bool translateUserFilter();
-    bool acceptsLost(const QString& lost);
 
     // ---- tables
     bool build();

@@ -11,6 +11,9 @@
 #include <functional>
 #include <optional>
 
+/// Asks whether a filter is to be run without its end, which counts for nothing.
+bool askOfLostEnd(const QString& lost);
+
 /// What a run may ask of those who started it. Every one may be left out.
 struct RunHooks {
     /// True once the run is to end.
@@ -25,8 +28,8 @@ struct RunHooks {
     /// Width of a table text in twips; an estimate by its length until a window sets a true one.
     TextWidth textWidth = estimatedTextWidth;
     RunClock clock = RunClock::system();
-    /// A filter of which something counts for nothing is refused; else the user is asked.
-    bool refuseLostFilter = false;
+    /// Whether a filter of which the end counts for nothing is run all the same; without it the user is asked.
+    std::function<bool(const QString& lost)> acceptsLost = askOfLostEnd;
 };
 
 /// All that a run depends on.
@@ -35,7 +38,6 @@ struct RunInput {
     Options options;
     dao::DatabasePtr catalogue;
     QString studies; ///< the statement that lists the studies
-    /// How the catalogue's file lay when the fields of the request were read.
-    FileStamp stamp;
+    FileStamp stamp; ///< how the catalogue's file lay when the fields of the request were read
     RunHooks hooks;
 };

@@ -175,19 +175,28 @@ bool Run::attach(const QString& table, const QString& study) {
     });
 }
 
-/// A case table of another maker may hold a case more than once: joined by its key it counts so often.
-bool Run::noteRepeatedCases(const QString& table) {
-    bool repeated = false;
-    const bool done = step([&] {
-        const QString key = u"dt_CaseID"_s;
-        repeated = !db_->isUnique(table, key) &&
-                   !db_->OpenRecordset(u"SELECT %1.%2 FROM %1 GROUP BY %1.%2 HAVING Count(%1.%2) > 1"_s.arg(table, key),
-                                       dao::dbOpenSnapshot)
-                        ->Eof();
-    });
-    if (repeated)
-        notes_.push_back({u"Fälle kommen in der Tabelle %1 mehrfach vor und zählen mehrfach."_s, table});
-    return done;
+/// A case table of another maker may hold a case more than once: joined by its key it counts so often. What can't be
+/// found out is left to the count statement.
+void Run::noteRepeatedCases() {
+    QStringList joined{round_.facts.table};
+    if (r_.groupsByTwo())
+        joined << round_.facts.table2;
+    joined << round_.facts.joins.tables << tableBehind(round_.qSql, u"FROM"_s) << tableBehind(round_.qSql, u"JOIN"_s);
+    joined.removeDuplicates();
+    const QString key = u"dt_CaseID"_s;
+    for (const QString& table : joined) {
+        try {
+            const bool attached =
+                std::ranges::any_of(attached_, [&](const AttachedTable& other) { return other.table == table; });
+            if (!attached || db_->isUnique(table, key))
+                continue;
+            const QString repeated = u"SELECT %1.%2 FROM %1 GROUP BY %1.%2 HAVING Count(%1.%2) > 1"_s.arg(table, key);
+            if (!db_->OpenRecordset(repeated, dao::dbOpenSnapshot)->Eof())
+                notes_.push_back({u"Fälle kommen in der Tabelle %1 mehrfach vor und zählen mehrfach."_s, table});
+        } catch (const dao::Error&) {
+            continue;
+        }
+    }
 }
 
 bool Run::attachTables() {
@@ -252,21 +261,16 @@ bool Run::translateUserFilter() {
     case FilterResult::Failure::Ended:
         return false;
     }
-    if (!result.lost.isEmpty() && !acceptsLost(result.lost))
-        return false;
+    // The title will repeat the whole text: nobody may take it for what was counted.
+    if (!result.lost.isEmpty() && !in_.hooks.acceptsLost(result.lost))
+        return isComparison() ? clearAndEnd() : end(RunOutcome::Refused);
     facts.filterSql = result.filterSql;
     facts.joins = result.joins;
     return true;
 }
 
-/// The title will repeat the whole text: nobody may take it for what was counted.
-bool Run::acceptsLost(const QString& lost) {
-    const QString message = TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost;
-    if (in_.hooks.refuseLostFilter)
-        return endWith(message);
-    const ui::Answer answer = ui::asker().messageBox({message + u"\r\n"_s + TranslateText(u"Trotzdem rechnen?"_s),
-                                                      QString(), ui::Icon::Question, ui::Buttons::YesNo});
-    if (answer == ui::Answer::Yes)
-        return true;
-    return isComparison() ? clearAndEnd() : end(RunOutcome::Refused);
+bool askOfLostEnd(const QString& lost) {
+    return ui::asker().messageBox({TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost + u"\r\n"_s +
+                                       TranslateText(u"Trotzdem rechnen?"_s),
+                                   QString(), ui::Icon::Question, ui::Buttons::YesNo}) == ui::Answer::Yes;
 }

@@ -144,10 +144,11 @@ BuildOutcome Run::buildComparison() {
                                   .cancelled = [this] { return turnAndAsk(); }});
 }
 
+/// The condition for missing values stands in no statement of the statistics, so `stat` and `stat2` have the same rows.
 BuildOutcome Run::buildDescriptives() {
     const DescriptivesChoice choice = DescriptivesChoice::of(r_, options_);
     return BuildDescriptivesTable(out_.mfgGrid, {.stat = *counts_,
-                                                 .stat2 = *allCases_,
+                                                 .stat2 = *counts_,
                                                  .missingText = r_.sMissing,
                                                  .weighted = r_.Option3 != WeightKind::noWeight,
                                                  .selection = choice.chkDescriptives,
@@ -170,15 +171,10 @@ void Run::noteTable(bool complete) {
                        .dtMissing = r_.dtMissing,
                        .cases = shape.casesOf(isComparison() ? entryColumn() : 0)});
     const bool whole = complete && (!isComparison() || number_ == static_cast<int>(r_.lst_TrendVars.size()));
-    out_.facts = TableFacts{.request = r_,
-                            .origin = {options_, shape.cases},
-                            .rounds = rounds_,
-                            .statistics = statisticsKey(r_, options_),
-                            .complete = whole};
-    if (!whole)
-        return;
-    out_.marks = Marks::of(out_.marked());
-    out_.marks.by = out_.mfgGrid.markedBy;
+    out_.facts = TableFacts{.request = r_, .origin = {options_, shape.cases}, .rounds = rounds_, .complete = whole};
+    out_.marks = whole ? Marks::of(out_.marked()) : taken_;
+    if (whole)
+        out_.marks.by = out_.mfgGrid.markedBy;
     out_.marks.subject = subject_;
 }
 
