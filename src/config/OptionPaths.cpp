@@ -9,23 +9,25 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString databaseField = u"txtDatabaseName"_s;
-const QString databaseFolderField = u"txtDatabasePath"_s;
-
 struct InBothLanguages {
     QString german, english;
     QString text() const { return gLanguage == 0 ? german : english; }
 };
 
+/// True if a field of the dialog is the one of that option.
+bool isFieldOf(QString Options::*option, const QString& field) {
+    return field == OptionsModel::controlOf(option);
+}
+
 struct FolderButton {
-    QString field;
+    QString Options::*option;
     InBothLanguages title;
 };
 const FolderButton folderButtons[] = {
-    {databaseFolderField, {u"Datenbankpfadsauswahl"_s, u"Database Path Selection"_s}},
-    {u"txtDataPath"_s, {u"Datenpfadauswahl"_s, u"Data Path Selection"_s}},
-    {u"txtQuestionnairePath"_s, {u"Fragebogenpfadauswahl"_s, u"QuestionnairePath Selection"_s}},
-    {u"txtSPSSPath"_s, {u"SPSS-Dateien Pfadauswahl"_s, u"SPSS Files Path Selection"_s}},
+    {&Options::DatabasePath, {u"Datenbankpfadsauswahl"_s, u"Database Path Selection"_s}},
+    {&Options::DataPath, {u"Datenpfadauswahl"_s, u"Data Path Selection"_s}},
+    {&Options::QuestionnairePath, {u"Fragebogenpfadauswahl"_s, u"QuestionnairePath Selection"_s}},
+    {&Options::SPSSPath, {u"SPSS-Dateien Pfadauswahl"_s, u"SPSS Files Path Selection"_s}},
 };
 
 const InBothLanguages databaseTitle = {u"Datenbankdatei auswählen"_s, u"Select Database File"_s};
@@ -35,23 +37,23 @@ const QString accessFilter = u"Microsoft Access Database (*.mdb)|*.mdb|All Files
 
 /// Title, filter and extension of the dialog that a double click opens; none for other fields.
 std::optional<ui::FileChoice> dialogOf(const QString& field) {
-    if (field == databaseField)
+    if (isFieldOf(&Options::DatabaseName, field))
         return ui::FileChoice{TranslateText(u"Datenbank auswählen"_s), accessFilter, u"mdb"_s, {}, {}};
-    if (field == u"txtDataPath")
+    if (isFieldOf(&Options::DataPath, field))
         return ui::FileChoice{TranslateText(u"Auswertungs-Dateien-Pfad auswählen"_s), accessFilter, u"mdb"_s, {}, {}};
-    if (field == u"txtQuestionnairePath")
+    if (isFieldOf(&Options::QuestionnairePath, field))
         return ui::FileChoice{TranslateText(u"Fragebogen-Pfad auswählen"_s),
                               u"Adobe Acrobat Files (*.pdf)|*.pdf|All Files (*.*)|*.*"_s,
                               u"pdf"_s,
                               {},
                               {}};
-    if (field == u"txtSkinPath")
+    if (isFieldOf(&Options::SkinPath, field))
         return ui::FileChoice{TranslateText(u"Skin-Datei auswählen"_s),
                               u"Skin UI Resource File (*.urf)|*.urf|All Files (*.*)|*.*"_s,
                               u"URF"_s,
                               {},
                               {}};
-    if (field == u"txtSPSSPath")
+    if (isFieldOf(&Options::SPSSPath, field))
         return ui::FileChoice{TranslateText(u"SPSS-Dateien Pfad auswählen"_s),
                               u"SPSS Data File (*.sav)|*.sav|All Files (*.*)|*.*"_s,
                               u"SAV, POR"_s,
@@ -62,28 +64,25 @@ std::optional<ui::FileChoice> dialogOf(const QString& field) {
 
 /// Asks for a file, beginning where the field points, and gives the field what it keeps of it.
 bool takeFile(OptionsModel& model, const QString& field, ui::FileChoice choice) {
-    const bool isDatabase = field == databaseField;
-    choice.folder = Paths::native(model.value(isDatabase ? databaseFolderField : field));
+    const bool isDatabase = isFieldOf(&Options::DatabaseName, field);
+    const QString folderField = isDatabase ? OptionsModel::controlOf(&Options::DatabasePath) : field;
+    choice.folder = Paths::native(model.value(folderField));
     const std::optional<QString> file = ui::asker().chooseFile(choice);
     if (!file)
         return false;
-    const QString folder = Paths::native(Paths::folderOf(*file));
-    if (isDatabase) {
-        model.setValue(databaseField, Paths::fileOf(*file));
-        model.setValue(databaseFolderField, folder);
-    } else {
-        model.setValue(field, folder);
-    }
+    if (isDatabase)
+        model.setValue(field, Paths::fileOf(*file));
+    model.setValue(folderField, Paths::native(Paths::folderOf(*file)));
     return true;
 }
 
 } // namespace
 
 bool OptionPaths::browse(OptionsModel& model, const QString& field) {
-    if (field == databaseField)
+    if (isFieldOf(&Options::DatabaseName, field))
         return takeFile(model, field, {databaseTitle.text(), databaseFilter.text(), u"mdb"_s, {}, {}});
     for (const FolderButton& button : folderButtons) {
-        if (button.field != field)
+        if (!isFieldOf(button.option, field))
             continue;
         const std::optional<QString> folder =
             ui::asker().chooseFolder(button.title.text(), Paths::native(model.value(field)));
@@ -97,7 +96,7 @@ bool OptionPaths::browse(OptionsModel& model, const QString& field) {
 bool OptionPaths::browseByDoubleClick(OptionsModel& model, const QString& field) {
     if (const std::optional<ui::FileChoice> choice = dialogOf(field))
         return takeFile(model, field, *choice);
-    return field == databaseFolderField && browse(model, field);
+    return isFieldOf(&Options::DatabasePath, field) && browse(model, field);
 }
 
 QString OptionPaths::chooseIniFile(bool save) {
