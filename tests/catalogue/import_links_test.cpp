@@ -1,4 +1,5 @@
 #include "ImportFixture.h"
+#include "app/globals.h"
 #include "catalogue/BuildFolder.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/ImportGuard.h"
