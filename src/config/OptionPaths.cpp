@@ -9,29 +9,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct InBothLanguages {
-    QString german, english;
-    QString text() const { return gLanguage == 0 ? german : english; }
-};
-
 /// True if a field of the dialog is the one of that option.
 bool isFieldOf(QString Options::*option, const QString& field) {
     return field == OptionsModel::controlOf(option);
 }
-
-struct FolderButton {
-    QString Options::*option;
-    InBothLanguages title;
-};
-const FolderButton folderButtons[] = {
-    {&Options::DatabasePath, {u"Datenbankpfadsauswahl"_s, u"Database Path Selection"_s}},
-    {&Options::DataPath, {u"Datenpfadauswahl"_s, u"Data Path Selection"_s}},
-    {&Options::QuestionnairePath, {u"Fragebogenpfadauswahl"_s, u"QuestionnairePath Selection"_s}},
-    {&Options::SPSSPath, {u"SPSS-Dateien Pfadauswahl"_s, u"SPSS Files Path Selection"_s}},
-};
-
-const InBothLanguages databaseTitle = {u"Datenbankdatei auswählen"_s, u"Select Database File"_s};
-const InBothLanguages databaseFilter = {u"Datenbank Dateien (*.mdb)|*.mdb"_s, u"Database Files (*.mdb)|*.mdb"_s};
 
 const QString accessFilter = u"Microsoft Access Database (*.mdb)|*.mdb|All Files (*.*)|*.*"_s;
 
@@ -80,12 +61,22 @@ bool takeFile(OptionsModel& model, const QString& field, ui::FileChoice choice) 
 
 bool OptionPaths::browse(OptionsModel& model, const QString& field) {
     if (isFieldOf(&Options::DatabaseName, field))
-        return takeFile(model, field, {databaseTitle.text(), databaseFilter.text(), u"mdb"_s, {}, {}});
-    for (const FolderButton& button : folderButtons) {
-        if (!isFieldOf(button.option, field))
+        return takeFile(model, field,
+                        {TranslateText(u"Datenbankdatei auswählen"_s),
+                         TranslateText(u"Datenbank Dateien (*.mdb)|*.mdb"_s),
+                         u"mdb"_s,
+                         {},
+                         {}});
+    const std::pair<QString Options::*, QString> folderTitles[] = {
+        {&Options::DatabasePath, TranslateText(u"Datenbankpfadsauswahl"_s)},
+        {&Options::DataPath, TranslateText(u"Datenpfadauswahl"_s)},
+        {&Options::QuestionnairePath, TranslateText(u"Fragebogenpfadauswahl"_s)},
+        {&Options::SPSSPath, TranslateText(u"SPSS-Dateien Pfadauswahl"_s)},
+    };
+    for (const auto& [option, title] : folderTitles) {
+        if (!isFieldOf(option, field))
             continue;
-        const std::optional<QString> folder =
-            ui::asker().chooseFolder(button.title.text(), Paths::native(model.value(field)));
+        const std::optional<QString> folder = ui::asker().chooseFolder(title, Paths::native(model.value(field)));
         if (folder)
             model.setValue(field, Paths::native(*folder));
         return folder.has_value();
@@ -100,13 +91,9 @@ bool OptionPaths::browseByDoubleClick(OptionsModel& model, const QString& field)
 }
 
 QString OptionPaths::chooseIniFile(bool save) {
-    const bool german = gLanguage == 0;
     ui::FileChoice choice;
-    if (save)
-        choice.title = german ? u"Optionen in ini-Datei speichern"_s : u"Save options to ini-File"_s;
-    else
-        choice.title = german ? u"Optionen aus ini-Datei laden"_s : u"Load options from ini-File"_s;
-    choice.filter = german ? u"INI-Dateien (*.ini)|*.ini"_s : u"INI-Files (*.ini)|*.ini"_s;
+    choice.title = TranslateText(save ? u"Optionen in ini-Datei speichern"_s : u"Optionen aus ini-Datei laden"_s);
+    choice.filter = TranslateText(u"INI-Dateien (*.ini)|*.ini"_s);
     choice.extension = u"ini"_s;
     choice.save = save;
     return ui::asker().chooseFile(choice).value_or(QString());

@@ -13,21 +13,20 @@ namespace {
 
 using Form = OptionControl::Form;
 
+/// A place of date and page number: as it is stored, and in the user's language.
 struct Position {
-    QString stored, german, english;
+    QString stored, text;
 };
-const std::array<Position, 7> positions = {{
-    {u"topleft"_s, u"oben, links"_s, u"top, left"_s},
-    {u"topmiddle"_s, u"oben, mitte"_s, u"top, middle"_s},
-    {u"topright"_s, u"oben, rechts"_s, u"top, right"_s},
-    {u"botleft"_s, u"unten, links"_s, u"bottom, left"_s},
-    {u"botmiddle"_s, u"unten, mitte"_s, u"bottom, middle"_s},
-    {u"botright"_s, u"unten, rechts"_s, u"bottom, right"_s},
-    {u"none"_s, u"keine"_s, u"none"_s},
-}};
-
-QString textOf(const Position& position) {
-    return gLanguage == 0 ? position.german : position.english;
+std::array<Position, 7> positions() {
+    return {{
+        {u"topleft"_s, TranslateText(u"oben, links"_s)},
+        {u"topmiddle"_s, TranslateText(u"oben, mitte"_s)},
+        {u"topright"_s, TranslateText(u"oben, rechts"_s)},
+        {u"botleft"_s, TranslateText(u"unten, links"_s)},
+        {u"botmiddle"_s, TranslateText(u"unten, mitte"_s)},
+        {u"botright"_s, TranslateText(u"unten, rechts"_s)},
+        {u"none"_s, TranslateText(u"keine"_s)},
+    }};
 }
 
 /// Box of the start-window flag, which is no option.
@@ -136,19 +135,21 @@ bool OptionsModel::apply() {
 
 QStringList OptionsModel::positionTexts() {
     QStringList texts;
-    for (const Position& place : positions)
-        texts << textOf(place);
+    for (const Position& place : positions())
+        texts << place.text;
     return texts;
 }
 
 QString OptionsModel::storedPosition(const QString& text, const QString& otherwise) {
-    const auto found = std::ranges::find(positions, text, textOf);
-    return found == positions.end() ? otherwise : found->stored;
+    const auto places = positions();
+    const auto found = std::ranges::find(places, text, &Position::text);
+    return found == places.end() ? otherwise : found->stored;
 }
 
 QString OptionsModel::positionText(const QString& stored) {
-    const auto found = std::ranges::find(positions, stored, &Position::stored);
-    return found == positions.end() ? QString() : textOf(*found);
+    const auto places = positions();
+    const auto found = std::ranges::find(places, stored, &Position::stored);
+    return found == places.end() ? QString() : found->text;
 }
 
 QString missingPlaceText(int errorNumber) {

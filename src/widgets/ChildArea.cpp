@@ -35,7 +35,7 @@ void prepareSystemMenu(QMenu* menu) {
         qsizetype place = 0;
         for (QAction* action : menu->actions())
             if (!action->isSeparator() && place < german.size()) {
-                action->setText((gLanguage == 0 ? german : english)[place]);
+                action->setText(said(german[place], english[place]));
                 ++place;
             }
     });

@@ -4,7 +4,7 @@
 #include "diagnostics/errors.h"
 #include "language/SystemDatabase.h"
 #include "language/mdLanguage.h"
-#include "platform/system/Paths.h"
+#include "support/KeptTexts.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestHome.h"
@@ -24,10 +24,7 @@ protected:
 
     OptionsModelTest() {
         gOptions = {};
-        SystemRows rows;
-        rows.texts = {{u"Datenbank auswählen"_s, u"Select Database"_s, u"a:1"_s}};
-        EXPECT_EQ(makeSystemDatabase(Paths::join(Paths::applicationFolder(), u"Vx.mdb"_s), rows), QStringList());
-        mdLanguage::LoadTextTable();
+        loadKeptTexts();
     }
     ~OptionsModelTest() override {
         gOptions = {};
