@@ -52,5 +52,5 @@ private:
     static void saveOptions();
 };
 
-/// The message for an error that tells of a missing drive, path or file; empty for any other.
+/// The message for an error about a missing drive, path or file; empty for any other.
 QString missingPlaceText(int errorNumber);

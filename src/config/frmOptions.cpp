@@ -163,7 +163,7 @@ void frmOptions::connectButtons() {
     connect(tbsOptions_, &QTabWidget::currentChanged, this, [this] { turnTab(0); });
 }
 
-/// What has no caption is named to those who cannot see it.
+/// What has no caption gets a name for screen readers.
 void frmOptions::refreshTitles() {
     for (const QString& field : OptionsModel::controlsOf(OptionControl::Form::Path)) {
         auto* button = findChild<QPushButton*>(browseButtonOf(field));

@@ -84,7 +84,7 @@ public:
         rows_->addRow(named<QLabel>(name, u"AaBbCc ÄäÖöÜüß 0123456789"_s));
     }
 
-    /// Tells what can be set on the page but isn't used by this version.
+    /// Names what can be set on the page but isn't used by this version.
     void note(int number, const QString& text) {
         auto* label = named<QLabel>(arrayName(u"lblNotUsed"_s, number), text);
         QFont small = label->font();
@@ -100,7 +100,7 @@ private:
     QVBoxLayout* column_;
     QFormLayout* rows_ = nullptr;
 
-    /// A box that hangs on the one above it stands further in.
+    /// A box that depends on the one above it is indented.
     void dependentCheck(const QString& name, const QString& text) {
         auto* row = new QHBoxLayout;
         auto* box = named<QCheckBox>(name, text);

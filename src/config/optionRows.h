@@ -3,8 +3,8 @@
 //   OPTION(type, key, default in the registry, default in an ini file, place in an ini file, control in the dialog)
 //
 // Included once for each thing that is made from the rows, hence no guard; whoever includes it defines OPTION. The two
-// sources keep their own defaults on purpose. What a control's form takes is told in OptionTable.cpp; its number is its
-// place in the order in which the dialog writes.
+// sources keep their own defaults on purpose. OptionTable.cpp has the forms of control; a control's number is its place
+// in the order in which the dialog writes.
 // clang-format off
 OPTION(bool, EditStudiesMode, false, false, InOrder, noControl())
 OPTION(QString, DatabaseName, u"", u"", InOrder,

@@ -44,8 +44,8 @@ bool CrosstabAxis::isMissing(const dao::Value& value) const {
     return value.isNull() || (value.isNumeric() && definition_.contains(value.toDouble()));
 }
 
-/// Missing values stay out unless they are asked for, by definition or because a hand has marked this axis: the value
-/// that it marked, or took a mark from, is there to be marked again.
+/// Missing values stay out unless they are asked for, by definition or because the user has marked this axis: the value
+/// that was marked, or lost its mark, is there to be marked again.
 bool CrosstabAxis::isTaken(const dao::Value& value, bool labelled) const {
     if (rules_.IncludeMissingXTab || (rules_.takesUnlabelled && !labelled) || !isMissing(value))
         return true;

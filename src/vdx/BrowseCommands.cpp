@@ -100,7 +100,7 @@ int VariablesCommand::run(Session& session) {
     return 0;
 }
 
-/// A view by its number; words on standard error if the catalogue has none of it.
+/// A view by its number; a message on standard error if the catalogue has no such view.
 bool openView(Session& session, ExplorerModel& explorer, int view) {
     const int last = gCatalogueOptions.NumberOfFrmExplorers;
     if (view < 1 || view > last || gViews.at(view, ViewTable::Table).isEmpty()) {

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A warning leaves the run standing: only what reports an error, or offers to try a failed step again, ends it.
+/// A warning does not end the run: only what reports an error, or offers to try a failed step again, does.
 bool reportsError(const ui::Box& box) {
     return box.icon == ui::Icon::Critical || box.buttons == ui::Buttons::AbortRetryIgnore;
 }

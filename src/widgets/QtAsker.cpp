@@ -211,7 +211,7 @@ std::unique_ptr<ui::ProgressView> QtAsker::openProgress(bool mayStop) {
 }
 
 void QtAsker::eventTurn() {
-    // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their
+    // A guarded run decides what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their
     // turn.
     QCoreApplication::processEvents(RunGuard::running() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }
