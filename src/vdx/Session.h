@@ -35,7 +35,7 @@ public:
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    /// Opens a catalogue as the windowed program does and applies --contents. False after a message on standard error.
+    /// Opens a catalogue as the windowed program does and applies --contents. False after words on standard error.
     bool open(const QString& catalogue);
 
     TablePrinter& printer() { return printer_; }
