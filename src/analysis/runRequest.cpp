@@ -5,6 +5,8 @@
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -57,17 +59,21 @@ TableResult refused(TableResult result, const AnalysisRequest& request, const Re
 
 /// The same hooks, but each question is asked once, however often tables are made.
 RunHooks askingOnce(RunHooks hooks) {
+    struct Answers {
+        std::optional<std::optional<MissingAnswer>> missing;
+        QStringList lost;
+    };
+    const auto given = std::make_shared<Answers>();
     if (hooks.askMissing)
-        hooks.askMissing = [ask = hooks.askMissing,
-                            answer = std::optional<std::optional<MissingAnswer>>()](const QString& sMissing) mutable {
-            if (!answer)
-                answer = ask(sMissing);
-            return *answer;
+        hooks.askMissing = [given, ask = hooks.askMissing](const QString& sMissing) {
+            if (!given->missing)
+                given->missing = ask(sMissing);
+            return *given->missing;
         };
-    hooks.acceptsLost = [ask = hooks.acceptsLost, accepted = QStringList()](const QString& lost) mutable {
-        if (!accepted.contains(lost) && !ask(lost))
+    hooks.acceptsLost = [given, ask = hooks.acceptsLost](const QString& lost) {
+        if (!given->lost.contains(lost) && !ask(lost))
             return false;
-        accepted << lost;
+        given->lost << lost;
         return true;
     };
     return hooks;

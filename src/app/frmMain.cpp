@@ -245,11 +245,8 @@ void frmMain::SaveRcFile(const QString& file) {
 
 void frmMain::InitFormState(int state) {
     stateOpen_ = state == 1;
-    const bool german = gLanguage == 0;
-    if (stateOpen_)
-        panel1_->setText((german ? u"Aktuelle Datenbank: "_s : u"Current Database: "_s) + gDatabase.Database());
-    else
-        panel1_->setText(german ? u"Keine Datenbankdateiauswahl"_s : u"No Database selected"_s);
+    panel1_->setText(stateOpen_ ? TranslateText(u"Aktuelle Datenbank:"_s) + u' ' + gDatabase.Database()
+                                : TranslateText(u"Keine Datenbankdateiauswahl"_s));
     panel1_->setToolTip(plainToolTip(panel1_->text()));
     area_->setHint(stateOpen_ ? TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s)
                               : TranslateText(u"Öffnen Sie eine Datenbank mit dem Menü Datei."_s));

@@ -107,8 +107,7 @@ void frmMain::afterOpening(qint16 opened) {
 /// Asks, and closes what is open. @return false if the user wants to keep it
 bool frmMain::closeCurrentDatabase() {
     if (gDatabase.State() == 1) {
-        const QString question = gLanguage == 0 ? u"Wollen Sie die aktuelle Datenbank schließen ?"_s
-                                                : u"Do you want to close the current Database ?"_s;
+        const QString question = TranslateText(u"Wollen Sie die aktuelle Datenbank schließen ?"_s);
         if (ui::asker().messageBox({question, ApplicationInfo::title, ui::Icon::Question, ui::Buttons::YesNo}) !=
             ui::Answer::Yes)
             return false;
@@ -126,10 +125,9 @@ void frmMain::OpenDB() {
         std::ranges::find_if(files, [](const QString& file) { return !Paths::folderOf(file).isEmpty(); });
     if (!closeCurrentDatabase())
         return;
-    const bool german = gLanguage == 0;
-    const QString kind = german ? u"VDX/KLOR-Datenbank Dateien"_s : u"VDX/KLOR-Database Files"_s;
+    const QString kind = TranslateText(u"VDX/KLOR-Datenbank Dateien"_s);
     ui::FileChoice choice;
-    choice.title = german ? u"Datenbankdatei auswählen"_s : u"Select Database File"_s;
+    choice.title = TranslateText(u"Datenbankdatei auswählen"_s);
     choice.filter = kind + u" (*.mdb)|*.mdb|"_s + kind + u" (*.klor)|*.klor"_s;
     choice.extension = u"mdb"_s;
     choice.folder = known == files.end() ? QString() : Paths::folderOf(*known);
@@ -212,8 +210,7 @@ void frmMain::ChangeFont() {
 }
 
 QString frmMain::helpFile() const {
-    const QString pages =
-        Paths::join(Paths::applicationFolder(), gLanguage == 0 ? u"Varidex-de.html"_s : u"Varidex-en.html"_s);
+    const QString pages = Paths::join(Paths::applicationFolder(), said(u"Varidex-de.html"_s, u"Varidex-en.html"_s));
     return Paths::exists(pages) ? pages : helpFile_;
 }
 

@@ -35,7 +35,7 @@ frmStatus::~frmStatus() = default;
 
 void frmStatus::refreshTitles() {
     setWindowTitle(u"Varidex"_s);
-    lblInfo->setText(gLanguage == 0 ? u"Bitte einen Moment Geduld..."_s : u"One moment please..."_s);
+    lblInfo->setText(TranslateText(u"Bitte einen Moment Geduld..."_s));
 }
 
 /// It goes when what it stands for is done.

@@ -66,6 +66,11 @@ extern CText gTextObject;
 extern CDaoDatabase gDatabase;
 extern Options gOptions;
 
+/// The one of two texts that gLanguage asks for: for the words of import, build and vdx, which have no row in the text
+/// table, and for what must be said before that is read or when it cannot be read. All others go through TranslateText.
+inline QString said(const QString& german, const QString& english) {
+    return gLanguage == 0 ? german : english;
+}
 /// The English of a German literal when gLanguage is not 0, and the text itself else or where the table lacks it.
 QString TranslateText(const QString& text);
 

@@ -37,8 +37,8 @@ void Main::StartServices() {
 }
 
 qint16 Main::OpenDefDB() {
-    gOptions.DatabaseName = storedSetting(u"DatabaseName"_s, QString()).toString();
-    gOptions.DatabasePath = storedSetting(u"DatabasePath"_s, QString()).toString();
+    for (const auto member : {&Options::DatabaseName, &Options::DatabasePath})
+        gOptions.*member = storedSetting(optionOf(member).key.toString(), QString()).toString();
     if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
         return 0;
     return mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
@@ -76,13 +76,13 @@ Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
 
 void Main::Stop(const std::optional<WindowPlace>& place) {
     if (place) {
-        const std::pair<QString, QString> values[] = {
-            {u"MainLeft"_s, QString::number(place->left)},
-            {u"MainTop"_s, QString::number(place->top)},
-            {u"MainWidth"_s, QString::number(place->width)},
-            {u"MainHeight"_s, QString::number(place->height)},
-            {u"MainMaximized"_s, place->maximised ? u"1"_s : u"0"_s},
-            {u"EnglishLanguage"_s, gOptions.EnglishLanguage ? u"1"_s : u"0"_s}};
+        const OptionDescriptor& contents = optionOf(&Options::EnglishLanguage);
+        const std::pair<QString, QString> values[] = {{u"MainLeft"_s, QString::number(place->left)},
+                                                      {u"MainTop"_s, QString::number(place->top)},
+                                                      {u"MainWidth"_s, QString::number(place->width)},
+                                                      {u"MainHeight"_s, QString::number(place->height)},
+                                                      {u"MainMaximized"_s, place->maximised ? u"1"_s : u"0"_s},
+                                                      {contents.key.toString(), optionText(gOptions, contents, false)}};
         // Where one cannot be written the others cannot either, and one box says so.
         for (const auto& [name, value] : values)
             if (!store(name, value))

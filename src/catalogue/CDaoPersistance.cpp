@@ -1,11 +1,11 @@
 #include "catalogue/CDaoPersistance.h"
 
+#include "diagnostics/LogFile.h"
 #include "diagnostics/errors.h"
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
 #include <QDate>
-#include <QFile>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -19,11 +19,8 @@ bool isEmpty(const dao::RecordsetPtr& recordset) {
 } // namespace
 
 void CDaoPersistance::logStatement(const QString& statement) {
-    QFile log(Paths::join(Paths::applicationFolder(), u"Sql.log"_s));
-    if (!log.open(QIODevice::WriteOnly | QIODevice::Append))
-        return;
     const QString today = QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-    log.write((today + u"\r\n"_s + statement + u"\r\n"_s).toUtf8());
+    LogFile::append(Paths::join(Paths::applicationFolder(), u"Sql.log"_s), today + u"\r\n"_s + statement + u"\r\n"_s);
 }
 
 dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement, int type,

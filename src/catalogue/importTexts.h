@@ -6,11 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-/// A text for people in the language of messages.
-inline QString said(const QString& german, const QString& english) {
-    return gLanguage == 0 ? german : english;
-}
-
 /// The code of a value label as `dt_Value` holds it: decimal point, 15 significant digits.
 QString codeText(double code);
 /// True if that text, read back, is the code itself: 15 digits are enough for it.

@@ -22,9 +22,8 @@ void removeWorkDatabaseLinks() {
 }
 
 void reportMissingFile(const QString& file) {
-    const QString text = gLanguage == 0 ? u"Die Datenbankdatei: \r\n"_s + file + u"\r\nkann nicht gefunden werden."_s
-                                        : u"The File: \r\n"_s + file + u"\r\ncannot be found."_s;
-    ui::asker().messageBox({.text = text});
+    ui::asker().messageBox({.text = TranslateText(u"Die Datenbankdatei:"_s) + u" \r\n"_s + file + u"\r\n"_s +
+                                    TranslateText(u"kann nicht gefunden werden."_s)});
 }
 
 } // namespace

@@ -28,29 +28,28 @@ bool isBlank(const QString& text) {
 }
 
 QString messageText(int code, const QString& key, const QString& file) {
-    const bool german = gLanguage == 0;
     switch (code) {
     case iniFileMissing:
-        return german ? u"Die Konfigurationsdatei: "_s + file + u" existiert nicht!"_s
-                      : u"The Config-File: "_s + file + u" don't exist!\""_s;
+        return said(u"Die Konfigurationsdatei: "_s + file + u" existiert nicht!"_s,
+                    u"The Config-File: "_s + file + u" don't exist!\""_s);
     case 1:
-        return german ? u"Fehlerhafte Registrierdatenbank"_s : u"The Registry is corrupted"_s;
+        return said(u"Fehlerhafte Registrierdatenbank"_s, u"The Registry is corrupted"_s);
     case 2:
-        return german ? u"Falscher Schlüsselname: "_s + key : u"Wrong Keyname: "_s + key;
+        return said(u"Falscher Schlüsselname: "_s + key, u"Wrong Keyname: "_s + key);
     case 3:
-        return german ? u"Schlüssel: "_s + key + u" kann nicht geöffnet werden"_s
-                      : u"Key: "_s + key + u" cannot be opened"_s;
+        return said(u"Schlüssel: "_s + key + u" kann nicht geöffnet werden"_s,
+                    u"Key: "_s + key + u" cannot be opened"_s);
     case 4:
-        return german ? u"Schlüssel kann nicht gelesen werden"_s : u"Key: "_s + key + u" cannot be read"_s;
+        return said(u"Schlüssel kann nicht gelesen werden"_s, u"Key: "_s + key + u" cannot be read"_s);
     case 5:
-        return german ? u"Schlüssel: "_s + key + u" kann nicht geschrieben werden"_s
-                      : u"Key: "_s + key + u" cannot be written"_s;
+        return said(u"Schlüssel: "_s + key + u" kann nicht geschrieben werden"_s,
+                    u"Key: "_s + key + u" cannot be written"_s);
     case 8:
-        return german ? u"Zugriff auf die Regstrierdatenbank verweigert"_s : u"Registry Access denied"_s;
+        return said(u"Zugriff auf die Regstrierdatenbank verweigert"_s, u"Registry Access denied"_s);
     case iniKeyMissing:
-        return german ? u"Es fehlt der Schlüssel in der *.ini-Datei"_s : u"Missing key in *.ini-File"_s;
+        return said(u"Es fehlt der Schlüssel in der *.ini-Datei"_s, u"Missing key in *.ini-File"_s);
     default:
-        return german ? u"Unbekannter Registrierungsfehler-Code"_s : u"Unknown Error!\""_s;
+        return said(u"Unbekannter Registrierungsfehler-Code"_s, u"Unknown Error!\""_s);
     }
 }
 
@@ -70,15 +69,14 @@ QString CProfile::ApplicationExeFile() const {
 }
 
 void CProfile::showMessage(int code, const QString& site, const QString& key) const {
-    const bool german = gLanguage == 0;
     const QString text = messageText(code, key, ApplicationIniFile);
-    const QString details = (german ? u"Fehler bei: "_s : u"Error at: "_s) + site + u"\r\n"_s +
-                            (german ? u"Fehlernummer: "_s : u"Number: "_s) + QString::number(code) + u"\r\n"_s +
-                            (german ? u"Beschreibung: "_s : u"Description: "_s) + text + u"\r\n"_s;
+    const QString details = said(u"Fehler bei: "_s, u"Error at: "_s) + site + u"\r\n"_s +
+                            said(u"Fehlernummer: "_s, u"Number: "_s) + QString::number(code) + u"\r\n"_s +
+                            said(u"Beschreibung: "_s, u"Description: "_s) + text + u"\r\n"_s;
     if (ui::asker().pointer() == ui::Pointer::Wait)
         ui::asker().setPointer(ui::Pointer::Default);
     ui::asker().messageBox(
-        {text + u"\r\n"_s + details, german ? u"Fehler"_s : u"Error"_s, ui::Icon::Critical, ui::Buttons::Ok});
+        {text + u"\r\n"_s + details, said(u"Fehler"_s, u"Error"_s), ui::Icon::Critical, ui::Buttons::Ok});
 }
 
 bool CProfile::m_ReadStringFromProfile(const QString& section, const QString& key, const QString& site) {

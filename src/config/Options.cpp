@@ -4,8 +4,8 @@
 #include "diagnostics/errors.h"
 #include "platform/dao/Value.h"
 
-#include <algorithm>
 #include <limits>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -52,54 +52,34 @@ Result converted(const QString& label, const QString& text, Result byDefault, Re
     }
 }
 
-void fillEmptyFonts(Options& options) {
-    if (options.FixedFont.isEmpty())
-        options.FixedFont = u"Courier New"_s;
-    if (options.PropFont.isEmpty())
-        options.PropFont = u"Arial"_s;
-}
-
-QString keyOf(const OptionDescriptor& option) {
-    return QString::fromUtf16(option.key);
-}
-
-/// The options of the ini form in its order: three keys come at its end, one a little earlier than in the
-/// registry.
+/// The options of the ini form in its order.
 std::vector<const OptionDescriptor*> iniOrder() {
-    const QStringList last = {u"ShowPercentSign"_s, u"CommaInPercent"_s, u"AskMissing"_s};
     std::vector<const OptionDescriptor*> order;
+    const auto add = [&](IniPlace place) {
+        for (const OptionDescriptor& option : optionDescriptors())
+            if (option.iniPlace == place)
+                order.push_back(&option);
+    };
     for (const OptionDescriptor& option : optionDescriptors()) {
-        const QString key = keyOf(option);
-        if (!option.inIniFile || last.contains(key) || key == u"ShowValidSums")
-            continue;
-        if (key == u"NoColumnLabels")
-            order.push_back(findOption(u"ShowValidSums"_s));
-        order.push_back(&option);
+        if (option.member == OptionDescriptor::Member(&Options::NoColumnLabels))
+            add(IniPlace::BeforeNoColumnLabels);
+        if (option.iniPlace == IniPlace::InOrder)
+            order.push_back(&option);
     }
-    for (const QString& key : last)
-        order.push_back(findOption(key));
+    add(IniPlace::AtEnd);
     return order;
 }
 
 void setFromIni(Options& options, const OptionDescriptor& option, const QString& text) {
-    const QString byDefault = QString::fromUtf16(option.iniDefault);
     std::visit(Overload{
-                   [&](bool Options::*member) { options.*member = CBool_me(text, byDefault == u"True"); },
-                   [&](int Options::*member) { options.*member = CLng_me(text, byDefault.toInt()); },
-                   [&](QString Options::*member) { options.*member = text; },
+                   [&](bool Options::*member) { options.*member = CBool_me(text, iniDefaults().*member); },
+                   [&](int Options::*member) { options.*member = CLng_me(text, iniDefaults().*member); },
+                   [&](QString Options::*member) { options.*member = text.isEmpty() ? iniDefaults().*member : text; },
                },
                option.member);
 }
 
 } // namespace
-
-const OptionDescriptor* findOption(const QString& key) {
-    const auto& table = optionDescriptors();
-    const auto found = std::find_if(table.begin(), table.end(), [&](const OptionDescriptor& option) {
-        return keyOf(option).compare(key, Qt::CaseInsensitive) == 0;
-    });
-    return found == table.end() ? nullptr : &*found;
-}
 
 QString optionText(const Options& options, const OptionDescriptor& option, bool iniForm) {
     return std::visit(Overload{
@@ -141,12 +121,11 @@ qint32 CLng_me(const QString& value, qint32 byDefault) {
 
 void OptionsFromRegistry() {
     gErrorTrapping = true;
+    const Options defaults;
     for (const OptionDescriptor& option : optionDescriptors()) {
-        const QString stored = storedSetting(keyOf(option), QString::fromUtf16(option.registryDefault)).toString();
+        const QString stored = storedSetting(option.key.toString(), optionText(defaults, option, false)).toString();
         if (!setOptionFromText(gOptions, option, stored))
             setOptionFromText(gOptions, option, u"0"_s);
-        if (keyOf(option) == u"PropFont")
-            fillEmptyFonts(gOptions);
     }
 }
 
@@ -155,12 +134,7 @@ void OptionsFromIniFile(const QString& file) {
     CProfile profile;
     profile.ApplicationIniFile = file;
     for (const OptionDescriptor* option : iniOrder())
-        setFromIni(gOptions, *option, profile.ReadProfileString(profile.ApplicationExeFile(), keyOf(*option)));
-    fillEmptyFonts(gOptions);
-    if (gOptions.PrintDatePosition.isEmpty())
-        gOptions.PrintDatePosition = u"topmiddle"_s;
-    if (gOptions.PrintPageNumberPosition.isEmpty())
-        gOptions.PrintPageNumberPosition = u"botmiddle"_s;
+        setFromIni(gOptions, *option, profile.ReadProfileString(profile.ApplicationExeFile(), option->key.toString()));
 }
 
 void OptionsToIniFile(const QString& file) {
@@ -169,6 +143,6 @@ void OptionsToIniFile(const QString& file) {
     profile.ApplicationIniFile = file;
     std::vector<QPair<QString, QString>> entries;
     for (const OptionDescriptor* option : iniOrder())
-        entries.push_back({keyOf(*option), optionText(gOptions, *option, true)});
+        entries.push_back({option->key.toString(), optionText(gOptions, *option, true)});
     profile.WriteProfileEntries(profile.ApplicationExeFile(), entries);
 }

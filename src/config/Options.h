@@ -2,86 +2,62 @@
 
 #include <QString>
 #include <QStringList>
+#include <span>
 #include <variant>
-#include <vector>
 
-/// The user's settings, one field a key. The defaults written here are those of the registry.
+/// A default of optionRows.h as the field takes it.
+template<class Type>
+Type optionValue(Type value) {
+    return value;
+}
+template<class Type>
+Type optionValue(const char16_t* text) {
+    return QString::fromUtf16(text);
+}
+
+/// The user's settings, one field a key (see optionRows.h), at the defaults of the registry.
 struct Options {
-    bool EditStudiesMode = false;
-    QString DatabaseName, DatabasePath, DataPath, QuestionnairePath;
-    bool SortByPosition = true;
-    bool TakeSameVarWindow = false;
-    bool AlignSBVTop = true;
-    bool DataOnCD = false;
-    bool EnglishLanguage = false;
-    bool AutomaticVariableColumnWidth = false;
-    QString SPSSPath, SkinPath;
-    bool Skin = true;
-    bool ShowCards = true;
-    QString FixedFont = QStringLiteral("Courier New"), PropFont = QStringLiteral("Arial");
-    int AssignListHeight = 850;
-    bool IncludeMissing = false;
-    bool IncludeMissingXTab = false;
-    bool IncludeMissingDesc = false;
-    QString FontName = QStringLiteral("ARIAL");
-    bool TakeAbsolutValues = true;
-    bool GraphColor = true;
-    bool Landscape = true;
-    bool TrendGraphLine = true;
-    bool HeaderStudy = true;
-    bool HeaderVar = true;
-    bool HeaderYear = true;
-    bool HeaderGroup = true;
-    bool HeaderValFirst = true;
-    bool HeaderValAddVar = true;
-    int MaxItems = 20;
-    bool IncludeMissingInPercentXTab = false;
-    bool IncludeNinXTab = false;
-    bool IncludeNinXTabPercentNFirst = false;
-    bool NoColumnLabels = false;
-    bool NoRowLabels = false;
-    bool IncludeNinXTabPercent = false;
-    bool ShowValidSums = true;
-    int StartItem = 1;
-    int ComparisonWeight = 0;
-    bool HeaderAddWeight = true;
-    bool HeaderAddFilter = true;
-    bool CumulatedPercent = true;
-    bool AutoColWidth = true;
-    bool SeparateValidCases = true;
-    bool ShowPercentSign = true;
-    bool CommaInPercent = true;
-    int PrintPageCount = 99999;
-    int PrintStartPage = 1;
-    int PrintStartPageNumber = 1;
-    int PrintMaxLevels = 0;
-    QString PrintDatePosition = QStringLiteral("topmiddle"), PrintPageNumberPosition = QStringLiteral("botmiddle");
-    bool ReportIncludeQuestionText = true;
-    bool ReportIncludeTables = true;
-    bool ReportIncludeGraphs = true;
-    bool ReportIncludeShowCards = true;
-    int ZoomFactor = 100;
-    int FontSize = 11;
-    bool AskMissing = true;
-    int Descriptives = 126;
-    QString DescriptivesDigits = QStringLiteral("2;2;2;2;2;2;2;2;2;2;2;2;2;");
+#define OPTION(Type, key, registryDefault, iniDefault, iniPlace, control) Type key = optionValue<Type>(registryDefault);
+#include "config/optionRows.h"
 };
 extern Options gOptions;
 
-/// One option: its key, the field that holds it, and its two defaults in text form.
+/// The control of the options dialog behind which an option stands.
+struct OptionControl {
+    enum class Form { None, CheckBox, Text, Number, Path, FontList, SizeList, Choices, Position };
+
+    Form form = Form::None;
+    int place = 0;              ///< in the order of writing, from 1 on
+    QStringView name = {};      ///< a member of an array with its index: "chkHeader(4)"
+    QStringView caption = {};   ///< in the designed German; an option array has one a choice, which its page gives
+    QStringView tip = {};       ///< tool tip of a path's browse button
+    QStringView otherwise = {}; ///< stored place for a text that names no position
+    /// The box without which this one means nothing, and whether this one loses its mark with it.
+    bool Options::*governing = nullptr;
+    bool losesMark = false;
+};
+
+/// Where an option stands in the ini form: in the order of the table, but for a few.
+enum class IniPlace { InOrder, BeforeNoColumnLabels, AtEnd, NotHeld };
+
+/// One option: its key, the field that holds it, its place in the ini form, and its control.
 struct OptionDescriptor {
     using Member = std::variant<bool Options::*, int Options::*, QString Options::*>;
-    const char16_t* key;
+    QStringView key;
     Member member;
-    const char16_t* registryDefault;
-    const char16_t* iniDefault;
-    bool inIniFile;
+    IniPlace iniPlace;
+    OptionControl control;
 };
 
 /// All options in the order of reading from the registry.
-const std::vector<OptionDescriptor>& optionDescriptors();
+std::span<const OptionDescriptor> optionDescriptors();
 /// Same, by key (without regard to case); nullptr if there is none.
-const OptionDescriptor* findOption(const QString& key);
+const OptionDescriptor* findOption(QStringView key);
+/// The option that a field holds.
+const OptionDescriptor& optionOf(const OptionDescriptor::Member& member);
+
+/// The defaults of an ini file that lacks the keys.
+const Options& iniDefaults();
 
 /// The text form of an option in its place, and back. A boolean is "1" or "0" in the registry, "True" or "False" in an
 /// ini file.

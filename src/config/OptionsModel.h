@@ -7,17 +7,6 @@
 #include <QStringList>
 #include <vector>
 
-/// One control of the options dialog and the option behind it.
-struct OptionControl {
-    enum class Form { CheckBox, Text, Number, OptionArray, Position };
-
-    QString control; ///< control name; a member of an array with its index: "chkHeader(4)"
-    const OptionDescriptor* option;
-    Form form;
-    /// Stored place for a text that names none; for Form::Position only.
-    QString otherwise = QString();
-};
-
 /// What the options dialog shows and does, without widgets: pending values apart from the options in force, which
 /// change at apply() only.
 ///
@@ -25,10 +14,12 @@ struct OptionControl {
 /// language, anything else as it is typed.
 class OptionsModel {
 public:
-    /// The controls in the order of writing.
-    static const std::vector<OptionControl>& controls();
-    /// Null if no option stands behind a control of that name.
-    static const OptionControl* find(const QString& control);
+    /// The options that have a control, in the order of writing.
+    static const std::vector<const OptionDescriptor*>& shown();
+    /// Name of the control behind which a field stands.
+    static QString controlOf(const OptionDescriptor::Member& member);
+    /// Names of the controls of one form.
+    static QStringList controlsOf(OptionControl::Form form);
 
     OptionsModel() { load(); }
     /// Takes every value from the options in force, and the start-window flag.
@@ -40,7 +31,7 @@ public:
     /// False for a box whose governing box is off.
     bool isEnabled(const QString& control) const;
 
-    /// Normalises the paths, takes the values over into the options in force in the order of the controls, then writes
+    /// Normalises the paths, takes the values over into the options in force in the order of shown(), then writes
     /// all options and the start-window flag. A number that does not convert shows the standard error box: Ignore
     /// leaves that option as it was, Abort that one and all that follow, and nothing is written.
     /// @return false after Abort
@@ -57,9 +48,9 @@ private:
     QMap<QString, QString> values_;
 
     void normalisePaths();
-    void takeOver(const OptionControl& control) const;
+    void takeOver(const OptionDescriptor& option) const;
     static void saveOptions();
 };
 
-/// The message for an error that tells of a missing drive, path or file; empty for any other.
+/// The message for an error about a missing drive, path or file; empty for any other.
 QString missingPlaceText(int errorNumber);

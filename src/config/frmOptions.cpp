@@ -32,15 +32,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Fields with a browse button, which is named like the field.
-const QStringList pathFields = {u"txtDatabaseName"_s,      u"txtDatabasePath"_s, u"txtDataPath"_s,
-                                u"txtQuestionnairePath"_s, u"txtSPSSPath"_s,     u"txtSkinPath"_s};
-QString buttonOf(const QString& field) {
-    return u"cmd"_s + field.mid(3);
-}
-
-const QString fontLists[] = {u"cmbFixedFont"_s, u"cmbPropFont"_s};
-const QString positionLists[] = {u"cmbDate"_s, u"cmbPageNumber"_s};
 constexpr int fontSizes[] = {6, 7, 8, 9, 10, 11, 12, 14, 16, 18, 20, 24, 28, 36, 48, 72};
 
 /// Number of the member that an option array's control is.
@@ -124,12 +115,13 @@ void frmOptions::resizeToContent() {
 
 void frmOptions::fillLists() {
     const auto list = [&](const QString& name) { return findChild<QComboBox*>(name); };
-    for (const QString& name : fontLists)
+    for (const QString& name : OptionsModel::controlsOf(OptionControl::Form::FontList))
         list(name)->addItems(QFontDatabase::families());
-    for (const QString& name : positionLists)
+    for (const QString& name : OptionsModel::controlsOf(OptionControl::Form::Position))
         list(name)->addItems(OptionsModel::positionTexts());
-    for (const int size : fontSizes)
-        list(u"cmbFontSize"_s)->addItem(QString::number(size));
+    for (const QString& name : OptionsModel::controlsOf(OptionControl::Form::SizeList))
+        for (const int size : fontSizes)
+            list(name)->addItem(QString::number(size));
 }
 
 void frmOptions::connectControls() {
@@ -164,31 +156,32 @@ void frmOptions::connectButtons() {
     onClick(u"cmdLoad"_s, [this] { cmdLoad_Click(); });
     onClick(u"cmdSave"_s, [this] { cmdSave_Click(); });
     onClick(u"cmdDescriptives"_s, [this] { trapped([this] { frmDescriptives(nullptr, this).exec(); }); });
-    for (const QString& field : pathFields) {
-        onClick(buttonOf(field), [=, this] { browse(field, false); });
+    for (const QString& field : OptionsModel::controlsOf(OptionControl::Form::Path)) {
+        onClick(browseButtonOf(field), [=, this] { browse(field, false); });
         findChild<QLineEdit*>(field)->installEventFilter(this);
     }
     connect(tbsOptions_, &QTabWidget::currentChanged, this, [this] { turnTab(0); });
 }
 
-/// What has no caption is named to those who cannot see it.
+/// What has no caption gets a name for screen readers.
 void frmOptions::refreshTitles() {
-    for (const QString& field : pathFields) {
-        auto* button = findChild<QPushButton*>(buttonOf(field));
+    for (const QString& field : OptionsModel::controlsOf(OptionControl::Form::Path)) {
+        auto* button = findChild<QPushButton*>(browseButtonOf(field));
         button->setAccessibleName(button->toolTip());
     }
 }
 
 void frmOptions::showModel() {
     showing_ = true;
-    for (const OptionControl& bound : OptionsModel::controls()) {
-        if (bound.form != OptionControl::Form::OptionArray) {
-            showValue(control(bound.control), bound.control);
+    for (const OptionDescriptor* option : OptionsModel::shown()) {
+        const QString name = option->control.name.toString();
+        if (option->control.form != OptionControl::Form::Choices) {
+            showValue(control(name), name);
             continue;
         }
         for (auto* button : findChildren<QRadioButton*>())
-            if (button->objectName().startsWith(bound.control + u'('))
-                button->setChecked(memberIndex(button->objectName()) == model_.value(bound.control));
+            if (button->objectName().startsWith(name + u'('))
+                button->setChecked(memberIndex(button->objectName()) == model_.value(name));
     }
     showValue(control(u"chkbSys"_s), u"chkbSys"_s);
     showing_ = false;
@@ -210,8 +203,8 @@ void frmOptions::showValue(QObject* object, const QString& name) {
 }
 
 void frmOptions::showSamples() {
-    const std::pair<QString, QString> samples[] = {{u"lblSample1"_s, u"cmbFixedFont"_s},
-                                                   {u"lblSample2"_s, u"cmbPropFont"_s}};
+    const std::pair<QString, QString> samples[] = {{u"lblSample1"_s, OptionsModel::controlOf(&Options::FixedFont)},
+                                                   {u"lblSample2"_s, OptionsModel::controlOf(&Options::PropFont)}};
     for (const auto& [label, list] : samples) {
         QFont sample = font();
         sample.setFamilies({model_.value(list)});

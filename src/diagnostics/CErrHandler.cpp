@@ -45,11 +45,9 @@ void replaceReport(const QString& path, const QString& text) {
 
 /// What stands before the cause, in boxes of both kinds.
 QString placeOfError(const QString& procedure, int lineNumber) {
-    const QString number = QString::number(lineNumber);
-    if (gLanguage != 0)
-        return u"Error in Procedure: \r\n"_s + procedure + u" at Line  "_s + number + u"\r\n"_s;
-    return u"Folgender Fehler ist in der Prozedur: \r\n"_s + procedure + u" in Zeile  "_s + number +
-           u" aufgetreten: \r\n"_s;
+    return said(u"Folgender Fehler ist in der Prozedur: \r\n"_s, u"Error in Procedure: \r\n"_s) + procedure +
+           said(u" in Zeile  "_s, u" at Line  "_s) + QString::number(lineNumber) +
+           said(u" aufgetreten: \r\n"_s, u"\r\n"_s);
 }
 
 void showError(const QString& text, const QString& title) {
@@ -93,7 +91,7 @@ void CErrHandler::HandleError(int number, const QString& description, bool show)
     writeProgramReport();
     if (!DisplayMsgOnError || !show)
         return;
-    const QString cause = (gLanguage != 0 ? u"Error: ("_s : u"Fehler: ("_s) + QString::number(number) + u") "_s;
+    const QString cause = said(u"Fehler: ("_s, u"Error: ("_s) + QString::number(number) + u") "_s;
     showError(placeOfError(errorProcedure_, errorLine_) + cause + description, AppTitle);
 }
 

@@ -8,7 +8,7 @@
 namespace {
 
 int depth = 0;
-/// What has been told of failed files, and whether the user goes on without them.
+/// What has been reported of failed files, and whether the user goes on without them.
 std::map<QString, bool> files;
 std::vector<std::tuple<int, QString, QString>> told;
 

@@ -64,11 +64,9 @@ bool standardErrorBox(const dao::Error& error, Trap& outcome) {
 }
 
 void ReportProcedureError(const dao::Error& error, const QString& procedure) {
-    const bool german = gLanguage == 0;
-    const QString text = (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
-                         (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) +
-                         u"\r\n"_s + (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s +
-                         error.description();
+    const QString text = said(u"Fehler bei: "_s, u"Error at: "_s) + procedure + u"\r\n"_s +
+                         said(u"Fehlernummer: "_s, u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
+                         said(u"Fehlerbezeichnung:"_s, u"ErrorDescription:"_s) + u"\r\n"_s + error.description();
     ui::asker().messageBox(
-        {text, german ? u"VB-Laufzeitfehler"_s : u"VB-RuntimeError"_s, ui::Icon::Critical, ui::Buttons::Ok});
+        {text, said(u"VB-Laufzeitfehler"_s, u"VB-RuntimeError"_s), ui::Icon::Critical, ui::Buttons::Ok});
 }

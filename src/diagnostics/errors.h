@@ -22,13 +22,13 @@ public:
 QString lastDbErrorText();
 
 /// Hands an error to gErrHandler: HandleDBError when the engine's list has entries, HandleError otherwise. What the
-/// gesture under way has told of already is only written (see GestureScope).
+/// gesture under way has reported already is only written (see GestureScope).
 void reportError(const dao::Error& error);
 /// Hands an error to HandleError whatever the engine's list holds; opening and closing of a catalogue report so.
 void reportProgramError(const dao::Error& error);
 
 /// Any failure as the handlers know it. What comes from the standard library is a run-time error of the language: 7 out
-/// of memory, 75 no way to a file, 51 whatever else; the engine's list, which tells of an earlier operation then, is
+/// of memory, 75 no way to a file, 51 whatever else; the engine's list, which then belongs to an earlier operation, is
 /// emptied.
 dao::Error asError(const std::exception& failure);
 
@@ -47,9 +47,9 @@ bool attempt(Step&& step, void (*report)(const dao::Error&) = reportError) {
 
 enum class Trap { Done, Ignored, Aborted };
 
-/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore). Of a file that the gesture
-/// under way has told of, the answer holds: Ignore where it was ignored, Abort otherwise.
-/// @return true to retry; otherwise `outcome` tells
+/// Shows the standard error box (number, line break, description; Abort, Retry, Ignore). For a file that the
+/// gesture under way has reported, the answer given then holds: Ignore where it was ignored, Abort otherwise.
+/// @return true to retry; otherwise see `outcome`
 bool standardErrorBox(const dao::Error& error, Trap& outcome);
 
 /// Runs a step under the standard error box: Retry runs it again, Ignore goes on, Abort sets the default pointer and

@@ -254,7 +254,7 @@ std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view
     std::vector<UnreachedEntry> unreached;
     const QString statement = u"SELECT * FROM "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
                               u" ORDER BY [fid], [order];"_s;
-    // What fails here has failed when the tree was built, and has been told then.
+    // What fails here has failed when the tree was built, and was reported then.
     const auto silent = [](const dao::Error&) {};
     if (!gDatabase.CurrentDatabase())
         return unreached;

@@ -20,8 +20,8 @@ struct CatalogueNode {
     QString id() const { return Key.mid(1); }
 };
 
-/// The tree of a view's entries, by key. Keys are told apart without regard to case, as the engine tells
-/// them. Nodes stay where they are until the tree is cleared.
+/// The tree of a view's entries, by key. Keys are compared without regard to case, as the engine
+/// does. Nodes stay where they are until the tree is cleared.
 class CatalogueTree {
 public:
     CatalogueTree() = default;

@@ -83,7 +83,7 @@ ExplorerLayout ExplorerLayout::stored(bool study) {
 }
 
 void ExplorerLayout::store(bool study) const {
-    // Without a word if it fails: it is stored while its window goes, and a lost width is no lost work.
+    // No message if it fails: it is stored while its window closes, and a lost width is no lost work.
     Registry::Entry entry;
     entry.text = toText();
     Registry::write(Registry::CurrentUser, SettingsKeys::user, settingName(study), entry);

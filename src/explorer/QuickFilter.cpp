@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Parts the texts of a row, so that no word is found across two of them.
+/// Separates the texts of a row, so that no word is found across two of them.
 constexpr char parting = 1;
 
 /// Appends a text, folded. Most letters are plain ones, which need no table of Unicode.

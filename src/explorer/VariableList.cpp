@@ -16,23 +16,19 @@ namespace {
 constexpr int narrowColumn = 850;
 constexpr int labelColumn = 4000;
 
-QString inUserLanguage(const QString& german, const QString& english) {
-    return gLanguage == 0 ? german : english;
-}
-
 QString heading(const QString& key) {
     if (key == u"VN")
         return u"Variable"_s;
     if (key == u"SN")
-        return inUserLanguage(u"Studie"_s, u"Study"_s);
+        return TranslateText(u"Studie"_s);
     if (key == u"WE")
-        return inUserLanguage(gCatalogueOptions.VarGroupInfoName, gCatalogueOptions.VarGroupInfoNameEnglish);
+        return said(gCatalogueOptions.VarGroupInfoName, gCatalogueOptions.VarGroupInfoNameEnglish);
     if (key == u"SY")
-        return inUserLanguage(u"Jahr"_s, u"Year"_s);
+        return TranslateText(u"Jahr"_s);
     if (key == u"VL")
-        return inUserLanguage(u"Label (Originalsprache)"_s, u"Label (Original Language)"_s);
+        return TranslateText(u"Label (Originalsprache)"_s);
     if (key == u"EL")
-        return inUserLanguage(u"Label (Englisch)"_s, u"Label (English)"_s);
+        return TranslateText(u"Label (Englisch)"_s);
     return {};
 }
 

@@ -34,7 +34,7 @@ public:
     int selectedRow = -1; ///< -1 without a row
     /// Rows in view, as indexes into rows, in their order: all of them, or those that a filter leaves.
     std::vector<int> shown;
-    /// What the rows were read from; it stays open, so that who needs more of a variable need not ask again.
+    /// What the rows were read from; it stays open, so that more of a variable is read without another query.
     dao::RecordsetPtr recordset;
 
     int sortKey = 0; ///< column
@@ -52,7 +52,7 @@ public:
     /// Orders the rows by what is set, equal ones as they stand in the statement; unsorted is the statement's
     /// order.
     void sort();
-    /// Keeps in view the rows that match, told by their Position; nothing brings all back. A row that is selected
+    /// Keeps in view the rows that match, by their Position; nothing brings all back. A row that is selected
     /// and goes out of view is unselected.
     void filterBy(std::vector<bool> matching);
     /// Place of a row among those in view, -1 if it is out of view.

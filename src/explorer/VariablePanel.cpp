@@ -113,7 +113,6 @@ void VariablePanel::fill(bool english) {
 
 void VariablePanel::fillGroup(bool english) {
     const dao::Value group = recordset_->value(english ? u"dt_VarGroupNameEn"_s : u"dt_VarGroupName"_s);
-    const QString name =
-        gLanguage == 0 ? gCatalogueOptions.VarGroupInfoName : gCatalogueOptions.VarGroupInfoNameEnglish;
+    const QString name = said(gCatalogueOptions.VarGroupInfoName, gCatalogueOptions.VarGroupInfoNameEnglish);
     facts_[u"Welle"_s] = {group.toText(), group.isNull() ? QString() : name + u' ' + group.toText()};
 }

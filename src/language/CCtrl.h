@@ -42,7 +42,7 @@ public:
     void SetControlProps();
     /// Takes the English texts of tblstatneu over into tblstat.
     void UpdateTblStat();
-    /// Writes the texts of CurrentForm to FileName, fields parted by ";".
+    /// Writes the texts of CurrentForm to FileName, fields separated by ";".
     void WriteCtrlProps();
 
 private:

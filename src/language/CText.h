@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <vector>
 
-/// The table of free texts, German to English; held in memory and searched binarily.
+/// The table of free texts, German to English; held in memory, found by binary search.
 class CText : public ObjectStatus {
 public:
     QString DatabaseName;

@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Reads a file's lines, taken apart at tabs.
+/// Reads a file's lines, split at tabs.
 QStringList readLines(const QString& path, qsizetype fields, std::vector<QStringList>& lines) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

@@ -7,7 +7,7 @@
 
 /// Makes the system database from the rows that are kept as text files.
 ///
-/// A text file has one row a line, fields parted by a tab, UTF-8, a line break within a text as the two
+/// A text file has one row a line, fields separated by a tab, UTF-8, a line break within a text as the two
 /// characters "\n". Everything here returns what is wrong, one line a fault; nothing when all is well.
 
 struct TextRow {

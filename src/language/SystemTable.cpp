@@ -11,9 +11,8 @@ QString SystemTable::path() {
 }
 
 QString SystemTable::missingText(const QString& path) {
-    if (gLanguage != 0)
-        return u"The Database-File "_s + path + u"\r\ncould not be found!"_s;
-    return u"Die Datenbankdatei "_s + path + u"\r\nkonnte nicht gefunden werden!"_s;
+    return said(u"Die Datenbankdatei "_s, u"The Database-File "_s) + path +
+           said(u"\r\nkonnte nicht gefunden werden!"_s, u"\r\ncould not be found!"_s);
 }
 
 QString SystemTable::notOpenedText(const QString& path) {
@@ -21,10 +20,9 @@ QString SystemTable::notOpenedText(const QString& path) {
 }
 
 QString SystemTable::errorText(const QString& procedure, const dao::Error& error) {
-    const bool german = gLanguage == 0;
-    return (german ? u"Fehler bei: "_s : u"Error at: "_s) + procedure + u"\r\n"_s +
-           (german ? u"Fehlernummer: "_s : u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
-           (german ? u"Fehlerbezeichnung:"_s : u"ErrorDescription:"_s) + u"\r\n"_s + error.description() + u"\r\n"_s;
+    return said(u"Fehler bei: "_s, u"Error at: "_s) + procedure + u"\r\n"_s +
+           said(u"Fehlernummer: "_s, u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
+           said(u"Fehlerbezeichnung:"_s, u"ErrorDescription:"_s) + u"\r\n"_s + error.description() + u"\r\n"_s;
 }
 
 QString SystemTable::searchForm(const QString& text) {

@@ -25,7 +25,7 @@ int compareSearchForms(const QString& a, const QString& b);
 
 } // namespace SystemTable
 
-/// Status and message of one of these objects: -1 after a failure, with the words to show.
+/// Status and message of one of these objects: -1 after a failure, with the message to show.
 class ObjectStatus {
 public:
     qint16 Status() const { return status_; }

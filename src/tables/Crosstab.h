@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-/// The options that bear on a crosstab, by their keys.
+/// The options of a crosstab, by their keys.
 struct CrosstabOptions {
     bool IncludeMissingXTab = false;
     bool IncludeMissingInPercentXTab = false;
@@ -26,7 +26,7 @@ struct CrosstabOptions {
 /// What a crosstab is made from.
 struct CrosstabInput {
     /// One row per combination, in any order: field 0 the value of the rows, field 1 that of the columns
-    /// (Null: system-missing), field 2 the number of cases or the sum of weights. The first two fields bear
+    /// (Null: system-missing), field 2 the number of cases or the sum of weights. The first two fields have
     /// the names of their variables.
     dao::Recordset& counts;
     /// Labels of both variables: fi_VarName, dt_Value, dt_Label.
@@ -39,7 +39,7 @@ struct CrosstabInput {
     /// Asked once per record of the axes and per row of cells; gives the user interface its turn. True ends
     /// the builder.
     std::function<bool()> cancelled;
-    /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
+    /// Called for a percentage that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the values of row and column
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
     /// Marks set by hand, which decide in place of the definitions for the values that they hold; may be null.

@@ -79,7 +79,7 @@ QString CrosstabPercent::percent(Of of, int column, int row) {
     return options_.IncludeMissingInPercentXTab ? percentOfAll(of, column, row) : percentOfValid(of, column, row);
 }
 
-/// Percentages that rest on the sums over all values.
+/// Percentages of the sums over all values.
 QString CrosstabPercent::percentOfAll(Of of, int column, int row) {
     const int sumColumn = cols_ - 2, sumRow = rows_ - 2;
     if ((row == rows_ - 1 && column == sumColumn) || (row == sumRow && column == cols_ - 1))
@@ -99,7 +99,7 @@ QString CrosstabPercent::percentOfAll(Of of, int column, int row) {
     return filled(column, row) && neighbour != 0 ? quotient(column, row, base) : u"0,0"_s;
 }
 
-/// Percentages that rest on the sums over valid values, and are shown for valid values and these sums alone.
+/// Percentages of the sums over valid values, shown for valid values and these sums alone.
 QString CrosstabPercent::percentOfValid(Of of, int column, int row) {
     const int lastColumn = cols_ - 1, lastRow = rows_ - 1;
     const bool ofRow = of != Of::Column, ofColumn = of != Of::Row;

@@ -14,7 +14,7 @@ public:
     CrosstabPercent(const ResultTable& absolute, const CrosstabInput& input);
 
     /// Sizes and fills a table of percentages, without taking any row or column away. A division by zero
-    /// is told, or shows the standard error box; Ignore leaves its cell empty. @return false for Abort
+    /// is reported, or shows the standard error box; Ignore leaves its cell empty. @return false for Abort
     bool fill(ResultTable& table, Of of);
     /// True when no value of either axis is marked as missing.
     bool nothingMarked() const;

@@ -59,7 +59,7 @@ private:
     std::map<GroupKey, Block> blocks_;
     mdStats::Cases all_; ///< of all groups, for the mode
     std::optional<std::optional<double>> mode_;
-    std::optional<dao::Error> failure_; ///< the last one told of in the block at hand
+    std::optional<dao::Error> failure_; ///< the last one reported in the current block
     QStringList told_;                  ///< titles of the block's failures
 
     bool chosen(Statistic statistic) const { return in_.selection[static_cast<size_t>(statistic)]; }
@@ -201,7 +201,7 @@ std::optional<double> DescriptivesBuilder::compute(Statistic statistic, const QS
     return result;
 }
 
-/// One failure may keep other statistics from being computed: each that stays empty for it is told of too.
+/// One failure may keep other statistics from being computed: each that stays empty for it is reported too.
 void DescriptivesBuilder::tellBlanks(const QString& group, const Results& found) {
     if (!failure_)
         return;

@@ -37,7 +37,7 @@ int maskOf(const StatisticSelection& selection);
 /// Takes the largest powers out first; what is left over is nothing.
 StatisticSelection selectionOf(int mask);
 
-/// Name of a field type. @param attributes tell a counter, a text of fixed width and a hyperlink apart
+/// Name of a field type. @param attributes distinguish a counter, a text of fixed width and a hyperlink
 QString fieldTypeName(int type, int attributes = 0);
 /// True for the types that statistics are made of; counters and bytes are not among them.
 bool isStatisticField(const dao::Field& field);
@@ -52,12 +52,12 @@ struct DescriptivesInput {
     QString missingText; ///< definition of missing values; empty: every value is valid
     bool weighted = false;
     StatisticSelection selection{};
-    QString digits;        ///< whole numbers parted by ";", by index; one that is not there counts as 0
+    QString digits;        ///< whole numbers separated by ";", by index; one that is not there counts as 0
     QString groupVariable; ///< title of the groups
     bool CommaInPercent = true;
     /// Gives the user interface its turn. True ends the builder.
     std::function<bool()> cancelled;
-    /// Hears of a statistic that cannot be computed, whose cell then stays empty; without it the standard
+    /// Called for a statistic that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the title of the statistic, behind the group's value where there are
     /// groups
     std::function<void(const QString& place, const dao::Error& error)> onFailure;

@@ -25,7 +25,7 @@ struct FrequencyInput {
     /// Asked once per row while percentages are made; gives the user interface its turn. True ends the
     /// builder.
     std::function<bool()> cancelled;
-    /// Hears of a percentage that cannot be computed, whose cell then stays empty; without it the standard
+    /// Called for a percentage that cannot be computed, whose cell then stays empty; without it the standard
     /// error box asks. @param place the value and the head of the column
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
     /// Marks set by hand, which decide in place of the definition if they are of just these values; may be null.

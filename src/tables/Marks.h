@@ -8,7 +8,7 @@
 
 class ResultTable;
 
-/// The column that tells the missing values of the rows, by "X", and the row of a crosstab that tells those of its
+/// The column that marks the missing values of the rows with "X", and the row of a crosstab that marks those of its
 /// columns.
 constexpr int markColumn = 2;
 constexpr int markRow = 2;
@@ -28,7 +28,7 @@ public:
     struct Value {
         QString value, label; ///< as the table shows them; the value of system-missing is empty
         bool null = false;    ///< system-missing; an empty text is a value of its own
-        QString mark;         ///< "X" for missing; " " where a hand took the mark away
+        QString mark;         ///< "X" for missing; " " where the user took the mark away
         /// Cumulated percent of a frequency table, which stays on a row once it is marked.
         std::optional<double> cumulated{};
 
@@ -56,7 +56,7 @@ private:
     QHash<QString, QList<int>> places_; ///< by folded text; system-missing by a key that no text is
 };
 
-/// The missing values of a table, and who says that they are: a definition or a hand. They belong to values, not to
+/// The missing values of a table, and what makes them so: a definition or the user. They belong to values, not to
 /// places: a table in another language, another shape or under other options takes them over.
 struct Marks {
     enum class By { Definition, Hand };

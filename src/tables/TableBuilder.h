@@ -25,7 +25,7 @@ int estimatedTextWidth(const QString& text);
 /// Shows one of a builder's warnings, in the language in force.
 void showTableWarning(const QString& text);
 
-/// Computes what stands in a cell. Of a failure `tell` hears where somebody listens, and the cell stays empty; else the
+/// Computes what stands in a cell. A failure goes to `tell` where there is one, and the cell stays empty; else the
 /// standard error box asks. @return false for Abort
 template<class Step, class Tell>
 bool computeOrTell(bool listened, Step&& step, Tell&& tell) {

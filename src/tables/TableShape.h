@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-/// What a table tells of; every mode of an analysis makes one kind.
+/// What a table shows; every mode of an analysis makes one kind.
 enum class TableKind { None, Frequency, Crosstab, Descriptives, Comparison };
 
 /// A run of rows or columns, counted from 0; empty where `last` lies before `first`.
@@ -23,7 +23,7 @@ struct StatedCases {
     bool operator==(const StatedCases&) const = default;
 };
 
-/// Where a table has what: its builder says so, and no reader finds it again by the words in the cells. An index is -1
+/// Where a table has what: its builder says so, and no reader finds it by the texts in the cells. An index is -1
 /// where the table has no such row or column.
 struct TableShape {
     Span rows, columns; ///< that hold data: values and what belongs to them

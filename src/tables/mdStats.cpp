@@ -28,7 +28,7 @@ double quotient(double numerator, double denominator) {
     return finite(numerator / denominator);
 }
 
-/// A power with a broken exponent, which a negative base has not got.
+/// A power with a fractional exponent, which is undefined for a negative base.
 double power(double base, double exponent) {
     if (base < 0)
         dao::raiseRuntimeError(invalidCall);
@@ -153,8 +153,8 @@ double Cases::sum() const {
     return finite(products_.value());
 }
 
-/// Equal values are their mean themselves: a quotient that misses them by a rounding would leave deviations, of which
-/// skewness and kurtosis would make a shape.
+/// The mean of equal values is that value: a quotient that misses it by a rounding error would leave deviations, from
+/// which skewness and kurtosis would compute a shape.
 double Cases::mean() const {
     const double n = validN();
     if (n <= 0)

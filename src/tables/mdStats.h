@@ -119,7 +119,7 @@ using Query = std::function<dao::RecordsetPtr(const QString& statement)>;
 /// The most frequent value of `stat` by number of rows (with a weight: of rows that have one), the smallest
 /// of several.
 /// @param result stays as it is where there is none
-/// @param several true: all values of that frequency as text, parted by "; "
+/// @param several true: all values of that frequency as text, separated by "; "
 void Mode(dao::Value& result, const QString& field, const QString& weightField, bool several,
           const QString& missingText, const Query& query);
 

@@ -27,7 +27,7 @@ QString normalised(QString text) {
     return text;
 }
 
-/// A stretch of a text, from a position up to another; one that ends before it starts is an invalid call.
+/// Part of a text, from a position up to another; one that ends before it starts is an invalid call.
 QString piece(const QString& text, qsizetype from, qsizetype to) {
     if (to < from)
         dao::raiseRuntimeError(5);
@@ -57,7 +57,7 @@ MissingDefinition::MissingDefinition(const QString& text) {
         kind_ = Kind::None;
 }
 
-/// Classes the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form
+/// Classifies the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form
 /// counts blanks and each piece starts one character behind its separator, as the definitions in catalogues
 /// have come to rely on.
 bool MissingDefinition::split(const QString& text) {

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <vector>
 
-/// A table as the text that other programs read: one writer for every place that hands tables on.
+/// A table as the text that other programs read: one writer for every place that exports tables.
 
 /// The cells of a table, row by row.
 std::vector<QStringList> tableRows(const ResultTable& table);
@@ -20,7 +20,7 @@ QString tagText(TableKind kind);
 QString csvCell(const QString& text);
 /// Rows in csv (RFC 4180), each ended by CR LF.
 QString csvText(const std::vector<QStringList>& rows);
-/// The whole table as a grid's selection gives it: columns parted by tabs, rows by carriage returns.
+/// The whole table as a grid's selection gives it: columns separated by tabs, rows by carriage returns.
 QString clipText(const ResultTable& table);
 /// The table as an HTML element, its title as the caption, fixed rows and columns as headings.
 QString htmlTable(const QString& title, const ResultTable& table);

@@ -100,12 +100,12 @@ int VariablesCommand::run(Session& session) {
     return 0;
 }
 
-/// A view by its number; words on standard error if the catalogue has none of it.
+/// A view by its number; a message on standard error if the catalogue has no such view.
 bool openView(Session& session, ExplorerModel& explorer, int view) {
     const int last = gCatalogueOptions.NumberOfFrmExplorers;
     if (view < 1 || view > last || gViews.at(view, ViewTable::Table).isEmpty()) {
-        session.say(u"Der Katalog hat keine Ansicht %1."_s, u"The catalogue has no view %1."_s,
-                    {QString::number(view)});
+        session.say(said(u"Der Katalog hat keine Ansicht %1."_s, u"The catalogue has no view %1."_s)
+                        .arg(QString::number(view)));
         return false;
     }
     session.takeWarningsAsFailures();
@@ -162,8 +162,9 @@ int TreeCommand::run(Session& session) {
     else
         session.printer().print({u"key"_s, u"parent"_s, u"level"_s, u"text"_s}, rows);
     for (const UnreachedEntry& entry : unreachedEntries(explorer.tree, view_, gOptions.EnglishLanguage))
-        session.say(u"Nicht im Baum, da kein Weg von der Wurzel dorthin führt: %1 (%2)"_s,
-                    u"Not in the tree, since no way from the root leads there: %1 (%2)"_s, {entry.key, entry.text});
+        session.say(said(u"Nicht im Baum, da kein Weg von der Wurzel dorthin führt: %1 (%2)"_s,
+                         u"Not in the tree, since no way from the root leads there: %1 (%2)"_s)
+                        .arg(entry.key, entry.text));
     return 0;
 }
 
@@ -192,8 +193,8 @@ int ListCommand::run(Session& session) {
         return 1;
     const QString key = QString::fromStdString(node_);
     if (!explorer.select(key)) {
-        session.say(u"Ansicht %1 hat keinen Eintrag %2."_s, u"View %1 has no entry %2."_s,
-                    {QString::number(view_), key});
+        session.say(said(u"Ansicht %1 hat keinen Eintrag %2."_s, u"View %1 has no entry %2."_s)
+                        .arg(QString::number(view_), key));
         return 1;
     }
     if (session.failed())

@@ -25,8 +25,9 @@ TypedEntry entryFrom(const QString& text) {
     QString rest = parts.captured(3);
     QRegularExpressionMatch next = key.match(rest);
     if (!parts.hasMatch() || (!rest.isEmpty() && next.capturedStart() != 0))
-        throw UsageError{u"--entry \"%1\": erwartet wird STUDIE VARIABLE [weight=..] [filter=..] [part=..]"_s.arg(text),
-                         u"--entry \"%1\": expected is STUDY VARIABLE [weight=..] [filter=..] [part=..]"_s.arg(text)};
+        throw UsageError{said(u"--entry \"%1\": erwartet wird STUDIE VARIABLE [weight=..] [filter=..] [part=..]"_s,
+                              u"--entry \"%1\": expected is STUDY VARIABLE [weight=..] [filter=..] [part=..]"_s)
+                             .arg(text)};
     TypedEntry entry;
     entry.cases.study = parts.captured(1);
     entry.variable = parts.captured(2);
@@ -38,8 +39,9 @@ TypedEntry entryFrom(const QString& text) {
         (name == u"weight" ? entry.cases.weight : name == u"filter" ? entry.cases.filter : entry.cases.part) = value;
     }
     if (!entry.cases.filter.isEmpty() && !entry.cases.part.isEmpty())
-        throw UsageError{u"--entry \"%1\": filter und part schließen einander aus"_s.arg(text),
-                         u"--entry \"%1\": filter and part exclude each other"_s.arg(text)};
+        throw UsageError{said(u"--entry \"%1\": filter und part schließen einander aus"_s,
+                              u"--entry \"%1\": filter and part exclude each other"_s)
+                             .arg(text)};
     return entry;
 }
 
@@ -86,10 +88,10 @@ CLI::App* CompareCommand::declare(CLI::App& program) {
 
 void CompareCommand::check() const {
     if (!delete_.empty() && (!entries_.empty() || !load_.empty() || !save_.empty()))
-        throw UsageError{u"--delete steht allein"_s, u"--delete stands alone"_s};
+        throw UsageError{said(u"--delete steht allein"_s, u"--delete stands alone"_s)};
     if (delete_.empty() && entries_.empty() == load_.empty())
-        throw UsageError{u"--entry oder --load wird gebraucht, nicht beides"_s,
-                         u"--entry or --load is needed, not both"_s};
+        throw UsageError{
+            said(u"--entry oder --load wird gebraucht, nicht beides"_s, u"--entry or --load is needed, not both"_s)};
 }
 
 bool CompareCommand::addEntries(Session& session, RequestEditor& editor, ComparisonList& list,

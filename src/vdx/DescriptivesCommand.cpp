@@ -3,6 +3,7 @@
 #include "vdx/Command.h"
 #include "vdx/StudyRequest.h"
 
+#include "app/globals.h"
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -59,8 +60,9 @@ StatisticSelection selectionFrom(const QString& names) {
     for (const QString& name : names.split(u',')) {
         const std::optional<size_t> statistic = statisticOf(name);
         if (!statistic)
-            throw UsageError{u"--statistics %1: Eine Statistik dieses Namens gibt es nicht"_s.arg(name),
-                             u"--statistics %1: there is no statistic of that name"_s.arg(name)};
+            throw UsageError{said(u"--statistics %1: Eine Statistik dieses Namens gibt es nicht"_s,
+                                  u"--statistics %1: there is no statistic of that name"_s)
+                                 .arg(name)};
         selection[*statistic] = true;
     }
     return selection;
@@ -82,8 +84,9 @@ std::array<QString, statisticCount> digitsFrom(const QString& text) {
         digits[static_cast<size_t>(i)] = QString::number(number);
     }
     if (!good)
-        throw UsageError{u"--digits %1: eine Zahl von 0 bis 15, oder bis zu 14 solche mit \";\" dazwischen"_s.arg(text),
-                         u"--digits %1: a number from 0 to 15, or up to 14 of them parted by \";\""_s.arg(text)};
+        throw UsageError{said(u"--digits %1: eine Zahl von 0 bis 15, oder bis zu 14 solche mit \";\" dazwischen"_s,
+                              u"--digits %1: a number from 0 to 15, or up to 14 of them parted by \";\""_s)
+                             .arg(text)};
     return digits;
 }
 

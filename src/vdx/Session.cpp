@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A warning leaves the run standing: only what reports an error, or offers to try a failed step again, ends it.
+/// A warning does not end the run: only what reports an error, or offers to try a failed step again, does.
 bool reportsError(const ui::Box& box) {
     return box.icon == ui::Icon::Critical || box.buttons == ui::Buttons::AbortRetryIgnore;
 }
@@ -43,11 +43,13 @@ void setOptions(const QStringList& settings) {
         const QString key = setting.left(equals);
         const OptionDescriptor* option = equals > 0 ? findOption(key) : nullptr;
         if (!option)
-            throw UsageError{u"--set %1: Eine Option dieses Namens gibt es nicht (Form: KEY=VALUE)"_s.arg(setting),
-                             u"--set %1: there is no option of that name (write KEY=VALUE)"_s.arg(setting)};
+            throw UsageError{said(u"--set %1: Eine Option dieses Namens gibt es nicht (Form: KEY=VALUE)"_s,
+                                  u"--set %1: there is no option of that name (write KEY=VALUE)"_s)
+                                 .arg(setting)};
         if (!setOptionFromText(gOptions, *option, setting.mid(equals + 1)))
-            throw UsageError{u"--set %1: Die Option nimmt diesen Wert nicht an"_s.arg(setting),
-                             u"--set %1: the option does not take this value"_s.arg(setting)};
+            throw UsageError{said(u"--set %1: Die Option nimmt diesen Wert nicht an"_s,
+                                  u"--set %1: the option does not take this value"_s)
+                                 .arg(setting)};
     }
 }
 
@@ -114,16 +116,6 @@ void Session::say(const QString& line) {
     progressLine({});
     std::fputs((oneLine(line) + u'\n').toUtf8().constData(), err_);
     std::fflush(err_);
-}
-
-void Session::say(const QString& german, const QString& english, const QStringList& values) {
-    const QString line = gLanguage == 0 ? german : english;
-    if (values.isEmpty())
-        say(line);
-    else if (values.size() == 1)
-        say(line.arg(values[0]));
-    else
-        say(values.size() == 2 ? line.arg(values[0], values[1]) : line.arg(values[0], values[1], values[2]));
 }
 
 bool Session::errIsTerminal() const {

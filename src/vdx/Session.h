@@ -21,7 +21,7 @@ struct CommonOptions {
 
 /// Wrong usage: the command line itself cannot be understood. Exit status 2.
 struct UsageError {
-    QString german, english;
+    QString text; ///< in the language of the run
 };
 
 /// The world of one run: options at their defaults (the user's stored ones are not read, so that a run can be repeated
@@ -42,8 +42,6 @@ public:
     TablePrinter& printer() { return printer_; }
     /// A line on standard error.
     void say(const QString& line);
-    /// The same in the language of the run, with %1 to %3 replaced by up to three values.
-    void say(const QString& german, const QString& english, const QStringList& values = {});
     /// True once an error box was shown; a warning is none.
     bool failed() const { return asker_->failed(); }
     /// From now on an exclamation counts as an error: for what has no warnings, only failures.

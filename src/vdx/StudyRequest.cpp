@@ -26,8 +26,8 @@ void chooseDataFolder(const std::string& folder) {
         return;
     const QString path = QString::fromStdString(folder);
     if (!QFileInfo(Paths::onDisk(path)).isDir())
-        throw UsageError{u"--data %1: Den Ordner gibt es nicht"_s.arg(path),
-                         u"--data %1: there is no such folder"_s.arg(path)};
+        throw UsageError{
+            said(u"--data %1: Den Ordner gibt es nicht"_s, u"--data %1: there is no such folder"_s).arg(path)};
     gOptions.DataPath = path;
 }
 
@@ -35,16 +35,16 @@ void tellCasesElsewhere(Session& session, const QStringList& studies) {
     for (const QString& study : studies) {
         const QString folder = caseFolderOf(*gDatabase.CurrentDatabase(), study, gOptions.DataPath);
         if (!gOptions.DataPath.isEmpty() && !folder.isEmpty() && folder != gOptions.DataPath)
-            session.say(u"Die Fälle von %1 liegen nicht in %2; gezählt wird %3."_s,
-                        u"The cases of %1 are not in %2; what is counted is %3."_s,
-                        {study, gOptions.DataPath, Paths::join(folder, study + u".mdb"_s)});
+            session.say(said(u"Die Fälle von %1 liegen nicht in %2; gezählt wird %3."_s,
+                             u"The cases of %1 are not in %2; what is counted is %3."_s)
+                            .arg(study, gOptions.DataPath, Paths::join(folder, study + u".mdb"_s)));
     }
 }
 
 bool hasStudies(Session& session) {
     if (!studyQuerySource().isEmpty())
         return true;
-    session.say(u"Der Katalog hat keine Ansicht von Studien."_s, u"The catalogue has no view of studies."_s);
+    session.say(said(u"Der Katalog hat keine Ansicht von Studien."_s, u"The catalogue has no view of studies."_s));
     return false;
 }
 
@@ -66,7 +66,8 @@ void StudyRequest::declareOptions(CLI::App& command) {
 
 bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const {
     if (!filter_.empty() && !part_.empty())
-        throw UsageError{u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s};
+        throw UsageError{
+            said(u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s)};
     chooseDataFolder(data_);
     if (!session.open(QString::fromStdString(catalogue_)))
         return false;
@@ -99,7 +100,7 @@ bool TypedCases::chooseStudy(Session& session, RequestEditor& editor) const {
     if (editor.StudyClick(study))
         return true;
     if (!session.failed())
-        session.say(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s, {study});
+        session.say(said(u"Studie %1 nicht gefunden."_s, u"Study %1 not found."_s).arg(study));
     return false;
 }
 
@@ -107,23 +108,24 @@ bool TypedCases::chooseWeightAndFilter(Session& session, RequestEditor& editor) 
     if (weight == u"re" || weight == u"hh") {
         const bool representative = weight == u"re";
         if (!editor.chooseWeight(representative ? WeightKind::WeightRE : WeightKind::WeightHH)) {
-            session.say(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s
-                                       : u"Studie %1 hat kein Haushaltsgewicht."_s,
-                        representative ? u"Study %1 has no representative weight."_s
-                                       : u"Study %1 has no household weight."_s,
-                        {study});
+            session.say(said(representative ? u"Studie %1 hat kein Repräsentativgewicht."_s
+                                            : u"Studie %1 hat kein Haushaltsgewicht."_s,
+                             representative ? u"Study %1 has no representative weight."_s
+                                            : u"Study %1 has no household weight."_s)
+                            .arg(study));
             return false;
         }
     } else if (!editor.chooseWeight(weight == u"none" ? WeightKind::noWeight : WeightKind::WeightUser, weight)) {
         if (!session.failed())
-            session.say(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
-                        u"Weight variable %1 not found in study %2."_s, {weight, study});
+            session.say(said(u"Gewichtungsvariable %1 nicht gefunden in Studie %2."_s,
+                             u"Weight variable %1 not found in study %2."_s)
+                            .arg(weight, study));
         return false;
     }
     if (!part.isEmpty() && !editor.choosePart(part)) {
-        session.say(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s, {study, part});
+        session.say(said(u"Studie %1 hat keinen Datensatz-Teil %2."_s, u"Study %1 has no part %2."_s).arg(study, part));
         for (const BoundPicker& there : editor.parts())
-            session.say(u"Teil %1: %2"_s, u"Part %1: %2"_s, {there.value, there.text});
+            session.say(said(u"Teil %1: %2"_s, u"Part %1: %2"_s).arg(there.value, there.text));
         return false;
     }
     if (!filter.isEmpty())
@@ -135,8 +137,8 @@ bool TypedCases::chooseVariable(Session& session, RequestEditor& editor, const Q
     if (second ? editor.chooseVariable2(variable) : editor.chooseVariable(variable))
         return true;
     if (!session.failed())
-        session.say(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s,
-                    {variable, study});
+        session.say(said(u"Variable %1 nicht gefunden in Studie %2."_s, u"Variable %1 not found in study %2."_s)
+                        .arg(variable, study));
     return false;
 }
 
@@ -152,10 +154,10 @@ RunHooks statementHooks(Session& session, bool sql) {
 RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) const {
     RunHooks hooks = statementHooks(session, sql_);
     hooks.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
-        session.say(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
-                    u"%1 cannot be computed (%2), its cell stays empty."_s,
-                    {editor.request().dbcVariable.value + u", "_s + place,
-                     QString::number(error.number()) + u' ' + error.description()});
+        session.say(said(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
+                         u"%1 cannot be computed (%2), its cell stays empty."_s)
+                        .arg(editor.request().dbcVariable.value + u", "_s + place,
+                             QString::number(error.number()) + u' ' + error.description()));
     };
     return hooks;
 }

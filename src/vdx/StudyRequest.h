@@ -12,9 +12,9 @@
 /// Takes the typed folder of the case files for this run; an empty one leaves the catalogue's. @throws UsageError if
 /// there is none
 void chooseDataFolder(const std::string& folder);
-/// Words on standard error for each of the studies whose cases the typed folder has not got and the catalogue's has.
+/// A message on standard error for each study whose cases the typed folder lacks and the catalogue's has.
 void tellCasesElsewhere(Session& session, const QStringList& studies);
-/// False after words on standard error if the catalogue has no view of studies.
+/// False after a message on standard error if the catalogue has no view of studies.
 bool hasStudies(Session& session);
 
 /// Hooks of a run that print its statements, if asked for.
@@ -29,7 +29,7 @@ struct TypedCases {
     QString weight = QStringLiteral("none"); ///< none, re, hh or the name of a variable
     QString filter, part;                    ///< one of them, or none
 
-    /// Chooses study, weight, and filter or part. False after words on standard error.
+    /// Chooses study, weight, and filter or part. False after a message on standard error.
     bool choose(Session& session, RequestEditor& editor) const;
     /// Weight, and filter or part of the study that is chosen already.
     bool chooseWeightAndFilter(Session& session, RequestEditor& editor) const;
@@ -46,7 +46,8 @@ public:
     void declarePlaces(CLI::App& command);
     void declareOptions(CLI::App& command);
 
-    /// Opens the catalogue and makes the request for a mode. False after words on standard error. @throws UsageError
+    /// Opens the catalogue and makes the request for a mode. False after a message on standard error.
+    /// @throws UsageError
     bool prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const;
     /// Runs the request for one variable after the other and prints the tables once all have come out: a table that
     /// failed must not hide among those that did. @param choose what else is chosen with each variable; false ends it
@@ -56,7 +57,7 @@ public:
     /// The hooks of a run: with --sql its statements are printed, and a number that cannot be computed leaves its cell
     /// empty, with a message on standard error.
     RunHooks hooks(Session& session, const RequestEditor& editor) const;
-    /// Chooses a variable by a name as typed, with words where there is none.
+    /// Chooses a variable by a name as typed; a message where there is none.
     bool chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second = false) const;
 
 private:

@@ -68,10 +68,8 @@ struct TypedOptions {
 };
 
 int usageError(const UsageError& error, std::FILE* err) {
-    const bool german = gLanguage == 0;
-    const QString text =
-        u"vdx: "_s + oneLine(german ? error.german : error.english) + u'\n' +
-        (german ? u"vdx --help sagt, was zu schreiben ist.\n"_s : u"Run vdx --help for what to type.\n"_s);
+    const QString text = u"vdx: "_s + oneLine(error.text) + u'\n' +
+                         said(u"vdx --help sagt, was zu schreiben ist.\n"_s, u"Run vdx --help for what to type.\n"_s);
     std::fputs(text.toUtf8().constData(), err);
     return 2;
 }
@@ -88,7 +86,7 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
             reportError(asError(failure));
         }
         if (!session.printer().finish()) {
-            session.say(u"Die Ausgabe konnte nicht geschrieben werden."_s, u"The output could not be written."_s);
+            session.say(said(u"Die Ausgabe konnte nicht geschrieben werden."_s, u"The output could not be written."_s));
             return 1;
         }
         return status;

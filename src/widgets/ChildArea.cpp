@@ -35,7 +35,7 @@ void prepareSystemMenu(QMenu* menu) {
         qsizetype place = 0;
         for (QAction* action : menu->actions())
             if (!action->isSeparator() && place < german.size()) {
-                action->setText((gLanguage == 0 ? german : english)[place]);
+                action->setText(said(german[place], english[place]));
                 ++place;
             }
     });
@@ -110,7 +110,7 @@ void ChildArea::restoreFocus(const QMdiSubWindow& frame) {
 
 ChildArea::~ChildArea() {
     onActivated = nullptr;
-    // While the frames go, the last ones would still tell of their coming to the front.
+    // While the frames go, the last ones would still report that they come to the front.
     disconnect(this, &QMdiArea::subWindowActivated, this, nullptr);
     for (QMdiSubWindow* frame : subWindowList())
         delete frame;

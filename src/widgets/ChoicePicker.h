@@ -5,7 +5,7 @@
 #include <functional>
 
 /// A drop-down list of what the catalogue offers. A searched one narrows its list as one types, over the whole of each
-/// text, names before words of a label; whatever was typed, it shows one of its choices or nothing when it is left.
+/// text, names before labels; whatever was typed, it shows one of its choices or nothing when it is left.
 class ChoicePicker : public QComboBox {
 public:
     enum class Kind { Plain, Searched };
@@ -19,7 +19,7 @@ public:
     std::function<bool(int key)> onKey;
 
     void setChoices(const QStringList& choices);
-    /// Shows an entry without telling anyone. @param index -1 for none
+    /// Shows an entry without a notification. @param index -1 for none
     void showChoice(int index);
     void setPrompt(const QString& text);
     /// Whether the chosen text has room; where it has none it ends in dots.

@@ -23,7 +23,7 @@ void focusMainWindow() {
 }
 
 void unloadChildWindows() {
-    // Whoever made a dialog owns it; it is told to end, and goes with its owner.
+    // Whoever made a dialog owns it; it is asked to end, and deleted by its owner.
     for (Form* form : std::vector<Form*>(Form::open()))
         if (Form::isOpen(form))
             if (auto* dialog = qobject_cast<QDialog*>(&form->widget()); dialog && dialog->isVisible())

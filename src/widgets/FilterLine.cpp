@@ -1,6 +1,6 @@
 #include "widgets/FilterLine.h"
 
-#include "analysis/run/userFilter.h"
+#include "analysis/request/filterWords.h"
 #include "widgets/BestFirst.h"
 
 #include <QAbstractItemView>

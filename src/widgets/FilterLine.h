@@ -14,7 +14,7 @@ public:
 
     /// @param choices "<name>: <label>"
     void setChoices(const QStringList& choices);
-    /// Underlines a stretch of the text; a length of 0 takes the mark away.
+    /// Underlines part of the text; a length of 0 removes the mark.
     void markSpot(int start, int length);
 
 protected:

@@ -48,7 +48,7 @@ int FlowLayout::Item::heightFor(int width) const {
     return item->hasHeightForWidth() ? item->heightForWidth(width) : item->sizeHint().height();
 }
 
-/// Gives the widths that are left over to those that stretch.
+/// Gives the width that is left over to those that stretch.
 void FlowLayout::shareOut(Line& line, int left) const {
     int shares = 0;
     for (const Item* place : line.items)

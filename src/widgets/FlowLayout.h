@@ -4,8 +4,8 @@
 #include <vector>
 
 /// Puts widgets beside each other as far as there is room and goes on in the next line where there is none. Those with
-/// a stretch give way down to their least width and share what their line leaves over; the others have the width that
-/// they ask for.
+/// a stretch shrink to their least width and share what is left of their line; the others have the width that they ask
+/// for.
 class FlowLayout : public QLayout {
 public:
     explicit FlowLayout(QWidget* parent = nullptr);

@@ -71,7 +71,7 @@ QString typeOf(const QObject* object) {
     return {};
 }
 
-/// Takes "name(3)" apart.
+/// Splits "name(3)" into name and index.
 void takeApart(const QString& objectName, QString& name, std::optional<int>& index) {
     name = objectName;
     const qsizetype bracket = objectName.indexOf(u'(');

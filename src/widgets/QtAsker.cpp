@@ -49,22 +49,21 @@ std::vector<Button> buttonsOf(ui::Buttons buttons) {
 
 /// Captions follow the language of the program, not that of the desktop.
 QString captionOf(ui::Answer answer) {
-    const bool german = gLanguage == 0;
     switch (answer) {
     case ui::Answer::Ok:
         return u"OK"_s;
     case ui::Answer::Cancel:
-        return german ? u"Abbrechen"_s : u"Cancel"_s;
+        return said(u"Abbrechen"_s, u"Cancel"_s);
     case ui::Answer::Abort:
-        return german ? u"&Abbrechen"_s : u"&Abort"_s;
+        return said(u"&Abbrechen"_s, u"&Abort"_s);
     case ui::Answer::Retry:
-        return german ? u"&Wiederholen"_s : u"&Retry"_s;
+        return said(u"&Wiederholen"_s, u"&Retry"_s);
     case ui::Answer::Ignore:
-        return german ? u"&Ignorieren"_s : u"&Ignore"_s;
+        return said(u"&Ignorieren"_s, u"&Ignore"_s);
     case ui::Answer::Yes:
-        return german ? u"&Ja"_s : u"&Yes"_s;
+        return said(u"&Ja"_s, u"&Yes"_s);
     case ui::Answer::No:
-        return german ? u"&Nein"_s : u"&No"_s;
+        return said(u"&Nein"_s, u"&No"_s);
     }
     return {};
 }
@@ -212,7 +211,7 @@ std::unique_ptr<ui::ProgressView> QtAsker::openProgress(bool mayStop) {
 }
 
 void QtAsker::eventTurn() {
-    // A guarded run sorts out what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their
+    // A guarded run decides what the user may do meanwhile. Elsewhere a window may be half built, and keys wait their
     // turn.
     QCoreApplication::processEvents(RunGuard::running() ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
 }

@@ -14,7 +14,7 @@ bool closeAfterRun(QWidget& window);
 
 bool running();
 
-/// A run for as long as it lives: busy, and told to the desktop. The turns that the run gives to events paint and take
+/// A run for as long as it lives: busy, and known to the desktop. The turns that the run gives to events paint and take
 /// requests to close; mouse and keys reach only the controls named, menus, the frames of windows and a modal box.
 /// Escape stops it.
 class Scope {

@@ -62,7 +62,7 @@ void applyNotBuilt(Form& form) {
     for (QObject* object : form.namedObjects()) {
         if (!isNamed(object->objectName()))
             continue;
-        // A control that shows nothing but a picture still says what it is for.
+        // A control that shows only a picture still says what it is for.
         const QString own = object->property("ownToolTip").toString();
         object->setProperty("enabled", false);
         object->setProperty("toolTip", own.isEmpty() ? reason : asToolTip(own + u'\n' + reason));

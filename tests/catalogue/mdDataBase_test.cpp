@@ -4,6 +4,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
 #include "config/Options.h"
+#include "diagnostics/LogFile.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
@@ -133,6 +134,13 @@ TEST_F(Opening, ARecordsetHasItsCountAndAFailureIsLoggedAndReported) {
 
     EXPECT_EQ(persistance.GetRecordset(nullptr, u"SELECT 1;"_s, dao::dbOpenDynaset), nullptr);
     EXPECT_EQ(asker.boxes.size(), 2u);
+
+    QFile log(home.path(u"home/Sql.log"_s));
+    ASSERT_TRUE(log.open(QIODevice::WriteOnly));
+    log.write(QByteArray(LogFile::mostBytes - 1, 'x') + '\n');
+    log.close();
+    EXPECT_EQ(get(wrong), nullptr);
+    EXPECT_EQ(contents(log.fileName()), entry) << "the log does not grow without end";
 }
 
 TEST_F(Opening, ClosingRemovesLinksAsTheCatalogueSaysAndThoseOfTheWorkDatabaseAlways) {

@@ -4,11 +4,12 @@
 #include "diagnostics/errors.h"
 #include "language/SystemDatabase.h"
 #include "language/mdLanguage.h"
-#include "platform/system/Paths.h"
+#include "support/KeptTexts.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestHome.h"
 
+#include <QMap>
 #include <QSet>
 #include <gtest/gtest.h>
 
@@ -23,10 +24,7 @@ protected:
 
     OptionsModelTest() {
         gOptions = {};
-        SystemRows rows;
-        rows.texts = {{u"Datenbank auswählen"_s, u"Select Database"_s, u"a:1"_s}};
-        EXPECT_EQ(makeSystemDatabase(Paths::join(Paths::applicationFolder(), u"Vx.mdb"_s), rows), QStringList());
-        mdLanguage::LoadTextTable();
+        loadKeptTexts();
     }
     ~OptionsModelTest() override {
         gOptions = {};
@@ -40,43 +38,63 @@ QString stored(const QString& name) {
 
 } // namespace
 
-TEST_F(OptionsModelTest, EveryOptionButThoseWithoutAControlIsBoundToExactlyOne) {
-    QSet<QString> controls, keys;
-    for (const OptionControl& bound : OptionsModel::controls()) {
-        EXPECT_FALSE(controls.contains(bound.control)) << qPrintable(bound.control);
-        controls.insert(bound.control);
-        keys.insert(QString::fromUtf16(bound.option->key));
+TEST_F(OptionsModelTest, EveryOptionButThoseWithoutAControlHasOneOfItsOwn) {
+    QSet<QString> controls;
+    for (const OptionDescriptor* option : OptionsModel::shown()) {
+        const QString name = option->control.name.toString();
+        EXPECT_FALSE(controls.contains(name)) << qPrintable(name);
+        controls.insert(name);
     }
     QStringList left;
     for (const OptionDescriptor& option : optionDescriptors())
-        if (!keys.contains(QString::fromUtf16(option.key)))
-            left << QString::fromUtf16(option.key);
+        if (option.control.form == OptionControl::Form::None)
+            left << option.key.toString();
     EXPECT_EQ(left, (QStringList{u"EditStudiesMode"_s, u"EnglishLanguage"_s, u"PrintPageCount"_s, u"PrintStartPage"_s,
                                  u"PrintStartPageNumber"_s, u"Descriptives"_s, u"DescriptivesDigits"_s}));
 }
 
+// A control that is spelled wrongly in its row would have no English, and its option no control that anyone finds.
+TEST_F(OptionsModelTest, EveryControlHasItsCaptionInTheTextTable) {
+    SystemRows rows;
+    ASSERT_EQ(readControlRows(QStringLiteral(VARIDEX_SOURCE_ROOT "/resources/controls/frmOptions.tsv"), rows),
+              QStringList());
+    QMap<QString, QString> captions;
+    for (const ControlRow& row : rows.controls)
+        captions[row.ctrlName + (row.index ? u"(%1)"_s.arg(*row.index) : QString())] = row.german;
+    for (const OptionDescriptor* option : OptionsModel::shown()) {
+        const OptionControl& control = option->control;
+        const QString name = control.name.toString();
+        const QString word = name.startsWith(u"txt") || name.startsWith(u"cmb") ? name.mid(3) : name;
+        const QString captioned = control.form == OptionControl::Form::CheckBox ? name : u"lbl"_s + word;
+        EXPECT_EQ(captions.value(captioned), control.caption) << qPrintable(name);
+        EXPECT_EQ(captions.value(u"cmd"_s + word), control.tip) << qPrintable(name);
+    }
+}
+
 TEST_F(OptionsModelTest, PathsAreNormalisedAtApplyAndOnlyThen) {
     struct Case {
-        QString control, typed, applied;
+        QString Options::*option;
+        QString typed, applied;
     };
     const Case cases[] = {
-        {u"txtDatabaseName"_s, u"archiv"_s, u"archiv.mdb"_s},
-        {u"txtDatabaseName"_s, u"Archiv.MDB"_s, u"Archiv.MDB"_s},
-        {u"txtDatabasePath"_s, u"D:\\Archiv\\"_s, u"D:\\Archiv"_s},
-        {u"txtDatabasePath"_s, u"D:\\"_s, u"D:"_s},
-        {u"txtDatabasePath"_s, u"/"_s, u"/"_s},
-        {u"txtQuestionnairePath"_s, u"/srv/pdf/"_s, u"/srv/pdf"_s},
-        {u"txtSPSSPath"_s, u"\\\\host\\sav\\"_s, u"\\\\host\\sav"_s},
-        {u"txtDataPath"_s, u" D:\\Daten\\ "_s, u" D:\\Daten\\ "_s},
-        {u"txtSkinPath"_s, u"C:\\"_s, u"C:\\"_s},
+        {&Options::DatabaseName, u"archiv"_s, u"archiv.mdb"_s},
+        {&Options::DatabaseName, u"Archiv.MDB"_s, u"Archiv.MDB"_s},
+        {&Options::DatabasePath, u"D:\\Archiv\\"_s, u"D:\\Archiv"_s},
+        {&Options::DatabasePath, u"D:\\"_s, u"D:"_s},
+        {&Options::DatabasePath, u"/"_s, u"/"_s},
+        {&Options::QuestionnairePath, u"/srv/pdf/"_s, u"/srv/pdf"_s},
+        {&Options::SPSSPath, u"\\\\host\\sav\\"_s, u"\\\\host\\sav"_s},
+        {&Options::DataPath, u" D:\\Daten\\ "_s, u" D:\\Daten\\ "_s},
+        {&Options::SkinPath, u"C:\\"_s, u"C:\\"_s},
     };
     for (const Case& c : cases) {
+        const QString control = OptionsModel::controlOf(c.option);
         OptionsModel model;
-        model.setValue(c.control, c.typed);
-        EXPECT_EQ(model.value(c.control), c.typed);
+        model.setValue(control, c.typed);
+        EXPECT_EQ(model.value(control), c.typed);
         ASSERT_TRUE(model.apply());
-        EXPECT_EQ(model.value(c.control), c.applied);
-        EXPECT_EQ(optionText(gOptions, *OptionsModel::find(c.control)->option, false), c.applied);
+        EXPECT_EQ(model.value(control), c.applied);
+        EXPECT_EQ(gOptions.*c.option, c.applied);
     }
 }
 

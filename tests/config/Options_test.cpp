@@ -38,7 +38,7 @@ protected:
 QString allTexts(const Options& options) {
     QString text;
     for (const OptionDescriptor& option : optionDescriptors())
-        text += QString::fromUtf16(option.key) + u'=' + optionText(options, option, false) + u'\n';
+        text += option.key.toString() + u'=' + optionText(options, option, false) + u'\n';
     return text;
 }
 

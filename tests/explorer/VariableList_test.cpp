@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "support/KeptTexts.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
@@ -146,6 +147,7 @@ TEST_F(List, ColumnsFollowLanguagesAndOptions) {
     gOptions.EnglishLanguage = true;
     gCatalogueOptions.ShowVarGroupInfo = false;
     gLanguage = 1;
+    loadKeptTexts();
     model.open(1);
     EXPECT_EQ(drawnColumns(), "VN 850 Variable, SN 850 Study, SY 850 Year, EL 4000 Label (English), "
                               "VL 4000 Label (Original Language)");

@@ -1,5 +1,6 @@
 #include "language/CText.h"
 #include "language/SystemDatabase.h"
+#include "support/KeptTexts.h"
 #include "support/TestHome.h"
 
 #include <QDir>
@@ -15,17 +16,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString root = QStringLiteral(VARIDEX_SOURCE_ROOT);
-
-/// The rows that are kept beside the sources.
-SystemRows keptRows() {
-    SystemRows rows;
-    for (const QFileInfo& file : QDir(root + u"/resources/texts"_s).entryInfoList({u"*.tsv"_s}))
-        EXPECT_EQ(readTextRows(file.filePath(), rows), QStringList());
-    for (const QFileInfo& file : QDir(root + u"/resources/controls"_s).entryInfoList({u"*.tsv"_s}))
-        EXPECT_EQ(readControlRows(file.filePath(), rows), QStringList());
-    EXPECT_GT(rows.texts.size(), 0u);
-    return rows;
-}
 
 QString unescaped(QString literal) {
     literal.replace(u"\\\\"_s, QChar(1)).replace(u"\\\""_s, u"\""_s).replace(u"\\r"_s, u"\r"_s);
@@ -173,6 +163,13 @@ TEST(Texts, EveryLiteralThatIsTranslatedHasItsRow) {
         }
     }
     EXPECT_GT(literals, 20) << "the search for literals finds nothing any more";
+}
+
+TEST(Texts, ATextIsPickedByTheLanguageInOnePlaceOnly) {
+    static const QRegularExpression pick(u"(?:gLanguage *[!=]= *[01]|\\bgerman) *\\? *u?\""_s);
+    const QMap<QString, QString> folders = sourcesByFolder();
+    for (auto folder = folders.begin(); folder != folders.end(); ++folder)
+        EXPECT_EQ(pick.match(*folder).captured().toStdString(), "") << qPrintable(folder.key()) << ": see said()";
 }
 
 TEST(Texts, TextsThatTheSearchTakesForTheSameAreOneRowOrAFault) {

@@ -1,5 +1,7 @@
 #include "analysis/run/userFilter.h"
 
+#include "analysis/request/filterWords.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -85,11 +87,6 @@ private:
 };
 
 } // namespace
-
-bool isFilterOperator(const QString& word) {
-    const QString upper = word.trimmed().toUpper();
-    return upper == "AND"_L1 || upper == "OR"_L1 || upper == "NOT"_L1;
-}
 
 FilterResult translateFilter(const QString& text, const FilterSurroundings& surroundings) {
     return FilterPass(text, surroundings).run();

@@ -25,9 +25,6 @@ struct FilterSurroundings {
     std::function<bool(const QString& table)> attach;
 };
 
-/// True for the words of a filter that are no variables: AND, OR and NOT, in any case.
-bool isFilterOperator(const QString& word);
-
 /// Copies a filter text to a condition in one pass over its characters, each variable name replaced by its
 /// table and field. What stands directly behind a variable's delimiter is copied as it is up to the next
 /// delimiter. A word counts only when a delimiter ends it, so a word at the very end is lost.

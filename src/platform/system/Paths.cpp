@@ -40,7 +40,13 @@ QString installedFolder(const QString& program) {
     return QDir::cleanPath(program + u"/../share/varidex"_s);
 }
 
-/// Copies what is not there yet, each file whole or not at all; programs stay where they are.
+/// What a program that ran from there has written of itself.
+bool isLog(const QFileInfo& file) {
+    const QString suffix = file.suffix().toLower();
+    return suffix == u"log" || suffix == u"clf";
+}
+
+/// Copies what is not there yet, each file whole or not at all; programs stay where they are, and so do logs.
 /// @return false if a file that may be read could not be copied
 bool prepareUserFolder(const QString& folder, const QString& installed) {
     QDir().mkpath(folder);
@@ -48,7 +54,7 @@ bool prepareUserFolder(const QString& folder, const QString& installed) {
     for (const QFileInfo& file : QDir(installed).entryInfoList(QDir::Files)) {
         const QString target = folder + u'/' + file.fileName();
         const QString unfinished = target + u".new"_s;
-        if (QFileInfo::exists(target) || file.permission(QFileDevice::ExeOwner))
+        if (QFileInfo::exists(target) || file.permission(QFileDevice::ExeOwner) || isLog(file))
             continue;
         QFile::remove(unfinished); // left by a start that was broken off
         if (QFile::copy(file.filePath(), unfinished)) {

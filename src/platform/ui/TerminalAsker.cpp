@@ -20,7 +20,7 @@ struct Choice {
     Answer answer;
     QString german, english;
 
-    QString word() const { return gLanguage == 0 ? german : english; }
+    QString word() const { return said(german, english); }
 };
 
 std::vector<Choice> choicesOf(Buttons buttons) {

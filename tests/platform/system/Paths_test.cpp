@@ -128,7 +128,7 @@ TEST(Paths, ABuildThatMayNotBeWrittenLendsItsFilesToTheUsersFolder) {
     const QString program = home.path(u"build/bin"_s), user = home.path(u"user/varidex"_s);
     for (const QString& folder : {program, home.path(u"user"_s)})
         QDir().mkpath(folder);
-    for (const QString& name : {u"Vx.mdb"_s, u"vdx"_s})
+    for (const QString& name : {u"Vx.mdb"_s, u"vdx"_s, u"Sql.log"_s, u"Error.log"_s, u"Daojet.LOG"_s, u"Ctrl.clf"_s})
         writeFile(program + u'/' + name);
     const QByteArray files = QFile::encodeName(program), users = QFile::encodeName(home.path(u"user"_s));
     chmod((files + "/Vx.mdb").constData(), 0644);
@@ -146,6 +146,6 @@ TEST(Paths, ABuildThatMayNotBeWrittenLendsItsFilesToTheUsersFolder) {
     int status = 0;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(QDir(user).entryList(QDir::Files), QStringList{u"Vx.mdb"_s});
+    EXPECT_EQ(QDir(user).entryList(QDir::Files), QStringList{u"Vx.mdb"_s}) << "neither programs nor their logs";
     chmod(files.constData(), 0755);
 }
