@@ -1,4 +1,4 @@
-#include "analysis/request/ComparisonList.h"
+#include "analysis/AnalysisModel.h"
 #include "analysis/request/preselection.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"

@@ -2,6 +2,7 @@
 
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
+#include "platform/dao/SqlText.h"
 #include "platform/dao/SqliteValue.h"
 
 #include <limits>

@@ -3,6 +3,7 @@
 #include "platform/dao/GuardedFunction.h"
 #include "platform/dao/TextOrder.h"
 
+#include <QList>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
