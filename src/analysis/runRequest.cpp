@@ -44,17 +44,18 @@ std::optional<Refusal> refusalOf(const AnalysisRequest& r) {
 }
 
 /// After a failure whose message has been shown.
-TableResult refused(TableResult result, const AnalysisRequest& request) {
+TableResult refused(TableResult result, const RequestEditor& editor) {
     result.run = {.outcome = RunOutcome::Refused, .q = {}, .counts = {}};
-    result.request = request;
+    result.request = editor.request();
+    result.catalogue = editor.stamp();
     return result;
 }
 
-TableResult refused(TableResult result, const AnalysisRequest& request, const Refusal& refusal) {
+TableResult refused(TableResult result, const RequestEditor& editor, const Refusal& refusal) {
     ui::asker().messageBox({.text = TranslateText(refusal.text), .icon = ui::Icon::Exclamation});
     if (refusal.clears)
         result.clear();
-    return refused(std::move(result), request);
+    return refused(std::move(result), editor);
 }
 
 /// The same hooks, but each question is asked once, however often tables are made.
@@ -87,11 +88,11 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
     TableResult result = std::move(before);
     for (int round = 1;; ++round) {
         if (!editor.refresh()) {
-            result = refused(std::move(result), editor.request());
+            result = refused(std::move(result), editor);
             break;
         }
         if (const std::optional<Refusal> refusal = refusalOf(editor.request())) {
-            result = refused(std::move(result), editor.request(), *refusal);
+            result = refused(std::move(result), editor, *refusal);
             break;
         }
         // Each round is of the request that was asked: what a round has left in it is none of the next one's.
@@ -105,12 +106,12 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
         if (!result.changedMeanwhile)
             break;
         if (round == mostRounds) {
-            result = refused(std::move(result), editor.request(), {writtenMeanwhile, true});
+            result = refused(std::move(result), editor, {writtenMeanwhile, true});
             break;
         }
         result.computation.ResultCacheKey.clear();
     }
-    editor.replace(result.request);
+    editor.replace(result.request, result.catalogue);
     ui::asker().setPointer(ui::Pointer::Default);
     return result;
 }

@@ -38,7 +38,8 @@ FileStamp fileStamp(const QString& path) {
     if (!count.isEmpty())
         stamp.changes = qFromBigEndian<quint32>(count.constData());
     stamp.journal = look(file + u"-journal"_s, found) && found.st_size > 0;
-    if (look(file + u"-wal"_s, found)) {
+    // An empty log comes and goes with whoever has the file open.
+    if (look(file + u"-wal"_s, found) && found.st_size > 0) {
         stamp.logSize = found.st_size;
         stamp.logModified = modification(found);
     }

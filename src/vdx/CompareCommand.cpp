@@ -55,6 +55,7 @@ private:
     std::string catalogue_, title_, show_ = "absolute", load_, save_, delete_, data_;
     std::vector<std::string> entries_;
     bool sql_ = false;
+    int minutes_ = defaultMinutes;
 
     void check() const;
     bool addEntries(Session& session, RequestEditor& editor, ComparisonList& list,
@@ -83,6 +84,7 @@ CLI::App* CompareCommand::declare(CLI::App& program) {
         ->type_name("NAME");
     command->add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
     command->add_flag("--sql", sql_, "also print the statements, to standard error");
+    declareLimit(*command, minutes_);
     return command;
 }
 
@@ -131,7 +133,7 @@ int CompareCommand::run(Session& session) {
     studies.removeDuplicates();
     tellCasesElsewhere(session, studies);
     // A comparison that is kept is one that was seen to run.
-    const TableResult result = runFor(session, editor, statementHooks(session, sql_));
+    const TableResult result = runFor(session, editor, statementHooks(session, sql_), minutes_);
     if (session.failed() || result.run.outcome != RunOutcome::Computed)
         return 1;
     if (!save_.empty() && !list.save(QString::fromStdString(save_)))

@@ -52,7 +52,7 @@ int CrosstabCommand::run(Session& session) {
         !request_.chooseVariable(session, editor, column_, true))
         return 1;
     editor.change(RequestPart::Mode, [this](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = flip_; });
-    TableResult result = runFor(session, editor, request_.hooks(session, editor));
+    TableResult result = runFor(session, editor, request_.hooks(session, editor), request_.minutes());
     if (result.run.outcome != RunOutcome::Computed || session.failed())
         return 1;
     for (size_t view = 0; view < crosstabViews.size(); ++view) {

@@ -8,7 +8,9 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
+#include <QDeadlineTimer>
 #include <QFileInfo>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
@@ -62,6 +64,7 @@ void StudyRequest::declareOptions(CLI::App& command) {
                                        "missing values in place of the documented ones, such as \"8;9\", or none");
     command.add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
     command.add_flag("--sql", sql_, "also print the statements, to standard error");
+    declareLimit(command, minutes_);
 }
 
 bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const {
@@ -162,14 +165,26 @@ RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) cons
     return hooks;
 }
 
-TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks) {
+void declareLimit(CLI::App& command, int& minutes) {
+    command.add_option("--minutes", minutes, "give a table up that takes longer (default: 10)")
+        ->check(CLI::Range(0, 100'000))
+        ->type_name("MINUTES");
+}
+
+TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes) {
     RunHooks own = hooks;
+    const QDeadlineTimer end(std::chrono::minutes{minutes});
+    own.cancelled = [end] { return end.hasExpired(); };
     own.acceptsLost = [](const QString& lost) {
         ui::asker().messageBox({.text = TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost,
                                 .icon = ui::Icon::Exclamation});
         return false;
     };
     TableResult result = runRequest(editor, gOptions, own, {});
+    if (result.run.outcome == RunOutcome::Cancelled)
+        session.say(said(u"Die Berechnung dauert länger als %1 Minuten und wurde abgebrochen (--minutes)."_s,
+                         u"The computation takes longer than %1 minutes and was given up (--minutes)."_s)
+                        .arg(minutes));
     for (const QString& note : result.notes())
         session.say(result.lblLabel + u": "_s + note);
     return result;
@@ -181,7 +196,7 @@ int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector
     for (const std::string& variable : variables) {
         if (!chooseVariable(session, editor, variable) || (choose && !choose()))
             return 1;
-        TableResult result = runFor(session, editor, hooks(session, editor));
+        TableResult result = runFor(session, editor, hooks(session, editor), minutes_);
         if (session.failed() || result.run.outcome != RunOutcome::Computed)
             return 1;
         results.push_back({result.lblLabel, std::move(result.mfgGrid)});

@@ -21,7 +21,13 @@ bool hasStudies(Session& session);
 RunHooks statementHooks(Session& session, bool sql);
 /// Runs the request of an editor for a command. What counts for nothing in a filter is refused, and what a reader of
 /// the table has to know of its numbers is said on standard error.
-TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks);
+/// A table that takes longer than the limit is given up.
+TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes);
+/// Declares --minutes.
+void declareLimit(CLI::App& command, int& minutes);
+
+/// How long a table may take: a catalogue of a stranger may ask for what never ends, and nobody is there to stop it.
+constexpr int defaultMinutes = 10;
 
 /// The cases of a study and their weight, as typed.
 struct TypedCases {
@@ -57,12 +63,14 @@ public:
     /// The hooks of a run: with --sql its statements are printed, and a number that cannot be computed leaves its cell
     /// empty, with a message on standard error.
     RunHooks hooks(Session& session, const RequestEditor& editor) const;
+    int minutes() const { return minutes_; }
     /// Chooses a variable by a name as typed; a message where there is none.
     bool chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second = false) const;
 
 private:
     std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;
     bool sql_ = false;
+    int minutes_ = defaultMinutes;
     CLI::Option* missingGiven_ = nullptr;
 
     TypedCases cases() const;

@@ -8,6 +8,7 @@
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -278,6 +279,22 @@ TEST_F(TrueNumbers, ValuesThatLookAlikeAndCombinationsBeyondTheLimitAreReported)
     model_.edit().chooseFilterText(u"B<100"_s);
     EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
     EXPECT_TRUE(model_.result().notes().isEmpty());
+}
+
+/// What a run itself stores in the catalogue, its query and its links, is nobody else's writing.
+TEST_F(TrueNumbers, WhatARunStoresMakesTheNextOneReadNothingAnew) {
+    open();
+    std::vector<RequestPart> heard;
+    model_.edit().listen([&](RequestPart part) { heard.push_back(part); });
+    for (const QString& variable : {u"V5"_s, u"V6"_s, u"V7"_s}) {
+        model_.edit().chooseVariable(variable);
+        EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    }
+    EXPECT_EQ(std::ranges::count(heard, RequestPart::Study), 0);
+    catalogue_.execute(u"UPDATE tkey_Study SET dt_Year = '1920' WHERE id_StudyNo = 'QX1919'"_s);
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Reused);
+    EXPECT_EQ(std::ranges::count(heard, RequestPart::Study), 1);
+    EXPECT_EQ(model_.request().dtYear, u"1920"_s);
 }
 
 /// The one's missing answers are not the other's empty texts, whichever comes first.

@@ -91,6 +91,14 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
         {v5 + QStringList{u"--filter"_s, u"V99=1"_s}, 1, u"V99 nicht gefunden"_s},
         {v5 + QStringList{u"--filter"_s, u"V7 = 1;"_s}, 1, u"Unerlaubtes Zeichen: ;"_s},
         {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Syntax error"_s},
+        // The title would repeat the whole text.
+        {v5 + QStringList{u"--filter"_s, u"V7=1 garbage"_s}, 1, u"Das Ende des Filters zählt nicht: garbage"_s},
+        {v5 + QStringList{u"--filter"_s, u"V5>=1e2"_s}, 1, u"Das Ende des Filters zählt nicht: e2"_s},
+        {v5 + QStringList{u"--filter"_s, u"V5>=18-90"_s}, 1, u"Das Ende des Filters zählt nicht: -90"_s},
+        {{u"compare"_s, u"@"_s, u"--entry"_s, u"QX1919 V5 filter=V7=1 x"_s, u"--data"_s, data_},
+         1,
+         u"Das Ende des Filters zählt nicht: x"_s},
+        {v5 + QStringList{u"--minutes"_s, u"0"_s}, 1, u"länger als 0 Minuten"_s},
         {v5 + QStringList{u"--missing"_s, u"neun"_s}, 1, u"13"_s},
         {v5 + QStringList{u"--weight"_s, u"V8"_s}, 1, u"Data type mismatch in criteria expression: W2"_s}, // a text
         {v5 + QStringList{u"--set"_s, u"NoSuchKey=1"_s}, 2, u"NoSuchKey"_s},
@@ -134,6 +142,22 @@ TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
         for (const QChar c : words.remove(u'\n'))
             EXPECT_NE(c.category(), QChar::Other_Control) << words.toStdString();
     }
+}
+
+TEST_F(Commands, whatAReaderHasToKnowOfTheNumbersIsSaidOnStandardError) {
+    {
+        TestCatalogue more(home_.path(u"more"_s));
+        more.fill();
+        more.addStudy(u"N1"_s, u"Nahe Werte"_s);
+        more.addVariable(u"N1"_s, u"A"_s, u"N1_1"_s);
+        more.addCases(u"N1"_s, u"N1_1"_s, {dao::TableDef::CreateField(u"A"_s, dao::dbDouble)}, {{1.0}, {1.0 + 1e-15}});
+        catalogue_ = more.path();
+        data_ = more.dataFolder();
+    }
+    const VdxResult result = run({u"frequency"_s, u"@"_s, u"N1"_s, u"A"_s});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, u"N1, A:  (N=2): Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber "
+                          "verschieden.\n"_s);
 }
 
 TEST_F(Commands, casesThatLieElsewhereThanInTheTypedFolderAreNamed) {

@@ -38,8 +38,9 @@ void RequestEditor::change(RequestPart part, const std::function<void(AnalysisRe
     changed(part);
 }
 
-void RequestEditor::replace(const AnalysisRequest& request) {
+void RequestEditor::replace(const AnalysisRequest& request, const FileStamp& catalogue) {
     request_ = request;
+    stamp_ = catalogue;
     changed(RequestPart::Opened);
 }
 

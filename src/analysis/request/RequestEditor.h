@@ -41,8 +41,8 @@ public:
     const AnalysisRequest& request() const { return request_; }
     /// Changes the request by a step of the caller's, for what nothing else follows from; who listens hears of it.
     void change(RequestPart part, const std::function<void(AnalysisRequest&)>& step);
-    /// Takes a request in place of this one, as a run has left it.
-    void replace(const AnalysisRequest& request);
+    /// Takes a request in place of this one, as a run has left it. @param catalogue how the catalogue's file lay then
+    void replace(const AnalysisRequest& request, const FileStamp& catalogue);
     /// Calls back after every change. @return a number for forget()
     int listen(std::function<void(RequestPart)> listener);
     void forget(int listener);

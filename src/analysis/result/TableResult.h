@@ -75,6 +75,8 @@ struct TableResult {
     bool stopped = false; ///< the last run that got as far as the data was stopped
     /// Catalogue or case files were written while they were read: the numbers may be of both states.
     bool changedMeanwhile = false;
+    /// How the catalogue's file lay for the fields of the request, with what the run itself has stored in it since.
+    FileStamp catalogue;
 
     /// The table that bears the marks: of a crosstab the absolute values, whatever view is shown.
     const ResultTable& marked() const { return mfgGrid.Tag == TableKind::Crosstab ? mfgGrid5 : mfgGrid; }

@@ -73,7 +73,17 @@ TableResult Run::run() {
             break;
     out_.changedMeanwhile = outcome_ == RunOutcome::Computed && !isAsItWas(place_.catalogue, in_.stamp, attached_);
     finish();
+    saveDefinitions();
     return std::move(out_);
+}
+
+/// Query and links are stored in the catalogue: whoever reads on there need not take it for another's writing.
+void Run::saveDefinitions() {
+    const FileStamp before = fileStamp(place_.catalogue);
+    db_->saveDefinitions();
+    const FileStamp after = fileStamp(place_.catalogue);
+    const bool own = before == in_.stamp && after.changes - before.changes <= 1 && after.logSize == before.logSize;
+    out_.catalogue = own ? after : in_.stamp;
 }
 
 void Run::finish() {

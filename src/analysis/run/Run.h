@@ -60,6 +60,7 @@ private:
     bool clearAndEnd();
     bool endWith(const QString& text);
     void finish();
+    void saveDefinitions();
 
     // ---- rounds
     void prepareComparison();
