@@ -56,8 +56,10 @@ Run::~Run() {
 }
 
 TableResult Run::run() {
+    out_.catalogue = in_.stamp;
     if (!db_) {
-        out_.run.outcome = RunOutcome::Refused;
+        end(RunOutcome::Refused);
+        finish();
         return std::move(out_);
     }
     int rounds = 1;
@@ -79,11 +81,12 @@ TableResult Run::run() {
 
 /// Query and links are stored in the catalogue: whoever reads on there need not take it for another's writing.
 void Run::saveDefinitions() {
+    dao::DBEngine::instance().setProgress({}); // a run that was cancelled is stored all the same
     const FileStamp before = fileStamp(place_.catalogue);
     db_->saveDefinitions();
     const FileStamp after = fileStamp(place_.catalogue);
-    const bool own = before == in_.stamp && after.changes - before.changes <= 1 && after.logSize == before.logSize;
-    out_.catalogue = own ? after : in_.stamp;
+    if (before == in_.stamp && after.changes - before.changes <= 1 && after.logSize == before.logSize)
+        out_.catalogue = after;
 }
 
 void Run::finish() {
