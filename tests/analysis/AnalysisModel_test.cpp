@@ -482,13 +482,16 @@ TEST_F(Analysis, WhoListensHearsWhatAChangeIsAboutUntilItForgets) {
     model_.edit().chooseWeight(WeightKind::WeightRE);
     model_.edit().chooseVariable(u"V7"_s);
     model_.edit().chooseMode(AnalysisMode::Descriptives);
-    EXPECT_EQ(heard, (std::vector{RequestPart::Weight, RequestPart::Variables, RequestPart::Mode}));
+    model_.edit().choosePart(u"1"_s);
+    model_.edit().chooseFilter(FilterKind::noFilter);
+    EXPECT_EQ(heard, (std::vector{RequestPart::Weight, RequestPart::Variables, RequestPart::Mode, RequestPart::Filter,
+                                  RequestPart::Filter}));
     model_.edit().forget(listener);
     model_.edit().StudyClick(u"QX2020"_s);
-    EXPECT_EQ(heard.size(), 3u);
+    EXPECT_EQ(heard.size(), 5u);
     EXPECT_EQ(heardByOther.back(), RequestPart::Study);
     EXPECT_FALSE(model_.edit().chooseWeight(WeightKind::WeightHH));
-    EXPECT_EQ(heardByOther.size(), 4u) << "what is refused changes nothing";
+    EXPECT_EQ(heardByOther.size(), 6u) << "what is refused changes nothing";
 }
 
 TEST_F(Analysis, LogsTheStatementThatTheTrapGaveUp) {

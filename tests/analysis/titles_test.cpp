@@ -1,5 +1,6 @@
 #include "analysis/result/titles.h"
 
+#include "analysis/result/saveTable.h"
 #include "app/globals.h"
 #include "config/Options.h"
 #include "language/SystemDatabase.h"
@@ -90,6 +91,22 @@ TEST(Titles, TellWeightAndFilter) {
     request.mode = AnalysisMode::Comparison;
     request.txtTitle = u"Trend"_s;
     EXPECT_EQ(resultTitle(request, table, {}), u"Vergleichsauswertung: Trend"_s);
+}
+
+TEST(Titles, AFileIsNamedAfterWhatItsTableIsOf) {
+    const TestHome home;
+    AnalysisRequest request = requestOf(AnalysisMode::Frequency);
+    request.dbcVariable.value = u"V5"_s;
+    request.dbcVariable2.value = u"V6"_s;
+    request.txtTitle = u"Zufrieden: 1/2"_s;
+    EXPECT_EQ(tableFileName(request), u"QX1919-V5"_s);
+    request.mode = AnalysisMode::Crosstab;
+    EXPECT_EQ(tableFileName(request), u"QX1919-V5-V6"_s);
+    request.mode = AnalysisMode::Comparison;
+    EXPECT_TRUE(tableFileName(request).startsWith(u"Zufrieden"_s));
+    EXPECT_FALSE(tableFileName(request).contains(u'/'));
+    request.txtTitle.clear();
+    EXPECT_EQ(tableFileName(request), u"Vergleich"_s);
 }
 
 TEST(Titles, OfAComparisonsColumnsFollowTheHeaderOptions) {

@@ -140,6 +140,26 @@ TEST_F(ComparisonTable, TextsSortAsTextsAndMarksOfTheUserHoldThroughARun) {
     EXPECT_EQ(percent_.Cell(3, 3), u"100.0"_s);
 }
 
+/// Blanks around a text can't be seen: four rows look alike, each keeps its own mark, and that is reported.
+TEST_F(ComparisonTable, TextsThatLookAlikeKeepTheirOwnMarksAndAreReported) {
+    const TestRecordsets::Rows texts{{u"a"_s, 1}, {u" a"_s, 2}, {u"a "_s, 4}, {u"b"_s, 8}};
+    setUp(2);
+    add(1, u"A"_s, texts, {}, QString(), dao::dbText);
+    ASSERT_EQ(table_.notes.size(), 1u);
+    int plain = 1;
+    while (table_.Cell(0, plain) != u"a"_s)
+        ++plain;
+    table_.setCell(2, plain, u"X"_s);
+    marks_ = Marks::of(table_);
+    setUp(2);
+    add(1, u"A"_s, texts, {}, QString(), dao::dbText);
+    add(2, u"B"_s, {{u" a"_s, 1}, {u"b"_s, 1}}, {}, QString(), dao::dbText);
+    EXPECT_EQ(table_.Cell(3, table_.shape.validRow), u"14"_s);
+    EXPECT_EQ(table_.Cell(4, table_.shape.validRow), u"2"_s);
+    EXPECT_EQ(table_.notes.size(), 1u);
+    EXPECT_EQ(percent_.notes, table_.notes);
+}
+
 TEST_F(ComparisonTable, CancelEndsItAndTheLimitIsTold) {
     setUp(1);
     cancelled_ = [] { return true; };

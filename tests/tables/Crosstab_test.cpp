@@ -130,11 +130,15 @@ TEST_F(CrosstabTest, TakesItsAxesFrom25000RecordsAndItsCellsFromAll) {
     EXPECT_EQ(asker_.texts(), QStringList(u"25000 Zeilen erreicht, Abbruch"_s));
     EXPECT_EQ(shown_.Rows(), 205);
     EXPECT_EQ(shown_.Cell(128, 203), u"25000"_s);
+    EXPECT_TRUE(shown_.notes.empty()) << "nothing is missing yet";
     rows.erase(rows.begin());
     rows.push_back({500, 1000, 9});
     rows.push_back({0, 1000, 5});
     EXPECT_EQ(build(rows), BuildOutcome::Complete);
-    EXPECT_EQ(asker_.boxes.size(), 1u) << "nothing is said of records behind";
+    EXPECT_EQ(asker_.boxes.size(), 1u) << "no box for records behind";
+    ASSERT_EQ(shown_.notes.size(), 1u);
+    EXPECT_TRUE(shown_.notes[0].text().startsWith(u"Mehr als 25000 Kombinationen"_s));
+    EXPECT_EQ(column_.notes, shown_.notes) << "in every view";
     EXPECT_EQ(shown_.Cell(0, 203), u"500"_s);
     EXPECT_EQ(shown_.Cell(3, 3), u"5"_s) << "a record behind the limit, of values that are there";
     rows.insert(rows.begin(), {0, 1001, 1});
@@ -195,6 +199,50 @@ TEST_F(CrosstabTest, CountsAgainByTheUsersMarksWhetherValidSumsStandOrNot) {
             EXPECT_EQ(shown_.markedBy, Marks::By::Hand);
         }
     }
+}
+
+/// Titles, clicks, marks and charts find values and sums by the shape, in whichever view.
+TEST_F(CrosstabTest, SaysOfEachViewWhereItHasWhat) {
+    columnMissing_ = u"2"_s;
+    options_.IncludeMissingXTab = true;
+    options_.IncludeNinXTab = true;
+    // Row 9 has only a missing column: its percentages are empty, so the views of valid percent leave it out.
+    build({{null, 1, 2}, {1, 1, 3}, {1, 2, 1}, {9, 2, 4}});
+    const auto where = [](const ResultTable& table) {
+        const TableShape& s = table.shape;
+        return u"%1-%2 %3 %4 %5 | %6-%7 %8 %9"_s.arg(s.rows.first)
+            .arg(s.rows.last)
+            .arg(s.sumRow)
+            .arg(s.validRow)
+            .arg(s.nullRow)
+            .arg(s.columns.first)
+            .arg(s.columns.last)
+            .arg(s.sumColumn)
+            .arg(s.validColumn)
+            .toStdString();
+    };
+    EXPECT_EQ(where(shown_), "3-5 6 7 3 | 3-4 5 6");
+    EXPECT_EQ(shown_.Cell(0, 7), u"Gült. Summe"_s);
+    for (const ResultTable* view : {&column_, &row_, &total_}) {
+        const TableShape& s = view->shape;
+        EXPECT_EQ(view->Cell(0, s.rows.first), u""_s);
+        EXPECT_EQ(s.nullRow, s.rows.first);
+        for (int row = s.rows.first; row <= s.rows.last; ++row)
+            EXPECT_TRUE((QStringList{u""_s, u"1"_s, u"9"_s}).contains(view->Cell(0, row)));
+        if (s.sumRow >= 0) {
+            EXPECT_EQ(view->Cell(0, s.sumRow), u"Summe"_s);
+        }
+        ASSERT_GE(s.validRow, 0);
+        EXPECT_EQ(view->Cell(0, s.validRow), u"Gült. Summe"_s);
+        EXPECT_EQ(view->Cell(s.sumColumn, 0), u"Summe"_s);
+        EXPECT_EQ(view->Cell(s.validColumn, 0), u"Gült. Summe"_s);
+        EXPECT_EQ(s.cases, shown_.shape.cases);
+    }
+    EXPECT_EQ(shown_.shape.casesOf(), (StatedCases{u"10"_s, u"3"_s}));
+    options_.ShowValidSums = false;
+    build({{null, 1, 2}, {1, 1, 3}});
+    EXPECT_EQ(where(shown_), "3-4 5 -1 3 | 3-3 4 -1");
+    EXPECT_EQ(shown_.shape.casesOf().valid, std::nullopt);
 }
 
 TEST_F(CrosstabTest, FitsItsColumns) {

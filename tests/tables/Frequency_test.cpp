@@ -187,6 +187,20 @@ TEST_F(FrequencyTable, KeepsTheUsersMarksWithTheirValues) {
     EXPECT_EQ(rows()[2], u"9|keine Angabe|X|4|57.1| |"_s);
 }
 
+/// Two numbers that look alike have a mark each, and are reported.
+TEST_F(FrequencyTable, ValuesThatLookAlikeKeepTheirOwnMarks) {
+    const Rows counts{{1.0, 2}, {1.0 + 1e-15, 3}, {2, 5}};
+    build(counts);
+    ASSERT_EQ(table_.notes.size(), 1u);
+    table_.setCell(2, 2, u"X"_s);
+    marks_ = Marks::of(table_);
+    build(counts);
+    EXPECT_EQ(table_.Cell(2, 1) + u'|' + table_.Cell(2, 2) + u'|' + table_.Cell(2, 3), u"|X|"_s);
+    EXPECT_EQ(table_.shape.casesOf(), (StatedCases{u"10"_s, u"7"_s}));
+    build({{1, 2}, {2, 5}});
+    EXPECT_TRUE(table_.notes.empty());
+}
+
 TEST_F(FrequencyTable, FollowsItsOptions) {
     cumulated_ = separate_ = false;
     autoWidth_ = true;
