@@ -62,13 +62,14 @@ void endJournal(dao::Database& database) {
     }
 }
 
-/// Opens a database, which rolls back what a killed process left unfinished in it. @return false if it holds
-/// no table
+/// Opens a database that the note is about, which rolls back what a killed process left unfinished in it. @return false
+/// if it holds no table
 bool recover(const QString& path, const QString& catalogue) {
     if (QFileInfo(path).size() == 0)
         return false;
     // A case file in another folder does not tell by itself where its catalogue lies.
-    dao::settleJournals(dao::DatabaseLocation::find(path), QFileInfo(catalogue).absolutePath());
+    dao::settleJournals(dao::DatabaseLocation::find(path),
+                        {.mainFolder = QFileInfo(catalogue).absolutePath(), .isOriginal = true});
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(path);
     const bool hasTables = database->TableDefs().Count() > 0;
     if (hasTables && QFileInfo::exists(journalOf(path)))
