@@ -116,6 +116,14 @@ void requireSuperJournalName(const QString& file, const QByteArray& name) {
     }
 }
 
+void requireOneRecord(const QString& file, const SuperRecord& record) {
+    if (const auto another = recordOf(PlainFile(file + journalSuffix, O_RDONLY), record.begin)) {
+        refuse(file,
+               u"Its journal names the file '%1' and another one, which no change of a database can have made."_s.arg(
+                   QFile::decodeName(another->name)));
+    }
+}
+
 /// The companions by which SQLite would open any other file, or wait for a pipe for good.
 void requirePlainCompanions(const QString& file) {
     for (const QString& companion : {file + journalSuffix, file + u"-wal"_s, file + u"-shm"_s}) {
@@ -239,6 +247,7 @@ QString findSuperJournal(const QString& file, const Surroundings& around, const 
 /// was completed. @throws Error 3049, 3043
 void settle(const QString& file, const Surroundings& around, const SuperRecord& record) {
     const QString journal = file + journalSuffix;
+    requireOneRecord(file, record);
     const QString superJournal = findSuperJournal(file, around, QFile::decodeName(record.name));
     if (superJournal.isEmpty() ? !QFile::remove(journal) : !standAlone(journal, record.name)) {
         raiseEngineError(3043);
@@ -261,7 +270,6 @@ void settleJournals(const DatabaseLocation& location, const Surroundings& around
     const QString& file = location.identity; // the companions of a linked file lie beside its target
     const QString journal = file + journalSuffix;
     requirePlainCompanions(file);
-    // Behind one name there may be another that somebody has put there.
     while (const std::optional<SuperRecord> found = recordOf(journal)) {
         requireSuperJournalName(file, found->name);
         RawFile content(file, RawFile::Access::ReadWrite);

@@ -189,6 +189,13 @@ TEST_F(JournalsTest, AJournalThatNoCommitCanHaveLeftIsRefusedInWords) {
              write(in(u"main.mdb-journal"_s), contentOf(in(u"main.mdb-journal"_s)) + record(genuine));
          },
          u"!3049 1"_s, u"victim.txt"_s},
+        {"one that is right, many times over",
+         [&] {
+             take(u"begun"_s);
+             const QByteArray genuine = (path(u"origin/"_s) + QFileInfo(superJournal()).fileName()).toUtf8();
+             write(in(u"main.mdb-journal"_s), contentOf(in(u"main.mdb-journal"_s)) + record(genuine).repeated(20));
+         },
+         u"!3049 1"_s, u"and another one"_s},
         {"a name without a folder", [&] { name(in(u"main.mdb-journal"_s), "main.mdb-mj0123AB9CD"); }, u"!3049 2"_s,
          u"main.mdb-mj0123AB9CD"_s},
         {"a main file that is nowhere", [&] { name(in(u"main.mdb-journal"_s), "/nowhere/x.mdb-mj0123AB9CD"); },
