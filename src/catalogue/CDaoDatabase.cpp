@@ -1,5 +1,7 @@
 #include "catalogue/CDaoDatabase.h"
 
+#include "catalogue/CatalogueImport.h"
+#include "catalogue/ImportGuard.h"
 #include "diagnostics/errors.h"
 #include "platform/system/Paths.h"
 
@@ -39,6 +41,11 @@ void CDaoDatabase::OpenQXDatabase(bool readOnly) {
     m_CloseDatabase();
     path_ = path;
     connect_ = path_;
+    try {
+        removeLeftovers(Paths::resolved(connect_));
+    } catch (const ImportError&) {
+        // What is there can be read all the same, and the next import says what is in the way.
+    }
     attempt([&] {
         current_ = CurrentWorkspace().OpenDatabase(Paths::resolved(connect_), false, readOnly);
         state_ = 1;

@@ -18,6 +18,7 @@ qint64 restOfOldHead(int format) {
 DtaFile::DtaFile(const QString& path) : file_(path) {
     if (!file_.open(QIODevice::ReadOnly))
         return;
+    fileBytes_ = file_.size();
     isGood_ = file_.peek(1) == "<" ? readTaggedHead() : readOldHead();
 }
 
@@ -41,7 +42,7 @@ bool DtaFile::readTaggedHead() {
         const auto at = number(8);
         if (!at)
             return false;
-        place = *at <= file_.size() ? *at : -1;
+        place = *at <= fileBytes_ ? *at : -1;
     }
     variables_ = *variables;
     rows_ = *rows;
@@ -77,7 +78,7 @@ std::optional<qint64> DtaFile::number(int bytes) {
 }
 
 bool DtaFile::skip(qint64 bytes) {
-    return bytes >= 0 && bytes <= file_.size() - file_.pos() && file_.seek(file_.pos() + bytes);
+    return bytes >= 0 && bytes <= fileBytes_ - file_.pos() && file_.seek(file_.pos() + bytes);
 }
 
 qint64 DtaFile::bytesOfType(qint64 variable) const {
@@ -140,7 +141,7 @@ std::optional<QByteArray> DtaFile::nextCharacteristic() {
     // An old file's list ends with a kind and a length of 0; 1 is the only other kind.
     const auto kind = isTagged() ? std::optional<qint64>(1) : number(1);
     const auto length = number(format_ >= 110 ? 4 : 2);
-    if (kind != 1 || !length || *length > file_.size() - file_.pos())
+    if (kind != 1 || !length || *length > fileBytes_ - file_.pos())
         return std::nullopt;
     const QByteArray entry = file_.read(*length);
     return !isTagged() || expect("</ch>") ? std::optional(entry) : std::nullopt;

@@ -22,7 +22,7 @@ public:
     int nameBytes() const { return format_ >= 118 ? 129 : format_ >= 110 ? 33 : 9; }
 
     enum Section { Characteristics = 8, Data = 9, Strings = 10, ValueLabels = 11 };
-    /// Where a section of a tagged file begins, by the file's own map.
+    /// Where a section of a tagged file begins, by the file's own map; -1 for a place beyond the file's end.
     qint64 placeOf(Section section) const { return map_[section]; }
     bool goToCharacteristics();
     /// Reads one characteristic after the other: its variable, its name and its text; nothing behind the last.
@@ -36,6 +36,7 @@ public:
 
 private:
     QFile file_;
+    qint64 fileBytes_ = 0; ///< asked once: a question to the system takes longer than reading a label
     bool isGood_ = false, bigEndian_ = false;
     int format_ = 0;
     qint64 variables_ = 0, rows_ = 0;

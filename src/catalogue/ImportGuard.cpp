@@ -32,6 +32,12 @@ QString noteOf(const QString& catalogue) {
     return catalogue + u"-import"_s;
 }
 
+/// True for the place of a note where there is a link, a pipe or anything but a file.
+bool isTaken(const QString& note) {
+    struct stat found {};
+    return lstat(QFile::encodeName(note).constData(), &found) == 0 && !S_ISREG(found.st_mode);
+}
+
 /// @param error  of the system
 QString cannotWrite(const QString& path, int error) {
     const QString reason = QString::fromLocal8Bit(strerror(error));
@@ -56,13 +62,14 @@ void endJournal(dao::Database& database) {
     }
 }
 
-/// Opens a database, which rolls back what a killed process left unfinished in it. @return false if it holds
-/// no table
+/// Opens a database that the note is about, which rolls back what a killed process left unfinished in it. @return false
+/// if it holds no table
 bool recover(const QString& path, const QString& catalogue) {
     if (QFileInfo(path).size() == 0)
         return false;
     // A case file in another folder does not tell by itself where its catalogue lies.
-    dao::settleJournals(dao::DatabaseLocation::find(path), QFileInfo(catalogue).absolutePath());
+    dao::settleJournals(dao::DatabaseLocation::find(path),
+                        {.mainFolder = QFileInfo(catalogue).absolutePath(), .isOriginal = true});
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(path);
     const bool hasTables = database->TableDefs().Count() > 0;
     if (hasTables && QFileInfo::exists(journalOf(path)))
@@ -133,14 +140,19 @@ int lockNote(const QString& catalogue, bool create, bool& busy) {
             open(path.constData(), O_RDWR | O_CLOEXEC | O_APPEND | O_NOFOLLOW | (create ? O_CREAT : 0), 0666);
         if (note < 0)
             return -1;
+        struct stat locked {
+        }, present{};
+        if (fstat(note, &locked) == 0 && !S_ISREG(locked.st_mode)) {
+            close(note);
+            errno = EEXIST;
+            return -1;
+        }
         if (flock(note, LOCK_EX | LOCK_NB) != 0) {
             busy = true;
             close(note);
             return -1;
         }
         // The one before may have removed its note between our opening and our lock.
-        struct stat locked {
-        }, present{};
         if (fstat(note, &locked) == 0 && stat(path.constData(), &present) == 0 && locked.st_ino == present.st_ino)
             return note;
         close(note);
@@ -190,7 +202,7 @@ ImportGuard::ImportGuard(const QString& catalogue) : catalogue_(catalogue) {
         throw ImportError(
             busy ? said(u"%1: Ein anderer Import ist gerade an der Arbeit"_s, u"%1: Another import is at work"_s)
                        .arg(catalogue)
-                 : cannotWrite(QFileInfo(noteOf(catalogue)).isSymLink() ? noteOf(catalogue) : catalogue, error));
+                 : cannotWrite(isTaken(noteOf(catalogue)) ? noteOf(catalogue) : catalogue, error));
     try {
         archive::finishInterruptedBuild(catalogue);
         clearAway(catalogue, note_);

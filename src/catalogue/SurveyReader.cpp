@@ -8,7 +8,6 @@
 #include "catalogue/dtaCharacteristics.h"
 #include "catalogue/dtaData.h"
 #include "catalogue/importTexts.h"
-#include "catalogue/savCases.h"
 #include "catalogue/savExtensions.h"
 
 #include <QBuffer>
@@ -173,13 +172,13 @@ void SurveyReader::refuse(const QString& reason) const {
     throw ImportError(path_ + u": "_s + reason);
 }
 
-void SurveyReader::checkRows(SurveyFile& head) const {
+void SurveyReader::checkRows(SurveyFile& head) {
     if (kind_ == Kind::Sav) {
-        const SavCases cases(path_);
-        if (!cases.isReadable())
+        savCases_.emplace(path_);
+        if (!savCases_->isReadable())
             refuse(damaged());
         if (!head.saysRows)
-            head.rows = cases.byLength().value_or(-1);
+            head.rows = savCases_->byLength().value_or(-1);
     } else if (kind_ == Kind::Por) {
         // What is not understood could lose more than the library tells.
         if (!portable_)
@@ -196,7 +195,7 @@ void SurveyReader::checkRows(const SurveyFile& head, qint64 read) const {
             refuse(countNotKept(head.rows, read));
         return;
     }
-    const SavCases::Count held = SavCases(path_).count();
+    const SavCases::Count held = savCases_->count();
     if (head.saysRows && held.whole != head.rows)
         refuse(countNotKept(head.rows, held.whole));
     if (!held.isClean)

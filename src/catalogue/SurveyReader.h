@@ -3,6 +3,7 @@
 #include "catalogue/SurveyFile.h"
 
 #include "catalogue/portableNumbers.h"
+#include "catalogue/savCases.h"
 
 #include <QIODevice>
 #include <functional>
@@ -37,6 +38,7 @@ private:
     QByteArray encoding_;
     Kind kind_ = Kind::Sav;
     std::optional<PortableText> portable_; ///< of a .por file that is understood
+    std::optional<SavCases> savCases_;     ///< of a .sav file, once its head was read
     qint64 lostInHead_ = 0, lostTexts_ = 0;
     std::vector<bool> inexact_;
 
@@ -45,7 +47,7 @@ private:
     template<class Pass>
     int parse(Pass& pass, bool convert, qint64 rows = 0) const;
     /// Holds what the file says of its rows against what lies in it, before they are read.
-    void checkRows(SurveyFile& head) const;
+    void checkRows(SurveyFile& head);
     /// And against what was read. @throws ImportError
     void checkRows(const SurveyFile& head, qint64 read) const;
     [[noreturn]] void fail(int code, const QString& detail) const;

@@ -70,10 +70,14 @@ bool passStrings(DtaFile& dta) {
 }
 
 QString faultOfTagged(DtaFile& dta, qint64 rowBytes) {
-    const qint64 begin = dta.placeOf(DtaFile::Data) + dataTag.size();
-    const qint64 room = dta.placeOf(DtaFile::Strings) - dataEnd.size() - begin;
-    if (room < 0 || room / rowBytes != dta.rows() || room % rowBytes != 0)
-        return countNotKept(dta.rows(), std::max<qint64>(room, 0) / rowBytes);
+    const qint64 data = dta.placeOf(DtaFile::Data), strings = dta.placeOf(DtaFile::Strings);
+    const bool isCutOff = strings < 0;
+    const qint64 end = isCutOff ? dta.file().size() : strings - dataEnd.size();
+    const qint64 room = data < 0 ? 0 : std::max<qint64>(end - data - dataTag.size(), 0);
+    if (isCutOff ? room / rowBytes < dta.rows() : room / rowBytes != dta.rows())
+        return countNotKept(dta.rows(), room / rowBytes);
+    if (isCutOff || room % rowBytes != 0)
+        return brokenLabels(dta.rows());
     if (!passStrings(dta))
         return brokenStrings();
     if (!dta.file().seek(dta.placeOf(DtaFile::ValueLabels)) || !dta.expect("<value_labels>"))

@@ -21,7 +21,10 @@ enum Record {
 } // namespace
 
 SavDictionary::SavDictionary(const QString& path, const Extension& extension) : file_(path) {
-    if (!file_.open(QIODevice::ReadOnly) || !head())
+    if (!file_.open(QIODevice::ReadOnly))
+        return;
+    fileBytes_ = file_.size();
+    if (!head())
         return;
     while (const std::optional<qint32> type = number()) {
         if (*type == EndOfDictionary) {
@@ -55,7 +58,7 @@ bool SavDictionary::head() {
 }
 
 bool SavDictionary::skip(qint64 bytes) {
-    return bytes >= 0 && bytes <= file_.size() - file_.pos() && file_.seek(file_.pos() + bytes);
+    return bytes >= 0 && bytes <= fileBytes_ - file_.pos() && file_.seek(file_.pos() + bytes);
 }
 
 std::optional<qint32> SavDictionary::number() {

@@ -26,6 +26,7 @@ public:
 
 private:
     QFile file_;
+    qint64 fileBytes_ = 0; ///< asked once: a question to the system takes longer than reading a label
     Compression compression_ = Compression::None;
     qint64 fieldsPerCase_ = 0;
     qint32 cases_ = -1;

@@ -24,6 +24,12 @@ bool isWide(char32_t c) {
     return std::any_of(std::begin(wide), std::end(wide), [c](Range r) { return c >= r.first && c <= r.last; });
 }
 
+/// Marks that let text after them run the other way (the Unicode property Bidi_Control).
+bool turnsDirection(QChar c) {
+    return c == u'\u061C' || c == u'\u200E' || c == u'\u200F' || (c >= u'\u202A' && c <= u'\u202E') ||
+           (c >= u'\u2066' && c <= u'\u2069');
+}
+
 QJsonArray jsonRows(const std::vector<QStringList>& rows) {
     QJsonArray all;
     for (const QStringList& row : rows)
@@ -61,7 +67,8 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
 
 QString oneLine(QString text) {
     for (QChar& c : text)
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator || c == QChar::ParagraphSeparator ||
+            turnsDirection(c))
             c = u' ';
     return text;
 }

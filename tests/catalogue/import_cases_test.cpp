@@ -103,6 +103,16 @@ TEST_F(CasesOfAFile, ACountThatIsNotKeptIsRefusedWithBothNumbers) {
             EXPECT_TRUE(said < 0 ? !words.isEmpty() : words.contains(u" %1 "_s.arg(said)) && words.contains(u"20"_s))
                 << testing::PrintToString(kind) << said << words.toStdString();
         }
+    for (const uint8_t version : {uint8_t{117}, uint8_t{118}}) {
+        const Kind cutOff{"dta", false, version};
+        write(pathOf(cutOff), cutOff, 20);
+        constexpr qsizetype caseBytes = 8 + 9;
+        rewrite(pathOf(cutOff),
+                [](QByteArray& content) { content.truncate(content.indexOf("<data>") + 6 + 12 * caseBytes + 5); });
+        Counter counter;
+        const QString words = reading(pathOf(cutOff), counter);
+        EXPECT_TRUE(words.contains(u" 20 "_s) && words.endsWith(u" 12"_s)) << words.toStdString();
+    }
 }
 
 TEST_F(CasesOfAFile, AFileThatBreaksOffOrGoesOnIsRefused) {

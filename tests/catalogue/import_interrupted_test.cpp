@@ -12,6 +12,7 @@
 #include <optional>
 #include <random>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -340,4 +341,16 @@ TEST_F(ImportInterrupted, OneImportAtATime) {
     ImportGuard guard(catalogue);
     EXPECT_TRUE(outcome(request(second, u"QX2"_s)).contains(u"my.mdb"_s));
     guard.done();
+}
+
+TEST_F(ImportInterrupted, ANoteThatIsAPipeIsNamedAndLeftAlone) {
+    ASSERT_EQ(outcome(request(first, u"QX1"_s)), QString());
+    const QString note = catalogue + u"-import"_s;
+    ASSERT_EQ(mkfifo(note.toUtf8().constData(), 0600), 0);
+    testing::internal::CaptureStderr();
+    removeLeftovers(catalogue);
+    const QString words = outcome(request(second, u"QX2"_s));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_TRUE(words.startsWith(note + u": "_s)) << words.toStdString();
+    EXPECT_TRUE(QFileInfo::exists(note));
 }

@@ -131,7 +131,8 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
 
 // The first name is shown in a box, the next on a line, the others as wrong usage.
 TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
-    const QString bell = u"\x1b]2;title\x07"_s;
+    const QString turned = u"\u061C\u200E\u200F\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069"_s;
+    const QString bell = u"\x1b]2;title\x07"_s + turned;
     for (const QStringList& arguments :
          {QStringList{u"studies"_s, home_.path(bell + u".mdb"_s)},
           QStringList{u"import"_s, home_.path(u"new.mdb"_s), home_.path(bell + u".sav"_s), u"--study"_s, u"QX1"_s},
@@ -140,7 +141,7 @@ TEST_F(Commands, namesGiveTheTerminalNoCommandsOnStandardErrorEither) {
         QString words = runVdx(arguments).err;
         EXPECT_TRUE(words.contains(u" ]2;title "_s)) << words.toStdString();
         for (const QChar c : words.remove(u'\n'))
-            EXPECT_NE(c.category(), QChar::Other_Control) << words.toStdString();
+            EXPECT_TRUE(c.category() != QChar::Other_Control && !turned.contains(c)) << words.toStdString();
     }
 }
 

@@ -92,7 +92,7 @@ std::shared_ptr<Attachments::File> Attachments::fileOf(const DatabaseLocation& l
 void Attachments::open(File& file, bool create) {
     using Mode = DatabaseLocation::Mode;
     makeRoom();
-    settleJournals(file.location, QFileInfo(main_->location.identity).path());
+    settleJournals(file.location, {.mainFolder = QFileInfo(main_->location.identity).path()});
     const auto attachAs = [&](Mode mode) {
         sqlite3_stmt* statement = nullptr;
         const QByteArray sql = "ATTACH ?1 AS " + file.schema.toUtf8();

@@ -269,6 +269,15 @@ bool Statement::step() {
         return true;
     }
     if (result != SQLITE_DONE) {
+        // What neither writes nor has written can only have met a full disk with what it sorts.
+        const bool onlySorts =
+            sqlite3_stmt_readonly(handle_) != 0 && sqlite3_txn_state(connection_.handle(), nullptr) != SQLITE_TXN_WRITE;
+        if (onlySorts && ((result & 0xFF) == SQLITE_FULL || isForWantOfRoom(connection_.handle(), result))) {
+            constexpr int noRoom = 3026;
+            sqlite3_reset(handle_);
+            raiseEngineErrorInWords(
+                noRoom, u"Not enough space on disk in '%1', the folder for temporary files."_s.arg(temporaryFolder()));
+        }
         sqlite3_reset(handle_); // the message stays until the next call, the lock does not
         connection_.raise(result, purpose_);
     }

@@ -50,7 +50,7 @@ static std::unique_ptr<Connection> openToRead(const DatabaseLocation& location) 
 
 void DatabaseFile::open(Opening opening, bool exclusive, bool readOnly) {
     using Mode = DatabaseLocation::Mode;
-    settleJournals(location_, {});
+    settleJournals(location_);
     if (opening == Opening::New) {
         connection_ = std::make_unique<Connection>(location_, Mode::ReadWriteCreate);
         connection_->run(u"PRAGMA application_id=1450341496"_s, Purpose::Write); // makes the file a database at once

@@ -65,27 +65,29 @@ struct SuperRecord {
     qint64 begin = 0; ///< of the record in the journal
 };
 
-std::optional<SuperRecord> recordOf(const PlainFile& journal) {
+/// @param size  of what is looked at of the journal
+std::optional<SuperRecord> recordOf(const PlainFile& journal, qint64 size) {
     constexpr qint64 tail = 16, pageNumber = 4, longest = 4096;
     const QByteArray mark = QByteArray::fromHex("d9d505f920a163d7");
-    const QByteArray end = journal.read(tail, journal.size() - tail);
+    const QByteArray end = journal.read(tail, size - tail);
     if (!end.endsWith(mark)) {
         return std::nullopt;
     }
     const qint64 length = qFromBigEndian<quint32>(end.constData());
     auto sum = qFromBigEndian<quint32>(end.constData() + 4);
-    const QByteArray name = length <= longest ? journal.read(length, journal.size() - tail - length) : QByteArray();
+    const QByteArray name = length <= longest ? journal.read(length, size - tail - length) : QByteArray();
     for (const char byte : name) {
         sum -= static_cast<quint32>(byte);
     }
     if (name.isEmpty() || sum != 0) {
         return std::nullopt;
     }
-    return SuperRecord{name, qMax(0, journal.size() - tail - length - pageNumber)};
+    return SuperRecord{name, qMax(0, size - tail - length - pageNumber)};
 }
 
 std::optional<SuperRecord> recordOf(const QString& journal) {
-    return recordOf(PlainFile(journal, O_RDONLY));
+    const PlainFile file(journal, O_RDONLY);
+    return recordOf(file, file.size());
 }
 
 QString folderOf(const QString& path) {
@@ -111,6 +113,14 @@ void requireSuperJournalName(const QString& file, const QByteArray& name) {
     const QString path = QFile::decodeName(name);
     if (mainFileOf(path).isEmpty() || !QDir::isAbsolutePath(path) || name.contains('\0')) {
         refuse(file, u"Its journal names the file '%1', which no change of a database can have made."_s.arg(path));
+    }
+}
+
+void requireOneRecord(const QString& file, const SuperRecord& record) {
+    if (const auto another = recordOf(PlainFile(file + journalSuffix, O_RDONLY), record.begin)) {
+        refuse(file,
+               u"Its journal names the file '%1' and another one, which no change of a database can have made."_s.arg(
+                   QFile::decodeName(another->name)));
     }
 }
 
@@ -148,7 +158,7 @@ Lock lockAll(RawFile& file) {
 /// Takes the name of the super-journal off a journal, whose file must be locked.
 bool standAlone(const QString& journal, const QByteArray& superJournal) {
     const PlainFile file(journal, O_RDWR);
-    const std::optional<SuperRecord> record = recordOf(file);
+    const std::optional<SuperRecord> record = recordOf(file, file.size());
     return !record || record->name != superJournal || file.cut(record->begin);
 }
 
@@ -205,31 +215,40 @@ bool isThere(const QString& path) {
     return lstat(QFile::encodeName(path).constData(), &found) == 0;
 }
 
-/// The super-journal where it lies now, empty if it is gone. @throws Error 3049 when nothing tells whether it is
-QString findSuperJournal(const QString& file, const QString& mainFolder, const QString& known) {
-    QStringList folders{folderOf(file), mainFolder, folderOf(known)};
+/// The super-journal where it lies now, empty if it was removed by the commit. @throws Error 3049 when nothing tells
+QString findSuperJournal(const QString& file, const Surroundings& around, const QString& known) {
+    QStringList folders{folderOf(file), around.mainFolder, folderOf(known)};
     folders.removeAll(QString());
-    bool hasMainFile = false;
+    const QString mainFile = mainFileOf(known);
+    const auto hasMainFile = [&](const QString& folder) { return QFileInfo(folder + u'/' + mainFile).isFile(); };
     for (const QString& folder : std::as_const(folders)) {
         const QString place = folder + u'/' + nameOf(known);
         if (isThere(place)) {
             return place;
         }
-        hasMainFile = hasMainFile || QFileInfo(folder + u'/' + mainFileOf(known)).isFile();
     }
-    if (!hasMainFile) {
+    if (std::none_of(folders.begin(), folders.end(), hasMainFile)) {
         refuse(file,
                u"It was being changed together with '%1', which does not lie here, so that nothing tells whether "
-               u"the change was completed.  Open that one and reach this one from there."_s.arg(mainFileOf(known)));
+               u"the change was completed.  Open that one and reach this one from there, or give the catalogue its "
+               u"former name back."_s.arg(mainFile));
+    }
+    // Taking the change back settles every journal before it removes the super-journal; but not the copies of one.
+    if (!around.isOriginal && !hasMainFile(folderOf(file))) {
+        refuse(file,
+               u"It was being changed together with '%1'.  That change has ended meanwhile, and since this file may be "
+               u"a copy, nothing tells whether it was completed.  Use the original, or delete this one and import its "
+               u"study again."_s.arg(mainFile));
     }
     return {};
 }
 
 /// Under the lock: takes the super-journal that is there off all its journals, or removes the journal of a change that
 /// was completed. @throws Error 3049, 3043
-void settle(const QString& file, const QString& mainFolder, const SuperRecord& record) {
+void settle(const QString& file, const Surroundings& around, const SuperRecord& record) {
     const QString journal = file + journalSuffix;
-    const QString superJournal = findSuperJournal(file, mainFolder, QFile::decodeName(record.name));
+    requireOneRecord(file, record);
+    const QString superJournal = findSuperJournal(file, around, QFile::decodeName(record.name));
     if (superJournal.isEmpty() ? !QFile::remove(journal) : !standAlone(journal, record.name)) {
         raiseEngineError(3043);
     }
@@ -240,18 +259,17 @@ void settle(const QString& file, const QString& mainFolder, const SuperRecord& r
     const bool isOurs = std::any_of(listed.begin(), listed.end(),
                                     [&](const QString& other) { return nameOf(other) == nameOf(journal); });
     // Where it lay when it was written there may be another archive by now.
-    if (isOurs && (folderOf(superJournal) == folderOf(file) || folderOf(superJournal) == mainFolder)) {
+    if (isOurs && (folderOf(superJournal) == folderOf(file) || folderOf(superJournal) == around.mainFolder)) {
         settleAll(listed, superJournal, record.name);
     }
 }
 
 } // namespace
 
-void settleJournals(const DatabaseLocation& location, const QString& mainFolder) {
+void settleJournals(const DatabaseLocation& location, const Surroundings& around) {
     const QString& file = location.identity; // the companions of a linked file lie beside its target
     const QString journal = file + journalSuffix;
     requirePlainCompanions(file);
-    // Behind one name there may be another that somebody has put there.
     while (const std::optional<SuperRecord> found = recordOf(journal)) {
         requireSuperJournalName(file, found->name);
         RawFile content(file, RawFile::Access::ReadWrite);
@@ -270,7 +288,7 @@ void settleJournals(const DatabaseLocation& location, const QString& mainFolder)
         }
         // By now another may have settled it.
         if (const std::optional<SuperRecord> record = recordOf(journal); record && record->name == found->name) {
-            settle(file, mainFolder, *record);
+            settle(file, around, *record);
         }
     }
 }

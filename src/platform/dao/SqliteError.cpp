@@ -1,7 +1,8 @@
 #include "platform/dao/SqliteError.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <cerrno>
-#include <sys/resource.h>
 #include <sys/statvfs.h>
 
 using namespace Qt::StringLiterals;
@@ -48,6 +49,23 @@ constexpr int validationRule = 3317;
 
 const QString sizeRulePrefix = u"size of "_s;
 
+bool isWantOfRoom(int reason) {
+    return reason == ENOSPC || reason == EDQUOT || reason == EFBIG;
+}
+
+/// What has last gone wrong with the files of a connection, 0 for nothing. Where a commit has failed, the connection
+/// still has the reason of what failed before it.
+int reasonOfFiles(sqlite3* connection) {
+    int reason = 0;
+    const char* schema = nullptr;
+    for (int i = 0; !isWantOfRoom(reason) && (schema = sqlite3_db_name(connection, i)) != nullptr; ++i) {
+        int ofFile = 0;
+        sqlite3_file_control(connection, schema, SQLITE_FCNTL_LAST_ERRNO, &ofFile);
+        reason = ofFile != 0 ? ofFile : reason;
+    }
+    return reason;
+}
+
 QString nameBehindColon(const QString& message) {
     return message.mid(message.lastIndexOf(u": "_s) + 2);
 }
@@ -84,14 +102,12 @@ bool isForWantOfRoom(sqlite3* connection, int code) {
     if (connection == nullptr || (kind != SQLITE_IOERR && kind != SQLITE_CANTOPEN)) {
         return false;
     }
-    const int reason = sqlite3_system_errno(connection);
-    if (reason == ENOSPC || reason == EDQUOT || reason == EFBIG) {
+    const int ofFiles = code == SQLITE_IOERR_WRITE ? reasonOfFiles(connection) : 0;
+    if (isWantOfRoom(ofFiles != 0 ? ofFiles : sqlite3_system_errno(connection))) {
         return true;
     }
     if (kind == SQLITE_IOERR) {
-        // Of a commit the reason is not kept.
-        rlimit size{};
-        return code == SQLITE_IOERR_WRITE && getrlimit(RLIMIT_FSIZE, &size) == 0 && size.rlim_cur != RLIM_INFINITY;
+        return false;
     }
     // SQLite tries again to open it in other ways, and the reason is lost; the journals that were made are gone by now,
     // and their places free.
@@ -108,6 +124,16 @@ bool isForWantOfRoom(sqlite3* connection, int code) {
         }
     }
     return false;
+}
+
+QString temporaryFolder() {
+    for (const QByteArray& folder : {qgetenv("SQLITE_TMPDIR"), qgetenv("TMPDIR"), QByteArray("/var/tmp"),
+                                     QByteArray("/usr/tmp"), QByteArray("/tmp")}) {
+        if (const QFileInfo info(QFile::decodeName(folder)); !folder.isEmpty() && info.isDir() && info.isWritable()) {
+            return info.filePath();
+        }
+    }
+    return u"."_s;
 }
 
 QString sizeRuleName(const QString& field) {

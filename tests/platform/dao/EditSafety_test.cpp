@@ -4,9 +4,11 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <fcntl.h>
 #include <functional>
 #include <limits>
 #include <sqlite3.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using dao::Value;
@@ -134,6 +136,36 @@ TEST_F(EditSafetyTest, AfterATransactionThatFailedEditsAreKept) {
     database_->Close();
     EXPECT_EQ(EngineTest::rows(*open(u"a.mdb"_s), u"SELECT x FROM n"_s), u"5;5;5"_s)
         << "a transaction that was closed and never ended is over";
+}
+
+TEST_F(EditSafetyTest, OnlyADiskThatIsFullIsCalledFullAndByTheFolderThatIsMeant) {
+    const QString content(1000, u'x');
+    workspace().BeginTrans();
+    for (int id = 4; id < 4000; ++id)
+        database_->Execute(u"INSERT INTO n (id, memo) VALUES (%1, '%2')"_s.arg(id).arg(content));
+    workspace().CommitTrans();
+    {
+        const FullDisk full(1 << 16);
+        QString words;
+        try {
+            EngineTest::rows(*database_, u"SELECT memo FROM n ORDER BY memo & id DESC"_s);
+        } catch (const dao::Error& error) {
+            words = error.description();
+        }
+        EXPECT_TRUE(words.startsWith(u"Not enough space on disk in '/"_s)) << words.toStdString();
+    }
+
+    // A limit that is far away, and a file that can't be written for another reason.
+    const FullDisk roomy(1 << 30);
+    const QByteArray file = path(u"a.mdb"_s).toUtf8();
+    workspace().BeginTrans();
+    database_->Execute(u"UPDATE n SET x = 7"_s);
+    const int toRead = ::open(file.constData(), O_RDONLY);
+    for (const QString& name : QDir(u"/proc/self/fd"_s).entryList(QDir::Files | QDir::System))
+        if (name.toInt() != toRead && QFile::symLinkTarget(u"/proc/self/fd/"_s + name) == path(u"a.mdb"_s))
+            dup2(toRead, name.toInt());
+    EXPECT_EQ(errorOf([&] { workspace().CommitTrans(); }), 3043);
+    ::close(toRead);
 }
 
 // What is closed while the failure ends a scope may still be in use, and adds its own.
