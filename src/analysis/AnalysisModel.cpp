@@ -51,6 +51,12 @@ void AnalysisModel::open() {
 void AnalysisModel::setHooks(RunHooks hooks) {
     hooks_ = std::move(hooks);
     hooks_.cancelled = [this] { return bCancelRun_; };
+    hooks_.begins = [begins = std::move(hooks_.begins)] {
+        // What a run says of a file that can't be reached holds for the rest of the program.
+        gOptions.DataOnCD = true;
+        if (begins)
+            begins();
+    };
 }
 
 FilterResult AnalysisModel::checkFilter(const QString& text) const {
@@ -115,8 +121,6 @@ void AnalysisModel::run() {
     bCancelRun_ = false;
     {
         const RunningScope scope(this);
-        if (onRun_)
-            onRun_();
         // While a run goes on nothing is shown; after a failure that it doesn't deal with itself nothing is left.
         TableResult before = std::exchange(result_, {});
         const Marks marks = before.marks;
@@ -126,8 +130,6 @@ void AnalysisModel::run() {
             result_ = runRequest(editor_, gOptions, hooks_, std::exchange(before, {}));
         });
     }
-    // What is said of a file that can't be reached stays so for the rest of the program.
-    gOptions.DataOnCD = true;
     if (result_.run.outcome == RunOutcome::Refused)
         tab_ = 0;
 }

@@ -57,9 +57,7 @@ public:
     /// Options were applied: marks count no more at the next run.
     void optionsApplied();
 
-    /// A run is asked for, which its checks may refuse yet; nothing without one.
-    void onRun(std::function<void()> listener) { onRun_ = std::move(listener); }
-    /// What a run may ask of the window. Whether it is cancelled is this model's.
+    /// What a run may ask of the window and let it know. Whether it is cancelled is this model's.
     void setHooks(RunHooks hooks);
     const RunHooks& hooks() const { return hooks_; }
 
@@ -84,7 +82,6 @@ private:
     ComparisonList comparison_{editor_};
     TableResult result_;
     RunHooks hooks_;
-    std::function<void()> onRun_;
     int tab_ = 0;
     bool bCancelRun_ = false;
 

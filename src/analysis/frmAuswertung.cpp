@@ -133,8 +133,8 @@ void frmAuswertung::setHooks() {
         dialog.exec();
         return dialog.answer();
     };
+    hooks.begins = [this] { table_->showRunning(); };
     model_.setHooks(std::move(hooks));
-    model_.onRun([this] { table_->showRunning(); });
 }
 
 /// The rows that are selected; in a view for comparisons also all that the selected entry of the tree holds.
@@ -250,7 +250,10 @@ void frmAuswertung::changeTab(int tab) {
         return;
     }
     if (tab == 0)
-        act([this] { model_.changeTab(0); });
+        act([this] {
+            model_.changeTab(0);
+            table_->resultChanged(); // what stands on its tab only goes with it
+        });
     else
         run([this, tab] { model_.changeTab(tab); });
     if (tab != model_.tab())

@@ -14,9 +14,6 @@ namespace {
 /// How often tables are made of data that somebody else is writing.
 constexpr int mostRounds = 3;
 
-const QString writtenMeanwhile =
-    u"Katalog oder Auswertungsdateien werden gerade geschrieben. Bitte später noch einmal rechnen."_s;
-
 /// Why there can be no run, and whether what is shown goes with it.
 struct Refusal {
     QString text;
@@ -95,6 +92,8 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
             result = refused(std::move(result), editor, *refusal);
             break;
         }
+        if (round == 1 && hooks.begins)
+            hooks.begins();
         // Each round is of the request that was asked: what a round has left in it is none of the next one's.
         result = CreateSQL({.request = editor.request(),
                             .options = options,
@@ -106,7 +105,11 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
         if (!result.changedMeanwhile)
             break;
         if (round == mostRounds) {
-            result = refused(std::move(result), editor, {writtenMeanwhile, true});
+            result = refused(
+                std::move(result), editor,
+                Refusal{
+                    u"Katalog oder Auswertungsdateien werden gerade geschrieben. Bitte später noch einmal rechnen."_s,
+                    true});
             break;
         }
         result.computation.ResultCacheKey.clear();

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <algorithm>
 
 namespace {
 
@@ -25,10 +26,11 @@ void LogFile::append(const QString& path, const QString& entry) {
             log.write(added);
         return;
     }
+    // Of a log that grew without a limit no more is read than can stay.
     QFile before(path);
-    if (!before.open(QIODevice::ReadOnly))
+    if (!before.open(QIODevice::ReadOnly) || !before.seek(std::max<qint64>(0, before.size() - mostBytes / 2 - 1)))
         return;
-    const QByteArray kept = newestLines(before.readAll() + added, mostBytes / 2);
+    const QByteArray kept = newestLines(before.read(mostBytes) + added, mostBytes / 2);
     QSaveFile log(path);
     if (log.open(QIODevice::WriteOnly) && log.write(kept) == kept.size())
         log.commit();

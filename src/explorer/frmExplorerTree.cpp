@@ -16,9 +16,9 @@ namespace {
 
 /// "Alle Studien (Originalsprache)", in the language of the labels, by the language of the contents.
 QString allEntriesTitle(int view, bool english) {
-    if (gLanguage == 0)
-        return TranslateText(u"Alle "_s) + viewName(view) + (english ? u" (Englisch)"_s : u" (Originalsprache)"_s);
-    return u"All "_s + viewName(view) + (english ? u" (English)"_s : u" (Original Language)"_s);
+    return said(u"Alle "_s, u"All "_s) + viewName(view) +
+           (english ? said(u" (Englisch)"_s, u" (English)"_s)
+                    : said(u" (Originalsprache)"_s, u" (Original Language)"_s));
 }
 
 } // namespace

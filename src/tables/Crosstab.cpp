@@ -151,8 +151,8 @@ BuildOutcome CrosstabBuilder::readAxes() {
         showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
     // Values that only later records have are in no row: N is smaller than what was counted.
     if (!in_.counts.Eof())
-        shown_.addNote(
-            {u"Mehr als 25000 Kombinationen: Werte, die erst danach vorkommen, fehlen in der Tabelle und in N."_s, {}});
+        shown_.addNote(TableNote{
+            u"Mehr als 25000 Kombinationen: Werte, die erst danach vorkommen, fehlen in der Tabelle und in N."_s, {}});
     return BuildOutcome::Complete;
 }
 

@@ -48,3 +48,16 @@ TEST(LogFile, ALineLongerThanALogIsKeptWholeAndAlone) {
     LogFile::append(home.path(u"nowhere/Sql.log"_s), tooLong);
     EXPECT_FALSE(QFile::exists(home.path(u"nowhere"_s)));
 }
+
+/// A log of the time when none was cut may be of any size: no more of it is read than can stay.
+TEST(LogFile, OfALogWithoutALimitOnlyTheEndIsRead) {
+    const TestHome home;
+    const QString log = home.path(u"Sql.log"_s);
+    QFile file(log);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.resize(qint64{300} << 20)); // takes no room on the disk
+    file.close();
+    LogFile::append(log, u"next\n"_s);
+    EXPECT_LT(QFile(log).size(), LogFile::mostBytes);
+    EXPECT_TRUE(contents(log).endsWith("next\n"));
+}

@@ -16,6 +16,8 @@ bool askOfLostEnd(const QString& lost);
 
 /// What a run may ask of those who started it. Every one may be left out.
 struct RunHooks {
+    /// Nothing speaks against the request any more: it is about to be run.
+    std::function<void()> begins;
     /// True once the run is to end.
     std::function<bool()> cancelled;
     /// Each statement as it is handed over: "q" or "counts", and its text.

@@ -192,7 +192,8 @@ void Run::noteRepeatedCases() {
                 continue;
             const QString repeated = u"SELECT %1.%2 FROM %1 GROUP BY %1.%2 HAVING Count(%1.%2) > 1"_s.arg(table, key);
             if (!db_->OpenRecordset(repeated, dao::dbOpenSnapshot)->Eof())
-                notes_.push_back({u"Fälle kommen in der Tabelle %1 mehrfach vor und zählen mehrfach."_s, table});
+                notes_.push_back(
+                    TableNote{u"Fälle kommen in der Tabelle %1 mehrfach vor und zählen mehrfach."_s, table});
         } catch (const dao::Error&) {
             continue;
         }
