@@ -93,6 +93,8 @@ TEST_F(Explorer, StepsOfPanelAStayWithinTheRowsInView) {
     using enum ExplorerModel::Step;
     EXPECT_EQ(model.stepInList(Back, 0), -1);
     EXPECT_EQ(model.stepInList(Next, 2), -1);
+    EXPECT_EQ(model.stepInList(Back, 2), 1);
+    EXPECT_EQ(model.stepInList(Next, 0), 1);
     EXPECT_EQ(model.stepInList(Next, -1), -1) << "without a row";
     EXPECT_EQ(model.stepInList(Last, -1), 2);
     model.setFilter(u"wie"_s);
