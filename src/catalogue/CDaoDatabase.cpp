@@ -42,9 +42,9 @@ void CDaoDatabase::OpenQXDatabase(bool readOnly) {
     path_ = path;
     connect_ = path_;
     try {
-        removeLeftovers(Paths::resolved(connect_));
-    } catch (const ImportError&) {
-        // What is there can be read all the same, and the next import says what is in the way.
+        removeLeftovers(connect_);
+    } catch (const ImportError& error) {
+        leftovers_ = error.text(); // what is there can be read all the same
     }
     attempt([&] {
         current_ = CurrentWorkspace().OpenDatabase(Paths::resolved(connect_), false, readOnly);
@@ -53,6 +53,7 @@ void CDaoDatabase::OpenQXDatabase(bool readOnly) {
 }
 
 void CDaoDatabase::m_CloseDatabase() {
+    leftovers_.clear();
     if (!current_ || state_ != 1)
         return;
     attempt([&] { current_->Close(); }, reportProgramError);

@@ -24,10 +24,13 @@ public:
     void CloseDatabase();
     /// Opens the path set; the caller reads State afterwards.
     void OpenQXDatabase(bool readOnly = false);
+    /// Why what an interrupted import has left could not be cleared away at the last opening; empty otherwise.
+    const QString& leftovers() const { return leftovers_; }
 
 private:
     QString path_;
     QString connect_;
+    QString leftovers_;
     dao::DatabasePtr current_;
     qint16 state_ = 0;
 

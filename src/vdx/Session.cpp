@@ -2,8 +2,6 @@
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
-#include "catalogue/CatalogueImport.h"
-#include "catalogue/ImportGuard.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
 #include "diagnostics/CErrHandler.h"
@@ -81,12 +79,9 @@ Session::~Session() {
 }
 
 bool Session::open(const QString& catalogue, bool readOnly) {
-    try {
-        removeLeftovers(Paths::onDisk(Paths::native(catalogue)));
-    } catch (const ImportError& error) {
-        say(error.text()); // what is there can be read all the same
-    }
     const bool opened = mdDataBase::OpenQXDatabase(catalogue, readOnly) == 1;
+    if (!gDatabase.leftovers().isEmpty())
+        say(gDatabase.leftovers());
     flushBoxes();
     if (!opened || failed())
         return false;
