@@ -118,8 +118,7 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
 void ColumnBuilder::noteLook(const QString& text) {
     const QString look = dao::foldedText(text).trimmed();
     if (looks_.contains(look))
-        table_.addNote(
-            TableNote{u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}});
+        table_.addNote(TableNote::ofLookAlikes());
     looks_.insert(look);
 }
 

@@ -369,7 +369,7 @@ void CrosstabBuilder::setWidths(ResultTable& table) const {
     for (int row = 0; row < table.Rows(); ++row)
         for (int column = 0; column < table.Cols(); ++column) {
             const QString& text = table.Cell(column, row);
-            widths.note(column, text == "X"_L1 ? u"Mis"_s : text, row == 0 || row == sumRow);
+            widths.note(column, isMark(text) ? u"Mis"_s : text, row == 0 || row == sumRow);
         }
     for (int column = 0; column < table.Cols(); ++column)
         table.setColWidth(column, widths.width(column));

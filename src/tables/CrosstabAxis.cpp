@@ -11,9 +11,6 @@ namespace {
 
 const QString sysmis = u"SYSMIS"_s;
 
-/// System-missing is kept apart from an empty text, which shows alike.
-const QString nullKey = u"\u0000"_s;
-
 QString withoutBlanks(const QString& text) {
     qsizetype from = 0, to = text.size();
     while (from < to && text[from] == u' ')
@@ -23,15 +20,15 @@ QString withoutBlanks(const QString& text) {
     return from == 0 && to == text.size() ? text : text.mid(from, to - from);
 }
 
-/// Equal for values that the engine takes for one: with two variables it hands a value over in whichever spelling
-/// came first beside each value of the other.
-QString keyOf(const dao::Value& value) {
-    return value.isNull() ? nullKey : dao::foldedText(withoutBlanks(value.toText()));
-}
-
 /// What the axis shows of a value; nothing for system-missing.
 std::optional<QString> shownOnAxis(const dao::Value& value) {
     return value.isNull() ? std::nullopt : std::optional(withoutBlanks(value.toText()));
+}
+
+/// Equal for values that the engine takes for one: with two variables it hands a value over in whichever spelling
+/// came first beside each value of the other.
+QString keyOf(const dao::Value& value) {
+    return AxisMarks::keyOf(shownOnAxis(value));
 }
 
 bool isNumber(const dao::Value& value) {

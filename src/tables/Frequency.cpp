@@ -188,8 +188,7 @@ void FrequencyBuilder::mark(int row, const dao::Value& value) {
     const std::optional<QString> text = shownText(value);
     const size_t nth = met_[AxisMarks::keyOf(text)]++;
     if (text && looks_[dao::foldedText(text->trimmed())]++ > 0)
-        table_.addNote(
-            TableNote{u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}});
+        table_.addNote(TableNote::ofLookAlikes());
     if (!marks_) {
         const bool missing =
             value.isNull() || (definition_ && value.isNumeric() && definition_->contains(value.toDouble()));

@@ -81,6 +81,10 @@ void ResultTable::addNote(const TableNote& note) {
         notes.push_back(note);
 }
 
+TableNote TableNote::ofLookAlikes() {
+    return {u"Mehrere Werte sehen in der Tabelle gleich aus, sind in den Daten aber verschieden."_s, {}};
+}
+
 QString TableNote::text() const {
     const QString translated = TranslateText(sentence);
     return about.isEmpty() ? translated : translated.arg(about);

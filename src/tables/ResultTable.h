@@ -11,6 +11,9 @@ struct TableNote {
     QString sentence; ///< in German, as the texts are kept; "%1" stands for what it is about
     QString about;
 
+    /// Several values look alike and differ in the data.
+    static TableNote ofLookAlikes();
+
     /// In the language in force.
     QString text() const;
     bool operator==(const TableNote&) const = default;
