@@ -67,7 +67,7 @@ QWidget* columnOf(std::initializer_list<QWidget*> groups) {
 frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
     auto* window = new frmAuswertung;
     window->Tag = QString::number(++gWindowSerials[analysisSerial]);
-    window->refreshTitles();
+    window->showTitle();
     if (explorer)
         trapped([&] { window->preselect(*explorer); });
     window->showParts(&frmAuswertungPart::show);
@@ -164,8 +164,12 @@ void frmAuswertung::alignCaptions() {
     cases_->alignWeights();
 }
 
-void frmAuswertung::refreshTitles() {
+void frmAuswertung::showTitle() {
     setWindowTitle(Tag.isEmpty() ? TranslateText(u"Auswertung"_s) : TranslateText(u"Auswertung"_s) + u' ' + Tag);
+}
+
+void frmAuswertung::refreshTitles() {
+    showTitle();
     SSTab_->setTabToolTip(chartTab, TranslateText(u"In dieser Version noch nicht enthalten."_s));
     for (frmAuswertungPart* part : parts())
         part->nameForReaders();

@@ -56,6 +56,7 @@ private:
     void build();
     QWidget* buildRequest();
     void setHooks();
+    void showTitle();
     void preselect(const frmExplorer& explorer);
     std::array<frmAuswertungPart*, 4> parts() const;
     void alignCaptions();

@@ -71,7 +71,6 @@ void frmExplorerTree::open(int view) {
     tvTreeView_->setCurrentIndex({});
     if (!model_.tree.CutShort)
         unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
-    reportUnreached();
 }
 
 void frmExplorerTree::selectNode(const CatalogueNode& node) {
