@@ -95,8 +95,7 @@ constexpr int maxTreeDepth = 50;
 Description readDescription(const QString& path);
 
 /// Throws unless each group of the view is read before its members when the tree is filled in the order of
-/// `fid` and
-/// `[order]`: a group must sort behind the group that holds it.
+/// `fid` and `[order]`: a group must sort behind the group that holds it.
 /// @throws ImportError
 void checkReadingOrder(const Description& description, const View& view);
 

@@ -35,7 +35,7 @@ struct SurveyImporter::Job {
     TaggedCodes codes;
     CaseWriter writer;
     std::map<QString, std::unique_ptr<dao::Companion>> files; ///< by path
-    QStringList hadTables, emptied;                           ///< case files, by path
+    QStringList emptied;                                      ///< case files that have no table any more, by path
     bool isElsewhere = false;                                 ///< analyses do not find it by themselves
     qint64 cutTexts = 0;
 
@@ -136,6 +136,7 @@ void SurveyImporter::Job::dropOldTables() {
 }
 
 void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<bool(double)>& progress) {
+    QStringList hadTables;
     for (const auto& [path, companion] : files)
         if (!companion->tableNames().isEmpty())
             hadTables << path;
@@ -206,7 +207,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
         lines << said(u"Nicht übernommen: Gewicht der Datei %1, es ist keine Zahlenvariable"_s,
                       u"Not taken over: the file's weight %1, it is not a numeric variable"_s)
                      .arg(names[static_cast<size_t>(head.weight)].name);
-    if (!head.saysRows && !file.endsWith(u".por"_s, Qt::CaseInsensitive))
+    if (!head.saysRows)
         lines << said(u"Die Datei nennt keine Fallzahl, es wurde bis zu ihrem Ende gelesen: %1 Fälle"_s,
                       u"The file does not say how many cases it has, it was read to its end: %1 cases"_s)
                      .arg(report.cases);

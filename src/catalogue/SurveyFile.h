@@ -44,8 +44,8 @@ struct SurveyFile {
     bool stata = false;
     QString label;
     QStringList notes;
-    qint64 rows = -1;      ///< -1: not known before they are read
-    bool saysRows = false; ///< the number stands in the head
+    qint64 rows = -1;      ///< number of cases, -1: not known
+    bool saysRows = false; ///< the number is known before they are read
     std::vector<SurveyVariable> variables;
     std::vector<std::vector<SurveyLabel>> labelSets;
     int weight = -1;    ///< index of the weight variable, -1 without one

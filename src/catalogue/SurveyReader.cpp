@@ -13,7 +13,6 @@
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
-#include <iconv.h>
 #include <readstat.h>
 
 using namespace Qt::StringLiterals;
@@ -56,13 +55,9 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_
         portable_ = portableText(path);
     if (kind_ == Kind::Sav && encoding_.isEmpty())
         encoding_ = ownEncoding(path);
-    if (!encoding_.isEmpty()) {
-        iconv_t converter = iconv_open("UTF-8", encoding_.constData());
-        if (converter == reinterpret_cast<iconv_t>(-1))
-            throw ImportError(
-                said(u"Zeichenkodierung '%1' ist unbekannt"_s, u"Character encoding '%1' is unknown"_s).arg(encoding));
-        iconv_close(converter);
-    }
+    if (!encoding_.isEmpty() && !EncodingCheck(encoding_).isKnown())
+        throw ImportError(
+            said(u"Zeichenkodierung '%1' ist unbekannt"_s, u"Character encoding '%1' is unknown"_s).arg(encoding));
 }
 
 std::unique_ptr<QIODevice> SurveyReader::source() const {
@@ -186,6 +181,7 @@ void SurveyReader::checkRows(SurveyFile& head) {
                 said(u"Die Datei ist abgeschnitten oder beschädigt, oder hinter ihrem letzten Fall steht noch etwas"_s,
                      u"The file is cut off or damaged, or there is something else behind its last case"_s));
         head.rows = portable_->rows;
+        head.saysRows = true;
     }
 }
 
