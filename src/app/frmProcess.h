@@ -14,9 +14,8 @@ class QPushButton;
 /// on the window itself does nothing.
 class frmProcess : public QDialog, public Form {
 public:
-    /// @param stop called when the user wants to stop, by the button or the window's frame; without one the window
-    /// cannot be
-    ///        closed by the user
+    /// @param stop called when the user wants to stop, by the button or the window's frame; without one the user
+    ///        cannot close the window
     explicit frmProcess(std::function<void()> stop = {}, QWidget* parent = nullptr);
     ~frmProcess() override;
 

@@ -63,10 +63,13 @@ bool standardErrorBox(const dao::Error& error, Trap& outcome) {
     return false;
 }
 
+QString procedureErrorText(const dao::Error& error, const QString& procedure) {
+    return said(u"Fehler bei: "_s, u"Error at: "_s) + procedure + u"\r\n"_s +
+           said(u"Fehlernummer: "_s, u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
+           said(u"Fehlerbezeichnung:"_s, u"ErrorDescription:"_s) + u"\r\n"_s + error.description();
+}
+
 void ReportProcedureError(const dao::Error& error, const QString& procedure) {
-    const QString text = said(u"Fehler bei: "_s, u"Error at: "_s) + procedure + u"\r\n"_s +
-                         said(u"Fehlernummer: "_s, u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
-                         said(u"Fehlerbezeichnung:"_s, u"ErrorDescription:"_s) + u"\r\n"_s + error.description();
-    ui::asker().messageBox(
-        {text, said(u"VB-Laufzeitfehler"_s, u"VB-RuntimeError"_s), ui::Icon::Critical, ui::Buttons::Ok});
+    ui::asker().messageBox({procedureErrorText(error, procedure), said(u"VB-Laufzeitfehler"_s, u"VB-RuntimeError"_s),
+                            ui::Icon::Critical, ui::Buttons::Ok});
 }

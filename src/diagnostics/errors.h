@@ -68,5 +68,7 @@ Trap trapped(Step&& step) {
     }
 }
 
+/// Procedure, number and description of an error, a line each.
+QString procedureErrorText(const dao::Error& error, const QString& procedure);
 /// The box of the language glue procedures ("Fehler bei: " ...).
 void ReportProcedureError(const dao::Error& error, const QString& procedure);

@@ -1,6 +1,7 @@
 #include "language/SystemTable.h"
 
 #include "app/globals.h"
+#include "diagnostics/errors.h"
 #include "platform/dao/Value.h"
 #include "platform/system/Paths.h"
 
@@ -20,9 +21,7 @@ QString SystemTable::notOpenedText(const QString& path) {
 }
 
 QString SystemTable::errorText(const QString& procedure, const dao::Error& error) {
-    return said(u"Fehler bei: "_s, u"Error at: "_s) + procedure + u"\r\n"_s +
-           said(u"Fehlernummer: "_s, u"ErrorNumber: "_s) + QString::number(error.number()) + u"\r\n"_s +
-           said(u"Fehlerbezeichnung:"_s, u"ErrorDescription:"_s) + u"\r\n"_s + error.description() + u"\r\n"_s;
+    return procedureErrorText(error, procedure) + u"\r\n"_s;
 }
 
 QString SystemTable::searchForm(const QString& text) {

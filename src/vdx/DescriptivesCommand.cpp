@@ -4,6 +4,7 @@
 #include "vdx/StudyRequest.h"
 
 #include "app/globals.h"
+
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -12,7 +12,6 @@ using namespace Qt::StringLiterals;
 std::vector<std::unique_ptr<Command>> allCommands() {
     std::vector<std::unique_ptr<Command>> commands;
     commands.push_back(makeImportCommand());
-
     commands.push_back(makeBuildCommand());
     commands.push_back(makeStudiesCommand());
     commands.push_back(makeVariablesCommand());

@@ -106,15 +106,14 @@ const std::vector<TableDefPtr>& TableDefs::items() const {
         return items_;
     }
     std::vector<TableDefPtr> items;
-    for (const QString& name : owner_.ownTables()) {
+    const QStringList own = owner_.ownTables();
+    for (const QString& name : own) {
         auto item = std::make_shared<TableDef>();
         item->name_ = name;
         items.push_back(item);
     }
-    const size_t ownTables = items.size();
     for (const Definitions::Link& link : owner_.definitions().links()) {
-        if (std::any_of(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(ownTables),
-                        [&](const TableDefPtr& own) { return sameName(own->Name(), link.name); })) {
+        if (containsName(own, link.name)) {
             continue;
         }
         auto item = std::make_shared<TableDef>();

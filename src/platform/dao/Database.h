@@ -160,9 +160,8 @@ public:
     virtual bool readOnly() const = 0;
     /// A statement, or the bare name of a table, link or stored query.
     /// @throws Error 3078 no such table or query, 3011 a link's source table is gone, 3024, 3044 its file or folder,
-    /// 3061
-    ///         unknown column, 3075 syntax, 3464 type mismatch, 3274 a table that computes its fields, 3035 more rows
-    ///         than memory has room for, 3059 ended by the progress hook, 3043, 3049, 3050 the file cannot be read
+    ///         3061 unknown column, 3075 syntax, 3464 type mismatch, 3274 a table that computes its fields, 3035 more
+    ///         rows than memory has room for, 3059 ended by the progress hook, 3043, 3049, 3050 the file cannot be read
     virtual RecordsetPtr OpenRecordset(const QString& source, int type = dbOpenDynaset) = 0;
     /// UPDATE, DELETE or INSERT; all or nothing. @throws Error, also without dbFailOnError
     virtual void Execute(const QString& statement, int options = 0) = 0;

@@ -113,10 +113,8 @@ bool DatabaseFile::isName(const QString& source) {
     for (const QString& word : {u"SELECT"_s, u"UPDATE"_s, u"DELETE"_s, u"INSERT"_s}) {
         if (text.startsWith(word, Qt::CaseInsensitive) &&
             (text.size() == word.size() || !(text[word.size()].isLetterOrNumber() || text[word.size()] == u'_'))) {
-            const QStringList& own = ownTables();
-            const bool taken =
-                std::any_of(own.begin(), own.end(), [&](const QString& name) { return sameName(name, text); });
-            return taken || definitions_.findLink(text) != nullptr || definitions_.findQuery(text) != nullptr;
+            return containsName(ownTables(), text) || definitions_.findLink(text) != nullptr ||
+                   definitions_.findQuery(text) != nullptr;
         }
     }
     return !text.startsWith(u'(');

@@ -120,8 +120,7 @@ BoundExpressionPtr ExpressionBinder::bindHaving(const tree::Expression& expressi
 
 namespace {
 
-/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is
-/// none.
+/// The first column of the expression that is neither grouped by nor inside an aggregate, null if there is none.
 const BoundExpression* findUngrouped(const BoundExpression& expression, const std::vector<BoundExpressionPtr>& keys) {
     if (expression.kind == BoundExpression::Kind::Aggregate ||
         std::any_of(keys.begin(), keys.end(), [&](const auto& key) { return sameExpression(*key, expression); }))
