@@ -23,7 +23,7 @@ frmAuswertungCases::frmAuswertungCases(frmAuswertung& window) : frmAuswertungPar
 QGroupBox* frmAuswertungCases::buildWeight() {
     auto* frame = control<QGroupBox>(u"fraWeight"_s, u"Gewichtung"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
-    const std::array<QString, 4> texts{u"kein&e"_s, u"&Repräsentativgewicht"_s, u"Haushaltsgewi&cht"_s, QString()};
+    const std::array<QString, 4> texts{u"keine"_s, u"Repräsentativgewicht"_s, u"Haushaltsgewi&cht"_s, QString()};
     for (size_t i = 0; i < texts.size(); ++i)
         Option3_[i] = control<QRadioButton>(arrayName(u"Option3"_s, static_cast<int>(i)), texts[i], frame);
     dt_WeightRE_ = factLabel(u"dt_WeightRE"_s, frame);
@@ -52,7 +52,7 @@ QGroupBox* frmAuswertungCases::buildWeight() {
 QGroupBox* frmAuswertungCases::buildFilter() {
     auto* frame = control<QGroupBox>(u"fraFilter"_s, u"Filter"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
-    const std::array<QString, 3> texts{u"ke&iner"_s, u"Datensatz-Tei&le"_s, u"benutzerdefiniert (&Y)"_s};
+    const std::array<QString, 3> texts{u"ke&iner"_s, u"Datensatz-Teile"_s, u"benut&zerdefiniert"_s};
     for (size_t i = 0; i < texts.size(); ++i)
         optFilter_[i] = control<QRadioButton>(arrayName(u"optFilter"_s, static_cast<int>(i)), texts[i], frame);
     dbcParts_ = picker(u"dbcParts"_s, frame);

@@ -75,11 +75,11 @@ QGroupBox* frmAuswertungComparison::build() {
     auto* rows = new QVBoxLayout(frame);
     txtTitle_ = withOwnText(new QLineEdit(frame), u"txtTitle"_s);
     lst_TrendVars_ = withOwnText(new EntryList(frame), u"lst_TrendVars"_s);
-    cmd_AddTrend_ = control<QPushButton>(u"cmd_AddTrend"_s, u"Hin&zufügen"_s, frame);
-    cmd_DeleteFromTrend_ = control<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfernen (&5)"_s, frame);
-    cmd_ClearTrend_ = control<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen (&Q)"_s, frame);
+    cmd_AddTrend_ = control<QPushButton>(u"cmd_AddTrend"_s, u"Hinzufüg&en"_s, frame);
+    cmd_DeleteFromTrend_ = control<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfe&rnen"_s, frame);
+    cmd_ClearTrend_ = control<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen"_s, frame);
     lst_SavedTrends_ = withOwnText(new EntryList(frame), u"lst_SavedTrends"_s);
-    cmd_LoadTrend_ = control<QPushButton>(u"cmd_LoadTrend"_s, u"Laden (&J)"_s, frame);
+    cmd_LoadTrend_ = control<QPushButton>(u"cmd_LoadTrend"_s, u"&Laden"_s, frame);
     cmd_SaveTrend_ = control<QPushButton>(u"cmd_SaveTrend"_s, u"&Speichern"_s, frame);
     cmd_DelSavedTrend_ = control<QPushButton>(u"cmd_DelSavedTrend"_s, u"L&öschen"_s, frame);
     lst_TrendVars_->setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -87,8 +87,7 @@ QGroupBox* frmAuswertungComparison::build() {
     QLabel* title = caption(u"lblTitle"_s, u"&Überschrift:"_s, txtTitle_, frame);
     addRow(rows, {{title, 0}, {txtTitle_, 1}});
     auto* lists = new FlowLayout;
-    lists->add(entriesBox(lst_TrendVars_,
-                          caption(u"lblTrend"_s, u"Aufgenommene Variablen (&4):"_s, lst_TrendVars_, frame),
+    lists->add(entriesBox(lst_TrendVars_, caption(u"lblTrend"_s, u"Aufgenommene Variablen:"_s, lst_TrendVars_, frame),
                           {cmd_AddTrend_, cmd_DeleteFromTrend_, cmd_ClearTrend_}),
                3);
     lists->add(entriesBox(lst_SavedTrends_,

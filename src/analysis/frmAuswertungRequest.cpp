@@ -44,8 +44,8 @@ frmAuswertungRequest::VariableGroup frmAuswertungRequest::buildVariable(const QS
     group.whole = factLabel(u"lblVariable"_s + number, group.frame);
     group.label->onResized = [this] { showLongLabels(); };
     QLabel* searchCaption =
-        caption(u"lblVarSearch"_s + number, second ? u"Suchen (&5):"_s : u"S&uchen:"_s, group.search, group.frame);
-    QLabel* nameCaption = caption(u"lblVarName"_s + number, second ? u"Name und Label (&2):"_s : u"&Name und Label:"_s,
+        caption(u"lblVarSearch"_s + number, second ? u"Such&en:"_s : u"S&uchen:"_s, group.search, group.frame);
+    QLabel* nameCaption = caption(u"lblVarName"_s + number, second ? u"Name und &Label:"_s : u"&Name und Label:"_s,
                                   group.name, group.frame);
     addRow(rows, {{searchCaption, 0}, {group.search, 1}});
     addRow(rows, {{nameCaption, 0}, {besideEachOther(group.name, group.label), 1}});
@@ -57,10 +57,10 @@ frmAuswertungRequest::VariableGroup frmAuswertungRequest::buildVariable(const QS
 QGroupBox* frmAuswertungRequest::buildMode() {
     auto* frame = control<QGroupBox>(u"fraMode"_s, u"Auswertung"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
-    auto* frequency = control<QRadioButton>(u"Option1"_s, u"Häufigkeit (&1)"_s, frame);
+    auto* frequency = control<QRadioButton>(u"Option1"_s, u"H&äufigkeit"_s, frame);
     auto* crosstab = control<QRadioButton>(u"Option2"_s, u"&Kreuztabelle"_s, frame);
-    chkFlipXtab_ = control<QCheckBox>(u"chkFlipXtab"_s, u"Kreu&ztabelle drehen"_s, frame);
-    auto* descriptives = control<QRadioButton>(arrayName(u"Option4"_s, 3), u"Deskriptive Statistik (&3)"_s, frame);
+    chkFlipXtab_ = control<QCheckBox>(u"chkFlipXtab"_s, u"K&reuztabelle drehen"_s, frame);
+    auto* descriptives = control<QRadioButton>(arrayName(u"Option4"_s, 3), u"Deskriptive Statistik"_s, frame);
     chkDescGroup_ = control<QCheckBox>(u"chkDescGroup"_s, u"mit Gru&ppierung"_s, frame);
     cmdDescriptives_ = control<QPushButton>(u"cmdDescriptives"_s, u"&Statistiken..."_s, frame);
     auto* comparison = control<QRadioButton>(u"Option5"_s, u"&Vergleich"_s, frame);

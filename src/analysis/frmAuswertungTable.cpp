@@ -58,7 +58,7 @@ QFrame* frmAuswertungTable::buildState(QWidget* page) {
 QWidget* frmAuswertungTable::buildCommands() {
     auto* bar = new QWidget;
     auto* row = new FlowLayout(bar);
-    cmdCalculate_ = control<QPushButton>(u"cmdCalculate"_s, u"Neu berechnen (&Z)..."_s, bar);
+    cmdCalculate_ = control<QPushButton>(u"cmdCalculate"_s, u"&Neu berechnen..."_s, bar);
     cmdSetMissing_ = control<QPushButton>(u"cmdSetMissing"_s, u"Missing &setzen/löschen"_s, bar);
     cmdCopyTable_ = control<QPushButton>(u"cmdCopyTable"_s, u"Tabelle kop&ieren"_s, bar);
     cmdSaveTableAs_ = control<QPushButton>(u"cmdSaveTableAs"_s, u"Tabelle s&peichern unter..."_s, bar);

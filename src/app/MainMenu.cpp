@@ -23,7 +23,7 @@ void addViewMenu(Entries& all) {
     const QString menu = u"mnuView"_s;
     all.push_back({{}, menu, u"&Ansicht"_s});
     all.push_back({menu, u"mnuDBBeschreibung"_s, u"Datenbank&beschreibung"_s, {}, u"catalogue-description"_s});
-    // Digits with Alt are letters of the windows' own controls.
+    // Not Alt: that belongs to the captions, here and in the windows.
     for (int i = 1; i <= MainMenu::views; ++i)
         all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
     for (int i = 1; i <= MainMenu::views; ++i)

@@ -487,7 +487,7 @@ TEST_F(AnalysisModes, NoTwoControlsInViewShareAMnemonic) {
             if (mode.startsWith(u"Option4"_s) && !model().request().chkDescGroup)
                 press(u"chkDescGroup"_s);
             const auto owners = mnemonics();
-            EXPECT_GT(owners.size(), 15);
+            EXPECT_GT(owners.size(), 10);
             for (auto owner = owners.begin(); owner != owners.end(); ++owner)
                 EXPECT_EQ(owner.value().size(), 1)
                     << mode.toStdString() << ' ' << owner.value().join(u" | "_s).toStdString();

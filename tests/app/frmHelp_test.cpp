@@ -31,7 +31,7 @@ protected:
     }
     /// What a reader sees of a caption, without regard to case.
     static QString seen(QString caption) {
-        static const QRegularExpression mnemonic(u" \\(&.\\)|&|\\.\\.\\.$|:$"_s);
+        static const QRegularExpression mnemonic(u"&|\\.\\.\\.$|:$"_s);
         return caption.remove(mnemonic).toLower();
     }
     QSet<QString> captions(int column) const {

@@ -102,7 +102,7 @@ TEST_F(MainWindow, NoKeyOfTheFrameIsAKeyOfTheAnalysisInItToo) {
                     own << QKeySequence::mnemonic(tabs->tabText(i)).toString();
         }
         own.remove(QString());
-        EXPECT_GT(own.size(), 25);
+        EXPECT_GT(own.size(), 15);
         for (const QString& key : own)
             EXPECT_FALSE(frame.contains(key)) << qPrintable(key + u' ' + frame[key]);
     }
@@ -113,7 +113,7 @@ TEST_F(MainWindow, NoKeyOfTheFrameIsAKeyOfTheAnalysisInItToo) {
         QTest::keyClick(analysis, key, Qt::AltModifier);
         return QTest::qWaitFor([&] { return analysis->findChild<QRadioButton*>(mode)->isChecked(); }, 1000);
     };
-    EXPECT_TRUE(chooses(Qt::Key_3, u"Option4(3)"_s) && chooses(Qt::Key_1, u"Option1"_s));
+    EXPECT_TRUE(chooses(Qt::Key_K, u"Option2"_s) && chooses(Qt::Key_V, u"Option5"_s));
     QTest::keyClick(analysis, Qt::Key_2, Qt::ControlModifier);
     settle();
     ASSERT_TRUE(main->activeForm());
