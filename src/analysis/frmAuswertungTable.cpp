@@ -114,7 +114,7 @@ void frmAuswertungTable::showRunning() {
 
 QStringList frmAuswertungTable::whatItStandsOn() const {
     const TableResult& result = model_.result();
-    return result.facts ? result.notes() + standsOn(*result.facts, result.marks) : QStringList();
+    return result.facts ? result.notes() + standsOn(*result.facts) : QStringList();
 }
 
 /// Every change of the request may leave the table behind it.
@@ -146,7 +146,7 @@ void frmAuswertungTable::showFacts() {
     // What is to be known of the numbers is never cut.
     const TableResult& result = model_.result();
     const QStringList notes = result.facts ? result.notes() : QStringList();
-    const QStringList lines = result.facts ? standsOn(*result.facts, result.marks) : QStringList();
+    const QStringList lines = result.facts ? standsOn(*result.facts) : QStringList();
     const int room = window_.height() / 5, width = page_->contentsRect().width();
     const auto first = [&](qsizetype most) {
         if (lines.size() <= most)

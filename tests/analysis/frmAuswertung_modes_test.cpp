@@ -141,7 +141,7 @@ TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnl
     EXPECT_EQ(tableIs(), TableState::Current);
     EXPECT_EQ(values->currentIndex(), 0);
     EXPECT_EQ(cell(2, 3) + cell(3, 2), u"XX");
-    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"GESCHL: von Hand gesetzt: 1"_s))
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"GESCHL: 9 (von Hand gesetzt: 1)"_s))
         << the<QLabel>(u"lblFacts"_s)->text().toStdString();
     show(2);
     EXPECT_EQ(tableIs(), TableState::Current);

@@ -223,7 +223,7 @@ TEST_F(AnalysisWindow, MarksAreSetBySpaceAndClickAndTheLineOffersToComputeAnew) 
     click(u"cmdComputeAnew"_s);
     EXPECT_EQ(state(), QString());
     EXPECT_EQ(row(1).section(u'|', 5, 5), u" ") << "a missing value has no valid percent";
-    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().endsWith(u"von Hand gesetzt: 1; 9"_s))
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().endsWith(u"Missing-Definition: 9 (von Hand gesetzt: 1)"_s))
         << the<QLabel>(u"lblFacts"_s)->text().toStdString();
 
     // One click in the column takes the mark back; another column does nothing.

@@ -115,8 +115,7 @@ TEST_F(HandMarks, AreTakenOverByATableInAnotherLanguageShapeOrOption) {
         EXPECT_EQ(model_.tableState(), TableState::Current);
         EXPECT_TRUE(rows().contains(u"1"_s));
         EXPECT_FALSE(rows().contains(u"2"_s));
-        EXPECT_TRUE(
-            standsOn(*model_.result().facts, model_.result().marks).join(u' ').contains(u"von Hand gesetzt:"_s));
+        EXPECT_TRUE(standsOn(*model_.result().facts).join(u' ').contains(u"von Hand gesetzt:"_s));
         change.make();
         asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);
         model_.cmdCalculate();
@@ -153,13 +152,46 @@ TEST_F(HandMarks, BelongToTheirValueOnWhicheverAxisItStands) {
     EXPECT_EQ(rows(), QStringList(u"2"_s));
     // V7 = 1 has 1, 2 and 9 once each, of which 2 and 9 are valid.
     EXPECT_EQ(linesOf(model_.result().mfgGrid, 3).value(0), u"1|männlich|||1|1|1|3|2"_s);
-    EXPECT_TRUE(standsOn(*model_.result().facts, model_.result().marks)
+    EXPECT_TRUE(standsOn(*model_.result().facts)
                     .join(u' ')
-                    .contains(u"V5: von Hand gesetzt: SYSMIS; 1, V7: von Hand gesetzt: 2"_s));
+                    .contains(u"V5: 9 (von Hand gesetzt: 1, von Hand gültig: 9), V7: von Hand gesetzt: 2"_s));
     // A value that its definition leaves out was made valid by hand: it stays where missing values are not shown.
     gOptions.IncludeMissingXTab = false;
     model_.computeAnew();
     EXPECT_EQ(linesOf(model_.result().mfgGrid, 3).value(0), u"1|männlich||1|1|1|3|2"_s);
+}
+
+/// The values of a definition stay excluded whether a row shows them or not, and whether a case has them or not.
+TEST_F(HandMarks, AreNamedBesideTheWholeDefinition) {
+    struct Case {
+        AnalysisMode mode;
+        QString definition;
+        bool shown;    ///< missing values have a row
+        QString other; ///< a second value that is clicked
+        QString words;
+    };
+    const std::vector<Case> cases{
+        {AnalysisMode::Crosstab, u"9"_s, false, QString(), u"V5: 9 (von Hand gesetzt: 1), V7: ohne Definition"_s},
+        {AnalysisMode::Crosstab, u"90 thru 99;9"_s, false, u"2"_s,
+         u"V5: 90 thru 99;9 (von Hand gesetzt: 1; 2), V7: "_s},
+        {AnalysisMode::Crosstab, u"7;8;9"_s, true, u"9"_s,
+         u"V5: 7;8;9 (von Hand gesetzt: 1, von Hand gültig: 9), V7"_s},
+        {AnalysisMode::Frequency, u"8;9"_s, true, QString(), u"Missing-Definition: 8;9 (von Hand gesetzt: 1)"_s},
+        {AnalysisMode::Frequency, QString(), true, QString(), u"Missing-Definition: von Hand gesetzt: 1"_s},
+    };
+    for (const Case& one : cases) {
+        catalogue_.execute(u"UPDATE tkey_Variable SET dt_Missing = %1 WHERE id_VarName = 'V5'"_s.arg(
+            one.definition.isEmpty() ? u"Null"_s : u'\'' + one.definition + u'\''));
+        gOptions.IncludeMissingXTab = one.shown;
+        model_.open();
+        model_.edit().StudyClick(u"QX1919"_s);
+        markOne(one.mode);
+        if (!one.other.isEmpty())
+            clickRow(one.other);
+        calculate();
+        const QString words = standsOn(*model_.result().facts).join(u' ');
+        EXPECT_TRUE(words.contains(one.words)) << words.toStdString();
+    }
 }
 
 TEST_F(HandMarks, OfARunThatWasStoppedAreTakenByTheNextOneOfTheSameTableAndByNoOther) {
@@ -255,8 +287,8 @@ TEST_F(HandMarks, ATableThatIsCutShortNamesNoMarksOfAnotherOne) {
     catalogue_.addCases(u"QX5"_s, u"QX5_1"_s, {dao::TableDef::CreateField(u"V5"_s, dao::dbDouble)}, cases);
     markOne(AnalysisMode::Frequency);
     calculate();
-    const auto words = [this] { return standsOn(*model_.result().facts, model_.result().marks).join(u' '); };
-    ASSERT_TRUE(words().contains(u"von Hand gesetzt: SYSMIS; 1; 9"_s));
+    const auto words = [this] { return standsOn(*model_.result().facts).join(u' '); };
+    ASSERT_TRUE(words().contains(u"Missing-Definition: 9 (von Hand gesetzt: 1)"_s));
     model_.edit().refresh();
     ASSERT_TRUE(model_.edit().StudyClick(u"QX5"_s));
     model_.edit().chooseVariable(u"V5"_s);

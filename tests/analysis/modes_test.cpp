@@ -410,7 +410,7 @@ TEST_F(AllModes, MarksOfAComparisonBelongToItsEntriesAndOutliveOptionsThatKeepIt
     model_.computeAnew();
     EXPECT_EQ(model_.result().mfgGrid.Cell(2, one), u"X");
     EXPECT_NE(model_.result().mfgGrid.Cell(3, model_.result().mfgGrid.Rows() - 2), valid);
-    EXPECT_TRUE(standsOn(*model_.result().facts, model_.result().marks)[0].contains(u"von Hand gesetzt: "_s));
+    EXPECT_TRUE(standsOn(*model_.result().facts)[0].contains(u"von Hand gesetzt: "_s));
     // Another entry: the marks are none of its.
     list_.addVariable(u"QX1919"_s, u"V7"_s);
     asker_.answer(ui::Answer::Yes).answer(ui::Answer::No);

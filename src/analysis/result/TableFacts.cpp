@@ -50,45 +50,34 @@ QStringList casesPhrase(const StatedCases& cases) {
     return valid.isEmpty() ? QStringList() : QStringList{u"N "_s + valid};
 }
 
-QString definition(const QString& text) {
-    return text.isEmpty() ? TranslateText(u"ohne Definition"_s) : text;
-}
-
-QString byHand(const QStringList& values) {
-    return spaced(TranslateText(u"von Hand gesetzt:"_s), values.join(u"; "_s));
-}
-
-QString missingPhrase(const TableFacts& facts, const Marks& marks) {
+QString missingPhrase(const TableFacts& facts) {
     const AnalysisRequest& r = facts.request;
-    const bool hand = marks.by == Marks::By::Hand;
+    const bool flip = r.flipInForce();
     switch (r.mode) {
     case AnalysisMode::Frequency:
-        return hand ? byHand(marks.rows.missing()) : definition(r.dtMissing);
-    case AnalysisMode::Crosstab: {
-        const Marks upright = r.flipInForce() ? marks.exchanged() : marks;
-        return r.dbcVariable.value + u": "_s + (hand ? byHand(upright.rows.missing()) : definition(r.dtMissing)) +
+        return missingWords(r.dtMissing, facts.handRows);
+    case AnalysisMode::Crosstab:
+        return r.dbcVariable.value + u": "_s + missingWords(r.dtMissing, flip ? facts.handColumns : facts.handRows) +
                u", "_s + r.dbcVariable2.value + u": "_s +
-               (hand ? byHand(upright.columns.missing()) : definition(r.dtMissing2));
-    }
+               missingWords(r.dtMissing2, flip ? facts.handRows : facts.handColumns);
     case AnalysisMode::Descriptives:
-        return facts.origin.options.IncludeMissingDesc ? TranslateText(u"alle Werte zählen"_s) : definition(r.sMissing);
+        return facts.origin.options.IncludeMissingDesc ? TranslateText(u"alle Werte zählen"_s)
+                                                       : missingWords(r.sMissing, {});
     case AnalysisMode::Comparison:
         break;
     }
-    return hand ? byHand(marks.rows.missing()) : QString();
+    return missingWords(QString(), facts.handRows);
 }
 
-/// One line for each entry of a comparison.
-QStringList entriesStandOn(const TableFacts& facts, const Marks& marks) {
+/// One line for each entry of a comparison. What the user has marked holds for all of them.
+QStringList entriesStandOn(const TableFacts& facts) {
     QStringList lines;
-    const bool hand = marks.by == Marks::By::Hand;
-    if (hand)
-        lines << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts, marks));
+    if (!facts.handRows.empty())
+        lines << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts));
     for (const TableFacts::Round& round : facts.rounds) {
         QStringList phrases{round.study + u", "_s + round.variable, filterPhrase(round), weightPhrase(round)};
-        phrases << casesPhrase(round.cases);
-        if (!hand)
-            phrases << spaced(TranslateText(u"Missing-Definition:"_s), definition(round.dtMissing));
+        phrases << casesPhrase(round.cases)
+                << spaced(TranslateText(u"Missing-Definition:"_s), missingWords(round.dtMissing, {}));
         lines << phrases.join(u" · "_s);
     }
     return lines;
@@ -151,15 +140,36 @@ bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b) {
     return true;
 }
 
-QStringList standsOn(const TableFacts& facts, const Marks& marks) {
+QStringList standsOn(const TableFacts& facts) {
     const AnalysisRequest& r = facts.request;
     if (r.mode == AnalysisMode::Comparison)
-        return entriesStandOn(facts, marks);
+        return entriesStandOn(facts);
     QStringList phrases{spaced(TranslateText(u"Studie:"_s), r.dbcStudy.value + u", "_s + r.dbcStudy.text)};
     for (const TableFacts::Round& round : facts.rounds)
         phrases << filterPhrase(round) << weightPhrase(round) << casesPhrase(round.cases);
-    phrases << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts, marks));
+    phrases << spaced(TranslateText(u"Missing-Definition:"_s), missingPhrase(facts));
     return {phrases.join(u" · "_s)};
+}
+
+void noteHandMarks(TableFacts& facts, const ResultTable& marked) {
+    const AnalysisRequest& r = facts.request;
+    const Marks marks = Marks::of(marked);
+    const bool flip = r.flipInForce();
+    const auto first = [&](int) { return flip ? r.dtMissing2 : r.dtMissing; };
+    const auto second = [&](int) { return flip ? r.dtMissing : r.dtMissing2; };
+    // Of a comparison the first entry that brings a value decides.
+    const auto ofEntry = [&](int place) {
+        for (size_t entry = 0; entry < facts.rounds.size(); ++entry)
+            if (!marked.Cell(marked.shape.columns.first + static_cast<int>(entry), marked.shape.rows.first + place)
+                     .isEmpty())
+                return facts.rounds[entry].dtMissing;
+        return QString();
+    };
+    if (r.mode == AnalysisMode::Comparison)
+        facts.handRows = handMarks(marks.rows, ofEntry);
+    else
+        facts.handRows = handMarks(marks.rows, first);
+    facts.handColumns = handMarks(marks.columns, second);
 }
 
 QString stateText(TableState state) {

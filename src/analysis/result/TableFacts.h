@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/request/AnalysisRequest.h"
+#include "analysis/result/handMarks.h"
 #include "tables/ResultTable.h"
 #include "tables/TableOrigin.h"
 
@@ -20,6 +21,8 @@ struct TableFacts {
     AnalysisRequest request;
     TableOrigin origin;
     std::vector<Round> rounds;
+    /// Where the marks of the table are not those of the definitions; on the axes as the table has them.
+    ValueMarks handRows{}, handColumns{};
     bool complete = false; ///< false: cut short
 };
 
@@ -43,7 +46,9 @@ bool asksTheSame(const AnalysisRequest& a, const AnalysisRequest& b, const Optio
 /// True if two sets of options give a request of a mode the same table, statistics aside.
 bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b);
 /// What the numbers stand on: study, filter, weight, N, missing values, a short phrase each, in the language in force.
-/// A comparison has a line for each entry. @param marks of the table
-QStringList standsOn(const TableFacts& facts, const Marks& marks);
+/// A comparison has a line for each entry.
+QStringList standsOn(const TableFacts& facts);
+/// Notes where the marks of a table that is ready differ from its definitions. @param marked the table with the marks
+void noteHandMarks(TableFacts& facts, const ResultTable& marked);
 /// A sentence for a table that does not show what is asked for; empty for one that does.
 QString stateText(TableState state);

@@ -175,6 +175,8 @@ void Run::noteTable(bool complete) {
     out_.marks = whole ? Marks::of(out_.marked()) : taken_;
     if (whole)
         out_.marks.by = out_.mfgGrid.markedBy;
+    if (whole && out_.marks.by == Marks::By::Hand)
+        noteHandMarks(*out_.facts, out_.marked());
     out_.marks.subject = subject_;
 }
 

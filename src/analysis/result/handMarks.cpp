@@ -1,0 +1,59 @@
+#include "analysis/result/handMarks.h"
+
+#include "app/globals.h"
+#include "platform/dao/Value.h"
+#include "tables/missing.h"
+
+#include <QHash>
+#include <QScopedValueRollback>
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Without a box: whoever made the table has heard of a definition that doesn't read.
+MissingDefinition quietly(const QString& text) {
+    const QScopedValueRollback<bool> thrown(gErrorTrapping, false);
+    try {
+        return MissingDefinition(text);
+    } catch (const dao::Error&) {
+        return MissingDefinition(QString());
+    }
+}
+
+QString named(const QString& words, const ValueMarks& marks, bool missing) {
+    QStringList values;
+    for (const HandMark& mark : marks)
+        if (mark.missing == missing)
+            values << mark.text();
+    return values.isEmpty() ? QString() : TranslateText(words) + u' ' + values.join(u"; "_s);
+}
+
+} // namespace
+
+ValueMarks handMarks(const AxisMarks& marks, const std::function<QString(int place)>& definitionOf) {
+    ValueMarks differing;
+    QHash<QString, MissingDefinition> read;
+    int place = 0;
+    for (const AxisMarks::Value& value : marks.values()) {
+        const QString text = definitionOf(place++);
+        auto definition = read.find(text);
+        if (definition == read.end())
+            definition = read.insert(text, quietly(text));
+        const dao::Value shown(value.value);
+        const bool byDefinition = value.null || (shown.isNumeric() && definition->contains(shown.toDouble()));
+        if (byDefinition != value.missing())
+            differing.push_back({value.value, value.label, value.null, value.missing()});
+    }
+    return differing;
+}
+
+QString missingWords(const QString& definition, const ValueMarks& byHand) {
+    QStringList hand{named(u"von Hand gesetzt:"_s, byHand, true), named(u"von Hand gültig:"_s, byHand, false)};
+    hand.removeAll(QString());
+    if (definition.isEmpty())
+        return hand.isEmpty() ? TranslateText(u"ohne Definition"_s) : hand.join(u", "_s);
+    return hand.isEmpty() ? definition : definition + u" ("_s + hand.join(u", "_s) + u')';
+}
