@@ -14,6 +14,15 @@ QString settingName(bool study) {
     return study ? u"ExplorerLayoutStudy"_s : u"ExplorerLayoutCategory"_s;
 }
 
+const QString panelSetting = u"ExplorerPanels"_s;
+
+/// No message if it fails: a lost width is no lost work.
+void storeText(const QString& name, const QString& text) {
+    Registry::Entry entry;
+    entry.text = text;
+    Registry::write(Registry::CurrentUser, SettingsKeys::user, name, entry);
+}
+
 void readNumber(const QString& text, int least, int most, int& number) {
     bool isNumber = false;
     const int read = text.toInt(&isNumber);
@@ -24,7 +33,8 @@ void readNumber(const QString& text, int least, int most, int& number) {
 } // namespace
 
 QString ExplorerLayout::toText() const {
-    QStringList parts = {u"tree=%1"_s.arg(tree), u"list=%1"_s.arg(list), u"panelA=%1"_s.arg(panelA)};
+    QStringList parts = {u"tree=%1"_s.arg(tree), u"list=%1"_s.arg(list), u"panelA=%1"_s.arg(panelA),
+                         u"question=%1"_s.arg(question)};
     for (const Column& column : columns)
         parts << u"%1=%2"_s.arg(column.key).arg(column.width);
     if (!sortKey.isEmpty())
@@ -43,6 +53,8 @@ ExplorerLayout ExplorerLayout::fromText(const QString& text) {
             readNumber(value, 1, 999, layout.list);
         } else if (key == u"panelA") {
             readNumber(value, 1, 999, layout.panelA);
+        } else if (key == u"question") {
+            readNumber(value, 1, 999, layout.question);
         } else if (key == u"sort") {
             layout.sortKey = value;
         } else if (key == u"descending") {
@@ -83,8 +95,15 @@ ExplorerLayout ExplorerLayout::stored(bool study) {
 }
 
 void ExplorerLayout::store(bool study) const {
-    // No message if it fails: it is stored while its window closes, and a lost width is no lost work.
-    Registry::Entry entry;
-    entry.text = toText();
-    Registry::write(Registry::CurrentUser, SettingsKeys::user, settingName(study), entry);
+    storeText(settingName(study), toText());
+}
+
+int ExplorerLayout::storedPanels() {
+    int panels = 1;
+    readNumber(storedSetting(panelSetting, QString()).toString(), 0, 2, panels);
+    return panels;
+}
+
+void ExplorerLayout::storePanels(int panels) {
+    storeText(panelSetting, QString::number(panels));
 }

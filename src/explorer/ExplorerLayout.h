@@ -9,6 +9,7 @@
 struct ExplorerLayout {
     /// Shares of a thousand: of the tree in the width, of tree and list in the height, of panel A in the width.
     int tree = 300, list = 500, panelA = 500;
+    int question = 550; ///< and of the question in the width of a panel
     struct Column {
         QString key;
         int width; ///< twips
@@ -28,4 +29,9 @@ struct ExplorerLayout {
     /// Under the user's settings; study views and category views apart.
     static ExplorerLayout stored(bool study);
     void store(bool study) const;
+
+    /// Number of panels that a new window opens with its first variable: as the user has left them in any window, one
+    /// at first.
+    static int storedPanels();
+    static void storePanels(int panels);
 };

@@ -4,6 +4,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
 #include "catalogue/StudyRows.h"
+#include "diagnostics/errors.h"
 #include "explorer/VariableList.h"
 #include "platform/ui/Asker.h"
 
@@ -87,6 +88,7 @@ bool VariablePanel::refill(const ExplorerState& state) {
 
 void VariablePanel::clear() {
     question.clear();
+    values = {};
     facts_.clear();
     filled_ = false;
 }
@@ -109,6 +111,12 @@ void VariablePanel::fill(bool english) {
     facts_[u"Label"_s].text = text(english ? u"dt_EnVarLabel"_s : u"dt_VarLabel"_s);
     if (gCatalogueOptions.ShowVarGroupInfo)
         fillGroup(english);
+    readValues();
+}
+
+void VariablePanel::readValues() {
+    values = {};
+    attempt([this] { values = VariableValues::of(*gDatabase.CurrentDatabase(), study(), variable()); });
 }
 
 void VariablePanel::fillGroup(bool english) {

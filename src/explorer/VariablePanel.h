@@ -3,6 +3,7 @@
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
 #include "platform/dao/Recordset.h"
+#include "tables/VariableValues.h"
 
 #include <QHash>
 #include <QString>
@@ -25,6 +26,7 @@ public:
 
     QString fid, fidName; ///< id and text of the node that the result set was built for
     QString question;
+    VariableValues values; ///< of the variable that is shown
 
     /// Shows a variable of a node; one that is not among the node's variables shows the first of them. The result set
     /// is made anew when the node is another than before.
@@ -38,7 +40,7 @@ public:
     bool refill(const ExplorerState& state);
     /// True while question and facts are those of a record.
     bool isFilled() const { return filled_; }
-    /// Empties the question and the facts; the result set stays.
+    /// Empties question, values and facts; the result set stays.
     void clear();
 
     Fact fact(const QString& key) const { return facts_.value(key); }
@@ -57,4 +59,5 @@ private:
     QString statement(const ExplorerState& state) const;
     void fill(bool english);
     void fillGroup(bool english);
+    void readValues();
 };

@@ -11,10 +11,13 @@
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
 #include "widgets/Icons.h"
+#include "widgets/ValueList.h"
 #include "widgets/VariableListView.h"
+#include "widgets/gestures.h"
 #include "widgets/notBuilt.h"
 #include "widgets/twips.h"
 
+#include <QApplication>
 #include <QHash>
 #include <QListWidget>
 #include <QSplitter>
@@ -83,6 +86,7 @@ frmExplorer::~frmExplorer() {
 
 void frmExplorer::openView(int view) {
     tree_->open(view);
+    panelsAtFirst_ = ExplorerLayout::storedPanels();
     layout_ = ExplorerLayout::stored(model_.state.bIsStudy);
     layout_.giveTo(model_.list);
     list_->view()->listChanged();
@@ -178,7 +182,7 @@ void frmExplorer::lvListView_DblClick() {
     if (opening) {
         layout_.list = layout_.panelA = 500;
         Form_Resize();
-        desktop().panelsChanged();
+        panelsChosen();
         list_->view()->setFocus();
     }
     tree_->scrollToSelected();
@@ -198,7 +202,28 @@ void frmExplorer::setPanels(int lVarWindow) {
     Form_Resize();
     if (lVarWindow > 0 && list_->view()->firstSelectedPlace() >= 0)
         lvListView_ItemClick(true);
+    panelsChosen();
+}
+
+/// Open or closed, the panels are from now on as the user wants them.
+void frmExplorer::panelsChosen() {
+    openPanels_.stop();
+    panelsAtFirst_ = 0;
+    ExplorerLayout::storePanels(model_.state.lVarWindow);
     desktop().panelsChanged();
+}
+
+/// Under a pointer that is about to click again, or that draws a selection, nothing may move: the panels wait for it.
+void frmExplorer::openPanelsSoon() {
+    if (panelsAtFirst_ > 0)
+        openPanels_.start(QApplication::doubleClickInterval());
+}
+
+void frmExplorer::openPanelsNow() {
+    if (QGuiApplication::mouseButtons() != Qt::NoButton || gBusy > 0)
+        openPanels_.start();
+    else if (panelsAtFirst_ > 0)
+        onGesture([this] { setPanels(panelsAtFirst_); });
 }
 
 void frmExplorer::switchPanelLanguage() {
@@ -285,6 +310,8 @@ void frmExplorer::Form_Resize() {
     setShare(*imgSplitter_, layout_.tree);
     setShare(*imgSplitter3_, layout_.list);
     setShare(*imgSplitter2_, layout_.panelA);
+    for (ExplorerPanel* panel : {panelA_, panelB_})
+        setShare(*panel->splValues, layout_.question);
 }
 
 void frmExplorer::ChangeFont() {
@@ -295,6 +322,7 @@ void frmExplorer::ChangeFont() {
         panel->setQuestionFont(font.family());
         panel->DBList1->setFont(font);
         panel->fidName->setFont(font);
+        panel->values->setFont(font);
     }
     list_->view()->setFont(font);
     showSwitches();

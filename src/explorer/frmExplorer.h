@@ -4,6 +4,7 @@
 #include "explorer/ExplorerModel.h"
 #include "widgets/Form.h"
 
+#include <QTimer>
 #include <vector>
 
 class ExplorerPanel;
@@ -58,6 +59,8 @@ private:
     QString layoutBefore_;
     QString fixedFont_, propFont_;
     Place place_ = Place::Tree;
+    int panelsAtFirst_ = 0; ///< that come with the first variable the user chooses; 0 once there is nothing to wait for
+    QTimer openPanels_;
     bool rowShown_ = false; ///< panel A and its assignments show the present selection
 
     frmExplorerTree* tree_;
@@ -84,6 +87,9 @@ private:
     void switchChosen(bool panelB, const QString& key);
     void moveA(ExplorerModel::Step step);
     void showSwitches();
+    void panelsChosen();
+    void openPanelsSoon();
+    void openPanelsNow();
     void showB();
     void MyDBList_DblClick(const QString& key);
 };

@@ -6,6 +6,7 @@
 #include "widgets/Desktop.h"
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
+#include "widgets/ValueList.h"
 #include "widgets/VariableListView.h"
 #include "widgets/gestures.h"
 
@@ -70,17 +71,25 @@ void frmExplorer::buildControls() {
 
 void frmExplorer::connectControls() {
     tree_->onChosen = [this](const QString& key) { model_.select(key); };
-    list_->onSelected = [this] { lvListView_ItemClick(true); };
+    list_->onSelected = [this] {
+        lvListView_ItemClick(true);
+        openPanelsSoon();
+    };
     list_->onChosenAgain = [this] {
         if (!rowShown_)
             lvListView_ItemClick(true);
+        openPanelsSoon();
     };
+    openPanels_.setSingleShot(true);
+    connect(&openPanels_, &QTimer::timeout, this, [this] { openPanelsNow(); });
     list_->onOpened = [this] { lvListView_DblClick(); };
     for (ExplorerPanel* panel : {panelA_, panelB_}) {
         panel->sbStatusBarV->switched = [this, panel](const QString& key) {
             onGesture([&] { switchChosen(panel == panelB_, key); });
             showSwitches();
         };
+        connect(panel->splValues, &QSplitter::splitterMoved, this,
+                [this, panel] { layout_.question = shareOf(*panel->splValues); });
         panel->jumped = [this](const QString& key) { onGesture([&] { MyDBList_DblClick(key); }); };
     }
     connect(imgSplitter_, &QSplitter::splitterMoved, this, [this] { layout_.tree = shareOf(*imgSplitter_); });
@@ -128,6 +137,7 @@ void frmExplorer::refreshTitles() {
         panel->txtQuestion->setAccessibleName(TranslateText(u"Fragetext"_s));
         panel->DBList1->setAccessibleName(TranslateText(u"Zuordnungen der Variablen"_s));
         panel->nameAssignments();
+        panel->values->refreshTexts();
     }
     // Facts carry their names in the language of the labels.
     if (model_.panelA.refill(model_.state))

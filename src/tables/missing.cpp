@@ -3,6 +3,7 @@
 #include "diagnostics/errors.h"
 #include "platform/system/NumberFormat.h"
 
+#include <QScopedValueRollback>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +56,15 @@ bool readPiece(double& number, const QString& text, qsizetype from, qsizetype to
 MissingDefinition::MissingDefinition(const QString& text) {
     if (!text.isEmpty() && !split(normalised(text)))
         kind_ = Kind::None;
+}
+
+std::optional<MissingDefinition> MissingDefinition::readable(const QString& text) {
+    const QScopedValueRollback<bool> noBox(gErrorTrapping, false);
+    try {
+        return MissingDefinition(text);
+    } catch (const dao::Error&) {
+        return std::nullopt;
+    }
 }
 
 /// Classifies the text by "thru", ";" and ", " and reads its numbers. The three-value test of the ", " form

@@ -4,6 +4,7 @@
 
 #include "platform/dao/Value.h"
 
+#include <optional>
 #include <vector>
 
 /// A missing-value definition ("9", "8;9", "7;8;9", "90 thru 99", "90 thru 99;0", also with ", " for ";" and
@@ -15,6 +16,8 @@
 class MissingDefinition {
 public:
     explicit MissingDefinition(const QString& text);
+    /// The same without a box: nothing for a text that cannot be read.
+    static std::optional<MissingDefinition> readable(const QString& text);
 
     /// The numbers of the definition, a range's bounds first; none for one under which nothing is missing.
     std::vector<double> numbers() const;

@@ -5,6 +5,7 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/FactsStrip.h"
 #include "widgets/Icons.h"
+#include "widgets/ValueList.h"
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
@@ -12,6 +13,7 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -24,6 +26,7 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
     };
     fidName = named(new ElidedLabel(this), u"fidName"_s);
     txtQuestion = named(new QPlainTextEdit(this), u"txtQuestion"_s);
+    values = new ValueList(suffix, this);
     sbStatusBarV = named(new FactsStrip(this), u"sbStatusBarV"_s);
     DBList1 = named(new QListWidget(this), u"DBList1"_s);
     txtQuestion->setReadOnly(true);
@@ -31,6 +34,10 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
     txtQuestion->setTabChangesFocus(true);
     txtQuestion->setUndoRedoEnabled(false);
     txtQuestion->setMinimumHeight(fontMetrics().height() * 2);
+    splValues = named(new QSplitter(Qt::Horizontal, this), u"splValues"_s);
+    splValues->setChildrenCollapsible(false);
+    splValues->addWidget(txtQuestion);
+    splValues->addWidget(values);
     DBList1->setUniformItemSizes(true);
     const int line = qMax(16, fontMetrics().height());
     DBList1->setIconSize({line, line});
@@ -41,7 +48,7 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
     column_->setContentsMargins(0, 0, 0, 0);
     column_->setSpacing(qMax(3, fontMetrics().height() / 8));
     column_->addWidget(fidName);
-    column_->addWidget(txtQuestion, 1);
+    column_->addWidget(splValues, 1);
     column_->addWidget(sbStatusBarV);
     column_->addWidget(DBList1);
 }
@@ -60,6 +67,12 @@ void ExplorerPanel::show(const VariablePanel& panel) {
         if (!cursor.hasSelection())
             txtQuestion->verticalScrollBar()->setValue(0); // a question is read from its first line
     }
+    // What has no question leaves the room to the values.
+    txtQuestion->setVisible(!panel.isFilled() || !panel.question.isEmpty());
+    if (panel.isFilled())
+        values->show(panel.values);
+    else
+        values->clear();
     for (const QString& key : factKeys.mid(switchCount)) {
         const VariablePanel::Fact fact = panel.fact(key);
         sbStatusBarV->setText(key, fact.text);
@@ -90,9 +103,9 @@ void ExplorerPanel::arrange(bool stripOnTop, bool assignments, int height) {
     column_->removeWidget(sbStatusBarV);
     column_->insertWidget(stripOnTop ? 1 : 2, sbStatusBarV);
     if (stripOnTop)
-        sbStatusBarV->orderTabs(nullptr, {txtQuestion, DBList1});
+        sbStatusBarV->orderTabs(nullptr, {txtQuestion, values->table(), DBList1});
     else
-        sbStatusBarV->orderTabs(txtQuestion, {DBList1});
+        sbStatusBarV->orderTabs(values->table(), {DBList1});
     DBList1->setVisible(assignments);
     // A list too low for a single line is of no use.
     DBList1->setFixedHeight(qMax(twipsToPixels(*this, height), fontMetrics().height() + 2 * DBList1->frameWidth() + 8));

@@ -9,10 +9,13 @@ class ElidedLabel;
 class FactsStrip;
 class QListWidget;
 class QPlainTextEdit;
+class QSplitter;
 class QVBoxLayout;
+class ValueList;
 class VariablePanel;
 
-/// What shows one variable: the entry's name, the question text, the strip of facts, the list of assignments.
+/// What shows one variable: the entry's name, the question text and beside it the values, the strip of facts, the list
+/// of assignments.
 class ExplorerPanel : public QWidget {
 public:
     /// @param suffix of the control names: nothing or "_B"
@@ -24,6 +27,8 @@ public:
     QPlainTextEdit* txtQuestion;
     FactsStrip* sbStatusBarV;
     QListWidget* DBList1;
+    ValueList* values;
+    QSplitter* splValues; ///< between question and values
 
     void show(const VariablePanel& panel);
     void showAssignments(const std::vector<Assignment>& assignments);

@@ -2,6 +2,7 @@
 
 #include "explorer/iconNames.h"
 #include "widgets/Icons.h"
+#include "widgets/emptyList.h"
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
@@ -9,8 +10,8 @@
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
-#include <QPainter>
 #include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QToolTip>
 #include <algorithm>
 #include <utility>
@@ -112,6 +113,19 @@ void VariableListView::changeEvent(QEvent* event) {
     }
 }
 
+/// A row that one looks at stays in view when the room gets less.
+void VariableListView::resizeEvent(QResizeEvent* event) {
+    const QModelIndex row = model_.index(currentPlace() >= 0 ? currentPlace() : firstSelectedPlace(), 0);
+    const QRect before = visualRect(row);
+    const bool inView = row.isValid() && before.top() >= 0 && before.bottom() < event->oldSize().height();
+    QTableView::resizeEvent(event);
+    if (!inView)
+        return;
+    const int across = horizontalScrollBar()->value();
+    scrollTo(row);
+    horizontalScrollBar()->setValue(across);
+}
+
 void VariableListView::listChanged() {
     const QScopedValueRollback setting(settingWidths_, true);
     model_.listChanged();
@@ -209,13 +223,8 @@ void VariableListView::setHint(const QString& hint) {
 
 void VariableListView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
-    if (hint_.isEmpty() || model_.rowCount() > 0)
-        return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    const int margin = fontMetrics().height();
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, hint_);
+    if (model_.rowCount() == 0)
+        paintHint(*this, hint_);
 }
 
 /// A text that is seen as a whole needs no tooltip.

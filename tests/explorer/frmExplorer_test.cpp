@@ -135,9 +135,9 @@ TEST_F(frmExplorerTest, WindowsOfAViewAreNumberedUpwardsAndTitledInBothLanguages
     EXPECT_EQ(list->model()->headerData(3, Qt::Horizontal).toString(), u"Jahr"_s) << "stays German after a switch";
     EXPECT_EQ(find<FactsStrip>(u"sbStatusBarV"_s)->toolTipOf(u"back"_s), u"Previous variable (Alt+Up)"_s);
     std::unique_ptr<frmExplorer> fresh(frmExplorer::OpenExplorerView(1));
-    EXPECT_EQ(fresh->findChild<VariableListView*>()->model()->headerData(3, Qt::Horizontal).toString(), u"Year"_s);
-    EXPECT_EQ(fresh->findChild<VariableListView*>()->model()->headerData(4, Qt::Horizontal).toString(),
-              u"Label (English)"_s);
+    const auto* headings = fresh->findChild<QTableView*>(u"lvListView"_s)->model();
+    EXPECT_EQ(headings->headerData(3, Qt::Horizontal).toString(), u"Year"_s);
+    EXPECT_EQ(headings->headerData(4, Qt::Horizontal).toString(), u"Label (English)"_s);
 }
 
 TEST_F(frmExplorerTest, AfterANodeTheAssignmentListStaysEmptyUntilARowIsClicked) {
@@ -306,9 +306,9 @@ TEST_F(frmExplorerTest, TheTabKeyFollowsTheEyeThroughAPanelWithTheStripAsOneStop
         EXPECT_TRUE(strip->cell(u"fixed"_s)->hasFocus());
         QTest::keyClick(strip->cell(u"fixed"_s), Qt::Key_Left);
         QTest::keyClick(strip->cell(u"english"_s), Qt::Key_Tab);
-        auto* question = find<QWidget>(u"txtQuestion"_s);
+        auto* first = find<QWidget>(u"lvValues"_s); // this variable has no question
         auto* box = find<QWidget>(u"DBList1"_s);
-        EXPECT_TRUE((top ? question : box)->hasFocus()) << top;
+        EXPECT_TRUE((top ? first : box)->hasFocus()) << top;
         QTest::keyClick(window->focusWidget(), Qt::Key_Backtab);
         EXPECT_TRUE(strip->cell(u"english"_s)->hasFocus()) << top;
     }
@@ -441,7 +441,7 @@ TEST_F(frmExplorerTest, ColumnsSortingAndSplittersOutliveTheWindow) {
     clickNode(u"Leben in Solvarden 2018"_s);
     EXPECT_EQ(name(0), u"LZUFR"_s) << "sorted by label";
     std::unique_ptr<frmExplorer> topics(frmExplorer::OpenExplorerView(2));
-    EXPECT_LT(topics->findChild<VariableListView*>()->columnWidth(1), 120) << "category views have their own";
+    EXPECT_LT(topics->findChild<QTableView*>(u"lvListView"_s)->columnWidth(1), 120) << "category views have their own";
 }
 
 TEST_F(frmExplorerTest, EntriesThatNoWayLeadsToAreNamedAboveTheTree) {
