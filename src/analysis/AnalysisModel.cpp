@@ -137,13 +137,15 @@ void AnalysisModel::run() {
 void AnalysisModel::cmdCalculate() {
     if (running())
         return;
-    const auto yes = [](const QString& question) {
-        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
-               ui::Answer::Yes;
+    const auto yes = [](const QString& question, ui::Answer byDefault) {
+        return ui::asker().messageBox({TranslateText(question), QString(), ui::Icon::Question, ui::Buttons::YesNo,
+                                       byDefault}) == ui::Answer::Yes;
     };
-    if (!yes(u"Möchten Sie die Tabelle neuberechnen?"_s))
+    if (!yes(u"Möchten Sie die Tabelle neuberechnen?"_s, ui::Answer::Yes))
         return;
-    const bool restored = yes(u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s);
+    // What was marked by hand would be lost.
+    const bool restored =
+        yes(u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s, ui::Answer::No);
     result_.marks = restored ? Marks() : result_.marksInForce();
     editor_.change(RequestPart::Missing, [&](AnalysisRequest& r) {
         if (restored)

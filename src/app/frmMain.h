@@ -92,6 +92,7 @@ private:
     void OpenDefDB();
     void OpenDB();
     bool closeCurrentDatabase();
+    bool refuses(const QString& file);
     void openFile(const QString& file);
     void afterOpening(qint16 state);
     void mnFileClose_Click();

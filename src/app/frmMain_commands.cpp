@@ -4,6 +4,7 @@
 #include "app/globals.h"
 #include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
+#include "catalogue/fileKind.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
@@ -30,7 +31,7 @@ void frmMain::connectCommands() {
     for (int i = 1; i <= MainMenu::recentFiles; ++i)
         commands_[arrayName(u"mnuFileMRU"_s, i)] = [this, i] {
             const QString file = recentFiles_.value(i - 1);
-            if (!file.isEmpty() && closeCurrentDatabase())
+            if (!file.isEmpty() && !refuses(file) && closeCurrentDatabase())
                 openFile(file);
         };
     commands_[u"mnuFileExit"_s] = [this] { leave(); };
@@ -108,8 +109,8 @@ void frmMain::afterOpening(qint16 opened) {
 bool frmMain::closeCurrentDatabase() {
     if (gDatabase.State() == 1) {
         const QString question = TranslateText(u"Wollen Sie die aktuelle Datenbank schließen ?"_s);
-        if (ui::asker().messageBox({question, ApplicationInfo::title, ui::Icon::Question, ui::Buttons::YesNo}) !=
-            ui::Answer::Yes)
+        if (ui::asker().messageBox({question, ApplicationInfo::title, ui::Icon::Question, ui::Buttons::YesNo,
+                                    ui::Answer::No}) != ui::Answer::Yes)
             return false;
     }
     CloseForms();
@@ -132,10 +133,20 @@ void frmMain::OpenDB() {
     choice.extension = u"mdb"_s;
     choice.folder = known == files.end() ? QString() : Paths::folderOf(*known);
     const std::optional<QString> file = ui::asker().chooseFile(choice);
-    if (file && !file->isEmpty())
+    if (file && !file->isEmpty() && !refuses(*file))
         openFile(*file);
     else
-        InitFormState(0);
+        InitFormState(gDatabase.State());
+}
+
+/// Tells of a file that is no catalogue before anything is closed for it. @return true if it is not to be opened
+bool frmMain::refuses(const QString& file) {
+    const FileKind kind = mdDataBase::fileExists(file) ? kindOfFile(file) : FileKind();
+    const QString words = refusalOf(file, kind);
+    if (words.isEmpty())
+        return false;
+    ui::asker().messageBox({.text = words, .icon = ui::Icon::Exclamation});
+    return true;
 }
 
 void frmMain::openFile(const QString& file) {

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
+#include "catalogue/fileKind.h"
 #include "diagnostics/errors.h"
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
@@ -26,6 +27,15 @@ void reportMissingFile(const QString& file) {
                                     TranslateText(u"kann nicht gefunden werden."_s)});
 }
 
+/// Tells of a file that is no catalogue. @return true if it is refused
+bool refused(const QString& file, bool readOnly) {
+    const QString words = refusalOf(file, kindOfFile(file, readOnly));
+    if (words.isEmpty())
+        return false;
+    ui::asker().messageBox({.text = words, .icon = ui::Icon::Exclamation});
+    return true;
+}
+
 } // namespace
 
 namespace mdDataBase {
@@ -37,23 +47,24 @@ qint16 OpenQXDatabase(const QString& file, bool readOnly) {
         reportMissingFile(file);
         return 0;
     }
+    // Whatever else was opened would show the views of the catalogue before.
+    if (refused(file, readOnly))
+        return 0;
     gDatabase.setDatabase(file);
     gDatabase.OpenQXDatabase(readOnly);
     if (gDatabase.State() != 1)
         return gDatabase.State();
     CloseRc();
-    // A file with neither table stays open, with the views of the catalogue before: the tables only decide
-    // where the view definitions come from.
     if (gDatabase.TableExist(u"tsys_options"_s))
         GetDatabaseOptions();
-    else if (gDatabase.TableExist(u"tkey_Study"_s))
+    else
         GetDefaultDatabaseOptions();
     return gDatabase.State();
 }
 
 qint16 OpenLastDataBase(const QString& file) {
     const ProcedureScope scope(u"[mdDatabase.OpenLastDataBase]"_s);
-    if (!fileExists(file))
+    if (!fileExists(file) || refused(file, false))
         return 0;
     gDatabase.setDatabase(file);
     gDatabase.OpenQXDatabase();

@@ -5,10 +5,11 @@
 /// Opening and closing of a catalogue with all that depends on it.
 namespace mdDataBase {
 
-/// Opens a catalogue that the user chose. @return the state reached, 0 when nothing opened
+/// Opens a catalogue that the user chose; a file that is none is refused in words that say what it is.
+/// @return the state reached, 0 when nothing opened
 /// @param readOnly  true for one in which nothing is to be written
 qint16 OpenQXDatabase(const QString& file, bool readOnly = false);
-/// Opens the stored catalogue at start; a file that is gone is passed over silently.
+/// Opens the stored catalogue at start; a file that is gone is passed over silently, one that is no catalogue refused.
 qint16 OpenLastDataBase(const QString& file);
 /// Closes what is open: links, catalogue, links of the work database, windows.
 void CloseDataBase();

@@ -132,6 +132,9 @@ ui::Answer QtAsker::messageBox(const ui::Box& box) {
     for (const Button& button : buttons)
         if (button.answer == ui::safeAnswer(box.buttons) && buttons.size() > 1)
             window.setEscapeButton(button.standard);
+    for (const Button& button : buttons)
+        if (button.answer == box.defaultButton.value_or(buttons.front().answer))
+            window.setDefaultButton(button.standard);
     const int chosen = window.exec();
     for (const Button& button : buttons)
         if (button.standard == chosen)

@@ -261,6 +261,7 @@ TEST_F(AnalysisWindow, AClickOnAHeadingOnlyAsksAndTheOriginalDefinitionComesBack
     EXPECT_EQ(asker.texts(),
               (QStringList{u"Möchten Sie die Tabelle neuberechnen?"_s, u"Möchten Sie die Tabelle neuberechnen?"_s,
                            u"Möchten Sie die ursprünglichen Missing Value Definitionen wiederherstellen?"_s}));
+    EXPECT_EQ(asker.boxes.back().defaultButton, ui::Answer::No) << "Enter keeps the marks";
 }
 
 TEST_F(AnalysisWindow, OptionsThatChangeTheTableAreNoticedAndMarksByHandOutliveThem) {

@@ -127,6 +127,7 @@ TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
     press(u"ODB"_s);
     EXPECT_EQ(asker.lastText(), u"Wollen Sie die aktuelle Datenbank schließen ?"_s);
     EXPECT_EQ(asker.boxes.back().title, u"Varidex"_s);
+    EXPECT_EQ(asker.boxes.back().defaultButton, ui::Answer::No) << "Enter keeps the windows";
     EXPECT_EQ(gDatabase.State(), 1);
     EXPECT_EQ(main->activeForm(), child);
 
@@ -136,6 +137,20 @@ TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
     EXPECT_EQ(std::ranges::count(Form::open(), u"frmSample"_s, [](const Form* form) { return form->windowName(); }), 0);
     EXPECT_TRUE(action(u"mnuFileMRU(1)"_s)->isVisible());
     EXPECT_FALSE(action(u"mnuFileMRU(2)"_s)->isVisible());
+
+    const QString cases = Paths::join(gOptions.DataPath, u"SV2018.mdb"_s);
+    RecentFiles{.RegistryPath = SettingsKeys::user}.SetRecentFiles(cases);
+    main->load();
+    action(u"mnuFileMRU(1)"_s)->trigger();
+    EXPECT_TRUE(asker.lastText().contains(u"ist eine Falldatei"_s)) << "refused before anything is closed";
+    EXPECT_EQ(gDatabase.Database(), path);
+    asker.answer(ui::Answer::Yes).file(cases);
+    press(u"ODB"_s);
+    EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+    RecentFiles{.RegistryPath = SettingsKeys::user}.SetRecentFiles(path);
+    main->load();
+    asker.answer(ui::Answer::Yes).file(path);
+    press(u"ODB"_s);
 
     asker.answer(ui::Answer::Yes).file(QString());
     action(u"mnFileOpen"_s)->trigger();

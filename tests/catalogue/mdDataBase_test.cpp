@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/CDaoPersistance.h"
+#include "catalogue/fileKind.h"
 #include "config/Options.h"
 #include "diagnostics/LogFile.h"
 #include "support/ScriptedAsker.h"
@@ -64,16 +65,54 @@ TEST_F(Opening, AMissingFileClosesTheCatalogueBeforeAndIsToldOnlyToWhoChoseIt) {
     EXPECT_EQ(asker.boxes.size(), boxes);
 }
 
-TEST_F(Opening, AFileThatIsNoDatabaseIsReportedAndLeavesNothingOpen) {
-    const QString path = home.path(u"notes.mdb"_s);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(QByteArray(5000, 'x'));
-    file.close();
-    EXPECT_EQ(mdDataBase::OpenQXDatabase(path), 0);
-    ASSERT_EQ(asker.boxes.size(), 1u);
-    EXPECT_TRUE(asker.lastText().contains(u"[CDatabase.OpenQXDatabase]"_s)) << qPrintable(asker.lastText());
-    EXPECT_EQ(gDatabase.State(), 0);
+TEST_F(Opening, AFileThatIsNoCatalogueIsRefusedInWordsThatSayWhatItIs) {
+    catalogue.fill();
+    const auto file = [this](const QString& name, const QByteArray& content) {
+        QFile written(home.path(name));
+        EXPECT_TRUE(written.open(QIODevice::WriteOnly));
+        written.write(content);
+        return written.fileName();
+    };
+    const auto database = [this](const QString& name) {
+        dao::DBEngine::instance().Workspaces(0).CreateDatabase(home.path(name))->Close();
+        return home.path(name);
+    };
+    // A catalogue but for the table that its first view, the second by number, stands on.
+    TestCatalogue headless(home.path(), u"headless.mdb"_s);
+    headless.addOption(u"NumberOfFrmExplorers"_s, u"2"_s);
+    headless.addOption(u"frmExplorer1Table"_s, u"Nameless"_s);
+    headless.addOption(u"frmExplorer2Name"_s, u"Umfragen"_s);
+    headless.addOption(u"frmExplorer2Table"_s, u"Umfrage"_s);
+    const std::pair<QString, QString> cases[] = {
+        {catalogue.caseFile(u"QX1919"_s), u"eine Falldatei (Tabelle QX1919_1)"_s},
+        {headless.path(), u"ohne Studien (Tabelle tkey_Umfrage)"_s},
+        {database(u"bare.mdb"_s), u"ohne Studien (Tabelle tkey_Study)"_s},
+        {QStringLiteral(VARIDEX_BINARIES "/Vx.mdb"), u"die Systemdatenbank"_s},
+        {file(u"empty.mdb"_s, {}), u"ist leer"_s},
+        {file(u"notes.mdb"_s, QByteArray(5000, 'x')), u"keine Datenbank"_s},
+        {file(u"old.mdb"_s, QByteArray("\0\1\0\0Standard Jet DB\0", 20)), u"Microsoft Access"_s},
+        {file(u"a.sav"_s, "$FL2@(#) SPSS"), u"eine Umfragedatei (SPSS) und kein"_s},
+        {file(u"a.dta"_s, "damaged"), u"eine Umfragedatei (Stata) und kein"_s},
+        {file(u"b.mdb"_s, QByteArray("\x72\2\1\0", 4)), u"eine Umfragedatei (Stata) unter anderem Namen"_s},
+        {file(u"c.mdb"_s, QByteArray(40, ' ') + "ASCII SPSS PORT FILE"), u"(SPSS) unter anderem Namen"_s}};
+    for (const auto& [path, words] : cases) {
+        SCOPED_TRACE(qPrintable(path));
+        for (const auto open :
+             {+[](const QString& name) { return mdDataBase::OpenQXDatabase(name); }, mdDataBase::OpenLastDataBase}) {
+            asker.boxes.clear();
+            EXPECT_EQ(open(path), 0);
+            ASSERT_EQ(asker.boxes.size(), 1u);
+            EXPECT_TRUE(asker.lastText().contains(path) && asker.lastText().contains(words))
+                << qPrintable(asker.lastText());
+            EXPECT_EQ(gDatabase.State(), 0);
+        }
+    }
+    EXPECT_FALSE(refusalOf(u"a"_s, kindOfFile(catalogue.caseFile(u"QX1919"_s))).isEmpty());
+    EXPECT_TRUE(kindOfFile(home.path(u"a.sav"_s)).canBeImported);
+    EXPECT_FALSE(kindOfFile(home.path(u"b.mdb"_s)).canBeImported) << "the importer goes by the name";
+    headless.execute(u"DELETE FROM tsys_Options WHERE dt_OptionName = 'frmExplorer2Table'"_s);
+    asker.boxes.clear();
+    EXPECT_EQ(mdDataBase::OpenQXDatabase(headless.path()), 1) << "without a view of its own it is tkey_Study's";
 }
 
 // A catalogue without options gets the default view only when it is chosen by hand.
@@ -97,12 +136,6 @@ TEST_F(Opening, WithoutOptionsTheDefaultViewComesByHandAndAReportAtStart) {
     EXPECT_EQ(gViews.at(1, ViewTable::CompAnalysis), u"0"_s);
     EXPECT_TRUE(gOptions.EnglishLanguage);
     EXPECT_TRUE(gCatalogueOptions.RemoveTableLinksOnExitDB);
-
-    const QString bare = home.path(u"bare.mdb"_s);
-    dao::DBEngine::instance().Workspaces(0).CreateDatabase(bare)->Close();
-    EXPECT_EQ(mdDataBase::OpenQXDatabase(bare), 1);
-    EXPECT_TRUE(asker.boxes.empty());
-    EXPECT_EQ(gViews.lastRow(), 1) << "the views of the catalogue before stay";
 }
 
 TEST_F(Opening, ARecordsetHasItsCountAndAFailureIsLoggedAndReported) {

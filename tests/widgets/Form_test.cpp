@@ -72,12 +72,18 @@ TEST_F(WindowTest, ABoxAnswersWithTheButtonPressedAndEscapeChangesNothing) {
         QTimer::singleShot(50, [key] {
             QWidget* box = QApplication::activeModalWidget();
             ASSERT_NE(box, nullptr);
-            QKeyEvent event(QEvent::KeyPress, key, key == Qt::Key_Escape ? Qt::NoModifier : Qt::AltModifier);
+            QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
             QApplication::sendEvent(box, &event);
         });
     };
     press(Qt::Key_Escape);
     EXPECT_EQ(dialogs.messageBox({.text = u"Schließen?"_s, .buttons = ui::Buttons::YesNo}), ui::Answer::No);
+    for (const auto byDefault : {std::optional<ui::Answer>(), std::optional(ui::Answer::No)}) {
+        press(Qt::Key_Return);
+        const ui::Answer pressed =
+            dialogs.messageBox({.text = u"Leeren?"_s, .buttons = ui::Buttons::YesNo, .defaultButton = byDefault});
+        EXPECT_EQ(pressed, byDefault.value_or(ui::Answer::Yes));
+    }
     press(Qt::Key_Escape);
     EXPECT_EQ(dialogs.messageBox({.text = u"3044"_s, .buttons = ui::Buttons::AbortRetryIgnore}), ui::Answer::Abort);
 

@@ -17,10 +17,11 @@ void say(const QString& text) {
     ui::asker().messageBox({.text = TranslateText(text), .icon = ui::Icon::Exclamation});
 }
 
-bool agreed(const QString& question, const QString& name = QString()) {
+/// @param byDefault what keeps the work that is there
+bool agreed(const QString& question, const QString& name = QString(), ui::Answer byDefault = ui::Answer::No) {
     const QString of = name.isEmpty() ? QString() : u"\r\n("_s + name + u')';
-    return ui::asker().messageBox({TranslateText(question) + of, QString(), ui::Icon::Question, ui::Buttons::YesNo}) ==
-           ui::Answer::Yes;
+    return ui::asker().messageBox({TranslateText(question) + of, QString(), ui::Icon::Question, ui::Buttons::YesNo,
+                                   byDefault}) == ui::Answer::Yes;
 }
 
 } // namespace
@@ -222,7 +223,7 @@ bool ComparisonList::cmd_SaveTrend() {
     if (entries().isEmpty())
         return false;
     bool stored = false;
-    if (agreed(u"Möchten Sie diesen Vergleich speichern?"_s)) {
+    if (agreed(u"Möchten Sie diesen Vergleich speichern?"_s, {}, ui::Answer::Yes)) {
         QString name = editor_.request().txtTitle;
         for (;;) {
             const std::optional<QString> given =
@@ -253,7 +254,9 @@ bool ComparisonList::save(const QString& name) {
 }
 
 bool ComparisonList::cmd_LoadTrend(int row) {
-    if (row < 0 || row >= saved_.size() || !agreed(u"Möchten Sie einen Vergleich laden?"_s, saved_[row].name))
+    const ui::Answer byDefault = entries().isEmpty() ? ui::Answer::Yes : ui::Answer::No;
+    if (row < 0 || row >= saved_.size() ||
+        !agreed(u"Möchten Sie einen Vergleich laden?"_s, saved_[row].name, byDefault))
         return false;
     return load(saved_[row]);
 }

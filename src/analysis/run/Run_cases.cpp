@@ -273,5 +273,6 @@ bool Run::translateUserFilter() {
 bool askOfLostEnd(const QString& lost) {
     return ui::asker().messageBox({TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost + u"\r\n"_s +
                                        TranslateText(u"Trotzdem rechnen?"_s),
-                                   QString(), ui::Icon::Question, ui::Buttons::YesNo}) == ui::Answer::Yes;
+                                   QString(), ui::Icon::Question, ui::Buttons::YesNo, ui::Answer::No}) ==
+           ui::Answer::Yes;
 }

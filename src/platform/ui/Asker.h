@@ -19,6 +19,8 @@ struct Box {
     QString title = QString(); ///< empty: the application's title
     Icon icon = Icon::None;
     Buttons buttons = Buttons::Ok;
+    /// The button that Enter presses; nothing: the first. Where an answer loses work it is the one that keeps it.
+    std::optional<Answer> defaultButton = std::nullopt;
 };
 
 struct FileChoice {

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+/// What a file is, as far as its content and its name tell, before it is opened as a catalogue.
+struct FileKind {
+    enum Kind {
+        Catalogue,      ///< or nothing that speaks against one: what else is wrong shows when it is opened
+        SurveyFile,     ///< of SPSS or Stata
+        CaseFile,       ///< the cases of a study
+        SystemDatabase, ///< the program's own texts
+        OtherDatabase,  ///< a database without the study table of its first view
+        AccessDatabase, ///< in a form that this program does not read
+        Empty,
+        NoDatabase,
+    };
+    Kind kind = Catalogue;
+    /// A table of a case file, the program that a survey file comes from, the table that a database lacks.
+    QString detail = {};
+    /// What can be imported: a survey file whose name says which kind it is.
+    bool canBeImported = false;
+};
+
+/// Looks at a file that is there; opens it, where it is a database, as a catalogue would be.
+FileKind kindOfFile(const QString& path, bool readOnly = false);
+
+/// Why the file is refused as a catalogue, in the user's language; empty for Catalogue.
+QString refusalOf(const QString& path, const FileKind& kind);
