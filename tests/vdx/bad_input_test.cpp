@@ -203,7 +203,7 @@ TEST_F(BadInput, aCatalogueThatCannotBeReadIsRefused) {
     };
     for (const Case& c :
          std::initializer_list<Case>{{cut, u"Cannot open database '%1'."_s.arg(cut)},
-                                     {zeros, zeros + u" is no database and no catalogue."_s},
+                                     {zeros, zeros + u" ist keine Datenbank und kein Katalog."_s},
                                      {made_.path(), u"Could not lock file '%1'."_s.arg(made_.path())}}) {
         const VdxResult result = run(u"studies|"_s + c.path);
         EXPECT_EQ(result.status, 1);
