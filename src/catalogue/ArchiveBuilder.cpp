@@ -7,6 +7,7 @@
 #include "catalogue/CatalogueImport.h"
 #include "catalogue/ImportGuard.h"
 #include "catalogue/QueryCheck.h"
+#include "catalogue/SurveyReader.h"
 #include "catalogue/importTexts.h"
 #include "catalogue/schema.h"
 #include "platform/dao/Transaction.h"
@@ -100,7 +101,10 @@ private:
 
     void takeIn(const View& view, const Study& study) {
         SurveyImporter importer(catalogue_, guard_, schema::entryTableName(view.table));
-        told(study, [&] { importer.add(pathOf(description_, study.file), settingsOf(study)); });
+        told(study, [&] {
+            const ImportSettings settings = settingsOf(study);
+            importer.add(std::make_unique<OpenSurvey>(pathOf(description_, study.file), settings.encoding), settings);
+        });
         std::vector<ImportReport> written;
         {
             dao::Transaction transaction;

@@ -25,11 +25,11 @@ ImportError importCancelled() {
 
 /// One survey file on its way into the catalogue.
 struct SurveyImporter::Job {
-    QString file;
     ImportSettings settings;
     QString study, folder, fileWeight;
-    SurveyReader reader;
-    SurveyFile head;
+    const std::unique_ptr<OpenSurvey> survey;
+    SurveyReader& reader;
+    const SurveyFile& head;
     std::vector<VariableNames> names;
     std::vector<CaseTable> tables;
     TaggedCodes codes;
@@ -39,8 +39,8 @@ struct SurveyImporter::Job {
     bool isElsewhere = false;                                 ///< analyses do not find it by themselves
     qint64 cutTexts = 0;
 
-    Job(const QString& path, const ImportSettings& wishes, const QHash<QString, QString>& fieldsBefore)
-        : file(path), settings(wishes), reader(path, wishes.encoding), head(reader.readHead()), codes(head),
+    Job(std::unique_ptr<OpenSurvey> opened, const ImportSettings& wishes, const QHash<QString, QString>& fieldsBefore)
+        : settings(wishes), survey(std::move(opened)), reader(survey->reader), head(survey->head), codes(head),
           writer(head, codes) {
         QStringList originals;
         for (const SurveyVariable& variable : head.variables)
@@ -219,7 +219,7 @@ SurveyImporter::SurveyImporter(const dao::DatabasePtr& catalogue, ImportGuard& g
 
 SurveyImporter::~SurveyImporter() = default;
 
-void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
+void SurveyImporter::add(std::unique_ptr<OpenSurvey> survey, const ImportSettings& settings) {
     if (const QString fault = studyNumberFault(settings.study); !fault.isEmpty())
         throw ImportError(fault);
     const StudyWriter entries(*catalogue_, studyTable_, settings.study);
@@ -236,7 +236,7 @@ void SurveyImporter::add(const QString& file, const ImportSettings& settings) {
         !entries.groupExists(*settings.group))
         throw ImportError(said(u"Die Gruppe %1 gibt es nicht"_s, u"There is no group %1"_s).arg(*settings.group));
 
-    auto job = std::make_unique<Job>(file, settings, entries.fieldsBefore());
+    auto job = std::make_unique<Job>(std::move(survey), settings, entries.fieldsBefore());
     job->study = entries.study();
     job->resolveWeight(job->settings.weightRe);
     job->resolveWeight(job->settings.weightHh);
@@ -350,7 +350,7 @@ ImportReport importSurvey(const ImportRequest& request) {
     // Before anything is touched, so that a wrong number or file leaves no trace at all.
     if (const QString fault = studyNumberFault(request.settings.study); !fault.isEmpty())
         throw ImportError(fault);
-    SurveyReader(request.file, request.settings.encoding).readHead();
+    auto survey = std::make_unique<OpenSurvey>(request.file, request.settings.encoding);
 
     ImportGuard guard(path);
     guard.willWrite(path);
@@ -372,7 +372,7 @@ ImportReport importSurvey(const ImportRequest& request) {
     refuseLinkedEntries(database, path);
 
     SurveyImporter importer(catalogue.database, guard, studyTable);
-    importer.add(request.file, request.settings);
+    importer.add(std::move(survey), request.settings);
     std::vector<ImportReport> reports;
     {
         dao::Transaction transaction(workspace);

@@ -11,6 +11,7 @@
 #include <vector>
 
 class ImportGuard;
+struct OpenSurvey;
 
 /// Why a survey file could not be taken in, in the user's language.
 class ImportError : public std::exception {
@@ -62,7 +63,7 @@ struct ImportReport {
 ///
 ///     ImportGuard guard(cataloguePath);
 ///     SurveyImporter importer(catalogue, guard);
-///     importer.add(file, settings);  // reads the head, checks, opens the case files
+///     importer.add(std::make_unique<OpenSurvey>(file, encoding), settings);  // checks, opens the case files
 ///     workspace.BeginTrans();
 ///     reports = importer.write();    // on an exception: workspace.Rollback()
 ///     workspace.CommitTrans();
@@ -78,10 +79,9 @@ public:
     /// Lets the case files go.
     ~SurveyImporter();
 
-    /// @throws ImportError for a bad number, file, group, weight or encoding, for a study or case file that
-    /// is there and
+    /// @throws ImportError for a bad number, group or weight, for a study or case file that is there and
     ///         not to be replaced; dao::Error when a case file cannot be opened
-    void add(const QString& file, const ImportSettings& settings);
+    void add(std::unique_ptr<OpenSurvey> survey, const ImportSettings& settings);
     /// Writes the cases and the entries of every file added, inside a transaction of the catalogue's
     /// workspace.
     /// @throws ImportError for a file that cannot be read to its end or a cancelled import, dao::Error

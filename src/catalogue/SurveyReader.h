@@ -56,3 +56,12 @@ private:
     QString unreadableInHead(const QByteArray& fileEncoding) const;
     static QString stringAfter(const SurveyFile& head, int variable);
 };
+
+/// A survey file whose head was read.
+struct OpenSurvey {
+    SurveyReader reader;
+    SurveyFile head;
+
+    /// @throws ImportError as the reader's constructor and readHead()
+    OpenSurvey(const QString& path, const QString& encoding) : reader(path, encoding), head(reader.readHead()) {}
+};
