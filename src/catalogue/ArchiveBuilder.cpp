@@ -92,6 +92,8 @@ private:
         settings.weightRe = study.weightRe;
         settings.weightHh = study.weightHh;
         settings.encoding = study.encoding;
+        settings.encodeAll = study.encodeAll;
+        settings.encode = study.encode;
         for (const CaseTable& table : study.tables)
             settings.furtherTables.push_back({table.variables, table.ownFile});
         if (request_.progress)
@@ -127,6 +129,8 @@ private:
     void told(const Study& study, Step step) {
         try {
             step();
+        } catch (const EncodeError& error) {
+            throw ImportError(description_.at(study.place + u".encode"_s, error.text()));
         } catch (const ImportError& error) {
             throw ImportError(description_.at(study.place, error.text()));
         }

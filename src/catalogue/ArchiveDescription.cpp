@@ -203,8 +203,8 @@ private:
     }
 
     Study study(const JsonNode& node, Keys& groups) {
-        node.onlyMembers({u"study"_s, u"file"_s, u"encoding"_s, u"title"_s, u"description"_s, u"year"_s, u"weightRE"_s,
-                          u"weightHH"_s, u"query"_s, u"parts"_s, u"tables"_s, u"variables"_s});
+        node.onlyMembers({u"study"_s, u"file"_s, u"encoding"_s, u"encode"_s, u"title"_s, u"description"_s, u"year"_s,
+                          u"weightRE"_s, u"weightHH"_s, u"query"_s, u"parts"_s, u"tables"_s, u"variables"_s});
         Study entry;
         entry.number = node.requiredText(u"study"_s);
         if (const QString fault = studyNumberFault(entry.number); !fault.isEmpty())
@@ -213,6 +213,8 @@ private:
         groups.add(node[u"study"_s], entry.number);
         entry.file = node.requiredText(u"file"_s);
         entry.encoding = node.optionalText(u"encoding"_s);
+        if (node.has(u"encode"_s))
+            readEncode(node[u"encode"_s], node, entry);
         entry.title = node.inBothLanguages(u"title"_s);
         entry.description = node.inBothLanguages(u"description"_s);
         if (node.has(u"year"_s))
@@ -232,6 +234,16 @@ private:
         });
         entry.variables = readVariables(node, groupKeys_);
         return entry;
+    }
+
+    static void readEncode(const JsonNode& encode, const JsonNode& study, Study& entry) {
+        if (encode.isList())
+            entry.encode = study.texts(u"encode"_s);
+        else if (encode.isFlag())
+            entry.encodeAll = study.flag(u"encode"_s);
+        else
+            encode.fail(said(u"hier wird true, false oder eine Liste von Variablen erwartet"_s,
+                             u"true, false or a list of variables is expected here"_s));
     }
 
     static void categoryEntries(View& view, const JsonNode& parentNode, int parent, int depth) {

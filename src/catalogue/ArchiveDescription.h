@@ -50,6 +50,8 @@ struct Study : Entry {
     Text title, description;
     // Of a study only:
     QString file, encoding;
+    bool encodeAll = false; ///< text variables whose codes have labels or are declared missing become numbers
+    QStringList encode;     ///< and so do these
     std::optional<QString> year, weightRe, weightHh, query;
     std::vector<Part> parts;
     std::vector<CaseTable> tables; ///< beyond the first

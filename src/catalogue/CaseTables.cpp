@@ -67,9 +67,10 @@ QString caseFileOf(const QString& folder, const QString& study, const CaseTable&
     return Paths::onDisk(Paths::join(folder, study + u".mdb"_s));
 }
 
-CaseWriter::CaseWriter(const SurveyFile& file, TaggedCodes& codes)
-    : file_(file), codes_(codes), places_(file.variables.size()), noDates_(file.variables.size()),
-      infinite_(file.variables.size()), rounded_(file.variables.size()) {
+CaseWriter::CaseWriter(const SurveyFile& file, TaggedCodes& codes, TextCodes& textCodes)
+    : file_(file), codes_(codes), textCodes_(textCodes), places_(file.variables.size()),
+      noDates_(file.variables.size()), infinite_(file.variables.size()), rounded_(file.variables.size()),
+      blanks_(file.variables.size()) {
     for (size_t i = 0; i < places_.size(); ++i)
         if (!file.variables[i].isText)
             places_[i].time = timeFormat(file.variables[i].format, file.stata);
@@ -81,7 +82,7 @@ std::vector<dao::FieldDefinition> CaseWriter::fields(const CaseTable& table,
     for (const int index : table.variables) {
         const SurveyVariable& variable = file_.variables[static_cast<size_t>(index)];
         int type = dao::dbDouble;
-        if (variable.isText)
+        if (variable.isText && !textCodes_.encodes(index))
             type = variable.width > 0 && variable.width <= maxTextCharacters ? dao::dbText : dao::dbMemo;
         else if (places_[static_cast<size_t>(index)].time.isTime())
             type = dao::dbText;
@@ -97,6 +98,7 @@ void CaseWriter::addTable(const CaseTable& table, std::unique_ptr<dao::Appender>
         Place& place = places_[static_cast<size_t>(table.variables[i])];
         place.rows = &tables_.back()->rows;
         place.column = static_cast<int>(i) + 1;
+        place.isEncoded = textCodes_.encodes(table.variables[i]);
     }
 }
 
@@ -107,6 +109,7 @@ void CaseWriter::reset() {
     std::fill(noDates_.begin(), noDates_.end(), 0);
     std::fill(infinite_.begin(), infinite_.end(), 0);
     std::fill(rounded_.begin(), rounded_.end(), 0);
+    std::fill(blanks_.begin(), blanks_.end(), 0);
     rows_ = 0;
 }
 
@@ -153,7 +156,15 @@ void CaseWriter::letter(int variable, char letter) {
 
 void CaseWriter::text(int variable, const char* utf8, int bytes) {
     Place& place = places_[static_cast<size_t>(variable)];
-    place.rows->setUtf8(place.column, utf8, bytes);
+    if (!place.isEncoded) {
+        place.rows->setUtf8(place.column, utf8, bytes);
+        return;
+    }
+    const int code = textCodes_.sawText(variable, {utf8, static_cast<size_t>(bytes)});
+    if (code > 0)
+        place.rows->setNumber(place.column, code);
+    else
+        ++blanks_[static_cast<size_t>(variable)];
 }
 
 void CaseWriter::endRow() {

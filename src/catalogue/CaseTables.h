@@ -5,6 +5,7 @@
 #include "catalogue/SurveyFile.h"
 #include "catalogue/SurveyReader.h"
 #include "catalogue/TaggedCodes.h"
+#include "catalogue/TextCodes.h"
 #include "catalogue/importNames.h"
 #include "catalogue/surveyDates.h"
 #include "platform/dao/Database.h"
@@ -35,7 +36,7 @@ QString caseFileOf(const QString& folder, const QString& study, const CaseTable&
 /// and may run in a thread of its own while another writes the blocks.
 class CaseWriter : public RowReceiver {
 public:
-    CaseWriter(const SurveyFile& file, TaggedCodes& codes);
+    CaseWriter(const SurveyFile& file, TaggedCodes& codes, TextCodes& textCodes);
 
     /// The fields of a table in order, `dt_CaseID` not among them.
     std::vector<dao::FieldDefinition> fields(const CaseTable& table, const std::vector<VariableNames>& names) const;
@@ -62,6 +63,8 @@ public:
     const std::vector<qint64>& infinite() const { return infinite_; }
     /// Times with fractions below a millisecond, by variable; they are rounded.
     const std::vector<qint64>& rounded() const { return rounded_; }
+    /// Blank texts of variables whose texts become numbers, by variable; they become Null.
+    const std::vector<qint64>& blanks() const { return blanks_; }
 
 private:
     struct Table {
@@ -72,13 +75,15 @@ private:
         dao::RowBlock* rows = nullptr;
         int column = 0;
         TimeFormat time;
+        bool isEncoded = false; ///< texts that become numbers
     };
     const SurveyFile& file_;
     TaggedCodes& codes_;
+    TextCodes& textCodes_;
     std::vector<Place> places_;
     std::vector<std::unique_ptr<Table>> tables_;
     BlockQueue* queue_ = nullptr;
-    std::vector<qint64> noDates_, infinite_, rounded_;
+    std::vector<qint64> noDates_, infinite_, rounded_, blanks_;
     int rows_ = 0;
 
     void writeTime(Place& place, int variable, double value);

@@ -33,6 +33,7 @@ struct SurveyImporter::Job {
     std::vector<VariableNames> names;
     std::vector<CaseTable> tables;
     TaggedCodes codes;
+    TextCodes textCodes;
     CaseWriter writer;
     std::map<QString, std::unique_ptr<dao::Companion>> files; ///< by path
     QStringList emptied;                                      ///< case files that have no table any more, by path
@@ -41,7 +42,7 @@ struct SurveyImporter::Job {
 
     Job(std::unique_ptr<OpenSurvey> opened, const ImportSettings& wishes, const QHash<QString, QString>& fieldsBefore)
         : settings(wishes), survey(std::move(opened)), reader(survey->reader), head(survey->head), codes(head),
-          writer(head, codes) {
+          textCodes(head), writer(head, codes, textCodes) {
         QStringList originals;
         for (const SurveyVariable& variable : head.variables)
             originals << variable.name;
@@ -61,25 +62,22 @@ struct SurveyImporter::Job {
     void resolveWeight(std::optional<QString>& weight) const {
         if (!weight || weight->isEmpty())
             return;
-        for (size_t i = 0; i < names.size(); ++i) {
-            if (names[i].original.compare(*weight, Qt::CaseInsensitive) != 0 &&
-                names[i].name.compare(*weight, Qt::CaseInsensitive) != 0)
-                continue;
-            if (!isNumeric(i))
-                throw ImportError(
-                    said(u"Gewicht %1 ist keine Zahlenvariable"_s, u"Weight %1 is not a numeric variable"_s)
-                        .arg(*weight));
-            weight = names[i].name;
-            return;
-        }
-        throw ImportError(
-            said(u"Gewicht %1: Die Datei hat keine solche Variable"_s, u"Weight %1: The file has no such variable"_s)
-                .arg(*weight));
+        const std::optional<size_t> found = positionOf(names, *weight);
+        if (!found)
+            throw ImportError(said(u"Gewicht %1: Die Datei hat keine solche Variable"_s,
+                                   u"Weight %1: The file has no such variable"_s)
+                                  .arg(*weight));
+        if (!isNumeric(*found))
+            throw ImportError(
+                said(u"Gewicht %1 ist keine Zahlenvariable"_s, u"Weight %1 is not a numeric variable"_s).arg(*weight));
+        weight = names[*found].name;
     }
 
+    void chooseTextCodes();
     void checkPlace(const QString& home);
     void dropOldTables();
     void fill(dao::Database& catalogue, const std::function<bool(double)>& progress);
+    QStringList textCodeFacts() const;
     QStringList facts(const ImportReport& report, const StudyContent& content, const QStringList& studyFacts) const;
 };
 
@@ -127,6 +125,26 @@ void SurveyImporter::Job::checkPlace(const QString& home) {
                               .arg(there.front()));
 }
 
+/// @throws EncodeError for a name that no text variable of the file bears
+void SurveyImporter::Job::chooseTextCodes() {
+    for (const QString& name : std::as_const(settings.encode)) {
+        const std::optional<size_t> found = positionOf(names, name);
+        if (!found)
+            throw EncodeError(said(u"In Zahlen umsetzen, %1: Die Datei hat keine solche Variable"_s,
+                                   u"Encode as numbers, %1: The file has no such variable"_s)
+                                  .arg(name));
+        if (!head.variables[*found].isText)
+            throw EncodeError(said(u"In Zahlen umsetzen, %1: Die Variable ist in der Datei kein Text"_s,
+                                   u"Encode as numbers, %1: The variable is no text in the file"_s)
+                                  .arg(name));
+        textCodes.encode(static_cast<int>(*found), true);
+    }
+    if (settings.encodeAll)
+        for (int i = 0; i < static_cast<int>(names.size()); ++i)
+            if (textCodes.hasCodes(i))
+                textCodes.encode(i, false);
+}
+
 void SurveyImporter::Job::dropOldTables() {
     const QRegularExpression own(u"^%1_\\d+$"_s.arg(study), QRegularExpression::CaseInsensitiveOption);
     for (const auto& [path, companion] : files)
@@ -140,7 +158,7 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
     for (const auto& [path, companion] : files)
         if (!companion->tableNames().isEmpty())
             hadTables << path;
-    do {
+    for (bool isSettled = false; !isSettled;) {
         writer.reset();
         dropOldTables();
         for (const CaseTable& table : tables) {
@@ -152,10 +170,33 @@ void SurveyImporter::Job::fill(dao::Database& catalogue, const std::function<boo
                 table, fileOf(table).openAppender(table.name,
                                                   schema::cases(table.name, writer.fields(table, names)).fieldNames()));
         cutTexts = readCases(reader, head, writer, progress);
-    } while (codes.settle());
+        const bool movedLetters = codes.settle();
+        isSettled = !textCodes.settle() && !movedLetters;
+    }
     for (const auto& [path, companion] : files)
         if (companion->tableNames().isEmpty() && hadTables.contains(path))
             emptied << path;
+}
+
+/// What became of text variables whose codes were to be numbers, apart from the codes themselves.
+QStringList SurveyImporter::Job::textCodeFacts() const {
+    QStringList lines;
+    bool hasAny = false;
+    for (size_t i = 0; i < names.size(); ++i) {
+        const QString reason = textCodes.whyStillText(static_cast<int>(i));
+        hasAny = hasAny || !reason.isEmpty() || textCodes.encodes(static_cast<int>(i));
+        if (!reason.isEmpty())
+            lines << said(u"%1: bleibt Text, %2"_s, u"%1: stays text, %2"_s).arg(names[i].name, reason);
+        if (const qint64 blanks = writer.blanks()[i]; blanks > 0)
+            lines << said(u"%1: %2 leere Texte sind systembedingt fehlend"_s,
+                          u"%1: %2 blank texts are system-missing"_s)
+                         .arg(names[i].name)
+                         .arg(blanks);
+    }
+    if (settings.encodeAll && !hasAny)
+        lines << said(u"In Zahlen umzusetzen: keine Textvariable, deren Codes Labels haben oder als fehlend gelten"_s,
+                      u"To be encoded as numbers: no text variable whose codes have labels or are declared missing"_s);
+    return lines;
 }
 
 QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyContent& content,
@@ -185,6 +226,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
     counted(writer.rounded(), u"%1: %2 Zeiten sind auf Millisekunden gerundet"_s,
             u"%1: %2 times are rounded to milliseconds"_s);
     counted(writer.infinite(), u"%1: %2 unendliche Werte sind leer"_s, u"%1: %2 infinite values are empty"_s);
+    lines << textCodeFacts();
     QStringList inexact;
     for (size_t i = 0; i < names.size(); ++i)
         if (reader.isInexact(i))
@@ -240,6 +282,7 @@ void SurveyImporter::add(std::unique_ptr<OpenSurvey> survey, const ImportSetting
     job->study = entries.study();
     job->resolveWeight(job->settings.weightRe);
     job->resolveWeight(job->settings.weightHh);
+    job->chooseTextCodes();
     job->tables = shareOutVariables(job->study, job->names, settings.furtherTables);
     job->folder = settings.dataFolder.isEmpty() ? QFileInfo(catalogue_->Name()).absolutePath()
                                                 : Paths::native(settings.dataFolder);
@@ -291,7 +334,7 @@ std::vector<ImportReport> SurveyImporter::write() {
         job->fill(*catalogue_, progress);
         for (const QString& path : std::as_const(job->emptied))
             guard_.removeIfEmpty(path);
-        const StudyContent content = studyContent(job->head, job->names, job->tables, job->codes);
+        const StudyContent content = studyContent(job->head, job->names, job->tables, job->codes, job->textCodes);
         StudyWriter entries(*catalogue_, studyTable_, job->study);
         QStringList studyFacts =
             entries.writeStudy(job->head, job->settings, job->fileWeight, content.variables, job->tables);

@@ -25,6 +25,12 @@ private:
     QByteArray utf8_;
 };
 
+/// Why a text variable that was asked for cannot be stored as numbers.
+class EncodeError : public ImportError {
+public:
+    using ImportError::ImportError;
+};
+
 /// The failure of an import that its user ended.
 ImportError importCancelled();
 
@@ -44,6 +50,8 @@ struct ImportSettings {
     std::optional<QString> weightRe, weightHh; ///< variables; an empty text: none
     QString encoding;                          ///< of the texts in a file that says wrong or nothing about it
     bool replace = false;                      ///< a study of that number may be there already
+    bool encodeAll = false; ///< text variables whose codes have labels or are declared missing become numbers
+    QStringList encode;     ///< and so do these text variables, or the import fails
     /// Tables 2, 3, ... All other variables fill table 1 and, beyond 254, the tables after these.
     std::vector<CaseTableWish> furtherTables;
     /// Called with the share done (0 to 1) now and then; false ends the import, which then fails.
@@ -80,11 +88,13 @@ public:
     ~SurveyImporter();
 
     /// @throws ImportError for a bad number, group or weight, for a study or case file that is there and
-    ///         not to be replaced; dao::Error when a case file cannot be opened
+    ///         not to be replaced; EncodeError for a name that is no text variable's; dao::Error when a case file
+    ///         cannot be opened
     void add(std::unique_ptr<OpenSurvey> survey, const ImportSettings& settings);
     /// Writes the cases and the entries of every file added, inside a transaction of the catalogue's
     /// workspace.
-    /// @throws ImportError for a file that cannot be read to its end or a cancelled import, dao::Error
+    /// @throws ImportError for a file that cannot be read to its end or a cancelled import, EncodeError for a variable
+    ///         that was asked for and has too many texts, dao::Error
     std::vector<ImportReport> write();
     /// After the commit: lets the case files go and removes those of a replaced study that hold no table any
     /// more.

@@ -30,6 +30,8 @@ public:
     QString requiredText(const QString& member) const; ///< not empty
     QString optionalText(const QString& member) const; ///< empty if it is not there
     std::optional<QString> textIfThere(const QString& member) const;
+    bool isList() const { return value_.isArray(); }
+    bool isFlag() const { return value_.isBool(); }
     bool flag(const QString& member) const;
     QStringList texts(const QString& member) const;
     /// A text, which is the original one, or an object with `original` and `english`.

@@ -35,6 +35,12 @@ Entry fieldsOf(const QString& study, const LabelEntry& label) {
             {u"dt_Label"_s, orNull(label.label)}};
 }
 
+/// A format that a text has in an SPSS file (A12; ADATE10 is a date) or a Stata file (%12s).
+bool isTextFormat(const QString& format) {
+    static const QRegularExpression ofText(u"\\A(A(HEX)?\\d+|%.*s)\\z"_s);
+    return ofText.match(format).hasMatch();
+}
+
 QString key(const QString& variable, const QString& code) {
     return (variable + u'\n' + code).toCaseFolded();
 }
@@ -217,6 +223,9 @@ void StudyWriter::updateVariables(const std::vector<VariableEntry>& variables, s
             rows->Delete();
             continue;
         }
+        const QString formatBefore = rows->text(u"dt_Format"_s);
+        if (!formatBefore.isEmpty() && isTextFormat(formatBefore) != isTextFormat(variables[*found].format))
+            changedKind_ << name;
         rows->Edit();
         setFields(*rows, fieldsOf(study_, variables[*found]));
         rows->Update();
@@ -235,11 +244,32 @@ void StudyWriter::updateLabels(const std::vector<LabelEntry>& labels, std::vecto
             rows->Delete();
             continue;
         }
+        noteOtherCode(labels[*found], rows->text(u"dt_Label"_s));
         rows->Edit();
         setFields(*rows, fieldsOf(study_, labels[*found]));
         rows->Update();
         written[*found] = true;
     }
+}
+
+void StudyWriter::noteOtherCode(const LabelEntry& label, const QString& labelBefore) {
+    if (label.text.isEmpty() || labelBefore == label.text || labelBefore.startsWith(label.text + u' '))
+        return;
+    if (!changedKind_.contains(label.variable) && !renumbered_.contains(label.variable))
+        renumbered_ << label.variable;
+}
+
+QStringList StudyWriter::changedCodes() const {
+    QStringList facts;
+    const auto tell = [&facts](const QStringList& variables, const QString& german, const QString& english) {
+        if (!variables.isEmpty())
+            facts << said(german, english).arg(variables.size()) + u": "_s + variables.join(u", "_s);
+    };
+    tell(changedKind_, u"Waren Text und sind jetzt Zahlen oder umgekehrt; Filter und Abfragen sind zu prüfen (%1)"_s,
+         u"Were text and are numbers now or the other way round; filters and queries need a look (%1)"_s);
+    tell(renumbered_, u"Zahlen, die jetzt für andere Codes stehen; Filter und Abfragen sind zu prüfen (%1)"_s,
+         u"Numbers that stand for other codes now; filters and queries need a look (%1)"_s);
+    return facts;
 }
 
 QStringList StudyWriter::writeContent(const StudyContent& content) {
@@ -249,7 +279,7 @@ QStringList StudyWriter::writeContent(const StudyContent& content) {
     updateLabels(content.labels, labels);
     appendNew(catalogue_, variableTable, study_, content.variables, variables);
     appendNew(catalogue_, valueTable, study_, content.labels, labels);
-    return StudyReferences(catalogue_, study_).updateComparisons(content.variables) +
+    return changedCodes() + StudyReferences(catalogue_, study_).updateComparisons(content.variables) +
            StudyReferences::movedInQuery(query_, before_, content.variables);
 }
 

@@ -39,12 +39,16 @@ private:
     std::vector<StudyReferences::Place> before_; ///< where the variables of a study that is there lay
     QString query_;                              ///< its `dt_query`
     QStringList vanished_;
+    QStringList changedKind_; ///< variables that were text and are numbers now, or the other way round
+    QStringList renumbered_;  ///< encoded variables whose numbers stood for other codes before
 
     int nextOrder(const QString& group) const;
     QString weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
                       const std::vector<VariableEntry>& variables, QStringList& facts) const;
     void updateVariables(const std::vector<VariableEntry>& variables, std::vector<bool>& written);
     void updateLabels(const std::vector<LabelEntry>& labels, std::vector<bool>& written);
+    void noteOtherCode(const LabelEntry& label, const QString& labelBefore);
+    QStringList changedCodes() const;
 };
 
 /// The table of the study view that holds a study or group of that number, else of the first one; the

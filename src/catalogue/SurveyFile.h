@@ -22,7 +22,9 @@ struct SurveyVariable {
     int labelSet = -1;   ///< index into SurveyFile::labelSets
     bool hasMeasure = false;
     std::vector<MissingRange> missing;
-    bool missingTexts = false; ///< strings are declared missing
+    bool missingTexts = false;      ///< strings are declared missing
+    QStringList missingCodes;       ///< these strings
+    bool otherMissingTexts = false; ///< and some that are no single strings, or cannot be read
 };
 
 /// True if the file declares that number of the variable missing.

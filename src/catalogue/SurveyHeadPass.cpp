@@ -122,10 +122,20 @@ void SurveyHeadPass::missing(const readstat_variable_t* source, SurveyVariable& 
         const readstat_value_t low = readstat_variable_get_missing_range_lo(source, i);
         const readstat_value_t high = readstat_variable_get_missing_range_hi(source, i);
         if (readstat_value_type_class(low) == READSTAT_TYPE_CLASS_STRING)
-            variable.missingTexts = true;
+            missingText(readstat_string_value(low), readstat_string_value(high), variable);
         else
             variable.missing.push_back({readstat_double_value(low), readstat_double_value(high)});
     }
+}
+
+void SurveyHeadPass::missingText(const char* low, const char* high, SurveyVariable& variable) {
+    variable.missingTexts = true;
+    const std::optional<QString> code =
+        low && high && strcmp(low, high) == 0 ? decoded(low, static_cast<qsizetype>(strlen(low))) : std::nullopt;
+    if (code)
+        variable.missingCodes << *code;
+    else
+        variable.otherMissingTexts = true;
 }
 
 void SurveyHeadPass::valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label) {

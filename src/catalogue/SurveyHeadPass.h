@@ -24,6 +24,7 @@ struct SurveyHeadPass : SurveyPass {
     void variable(readstat_variable_t* source, const QByteArray& labelSet);
     int widthOf(const readstat_variable_t* source, const QString& format) const;
     static void missing(const readstat_variable_t* source, SurveyVariable& variable);
+    static void missingText(const char* low, const char* high, SurveyVariable& variable);
     void weight(const readstat_variable_t* source) { file.weight = readstat_variable_get_index(source); }
     void valueLabel(const QByteArray& set, const readstat_value_t& value, const char* label);
     QStringList unusedSets() const;

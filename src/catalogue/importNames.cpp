@@ -120,6 +120,14 @@ std::vector<VariableNames> variableNames(const QStringList& originals, const QHa
     return all;
 }
 
+std::optional<size_t> positionOf(const std::vector<VariableNames>& names, const QString& wanted) {
+    for (size_t i = 0; i < names.size(); ++i)
+        if (names[i].original.compare(wanted, Qt::CaseInsensitive) == 0 ||
+            names[i].name.compare(wanted, Qt::CaseInsensitive) == 0)
+            return i;
+    return std::nullopt;
+}
+
 bool filterCanName(const QString& name) {
     static const QRegularExpression word(u"\\A[A-Za-z_-][A-Za-z0-9_-]*\\z"_s);
     const QString upper = name.toUpper();

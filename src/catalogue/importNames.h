@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <optional>
 #include <vector>
 
 /// Names that statements and filters can bear.
@@ -27,6 +28,9 @@ struct VariableNames {
 /// @param fieldsBefore  fields of the study that is replaced, by case-folded variable name
 std::vector<VariableNames> variableNames(const QStringList& originals,
                                          const QHash<QString, QString>& fieldsBefore = {});
+
+/// Position of the variable that bears a name in the file or in the catalogue, without regard to case.
+std::optional<size_t> positionOf(const std::vector<VariableNames>& names, const QString& wanted);
 
 /// True if a filter can name the variable: letters without marks, "_", "-", digits inside, no AND, OR, NOT.
 bool filterCanName(const QString& name);

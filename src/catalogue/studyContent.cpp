@@ -2,6 +2,7 @@
 
 #include "catalogue/importTexts.h"
 
+#include <QHash>
 #include <QSet>
 #include <algorithm>
 #include <cmath>
@@ -17,7 +18,7 @@ constexpr int maxComparedMissing = 50;
 /// Variables about which the same is to be said.
 struct Findings {
     QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates, missingShapes,
-        missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters;
+        missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters, encoded;
     int measures = 0;
 
     QStringList facts() const {
@@ -35,8 +36,9 @@ struct Findings {
         tell(longMissing,
              u"Missing-Definitionen über 50 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
              u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
-        tell(missingTexts, u"Nicht übernommen, fehlende Werte, die Text sind (%1)"_s,
-             u"Not taken over, missing codes that are text (%1)"_s);
+        tell(missingTexts,
+             u"Nicht übernommen, fehlende Werte, die Text sind und ohne --encode als gültige Codes stehen (%1)"_s,
+             u"Not taken over, missing codes that are text and without --encode stand as valid codes (%1)"_s);
         tell(missingDates,
              u"Datums- und Zeitvariablen, deren fehlende Werte in keine Definition passen und als gültige "
              u"Codes "
@@ -59,6 +61,7 @@ struct Findings {
              u"Days of a business calendar, taken over as numbers (%1)"_s);
         tell(dateLetters, u"Datumsvariablen, deren fehlende Werte mit Buchstaben als gültige Codes stehen (%1)"_s,
              u"Date variables whose lettered missing values stand as valid codes (%1)"_s);
+        lines << encoded;
         if (measures > 0)
             lines << said(u"Nicht übernommen: Messniveaus von %1 Variablen"_s,
                           u"Not taken over: measurement levels of %1 variables"_s)
@@ -70,7 +73,8 @@ struct Findings {
 /// Turns one variable after the other into entries.
 class ContentBuilder {
 public:
-    ContentBuilder(const SurveyFile& file, const TaggedCodes& codes) : file_(file), codes_(codes) {}
+    ContentBuilder(const SurveyFile& file, const TaggedCodes& codes, const TextCodes& texts)
+        : file_(file), codes_(codes), texts_(texts) {}
 
     void add(int index, const VariableNames& names, const QString& table) {
         const SurveyVariable& variable = file_.variables[static_cast<size_t>(index)];
@@ -79,6 +83,10 @@ public:
         if (time_.unit == TimeFormat::Unit::StataBusiness)
             findings_.calendars << names.name;
         findings_.measures += variable.hasMeasure;
+        if (texts_.encodes(index)) {
+            addEncoded(index, variable, names, table);
+            return;
+        }
         const QString missing = missingOf(index, variable, names.name);
         content_.variables.push_back(
             {names.name, variable.label, table, names.field, variable.format, missing, index + 1});
@@ -94,6 +102,7 @@ public:
 private:
     const SurveyFile& file_;
     const TaggedCodes& codes_;
+    const TextCodes& texts_;
     StudyContent content_;
     Findings findings_;
     TimeFormat time_;
@@ -141,11 +150,8 @@ private:
 
     QString codeOf(int index, const SurveyVariable& variable, const SurveyLabel& label) const {
         switch (label.kind) {
-        case SurveyLabel::Text: {
-            const QByteArray utf8 = label.code.toUtf8();
-            return QString::fromUtf8(utf8.constData(),
-                                     lengthWithoutTrailingBlanks(utf8.constData(), static_cast<int>(utf8.size())));
-        }
+        case SurveyLabel::Text:
+            return textCode(label.code);
         case SurveyLabel::Letter:
             return codeText(codes_.code(index, label.letter));
         case SurveyLabel::Number:
@@ -154,6 +160,46 @@ private:
             break;
         }
         return {};
+    }
+
+    /// A variable whose texts became numbers; each label begins with the text that its number stands for.
+    void addEncoded(int index, const SurveyVariable& variable, const VariableNames& names, const QString& table) {
+        const QStringList codes = texts_.codes(index);
+        QHash<QString, QString> labels;
+        if (variable.labelSet >= 0)
+            for (const SurveyLabel& label : file_.labelSets[static_cast<size_t>(variable.labelSet)]) {
+                const QString code = textCode(label.code);
+                if (code.isEmpty())
+                    findings_.blankLabels << u"%1 '%2'"_s.arg(names.name, label.label);
+                else if (labels.contains(code))
+                    findings_.twiceLabels << u"%1 %2 '%3'"_s.arg(names.name, code, label.label);
+                else
+                    labels.insert(code, label.label);
+            }
+        std::vector<MissingRange> missing;
+        for (const QString& declared : variable.missingCodes)
+            if (const double number = static_cast<double>(codes.indexOf(textCode(declared)) + 1); number > 0)
+                missing.push_back({number, number});
+        const QString definition = missingDefinition(missing);
+        if (variable.otherMissingTexts || (!missing.empty() && definition.isEmpty()))
+            findings_.missingShapes << names.name;
+        const QString format = file_.stata ? u"%9.0g"_s : u"F%1"_s.arg(QString::number(codes.size()).size());
+        content_.variables.push_back({names.name, variable.label, table, names.field, format, definition, index + 1});
+        qsizetype withoutLabel = 0;
+        for (qsizetype i = 0; i < codes.size(); ++i) {
+            const QString label = labels.value(codes[i]);
+            withoutLabel += label.isEmpty();
+            content_.labels.push_back(
+                {names.name, QString::number(i + 1), label.isEmpty() ? codes[i] : codes[i] + u' ' + label, codes[i]});
+        }
+        const QString missingWords =
+            definition.isEmpty() ? QString() : said(u"fehlend: %1; "_s, u"missing: %1; "_s).arg(definition);
+        findings_.encoded << said(u"%1: Texte in Zahlen umgesetzt, 1 bis %2 in der Reihenfolge der Codes (%3 ohne "
+                                  u"Label; %4Format %5 → %6)"_s,
+                                  u"%1: texts encoded as numbers, 1 to %2 in the order of the codes (%3 without a "
+                                  u"label; %4format %5 → %6)"_s)
+                                 .arg(names.name, QString::number(codes.size()), QString::number(withoutLabel),
+                                      missingWords, variable.format, format);
     }
 
     void addLabels(int index, const SurveyVariable& variable, const QString& name) {
@@ -182,12 +228,12 @@ private:
 } // namespace
 
 StudyContent studyContent(const SurveyFile& file, const std::vector<VariableNames>& names,
-                          const std::vector<CaseTable>& tables, const TaggedCodes& codes) {
+                          const std::vector<CaseTable>& tables, const TaggedCodes& codes, const TextCodes& texts) {
     std::vector<QString> tableOf(names.size());
     for (const CaseTable& table : tables)
         for (const int index : table.variables)
             tableOf[static_cast<size_t>(index)] = table.name;
-    ContentBuilder builder(file, codes);
+    ContentBuilder builder(file, codes, texts);
     for (size_t i = 0; i < names.size(); ++i)
         builder.add(static_cast<int>(i), names[i], tableOf[i]);
     return builder.take();

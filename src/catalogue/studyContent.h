@@ -11,6 +11,7 @@ struct VariableEntry {
 
 struct LabelEntry {
     QString variable, code, label;
+    QString text = {}; ///< that the code stands for, where a text variable became numbers
 };
 
 struct StudyContent {
@@ -21,6 +22,6 @@ struct StudyContent {
     QStringList facts;
 };
 
-/// @param codes settled, after the cases are read
+/// @param codes, texts  settled, after the cases are read
 StudyContent studyContent(const SurveyFile& file, const std::vector<VariableNames>& names,
-                          const std::vector<CaseTable>& tables, const TaggedCodes& codes);
+                          const std::vector<CaseTable>& tables, const TaggedCodes& codes, const TextCodes& texts);

@@ -5,6 +5,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// What `--encode` without names is read as, and what the help shows behind it; no variable can be called so.
+constexpr const char* allWithCodes = "=VARS";
+
 /// vdx import: a survey file becomes a study of a catalogue.
 class ImportCommand : public Command {
 public:
@@ -14,6 +17,7 @@ public:
 private:
     std::string catalogue_, file_, study_, data_, title_, titleEnglish_, year_, group_, weightRe_, weightHh_, encoding_;
     bool replace_ = false;
+    std::vector<std::string> encode_;
     CLI::App* command_ = nullptr;
 
     std::optional<QString> given(const char* option, const std::string& text) const;
@@ -37,6 +41,10 @@ CLI::App* ImportCommand::declare(CLI::App& program) {
     command_
         ->add_option("--encoding", encoding_, "encoding of the file's texts, where the file itself is wrong about it")
         ->type_name("ENC");
+    command_->add_flag(
+        "--encode{" + std::string(allWithCodes) + "}", encode_,
+        "store text variables whose codes have labels or are declared missing as numbers, with the codes "
+        "in the labels; --encode=A,B: these text variables");
     command_->add_flag("--replace", replace_, "put the file in place of the study of that number");
     return command_;
 }
@@ -62,6 +70,13 @@ int ImportCommand::run(Session& session) {
     settings.weightHh = given("--weight-hh", weightHh_);
     settings.encoding = QString::fromStdString(encoding_);
     settings.replace = replace_;
+    for (const std::string& wish : encode_) {
+        if (wish == allWithCodes)
+            settings.encodeAll = true;
+        else
+            for (const QString& name : QString::fromStdString(wish).split(u','))
+                settings.encode << name.trimmed();
+    }
     if (session.errIsTerminal())
         settings.progress = session.progress();
     try {

@@ -96,6 +96,9 @@ INSTANTIATE_TEST_SUITE_P(
                 u"archive.json, Zeile 6 (views[0].entries[0].entries[0].study): 'QX1' kommt zweimal vor"},
         Refused{"study_without_file", withEntries(R"({"study": "QX1"})"),
                 u"archive.json, Zeile 5 (views[0].entries[0]): 'file' fehlt"},
+        Refused{"neither_true_nor_a_list", withEntries(R"({"study": "QX1", "file": "a", "encode": "V1"})"),
+                u"archive.json, Zeile 5 (views[0].entries[0].encode): hier wird true, false oder eine Liste von "
+                u"Variablen erwartet"},
         Refused{"show_card_elsewhere",
                 withEntries(R"({"study": "QX1", "file": "a", "variables": {"V1": {"showCard": "..\\x.png"}}})"),
                 u"archive.json, Zeile 5 (views[0].entries[0].variables.V1.showCard): '..\\x.png' liegt nicht im "

@@ -116,6 +116,9 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"variable_of_a_part", R"(, "parts": [{"number": "A", "variable": "V9"}])", "",
               u"archive.json, Zeile 2 (views[0].entries[0].parts[0].variable): die Studie 'QX1' hat keine "
               u"Variable 'V9'"},
+        Fault{"number_to_be_encoded", R"(, "encode": ["V2"])", "",
+              u"archive.json, Zeile 2 (views[0].entries[0].encode): In Zahlen umsetzen, V2: Die Variable ist in der "
+              u"Datei kein Text"},
         Fault{"variable_of_a_table", R"(, "tables": [{"variables": ["V9"]}])", "",
               u"archive.json, Zeile 2 (views[0].entries[0]): Variable V9 gibt es in der Datei nicht"},
         Fault{"weight", R"(, "weightRE": "V9")", "",
