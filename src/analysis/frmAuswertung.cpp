@@ -212,7 +212,12 @@ void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
     if (showing_)
         return;
     const QScopedValueRollback<bool> showing(showing_, true);
-    SSTab_->setCurrentIndex(model_.tab());
+    // In the middle of its own change, in which a field loses the focus, the tab bar would get out of step with the
+    // page; what follows the change shows the tab.
+    if (SSTab_->currentIndex() == shownTab_) {
+        shownTab_ = model_.tab();
+        SSTab_->setCurrentIndex(shownTab_);
+    }
     for (frmAuswertungPart* part : parts())
         (part->*what)();
 }
@@ -220,17 +225,46 @@ void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
 void frmAuswertung::act(const std::function<void()>& step) {
     if (showing_ || gBusy > 0)
         return;
+    if (finishing_) {
+        // A choice that was typed: the gesture that it is taken for shows it.
+        trapped(step);
+        return;
+    }
     const GestureScope gesture;
-    cases_->finishFilter();
+    finishTyping();
     trapped(step);
     showParts(&frmAuswertungPart::show);
 }
 
+/// What was typed counts before anything else is done.
+void frmAuswertung::finishTyping() {
+    if (finishing_)
+        return;
+    const QScopedValueRollback<bool> finishing(finishing_, true);
+    for (frmAuswertungPart* part : parts())
+        part->finishTyping();
+}
+
+/// A table must not be of another choice than the one that can be read in the window.
+bool frmAuswertung::mayRun() {
+    for (const frmAuswertungPart* part : parts())
+        if (const auto objection = part->objection()) {
+            model_.changeTab(0);
+            showParts(&frmAuswertungPart::show);
+            objection->field->setFocus();
+            ui::asker().messageBox({.text = objection->words, .icon = ui::Icon::Exclamation});
+            return false;
+        }
+    return true;
+}
+
 void frmAuswertung::run(const std::function<void()>& step) {
-    if (showing_ || gBusy > 0 || AnalysisModel::running())
+    if (showing_ || finishing_ || gBusy > 0 || AnalysisModel::running())
         return;
     const GestureScope gesture;
-    cases_->finishFilter();
+    finishTyping();
+    if (!mayRun())
+        return;
     {
         const RunGuard::Scope guard([this] { model_.stop(); }, {table_->cmdStop(), SSTab_->tabBar()});
         const BusyScope busy;
@@ -248,6 +282,7 @@ void frmAuswertung::run(const std::function<void()>& step) {
 void frmAuswertung::changeTab(int tab) {
     if (showing_)
         return;
+    shownTab_ = tab;
     if (AnalysisModel::running()) {
         // Its own run is stopped by this, and the window goes there; another one's is let alone.
         model_.changeTab(tab);

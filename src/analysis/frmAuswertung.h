@@ -51,7 +51,9 @@ private:
     std::unique_ptr<frmAuswertungCases> cases_;
     std::unique_ptr<frmAuswertungComparison> comparison_;
     std::unique_ptr<frmAuswertungTable> table_;
-    bool showing_ = false; ///< the window is being set from the model
+    bool showing_ = false;   ///< the window is being set from the model
+    bool finishing_ = false; ///< what was typed is being taken
+    int shownTab_ = 0;       ///< the tab that the window has followed; another one in SSTab is on its way
 
     void build();
     QWidget* buildRequest();
@@ -62,4 +64,6 @@ private:
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
     void changeTab(int tab);
+    void finishTyping();
+    bool mayRun();
 };

@@ -126,7 +126,7 @@ void frmAuswertungCases::connectFilter() {
     });
     connect(txtFilter_, &QLineEdit::editingFinished, this, [this] {
         if (filterTyped_)
-            act([] {});
+            finishTypingSoon();
     });
 }
 
@@ -151,9 +151,14 @@ bool frmAuswertungCases::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-void frmAuswertungCases::finishFilter() {
+void frmAuswertungCases::finishTyping() {
+    dbcVarGewicht_1Uni_->finish();
     if (std::exchange(filterTyped_, false) && model_.request().optFilter == FilterKind::FilterUser)
         trapped([this] { model_.comparison().ApplyComparisonEntryChange(true); });
+}
+
+std::optional<frmAuswertungPart::Objection> frmAuswertungCases::objection() const {
+    return objectionOf({dbcVarGewicht_1Uni_});
 }
 
 /// The kind of table decides which weights and parts there are.

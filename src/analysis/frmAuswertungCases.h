@@ -17,8 +17,9 @@ public:
     const QList<QWidget*>& captions() const { return captions_; }
     /// Font or texts are others.
     void alignWeights();
-    /// The text that was typed counts for the selected entry of a comparison once its editing is over, whichever way.
-    void finishFilter();
+    /// The text of the filter counts for the selected entry of a comparison once its editing is over, whichever way.
+    void finishTyping() override;
+    std::optional<Objection> objection() const override;
     /// What is being typed counts no more.
     void forgetFilter() { filterTyped_ = false; }
 

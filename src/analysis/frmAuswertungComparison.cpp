@@ -33,21 +33,21 @@ QWidget* entriesBox(EntryList* entries, QLabel* label, std::initializer_list<QPu
     return box;
 }
 
-/// Shows these texts; a list that shows them already keeps its place.
+/// Shows these texts. Entries keep their places and only get other words: the list may be in the middle of a change of
+/// its selection.
 void showTexts(QListWidget& list, const QStringList& texts) {
-    QStringList shown;
-    for (int row = 0; row < list.count(); ++row)
-        shown << list.item(row)->text();
-    if (shown == texts)
-        return;
     const QSignalBlocker quiet(list);
+    const bool more = list.count()<texts.size(), fewer = list.count()> texts.size();
     const int current = list.currentRow();
-    list.clear();
-    for (const QString& text : texts) {
-        auto* item = new QListWidgetItem(text, &list);
-        item->setToolTip(text.toHtmlEscaped());
+    while (list.count() > texts.size())
+        delete list.takeItem(list.count() - 1);
+    for (int row = 0; row < texts.size(); ++row) {
+        if (row == list.count())
+            list.addItem(QString());
+        list.item(row)->setText(texts[row]);
+        list.item(row)->setToolTip(texts[row].toHtmlEscaped());
     }
-    if (texts.isEmpty())
+    if (texts.isEmpty() || !(more || fewer))
         return;
     const bool one = list.selectionMode() == QAbstractItemView::SingleSelection;
     list.setCurrentRow(std::clamp(current, 0, list.count() - 1),

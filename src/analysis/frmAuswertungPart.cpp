@@ -43,6 +43,12 @@ void frmAuswertungPart::run(const Step& step) {
     window_.run(step);
 }
 
+void frmAuswertungPart::finishTypingSoon() {
+    touch();
+    QMetaObject::invokeMethod(
+        this, [this] { window_.act([] {}); }, Qt::QueuedConnection);
+}
+
 QLabel* frmAuswertungPart::factLabel(const QString& name, QWidget* parent) {
     auto* label = withOwnText(new QLabel(parent), name);
     label->setTextFormat(Qt::PlainText);
@@ -69,7 +75,17 @@ ChoicePicker* frmAuswertungPart::picker(const QString& name, QWidget* parent) {
 }
 
 ChoicePicker* frmAuswertungPart::searchPicker(const QString& name, QWidget* parent) {
-    return new ChoicePicker(name, ChoicePicker::Kind::Searched, parent);
+    auto* picker = new ChoicePicker(name, ChoicePicker::Kind::Searched, parent);
+    picker->onLeft = [this] { finishTypingSoon(); };
+    return picker;
+}
+
+std::optional<frmAuswertungPart::Objection>
+frmAuswertungPart::objectionOf(std::initializer_list<ChoicePicker*> pickers) {
+    for (ChoicePicker* picker : pickers)
+        if (const QString words = picker->objection(); !words.isEmpty())
+            return Objection{picker, picker->accessibleName() + u": "_s + words};
+    return std::nullopt;
 }
 
 void frmAuswertungPart::addRow(QVBoxLayout* rows, std::initializer_list<InRow> widgets, int hanging) {

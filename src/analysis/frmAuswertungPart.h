@@ -7,6 +7,7 @@
 #include <QObject>
 #include <bitset>
 #include <functional>
+#include <optional>
 
 class AnalysisModel;
 class ChoicePicker;
@@ -28,6 +29,14 @@ public:
     void showAll();
     /// Sets what a reader of the screen says for controls that have no caption of their own.
     virtual void nameForReaders() = 0;
+    /// What is being typed counts from now on, as far as it can.
+    virtual void finishTyping() {}
+    /// A field that keeps a run from beginning: what is wrong with what was typed in it.
+    struct Objection {
+        QWidget* field;
+        QString words;
+    };
+    virtual std::optional<Objection> objection() const { return std::nullopt; }
 
 protected:
     using Step = std::function<void()>;
@@ -57,6 +66,8 @@ protected:
     void act(const Step& step);
     /// The same for one that may compute.
     void run(const Step& step);
+    /// A field with something typed in it was left: what has the focus now is to get it first.
+    void finishTypingSoon();
     /// Shows the part again after this gesture.
     void touch() { changes_.touch(); }
 
@@ -74,7 +85,9 @@ protected:
     /// What a table of several views shows.
     static QComboBox* valuesPicker(const QString& name, QWidget* parent);
     static ChoicePicker* picker(const QString& name, QWidget* parent);
-    static ChoicePicker* searchPicker(const QString& name, QWidget* parent);
+    ChoicePicker* searchPicker(const QString& name, QWidget* parent);
+    /// Of a picker that is in use.
+    static std::optional<Objection> objectionOf(std::initializer_list<ChoicePicker*> pickers);
 
     struct InRow {
         QWidget* widget;

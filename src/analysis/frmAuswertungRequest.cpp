@@ -113,6 +113,15 @@ void frmAuswertungRequest::changeMode(bool AnalysisRequest::*choice, bool on) {
     act([&] { model_.edit().change(RequestPart::Mode, [&](AnalysisRequest& request) { request.*choice = on; }); });
 }
 
+void frmAuswertungRequest::finishTyping() {
+    first_.search->finish();
+    second_.search->finish();
+}
+
+std::optional<frmAuswertungPart::Objection> frmAuswertungRequest::objection() const {
+    return objectionOf({first_.search, second_.search});
+}
+
 bool frmAuswertungRequest::concerns(RequestPart part) const {
     return part == RequestPart::Study || part == RequestPart::Variables || part == RequestPart::Mode;
 }
@@ -168,6 +177,8 @@ void frmAuswertungRequest::showMode() {
     const AnalysisView view = model_.view();
     modes_[static_cast<size_t>(r.mode)]->setChecked(true);
     second_.frame->setVisible(view.secondVariable);
+    if (!view.secondVariable)
+        second_.search->restore();
     cmdDescriptives_->setVisible(view.cmdDescriptives);
     chkDescGroup_->setVisible(view.cmdDescriptives);
     chkDescGroup_->setChecked(r.chkDescGroup);

@@ -20,6 +20,8 @@ public:
     const QList<QWidget*>& captions() const { return captions_; }
 
     void nameForReaders() override;
+    void finishTyping() override;
+    std::optional<Objection> objection() const override;
 
 protected:
     bool concerns(RequestPart part) const override;

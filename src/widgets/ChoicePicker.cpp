@@ -1,19 +1,36 @@
 #include "widgets/ChoicePicker.h"
 
+#include "app/globals.h"
 #include "widgets/BestFirst.h"
+#include "widgets/Icons.h"
 #include "widgets/toolTips.h"
 
 #include <QAbstractItemView>
+#include <QAction>
+#include <QApplication>
 #include <QCompleter>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
 #include <QStyleOptionComboBox>
 #include <QWheelEvent>
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace {
+
 constexpr int visibleChoices = 18;
+
+/// A list that is open has windows of its own within the picker.
+bool belongsTo(const QWidget* picker, const QWidget* widget) {
+    while (widget && widget != picker)
+        widget = widget->parentWidget();
+    return widget != nullptr;
 }
+
+} // namespace
 
 ChoicePicker::ChoicePicker(const QString& name, Kind kind, QWidget* parent) : QComboBox(parent) {
     setObjectName(name);
@@ -43,10 +60,21 @@ ChoicePicker::ChoicePicker(const QString& name, Kind kind, QWidget* parent) : QC
     offered->setUniformItemSizes(true);
     completer->setPopup(offered);
     setCompleter(completer);
-    connect(lineEdit(), &QLineEdit::textEdited, this, [found](const QString& text) { found->fit(text.trimmed()); });
+    connect(lineEdit(), &QLineEdit::textEdited, this, [this, found](const QString& text) {
+        found->fit(text.trimmed());
+        setTyped(Typed::Search);
+    });
     lineEdit()->installEventFilter(this);
-    connect(lineEdit(), &QLineEdit::returnPressed, this, [this] { chooseTyped(); });
-    connect(lineEdit(), &QLineEdit::editingFinished, this, [this] { restore(); });
+    // The completer keeps it from the line that it has lost the focus while its list is open.
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
+        if (old == this)
+            leave(now);
+    });
+}
+
+ChoicePicker::~ChoicePicker() {
+    // The focus leaves it once more when it is no picker any longer.
+    disconnect(qApp, nullptr, this, nullptr);
 }
 
 void ChoicePicker::setChoices(const QStringList& choices) {
@@ -54,14 +82,19 @@ void ChoicePicker::setChoices(const QStringList& choices) {
         return;
     choices_ = choices;
     shown_ = -1;
-    const QSignalBlocker quiet(this);
-    clear();
-    addItems(choices);
-    setCurrentIndex(-1);
+    {
+        const QSignalBlocker quiet(this);
+        clear();
+        addItems(choices);
+    }
+    restore();
 }
 
 void ChoicePicker::showChoice(int index) {
-    shown_ = index < choices_.size() ? index : -1;
+    const int wanted = index < choices_.size() ? index : -1;
+    if (typed_ != Typed::Nothing && wanted == shown_)
+        return;
+    shown_ = wanted;
     restore();
 }
 
@@ -86,8 +119,10 @@ void ChoicePicker::choose(int index) {
 /// Enter takes the choice that fits what was typed best.
 void ChoicePicker::chooseTyped() {
     const QString typed = lineEdit()->text().trimmed();
-    if (typed.isEmpty() || isUntouched())
+    if (typed.isEmpty() || isUntouched()) {
+        restore();
         return;
+    }
     int best = -1, least = BestFirst::noMatch;
     for (int i = 0; i < choices_.size() && least > 0; ++i)
         if (const int here = BestFirst::misfit(choices_[i], typed); here < least) {
@@ -96,12 +131,68 @@ void ChoicePicker::chooseTyped() {
         }
     if (best >= 0)
         choose(best);
+    else
+        setTyped(Typed::NoChoice);
+}
+
+bool ChoicePicker::finish() {
+    if (typed_ == Typed::Nothing)
+        return true;
+    const QString typed = lineEdit()->text().trimmed();
+    const int match = typed.isEmpty() || isUntouched() ? shown_ : onlyMatch(typed);
+    if (match >= 0 || typed.isEmpty())
+        choose(match);
+    return typed_ == Typed::Nothing;
+}
+
+/// A name or a whole text goes before a label, and that before what is found in the middle. @return -1, marked, for
+/// none or several
+int ChoicePicker::onlyMatch(const QString& typed) {
+    const auto isSame = [&](QStringView text) { return text.compare(typed, Qt::CaseInsensitive) == 0; };
+    const std::function<bool(const QString&)> degrees[] = {
+        [&](const QString& choice) { return isSame(choice) || isSame(QStringView(choice).left(choice.indexOf(u':'))); },
+        [&](const QString& choice) { return isSame(QStringView(choice).mid(choice.indexOf(u':') + 1).trimmed()); },
+        [&](const QString& choice) { return choice.contains(typed, Qt::CaseInsensitive); }};
+    for (const auto& fits : degrees) {
+        const auto first = std::ranges::find_if(choices_, fits);
+        if (first == choices_.end())
+            continue;
+        if (std::find_if(first + 1, choices_.end(), fits) == choices_.end())
+            return static_cast<int>(first - choices_.begin());
+        setTyped(Typed::SeveralChoices);
+        return -1;
+    }
+    setTyped(Typed::NoChoice);
+    return -1;
+}
+
+QString ChoicePicker::objection() const {
+    const QString words = typed_ == Typed::NoChoice         ? u"\"%1\" ist nicht in der Liste."_s
+                          : typed_ == Typed::SeveralChoices ? u"\"%1\" passt auf mehrere Einträge der Liste."_s
+                                                            : QString();
+    return words.isEmpty() ? QString() : TranslateText(words).arg(lineEdit()->text().trimmed());
+}
+
+/// A sign in the line tells what is wrong with it, in any palette, and to a reader of the screen.
+void ChoicePicker::setTyped(Typed typed) {
+    typed_ = typed;
+    const QString words = objection();
+    if (words.isEmpty())
+        delete std::exchange(mark_, nullptr);
+    else if (!mark_)
+        mark_ = lineEdit()->addAction(Icons::get(u"warning"_s), QLineEdit::TrailingPosition);
+    setAccessibleDescription(words);
+    if (mark_) {
+        mark_->setToolTip(plainToolTip(words));
+        setToolTip(plainToolTip(words));
+    }
 }
 
 /// Shows the choice again, whatever stands in the line.
 void ChoicePicker::restore() {
     const QSignalBlocker quiet(this);
     setCurrentIndex(shown_);
+    setTyped(Typed::Nothing);
     if (lineEdit()) {
         lineEdit()->setText(shown_ < 0 ? QString() : choices_[shown_]);
         if (hasFocus())
@@ -110,6 +201,29 @@ void ChoicePicker::restore() {
             lineEdit()->setCursorPosition(0);
     }
     setToolTip(shown_ < 0 ? QString() : plainToolTip(choices_[shown_]));
+}
+
+void ChoicePicker::closeLists() {
+    if (completer())
+        completer()->popup()->hide();
+    hidePopup();
+}
+
+void ChoicePicker::leave(const QWidget* now) {
+    if (belongsTo(this, now) || (completer() && belongsTo(completer()->popup(), now)))
+        return;
+    closeLists();
+    if (typed_ != Typed::Nothing && onLeft)
+        onLeft();
+    else if (typed_ == Typed::Nothing)
+        lineEdit()->setCursorPosition(0);
+}
+
+/// What was typed in a field that can't be used counts for nothing.
+void ChoicePicker::changeEvent(QEvent* event) {
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange && !isEnabled() && typed_ != Typed::Nothing)
+        restore();
 }
 
 /// The first key of a search replaces what is shown, which is read from its beginning until then.
@@ -138,9 +252,18 @@ bool ChoicePicker::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ChoicePicker::keyPressEvent(QKeyEvent* event) {
-    // The line has no focus of its own: its keys come here.
-    if (lineEdit() && event->key() == Qt::Key_Escape) {
-        restore();
+    // The line has no focus of its own: its keys come here. What it has no use for is the window's.
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (lineEdit() && (enter || event->key() == Qt::Key_Escape)) {
+        if (typed_ == Typed::Nothing) {
+            event->ignore();
+            return;
+        }
+        closeLists();
+        if (enter)
+            chooseTyped();
+        else
+            restore();
         return;
     }
     if (onKey && (event->key() == Qt::Key_Delete || !event->text().trimmed().isEmpty())) {

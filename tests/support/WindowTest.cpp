@@ -13,10 +13,36 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
-WindowTest::WindowTest() {
+namespace {
+
+/// On a desktop a list that drops down leaves the window active that it belongs to. The offscreen platform makes the
+/// list the active one, and none when it closes.
+class PopupWatch : public QObject {
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override {
+        auto* widget = qobject_cast<QWidget*>(object);
+        if (!widget || !widget->isWindow())
+            return false;
+        const bool popup = widget->windowType() == Qt::Popup;
+        if (event->type() == QEvent::WindowActivate && !popup)
+            behind_ = widget;
+        else if (event->type() == QEvent::Hide && popup && behind_ && behind_->isVisible())
+            behind_->activateWindow();
+        return false;
+    }
+
+private:
+    QPointer<QWidget> behind_;
+};
+
+} // namespace
+
+WindowTest::WindowTest() : popups_(std::make_unique<PopupWatch>()) {
+    qApp->installEventFilter(popups_.get());
     gOptions = {};
     QFile::copy(QStringLiteral(VARIDEX_BINARIES "/Vx.mdb"), Paths::join(Paths::applicationFolder(), u"Vx.mdb"_s));
     mdLanguage::LoadTextTable();

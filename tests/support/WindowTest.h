@@ -31,4 +31,5 @@ protected:
 
 private:
     QTimer watch_;
+    std::unique_ptr<QObject> popups_;
 };
