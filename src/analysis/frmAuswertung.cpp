@@ -145,7 +145,7 @@ void frmAuswertung::preselect(const frmExplorer& explorer) {
     const bool ofList = explorer.place() == frmExplorer::Place::List;
     std::vector<SelectedVariable> selection;
     const auto add = [&](const VariableRow& row) { selection.push_back({row.cell(1), row.Text}); };
-    if (ofTree)
+    if (ofTree && !shown.searchesView())
         std::ranges::for_each(shown.list.rows, add);
     else if (ofList)
         for (const int row : explorer.selectedRows())

@@ -72,7 +72,8 @@ ExplorerLayout ExplorerLayout::fromText(const QString& text) {
 void ExplorerLayout::takeFrom(const VariableList& variables) {
     columns.clear();
     for (const ListColumn& column : variables.columns)
-        columns.push_back({column.Key, column.Width});
+        if (column.widthBy == ListColumn::By::User)
+            columns.push_back({column.Key, column.Width});
     const auto sorted = static_cast<size_t>(variables.sortKey);
     sortKey = variables.sorted && sorted < variables.columns.size() ? variables.columns[sorted].Key : QString();
     descending = variables.descending;
@@ -80,8 +81,13 @@ void ExplorerLayout::takeFrom(const VariableList& variables) {
 
 void ExplorerLayout::giveTo(VariableList& variables) const {
     for (const Column& column : columns)
-        if (const int place = variables.columnOf(column.key); place >= 0)
-            variables.columns[static_cast<size_t>(place)].Width = column.width;
+        if (const int place = variables.columnOf(column.key); place >= 0) {
+            ListColumn& given = variables.columns[static_cast<size_t>(place)];
+            // Earlier versions stored a width for every column; one that nobody changed is none that a user has set.
+            if (given.Width != column.width)
+                given.widthBy = ListColumn::By::User;
+            given.Width = column.width;
+        }
     const int sorted = variables.columnOf(sortKey);
     variables.sorted = sorted >= 0;
     if (variables.sorted) {

@@ -14,8 +14,8 @@ struct ExplorerLayout {
         QString key;
         int width; ///< twips
     };
-    std::vector<Column> columns;
-    QString sortKey; ///< key of the column; empty for the statement's order
+    std::vector<Column> columns; ///< those that the user has given a width
+    QString sortKey;             ///< key of the column; empty for the statement's order
     bool descending = false;
 
     QString toText() const;

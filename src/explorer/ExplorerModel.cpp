@@ -9,6 +9,8 @@ void ExplorerModel::open(int view) {
     state.bIsStudy = gViews.at(view, ViewTable::Type) == u"1";
     state.bELTree = state.bELVV = state.bVarWindowForEnglishLanguage = gOptions.EnglishLanguage;
     list = VariableList();
+    ownRows_ = false;
+    search_.clear();
     list.makeColumns(state.bELTree);
     Update_TreeView(tree, view, state.bELTree);
 }
@@ -17,16 +19,24 @@ bool ExplorerModel::select(const QString& key, bool force) {
     const CatalogueNode* node = tree.find(key);
     if (!node)
         return false;
+    if (force)
+        search_.clear();
     Update_Listview(*node, force, state, list, *this, state.ltreetype);
     return true;
 }
 
+/// A row that was found in the view is shown as one of the entry where it stands.
+const CatalogueNode* ExplorerModel::nodeOf(const VariableRow& row) const {
+    return searchesView() ? search_.nodeOf(row.Position) : selectedNode();
+}
+
 bool ExplorerModel::showRow(int row, bool assignments) {
-    const CatalogueNode* node = selectedNode();
-    if (!node || row < 0 || row >= static_cast<int>(list.rows.size()))
+    if (row < 0 || row >= static_cast<int>(list.rows.size()))
         return false;
     const VariableRow& variable = list.rows[static_cast<size_t>(row)];
-    if (!panelA.show(*node, variable.cell(1), variable.Text, state, list.recordset))
+    const CatalogueNode* node = nodeOf(variable);
+    if (!node || !panelA.show(*node, variable.cell(1), variable.Text, state,
+                              searchesView() ? dao::RecordsetPtr() : list.recordset))
         return false;
     if (state.bOpenSecondVarWindow)
         showRowInB(row);
@@ -38,11 +48,11 @@ bool ExplorerModel::showRow(int row, bool assignments) {
 bool ExplorerModel::showRowInB(int row) {
     if (state.lVarWindow == 0)
         state.lVarWindow = 1;
-    const CatalogueNode* node = selectedNode();
-    if (!node || row < 0 || row >= static_cast<int>(list.rows.size()))
+    if (row < 0 || row >= static_cast<int>(list.rows.size()))
         return false;
     const VariableRow& variable = list.rows[static_cast<size_t>(row)];
-    if (!panelB.show(*node, variable.cell(1), variable.Text, state))
+    const CatalogueNode* node = nodeOf(variable);
+    if (!node || !panelB.show(*node, variable.cell(1), variable.Text, state))
         return false;
     Fill(DBList1_B, panelB.study(), panelB.variable(), state.bELTree);
     return true;
@@ -71,19 +81,41 @@ int ExplorerModel::stepInList(Step step, int current) const {
 }
 
 void ExplorerModel::prepareFilter() {
-    if (!texts_.isRead() && list.recordset)
+    if (searchesView() && !search_.isRead())
+        search_.read(tree, state, list);
+    else if (!searchesView() && !texts_.isRead() && list.recordset)
         texts_.read(*list.recordset);
 }
 
 void ExplorerModel::setFilter(const QString& words) {
-    filter_ = words;
-    if (!words.isEmpty())
+    filter_ = words.trimmed().isEmpty() ? QString() : words;
+    if (!filter_.isEmpty())
         prepareFilter();
-    list.filterBy(texts_.matching(words));
+    if (searchesView())
+        searchView();
+    else
+        list.filterBy(texts_.matching(words));
+}
+
+void ExplorerModel::searchView() {
+    list.rows.clear();
+    list.selectedRow = -1;
+    found_ = search_.find(filter_, list.rows);
+    list.filterBy({});
+    list.sort();
+}
+
+int ExplorerModel::found() const {
+    return searchesView() ? found_ : static_cast<int>(list.shown.size());
+}
+
+int ExplorerModel::searched() const {
+    return searchesView() ? search_.size() : static_cast<int>(list.rows.size());
 }
 
 void ExplorerModel::listFilled() {
     texts_.clear();
+    ownRows_ = !list.rows.empty();
     // The filter was meant for the entry that was shown; what was only read again stays narrowed.
     setFilter(filteredId_ == state.sel_id ? filter_ : QString());
     filteredId_ = state.sel_id;

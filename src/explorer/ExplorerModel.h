@@ -6,6 +6,7 @@
 #include "explorer/QuickFilter.h"
 #include "explorer/VariableList.h"
 #include "explorer/VariablePanel.h"
+#include "explorer/ViewSearch.h"
 
 /// One view of the open catalogue as an explorer shows it, without the window: its state, its tree, its list and its
 /// two panels.
@@ -40,18 +41,30 @@ public:
     int stepInList(Step step, int current) const;
 
     const QString& filter() const { return filter_; }
-    /// Narrows the list to the variables with these words in name, labels or question texts; empty shows all.
+    /// Narrows the list to the variables with these words in name, labels or question texts; empty shows all. An entry
+    /// without variables of its own lists those of the whole view that have the words.
     void setFilter(const QString& words);
     /// Gets the texts for the filter ready, which the first setFilter() would do otherwise.
     void prepareFilter();
+    /// True while there is nothing in the list to be narrowed, so that the filter searches the view: the rows are none
+    /// of the selected node's.
+    bool searchesView() const { return !ownRows_; }
+    /// Numbers of variables that the filter found and that it went through.
+    int found() const;
+    int searched() const;
 
 private:
     ListviewHost none_;
     ListviewHost* host_;
     QuickFilter texts_;
+    ViewSearch search_;
+    bool ownRows_ = false; ///< the selected node has variables
+    int found_ = 0;        ///< in the view
     QString filter_;
     QString filteredId_;
 
+    const CatalogueNode* nodeOf(const VariableRow& row) const;
+    void searchView();
     void nodeShown(const CatalogueNode& node) override { host_->nodeShown(node); }
     void listFilled() override;
     void clearPanelA() override;

@@ -34,25 +34,32 @@ void QuickFilter::clear() {
     read_ = false;
 }
 
-void QuickFilter::read(dao::Recordset& recordset) {
-    clear();
-    read_ = true;
-    std::vector<int> columns;
+QuickFilter::Source::Source(const dao::Recordset& recordset) : recordset_(recordset) {
     for (const QString& name :
          {u"fi_VariableNo"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_QuestionText"_s, u"dt_EnQuestionText"_s})
         if (recordset.hasField(name))
-            columns.push_back(recordset.indexOf(name));
+            columns_.push_back(recordset.indexOf(name));
+}
+
+void QuickFilter::add(const Source& source) {
+    read_ = true;
+    for (const int column : source.columns_) {
+        appendFolded(texts_, source.recordset_.value(column).toText());
+        texts_ += parting;
+    }
+    ends_.push_back(texts_.size());
+}
+
+void QuickFilter::read(dao::Recordset& recordset) {
+    clear();
+    read_ = true;
     if (recordset.RecordCount() == 0)
         return;
+    const Source source(recordset);
     const int place = recordset.AbsolutePosition();
     ends_.reserve(static_cast<size_t>(recordset.RecordCount()));
-    for (recordset.MoveFirst(); !recordset.Eof(); recordset.MoveNext()) {
-        for (const int column : columns) {
-            appendFolded(texts_, recordset.value(column).toText());
-            texts_ += parting;
-        }
-        ends_.push_back(texts_.size());
-    }
+    for (recordset.MoveFirst(); !recordset.Eof(); recordset.MoveNext())
+        add(source);
     texts_.squeeze();
     recordset.MoveFirst();
     if (place > 0)

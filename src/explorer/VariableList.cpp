@@ -47,16 +47,6 @@ QString sourceField(const QString& key, bool english) {
     return {};
 }
 
-/// Place of each column's field in a recordset, the name's apart; -1 where there is none.
-std::vector<int> sourceColumns(const VariableList& list, const dao::Recordset& recordset, bool english) {
-    std::vector<int> places;
-    for (size_t i = 1; i < list.columns.size(); ++i) {
-        const QString field = sourceField(list.columns[i].Key, english);
-        places.push_back(!field.isEmpty() && recordset.hasField(field) ? recordset.indexOf(field) : -1);
-    }
-    return places;
-}
-
 /// Study, year and wave are mostly those of the row before: one copy serves both.
 void shareEqualTexts(const VariableRow& before, VariableRow& row) {
     for (size_t i = 0; i < row.SubItems.size(); ++i)
@@ -66,24 +56,23 @@ void shareEqualTexts(const VariableRow& before, VariableRow& row) {
 
 /// Fills the rows in the statement's order. @return the greatest length of a variable name
 qsizetype fillRows(VariableList& list, dao::Recordset& recordset, bool english) {
-    const int name = recordset.indexOf(u"fi_VariableNo"_s);
-    const std::vector<int> places = sourceColumns(list, recordset, english);
+    const RowReader reader(list, recordset, english);
     const int count = recordset.RecordCount();
     qsizetype longest = 0;
     list.rows.clear();
     list.rows.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i, recordset.MoveNext()) {
-        VariableRow& row = list.rows.emplace_back();
-        row.Position = i;
-        row.Text = recordset.value(name).toText();
+        VariableRow& row = list.rows.emplace_back(reader.current(i));
         longest = std::max(longest, row.Text.size());
-        row.SubItems.reserve(places.size());
-        for (const int place : places)
-            row.SubItems.push_back(place < 0 ? QString() : recordset.value(place).toText());
         if (i > 0)
             shareEqualTexts(list.rows[static_cast<size_t>(i) - 1], row);
     }
     return longest;
+}
+
+void setWidthByOption(ListColumn& column, int width) {
+    column.Width = width;
+    column.widthBy = ListColumn::By::Option;
 }
 
 void fill(VariableList& list, dao::Recordset& recordset, bool english) {
@@ -92,7 +81,7 @@ void fill(VariableList& list, dao::Recordset& recordset, bool english) {
     list.sort();
     list.selectedRow = list.rows.empty() ? -1 : 0;
     if (gOptions.AutomaticVariableColumnWidth && longest != 0 && !list.columns.empty())
-        list.columns.front().Width = static_cast<int>(longest) * 150 + 400;
+        setWidthByOption(list.columns.front(), static_cast<int>(longest) * 150 + 400);
 }
 
 } // namespace
@@ -103,6 +92,24 @@ const QString& VariableRow::cell(int column) const {
         return Text;
     const size_t subItem = static_cast<size_t>(column) - 1;
     return column > 0 && subItem < SubItems.size() ? SubItems[subItem] : nothing;
+}
+
+RowReader::RowReader(const VariableList& list, const dao::Recordset& recordset, bool english)
+    : recordset_(recordset), name_(recordset.indexOf(u"fi_VariableNo"_s)) {
+    for (size_t i = 1; i < list.columns.size(); ++i) {
+        const QString field = sourceField(list.columns[i].Key, english);
+        places_.push_back(!field.isEmpty() && recordset.hasField(field) ? recordset.indexOf(field) : -1);
+    }
+}
+
+VariableRow RowReader::current(int position) const {
+    VariableRow row;
+    row.Position = position;
+    row.Text = recordset_.value(name_).toText();
+    row.SubItems.reserve(places_.size());
+    for (const int place : places_)
+        row.SubItems.push_back(place < 0 ? QString() : recordset_.value(place).toText());
+    return row;
 }
 
 void VariableList::makeColumns(bool english) {

@@ -11,6 +11,8 @@ struct ListColumn {
     QString Key; ///< VN, SN, WE, SY, VL, EL; a window may add ST, QT, EQ
     int Width;   ///< twips
     QString Heading;
+    /// Who has set the width; without anybody the list makes it fit its texts.
+    enum class By { Nobody, Option, User } widthBy = By::Nobody;
 };
 
 /// One variable: its name, and a text for each further column of the list.
@@ -64,6 +66,18 @@ private:
     void findShown();
 };
 
+/// Makes rows of a list's columns from the records of a recordset, its fields looked up once.
+class RowReader {
+public:
+    RowReader(const VariableList& list, const dao::Recordset& recordset, bool english);
+    VariableRow current(int position) const;
+
+private:
+    const dao::Recordset& recordset_;
+    int name_;
+    std::vector<int> places_; ///< of each further column's field; -1 where there is none
+};
+
 /// What the window does while its list is being filled; without a window there is nothing to do.
 class ListviewHost {
 public:
@@ -88,3 +102,5 @@ QString studyVariablesStatement(const QString& table, const QString& id, bool va
 QString categoryVariablesStatement(const QString& table, const QString& studyTable, const QString& id, bool varGroups);
 /// Either, by the kind of view.
 QString nodeVariablesStatement(bool study, int view, const QString& id, bool varGroups);
+/// The same variables with no more of each than a search needs.
+QString searchedVariablesStatement(bool study, int view, const QString& id, bool varGroups);

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
@@ -77,7 +78,7 @@ void frmExplorerList::setTitle(const QString& title) {
 void frmExplorerList::fill() {
     txtQuickFilter_->setText(model_.filter());
     lvListView_->listChanged();
-    lvListView_->showColumns();
+    lvListView_->fitColumns();
     if (const int place = model_.list.placeOf(model_.list.selectedRow); place >= 0)
         lvListView_->selectOnly(place);
     showRowCount();
@@ -129,8 +130,11 @@ void frmExplorerList::headerChosen(int column) {
 void frmExplorerList::filterChanged() {
     const std::vector<int> selected = selectedPositions();
     const int current = currentPosition();
+    const bool wasEmpty = model_.list.rows.empty();
     model_.setFilter(txtQuickFilter_->text());
     orderChanged(selected, current);
+    if (wasEmpty)
+        lvListView_->fitColumns();
     showRowCount();
 }
 
@@ -139,14 +143,12 @@ void frmExplorerList::orderChanged(const std::vector<int>& selected, int current
     const BusyScope busy;
     const VariableList& list = model_.list;
     lvListView_->listChanged();
-    std::vector<bool> wanted(list.rows.size());
-    for (const int position : selected)
-        wanted[static_cast<size_t>(position)] = true;
+    const QSet<int> wanted(selected.begin(), selected.end());
     std::vector<int> places;
     int currentPlace = -1;
     for (size_t place = 0; place < list.shown.size(); ++place) {
         const int position = list.rows[static_cast<size_t>(list.shown[place])].Position;
-        if (wanted[static_cast<size_t>(position)])
+        if (wanted.contains(position))
             places.push_back(static_cast<int>(place));
         if (position == current)
             currentPlace = static_cast<int>(place);
@@ -156,20 +158,37 @@ void frmExplorerList::orderChanged(const std::vector<int>& selected, int current
 }
 
 void frmExplorerList::showRowCount() {
-    const QString all = QString::number(model_.list.rows.size());
-    const QString shown = QString::number(model_.list.shown.size());
-    lblRowCount_->setText((model_.filter().isEmpty() ? all : shown + u' ' + TranslateText(u"von"_s) + u' ' + all) +
-                          u' ' + TranslateText(model_.list.rows.size() == 1 ? u"Variable"_s : u"Variablen"_s));
-    // An entry without variables is no fault, and says nothing.
-    lvListView_->setHint(!model_.selectedNode()
-                             ? TranslateText(u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s)
-                         : model_.list.rows.empty() ? QString()
-                                                    : TranslateText(u"Zum Schnellfilter passt keine Variable."_s));
+    const bool narrowed = !model_.filter().isEmpty();
+    const int all = model_.searchesView() && !narrowed ? 0 : model_.searched();
+    QString text = QString::number(all) + u' ' + TranslateText(all == 1 ? u"Variable"_s : u"Variablen"_s);
+    if (narrowed)
+        text = QString::number(model_.found()) + u' ' + TranslateText(u"von"_s) + u' ' + text;
+    if (model_.found() > static_cast<int>(model_.list.shown.size()))
+        text += u", "_s + TranslateText(u"die ersten %1 gezeigt"_s).arg(model_.list.shown.size());
+    lblRowCount_->setText(text);
+    showHints();
+}
+
+/// What there is to do where nothing is listed.
+void frmExplorerList::showHints() {
+    const QString search = TranslateText(u"Der Schnellfilter sucht in der ganzen Sicht."_s);
+    QString hint = TranslateText(u"Zum Schnellfilter passt keine Variable."_s);
+    if (model_.searchesView() && model_.filter().isEmpty())
+        hint =
+            TranslateText(model_.selectedNode() ? u"Dieser Eintrag hat keine eigenen Variablen."_s
+                                                : u"Wählen Sie links einen Eintrag, um seine Variablen zu sehen."_s) +
+            u' ' + search;
+    lvListView_->setHint(hint);
+    lvListView_->setAccessibleDescription(model_.list.shown.empty() ? hint : QString());
+    txtQuickFilter_->setPlaceholderText(
+        TranslateText(model_.searchesView() ? u"In der ganzen Sicht: Name, Label oder Fragetext enthält …"_s
+                                            : u"Name, Label oder Fragetext enthält …"_s));
+    txtQuickFilter_->setAccessibleDescription(model_.searchesView() ? search : QString());
 }
 
 void frmExplorerList::refreshTitles() {
     lvListView_->setAccessibleName(TranslateText(u"Variablen"_s));
-    txtQuickFilter_->setPlaceholderText(TranslateText(u"Name, Label oder Fragetext enthält …"_s));
+    lvListView_->fitColumns();
     txtQuickFilter_->setAccessibleName(TranslateText(u"Schnellfilter der Variablenliste"_s));
     txtQuickFilter_->setToolTip(txtQuickFilter_->accessibleName() +
                                 u" (%1)"_s.arg(QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText)));

@@ -52,6 +52,7 @@ private:
     void filterChanged();
     void orderChanged(const std::vector<int>& selectedPositions, int currentPosition);
     void showRowCount();
+    void showHints();
     std::vector<int> selectedPositions() const;
     int currentPosition() const;
 };

@@ -158,6 +158,13 @@ void ValueTable::keyPressEvent(QKeyEvent* event) {
         QTableView::keyPressEvent(event);
 }
 
+/// Rows are what the keys go through.
+QModelIndex ValueTable::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (action == MoveHome || action == MoveEnd)
+        return model_.index(action == MoveHome ? 0 : model_.rowCount() - 1, ValueListModel::Code);
+    return QTableView::moveCursor(action, modifiers);
+}
+
 void ValueTable::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     if (model_.rowCount() == 0)

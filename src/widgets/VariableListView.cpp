@@ -82,6 +82,7 @@ VariableListView::VariableListView(VariableList& list, QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(true);
+    horizontalHeader()->setTextElideMode(Qt::ElideRight);
     horizontalHeader()->setStretchLastSection(true);
     horizontalHeader()->setSortIndicatorShown(true);
     connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) {
@@ -91,9 +92,11 @@ VariableListView::VariableListView(VariableList& list, QWidget* parent)
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
         // The width that the last one fills is not its own.
         const bool fills = column + 1 == model_.columnCount() && horizontalHeader()->length() <= viewport()->width();
-        if (!settingWidths_ && !fills && width > 0)
-            list_.columns[static_cast<size_t>(column)].Width =
-                pixelsToTwips(*this, qRound((width - iconRoom(column)) / fontScale()));
+        if (settingWidths_ || fills || width <= 0)
+            return;
+        ListColumn& set = list_.columns[static_cast<size_t>(column)];
+        set.Width = pixelsToTwips(*this, qRound((width - iconRoom(column)) / fontScale()));
+        set.widthBy = ListColumn::By::User;
     });
     fitRowHeight();
 }
@@ -109,7 +112,7 @@ void VariableListView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
         fitRowHeight();
-        showColumns();
+        fitColumns();
     }
 }
 
@@ -118,7 +121,11 @@ void VariableListView::resizeEvent(QResizeEvent* event) {
     const QModelIndex row = model_.index(currentPlace() >= 0 ? currentPlace() : firstSelectedPlace(), 0);
     const QRect before = visualRect(row);
     const bool inView = row.isValid() && before.top() >= 0 && before.bottom() < event->oldSize().height();
-    QTableView::resizeEvent(event);
+    {
+        const QScopedValueRollback setting(settingWidths_, true);
+        QTableView::resizeEvent(event);
+        useRoomLeft();
+    }
     if (!inView)
         return;
     const int across = horizontalScrollBar()->value();
@@ -139,10 +146,63 @@ void VariableListView::showColumns() {
                             list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
     // The last one first: it takes what the others leave, its own width at the least.
     for (int i = model_.columnCount() - 1; i >= 0; --i)
-        header.resizeSection(
-            i,
-            qMax(qRound(twipsToPixels(*this, list_.columns[static_cast<size_t>(i)].Width) * fontScale()) + iconRoom(i),
-                 header.sectionSizeHint(i)));
+        header.resizeSection(i, widthOf(i));
+    useRoomLeft();
+}
+
+int VariableListView::widthOf(int column) const {
+    const auto place = static_cast<size_t>(column);
+    const ListColumn& one = list_.columns[place];
+    if (one.widthBy == ListColumn::By::Nobody && place < needs_.size())
+        return needs_[place].width;
+    return qMax(qRound(twipsToPixels(*this, one.Width) * fontScale()) + iconRoom(column),
+                horizontalHeader()->sectionSizeHint(column));
+}
+
+void VariableListView::fitColumns() {
+    if (!list_.rows.empty()) {
+        needs_.clear();
+        for (int column = 0; column < model_.columnCount(); ++column)
+            needs_.push_back(needOf(column));
+    }
+    showColumns();
+}
+
+/// A sample of the rows is measured, and of it only what is about as long as the longest.
+VariableListView::Need VariableListView::needOf(int column) const {
+    constexpr size_t sampled = 500;
+    constexpr int mostCharacters = 60;
+    const std::vector<VariableRow>& rows = list_.rows;
+    const size_t step = rows.size() / sampled + 1;
+    qsizetype longest = 0;
+    for (size_t i = 0; i < rows.size(); i += step)
+        longest = std::max(longest, rows[i].cell(column).size());
+    const int letter = fontMetrics().averageCharWidth();
+    if (longest == 0 && std::ranges::all_of(rows, [&](const VariableRow& row) { return row.cell(column).isEmpty(); }))
+        return {letter * 4, true};
+    int widest = 0;
+    for (size_t i = 0; i < rows.size(); i += step)
+        if (const QString& text = rows[i].cell(column); text.size() * 4 >= longest * 3)
+            widest = std::max(widest, fontMetrics().horizontalAdvance(text.left(mostCharacters * 2)));
+    const int width = std::min(widest, letter * mostCharacters) + letter * 2 + iconRoom(column);
+    return {std::max(width, horizontalHeader()->sectionSizeHint(column))};
+}
+
+/// The last column fills what is left. If it has nothing to show, the one before takes the room.
+void VariableListView::useRoomLeft() {
+    int last = model_.columnCount() - 1;
+    const auto isBare = [this](int column) {
+        const auto place = static_cast<size_t>(column);
+        return list_.columns[place].widthBy == ListColumn::By::Nobody && place < needs_.size() && needs_[place].empty;
+    };
+    int taken = 0;
+    while (last > 0 && isBare(last))
+        taken += widthOf(last--);
+    if (taken == 0 || list_.columns[static_cast<size_t>(last)].widthBy != ListColumn::By::Nobody)
+        return;
+    for (int column = 0; column < last; ++column)
+        taken += widthOf(column);
+    horizontalHeader()->resizeSection(last, std::max(widthOf(last), viewport()->width() - taken));
 }
 
 double VariableListView::fontScale() const {

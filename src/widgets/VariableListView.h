@@ -43,6 +43,9 @@ public:
     void headingsChanged() { model_.headingsChanged(); }
     /// Gives the columns their widths and the heading its mark of the sorting.
     void showColumns();
+    /// The same after measuring the texts of the rows, as wide as which a column gets whose width nobody has set.
+    /// Without rows the columns stay as they were.
+    void fitColumns();
     /// What is written where the rows would be as long as there are none.
     void setHint(const QString& hint);
 
@@ -70,10 +73,18 @@ private:
     VariableListModel model_;
     QString hint_;
     bool settingWidths_ = false;
+    struct Need {
+        int width = 0;
+        bool empty = false; ///< no row has a text there
+    };
+    std::vector<Need> needs_; ///< of each column; none before the first rows
 
     void fitRowHeight();
     /// Widths are meant for small letters; larger ones take as many more.
     double fontScale() const;
+    Need needOf(int column) const;
+    int widthOf(int column) const;
+    void useRoomLeft();
     /// Width that the icon takes beside what a column's own width is for.
     int iconRoom(int column) const;
 };

@@ -149,8 +149,58 @@ TEST_F(Explorer, AssignmentsComeFromEveryCategoryViewInTheTreesLanguage) {
     EXPECT_EQ(to(u"J1"_s, 2), Jump::To::Nowhere);
 }
 
+TEST_F(Explorer, AnEntryWithoutVariablesFindsThoseOfTheWholeView) {
+    const auto found = [&](const QString& words) {
+        QStringList rows;
+        model.setFilter(words);
+        for (const int row : model.list.shown)
+            rows << model.list.rows[static_cast<size_t>(row)].cell(1) + u' ' +
+                        model.list.rows[static_cast<size_t>(row)].Text;
+        return rows.join(u", "_s);
+    };
+    EXPECT_FALSE(model.searchesView());
+    EXPECT_EQ(found(u"satisf"_s), QString()) << "a study's filter stays with the study";
+    for (const QString& key : {u"AG001"_s, u"A0"_s}) {
+        ASSERT_TRUE(model.select(key));
+        ASSERT_TRUE(model.searchesView());
+        EXPECT_EQ(found(QString()), QString());
+        EXPECT_EQ(found(u"  "_s), QString());
+        EXPECT_EQ(found(u"satisf"_s), u"QX1919 V5, QX2020 V5"_s);
+    }
+    EXPECT_EQ(model.found(), 2);
+    EXPECT_EQ(model.searched(), 11);
+    ASSERT_TRUE(model.showRow(1, true));
+    EXPECT_EQ(model.panelA.study(), u"QX2020"_s);
+    EXPECT_EQ(model.panelA.fidName, u"Erhebung 2020"_s);
+    EXPECT_EQ(model.panelA.fact(u"Position"_s).text, u"1 von 2"_s) << "its place in its study";
+    ASSERT_TRUE(model.showRowInB(0));
+    EXPECT_EQ(model.panelB.study(), u"QX1919"_s);
+    EXPECT_EQ(model.stepInList(ExplorerModel::Step::Next, 0), 1);
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+
+    // Sorted as the user has sorted, and read once until the list is read anew.
+    model.list.headerClicked(1);
+    model.list.headerClicked(1);
+    EXPECT_EQ(found(u"satisf"_s), u"QX2020 V5, QX1919 V5"_s);
+    catalogue.execute(u"DELETE FROM tkey_Variable WHERE fi_StudyNo = 'QX1919' AND id_VarName = 'V5';"_s);
+    ASSERT_TRUE(model.select(u"A0"_s, true));
+    EXPECT_EQ(found(u"satisf"_s), u"QX2020 V5"_s);
+    ASSERT_TRUE(model.select(u"AQX3"_s));
+    EXPECT_EQ(model.filter(), QString());
+    EXPECT_EQ(model.list.rows.size(), 3u);
+
+    // A variable of two categories is found once, where it stands first.
+    catalogue.addAssignment(u"Category"_s, 3, u"QX2020"_s, u"V5"_s);
+    model.open(2);
+    EXPECT_EQ(found(u"v"_s), u"QX1919 V7, QX2020 V5, QX1919 V6"_s) << "in the order of the tree, assigned ones only";
+    ASSERT_TRUE(model.showRow(1, true));
+    EXPECT_EQ(model.panelA.fidName, u"Einstellungen"_s);
+}
+
 TEST_F(Explorer, ALayoutSurvivesItsTextAndDamageToIt) {
     model.list.columns[1].Width = 1234;
+    model.list.columns[1].widthBy = ListColumn::By::User;
+    model.list.columns[2].Width = 4321;
     model.list.headerClicked(4);
     model.list.headerClicked(4);
     ExplorerLayout layout;
@@ -162,6 +212,7 @@ TEST_F(Explorer, ALayoutSurvivesItsTextAndDamageToIt) {
     read.giveTo(other);
     EXPECT_EQ(read.tree, 250);
     EXPECT_EQ(other.columns[1].Width, 1234);
+    EXPECT_EQ(other.columns[2].Width, 850) << "what a list measured is no wish";
     EXPECT_EQ(other.columns[static_cast<size_t>(other.sortKey)].Key, u"VL"_s) << "by key, not by place";
     EXPECT_TRUE(other.sorted && other.descending);
     const ExplorerLayout damaged = ExplorerLayout::fromText(u"tree=-4 list=x SN=0 VN=99999999 sort= =7 panelA"_s);

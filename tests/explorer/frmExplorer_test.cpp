@@ -10,6 +10,7 @@
 #include "widgets/FactsStrip.h"
 #include "widgets/VariableListView.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
@@ -386,6 +387,115 @@ TEST_F(frmExplorerTest, TheQuickFilterHidesRowsFromEverySelectionAndStep) {
     clickNode(u"Leben in Solvarden 2014"_s);
     EXPECT_TRUE(filter->text().isEmpty());
     EXPECT_EQ(list->model()->rowCount(), 40);
+}
+
+TEST_F(frmExplorerTest, AVariableIsFoundAcrossStudiesFromAnEntryThatListsNothing) {
+    open(1);
+    clickNode(u"Leben in Solvarden"_s);
+    EXPECT_EQ(list->accessibleDescription(),
+              u"Dieser Eintrag hat keine eigenen Variablen. Der Schnellfilter sucht in der ganzen Sicht."_s);
+    filter->setFocus();
+    QTest::keyClicks(filter, u"lzufr"_s);
+    QStringList studies;
+    for (int row = 0; row < list->model()->rowCount(); ++row)
+        studies << list->model()->index(row, 1).data().toString();
+    EXPECT_EQ(studies, (QStringList{u"SV2014"_s, u"SV2018"_s, u"SV2022"_s}));
+    EXPECT_EQ(find<QLabel>(u"lblRowCount"_s)->text(), u"3 von 125 Variablen"_s);
+    EXPECT_GE(list->columnWidth(1), list->fontMetrics().horizontalAdvance(u"SV2014"_s));
+    QTest::keyClick(filter, Qt::Key_Down);
+    clickRow(1);
+    EXPECT_EQ(fact(u"Studie"_s), u"SV2018"_s);
+    EXPECT_EQ(fact(u"Position"_s), u"23 von 42"_s);
+    press(u"next"_s);
+    EXPECT_EQ(fact(u"Studie"_s), u"SV2022"_s);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(fact(u"Studie"_s, u"_B"_s), u"SV2022"_s);
+    filter->clear();
+    EXPECT_EQ(list->model()->rowCount(), 0);
+    EXPECT_TRUE(window->selectedRows().empty());
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+}
+
+TEST_F(frmExplorerTest, ThePanelOpensWithTheFirstVariableChosenAndKeepsItsRowInView) {
+    open(1);
+    window->resize(window->width(), window->fontMetrics().height() * 26);
+    settle();
+    auto* question = find<QPlainTextEdit>(u"txtQuestion"_s);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    const QModelIndex lowest = list->indexAt({5, list->viewport()->height() - 12});
+    const auto wait = [] { QTest::qWait(QApplication::doubleClickInterval() + 50); };
+    wait();
+    EXPECT_FALSE(question->isVisible()) << "the row that a list begins with is nobody's choice";
+    clickRow(lowest.row());
+    EXPECT_FALSE(question->isVisible()) << "nothing moves under a pointer that may click again";
+    wait();
+    EXPECT_TRUE(question->isVisible());
+    EXPECT_TRUE(list->viewport()->rect().contains(list->visualRect(list->model()->index(lowest.row(), 0)).center()));
+    window->setPanels(0);
+    clickRow(0);
+    wait();
+    EXPECT_FALSE(question->isVisible()) << "closed by the user";
+    std::unique_ptr<frmExplorer> first(window);
+    open(2);
+    window->showNode(u"B14"_s);
+    clickRow(0);
+    wait();
+    EXPECT_EQ(window->model().state.lVarWindow, 0) << "in other windows too";
+    window->setPanels(2);
+    open(1);
+    EXPECT_EQ(window->model().state.lVarWindow, 0);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    QTest::keyClick(list, Qt::Key_Down);
+    wait();
+    EXPECT_EQ(window->model().state.lVarWindow, 2) << "as it was left";
+}
+
+TEST_F(frmExplorerTest, ValuesStandBesideTheQuestionAndAreCopied) {
+    open(1);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    window->setPanels(1);
+    auto* values = find<QTableView>(u"lvValues"_s);
+    const auto cell = [&](int row, int column) { return values->model()->index(row, column).data().toString(); };
+    filter->setText(u"lzufr"_s);
+    clickRow(0);
+    ASSERT_EQ(values->model()->rowCount(), 4);
+    EXPECT_EQ(cell(1, 0), u"10"_s);
+    EXPECT_EQ(cell(2, 1), u"weiß nicht"_s);
+    EXPECT_EQ(cell(1, 2), QString());
+    EXPECT_EQ(cell(2, 2), u"Missing"_s);
+    EXPECT_EQ(find<ElidedLabel>(u"lblValues"_s)->text(), u"Missing-Definition: 98;99 · Format: F2.0"_s);
+    QTest::keyClick(values, Qt::Key_Down);
+    QTest::keyClick(values, Qt::Key_End);
+    QTest::keyClick(values, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(asker.clipboardText, u"99\tkeine Angabe\tMissing"_s);
+    QTest::keyClick(values, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(values, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(asker.clipboardText.count(u"\r\n"_s), 4) << "with what stands below";
+    EXPECT_TRUE(find<QPlainTextEdit>(u"txtQuestion"_s)->isVisible());
+    filter->setText(u"fallnr"_s);
+    clickRow(0);
+    EXPECT_EQ(values->model()->rowCount(), 0);
+    EXPECT_FALSE(find<QPlainTextEdit>(u"txtQuestion"_s)->isVisible()) << "no question leaves the room to the values";
+    clickNode(u"Leben in Solvarden"_s);
+    EXPECT_TRUE(find<ElidedLabel>(u"lblValues"_s)->text().isEmpty());
+}
+
+TEST_F(frmExplorerTest, AColumnIsAsWideAsItsTextsAndNarrowWithoutAny) {
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Variable SET dt_EnVarLabel = Null;"_s);
+    gOptions.AutomaticVariableColumnWidth = false;
+    open(1);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    const int letter = list->fontMetrics().averageCharWidth();
+    const QString longest = u"Haushaltsnettoeinkommen im Monat in Kronen"_s;
+    EXPECT_GE(list->columnWidth(4), list->fontMetrics().horizontalAdvance(longest));
+    EXPECT_LE(list->columnWidth(5), 6 * letter) << "empty in every row";
+    EXPECT_LT(list->columnWidth(3), 10 * letter) << "the year";
+    list->horizontalHeader()->resizeSection(3, 200);
+    clickNode(u"Leben in Solvarden 2014"_s);
+    EXPECT_NEAR(list->columnWidth(3), 200, 1) << "what a user has set stays";
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Variable SET dt_EnVarLabel = dt_VarLabel;"_s);
+    clickNode(u"Leben in Solvarden 2018"_s);
+    EXPECT_GE(list->columnWidth(5), list->fontMetrics().horizontalAdvance(longest));
 }
 
 TEST_F(frmExplorerTest, TypingFindsTheRowAndHandlersLeaveWhileWindowsAreRefilled) {
