@@ -192,14 +192,23 @@ private:
             content_.labels.push_back(
                 {names.name, QString::number(i + 1), label.isEmpty() ? codes[i] : codes[i] + u' ' + label, codes[i]});
         }
+        findings_.encoded << encodedFact(names.name, codes.size(), withoutLabel, definition,
+                                         variable.format + u" → "_s + format);
+    }
+
+    static QString encodedFact(const QString& name, qsizetype codes, qsizetype withoutLabel, const QString& missing,
+                               const QString& formats) {
+        if (codes == 0)
+            return said(u"%1: Texte in Zahlen umgesetzt; sie sind alle leer (Format %2)"_s,
+                        u"%1: texts encoded as numbers; they are all blank (format %2)"_s)
+                .arg(name, formats);
         const QString missingWords =
-            definition.isEmpty() ? QString() : said(u"fehlend: %1; "_s, u"missing: %1; "_s).arg(definition);
-        findings_.encoded << said(u"%1: Texte in Zahlen umgesetzt, 1 bis %2 in der Reihenfolge der Codes (%3 ohne "
-                                  u"Label; %4Format %5 → %6)"_s,
-                                  u"%1: texts encoded as numbers, 1 to %2 in the order of the codes (%3 without a "
-                                  u"label; %4format %5 → %6)"_s)
-                                 .arg(names.name, QString::number(codes.size()), QString::number(withoutLabel),
-                                      missingWords, variable.format, format);
+            missing.isEmpty() ? QString() : said(u"fehlend: %1; "_s, u"missing: %1; "_s).arg(missing);
+        return said(u"%1: Texte in Zahlen umgesetzt, 1 bis %2 in der Reihenfolge der Codes (%3 ohne Label; "
+                    u"%4Format %5)"_s,
+                    u"%1: texts encoded as numbers, 1 to %2 in the order of the codes (%3 without a label; "
+                    u"%4format %5)"_s)
+            .arg(name, QString::number(codes), QString::number(withoutLabel), missingWords, formats);
     }
 
     void addLabels(int index, const SurveyVariable& variable, const QString& name) {
