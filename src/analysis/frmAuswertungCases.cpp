@@ -23,7 +23,7 @@ frmAuswertungCases::frmAuswertungCases(frmAuswertung& window) : frmAuswertungPar
 QGroupBox* frmAuswertungCases::buildWeight() {
     auto* frame = control<QGroupBox>(u"fraWeight"_s, u"Gewichtung"_s, nullptr);
     auto* rows = new QVBoxLayout(frame);
-    const std::array<QString, 4> texts{u"keine"_s, u"Repräsentativgewicht"_s, u"Haushaltsgewi&cht"_s, QString()};
+    const std::array<QString, 4> texts{u"keine"_s, u"&Repräsentativgewicht"_s, u"Haushaltsgewi&cht"_s, QString()};
     for (size_t i = 0; i < texts.size(); ++i)
         Option3_[i] = control<QRadioButton>(arrayName(u"Option3"_s, static_cast<int>(i)), texts[i], frame);
     dt_WeightRE_ = factLabel(u"dt_WeightRE"_s, frame);

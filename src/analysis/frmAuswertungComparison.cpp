@@ -76,7 +76,7 @@ QGroupBox* frmAuswertungComparison::build() {
     txtTitle_ = withOwnText(new QLineEdit(frame), u"txtTitle"_s);
     lst_TrendVars_ = withOwnText(new EntryList(frame), u"lst_TrendVars"_s);
     cmd_AddTrend_ = control<QPushButton>(u"cmd_AddTrend"_s, u"Hinzufüg&en"_s, frame);
-    cmd_DeleteFromTrend_ = control<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfe&rnen"_s, frame);
+    cmd_DeleteFromTrend_ = control<QPushButton>(u"cmd_DeleteFromTrend"_s, u"Entfernen"_s, frame);
     cmd_ClearTrend_ = control<QPushButton>(u"cmd_ClearTrend"_s, u"Alle entfernen"_s, frame);
     lst_SavedTrends_ = withOwnText(new EntryList(frame), u"lst_SavedTrends"_s);
     cmd_LoadTrend_ = control<QPushButton>(u"cmd_LoadTrend"_s, u"&Laden"_s, frame);

@@ -59,7 +59,7 @@ QGroupBox* frmAuswertungRequest::buildMode() {
     auto* rows = new QVBoxLayout(frame);
     auto* frequency = control<QRadioButton>(u"Option1"_s, u"H&äufigkeit"_s, frame);
     auto* crosstab = control<QRadioButton>(u"Option2"_s, u"&Kreuztabelle"_s, frame);
-    chkFlipXtab_ = control<QCheckBox>(u"chkFlipXtab"_s, u"K&reuztabelle drehen"_s, frame);
+    chkFlipXtab_ = control<QCheckBox>(u"chkFlipXtab"_s, u"Kreuztabelle drehen"_s, frame);
     auto* descriptives = control<QRadioButton>(arrayName(u"Option4"_s, 3), u"Deskriptive Statistik"_s, frame);
     chkDescGroup_ = control<QCheckBox>(u"chkDescGroup"_s, u"mit Gru&ppierung"_s, frame);
     cmdDescriptives_ = control<QPushButton>(u"cmdDescriptives"_s, u"&Statistiken..."_s, frame);

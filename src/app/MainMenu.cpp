@@ -104,10 +104,9 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
         return state.catalogueOpen;
     if (name == u"mnuFileClose")
         return state.active != Active::None;
-    if (name == u"mnuFilePrint")
+    // Where the folder of the cases is not set, the command leads to it.
+    if (name == u"mnuFilePrint" || name == u"mnuAuswertungsansicht")
         return known;
-    if (name == u"mnuAuswertungsansicht")
-        return known && state.dataPath;
     if (name == u"mnuEditCopy")
         return state.active == Active::Analysis;
     if (name == u"mnuVVEL" || name == u"mnuChangeFont")

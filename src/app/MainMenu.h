@@ -10,8 +10,7 @@ struct MainState {
     bool catalogueOpen = false;
     bool busy = false; ///< a run or a refilling goes on: commands are refused
     Active active = Active::None;
-    bool dataPath = false; ///< the options name a folder of case data
-    int panels = 0;        ///< of the active explorer
+    int panels = 0; ///< of the active explorer
     bool panelEnglish = false;
     bool englishContents = false;
     qint16 language = 0;

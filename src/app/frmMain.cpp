@@ -245,6 +245,8 @@ void frmMain::SaveRcFile(const QString& file) {
 
 void frmMain::InitFormState(int state) {
     stateOpen_ = state == 1;
+    setWindowTitle(stateOpen_ ? Paths::fileOf(gDatabase.Database()) + u" - "_s + ApplicationInfo::title
+                              : ApplicationInfo::title);
     panel1_->setText(stateOpen_ ? TranslateText(u"Aktuelle Datenbank:"_s) + u' ' + gDatabase.Database()
                                 : TranslateText(u"Keine Datenbankdateiauswahl"_s));
     panel1_->setToolTip(plainToolTip(panel1_->text()));
@@ -262,7 +264,6 @@ MainState frmMain::state() const {
     MainState now;
     now.catalogueOpen = stateOpen_;
     now.busy = gBusy > 0 || AnalysisModel::running();
-    now.dataPath = !gOptions.DataPath.isEmpty();
     now.englishContents = gOptions.EnglishLanguage;
     now.language = gLanguage;
     const Form* form = activeForm();

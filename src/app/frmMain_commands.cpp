@@ -155,8 +155,10 @@ void frmMain::openFile(const QString& file) {
     const qint16 opened = mdDataBase::OpenQXDatabase(file);
     buildToolbar();
     afterOpening(opened);
-    if (opened == 1)
-        SaveRcFile(file);
+    if (opened != 1)
+        return;
+    SaveRcFile(file);
+    Main::rememberCatalogue(file);
 }
 
 void frmMain::mnFileClose_Click() {
@@ -205,7 +207,11 @@ void frmMain::mnuAuswertungsansicht_Click() {
                                 {},
                                 ui::Icon::Information,
                                 ui::Buttons::Ok});
-        return;
+        // An import puts the cases beside the catalogue, so that its folder is the likeliest.
+        frmOptions::showOptionsAt(this, &Options::DataPath, Paths::native(Paths::folderOf(gDatabase.Database())));
+        applyState();
+        if (gOptions.DataPath.isEmpty())
+            return;
     }
     const BusyScope busy;
     frmAuswertung::openFrom(activeExplorer());

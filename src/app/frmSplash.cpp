@@ -2,6 +2,7 @@
 
 #include "app/frmStatus.h"
 #include "app/globals.h"
+#include "config/CProfile.h"
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
@@ -45,8 +46,7 @@ QPushButton* languageButton(int language, const QString& caption, const QString&
 
 } // namespace
 
-frmSplash::frmSplash()
-    : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(u"&Begrüßungsdialog beim Start anzeigen"_s, this)) {
+frmSplash::frmSplash() : Form(*this, u"frmSplash"_s), chkSys_(new QCheckBox(this)) {
     setWindowTitle(ApplicationInfo::title);
     setWindowIcon(Icons::get(u"varidex"_s));
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
@@ -77,7 +77,9 @@ frmSplash::frmSplash()
     for (const int language : {0, 1})
         connect(qobject_cast<QPushButton*>(buttons->itemAt(language)->widget()), &QPushButton::clicked, this,
                 [this, language] { trapped([&] { cmdLanguage_Click(language); }); });
-    chkSys_->setObjectName(u"chkSys"_s);
+    // Whoever sees this has not chosen a language yet.
+    chkSys_->setText(u"Begrüßungsdialog beim Start anzeigen\nShow this window at start"_s);
+    withOwnText(chkSys_, u"chkSys"_s);
 
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(unit * 2, unit * 2, unit * 2, unit * 3 / 2);
@@ -88,8 +90,8 @@ frmSplash::frmSplash()
     all->addLayout(buttons);
     all->addWidget(chkSys_);
     mdLanguage::SetCtrlProps(*this);
-    // It shows only when it is set to show.
-    chkSys_->setChecked(true);
+    // It comes by itself at the very first start, and later only where it was asked for.
+    chkSys_->setChecked(storedSetting(SettingsKeys::startWindow, u"0"_s).toString() == u"1");
     // Whoever sees it is to choose; the language in force is the nearest choice.
     QWidget* choices[] = {buttons->itemAt(0)->widget(), buttons->itemAt(1)->widget()};
     setTabOrder(choices[0], choices[1]);
@@ -110,7 +112,10 @@ void frmSplash::cmdLanguage_Click(int language) {
     hide();
     gLanguage = static_cast<qint16>(language);
     frmStatus::showWait();
-    mdLanguage::SaveSysSettings(static_cast<qint16>(language), chkSys_->isChecked() ? 1 : 0);
+    const bool again = chkSys_->isChecked();
+    mdLanguage::SaveSysSettings(static_cast<qint16>(language), again ? 1 : 0);
+    CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::startWindow,
+                                again ? u"1"_s : u"0"_s);
     accept();
 }
 

@@ -44,6 +44,20 @@ qint16 Main::OpenDefDB() {
     return mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
 }
 
+void Main::rememberCatalogue(const QString& file) {
+    if (!gOptions.ReopenCatalogue)
+        return;
+    // In the very fields that the options dialog shows: it says what the next start opens, and a name that is set there
+    // later holds until another catalogue is opened.
+    const std::pair<QString Options::*, QString> values[] = {
+        {&Options::DatabaseName, Paths::fileOf(file)}, {&Options::DatabasePath, Paths::native(Paths::folderOf(file))}};
+    for (const auto& [member, value] : values) {
+        gOptions.*member = value;
+        if (!store(optionOf(member).key.toString(), value))
+            break;
+    }
+}
+
 bool Main::openingStep(const std::function<void()>& step) {
     bool pathFound = true;
     const Trap outcome = trapped([&] {

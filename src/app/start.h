@@ -17,6 +17,9 @@ void StartServices();
 /// @return the state reached, 1 open; 0 also when the settings name none
 qint16 OpenDefDB();
 
+/// Makes a catalogue that was opened the one to open at the next start, unless the options hold to another.
+void rememberCatalogue(const QString& file);
+
 /// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure
 /// the standard error box. @return false if the opening is to be left
 bool openingStep(const std::function<void()>& step);

@@ -52,6 +52,11 @@ private:
 namespace SettingsKeys {
 inline const QString user = QStringLiteral("Software\\Norvik\\Varidex\\3.6\\");
 inline const QString machine = QStringLiteral("Software\\Norvik\\Varidex\\3.6\\Default\\");
+/// "1" if the user has asked for the start window. Its flag in the system database says so too, but is on from the
+/// beginning, so that the window comes at the very first start.
+inline const QString startWindow = QStringLiteral("StartWindow");
+/// Number of the page that the options dialog was left on.
+inline const QString optionsPage = QStringLiteral("OptionsPage");
 } // namespace SettingsKeys
 
 /// A setting under the user's key, else the installation's, else `byDefault`.

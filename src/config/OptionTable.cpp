@@ -28,8 +28,8 @@ constexpr OptionControl dependentCheck(int place, bool Options::*governing, Mark
 constexpr OptionControl text(int place, QStringView name, QStringView caption) {
     return {.form = Form::Text, .place = place, .name = name, .caption = caption};
 }
-constexpr OptionControl number(int place, QStringView name, QStringView caption) {
-    return {.form = Form::Number, .place = place, .name = name, .caption = caption};
+constexpr OptionControl number(int place, QStringView name, QStringView caption, int least, int most) {
+    return {.form = Form::Number, .place = place, .name = name, .caption = caption, .least = least, .most = most};
 }
 constexpr OptionControl path(int place, QStringView name, QStringView caption, QStringView tip) {
     return {.form = Form::Path, .place = place, .name = name, .caption = caption, .tip = tip};

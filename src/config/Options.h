@@ -31,6 +31,7 @@ struct OptionControl {
     QStringView name = {};      ///< a member of an array with its index: "chkHeader(4)"
     QStringView caption = {};   ///< in the designed German; an option array has one a choice, which its page gives
     QStringView tip = {};       ///< tool tip of a path's browse button
+    int least = 0, most = 0;    ///< of a number as it is typed; one from elsewhere that lies beyond stays
     QStringView otherwise = {}; ///< stored place for a text that names no position
     /// The box without which this one means nothing, and whether this one loses its mark with it.
     bool Options::*governing = nullptr;

@@ -3,7 +3,9 @@
 #include "config/CProfile.h"
 #include "diagnostics/errors.h"
 #include "language/mdLanguage.h"
+#include "platform/system/Paths.h"
 
+#include <QFileInfo>
 #include <algorithm>
 #include <array>
 
@@ -31,6 +33,30 @@ std::array<Position, 7> positions() {
 
 /// Box of the start-window flag, which is no option.
 const QString startWindowBox = u"chkbSys"_s;
+
+/// The name of a catalogue's file as it is kept. Catalogues have one of two extensions; the second comes here when one
+/// was opened from the menu.
+QString asCatalogueName(const QString& typed) {
+    const QString name = typed.toLower();
+    return name.endsWith(u".mdb") || name.endsWith(u".klor") ? typed : typed + u".mdb"_s;
+}
+
+bool isFolder(const QString& path) {
+    return QFileInfo(Paths::onDisk(Paths::native(path))).isDir();
+}
+
+/// The settings of a machine on which nobody has chosen anything: the installation's, else the program's own.
+Options freshOptions() {
+    Options fresh;
+    for (const OptionDescriptor& option : optionDescriptors())
+        setOptionFromText(fresh, option,
+                          CProfile()
+                              .GetRegistryEntry(Registry::LocalMachine, SettingsKeys::machine, option.key.toString(),
+                                                optionText(fresh, option, false), Registry::LocalMachine,
+                                                SettingsKeys::machine)
+                              .toString());
+    return fresh;
+}
 
 /// Without the separator at its end. The root of all paths stays, since there is no other way to write it.
 QString withoutSeparator(const QString& path) {
@@ -64,13 +90,38 @@ QStringList OptionsModel::controlsOf(OptionControl::Form form) {
     return names;
 }
 
+void OptionsModel::takeFrom(const Options& options, const OptionDescriptor& option) {
+    const QString text = optionText(options, option, false);
+    setValue(option.control.name.toString(), option.control.form == Form::Position ? positionText(text) : text);
+}
+
 void OptionsModel::load() {
     values_.clear();
-    for (const OptionDescriptor* option : shown()) {
-        const QString text = optionText(gOptions, *option, false);
-        setValue(option->control.name.toString(), option->control.form == Form::Position ? positionText(text) : text);
-    }
+    for (const OptionDescriptor* option : shown())
+        takeFrom(gOptions, *option);
     setValue(startWindowBox, QString::number(mdLanguage::GetFormStatus()));
+}
+
+void OptionsModel::restoreDefaults(const QStringList& controls) {
+    const Options fresh = freshOptions();
+    for (const OptionDescriptor* option : shown())
+        if (controls.contains(option->control.name.toString()))
+            takeFrom(fresh, *option);
+    if (controls.contains(startWindowBox))
+        setValue(startWindowBox, u"0"_s);
+}
+
+QString OptionsModel::faultOf(const QString& control) const {
+    const QString text = value(control).trimmed();
+    if (text.isEmpty() || !controlsOf(Form::Path).contains(control))
+        return {};
+    if (control != controlOf(&Options::DatabaseName))
+        return isFolder(text) ? QString() : TranslateText(u"Diesen Ordner gibt es nicht."_s);
+    const QString folder = value(controlOf(&Options::DatabasePath)).trimmed();
+    // A folder that is not there is said beside its own field.
+    if (folder.isEmpty() || !isFolder(folder) || Paths::exists(Paths::join(folder, asCatalogueName(text))))
+        return {};
+    return TranslateText(u"Diese Datei gibt es in dem Ordner nicht."_s);
 }
 
 void OptionsModel::setValue(const QString& control, const QString& value) {
@@ -93,9 +144,7 @@ bool OptionsModel::isEnabled(const QString& control) const {
 }
 
 void OptionsModel::normalisePaths() {
-    QString& name = values_[controlOf(&Options::DatabaseName)];
-    if (!name.toLower().endsWith(u".mdb"))
-        name += u".mdb"_s;
+    values_[controlOf(&Options::DatabaseName)] = asCatalogueName(value(controlOf(&Options::DatabaseName)));
     // The folder of the case data stays as it is typed.
     for (const auto member : {&Options::DatabasePath, &Options::QuestionnairePath, &Options::SPSSPath}) {
         QString& folder = values_[controlOf(member)];
@@ -110,7 +159,7 @@ void OptionsModel::takeOver(const OptionDescriptor& option) const {
                                                         : text);
 }
 
-void OptionsModel::saveOptions() {
+bool OptionsModel::saveOptions() {
     CProfile profile;
     for (const OptionDescriptor& option : optionDescriptors()) {
         // The contents switch is stored at the end of the run, not here.
@@ -119,8 +168,9 @@ void OptionsModel::saveOptions() {
         // What keeps one value from being written keeps all the others too; one box is enough.
         if (profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, option.key.toString(),
                                      optionText(gOptions, option, false)))
-            return;
+            return false;
     }
+    return true;
 }
 
 bool OptionsModel::apply() {
@@ -128,7 +178,9 @@ bool OptionsModel::apply() {
     for (const OptionDescriptor* option : shown())
         if (trapped([&] { takeOver(*option); }) == Trap::Aborted)
             return false;
-    saveOptions();
+    if (saveOptions())
+        CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::startWindow,
+                                    value(startWindowBox));
     mdLanguage::SetFormStatus(isOn(startWindowBox) ? 1 : 0);
     return true;
 }

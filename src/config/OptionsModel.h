@@ -31,6 +31,12 @@ public:
     /// False for a box whose governing box is off.
     bool isEnabled(const QString& control) const;
 
+    /// What is wrong with the folder or file that a field of paths names, in the user's language; empty for one that is
+    /// there and for an empty field.
+    QString faultOf(const QString& control) const;
+    /// Gives the controls named the values of a fresh installation; nothing is in force before apply().
+    void restoreDefaults(const QStringList& controls);
+
     /// Normalises the paths, takes the values over into the options in force in the order of shown(), then writes
     /// all options and the start-window flag. A number that does not convert shows the standard error box: Ignore
     /// leaves that option as it was, Abort that one and all that follow, and nothing is written.
@@ -47,9 +53,10 @@ public:
 private:
     QMap<QString, QString> values_;
 
+    void takeFrom(const Options& options, const OptionDescriptor& option);
     void normalisePaths();
     void takeOver(const OptionDescriptor& option) const;
-    static void saveOptions();
+    static bool saveOptions();
 };
 
 /// The message for an error about a missing drive, path or file; empty for any other.

@@ -1,6 +1,7 @@
 #include "config/frmOptions.h"
 
 #include "analysis/frmDescriptives.h"
+#include "config/CProfile.h"
 #include "config/OptionPaths.h"
 #include "config/frmOptionsPages.h"
 #include "diagnostics/GestureScope.h"
@@ -8,6 +9,7 @@
 #include "language/mdLanguage.h"
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
+#include "widgets/faultMark.h"
 #include "widgets/notBuilt.h"
 #include "widgets/radioGroup.h"
 
@@ -21,7 +23,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
-#include <QSignalBlocker>
+#include <QSpinBox>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -60,10 +62,20 @@ QPushButton* addButton(QHBoxLayout* row, const QString& name, const QString& tex
 } // namespace
 
 void frmOptions::showOptions(QWidget* parent) {
+    showOptionsAt(parent, nullptr, {});
+}
+
+void frmOptions::showOptionsAt(QWidget* parent, QString Options::*path, const QString& proposal) {
     std::optional<frmOptions> window;
     {
         const BusyScope building;
         window.emplace(parent);
+    }
+    if (path) {
+        const QString field = OptionsModel::controlOf(path);
+        if (window->model_.value(field).isEmpty())
+            window->take(field, proposal);
+        window->goTo(field);
     }
     window->exec();
 }
@@ -76,6 +88,7 @@ frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOpti
     auto* row = new QHBoxLayout;
     addButton(row, u"cmdLoad"_s, u"&Laden..."_s);
     addButton(row, u"cmdSave"_s, u"&Speichern..."_s);
+    addButton(row, u"cmdDefaults"_s, u"Sta&ndardwerte dieser Seite"_s);
     row->addStretch();
     addButton(row, u"cmdOK"_s, u"OK"_s)->setDefault(true);
     addButton(row, u"cmdCancel"_s, u"Abbrechen"_s);
@@ -87,6 +100,7 @@ frmOptions::frmOptions(QWidget* parent) : QDialog(parent), Form(*this, u"frmOpti
     connectButtons();
     mdLanguage::SetCtrlProps(*this);
     refreshTitles();
+    tbsOptions_->setCurrentIndex(storedSetting(SettingsKeys::optionsPage, 0).toInt());
     turnTab(0);
     showModel();
     tbsOptions_->setFocus();
@@ -137,9 +151,13 @@ void frmOptions::connectControls() {
     for (auto* list : findChildren<QComboBox*>())
         connect(list, &QComboBox::currentTextChanged, this,
                 [=, this](const QString& text) { take(list->objectName(), text); });
+    for (auto* number : findChildren<QSpinBox*>())
+        connect(number, &QSpinBox::valueChanged, this,
+                [=, this](int value) { take(number->objectName(), QString::number(value)); });
     for (auto* field : findChildren<QLineEdit*>())
-        connect(field, &QLineEdit::textChanged, this,
-                [=, this](const QString& text) { take(field->objectName(), text); });
+        if (!qobject_cast<QSpinBox*>(field->parentWidget()))
+            connect(field, &QLineEdit::textChanged, this,
+                    [=, this](const QString& text) { take(field->objectName(), text); });
 }
 
 void frmOptions::connectButtons() {
@@ -155,6 +173,7 @@ void frmOptions::connectButtons() {
     onClick(u"cmdApply"_s, [this] { cmdApply_Click(); });
     onClick(u"cmdLoad"_s, [this] { cmdLoad_Click(); });
     onClick(u"cmdSave"_s, [this] { cmdSave_Click(); });
+    onClick(u"cmdDefaults"_s, [this] { cmdDefaults_Click(); });
     onClick(u"cmdDescriptives"_s, [this] { trapped([this] { frmDescriptives(nullptr, this).exec(); }); });
     for (const QString& field : OptionsModel::controlsOf(OptionControl::Form::Path)) {
         onClick(browseButtonOf(field), [=, this] { browse(field, false); });
@@ -186,6 +205,7 @@ void frmOptions::showModel() {
     showValue(control(u"chkbSys"_s), u"chkbSys"_s);
     showing_ = false;
     showSamples();
+    showFaults();
     applyNotBuilt(*this);
 }
 
@@ -195,6 +215,11 @@ void frmOptions::showValue(QObject* object, const QString& name) {
         box->setEnabled(model_.isEnabled(name));
     } else if (auto* list = qobject_cast<QComboBox*>(object)) {
         choose(list, model_.value(name));
+    } else if (auto* number = qobject_cast<QSpinBox*>(object)) {
+        // One that came from elsewhere is shown as it is.
+        const int value = model_.value(name).toInt();
+        number->setRange(std::min(number->minimum(), value), std::max(number->maximum(), value));
+        number->setValue(value);
     } else if (auto* field = qobject_cast<QLineEdit*>(object)) {
         // A field that shows the value already keeps its caret.
         if (field->text() != model_.value(name))
@@ -210,6 +235,28 @@ void frmOptions::showSamples() {
         sample.setFamilies({model_.value(list)});
         findChild<QLabel*>(label)->setFont(sample);
     }
+}
+
+/// A path that leads nowhere is marked in its field and in words below it.
+void frmOptions::showFaults() {
+    for (const QString& name : OptionsModel::controlsOf(OptionControl::Form::Path)) {
+        const QString words = model_.faultOf(name);
+        auto* field = findChild<QLineEdit*>(name);
+        auto* label = findChild<QLabel*>(faultLabelOf(name));
+        markFault(*field, !words.isEmpty());
+        field->setAccessibleDescription(words);
+        label->setText(words);
+        label->setVisible(!words.isEmpty());
+    }
+}
+
+void frmOptions::goTo(const QString& field) {
+    auto* line = findChild<QLineEdit*>(field);
+    for (int i = 0; i < tbsOptions_->count(); ++i)
+        if (tbsOptions_->widget(i)->isAncestorOf(line))
+            tbsOptions_->setCurrentIndex(i);
+    line->selectAll();
+    line->setFocus();
 }
 
 void frmOptions::take(const QString& name, const QString& value) {
@@ -250,6 +297,28 @@ void frmOptions::cmdApply_Click() {
 void frmOptions::cmdOK_Click() {
     cmdApply_Click();
     cmdCancel_Click();
+}
+
+void frmOptions::cmdDefaults_Click() {
+    QStringList controls;
+    for (const QObject* control : tbsOptions_->currentWidget()->findChildren<QWidget*>())
+        controls << control->objectName().section(u'(', 0, 0) << control->objectName();
+    model_.restoreDefaults(controls);
+    showModel();
+}
+
+/// The next time it opens on the page that it is left on.
+void frmOptions::done(int result) {
+    const QString page = QString::number(tbsOptions_->currentIndex());
+    if (storedSetting(SettingsKeys::optionsPage, u"0"_s).toString() != page)
+        CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::optionsPage, page);
+    QDialog::done(result);
+}
+
+void frmOptions::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && !showing_)
+        showFaults();
 }
 
 void frmOptions::cmdCancel_Click() {

@@ -13,6 +13,9 @@ class frmOptions : public QDialog, public Form {
 public:
     /// Shows the dialog modally over the main window.
     static void showOptions(QWidget* parent);
+    /// The same with the page of a path in front and its field ready to be typed in; a path that is not set has the
+    /// proposal as its text, which holds once it is applied.
+    static void showOptionsAt(QWidget* parent, QString Options::*path, const QString& proposal);
 
     explicit frmOptions(QWidget* parent = nullptr);
     ~frmOptions() override;
@@ -25,6 +28,8 @@ public:
     void cmdCancel_Click();
     void cmdLoad_Click();
     void cmdSave_Click();
+    /// The page in view gets the values of a fresh installation, to be applied or not.
+    void cmdDefaults_Click();
 
     void refreshTitles() override;
     void reject() override { cmdCancel_Click(); }
@@ -32,6 +37,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     OptionsModel model_;
@@ -46,6 +52,9 @@ private:
     void showModel();
     void showValue(QObject* object, const QString& control);
     void showSamples();
+    void showFaults();
+    void goTo(const QString& field);
+    void done(int result) override;
     void take(const QString& control, const QString& value);
     void browse(const QString& field, bool byDoubleClick);
     void turnTab(int step);

@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -49,7 +50,7 @@ public:
         case Text:
             return addLabelled(caption, name, named<QLineEdit>(name, {}));
         case Number:
-            return number(name, caption);
+            return number(control, name, caption);
         case Path:
             return path(name, caption, control.tip.toString());
         case FontList:
@@ -109,9 +110,11 @@ private:
         rows_->addRow(row);
     }
 
-    void number(const QString& name, const QString& label) {
-        auto* field = named<QLineEdit>(name, {});
-        narrow(field);
+    void number(const OptionControl& control, const QString& name, const QString& label) {
+        auto* field = new QSpinBox;
+        field->setObjectName(name);
+        field->setRange(control.least, control.most);
+        field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
         addLabelled(label, name, field);
     }
 
@@ -135,7 +138,13 @@ private:
         auto* row = new QHBoxLayout;
         row->addWidget(line, 1);
         row->addWidget(browse);
-        addLabelled(label, field, line, row);
+        auto* fault = withOwnText(new QLabel, faultLabelOf(field));
+        fault->hide();
+        auto* both = new QVBoxLayout;
+        both->setSpacing(0);
+        both->addLayout(row);
+        both->addWidget(fault);
+        addLabelled(label, field, line, both);
     }
 
     template<class Widget>
@@ -143,11 +152,6 @@ private:
         auto* widget = new Widget(text);
         widget->setObjectName(name);
         return widget;
-    }
-
-    static void narrow(QLineEdit* field) {
-        field->setMaximumWidth(field->fontMetrics().averageCharWidth() * 16);
-        field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     }
 
     void addLabelled(const QString& text, const QString& name, QWidget* field, QLayout* row = nullptr) {
@@ -166,6 +170,7 @@ void addGeneral(QTabWidget* tabs) {
     page.group(u"fraDatabase"_s, u"Datenbank beim Start"_s);
     page.option(&Options::DatabaseName);
     page.option(&Options::DatabasePath);
+    page.option(&Options::ReopenCatalogue);
     page.group(u"fraPaths"_s, u"Ordner"_s);
     page.option(&Options::DataPath);
     page.option(&Options::QuestionnairePath);
@@ -290,6 +295,10 @@ void addReport(QTabWidget* tabs) {
 
 QString browseButtonOf(const QString& field) {
     return u"cmd"_s + field.mid(3);
+}
+
+QString faultLabelOf(const QString& field) {
+    return u"lblFault"_s + field.mid(3);
 }
 
 QTabWidget* makeOptionPages(QWidget* parent) {

@@ -8,3 +8,5 @@ class QWidget;
 QTabWidget* makeOptionPages(QWidget* parent);
 /// Name of the button that browses for a path field.
 QString browseButtonOf(const QString& field);
+/// Name of the label that says what is wrong with a path field.
+QString faultLabelOf(const QString& field);

@@ -11,8 +11,9 @@ OPTION(QString, DatabaseName, u"", u"", InOrder,
        path(1, u"txtDatabaseName", u"&Dateiname:", u"Datenbankdatei auswählen (F4)"))
 OPTION(QString, DatabasePath, u"", u"", InOrder,
        path(3, u"txtDatabasePath", u"&Ordner:", u"Ordner der Datenbank auswählen (F4)"))
+OPTION(bool, ReopenCatalogue, true, true, InOrder, check(60, u"chkReopenCatalogue", u"Immer die &zuletzt geöffnete"))
 OPTION(QString, DataPath, u"", u"", InOrder,
-       path(2, u"txtDataPath", u"&Auswertungsdateien:", u"Ordner der Auswertungsdateien auswählen (F4)"))
+       path(2, u"txtDataPath", u"Pf&ad der Daten (Falldateien):", u"Pfad der Daten auswählen (F4)"))
 OPTION(QString, QuestionnairePath, u"", u"", InOrder,
        path(4, u"txtQuestionnairePath", u"&Fragebogen:", u"Ordner der Fragebögen auswählen (F4)"))
 OPTION(bool, SortByPosition, true, true, InOrder,
@@ -33,7 +34,7 @@ OPTION(bool, ShowCards, true, true, InOrder, check(13, u"chkbShowCards", u"ShowC
 OPTION(QString, FixedFont, u"Courier New", u"Courier New", InOrder, fontList(15, u"cmbFixedFont", u"&Feste Breite:"))
 OPTION(QString, PropFont, u"Arial", u"Arial", InOrder, fontList(16, u"cmbPropFont", u"&Proportional:"))
 OPTION(int, AssignListHeight, 850, 850, InOrder,
-       number(42, u"txtAssignListHeight", u"Höhe der &Zuordnungsliste (Twips):"))
+       number(42, u"txtAssignListHeight", u"Höhe der &Zuordnungsliste (Twips):", 0, 15000))
 OPTION(bool, IncludeMissing, false, false, InOrder, check(17, u"chkIncludeMissing", u"&Fehlende Werte einbeziehen"))
 OPTION(bool, IncludeMissingXTab, false, false, InOrder,
        check(18, u"chkIncludeMissingXtab", u"&Fehlende Werte in Kreuztabellen einbeziehen"))
@@ -53,7 +54,7 @@ OPTION(bool, HeaderValFirst, true, true, InOrder, check(32, u"chkHeader(4)", u"&
 OPTION(bool, HeaderValAddVar, true, true, InOrder,
        dependentCheck(33, &Options::HeaderValFirst, Mark::Lost,
                       u"chkHeader(5)", u"Wert &mit Variablenbezeichnung"))
-OPTION(int, MaxItems, 20, 20, InOrder, number(36, u"txtMaxItems", u"&Höchstzahl der Kategorien:"))
+OPTION(int, MaxItems, 20, 20, InOrder, number(36, u"txtMaxItems", u"&Höchstzahl der Kategorien:", 1, 9999))
 OPTION(bool, IncludeMissingInPercentXTab, false, false, InOrder,
        dependentCheck(20, &Options::IncludeMissingXTab, Mark::Kept,
                       u"chkIncludeMissingInPercentXtab", u"auch &in die Prozentwerte"))
@@ -68,7 +69,7 @@ OPTION(bool, IncludeNinXTabPercent, false, false, InOrder,
        check(57, u"chkIncludeNinXTabPercent", u"&Anzahl (N) neben dem Prozentwert"))
 OPTION(bool, ShowValidSums, true, true, BeforeNoColumnLabels,
        check(14, u"chkShowValidSums", u"&Gültige Summen anzeigen"))
-OPTION(int, StartItem, 1, 1, InOrder, number(37, u"txtStartItem", u"&Erste Kategorie:"))
+OPTION(int, StartItem, 1, 1, InOrder, number(37, u"txtStartItem", u"&Erste Kategorie:", 1, 9999))
 OPTION(int, ComparisonWeight, 0, 0, InOrder, choices(38, u"optWeight"))
 OPTION(bool, HeaderAddWeight, true, true, InOrder, check(34, u"chkHeader(6)", u"&Gewichtung"))
 OPTION(bool, HeaderAddFilter, true, true, InOrder, check(35, u"chkHeader(7)", u"&Filter"))
@@ -82,7 +83,7 @@ OPTION(bool, CommaInPercent, true, true, AtEnd,
 OPTION(int, PrintPageCount, 99999, 99999, InOrder, noControl())
 OPTION(int, PrintStartPage, 1, 1, InOrder, noControl())
 OPTION(int, PrintStartPageNumber, 1, 1, InOrder, noControl())
-OPTION(int, PrintMaxLevels, 0, 0, InOrder, number(49, u"maxlevel", u"&Tiefe der Gliederung:"))
+OPTION(int, PrintMaxLevels, 0, 0, InOrder, number(49, u"maxlevel", u"&Tiefe der Gliederung:", 0, 99))
 OPTION(QString, PrintDatePosition, u"topmiddle", u"topmiddle", InOrder,
        position(47, u"cmbDate", u"&Datum:", u"botleft"))
 OPTION(QString, PrintPageNumberPosition, u"botmiddle", u"botmiddle", InOrder,
@@ -91,7 +92,7 @@ OPTION(bool, ReportIncludeQuestionText, true, true, InOrder, check(51, u"chkIncl
 OPTION(bool, ReportIncludeTables, true, true, InOrder, check(52, u"chkIncludeTables", u"&Gespeicherte Tabellen"))
 OPTION(bool, ReportIncludeGraphs, true, true, InOrder, check(53, u"chkIncludeGraphs", u"Ges&peicherte Grafiken"))
 OPTION(bool, ReportIncludeShowCards, true, true, InOrder, check(54, u"chkIncludeShowCards", u"S&howCards"))
-OPTION(int, ZoomFactor, 100, 100, InOrder, number(48, u"zoomfactor", u"&Vergrößerung der Vorschau (%):"))
+OPTION(int, ZoomFactor, 100, 100, InOrder, number(48, u"zoomfactor", u"&Vergrößerung der Vorschau (%):", 10, 1000))
 OPTION(int, FontSize, 11, 11, InOrder, sizeList(50, u"cmbFontSize", u"Sch&riftgröße (Punkt):"))
 OPTION(bool, AskMissing, true, true, AtEnd,
        check(45, u"chkAskMissing", u"&Vor der Auswertung nach fehlenden Werten fragen"))

@@ -37,7 +37,7 @@ TEST_F(MainWindow, HiddenWindowsAreListedAndComeBackAndAMaximisedOneLeavesTheNex
     settle();
     ASSERT_TRUE(main->activeForm());
     EXPECT_TRUE(frameOf(&main->activeForm()->widget())->isMaximized());
-    EXPECT_EQ(main->windowTitle(), u"Varidex"_s);
+    EXPECT_EQ(main->windowTitle(), u"solvarden.mdb - Varidex"_s);
     action(u"mnuFileClose"_s)->trigger();
     action(u"mnuFileClose"_s)->trigger();
     EXPECT_FALSE(main->activeForm());

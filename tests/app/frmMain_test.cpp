@@ -3,6 +3,7 @@
 #include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "config/frmOptions.h"
 #include "explorer/frmExplorer.h"
 
 #include <QDir>
@@ -70,7 +71,7 @@ TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
     ASSERT_TRUE(main->activeForm());
     EXPECT_EQ(main->activeForm()->viewNumber(), 1);
     EXPECT_TRUE(enabled(u"mnuAuswertungsansicht"_s));
-    EXPECT_EQ(main->windowTitle(), u"Varidex"_s) << "a maximised child leaves the title alone";
+    EXPECT_EQ(main->windowTitle(), u"solvarden.mdb - Varidex"_s) << "a maximised child leaves the title alone";
     for (const QString& key :
          {u"DBD"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"SCON"_s, u"mnuFilePrint"_s, u"mnuEditCopy"_s}) {
         EXPECT_FALSE(enabled(key)) << qPrintable(key);
@@ -156,6 +157,7 @@ TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
     action(u"mnFileOpen"_s)->trigger();
     EXPECT_EQ(gDatabase.State(), 0) << "by then the old one is gone";
     EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);
+    EXPECT_EQ(main->windowTitle(), u"Varidex"_s);
 
     action(u"mnuFileMRU(1)"_s)->trigger();
     EXPECT_EQ(panel(), u"Aktuelle Datenbank: "_s + path);
@@ -281,9 +283,29 @@ TEST_F(MainWindow, KeepsItsPlaceAndNeedsADataPathForAnAnalysis) {
     open();
     EXPECT_TRUE(main->isMaximized());
     EXPECT_EQ(main->normalGeometry().size(), place.size());
+}
 
-    openWithArchive();
+TEST_F(MainWindow, WithoutAFolderOfTheCasesAnAnalysisLeadsToItsFieldAndOpensOnceItIsSet) {
+    const QString path = openWithArchive();
     gOptions.DataPath.clear();
-    press(u"A"_s);
-    EXPECT_EQ(asker.lastText(), u"Geben Sie in den Optionen den Pfad der Daten an."_s);
+    const auto analyse = [&](Qt::Key end) {
+        QString proposed;
+        QTimer::singleShot(0, main.get(), [&, end] {
+            auto* dialog = dynamic_cast<frmOptions*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            auto* field = dialog->findChild<QLineEdit*>(u"txtDataPath"_s);
+            EXPECT_TRUE(dialog->focusWidget() == field && field->isVisible());
+            proposed = field->text();
+            QTest::keyClick(field, end);
+        });
+        press(u"A"_s);
+        EXPECT_EQ(asker.lastText(), u"Geben Sie in den Optionen den Pfad der Daten an."_s);
+        EXPECT_EQ(proposed, Paths::folderOf(path));
+    };
+    analyse(Qt::Key_Escape);
+    EXPECT_EQ(gOptions.DataPath, QString()) << "a proposal holds once it is applied";
+    EXPECT_FALSE(main->findChild<QWidget*>(u"SSTab"_s));
+    analyse(Qt::Key_Return);
+    EXPECT_EQ(gOptions.DataPath, Paths::folderOf(path));
+    EXPECT_TRUE(main->findChild<QWidget*>(u"SSTab"_s));
 }

@@ -4,6 +4,7 @@
 #include "app/frmStatus.h"
 #include "app/globals.h"
 #include "app/start.h"
+#include "config/OptionsModel.h"
 #include "language/mdLanguage.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
@@ -43,8 +44,8 @@ TEST_F(SmallWindows, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
     EXPECT_EQ(order, (QStringList{u"cmdLanguage(0)"_s, u"cmdLanguage(1)"_s, u"chkSys"_s}))
         << "Enter takes the language in force";
     auto* again = splash.findChild<QCheckBox*>(u"chkSys"_s);
-    EXPECT_TRUE(again->isChecked());
-    again->setChecked(false);
+    EXPECT_FALSE(again->isChecked()) << "it has come by itself";
+    EXPECT_TRUE(again->text().contains(u"beim Start"_s) && again->text().contains(u"at start"_s));
     auto* english = splash.findChild<QPushButton*>(u"cmdLanguage(1)"_s);
     EXPECT_EQ(english->toolTip(), u"Sprachauswahl: Englisch"_s);
     english->setFocus();
@@ -61,6 +62,12 @@ TEST_F(SmallWindows, TheStartWindowIgnoresKeysAndItsButtonsChooseTheLanguage) {
     mdLanguage::showStartWindow = [] { ++shown; };
     Main::StartServices();
     EXPECT_EQ(shown, 0) << "the next start asks no more";
+    OptionsModel options;
+    options.setValue(u"chkbSys"_s, u"1"_s);
+    ASSERT_TRUE(options.apply());
+    Main::StartServices();
+    EXPECT_EQ(shown, 1) << "unless it was asked for";
+    EXPECT_TRUE(frmSplash().findChild<QCheckBox*>(u"chkSys"_s)->isChecked()) << "and then stays so";
     EXPECT_EQ(gLanguage, 1);
     frmStatus::unload();
     EXPECT_FALSE(waiting());

@@ -40,7 +40,7 @@ QStringList menuKeys(const ToolbarModel& toolbar) {
 
 } // namespace
 
-TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueTheActiveWindowAndTheDataPath) {
+TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
     const QStringList menus = {u"mnFile"_s, u"mnuView"_s, u"mnuEdit"_s, u"mnuOptions"_s, u"mnuWindow"_s, u"mnuHelp"_s};
     const QStringList three = {u"mnuAuswertungsansicht"_s, u"mnuFilePrint"_s, u"mnuFileClose"_s};
     const QStringList keys = {u"ODB"_s, u"EXPL1"_s, u"A"_s, u"V"_s, u"EL"_s, u"O"_s, u"H"_s};
@@ -53,26 +53,23 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueTheActiveWindowAndTheDataPat
 
     struct Case {
         Active active;
-        bool dataPath;
         QStringList enabled;
         bool copy, panelLanguage;
     };
     for (const Case& c :
-         {Case{Active::None, true, {}, false, false}, Case{Active::Explorer, true, three, false, true},
-          Case{Active::Explorer, false, three.mid(1), false, true}, Case{Active::Analysis, true, three, true, false},
-          Case{Active::Analysis, false, three.mid(1), true, false},
-          Case{Active::Other, true, three.mid(2), false, false}}) {
-        const MainState open{.catalogueOpen = true, .active = c.active, .dataPath = c.dataPath};
+         {Case{Active::None, {}, false, false}, Case{Active::Explorer, three, false, true},
+          Case{Active::Analysis, three, true, false}, Case{Active::Other, three.mid(2), false, false}}) {
+        const MainState open{.catalogueOpen = true, .active = c.active};
         EXPECT_EQ(menuEnabledOf(menus, open), menus);
         EXPECT_EQ(menuEnabledOf(keys, open), keys) << "a button does not wait for the view menu's rules";
-        EXPECT_EQ(menuEnabledOf(three, open), c.enabled) << int(c.active) << c.dataPath;
+        EXPECT_EQ(menuEnabledOf(three, open), c.enabled) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuEditCopy"_s, open), c.copy) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuVVEL"_s, open), c.panelLanguage) << int(c.active);
     }
 }
 
 TEST(MainMenuRules, WhileSomethingRunsOnlyOtherWindowsAndTheWayOutAreLeft) {
-    const MainState busy{.catalogueOpen = true, .busy = true, .active = Active::Analysis, .dataPath = true};
+    const MainState busy{.catalogueOpen = true, .busy = true, .active = Active::Analysis};
     QStringList left;
     for (const MenuEntry& entry : MainMenu::entries())
         if (!entry.menu.isEmpty() && !MainMenu::isMenu(entry.name) && MainMenu::enabled(entry.name, busy))

@@ -1,8 +1,10 @@
 #include "app/globals.h"
 #include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
+#include "catalogue/mdDataBase.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
+#include "config/OptionsModel.h"
 #include "diagnostics/errors.h"
 #include "language/SystemDatabase.h"
 #include "language/SystemTable.h"
@@ -88,6 +90,35 @@ TEST_F(StartAndStop, TheStoredCatalogueOpensAndStopStoresPlaceAndContentsSwitch)
     Main::Stop(std::nullopt);
     EXPECT_EQ(stored(u"EnglishLanguage"_s), u"1"_s) << "a minimised window leaves what was stored";
     EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(StartAndStop, TheCatalogueOpenedLastOpensAgainUnlessTheOptionsHoldToAnother) {
+    SystemRows rows;
+    rows.texts = {{u"Fehler"_s, u"Error"_s, {}}};
+    ASSERT_EQ(makeSystemDatabase(SystemTable::path(), rows), QStringList());
+    TestCatalogue first(home.path(), u"eins.klor"_s), second(home.path(), u"zwei.mdb"_s);
+    const auto nextStart = [] {
+        mdDataBase::CloseDataBase();
+        OptionsFromRegistry();
+        return Main::OpenDefDB() == 1 ? Paths::fileOf(gDatabase.Database()) : QString();
+    };
+    EXPECT_EQ(nextStart(), QString());
+    Main::rememberCatalogue(first.path());
+    OptionsModel dialog;
+    EXPECT_EQ(dialog.value(u"txtDatabaseName"_s), u"eins.klor"_s) << "the dialog says what the next start opens";
+    ASSERT_TRUE(dialog.apply());
+    EXPECT_EQ(nextStart(), u"eins.klor"_s);
+    dialog.load();
+    dialog.setValue(u"txtDatabaseName"_s, u"zwei.mdb"_s);
+    ASSERT_TRUE(dialog.apply());
+    EXPECT_EQ(nextStart(), u"zwei.mdb"_s) << "what was set there holds";
+    gOptions.ReopenCatalogue = false;
+    Main::rememberCatalogue(first.path());
+    EXPECT_EQ(nextStart(), u"zwei.mdb"_s);
+    Main::rememberCatalogue(first.path());
+    QFile::remove(first.path());
+    EXPECT_EQ(nextStart(), QString());
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
 
 TEST_F(StartAndStop, AStoredCatalogueThatIsGoneAndABadPlaceArePassedOver) {

@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
+#include <QSpinBox>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -58,10 +59,12 @@ TEST_F(OptionsDialog, ShowsEveryOptionInItsControlAndChangesNoneByOpeningAndAppl
     gOptions.FontSize = 13;
     gOptions.ComparisonWeight = 1;
     gOptions.Landscape = false;
+    gOptions.ZoomFactor = 5;
     const Options before = gOptions;
     open();
     EXPECT_EQ(of<QComboBox>(u"cmbFixedFont"_s)->currentText(), before.FixedFont);
-    EXPECT_EQ(of<QLineEdit>(u"txtMaxItems"_s)->text(), u"20"_s);
+    EXPECT_EQ(of<QSpinBox>(u"txtMaxItems"_s)->value(), 20);
+    EXPECT_EQ(of<QSpinBox>(u"zoomfactor"_s)->value(), 5) << "less than can be typed";
     EXPECT_TRUE(of<QRadioButton>(u"optWeight(1)"_s)->isChecked());
     EXPECT_FALSE(of<QCheckBox>(u"chkLandscape"_s)->isChecked());
     EXPECT_TRUE(of<QCheckBox>(u"chkbSys"_s)->isChecked());
@@ -152,14 +155,14 @@ TEST_F(OptionsDialog, LoadingTakesEffectAtOnceAndSavingWritesWhatIsInForce) {
     gOptions.MaxItems = 7;
     const QString file = home.path(u"meine;Optionen.ini"_s);
     open();
-    of<QLineEdit>(u"txtMaxItems"_s)->setText(u"99"_s);
+    of<QSpinBox>(u"txtMaxItems"_s)->setValue(99);
     asker.file(file);
     click(u"cmdSave"_s);
     gOptions.MaxItems = 20;
     asker.file(file);
     click(u"cmdLoad"_s);
     EXPECT_EQ(gOptions.MaxItems, 7);
-    EXPECT_EQ(of<QLineEdit>(u"txtMaxItems"_s)->text(), u"7"_s);
+    EXPECT_EQ(of<QSpinBox>(u"txtMaxItems"_s)->value(), 7);
 }
 
 TEST_F(OptionsDialog, EachPressOfAButtonTellsOfItsFailureThoughTheCommandThatOpenedTheDialogLasts) {
@@ -190,6 +193,66 @@ TEST_F(OptionsDialog, AFieldIsFilledByItsButtonByF4AndByADoubleClick) {
     EXPECT_EQ(field->text(), u"/srv/sav3"_s);
 }
 
+TEST_F(OptionsDialog, APathThatLeadsNowhereIsMarkedAsItIsTypedAndANumberCannotBeWrong) {
+    QDir(home.path()).mkdir(u"daten"_s);
+    QFile(home.path(u"archiv.mdb"_s)).open(QIODevice::WriteOnly);
+    open();
+    const auto words = [this](const QString& field) {
+        const auto* label = of<QLabel>(u"lblFault"_s + field.mid(3));
+        const bool marked =
+            of<QLineEdit>(field)->palette().color(QPalette::Base) != dialog->palette().color(QPalette::Base);
+        EXPECT_TRUE(label->isVisible() == marked && marked == !label->text().isEmpty()) << qPrintable(field);
+        return label->text();
+    };
+    const QString folder = u"Diesen Ordner gibt es nicht."_s, file = u"Diese Datei gibt es in dem Ordner nicht."_s;
+    const struct {
+        QString field, typed, words;
+    } cases[] = {{u"txtDataPath"_s, home.path(u"date"_s), folder},
+                 {u"txtDataPath"_s, home.path(u"daten"_s), {}},
+                 {u"txtDataPath"_s, home.path(u"archiv.mdb"_s), folder},
+                 {u"txtDataPath"_s, {}, {}},
+                 {u"txtDatabaseName"_s, u"archi"_s, {}},
+                 {u"txtDatabasePath"_s, home.path(), {}},
+                 {u"txtDatabaseName"_s, u"archi"_s, file},
+                 {u"txtDatabaseName"_s, u"archiv"_s, {}},
+                 {u"txtDatabasePath"_s, home.path(u"x"_s), folder}};
+    for (const auto& c : cases) {
+        of<QLineEdit>(c.field)->setText(c.typed);
+        EXPECT_EQ(words(c.field), c.words) << qPrintable(c.typed);
+    }
+    EXPECT_EQ(words(u"txtDatabaseName"_s), QString());
+
+    auto* number = of<QSpinBox>(u"txtMaxItems"_s);
+    number->selectAll();
+    QTest::keyClicks(number, u"twelve"_s);
+    dialog->cmdApply_Click();
+    EXPECT_EQ(gOptions.MaxItems, 20);
+    EXPECT_EQ(gOptions.DatabasePath, home.path(u"x"_s)) << "what is typed wrongly costs nothing else";
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+}
+
+TEST_F(OptionsDialog, OpensOnThePageThatItWasLeftOnAndAPageGetsItsDefaultsBackAlone) {
+    CProfile().SetRegistryEntry(Registry::LocalMachine, SettingsKeys::machine, u"StartItem"_s, u"3"_s);
+    gOptions.MaxItems = 7;
+    gOptions.Landscape = false;
+    open();
+    of<QTabWidget>(u"tbsOptions"_s)->setCurrentIndex(6);
+    QTest::keyClick(dialog.get(), Qt::Key_Escape);
+    open();
+    EXPECT_EQ(tab(), 6);
+    of<QSpinBox>(u"txtStartItem"_s)->setValue(2);
+    of<QCheckBox>(u"chkGraphColor"_s)->setChecked(false);
+    click(u"cmdDefaults"_s);
+    EXPECT_EQ(of<QSpinBox>(u"txtStartItem"_s)->value(), 3) << "the installation's own default";
+    EXPECT_EQ(gOptions.MaxItems, 7) << "nothing is in force yet";
+    click(u"cmdApply"_s);
+    EXPECT_TRUE(gOptions.MaxItems == 20 && gOptions.GraphColor && !gOptions.Landscape);
+    of<QTabWidget>(u"tbsOptions"_s)->setCurrentIndex(5);
+    of<QRadioButton>(u"optWeight(1)"_s)->click();
+    click(u"cmdDefaults"_s);
+    EXPECT_TRUE(of<QRadioButton>(u"optWeight(0)"_s)->isChecked());
+}
+
 TEST_F(OptionsDialog, NoMnemonicIsGivenTwiceOnAPageInEitherLanguage) {
     for (const int language : {0, 1}) {
         setLanguage(language);
@@ -203,7 +266,8 @@ TEST_F(OptionsDialog, NoMnemonicIsGivenTwiceOnAPageInEitherLanguage) {
                     letters << text.mid(at + 1, 1).toLower();
             };
             QList<QWidget*> widgets = of<QWidget>(arrayName(u"picOptions"_s, page))->findChildren<QWidget*>();
-            widgets << of<QPushButton>(u"cmdLoad"_s) << of<QPushButton>(u"cmdSave"_s) << of<QPushButton>(u"cmdApply"_s);
+            widgets << of<QPushButton>(u"cmdDefaults"_s) << of<QPushButton>(u"cmdLoad"_s)
+                    << of<QPushButton>(u"cmdSave"_s) << of<QPushButton>(u"cmdApply"_s);
             for (const QWidget* widget : widgets)
                 note(widget->property("text").toString());
             const QStringList all = letters;

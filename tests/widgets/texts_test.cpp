@@ -140,6 +140,7 @@ const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s,
 
 /// Places that have no row by rule: what they show is made at run time or is the same in any language.
 const QStringList textsByRule = {
+    u"frmMain Form frmMain"_s,              // the product's name, and the catalogue before it
     u"frmStatus Form frmStatus"_s,          // the product's name
     u"frmExplorer Form frmExplorer"_s,      // the view's name and the window's number
     u"frmExplorer ListView lvListView("_s,  // headings set in code
