@@ -6,6 +6,7 @@
 #include "analysis/frmAuswertungTable.h"
 #include "analysis/frmNewCalculation.h"
 #include "analysis/request/preselection.h"
+#include "analysis/result/provenance.h"
 #include "analysis/result/saveTable.h"
 #include "app/globals.h"
 #include "diagnostics/GestureScope.h"
@@ -311,9 +312,9 @@ void frmAuswertung::copy() {
         }
         if (!model_.result().facts)
             return;
-        const ResultTable& table = model_.result().mfgGrid;
-        ui::asker().setClipboard(model_.result().lblLabel + u"\r\n"_s + clipText(table),
-                                 htmlTable(model_.result().lblLabel, table));
+        const TableResult& result = model_.result();
+        ui::asker().setClipboard(result.lblLabel + u"\r\n"_s + clipText(result.mfgGrid),
+                                 htmlTable(result.lblLabel, result.mfgGrid, provenanceLines(result)));
         ui::asker().messageBox(
             {.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s), .icon = ui::Icon::Information});
     });
@@ -333,7 +334,7 @@ void frmAuswertung::saveTableAs() {
         if (!path)
             return;
         const QString reason =
-            saveTable(*path, model_.result().lblLabel, model_.result().mfgGrid, table_->whatItStandsOn());
+            saveTable(*path, model_.result().lblLabel, model_.result().mfgGrid, provenanceLines(model_.result()));
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Tabelle konnte nicht gespeichert werden:"_s) +
                                             u"\r\n"_s + *path + u"\r\n"_s + reason,

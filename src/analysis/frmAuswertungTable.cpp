@@ -1,6 +1,7 @@
 #include "analysis/frmAuswertungTable.h"
 
 #include "analysis/frmAuswertung.h"
+#include "analysis/result/provenance.h"
 #include "app/globals.h"
 #include "widgets/FlowLayout.h"
 #include "widgets/ResultTableView.h"
@@ -112,11 +113,6 @@ void frmAuswertungTable::showRunning() {
     resultChanged();
 }
 
-QStringList frmAuswertungTable::whatItStandsOn() const {
-    const TableResult& result = model_.result();
-    return result.facts ? result.notes() + standsOn(*result.facts) : QStringList();
-}
-
 /// Every change of the request may leave the table behind it.
 void frmAuswertungTable::showChanges(const Changes& changes) {
     if (changes.touched() || changes.has(RequestPart::Values))
@@ -143,23 +139,42 @@ void frmAuswertungTable::showTable() {
 
 /// A comparison of many entries has a line for each: the table needs the room more, above all with large type.
 void frmAuswertungTable::showFacts() {
-    // What is to be known of the numbers is never cut.
+    // What is to be known of the numbers, and what percentages are of, is never cut.
     const TableResult& result = model_.result();
     const QStringList notes = result.facts ? result.notes() : QStringList();
-    const QStringList lines = result.facts ? standsOn(*result.facts) : QStringList();
+    const QStringList all = linesBelow(result);
+    const QStringList facts = result.facts ? standsOn(*result.facts) : QStringList();
+    const QStringList base = all.mid(notes.size() + facts.size());
     const int room = window_.height() / 5, width = page_->contentsRect().width();
     const auto first = [&](qsizetype most) {
-        if (lines.size() <= most)
-            return (notes + lines).join(u'\n');
+        if (facts.size() <= most)
+            return all.join(u'\n');
         const QString rest =
-            u"... "_s + QString::number(lines.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
-        return (notes + lines.first(most - 1) << rest).join(u'\n');
+            u"... "_s + QString::number(facts.size() - most + 1) + u' ' + TranslateText(u"weitere Einträge"_s);
+        return (notes + facts.first(most - 1) + QStringList{rest} + base).join(u'\n');
     };
     qsizetype most = 4;
     lblFacts_->setText(first(most));
-    while (most > 2 && lines.size() > 1 && lblFacts_->heightForWidth(width) > room)
+    while (most > 2 && facts.size() > 1 && lblFacts_->heightForWidth(width) > room)
         lblFacts_->setText(first(--most));
-    lblFacts_->setToolTip(lines.size() > most ? Qt::convertFromPlainText((notes + lines).join(u'\n')) : QString());
+    const bool cut = facts.size() > most || shortenBases(base, room, width);
+    lblFacts_->setToolTip(cut ? Qt::convertFromPlainText(all.join(u'\n')) : QString());
+}
+
+/// A table of many columns has as many numbers of cases: the first of them stand below it, all in the tooltip.
+/// @return true if some had to go
+bool frmAuswertungTable::shortenBases(const QStringList& base, int room, int width) {
+    if (base.isEmpty())
+        return false;
+    const QString whole = lblFacts_->text();
+    const QString before = whole.left(whole.size() - base.first().size());
+    qsizetype end = base.first().size();
+    while (end > 0 && lblFacts_->heightForWidth(width) > room) {
+        end = base.first().lastIndexOf(u"; "_s, end - 1);
+        if (end > 0)
+            lblFacts_->setText(before + base.first().left(end) + u"; ..."_s);
+    }
+    return lblFacts_->text() != whole;
 }
 
 void frmAuswertungTable::showState() {

@@ -24,8 +24,6 @@ public:
     void resultChanged() { touch(); }
     /// The window has another size.
     void showFacts();
-    /// What stands below the table, on the screen and in a file.
-    QStringList whatItStandsOn() const;
 
     void nameForReaders() override;
 
@@ -47,6 +45,7 @@ private:
     void connectControls();
     void mark(const std::function<ClickEffect()>& click);
 
+    bool shortenBases(const QStringList& base, int room, int width);
     void showTable();
     void showState();
 };

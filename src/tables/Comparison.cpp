@@ -214,8 +214,11 @@ void ColumnBuilder::noteShape(int dataRows) {
 /// Valid percent of every entry, on the counts as displayed.
 void ColumnBuilder::writePercent() {
     percent_ = table_;
+    percent_.percentOf = PercentOf::Columns;
     const int validRow = table_.shape.validRow;
     for (int column = FirstEntry; column < table_.Cols(); ++column) {
+        if (const QString& n = table_.Cell(column, validRow); !n.isEmpty())
+            percent_.bases.push_back({QString(), table_.Cell(column, 0), n});
         const double base = dao::leadingNumber(table_.Cell(column, validRow), true);
         for (int row = 1; row < table_.Rows(); ++row) {
             const QString& cell = table_.Cell(column, row);

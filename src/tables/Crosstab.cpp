@@ -92,6 +92,7 @@ private:
     void writeTable();
     void writeValidSums();
     bool writePercentages();
+    void noteBases(ResultTable& table, PercentOf of) const;
     void tidy();
     void setWidths(ResultTable& table) const;
 };
@@ -331,12 +332,35 @@ bool CrosstabBuilder::writePercentages() {
         table->setCols(table->Cols() - fewer);
         table->shape = shown_.shape;
         table->notes = shown_.notes;
+        table->percentOfValid = !options.IncludeMissingInPercentXTab;
         // The numbers of cases stand between the sums.
         const int shift = options.IncludeNinXTab ? 1 : 0;
         table->shape.validRow = without ? -1 : shown_.shape.validRow + shift;
         table->shape.validColumn = without ? -1 : shown_.shape.validColumn + shift;
     }
+    noteBases(t_.columnPercent, PercentOf::Columns);
+    noteBases(t_.rowPercent, PercentOf::Rows);
+    noteBases(t_.totalPercent, PercentOf::All);
     return true;
+}
+
+/// The sums that the percentages rest on: the table of percentages itself need not show them.
+void CrosstabBuilder::noteBases(ResultTable& table, PercentOf of) const {
+    table.percentOf = of;
+    const TableShape& shape = shown_.shape;
+    const int row = table.percentOfValid ? shape.validRow : shape.sumRow;
+    const int column = table.percentOfValid ? shape.validColumn : shape.sumColumn;
+    if (row < 0 || column < 0)
+        return;
+    const auto note = [&](const QString& value, const QString& label, const QString& n) {
+        if (!n.isEmpty())
+            table.bases.push_back({value, label, n});
+    };
+    for (int c = shape.columns.first; of == PercentOf::Columns && c <= shape.columns.last; ++c)
+        note(shown_.Cell(c, 0), shown_.Cell(c, 1), shown_.Cell(c, row));
+    for (int r = shape.rows.first; of == PercentOf::Rows && r <= shape.rows.last; ++r)
+        note(shown_.Cell(0, r), shown_.Cell(1, r), shown_.Cell(column, r));
+    note(shown_.Cell(column, 0), QString(), shown_.Cell(column, row));
 }
 
 void CrosstabBuilder::tidy() {

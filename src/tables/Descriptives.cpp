@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "diagnostics/errors.h"
+#include "tables/labels.h"
 #include "tables/mdStats.h"
 
 #include <algorithm>
@@ -37,6 +38,7 @@ struct Block {
     QString group;
     mdStats::Cases cases;
     std::optional<mdStats::Cases> counted; ///< what "Count" counts, where that is not `cases`
+    dao::Value value{};                    ///< of the group
 };
 
 /// A number for each title that is shown; nothing where a cell stays empty.
@@ -46,14 +48,15 @@ class DescriptivesBuilder {
 public:
     DescriptivesBuilder(ResultTable& table, const DescriptivesInput& input)
         : table_(table), in_(input), definition_(input.missingText), every_(QString()),
-          digits_(input.digits.split(u';')), all_(false, definition_) {}
+          groupMissing_(definitionOrNone(input.groupMissing)), digits_(input.digits.split(u';')),
+          all_(false, definition_) {}
 
     BuildOutcome build();
 
 private:
     ResultTable& table_;
     const DescriptivesInput& in_;
-    MissingDefinition definition_, every_;
+    MissingDefinition definition_, every_, groupMissing_;
     QStringList digits_;
     bool numeric_ = false, grouped_ = false, aborted_ = false;
     std::map<GroupKey, Block> blocks_;
@@ -79,6 +82,7 @@ private:
     std::optional<double> modeOfAll();
     void writeRows(Block& block);
     void writeGroup(Block& block, int row);
+    void noteGroup(const dao::Value& value, int row);
     void writeValue(int column, int row, Statistic statistic, const Block& block, qsizetype title,
                     const std::optional<double>& value);
     QString formatted(double value, Statistic statistic) const;
@@ -146,7 +150,7 @@ Block* DescriptivesBuilder::blockOf(const dao::Value& group, bool create) {
     GroupKey key = keyOf(group);
     auto found = blocks_.find(key);
     if (found == blocks_.end() && create)
-        found = blocks_.emplace(std::move(key), Block{group.toText(), {in_.weighted, definition_}, {}}).first;
+        found = blocks_.emplace(std::move(key), Block{group.toText(), {in_.weighted, definition_}, {}, group}).first;
     return found == blocks_.end() ? nullptr : &found->second;
 }
 
@@ -364,6 +368,18 @@ void DescriptivesBuilder::writeGroup(Block& block, int row) {
     });
     if (!numeric_ && block.cases.anyRow())
         table_.setCell(0, row, onlyNumeric());
+    else
+        noteGroup(block.value, row);
+}
+
+/// The label is looked for as that of a value in the other tables; a text that is no number has none of its own.
+void DescriptivesBuilder::noteGroup(const dao::Value& value, int row) {
+    RowGroup group{.row = row,
+                   .label = value.isNull() ? u"SYSMIS"_s : QString(),
+                   .missing = value.isNull() || (value.isNumeric() && groupMissing_.contains(value.toDouble()))};
+    if (in_.groupLabels && (value.isNull() || value.isNumeric()))
+        attempt([&] { group.label = labelOf(*in_.groupLabels, value).value_or(group.label); });
+    table_.groups.push_back(group);
 }
 
 BuildOutcome DescriptivesBuilder::build() {

@@ -54,6 +54,8 @@ struct DescriptivesInput {
     StatisticSelection selection{};
     QString digits;        ///< whole numbers separated by ";", by index; one that is not there counts as 0
     QString groupVariable; ///< title of the groups
+    dao::Recordset* groupLabels = nullptr; ///< of the groups' values, fields dt_Value and dt_Label; may be null
+    QString groupMissing;                  ///< definition of missing values of the group variable
     bool CommaInPercent = true;
     /// Gives the user interface its turn. True ends the builder.
     std::function<bool()> cancelled;
@@ -63,6 +65,7 @@ struct DescriptivesInput {
     std::function<void(const QString& place, const dao::Error& error)> onFailure;
 };
 
+/// Groups are noted with their labels beside the cells, and whether their value is missing.
 /// Builds the table of statistics: without groups one row a statistic, with groups one row a group and one
 /// column a statistic. Groups are in order, Null first; a Null group has no cases. "Mode" is that of all
 /// cases also in a group.

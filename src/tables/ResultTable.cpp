@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 constexpr int defaultColWidth = 960;
 constexpr int defaultRowHeight = 240;
@@ -42,7 +44,23 @@ void ResultTable::Clear() {
     std::fill(cells_.begin(), cells_.end(), CellContent());
     shape = {};
     notes.clear();
+    percentOf = PercentOf::None;
+    bases.clear();
+    groups.clear();
+    shortHeads.clear();
     markedBy = Marks::By::Definition;
+}
+
+QString ResultTable::shownCell(int column, int row) const {
+    const QString& text = Cell(column, row);
+    if (column != 0)
+        return text;
+    const auto group = std::ranges::find(groups, row, &RowGroup::row);
+    if (group == groups.end())
+        return text;
+    QStringList words{text, group->label, group->missing ? u'(' + TranslateText(u"Missing"_s) + u')' : QString()};
+    words.removeAll(QString());
+    return words.join(u' ');
 }
 
 void ResultTable::orderRows(int first, const std::vector<int>& order) {

@@ -19,6 +19,24 @@ struct TableNote {
     bool operator==(const TableNote&) const = default;
 };
 
+/// What the percentages of a table are of.
+enum class PercentOf { None, Columns, Rows, All };
+
+/// A number of cases that is 100 percent in a table of percentages.
+struct PercentBase {
+    QString value, label; ///< of the column or row that it is for; of the whole table its word alone
+    QString n;
+    bool operator==(const PercentBase&) const = default;
+};
+
+/// What is to be read beside the value of a row that stands for a group of cases.
+struct RowGroup {
+    int row = 0;
+    QString label;
+    bool missing = false;
+    bool operator==(const RowGroup&) const = default;
+};
+
 /// A rectangular table of text cells, addressed (column, row) from 0. All numbers in it are text, and later
 /// steps read the text back. Widths and heights are in twips (1/1440 inch).
 class ResultTable {
@@ -30,6 +48,12 @@ public:
     TableShape shape;
     Marks::By markedBy = Marks::By::Definition; ///< who says what is missing in it
     std::vector<TableNote> notes;
+    PercentOf percentOf = PercentOf::None;
+    bool percentOfValid = true; ///< the percentages are of the valid cases, else of all
+    std::vector<PercentBase> bases;
+    std::vector<RowGroup> groups;
+    /// Heads of columns without what all of them say, by column; empty where the cells are as short.
+    std::vector<QString> shortHeads;
     int FixedRows = 0;
     int FixedCols = 0;
 
@@ -43,6 +67,8 @@ public:
 
     const QString& Cell(int column, int row) const { return cells_[index(column, row)].text; }
     void setCell(int column, int row, const QString& text) { cells_[index(column, row)].text = text; }
+    /// The cell as people are to read it: the value of a group with its label.
+    QString shownCell(int column, int row) const;
     int CellAlignment(int column, int row) const { return cells_[index(column, row)].alignment; }
     void setCellAlignment(int column, int row, int alignment) { cells_[index(column, row)].alignment = alignment; }
     int ColWidth(int column) const { return widths_[static_cast<size_t>(column)]; }
@@ -54,7 +80,7 @@ public:
 
     /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
     void orderRows(int first, const std::vector<int>& order);
-    /// Takes a column or row out, with its width or height; the shape follows.
+    /// Takes a column or row out, with its width or height; the shape follows, groups and short heads don't.
     void removeCol(int column);
     void removeRow(int row);
     /// Adds a note once.

@@ -1,5 +1,6 @@
 #include "tables/missing.h"
 
+#include "app/globals.h"
 #include "diagnostics/errors.h"
 #include "platform/system/NumberFormat.h"
 
@@ -158,6 +159,15 @@ QString MissingDefinition::validCondition(const QString& fieldExpression) const 
     condition.replace(u"-1,79769313486231E+308"_s, u"CDbl('-1,79769313486231E308')"_s);
     condition.replace(u"1,79769313486231E+308"_s, u"CDbl('1,79769313486231E+308')"_s);
     return condition;
+}
+
+MissingDefinition definitionOrNone(const QString& text) {
+    const QScopedValueRollback<bool> thrown(gErrorTrapping, false);
+    try {
+        return MissingDefinition(text);
+    } catch (const dao::Error&) {
+        return MissingDefinition(QString());
+    }
 }
 
 bool IsMissing(const dao::Value& value, const QString& missingText) {

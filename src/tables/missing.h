@@ -35,6 +35,10 @@ private:
     bool split(const QString& text);
 };
 
+/// The definition of a text without a box: one that doesn't read counts as none. For what speaks of a table that is
+/// there: whoever made it has heard of the text.
+MissingDefinition definitionOrNone(const QString& text);
+
 /// True when the value falls under a missing-value definition. The caller has seen that the value is numeric
 /// and not Null. An empty definition is false.
 /// @throws dao::Error as MissingDefinition has it

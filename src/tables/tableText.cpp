@@ -1,5 +1,8 @@
 #include "tables/tableText.h"
 
+#include "app/globals.h"
+#include "platform/system/NumberFormat.h"
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -43,21 +46,35 @@ QString tagText(TableKind kind) {
     return {};
 }
 
-QString csvCell(const QString& text) {
-    if (!text.contains(u'"') && !text.contains(u',') && !text.contains(u'\n') && !text.contains(u'\r'))
-        return text;
-    QString quoted = text;
-    return u'"' + quoted.replace(u'"', u"\"\""_s) + u'"';
+QChar csvSeparator() {
+    return NumberFormat::decimalSeparator() == u',' ? u';' : u',';
 }
 
-QString csvText(const std::vector<QStringList>& rows) {
+QString csvCell(const QString& text, CsvReader reader) {
+    static const QString formulaSigns = u"=+-@\t\r"_s, quotedSigns = u"\"\n\r#"_s;
+    QString cell = text;
+    if (reader == CsvReader::Spreadsheet && !cell.isEmpty() && formulaSigns.contains(cell[0]) && !isFigure(cell))
+        cell.prepend(u'\'');
+    const bool quoted =
+        cell.contains(csvSeparator()) || std::ranges::any_of(cell, [](QChar c) { return quotedSigns.contains(c); });
+    return quoted ? u'"' + cell.replace(u'"', u"\"\""_s) + u'"' : cell;
+}
+
+QString csvText(const std::vector<QStringList>& rows, CsvReader reader) {
     QString text;
     for (const QStringList& row : rows) {
         QStringList cells;
         for (const QString& cell : row)
-            cells << csvCell(cell);
-        text += cells.join(u',') + u"\r\n"_s;
+            cells << csvCell(cell, reader);
+        text += cells.join(csvSeparator()) + u"\r\n"_s;
     }
+    return text;
+}
+
+QString csvComments(const QStringList& lines) {
+    QString text;
+    for (const QString& line : lines)
+        text += u"# "_s + line.simplified() + u"\r\n"_s;
     return text;
 }
 
@@ -68,13 +85,13 @@ QString clipText(const ResultTable& table) {
     return lines.join(u'\r');
 }
 
-QString htmlTable(const QString& title, const ResultTable& table) {
+QString htmlTable(const QString& title, const ResultTable& table, const QStringList& notes) {
     QString html = u"<table border=\"1\" cellspacing=\"0\" cellpadding=\"3\">\n<caption>"_s + title.toHtmlEscaped() +
                    u"</caption>\n"_s;
     for (int r = 0; r < table.Rows(); ++r) {
         html += u"<tr>"_s;
         for (int c = 0; c < table.Cols(); ++c) {
-            const QString& text = table.Cell(c, r);
+            const QString text = table.shownCell(c, r);
             const bool right = table.CellAlignment(c, r) == ResultTable::RightTop || (r > 0 && c > 0 && isFigure(text));
             const QString tag = r < table.FixedRows || c < table.FixedCols ? u"th"_s : u"td"_s;
             html += u'<' + tag + u" align=\""_s + (right ? u"right"_s : u"left"_s) + u"\">"_s + text.toHtmlEscaped() +
@@ -82,13 +99,53 @@ QString htmlTable(const QString& title, const ResultTable& table) {
         }
         html += u"</tr>\n"_s;
     }
-    return html + u"</table>\n"_s;
+    html += u"</table>\n"_s;
+    for (const QString& note : notes)
+        html += u"<p><small>"_s + note.toHtmlEscaped() + u"</small></p>\n"_s;
+    return html;
 }
 
 QString htmlPage(const QString& title, const ResultTable& table, const QStringList& notes) {
-    QString page = u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>"_s + title.toHtmlEscaped() +
-                   u"</title>\n</head>\n<body>\n"_s + htmlTable(title, table);
-    for (const QString& note : notes)
-        page += u"<p><small>"_s + note.toHtmlEscaped() + u"</small></p>\n"_s;
-    return page + u"</body>\n</html>\n"_s;
+    return u"<!DOCTYPE html>\n<html>\n<head>\n<meta charset=\"utf-8\">\n<title>"_s + title.toHtmlEscaped() +
+           u"</title>\n</head>\n<body>\n"_s + htmlTable(title, table, notes) + u"</body>\n</html>\n"_s;
+}
+
+namespace {
+
+QString joined(QStringList words) {
+    words.removeAll(QString());
+    return words.join(u' ');
+}
+
+QString percentWords(const ResultTable& table) {
+    switch (table.percentOf) {
+    case PercentOf::None:
+        break;
+    case PercentOf::Columns:
+        return TranslateText(u"Spaltenprozente"_s);
+    case PercentOf::Rows:
+        return TranslateText(u"Zeilenprozente"_s);
+    case PercentOf::All:
+        return TranslateText(u"Gesamtprozente"_s);
+    }
+    return {};
+}
+
+} // namespace
+
+QString percentBaseText(const ResultTable& table) {
+    if (table.percentOf == PercentOf::None)
+        return {};
+    QStringList numbers;
+    for (const PercentBase& base : table.bases)
+        numbers << joined({base.value, base.label}) + u": "_s + base.n;
+    const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle)"_s : u"N (alle Fälle)"_s);
+    return percentWords(table) + u", "_s + of + u' ' + numbers.join(u"; "_s);
+}
+
+QString groupsText(const ResultTable& table) {
+    QStringList groups;
+    for (const RowGroup& group : table.groups)
+        groups << table.shownCell(0, group.row);
+    return groups.isEmpty() ? QString() : TranslateText(u"Gruppen:"_s) + u' ' + groups.join(u"; "_s);
 }

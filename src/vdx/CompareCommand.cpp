@@ -1,5 +1,6 @@
 #include "analysis/request/ComparisonList.h"
 #include "analysis/request/comparisonEntries.h"
+#include "analysis/result/provenance.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
 #include "vdx/Command.h"
@@ -133,12 +134,13 @@ int CompareCommand::run(Session& session) {
     studies.removeDuplicates();
     tellCasesElsewhere(session, studies);
     // A comparison that is kept is one that was seen to run.
-    const TableResult result = runFor(session, editor, statementHooks(session, sql_), minutes_);
+    TableResult result = runFor(session, editor, statementHooks(session, sql_), minutes_);
     if (session.failed() || result.run.outcome != RunOutcome::Computed)
         return 1;
     if (!save_.empty() && !list.save(QString::fromStdString(save_)))
         return 1;
-    session.printer().print(result.lblLabel, show_ == "column" ? result.mfgGrid2 : result.mfgGrid);
+    result.showView(show_ == "column" ? 1 : 0);
+    session.printer().print(result.lblLabel, result.mfgGrid, provenanceLines(result), provenanceFacts(result));
     return 0;
 }
 

@@ -1,3 +1,4 @@
+#include "analysis/result/provenance.h"
 #include "analysis/result/titles.h"
 #include "app/globals.h"
 #include "config/Options.h"
@@ -63,7 +64,7 @@ int CrosstabCommand::run(Session& session) {
         result.showView(shown.cbValues);
         const QString title = resultTitle(shown, result.mfgGrid, gOptions);
         session.printer().print(view == 0 ? title : title + u", "_s + TranslateText(crosstabViews[view].words),
-                                result.mfgGrid);
+                                result.mfgGrid, provenanceLines(result), provenanceFacts(result));
     }
     return 0;
 }

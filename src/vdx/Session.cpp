@@ -54,8 +54,8 @@ void setOptions(const QStringList& settings) {
 } // namespace
 
 Session::Session(const CommonOptions& options, std::FILE* out, std::FILE* err)
-    : common_(options), err_(err), printer_(options.format, out), askerIn_(&noInput_), askerOut_(&boxText_),
-      asker_(std::make_unique<ui::TerminalAsker>(askerIn_, askerOut_, false)) {
+    : common_(options), err_(err), printer_(options.format, out, options.plain), askerIn_(&noInput_),
+      askerOut_(&boxText_), asker_(std::make_unique<ui::TerminalAsker>(askerIn_, askerOut_, false)) {
     gLanguage = speaksGerman(options.language) ? 0 : 1;
     // Before all else, since a wrong option ends it here: nothing is to be put back then.
     gOptions = Options();

@@ -13,10 +13,11 @@
 /// What every command takes.
 struct CommonOptions {
     TablePrinter::Format format = TablePrinter::Format::Text;
-    QString decimal;  ///< "comma", "point"; empty: the locale's
-    QString language; ///< "de", "en"; empty: the locale's
-    QString contents; ///< "original", "english"; empty: what the catalogue says
-    QStringList set;  ///< KEY=VALUE of any option, for this run
+    QString decimal;    ///< "comma", "point"; empty: the locale's
+    QString language;   ///< "de", "en"; empty: the locale's
+    QString contents;   ///< "original", "english"; empty: what the catalogue says
+    bool plain = false; ///< nothing beside the cells of a table
+    QStringList set;    ///< KEY=VALUE of any option, for this run
 };
 
 /// Wrong usage: the command line itself cannot be understood. Exit status 2.

@@ -1,5 +1,6 @@
 #include "vdx/StudyRequest.h"
 
+#include "analysis/result/provenance.h"
 #include "analysis/run/caseData.h"
 #include "analysis/runRequest.h"
 #include "app/globals.h"
@@ -16,9 +17,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct NamedTable {
+/// A table that has come out, with what is printed beside it.
+struct Printed {
     QString title;
     ResultTable table;
+    QStringList lines;
+    QJsonObject facts;
 };
 
 } // namespace
@@ -192,16 +196,16 @@ TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hook
 
 int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector<std::string>& variables,
                       const std::function<bool()>& choose) const {
-    std::vector<NamedTable> results;
+    std::vector<Printed> results;
     for (const std::string& variable : variables) {
         if (!chooseVariable(session, editor, variable) || (choose && !choose()))
             return 1;
         TableResult result = runFor(session, editor, hooks(session, editor), minutes_);
         if (session.failed() || result.run.outcome != RunOutcome::Computed)
             return 1;
-        results.push_back({result.lblLabel, std::move(result.mfgGrid)});
+        results.push_back({result.lblLabel, result.mfgGrid, provenanceLines(result), provenanceFacts(result)});
     }
-    for (const NamedTable& result : results)
-        session.printer().print(result.title, result.table);
+    for (const Printed& result : results)
+        session.printer().print(result.title, result.table, result.lines, result.facts);
     return 0;
 }

@@ -63,6 +63,14 @@ QList<int> figureColumns(const std::vector<QStringList>& rows, int headerRows) {
     return columns;
 }
 
+/// The cells as people are to read them.
+std::vector<QStringList> shownRows(const ResultTable& table) {
+    std::vector<QStringList> rows = tableRows(table);
+    for (const RowGroup& group : table.groups)
+        rows[static_cast<size_t>(group.row)][0] = table.shownCell(0, group.row);
+    return rows;
+}
+
 } // namespace
 
 QString oneLine(QString text) {
@@ -91,26 +99,38 @@ int terminalWidth(const QString& text) {
     return width;
 }
 
-void TablePrinter::print(const QString& title, const ResultTable& table) {
+void TablePrinter::print(const QString& title, const ResultTable& table, const QStringList& lines,
+                         const QJsonObject& facts) {
     const std::vector<QStringList> rows = tableRows(table);
     switch (format_) {
-    case Format::Json:
-        write(jsonLine({{u"title"_s, title},
-                        {u"tag"_s, tagText(table.Tag)},
-                        {u"fixedRows"_s, table.FixedRows},
-                        {u"fixedColumns"_s, table.FixedCols},
-                        {u"columns"_s, table.Cols()},
-                        {u"rows"_s, table.Rows()},
-                        {u"cells"_s, jsonRows(rows)}}));
+    case Format::Json: {
+        QJsonObject object{{u"title"_s, title},
+                           {u"tag"_s, tagText(table.Tag)},
+                           {u"fixedRows"_s, table.FixedRows},
+                           {u"fixedColumns"_s, table.FixedCols},
+                           {u"columns"_s, table.Cols()},
+                           {u"rows"_s, table.Rows()},
+                           {u"cells"_s, jsonRows(rows)}};
+        if (!facts.isEmpty())
+            object.insert(u"facts"_s, facts);
+        write(jsonLine(object));
         break;
+    }
     case Format::Csv:
         writeCsv(rows);
+        if (!plain_)
+            write(csvComments(QStringList{title} + lines));
         break;
     case Format::Text:
         if (!first_)
             write(u"\n"_s);
         write(oneLine(title) + u"\n\n"_s);
-        writeAligned(rows, table.FixedRows, figureColumns(rows, table.FixedRows));
+        writeAligned(shownRows(table), table.FixedRows, figureColumns(rows, table.FixedRows));
+        if (plain_ || lines.isEmpty())
+            break;
+        write(u"\n"_s);
+        for (const QString& line : lines)
+            write(oneLine(line) + u'\n');
         break;
     }
     first_ = false;

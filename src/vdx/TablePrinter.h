@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <cstdio>
@@ -12,11 +13,14 @@ class TablePrinter {
 public:
     enum class Format { Text, Csv, Json };
 
-    TablePrinter(Format format, std::FILE* out) : format_(format), out_(out) {}
+    /// @param plain the cells alone in text and csv: nothing about them below
+    TablePrinter(Format format, std::FILE* out, bool plain = false) : format_(format), plain_(plain), out_(out) {}
 
     Format format() const { return format_; }
-    /// A result table with its title.
-    void print(const QString& title, const ResultTable& table);
+    /// A result table with its title, and what it says of itself: as lines below it in text, as comment lines with the
+    /// title behind the cells in csv, as "facts" in json.
+    void print(const QString& title, const ResultTable& table, const QStringList& lines = {},
+               const QJsonObject& facts = {});
     /// Plain sentences: as they are in text, one cell a row in csv, an object with "fact" a line in json.
     void printLines(const QStringList& lines);
     /// A plain list: a header and rows of as many cells. @param rightAligned columns that hold numbers, in text
@@ -26,6 +30,7 @@ public:
 
 private:
     Format format_;
+    bool plain_;
     std::FILE* out_;
     bool first_ = true;
     bool failed_ = false;

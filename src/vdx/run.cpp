@@ -30,12 +30,14 @@ namespace {
 /// The common options as they are typed.
 struct TypedOptions {
     std::string format = "text", decimal, language, contents;
+    bool plain = false;
     std::vector<std::string> set;
 
     void declare(CLI::App& command) {
         command.add_option("--format", format, "text, csv or json (default: text)")
             ->check(CLI::IsMember({"text", "csv", "json"}))
             ->type_name("FORMAT");
+        command.add_flag("--plain", plain, "the cells alone: nothing about them below a table, in text and csv");
         command.add_option("--decimal", decimal, "comma or point (default: the locale's)")
             ->check(CLI::IsMember({"comma", "point"}))
             ->type_name("SIGN");
@@ -57,6 +59,7 @@ struct TypedOptions {
         options.format = format == "csv"    ? TablePrinter::Format::Csv
                          : format == "json" ? TablePrinter::Format::Json
                                             : TablePrinter::Format::Text;
+        options.plain = plain;
         options.decimal = QString::fromStdString(decimal);
         options.language = QString::fromStdString(language);
         options.contents = QString::fromStdString(contents);

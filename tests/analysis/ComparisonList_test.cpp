@@ -68,9 +68,9 @@ TEST_F(Comparisons, EntriesSayWhatTheyAreAndTheRunCountsEachFromItsOwnStudy) {
     ASSERT_TRUE(model_.edit().choosePart(u"1"_s));
     ASSERT_TRUE(list_.cmd_AddTrend());
     EXPECT_EQ(texts(),
-              (QStringList{u"QX1919, V5: V5: Zufriedenheit (gewichtet nach V3)"_s, u"QX2020, V5: V5: Zufriedenheit"_s,
-                           u"QX1919, V5: V5: Zufriedenheit (ausgewählte Fälle: V7=1)"_s,
-                           u"QX1919, V5: V5: Zufriedenheit (Fälle aus "_s + model_.request().dbcParts.text + u")"_s}));
+              (QStringList{u"QX1919, V5: Zufriedenheit (gewichtet nach V3)"_s, u"QX2020, V5: Zufriedenheit"_s,
+                           u"QX1919, V5: Zufriedenheit (ausgewählte Fälle: V7=1)"_s,
+                           u"QX1919, V5: Zufriedenheit (Fälle aus "_s + model_.request().dbcParts.text + u")"_s}));
 }
 
 TEST_F(Comparisons, TheSelectedEntryFollowsTheWindowOnlyWhenTheUserChanges) {

@@ -61,7 +61,7 @@ protected:
             arguments << u"--language"_s << u"de"_s;
         arguments << u"--decimal"_s << u"comma"_s;
         if (arguments[0] == u"frequency" && !arguments.contains(u"--format"_s))
-            arguments << u"--format"_s << u"csv"_s;
+            arguments << u"--format"_s << u"csv"_s << u"--plain"_s;
         if (arguments[0] == u"frequency")
             arguments << u"--data"_s << made_.dataFolder();
         return runVdx(arguments);
@@ -144,24 +144,23 @@ TEST_F(BadInput, getsTheSystemsWordsOrTheEnginesAndNoTable) {
 // Two cases of 1 and one of 2; weights -2, -2, 3; 0; 1, 1, -2; Null. What can be counted is, and a table without cases
 // has no rows.
 TEST_F(BadInput, isCountedWhereItCanBe) {
-    const QString head = u"Wert,Ausprägung,Missing,Anzahl,Prozent,Gült.Prozent,Kumul.Prozent\r\n"_s;
-    const QString label = u"1,\"да, 是的, نعم\",,"_s;
+    const QString head = u"Wert;Ausprägung;Missing;Anzahl;Prozent;Gült.Prozent;Kumul.Prozent\r\n"_s;
+    const QString label = u"1;да, 是的, نعم;;"_s;
     struct Case {
         QString line, out, words;
     };
     for (const Case& c : std::initializer_list<Case>{
-             {u"V1"_s, head + label + u"2,\"66,7\",\"66,7\",\"66,7\"\r\n2,"_s, {}},
-             {u"größe"_s, head + u"1,,,3,\"100,0\",\"100,0\",\"100,0\"\r\n,Summe,,3,"_s, {}},
-             {u"V1|--weight|WMINUS"_s, head + label + u"-4,\"400,0\",\"400,0\",\"400,0\"\r\n2,,,3,\"-300,0\""_s, {}},
-             {u"V1|--weight|WZERO"_s, head + label + u"0,,,\r\n2,,,0,,,\r\n,Summe,,0,\"0,0\",\"0,0\","_s, {}},
+             {u"V1"_s, head + label + u"2;66,7;66,7;66,7\r\n2;"_s, {}},
+             {u"größe"_s, head + u"1;;;3;100,0;100,0;100,0\r\n;Summe;;3;"_s, {}},
+             {u"V1|--weight|WMINUS"_s, head + label + u"-4;400,0;400,0;400,0\r\n2;;;3;-300,0"_s, {}},
+             {u"V1|--weight|WZERO"_s, head + label + u"0;;;\r\n2;;;0;;;\r\n;Summe;;0;0,0;0,0;"_s, {}},
              {u"V1|größe|--weight|WSPLIT"_s,
-              head + label +
-                  u"2,,,\r\n2,,,-2,,,\r\n,Summe,,0,\"0,0\",\"0,0\",\r\n,,,,,,\r\n,Gültige Fälle,,0,,,\r\n\r\n"_s +
-                  head + u"1,,,0,,,\r\n"_s,
+              head + label + u"2;;;\r\n2;;;-2;;;\r\n;Summe;;0;0,0;0,0;\r\n;;;;;;\r\n;Gültige Fälle;;0;;;\r\n\r\n"_s +
+                  head + u"1;;;0;;;\r\n"_s,
               u"V1, 1, Gült.Prozent ist nicht zu berechnen (11 Division by zero), die Zelle bleibt leer."_s},
-             {u"V1|--weight|WNULL"_s, head + u",,,,,,\r\n"_s,
+             {u"V1|--weight|WNULL"_s, head + u";;;;;;\r\n"_s,
               u"Varidex: Warnung: unbekannte Anzahl fehlender Werte in Gewichtungsvariable."_s},
-             {u"V1|--filter|V1>7"_s, head + u",,,,,,\r\n"_s, {}},
+             {u"V1|--filter|V1>7"_s, head + u";;;;;;\r\n"_s, {}},
          }) {
         SCOPED_TRACE(c.line.toStdString());
         const VdxResult result = run(u"frequency|@|QW|"_s + c.line);

@@ -16,7 +16,7 @@ protected:
         arguments.replaceInStrings(u"@"_s, catalogue_);
         arguments << u"--language"_s << u"de"_s << u"--decimal"_s << u"comma"_s;
         if (arguments[0] == u"frequency" || arguments[0] == u"crosstab")
-            arguments << u"--data"_s << data_;
+            arguments << u"--data"_s << data_ << u"--plain"_s;
         return runVdx(arguments);
     }
 };
@@ -25,14 +25,14 @@ protected:
 
 TEST_F(Commands, aFrequencyTableIsTheOneWorkedByHand) {
     // V5: 1 1 2 2 9 and one system-missing; 9 is missing by definition. The weights of V3 add up to the same counts.
-    const QString table = u"Wert,Ausprägung,Missing,Anzahl,Prozent,Gült.Prozent,Kumul.Prozent\r\n"
-                          u",SYSMIS,X,1,\"16,7\", ,\r\n"
-                          u"1,zufrieden,,2,\"33,3\",\"50,0\",\"50,0\"\r\n"
-                          u"2,unzufrieden,,2,\"33,3\",\"50,0\",\"100,0\"\r\n"
-                          u"9,keine Angabe,X,1,\"16,7\", ,\r\n"
-                          u",Summe,,6,\"100,0\",\"100,0\",\r\n"
-                          u",,,,,,\r\n"
-                          u",Gültige Fälle,,4,,,\r\n"_s;
+    const QString table = u"Wert;Ausprägung;Missing;Anzahl;Prozent;Gült.Prozent;Kumul.Prozent\r\n"
+                          u";SYSMIS;X;1;16,7; ;\r\n"
+                          u"1;zufrieden;;2;33,3;50,0;50,0\r\n"
+                          u"2;unzufrieden;;2;33,3;50,0;100,0\r\n"
+                          u"9;keine Angabe;X;1;16,7; ;\r\n"
+                          u";Summe;;6;100,0;100,0;\r\n"
+                          u";;;;;;\r\n"
+                          u";Gültige Fälle;;4;;;\r\n"_s;
     const QStringList request{u"frequency"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"--format"_s, u"csv"_s};
     EXPECT_EQ(run(request).out, table);
     EXPECT_EQ(run(request + QStringList{u"--weight"_s, u"re"_s}).out, table);
@@ -53,18 +53,18 @@ TEST_F(Commands, aFrequencyTableIsTheOneWorkedByHand) {
 
 TEST_F(Commands, listsShowWhatTheWindowsWillShow) {
     EXPECT_TRUE(run({u"studies"_s, u"@"_s, u"--format"_s, u"csv"_s})
-                    .out.startsWith(u"study,title,title_en,year,group,weight_re,"_s));
+                    .out.startsWith(u"study;title;title_en;year;group;weight_re;"_s));
     const QString variables = run({u"variables"_s, u"@"_s, u"QX1919"_s, u"--format"_s, u"csv"_s}).out;
-    EXPECT_TRUE(variables.startsWith(u"position,name,label,label_en,table,field,missing,group\r\n"_s));
-    EXPECT_TRUE(variables.contains(u"V5,Zufriedenheit,Satisfaction,QX1919_1,V5,9,Welle 1\r\n"_s))
+    EXPECT_TRUE(variables.startsWith(u"position;name;label;label_en;table;field;missing;group\r\n"_s));
+    EXPECT_TRUE(variables.contains(u"V5;Zufriedenheit;Satisfaction;QX1919_1;V5;9;Welle 1\r\n"_s))
         << variables.toStdString();
     EXPECT_EQ(run({u"tree"_s, u"@"_s, u"--view"_s, u"2"_s, u"--format"_s, u"csv"_s}).out,
-              u"key,parent,level,text\r\nB0,,0,Kategorien\r\nB2,B0,1,Demographie\r\nB1,B0,1,Einstellungen\r\n"
-              u"B3,B1,2,Vertrauen\r\n"_s);
+              u"key;parent;level;text\r\nB0;;0;Kategorien\r\nB2;B0;1;Demographie\r\nB1;B0;1;Einstellungen\r\n"
+              u"B3;B1;2;Vertrauen\r\n"_s);
     const QString list =
         run({u"list"_s, u"@"_s, u"--view"_s, u"2"_s, u"--node"_s, u"B1"_s, u"--format"_s, u"csv"_s}).out;
-    EXPECT_EQ(list, u"VN,SN,WE,SY,VL,EL\r\nV5,QX1919,Welle 1,1919,Zufriedenheit,Satisfaction\r\n"
-                    u"V5,QX2020,,2020,Zufriedenheit,Satisfaction\r\n"_s);
+    EXPECT_EQ(list, u"VN;SN;WE;SY;VL;EL\r\nV5;QX1919;Welle 1;1919;Zufriedenheit;Satisfaction\r\n"
+                    u"V5;QX2020;;2020;Zufriedenheit;Satisfaction\r\n"_s);
 }
 
 TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
@@ -186,21 +186,21 @@ TEST_F(Commands, aCrosstabIsShownInTheViewsAskedFor) {
     // V5 by V7, which is 1 and 2 in turn; the labelled missing 9 of V5 is left out, its system-missing is shown as
     // missing.
     const QStringList request{u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--format"_s, u"csv"_s};
-    const QString absolute = u",V7,,1,2,Summe,Gült. Summe\r\n"
-                             u"V5,,,männlich,weiblich,,\r\n"
-                             u",,Missing,,,,\r\n"
-                             u",SYSMIS,X,,1,1,\r\n"
-                             u"1,zufrieden,,1,1,2,2\r\n"
-                             u"2,unzufrieden,,1,1,2,2\r\n"
-                             u"Summe,,,2,3,5,\r\n"
-                             u"Gült. Summe,,,2,2,,4\r\n"_s;
+    const QString absolute = u";V7;;1;2;Summe;Gült. Summe\r\n"
+                             u"V5;;;männlich;weiblich;;\r\n"
+                             u";;Missing;;;;\r\n"
+                             u";SYSMIS;X;;1;1;\r\n"
+                             u"1;zufrieden;;1;1;2;2\r\n"
+                             u"2;unzufrieden;;1;1;2;2\r\n"
+                             u"Summe;;;2;3;5;\r\n"
+                             u"Gült. Summe;;;2;2;;4\r\n"_s;
     EXPECT_EQ(run(request).out, absolute);
     const VdxResult all = run(request + QStringList{u"--show"_s, u"all"_s});
     EXPECT_TRUE(all.out.startsWith(absolute + u"\r\n"_s));
-    EXPECT_EQ(all.out.count(u"V5,,,"_s), 4);
-    EXPECT_TRUE(all.out.contains(u"Gült. Summe,,,\"50,0%\",\"50,0%\",,\"100,0%\"\r\n"_s));
+    EXPECT_EQ(all.out.count(u"V5;;;"_s), 4);
+    EXPECT_TRUE(all.out.contains(u"Gült. Summe;;;50,0%;50,0%;;100,0%\r\n"_s));
     const VdxResult flipped = run(QStringList{request} << u"--flip"_s << u"--set"_s << u"IncludeMissingXTab=1"_s);
-    EXPECT_TRUE(flipped.out.contains(u",,Missing,X,,,X,,\r\n1,männlich,,,1,1,1,3,2\r\n"_s))
+    EXPECT_TRUE(flipped.out.contains(u";;Missing;X;;;X;;\r\n1;männlich;;;1;1;1;3;2\r\n"_s))
         << flipped.out.toStdString();
     const VdxResult text =
         run({u"crosstab"_s, u"@"_s, u"QX1919"_s, u"V5"_s, u"V7"_s, u"--weight"_s, u"re"_s, u"--show"_s, u"row"_s});

@@ -14,7 +14,8 @@ class Compare : public VdxArchive {
 protected:
     VdxResult run(const QStringList& arguments) const {
         const QStringList plain{u"--set"_s, u"HeaderValAddVar=0"_s, u"--set"_s, u"HeaderGroup=0"_s};
-        const QStringList common{u"--language"_s, u"de"_s, u"--decimal"_s, u"comma"_s, u"--format"_s, u"csv"_s};
+        const QStringList common{u"--language"_s, u"de"_s,  u"--decimal"_s, u"comma"_s,
+                                 u"--format"_s,   u"csv"_s, u"--plain"_s};
         QStringList all = QStringList{arguments[0], catalogue_} + arguments.mid(1) + common;
         if (arguments[0] == u"compare")
             all += plain + QStringList{u"--data"_s, data_};
@@ -28,14 +29,14 @@ protected:
 };
 
 // V5 of QX1919: 1 1 2 2 9 and one system-missing, of QX2020: 1 2 2; V7 is 1 in its first and third case.
-const QString twoColumns = u"Wert,Ausprägung,Missing,\"QX1919, V5, 1919\",\"QX2020, V5, 2020 (F. V7=1)\"\r\n"
-                           u",SYSMIS,X,1,\r\n"
-                           u"1,zufrieden,,2,1\r\n"
-                           u"2,unzufrieden,,2,1\r\n"
-                           u"9,keine Angabe,X,1,\r\n"
-                           u",Summe,,6,2\r\n"
-                           u",Gültige Fälle,,4,2\r\n"
-                           u",,,,\r\n"_s;
+const QString twoColumns = u"Wert;Ausprägung;Missing;QX1919, V5, 1919;QX2020, V5, 2020 (F. V7=1)\r\n"
+                           u";SYSMIS;X;1;\r\n"
+                           u"1;zufrieden;;2;1\r\n"
+                           u"2;unzufrieden;;2;1\r\n"
+                           u"9;keine Angabe;X;1;\r\n"
+                           u";Summe;;6;2\r\n"
+                           u";Gültige Fälle;;4;2\r\n"
+                           u";;;;\r\n"_s;
 
 } // namespace
 
@@ -46,21 +47,21 @@ TEST_F(Compare, StudiesSideBySideAreKeptLoadedAndDeletedByName) {
     EXPECT_EQ(run(entries).out, twoColumns);
     EXPECT_TRUE(bytes() == before) << "an analysis writes nothing";
     EXPECT_EQ(run(entries + QStringList{u"--show"_s, u"column"_s}).out.split(u"\r\n"_s)[2],
-              u"1,zufrieden,,\"50,0\",\"50,0\""_s);
+              u"1;zufrieden;;50,0;50,0"_s);
 
     EXPECT_EQ(run(entries + QStringList{u"--title"_s, u"Wie zufrieden"_s, u"--save"_s, u"Vergleich 1"_s}).status, 0);
     const VdxResult twice = run(entries + QStringList{u"--save"_s, u"vergleich 1"_s});
     EXPECT_EQ(twice.status, 1);
     EXPECT_TRUE(twice.err.contains(u"Name bereits vorhanden."_s)) << twice.err.toStdString();
-    EXPECT_EQ(run({u"comparisons"_s}).out, u"name,title,entries\r\nVergleich 1,Wie zufrieden,\"QX1919, V5: V5: "
-                                           u"Zufriedenheit / QX2020, V5: V5: Zufriedenheit "
-                                           u"(ausgewählte Fälle: V7=1)\"\r\n"_s);
+    EXPECT_EQ(run({u"comparisons"_s}).out, u"name;title;entries\r\nVergleich 1;Wie zufrieden;QX1919, V5: "
+                                           u"Zufriedenheit / QX2020, V5: Zufriedenheit "
+                                           u"(ausgewählte Fälle: V7=1)\r\n"_s);
     EXPECT_EQ(run({u"compare"_s, u"--load"_s, u"Vergleich 1"_s}).out, twoColumns);
     EXPECT_EQ(run({u"compare"_s, u"--delete"_s, u"Vergleich 1"_s}).status, 0);
     const VdxResult gone = run({u"compare"_s, u"--load"_s, u"Vergleich 1"_s});
     EXPECT_EQ(gone.status, 1);
     EXPECT_TRUE(gone.err.contains(u"Vergleich nicht gefunden"_s));
-    EXPECT_EQ(run({u"comparisons"_s}).out, u"name,title,entries\r\n"_s);
+    EXPECT_EQ(run({u"comparisons"_s}).out, u"name;title;entries\r\n"_s);
 }
 
 TEST_F(Compare, SaysWhatIsWrongWithAnEntry) {

@@ -20,7 +20,7 @@ protected:
     VdxResult run(const QString& variables, const QStringList& options) const {
         return runVdx(QStringList{u"descriptives"_s, catalogue_, u"QX1919"_s} + variables.split(u' ') + options +
                       QStringList{u"--data"_s, data_, u"--language"_s, u"de"_s, u"--decimal"_s, u"comma"_s,
-                                  u"--format"_s, u"csv"_s});
+                                  u"--format"_s, u"csv"_s, u"--plain"_s});
     }
 };
 
@@ -134,21 +134,20 @@ void compareStatistics(const QHash<QString, double>& our, const QHash<QString, Q
 
 TEST_F(DescriptivesCommands, printWhatIsChosen) {
     // V5: 1 1 2 2 valid, 9 missing, one Null.
-    EXPECT_EQ(run(u"V5"_s, {}).out,
-              u",Statistik,Wert\r\n,Count,\"6,00\"\r\n,Minimum,\"1,00\"\r\n,Maximum,\"2,00\"\r\n"
-              ",ArithmeticMean,\"1,50\"\r\n,StandardDeviation,\"0,58\"\r\n,ValidN,\"4,00\"\r\n"_s);
+    EXPECT_EQ(run(u"V5"_s, {}).out, u";Statistik;Wert\r\n;Count;6,00\r\n;Minimum;1,00\r\n;Maximum;2,00\r\n"
+                                    ";ArithmeticMean;1,50\r\n;StandardDeviation;0,58\r\n;ValidN;4,00\r\n"_s);
     EXPECT_EQ(run(u"V5"_s, {u"--statistics"_s, u"validn,Quartiles, arithmetic mean"_s, u"--digits"_s, u"0;0;0;3;0;1"_s,
                             u"--missing"_s, u"none"_s})
                   .out,
               // With the 9 there are five: p = 1.5 and 4.5.
-              u",Statistik,Wert\r\n,ArithmeticMean,\"3,000\"\r\n,ValidN,\"5,0\"\r\n,25%-Percentile,1\r\n"
-              ",50%-Percentile,2\r\n,75%-Percentile,6\r\n"_s);
+              u";Statistik;Wert\r\n;ArithmeticMean;3,000\r\n;ValidN;5,0\r\n;25%-Percentile;1\r\n"
+              ";50%-Percentile;2\r\n;75%-Percentile;6\r\n"_s);
     // V3 is 0.5 1.2 1.0 where V7 is 1, and 1.5 0.8 1.0 where it is 2.
     EXPECT_EQ(run(u"V3"_s, {u"--by"_s, u"V7"_s, u"--statistics"_s, u"Count,Sum"_s, u"--digits"_s, u"1"_s}).out,
-              u"V7,Count,Sum\r\n1,\"3,0\",\"2,7\"\r\n2,\"3,0\",\"3,3\"\r\n"_s);
+              u"V7;Count;Sum\r\n1;3,0;2,7\r\n2;3,0;3,3\r\n"_s);
     const VdxResult text = run(u"V8 V7"_s, {u"--statistics"_s, u"Maximum"_s, u"--weight"_s, u"re"_s, u"--sql"_s});
-    EXPECT_EQ(text.out, u",Statistik,Wert\r\n,,Descriptives nur für numerische Felder\r\n\r\n"
-                        ",Statistik,Wert\r\n,Maximum,\"2,00\"\r\n"_s);
+    EXPECT_EQ(text.out, u";Statistik;Wert\r\n;;Descriptives nur für numerische Felder\r\n\r\n"
+                        ";Statistik;Wert\r\n;Maximum;2,00\r\n"_s);
     EXPECT_TRUE(text.err.contains(u"counts: SELECT q.*, QX1919_1.V7 AS VAR  FROM (q INNER JOIN QX1919_1 ON q.ID = "
                                   "QX1919_1.dt_CaseID)\n"_s));
 }
@@ -157,12 +156,12 @@ TEST_F(DescriptivesCommands, goOnBehindAStatisticThatCannotBeComputed) {
     const VdxResult result =
         run(u"V5"_s, {u"--filter"_s, u"V9=31"_s, u"--statistics"_s, u"StandardDeviation,Sum"_s, u"--digits"_s, u"0"_s});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.out, u",Statistik,Wert\r\n,StandardDeviation,\r\n,Sum,1\r\n"_s);
+    EXPECT_EQ(result.out, u";Statistik;Wert\r\n;StandardDeviation;\r\n;Sum;1\r\n"_s);
     EXPECT_EQ(result.err,
               u"V5, StandardDeviation ist nicht zu berechnen (11 Division by zero), die Zelle bleibt leer.\n"_s);
     EXPECT_EQ(run(u"V5"_s, {u"--by"_s, u"V9"_s, u"--statistics"_s, u"Variance"_s}).err.count(u"Division by zero"_s), 4);
     const VdxResult weight = run(u"V5"_s, {u"--weight"_s, u"V8"_s, u"--statistics"_s, u"Count"_s});
-    EXPECT_EQ(weight.out, u",Statistik,Wert\r\n,Count,\r\n"_s);
+    EXPECT_EQ(weight.out, u";Statistik;Wert\r\n;Count;\r\n"_s);
     EXPECT_TRUE(weight.err.contains(u"V5, Count ist nicht zu berechnen (13 Type mismatch)"_s))
         << weight.err.toStdString();
 }

@@ -1,4 +1,6 @@
+#include "platform/system/NumberFormat.h"
 #include "tables/ResultTable.h"
+#include "tables/tableText.h"
 #include "vdx/TablePrinter.h"
 
 #include <QTemporaryFile>
@@ -24,11 +26,12 @@ ResultTable smallTable() {
     return table;
 }
 
-QString printed(TablePrinter::Format format, int times) {
+QString printed(TablePrinter::Format format, int times, bool plain = true, const QStringList& lines = {},
+                const QJsonObject& facts = {}) {
     std::FILE* file = std::tmpfile();
-    TablePrinter printer(format, file);
+    TablePrinter printer(format, file, plain);
     for (int i = 0; i < times; ++i)
-        printer.print(u"Titel \"A\""_s, smallTable());
+        printer.print(u"Titel \"A\""_s, smallTable(), lines, facts);
     EXPECT_TRUE(printer.finish());
     std::rewind(file);
     QByteArray bytes(10000, '\0');
@@ -40,8 +43,41 @@ QString printed(TablePrinter::Format format, int times) {
 } // namespace
 
 TEST(TablePrinter, csvQuotesWhatRfc4180QuotesAndPartsTablesByAnEmptyLine) {
+    NumberFormat::setDecimalSeparator(u'.');
     const QString table = u"Wert,Ausprägung,Anzahl\r\n1,\"Ja, \"\"gern\"\"\",12\r\n,\"日本\nzwei\",3\r\n"_s;
     EXPECT_EQ(printed(TablePrinter::Format::Csv, 2), table + u"\r\n"_s + table);
+    NumberFormat::setDecimalSeparator(u',');
+    EXPECT_EQ(printed(TablePrinter::Format::Csv, 1),
+              u"Wert;Ausprägung;Anzahl\r\n1;\"Ja, \"\"gern\"\"\";12\r\n;\"日本\nzwei\";3\r\n"_s);
+}
+
+TEST(TablePrinter, whatATableSaysOfItselfStandsBehindItsCellsUnlessTheyAreWantedAlone) {
+    const QStringList lines{u"Studie: A; \"B\"\r\nC"_s, u"N = 3"_s};
+    const QString csv = printed(TablePrinter::Format::Csv, 1, false, lines);
+    EXPECT_TRUE(csv.endsWith(u";3\r\n# Titel \"A\"\r\n# Studie: A; \"B\" C\r\n# N = 3\r\n"_s)) << csv.toStdString();
+    EXPECT_FALSE(printed(TablePrinter::Format::Csv, 1, true, lines).contains(u'#'));
+    EXPECT_TRUE(printed(TablePrinter::Format::Text, 1, false, lines).endsWith(u"3\n\nStudie: A; \"B\"  C\nN = 3\n"_s));
+    EXPECT_TRUE(printed(TablePrinter::Format::Text, 1, true, lines).endsWith(u"3\n"_s));
+    EXPECT_TRUE(printed(TablePrinter::Format::Json, 1, true, {}, {{u"n"_s, 3}}).contains(u"\"facts\":{\"n\":3},"_s));
+}
+
+/// A reader told of comments must not take a label for one, and a spreadsheet must not compute one.
+TEST(TablePrinter, csvQuotesTheSignOfACommentAndFormulasOfStrangersAreTexts) {
+    NumberFormat::setDecimalSeparator(u',');
+    struct Case {
+        QString cell, program, spreadsheet;
+    };
+    for (const Case& c : {Case{u"#1"_s, u"\"#1\""_s, u"\"#1\""_s},
+                          {u"a;b"_s, u"\"a;b\""_s, u"\"a;b\""_s},
+                          {u"a,b"_s, u"a,b"_s, u"a,b"_s},
+                          {u"=1+1"_s, u"=1+1"_s, u"'=1+1"_s},
+                          {u"@SUM(A1;A2)"_s, u"\"@SUM(A1;A2)\""_s, u"\"'@SUM(A1;A2)\""_s},
+                          {u"-weiß nicht-"_s, u"-weiß nicht-"_s, u"'-weiß nicht-"_s},
+                          {u"-9"_s, u"-9"_s, u"-9"_s},
+                          {u"-12,5%"_s, u"-12,5%"_s, u"-12,5%"_s}}) {
+        EXPECT_EQ(csvCell(c.cell), c.program);
+        EXPECT_EQ(csvCell(c.cell, CsvReader::Spreadsheet), c.spreadsheet);
+    }
 }
 
 TEST(TablePrinter, jsonIsOneObjectALine) {

@@ -5,6 +5,7 @@
 #include "catalogue/StudyRows.h"
 #include "catalogue/schema.h"
 #include "diagnostics/errors.h"
+#include "platform/dao/TextOrder.h"
 #include "platform/dao/Transaction.h"
 
 using namespace Qt::StringLiterals;
@@ -76,8 +77,10 @@ QString partName(dao::Recordset& part, bool english) {
 }
 
 QString entryText(const ComparisonEntry& entry) {
-    QString text = entry.at(ComparisonEntry::Study) + u", "_s + entry.at(ComparisonEntry::Variable) + u": "_s +
-                   entry.at(ComparisonEntry::VarLabel);
+    // The label is the choice of the variable's picker, which begins with its name.
+    const QString &variable = entry.at(ComparisonEntry::Variable), &label = entry.at(ComparisonEntry::VarLabel);
+    const bool named = dao::compareTexts(nameOfChoice(label), variable) == 0;
+    QString text = entry.at(ComparisonEntry::Study) + u", "_s + (named ? QString() : variable + u": "_s) + label;
     if (!entry.at(ComparisonEntry::Weight).isEmpty())
         text += u" ("_s + TranslateText(u"gewichtet nach"_s) + u' ' + entry.at(ComparisonEntry::Weight) + u')';
     const QString& filter = entry.at(ComparisonEntry::Filter);

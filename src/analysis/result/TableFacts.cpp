@@ -9,12 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-using OptionList = std::initializer_list<bool Options::*>;
-
-bool equalIn(const Options& a, const Options& b, OptionList options) {
-    return std::ranges::all_of(options, [&](bool Options::*o) { return a.*o == b.*o; });
-}
-
 QString filterAsked(const AnalysisRequest& r) {
     switch (r.optFilter) {
     case FilterKind::noFilter:
@@ -115,29 +109,44 @@ bool asksTheSame(const AnalysisRequest& a, const AnalysisRequest& b, const Optio
            a.weightVariable() == b.weightVariable() && a.dtMissing == b.dtMissing && filterAsked(a) == filterAsked(b);
 }
 
-bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b) {
-    if (a.DataPath != b.DataPath || a.CommaInPercent != b.CommaInPercent)
-        return false;
+OptionList optionsOf(AnalysisMode mode) {
     switch (mode) {
     case AnalysisMode::Frequency:
-        return equalIn(a, b,
-                       {&Options::CumulatedPercent, &Options::SeparateValidCases, &Options::AutoColWidth,
-                        &Options::IncludeMissing});
+        return {&Options::CumulatedPercent, &Options::SeparateValidCases, &Options::IncludeMissing,
+                &Options::CommaInPercent};
     case AnalysisMode::Crosstab:
-        return equalIn(a, b,
-                       {&Options::IncludeMissingXTab, &Options::IncludeMissingInPercentXTab, &Options::IncludeNinXTab,
-                        &Options::IncludeNinXTabPercent, &Options::IncludeNinXTabPercentNFirst,
-                        &Options::NoColumnLabels, &Options::NoRowLabels, &Options::ShowValidSums,
-                        &Options::ShowPercentSign, &Options::AutoColWidth});
+        return {&Options::IncludeMissingXTab, &Options::IncludeMissingInPercentXTab,
+                &Options::IncludeNinXTab,     &Options::IncludeNinXTabPercent,
+                &Options::NoColumnLabels,     &Options::IncludeNinXTabPercentNFirst,
+                &Options::NoRowLabels,        &Options::ShowValidSums,
+                &Options::ShowPercentSign,    &Options::CommaInPercent};
     case AnalysisMode::Descriptives:
-        return true;
+        return {&Options::IncludeMissingDesc, &Options::CommaInPercent};
     case AnalysisMode::Comparison:
-        return equalIn(a, b,
-                       {&Options::HeaderStudy, &Options::HeaderVar, &Options::HeaderYear, &Options::HeaderGroup,
-                        &Options::HeaderValFirst, &Options::HeaderValAddVar, &Options::HeaderAddWeight,
-                        &Options::HeaderAddFilter, &Options::AutoColWidth, &Options::AutomaticVariableColumnWidth});
+        return {&Options::HeaderStudy,     &Options::HeaderVar,       &Options::HeaderYear,
+                &Options::HeaderGroup,     &Options::HeaderValFirst,  &Options::HeaderValAddVar,
+                &Options::HeaderAddWeight, &Options::HeaderAddFilter, &Options::CommaInPercent};
     }
-    return true;
+    return {};
+}
+
+std::vector<const OptionDescriptor*> differingOptions(AnalysisMode mode, const Options& options) {
+    const Options byDefault;
+    std::vector<const OptionDescriptor*> differing;
+    for (bool Options::*option : optionsOf(mode))
+        if (options.*option != byDefault.*option)
+            differing.push_back(&optionOf(option));
+    return differing;
+}
+
+bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b) {
+    const auto equal = [&](bool Options::*option) { return a.*option == b.*option; };
+    // Statistics have a key of their own.
+    const bool cells = mode == AnalysisMode::Descriptives ? equal(&Options::CommaInPercent)
+                                                          : std::ranges::all_of(optionsOf(mode), equal);
+    const bool widths = mode == AnalysisMode::Descriptives || equal(&Options::AutoColWidth);
+    return a.DataPath == b.DataPath && cells && widths &&
+           (mode != AnalysisMode::Comparison || equal(&Options::AutomaticVariableColumnWidth));
 }
 
 QStringList standsOn(const TableFacts& facts) {

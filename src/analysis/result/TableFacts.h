@@ -43,6 +43,11 @@ QString statisticsKey(const AnalysisRequest& request, const Options& options);
 bool sameEntries(const QList<ComparisonEntry>& a, const QList<ComparisonEntry>& b);
 /// True if two requests ask for the same table, statistics aside. @param options that they are asked under
 bool asksTheSame(const AnalysisRequest& a, const AnalysisRequest& b, const Options& options);
+using OptionList = std::vector<bool Options::*>;
+/// The options that bear on the cells of a mode's table.
+OptionList optionsOf(AnalysisMode mode);
+/// Those of them that are not as a fresh program has them.
+std::vector<const OptionDescriptor*> differingOptions(AnalysisMode mode, const Options& options);
 /// True if two sets of options give a request of a mode the same table, statistics aside.
 bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b);
 /// What the numbers stand on: study, filter, weight, N, missing values, a short phrase each, in the language in force.

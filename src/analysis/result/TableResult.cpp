@@ -40,6 +40,8 @@ void TableResult::showView(int view) {
         return;
     }
     // A comparison's views share their first columns with the table shown.
+    mfgGrid.percentOf = source.percentOf;
+    mfgGrid.bases = source.bases;
     for (int row = 1; row < std::min(mfgGrid.Rows(), source.Rows()); ++row)
         for (int column = 3; column < std::min(mfgGrid.Cols(), source.Cols()); ++column)
             mfgGrid.setCell(column, row, source.Cell(column, row));

@@ -5,27 +5,14 @@
 #include "tables/missing.h"
 
 #include <QHash>
-#include <QScopedValueRollback>
-#include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Without a box: whoever made the table has heard of a definition that doesn't read.
-MissingDefinition quietly(const QString& text) {
-    const QScopedValueRollback<bool> thrown(gErrorTrapping, false);
-    try {
-        return MissingDefinition(text);
-    } catch (const dao::Error&) {
-        return MissingDefinition(QString());
-    }
-}
-
 QString named(const QString& words, const ValueMarks& marks, bool missing) {
     QStringList values;
-    for (const HandMark& mark : marks)
+    for (const ValueMark& mark : marks)
         if (mark.missing == missing)
             values << mark.text();
     return values.isEmpty() ? QString() : TranslateText(words) + u' ' + values.join(u"; "_s);
@@ -41,7 +28,7 @@ ValueMarks handMarks(const AxisMarks& marks, const std::function<QString(int pla
         const QString text = definitionOf(place++);
         auto definition = read.find(text);
         if (definition == read.end())
-            definition = read.insert(text, quietly(text));
+            definition = read.insert(text, definitionOrNone(text));
         const dao::Value shown(value.value);
         const bool byDefinition = value.null || (shown.isNumeric() && definition->contains(shown.toDouble()));
         if (byDefinition != value.missing())

@@ -7,7 +7,7 @@
 #include <vector>
 
 /// A value on whose mark the user and the definition disagree.
-struct HandMark {
+struct ValueMark {
     QString value, label; ///< as the table shows them; the value of system-missing is empty
     bool null = false;    ///< system-missing
     bool missing = false; ///< the user has set the mark; else it was taken away
@@ -15,7 +15,7 @@ struct HandMark {
     /// What names the value in a sentence.
     QString text() const { return value.isEmpty() ? label : value; }
 };
-using ValueMarks = std::vector<HandMark>;
+using ValueMarks = std::vector<ValueMark>;
 
 /// The marks of an axis that differ from what a definition says. A definition that doesn't read counts as none; nothing
 /// is shown of it, since the run has said so already.

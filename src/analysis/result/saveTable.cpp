@@ -11,8 +11,10 @@ using namespace Qt::StringLiterals;
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes) {
     const bool page = path.endsWith(u".html"_s, Qt::CaseInsensitive) || path.endsWith(u".htm"_s, Qt::CaseInsensitive);
     // Spreadsheets read a csv file as UTF-8 only when it begins with the mark.
-    const QByteArray content =
-        page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csvText(tableRows(table)).toUtf8();
+    const auto csv = [&] {
+        return csvText(tableRows(table), CsvReader::Spreadsheet) + csvComments(QStringList{title} + notes);
+    };
+    const QByteArray content = page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csv().toUtf8();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         return file.errorString();

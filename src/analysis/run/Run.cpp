@@ -380,8 +380,13 @@ bool Run::storeStatistics() {
 }
 
 bool Run::openLabels() {
-    if (r_.mode == AnalysisMode::Descriptives)
+    const CountFacts& facts = round_.facts;
+    QString source;
+    if (r_.mode != AnalysisMode::Descriptives)
+        source = labelStatement(r_.mode, round_.study, facts.variable, facts.variable2);
+    else if (r_.chkDescGroup && !facts.variable2.isEmpty()) // those of the groups
+        source = labelStatement(AnalysisMode::Frequency, round_.study, facts.variable2, QString());
+    else
         return true;
-    const QString source = labelStatement(r_.mode, round_.study, round_.facts.variable, round_.facts.variable2);
     return step([&] { labels_ = db_->OpenRecordset(source, dao::dbOpenSnapshot); });
 }

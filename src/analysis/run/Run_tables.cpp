@@ -154,6 +154,8 @@ BuildOutcome Run::buildDescriptives() {
                                                  .selection = choice.chkDescriptives,
                                                  .digits = choice.dtDescDigits(),
                                                  .groupVariable = r_.dbcVariable2.value,
+                                                 .groupLabels = labels_.get(),
+                                                 .groupMissing = r_.dtMissing2,
                                                  .CommaInPercent = options_.CommaInPercent,
                                                  .cancelled = [this] { return turnAndAsk(); },
                                                  .onFailure = in_.hooks.onStatisticFailure});
@@ -177,6 +179,8 @@ void Run::noteTable(bool complete) {
         out_.marks.by = out_.mfgGrid.markedBy;
     if (whole && out_.marks.by == Marks::By::Hand)
         noteHandMarks(*out_.facts, out_.marked());
+    if (whole && isComparison())
+        out_.mfgGrid.shortHeads = shortHeads(r_.lst_TrendVars, options_, out_.mfgGrid.shape.columns.first);
     out_.marks.subject = subject_;
 }
 
