@@ -55,7 +55,7 @@ struct DescriptivesInput {
     QString digits;        ///< whole numbers separated by ";", by index; one that is not there counts as 0
     QString groupVariable; ///< title of the groups
     dao::Recordset* groupLabels = nullptr; ///< of the groups' values, fields dt_Value and dt_Label; may be null
-    QString groupMissing;                  ///< definition of missing values of the group variable
+    QString groupMissing{};                ///< definition of missing values of the group variable
     bool CommaInPercent = true;
     /// Gives the user interface its turn. True ends the builder.
     std::function<bool()> cancelled;

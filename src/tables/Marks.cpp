@@ -33,6 +33,18 @@ void AxisMarks::add(Value value) {
     values_.push_back(std::move(value));
 }
 
+std::vector<AxisMarks::Value*> AxisMarks::having(const std::optional<QString>& shown) {
+    std::vector<Value*> found;
+    for (const int place : places_.value(keyOf(shown)))
+        found.push_back(&values_[static_cast<size_t>(place)]);
+    const dao::Value number(shown.value_or(QString()));
+    if (found.empty() && shown && number.isNumeric())
+        for (Value& value : values_)
+            if (const dao::Value other(value.value); other.isNumeric() && other.toDouble() == number.toDouble())
+                found.push_back(&value);
+    return found;
+}
+
 const AxisMarks::Value* AxisMarks::find(const std::optional<QString>& shown, size_t nth) const {
     const auto places = places_.constFind(keyOf(shown));
     if (places == places_.constEnd() || static_cast<qsizetype>(nth) >= places->size())

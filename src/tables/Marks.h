@@ -39,6 +39,8 @@ public:
     static QString keyOf(const std::optional<QString>& shown);
 
     void add(Value value);
+    /// The values with that text, or, where none has it, those of the same number.
+    std::vector<Value*> having(const std::optional<QString>& shown);
     const std::vector<Value>& values() const { return values_; }
     /// What is known of a value, whatever the case of its letters; null where it is not among these.
     /// @param shown its text as the table shows it, nothing for system-missing

@@ -7,38 +7,74 @@
 #include "vdx/StudyRequest.h"
 
 #include <QRegularExpression>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// One --entry: 'STUDY VARIABLE [weight=..] [filter=..] [part=..]', a value reaching to the next key.
+/// One --entry: 'STUDY VARIABLE [weight=..] [filter=..] [part=..] [missing=..]'. A value reaches to the next key; one
+/// in double quotes to its end, and so does a name.
 struct TypedEntry {
     TypedCases cases;
     QString variable;
+    std::optional<QString> missing;
 };
 
+const QString quotedForm = u"\"((?:[^\"]|\"\")*)\""_s;
+
+/// Takes what a form matches at the start of a text away. @return nothing if it matches nothing there
+std::optional<QRegularExpressionMatch> takeAway(QString& text, const QString& form) {
+    const QRegularExpression start(u"^\\s*"_s + form, QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpressionMatch match = start.match(text);
+    if (!match.hasMatch())
+        return std::nullopt;
+    text.remove(0, match.capturedLength());
+    return match;
+}
+
+std::optional<QString> takeQuoted(QString& text, const QString& behind) {
+    const std::optional<QRegularExpressionMatch> match = takeAway(text, quotedForm + behind);
+    return match ? std::optional(match->captured(1).replace(u"\"\""_s, u"\""_s)) : std::nullopt;
+}
+
+std::optional<QString> takeName(QString& text) {
+    if (const std::optional<QString> name = takeQuoted(text, u"(?=\\s|$)"_s))
+        return name;
+    const std::optional<QRegularExpressionMatch> match = takeAway(text, u"(\\S+)"_s);
+    return match ? std::optional(match->captured(1)) : std::nullopt;
+}
+
 TypedEntry entryFrom(const QString& text) {
-    static const QRegularExpression form(u"^\\s*(\\S+)\\s+(\\S+)\\s*(.*)$"_s,
-                                         QRegularExpression::DotMatchesEverythingOption);
-    static const QRegularExpression key(u"(?:^|\\s)(weight|filter|part)\\s*="_s);
-    const QRegularExpressionMatch parts = form.match(text);
-    QString rest = parts.captured(3);
-    QRegularExpressionMatch next = key.match(rest);
-    if (!parts.hasMatch() || (!rest.isEmpty() && next.capturedStart() != 0))
-        throw UsageError{said(u"--entry \"%1\": erwartet wird STUDIE VARIABLE [weight=..] [filter=..] [part=..]"_s,
-                              u"--entry \"%1\": expected is STUDY VARIABLE [weight=..] [filter=..] [part=..]"_s)
-                             .arg(text)};
+    const QString key = u"(weight|filter|part|missing)\\s*="_s;
+    const QString toNextKey = u"(.*?)\\s*(?=\\s"_s + key + u"|$)"_s;
+    QString rest = text;
+    const std::optional<QString> study = takeName(rest), variable = takeName(rest);
     TypedEntry entry;
-    entry.cases.study = parts.captured(1);
-    entry.variable = parts.captured(2);
-    while (next.hasMatch()) {
-        const QString name = next.captured(1);
-        rest = rest.mid(next.capturedEnd());
-        next = key.match(rest);
-        const QString value = (next.hasMatch() ? rest.left(next.capturedStart()) : rest).trimmed();
-        (name == u"weight" ? entry.cases.weight : name == u"filter" ? entry.cases.filter : entry.cases.part) = value;
+    bool good = study && variable;
+    while (good && !rest.trimmed().isEmpty()) {
+        const std::optional<QRegularExpressionMatch> named = takeAway(rest, key);
+        good = named.has_value();
+        if (!good)
+            break;
+        const QString name = named->captured(1);
+        std::optional<QString> value = takeQuoted(rest, u"\\s*(?=\\s"_s + key + u"|$)"_s);
+        if (!value)
+            value = takeAway(rest, toNextKey)->captured(1);
+        if (name == u"missing")
+            entry.missing = typedDefinition(*value);
+        else
+            (name == u"weight"   ? entry.cases.weight
+             : name == u"filter" ? entry.cases.filter
+                                 : entry.cases.part) = *value;
     }
+    if (!good)
+        throw UsageError{
+            said(u"--entry \"%1\": erwartet wird STUDIE VARIABLE [weight=..] [filter=..] [part=..] [missing=..]"_s,
+                 u"--entry \"%1\": expected is STUDY VARIABLE [weight=..] [filter=..] [part=..] [missing=..]"_s)
+                .arg(text)};
+    entry.cases.study = *study;
+    entry.variable = *variable;
     if (!entry.cases.filter.isEmpty() && !entry.cases.part.isEmpty())
         throw UsageError{said(u"--entry \"%1\": filter und part schließen einander aus"_s,
                               u"--entry \"%1\": filter and part exclude each other"_s)
@@ -57,6 +93,7 @@ private:
     std::vector<std::string> entries_;
     bool sql_ = false;
     int minutes_ = defaultMinutes;
+    TypedMarks marks_;
 
     void check() const;
     bool addEntries(Session& session, RequestEditor& editor, ComparisonList& list,
@@ -68,8 +105,9 @@ CLI::App* CompareCommand::declare(CLI::App& program) {
         program.add_subcommand("compare", "Compare the frequencies of variables, over studies or within one");
     command->add_option("CATALOGUE", catalogue_, "catalogue file")->required();
     command
-        ->add_option("--entry", entries_,
-                     "a column: 'STUDY VARIABLE [weight=re|hh|NAME] [filter=TEXT] [part=ID]'; may be repeated")
+        ->add_option(
+            "--entry", entries_,
+            "a column: 'STUDY VARIABLE [weight=re|hh|NAME] [filter=TEXT] [part=ID] [missing=TEXT]'; may be repeated")
         ->type_name("ENTRY")
         ->expected(1)
         ->take_all();
@@ -85,6 +123,7 @@ CLI::App* CompareCommand::declare(CLI::App& program) {
         ->type_name("NAME");
     command->add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
     command->add_flag("--sql", sql_, "also print the statements, to standard error");
+    marks_.declare(*command);
     declareLimit(*command, minutes_);
     return command;
 }
@@ -100,6 +139,7 @@ void CompareCommand::check() const {
 bool CompareCommand::addEntries(Session& session, RequestEditor& editor, ComparisonList& list,
                                 const std::vector<TypedEntry>& typed) const {
     for (const TypedEntry& entry : typed) {
+        editor.overrideMissing(entry.missing);
         if (!entry.cases.choose(session, editor) || !entry.cases.chooseVariable(session, editor, entry.variable) ||
             !list.cmd_AddTrend() || session.failed())
             return false;
@@ -134,7 +174,7 @@ int CompareCommand::run(Session& session) {
     studies.removeDuplicates();
     tellCasesElsewhere(session, studies);
     // A comparison that is kept is one that was seen to run.
-    TableResult result = runFor(session, editor, statementHooks(session, sql_), minutes_);
+    TableResult result = runMarked(session, editor, statementHooks(session, sql_), minutes_, marks_);
     if (session.failed() || result.run.outcome != RunOutcome::Computed)
         return 1;
     if (!save_.empty() && !list.save(QString::fromStdString(save_)))

@@ -40,6 +40,8 @@ CLI::App* CrosstabCommand::declare(CLI::App& program) {
     command->add_option("ROWVAR", row_, "variable in the rows")->required();
     command->add_option("COLVAR", column_, "variable in the columns")->required();
     request_.declareOptions(*command);
+    request_.declareSecond(*command);
+    request_.declareMarks(*command, AnalysisMode::Crosstab);
     command->add_option("--show", show_, "absolute, column, row or total (percentages), or all")
         ->check(CLI::IsMember({"absolute", "column", "row", "total", "all"}))
         ->type_name("VIEW");
@@ -53,7 +55,7 @@ int CrosstabCommand::run(Session& session) {
         !request_.chooseVariable(session, editor, column_, true))
         return 1;
     editor.change(RequestPart::Mode, [this](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = flip_; });
-    TableResult result = runFor(session, editor, request_.hooks(session, editor), request_.minutes());
+    TableResult result = request_.runOnce(session, editor);
     if (result.run.outcome != RunOutcome::Computed || session.failed())
         return 1;
     for (size_t view = 0; view < crosstabViews.size(); ++view) {

@@ -28,12 +28,13 @@ CLI::App* DescriptivesCommand::declare(CLI::App& program) {
     request_.declarePlaces(*command);
     command->add_option("VARIABLE", variables_, "one variable or more")->required();
     request_.declareOptions(*command);
+    request_.declareSecond(*command);
     command->add_option("--by", by_, "a row for each group of this variable")->type_name("VARIABLE");
     command
-        ->add_option(
-            "--statistics", statistics_,
-            "all, or some of Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, Sum, Variance, "
-            "Skewness, Kurtosis, Mode, Median, Quartiles, parted by commas (default: the first six)")
+        ->add_option("--statistics", statistics_,
+                     "all, none, or some of Count, Minimum, Maximum, ArithmeticMean, StandardDeviation, ValidN, Range, "
+                     "Sum, Variance, "
+                     "Skewness, Kurtosis, Mode, Median, Quartiles, parted by commas (default: the first six)")
         ->type_name("NAMES");
     command
         ->add_option("--digits", digits_,
@@ -54,6 +55,8 @@ std::optional<size_t> statisticOf(const QString& name) {
 
 StatisticSelection selectionFrom(const QString& names) {
     StatisticSelection selection{};
+    if (names.compare(u"none"_s, Qt::CaseInsensitive) == 0)
+        return selection;
     if (names.compare(u"all"_s, Qt::CaseInsensitive) == 0) {
         selection.fill(true);
         return selection;

@@ -19,6 +19,7 @@ CLI::App* FrequencyCommand::declare(CLI::App& program) {
     request_.declarePlaces(*command);
     command->add_option("VARIABLE", variables_, "one variable or more")->required();
     request_.declareOptions(*command);
+    request_.declareMarks(*command, AnalysisMode::Frequency);
     return command;
 }
 

@@ -47,6 +47,10 @@ void tellCasesElsewhere(Session& session, const QStringList& studies) {
     }
 }
 
+QString typedDefinition(const QString& typed) {
+    return typed == u"none"_s ? QString() : typed;
+}
+
 bool hasStudies(Session& session) {
     if (!studyQuerySource().isEmpty())
         return true;
@@ -71,6 +75,18 @@ void StudyRequest::declareOptions(CLI::App& command) {
     declareLimit(command, minutes_);
 }
 
+void StudyRequest::declareSecond(CLI::App& command) {
+    missing2Given_ = command.add_option("--missing2", missing2_, "the same for the second variable");
+}
+
+void StudyRequest::declareMarks(CLI::App& command, AnalysisMode mode) {
+    marks_.declare(command);
+    if (mode == AnalysisMode::Crosstab)
+        marks2_.declare(command, "2");
+    if (mode == AnalysisMode::Frequency)
+        marks_.declareCumulated(command);
+}
+
 bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const {
     if (!filter_.empty() && !part_.empty())
         throw UsageError{
@@ -84,7 +100,9 @@ bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode
     tellCasesElsewhere(session, {editor.request().dbcStudy.value});
     editor.chooseMode(mode);
     if (missingGiven_->count() > 0)
-        editor.overrideMissing(missing_ == "none" ? QString() : QString::fromStdString(missing_));
+        editor.overrideMissing(typedDefinition(QString::fromStdString(missing_)));
+    if (missing2Given_ && missing2Given_->count() > 0)
+        editor.overrideMissing2(typedDefinition(QString::fromStdString(missing2_)));
     return cases().chooseWeightAndFilter(session, editor) && !session.failed();
 }
 
@@ -175,7 +193,9 @@ void declareLimit(CLI::App& command, int& minutes) {
         ->type_name("MINUTES");
 }
 
-TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes) {
+namespace {
+
+TableResult runFrom(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes, TableResult before) {
     RunHooks own = hooks;
     const QDeadlineTimer end(std::chrono::minutes{minutes});
     own.cancelled = [end] { return end.hasExpired(); };
@@ -184,14 +204,52 @@ TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hook
                                 .icon = ui::Icon::Exclamation});
         return false;
     };
-    TableResult result = runRequest(editor, gOptions, own, {});
+    TableResult result = runRequest(editor, gOptions, own, std::move(before));
     if (result.run.outcome == RunOutcome::Cancelled)
         session.say(said(u"Die Berechnung dauert länger als %1 Minuten und wurde abgebrochen (--minutes)."_s,
                          u"The computation takes longer than %1 minutes and was given up (--minutes)."_s)
                         .arg(minutes));
+    return result;
+}
+
+TableResult noted(Session& session, TableResult result) {
     for (const QString& note : result.notes())
         session.say(result.lblLabel + u": "_s + note);
     return result;
+}
+
+} // namespace
+
+TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes) {
+    return noted(session, runFrom(session, editor, hooks, minutes, {}));
+}
+
+TableResult runMarked(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes,
+                      const TypedMarks& first, const TypedMarks& second) {
+    if (first.empty() && second.empty())
+        return runFor(session, editor, hooks, minutes);
+    TableResult result = runFrom(session, editor, hooks, minutes, {});
+    if (session.failed() || result.run.outcome != RunOutcome::Computed)
+        return result;
+    const bool flip = editor.request().flipInForce();
+    Marks marks = Marks::of(result.marked());
+    first.applyTo(flip ? marks.columns : marks.rows);
+    second.applyTo(flip ? marks.rows : marks.columns);
+    marks.subject = result.marks.subject;
+    marks.by = Marks::By::Hand;
+    result.marks = marks;
+    result.computation.ResultCacheKey.clear();
+    editor.change(RequestPart::Missing, [](AnalysisRequest& r) { r.bUserMissing = true; });
+    result = noted(session, runFrom(session, editor, hooks, minutes, std::move(result)));
+    const Marks now = Marks::of(result.marked());
+    const bool whole = first.standIn(session, flip ? now.columns : now.rows);
+    if (!second.standIn(session, flip ? now.rows : now.columns) || !whole)
+        result.run.outcome = RunOutcome::Refused;
+    return result;
+}
+
+TableResult StudyRequest::runOnce(Session& session, RequestEditor& editor) const {
+    return runMarked(session, editor, hooks(session, editor), minutes_, marks_, marks2_);
 }
 
 int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector<std::string>& variables,
@@ -200,7 +258,7 @@ int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector
     for (const std::string& variable : variables) {
         if (!chooseVariable(session, editor, variable) || (choose && !choose()))
             return 1;
-        TableResult result = runFor(session, editor, hooks(session, editor), minutes_);
+        const TableResult result = runOnce(session, editor);
         if (session.failed() || result.run.outcome != RunOutcome::Computed)
             return 1;
         results.push_back({result.lblLabel, result.mfgGrid, provenanceLines(result), provenanceFacts(result)});

@@ -2,7 +2,7 @@
 
 #include "analysis/request/RequestEditor.h"
 #include "analysis/run/CreateSQL.h"
-#include "vdx/Session.h"
+#include "vdx/TypedMarks.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>
@@ -14,6 +14,8 @@
 void chooseDataFolder(const std::string& folder);
 /// A message on standard error for each study whose cases the typed folder lacks and the catalogue's has.
 void tellCasesElsewhere(Session& session, const QStringList& studies);
+/// A definition of missing values as typed: the word none for an empty one.
+QString typedDefinition(const QString& typed);
 /// False after a message on standard error if the catalogue has no view of studies.
 bool hasStudies(Session& session);
 
@@ -23,6 +25,11 @@ RunHooks statementHooks(Session& session, bool sql);
 /// the table has to know of its numbers is said on standard error.
 /// A table that takes longer than the limit is given up.
 TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes);
+/// The same with marks set by hand: the table is made by the definitions, marked, and made again. A value that it has
+/// not is told, and the run refused.
+/// @param first of the first variable or the rows of a comparison @param second of the second variable of a crosstab
+TableResult runMarked(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes,
+                      const TypedMarks& first, const TypedMarks& second = {});
 /// Declares --minutes.
 void declareLimit(CLI::App& command, int& minutes);
 
@@ -51,6 +58,9 @@ public:
     /// The places in front: CATALOGUE and STUDY.
     void declarePlaces(CLI::App& command);
     void declareOptions(CLI::App& command);
+    /// Declares --missing2, and the marks of a mode that has them.
+    void declareSecond(CLI::App& command);
+    void declareMarks(CLI::App& command, AnalysisMode mode);
 
     /// Opens the catalogue and makes the request for a mode. False after a message on standard error.
     /// @throws UsageError
@@ -63,7 +73,8 @@ public:
     /// The hooks of a run: with --sql its statements are printed, and a number that cannot be computed leaves its cell
     /// empty, with a message on standard error.
     RunHooks hooks(Session& session, const RequestEditor& editor) const;
-    int minutes() const { return minutes_; }
+    /// Runs the request as it stands, with the marks that were typed.
+    TableResult runOnce(Session& session, RequestEditor& editor) const;
     /// Chooses a variable by a name as typed; a message where there is none.
     bool chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second = false) const;
 
@@ -71,7 +82,9 @@ private:
     std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;
     bool sql_ = false;
     int minutes_ = defaultMinutes;
-    CLI::Option* missingGiven_ = nullptr;
+    std::string missing2_;
+    CLI::Option *missingGiven_ = nullptr, *missing2Given_ = nullptr;
+    TypedMarks marks_, marks2_;
 
     TypedCases cases() const;
 };

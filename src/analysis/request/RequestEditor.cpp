@@ -284,7 +284,7 @@ void RequestEditor::loadVariable2() {
     dao::Recordset& row = *dtData2.recordset;
     request_.dtTable2 = row.text(u"dt_TableName"_s);
     request_.dtField2 = row.text(u"dt_FieldName"_s);
-    request_.dtMissing2 = row.text(u"dt_Missing"_s);
+    request_.dtMissing2 = missingOverride2_.value_or(row.text(u"dt_Missing"_s));
     const BoundPicker picked = pickedVariable();
     request_.dbcVariable2Uni = picked.value + u": "_s + picked.text;
 }
@@ -293,6 +293,12 @@ void RequestEditor::overrideMissing(const std::optional<QString>& definition) {
     missingOverride_ = definition;
     request_.bUserMissing = false;
     trapped([this] { loadVariable(true); });
+    changed(RequestPart::Missing);
+}
+
+void RequestEditor::overrideMissing2(const std::optional<QString>& definition) {
+    missingOverride2_ = definition;
+    trapped([this] { loadVariable2(); });
     changed(RequestPart::Missing);
 }
 

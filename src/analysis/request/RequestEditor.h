@@ -75,6 +75,8 @@ public:
     /// A definition that stands in place of the catalogue's for the first variable, in dtMissing and sMissing, through
     /// every change of variable until it is taken back with nothing. An empty text: no value is missing.
     void overrideMissing(const std::optional<QString>& definition);
+    /// The same for the second variable, in dtMissing2.
+    void overrideMissing2(const std::optional<QString>& definition);
     /// Runs nothing.
     void chooseMode(AnalysisMode mode);
 
@@ -117,7 +119,7 @@ private:
     bool englishContents_ = false, creationOffered_ = false, hasParts_ = false;
     QStringList variableChoices_;
     std::vector<StudyVariable> variables_;
-    std::optional<QString> missingOverride_;
+    std::optional<QString> missingOverride_, missingOverride2_;
     QString lastFilterText_, selectionVariable_;
     BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
 

@@ -12,9 +12,10 @@ struct TableFacts {
     /// The cases of one round; a comparison has one for each entry.
     struct Round {
         QString study, variable, weight;
-        QString filterSql; ///< the user's filter as the engine was given it
-        QString part;      ///< name and condition of a part of the data set; empty for none
-        QString dtMissing; ///< definition of the (first) variable
+        QString filterSql;  ///< the user's filter as the engine was given it
+        QString lostFilter; ///< the end of the filter that counted for nothing
+        QString part;       ///< name and condition of a part of the data set; empty for none
+        QString dtMissing;  ///< definition of the (first) variable
         StatedCases cases;
     };
 

@@ -25,6 +25,7 @@ private:
         QString qSql, nullSql;
         QString folder; ///< where the case files lie
         CountFacts facts;
+        QString lostFilter; ///< the end of the filter that counts for nothing
         bool missingRange = false; ///< the statement has a condition that leaves out a range
         CountStatement statement;
     };

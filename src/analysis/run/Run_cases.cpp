@@ -266,6 +266,7 @@ bool Run::translateUserFilter() {
     if (!result.lost.isEmpty() && !in_.hooks.acceptsLost(result.lost))
         return isComparison() ? clearAndEnd() : end(RunOutcome::Refused);
     facts.filterSql = result.filterSql;
+    round_.lostFilter = result.lost;
     facts.joins = result.joins;
     return true;
 }

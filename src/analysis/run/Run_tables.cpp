@@ -169,6 +169,7 @@ void Run::noteTable(bool complete) {
                        .variable = facts.variable,
                        .weight = round_.weightVariable,
                        .filterSql = facts.userFilter ? facts.filterSql : QString(),
+                       .lostFilter = round_.lostFilter,
                        .part = facts.part ? r_.dbcParts.text + u" (q.SE="_s + facts.partCriteria + u')' : QString(),
                        .dtMissing = r_.dtMissing,
                        .cases = shape.casesOf(isComparison() ? entryColumn() : 0)});
