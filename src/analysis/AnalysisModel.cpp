@@ -130,8 +130,19 @@ void AnalysisModel::run() {
             result_ = runRequest(editor_, gOptions, hooks_, std::exchange(before, {}));
         });
     }
+    showChosenView();
     if (result_.run.outcome == RunOutcome::Refused)
         tab_ = 0;
+}
+
+/// A run shows absolute values; whoever looks at percentages goes on to.
+void AnalysisModel::showChosenView() {
+    const bool offered = request().mode == AnalysisMode::Crosstab || chosenView_ < 2;
+    const int view = offered ? chosenView_ : 0;
+    if (result_.run.outcome != RunOutcome::Computed || !result_.views || view == request().cbValues)
+        return;
+    editor_.change(RequestPart::Values, [view](AnalysisRequest& r) { r.cbValues = view; });
+    result_.showView(view);
 }
 
 void AnalysisModel::cmdCalculate() {
@@ -210,6 +221,7 @@ void AnalysisModel::chooseValues(int view) {
             {.text = TranslateText(u"In Vergleichsauswertung nicht erlaubt"_s), .icon = ui::Icon::Exclamation});
         view = 0;
     }
+    chosenView_ = view;
     editor_.change(RequestPart::Values, [view](AnalysisRequest& r) { r.cbValues = view; });
     result_.showView(view);
 }

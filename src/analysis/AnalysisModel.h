@@ -84,9 +84,11 @@ private:
     RunHooks hooks_;
     int tab_ = 0;
     bool bCancelRun_ = false;
+    int chosenView_ = 0; ///< of cbValues, through all runs of the window
 
     void run();
     void runAnew();
     void carryMarks();
+    void showChosenView();
     bool isInOtherLanguage() const;
 };

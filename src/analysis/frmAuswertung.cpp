@@ -8,7 +8,9 @@
 #include "analysis/request/preselection.h"
 #include "analysis/result/provenance.h"
 #include "analysis/result/saveTable.h"
+#include "analysis/result/vdxCommand.h"
 #include "app/globals.h"
+#include "config/Options.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
 #include "explorer/frmExplorer.h"
@@ -315,9 +317,41 @@ void frmAuswertung::copy() {
         const TableResult& result = model_.result();
         ui::asker().setClipboard(result.lblLabel + u"\r\n"_s + clipText(result.mfgGrid),
                                  htmlTable(result.lblLabel, result.mfgGrid, provenanceLines(result)));
-        ui::asker().messageBox(
-            {.text = TranslateText(u"Tabelle in Zwischenablage kopiert."_s), .icon = ui::Icon::Information});
+        tellOfCopy(u"Tabelle in Zwischenablage kopiert."_s);
     });
+}
+
+void frmAuswertung::copyCommand() {
+    if (gBusy > 0 || !model_.result().facts)
+        return;
+    trapped([this] {
+        const std::optional<QStringList> arguments =
+            vdxArguments(model_.result(), model_.request().cbValues, model_.edit().englishContents());
+        if (!arguments) {
+            ui::asker().messageBox(
+                {.text = TranslateText(u"Diese Tabelle gibt kein Befehl wieder: mehrere Werte sehen gleich aus, und "
+                                       u"nicht alle sind gleich markiert."_s),
+                 .icon = ui::Icon::Exclamation});
+            return;
+        }
+        ui::asker().setClipboard(shellLine(*arguments), QString());
+        tellOfCopy(u"Befehl in Zwischenablage kopiert."_s);
+    });
+}
+
+/// Says it unless the user has had enough of it.
+void frmAuswertung::tellOfCopy(const QString& text) {
+    if (!gOptions.TellOfCopies)
+        return;
+    bool never = false;
+    ui::asker().messageBox({.text = TranslateText(text),
+                            .icon = ui::Icon::Information,
+                            .check = TranslateText(u"Diese Meldung nicht mehr zeigen"_s),
+                            .checked = &never});
+    if (!never)
+        return;
+    gOptions.TellOfCopies = false;
+    OptionToRegistry(&Options::TellOfCopies);
 }
 
 void frmAuswertung::saveTableAs() {

@@ -33,6 +33,8 @@ public:
     void run(const std::function<void()>& step);
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
+    /// Copies the line of vdx that makes the table again.
+    void copyCommand();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
     void saveTableAs();
 
@@ -64,6 +66,7 @@ private:
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
     void changeTab(int tab);
+    static void tellOfCopy(const QString& text);
     void finishTyping();
     bool mayRun();
 };

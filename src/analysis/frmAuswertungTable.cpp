@@ -62,10 +62,11 @@ QWidget* frmAuswertungTable::buildCommands() {
     cmdCalculate_ = control<QPushButton>(u"cmdCalculate"_s, u"&Neu berechnen..."_s, bar);
     cmdSetMissing_ = control<QPushButton>(u"cmdSetMissing"_s, u"Missing &setzen/löschen"_s, bar);
     cmdCopyTable_ = control<QPushButton>(u"cmdCopyTable"_s, u"Tabelle kop&ieren"_s, bar);
+    cmdCopyCommand_ = control<QPushButton>(u"cmdCopyCommand"_s, u"Als Befehl kopieren"_s, bar);
     cmdSaveTableAs_ = control<QPushButton>(u"cmdSaveTableAs"_s, u"Tabelle s&peichern unter..."_s, bar);
     auto* cmdPreview = control<QPushButton>(u"cmdPreview"_s, u"Vorschau"_s, bar);
     auto* cmdPrint = control<QPushButton>(u"cmdPrint"_s, u"Drucken..."_s, bar);
-    for (QPushButton* button : {cmdCalculate_, cmdSetMissing_, cmdCopyTable_, cmdSaveTableAs_})
+    for (QPushButton* button : {cmdCalculate_, cmdSetMissing_, cmdCopyTable_, cmdCopyCommand_, cmdSaveTableAs_})
         row->add(button);
     row->addStretch();
     row->add(cmdPreview);
@@ -87,6 +88,7 @@ void frmAuswertungTable::connectControls() {
     onClick(cmdComputeAnew_, [this] { run([this] { model_.computeAnew(); }); });
     onClick(cmdStop_, [this] { model_.stop(); });
     onClick(cmdCopyTable_, [this] { window_.copy(); });
+    onClick(cmdCopyCommand_, [this] { window_.copyCommand(); });
     onClick(cmdSaveTableAs_, [this] { window_.saveTableAs(); });
 }
 
@@ -134,6 +136,7 @@ void frmAuswertungTable::showTable() {
     mfgGrid_->setMarks(marks ? markColumn : -1, marks && crosstab ? markRow : -1);
     for (QPushButton* button : {cmdCopyTable_, cmdSaveTableAs_})
         button->setEnabled(facts.has_value());
+    cmdCopyCommand_->setEnabled(facts && facts->complete);
     cmdSetMissing_->setEnabled(marks && !crosstab);
 }
 

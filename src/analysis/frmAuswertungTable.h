@@ -37,7 +37,8 @@ private:
     QComboBox* cbValues_;
     ResultTableView* mfgGrid_;
     QFrame* fraState_;
-    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdSaveTableAs_, *cmdComputeAnew_, *cmdStop_;
+    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_, *cmdComputeAnew_,
+        *cmdStop_;
 
     QWidget* build();
     QFrame* buildState(QWidget* page);

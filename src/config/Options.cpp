@@ -129,6 +129,12 @@ void OptionsFromRegistry() {
     }
 }
 
+bool OptionToRegistry(const OptionDescriptor::Member& member) {
+    const OptionDescriptor& option = optionOf(member);
+    return !CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, option.key.toString(),
+                                        optionText(gOptions, option, false));
+}
+
 void OptionsFromIniFile(const QString& file) {
     const ProcedureScope scope(u"[Module1.OptionsFromIniFile]"_s);
     CProfile profile;

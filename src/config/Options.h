@@ -69,6 +69,8 @@ void convertOption(Options& options, const OptionDescriptor& option, const QStri
 bool setOptionFromText(Options& options, const OptionDescriptor& option, const QString& text);
 
 void OptionsFromRegistry();
+/// Stores one option as it is in force. @return false after a failure, whose box has been shown
+bool OptionToRegistry(const OptionDescriptor::Member& option);
 void OptionsFromIniFile(const QString& file);
 void OptionsToIniFile(const QString& file);
 

@@ -160,14 +160,12 @@ void OptionsModel::takeOver(const OptionDescriptor& option) const {
 }
 
 bool OptionsModel::saveOptions() {
-    CProfile profile;
     for (const OptionDescriptor& option : optionDescriptors()) {
         // The contents switch is stored at the end of the run, not here.
         if (option.member == OptionDescriptor::Member(&Options::EnglishLanguage))
             continue;
         // What keeps one value from being written keeps all the others too; one box is enough.
-        if (profile.SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, option.key.toString(),
-                                     optionText(gOptions, option, false)))
+        if (!OptionToRegistry(option.member))
             return false;
     }
     return true;

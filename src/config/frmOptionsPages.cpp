@@ -221,6 +221,7 @@ void addTables(QTabWidget* tabs) {
     page.group(u"fraAllTables"_s, u"Alle Tabellen"_s);
     page.option(&Options::AskMissing);
     page.option(&Options::AutoColWidth);
+    page.option(&Options::TellOfCopies);
     page.option(&Options::ShowPercentSign);
     page.option(&Options::CommaInPercent);
     page.end();

@@ -98,5 +98,7 @@ OPTION(bool, AskMissing, true, true, AtEnd,
        check(45, u"chkAskMissing", u"&Vor der Auswertung nach fehlenden Werten fragen"))
 OPTION(int, Descriptives, 126, 126, NotHeld, noControl())
 OPTION(QString, DescriptivesDigits, u"2;2;2;2;2;2;2;2;2;2;2;2;2;", u"2;2;2;2;2;2;2;2;2;2;2;2;2;", NotHeld, noControl())
+OPTION(bool, TellOfCopies, true, true, NotHeld,
+       check(70, u"chkTellOfCopies", u"Nach dem Kopieren eine Meldung zeigen"))
 // clang-format on
 #undef OPTION

@@ -6,6 +6,7 @@
 #include "widgets/StandardTexts.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QDesktopServices>
 #include <QFileDialog>
@@ -135,7 +136,14 @@ ui::Answer QtAsker::messageBox(const ui::Box& box) {
     for (const Button& button : buttons)
         if (button.answer == box.defaultButton.value_or(buttons.front().answer))
             window.setDefaultButton(button.standard);
+    auto* check = box.check.isEmpty() || !box.checked ? nullptr : new QCheckBox(box.check, &window);
+    if (check) {
+        check->setChecked(*box.checked);
+        window.setCheckBox(check);
+    }
     const int chosen = window.exec();
+    if (check)
+        *box.checked = check->isChecked();
     for (const Button& button : buttons)
         if (button.standard == chosen)
             return button.answer;

@@ -4,6 +4,7 @@
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
+#include "tables/tableText.h"
 
 #include <gtest/gtest.h>
 
@@ -70,11 +71,26 @@ TEST_F(CrosstabRun, ShowsItsFourViews) {
     }
     EXPECT_EQ(model_.changeTab(2), RunOutcome::Reused);
     EXPECT_EQ(model_.result().lblLabel, title) << "percentages have no N";
-    EXPECT_EQ(compute(), counts) << "a new table starts with its counts";
-    EXPECT_EQ(model_.request().cbValues, 0);
-    model_.edit().chooseMode(AnalysisMode::Frequency);
+    EXPECT_EQ(compute(), views[3]) << "the view that was chosen is chosen again";
+    EXPECT_EQ(model_.request().cbValues, 3);
+    EXPECT_EQ(percentBaseText(model_.result().mfgGrid), u"Gesamtprozente, N (gültige Fälle) Gült. Summe: 4");
+    model_.chooseValues(1);
+    EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
+              u"Spaltenprozente, N (gültige Fälle) 1 männlich: 2; 2 weiblich: 2; Gült. Summe: 4");
+    gOptions.IncludeMissingInPercentXTab = true;
+    compute();
+    EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
+              u"Spaltenprozente, N (alle Fälle) 1 männlich: 2; 2 weiblich: 3; Summe: 5");
+    gOptions.IncludeMissingInPercentXTab = false;
+    gOptions.ShowValidSums = false;
     model_.chooseValues(2);
-    EXPECT_EQ(shown(), counts);
+    compute();
+    EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
+              u"Zeilenprozente, N (gültige Fälle) 1 zufrieden: 2; 2 unzufrieden: 2; Gült. Summe: 4");
+    model_.edit().chooseMode(AnalysisMode::Frequency);
+    const QString before = shown();
+    model_.chooseValues(3);
+    EXPECT_EQ(shown(), before);
 }
 
 TEST_F(CrosstabRun, ExchangesVariablesWithTheirDefinitionsInCreationModeOnly) {

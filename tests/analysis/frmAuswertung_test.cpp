@@ -1,4 +1,5 @@
 #include "analysis/AnalysisWindow.h"
+#include "config/CProfile.h"
 
 #include "platform/dao/DBEngine.h"
 
@@ -288,6 +289,19 @@ TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThat
     EXPECT_EQ(lines[1], u"\nWert\tAusprägung\tMissing\tAnzahl\tProzent\tGült.Prozent\tKumul.Prozent");
     EXPECT_EQ(lines.size(), window->model().result().mfgGrid.Rows() + 1);
     EXPECT_TRUE(asker.clipboardHtml.contains(u"<td align=\"left\">männlich</td>"_s));
+    EXPECT_TRUE(asker.clipboardHtml.contains(u"Missing-Definition: 9</small>"_s)) << "what it stands on goes with it";
+    click(u"cmdCopyCommand"_s);
+    EXPECT_TRUE(asker.clipboardText.startsWith(u"vdx frequency "_s) &&
+                asker.clipboardText.contains(u" SV2014 GESCHL --missing=9 "_s))
+        << asker.clipboardText.toStdString();
+    // The box goes for good from within itself.
+    EXPECT_EQ(asker.boxes.size(), 2u);
+    asker.checks = true;
+    window->copy();
+    window->copy();
+    click(u"cmdCopyCommand"_s);
+    EXPECT_EQ(asker.boxes.size(), 3u);
+    EXPECT_EQ(storedSetting(u"TellOfCopies"_s, u"1"_s).toString(), u"0");
 
     const auto saved = [&](const QString& name) {
         asker.file(home.path(name));
@@ -295,7 +309,9 @@ TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThat
         QFile file(home.path(name));
         return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : u"no file"_s;
     };
-    EXPECT_TRUE(saved(u"t.csv"_s).startsWith(u"Wert,Ausprägung,Missing,Anzahl,"_s));
+    const QString csv = saved(u"t.csv"_s);
+    EXPECT_TRUE(csv.startsWith(u"Wert;Ausprägung;Missing;Anzahl;"_s)) << "where numbers have a comma";
+    EXPECT_TRUE(csv.contains(u"\r\n# SV2014, GESCHL: "_s) && csv.endsWith(u"Missing-Definition: 9\r\n"_s));
     const QString page = saved(u"t.html"_s);
     EXPECT_TRUE(page.startsWith(u"<!DOCTYPE html>"_s) && page.contains(u"Missing-Definition: 9"_s));
     EXPECT_EQ(saved(u"not/there/t.csv"_s), u"no file");

@@ -45,6 +45,9 @@ QStringList ScriptedAsker::texts() const {
 
 ui::Answer ScriptedAsker::messageBox(const ui::Box& box) {
     boxes.push_back(box);
+    if (box.checked && checks)
+        *box.checked = *checks;
+    boxes.back().checked = nullptr;
     if (box.buttons == ui::Buttons::Ok)
         return ui::Answer::Ok;
     if (answers_.empty()) {

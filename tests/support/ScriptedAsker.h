@@ -22,8 +22,9 @@ public:
     std::function<void()> onEventTurn;
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> onProgress;
     QString clipboardText, clipboardHtml;
-    ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
-    QStringList opened;        ///< files handed to other applications
+    ui::FileChoice lastChoice;  ///< what was last asked of a file; of a folder its title and where it begins
+    std::optional<bool> checks; ///< what the user leaves the check boxes of boxes at
+    QStringList opened;         ///< files handed to other applications
 
     QStringList texts() const;
     /// Text of the last box, empty if none was shown.
