@@ -127,13 +127,13 @@ void frmAuswertungTable::showTable() {
     cbValues_->setVisible(model_.view().cbValuesShown);
     cbValues_->setCurrentIndex(model_.request().cbValues);
     const std::optional<TableFacts>& facts = model_.result().facts;
+    const bool marks = facts && model_.marksCanBeSet();
+    const bool crosstab = model_.result().mfgGrid.Tag == TableKind::Crosstab;
+    mfgGrid_->setMarks(marks ? markColumn : -1, marks && crosstab ? markRow : -1);
     // A table that was never ready is not shown as one.
     const ResultTable empty;
     mfgGrid_->updateTable(facts ? model_.result().mfgGrid : empty);
     showFacts();
-    const bool marks = facts && model_.marksCanBeSet();
-    const bool crosstab = model_.result().mfgGrid.Tag == TableKind::Crosstab;
-    mfgGrid_->setMarks(marks ? markColumn : -1, marks && crosstab ? markRow : -1);
     for (QPushButton* button : {cmdCopyTable_, cmdSaveTableAs_})
         button->setEnabled(facts.has_value());
     cmdCopyCommand_->setEnabled(facts && facts->complete);

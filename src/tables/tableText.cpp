@@ -138,9 +138,11 @@ QString percentBaseText(const ResultTable& table) {
         return {};
     QStringList numbers;
     for (const PercentBase& base : table.bases)
-        numbers << joined({base.value, base.label}) + u": "_s + base.n;
-    const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle)"_s : u"N (alle Fälle)"_s);
-    return percentWords(table) + u", "_s + of + u' ' + numbers.join(u"; "_s);
+        numbers << joined({base.value, base.label}) + u" = "_s + base.n;
+    const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle):"_s : u"N (alle Fälle):"_s);
+    QString words = percentWords(table);
+    words[0] = words[0].toUpper();
+    return words + u", "_s + of + u' ' + numbers.join(u"; "_s);
 }
 
 QString groupsText(const ResultTable& table) {

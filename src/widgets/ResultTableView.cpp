@@ -2,13 +2,13 @@
 
 #include "tables/Marks.h"
 #include "tables/tableText.h"
-#include "widgets/toolTips.h"
+#include "widgets/ResultTableModel.h"
+#include "widgets/TableHeads.h"
+#include "widgets/tableRoom.h"
 
-#include <QAbstractTableModel>
-#include <QHeaderView>
 #include <QMouseEvent>
-#include <QPainter>
-#include <QStyleOptionHeader>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <algorithm>
 #include <numeric>
 
@@ -16,198 +16,12 @@ namespace {
 
 constexpr int twipsPerInch = 1440;
 /// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the
-/// least.
+/// least; where there is room each gets what it needs.
 constexpr int mostOfHeading = 20, mostOfLabel = 40, leastOfFixed = 6;
 
-/// Room for a cell's text beside its margins.
-int cellMargin(const QWidget& widget) {
-    return widget.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &widget) + 3;
+int total(const std::vector<int>& widths) {
+    return std::accumulate(widths.begin(), widths.end(), 0);
 }
-
-Qt::Alignment alignmentOf(const ResultTable& table, int column, int row) {
-    int alignment = table.CellAlignment(column, row);
-    if (alignment == 0)
-        alignment = table.ColAlignment(column);
-    if (alignment == ResultTable::LeftCenter)
-        return Qt::AlignLeft | Qt::AlignVCenter;
-    if (alignment == ResultTable::RightTop)
-        return Qt::AlignRight | Qt::AlignVCenter;
-    return (isFigure(table.Cell(column, row)) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
-}
-
-} // namespace
-
-/// The cells beside the fixed rows and columns.
-class ResultTableModel : public QAbstractTableModel {
-public:
-    using QAbstractTableModel::QAbstractTableModel;
-
-    ResultTable table;
-
-    int rowCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() ? 0 : std::max(0, table.Rows() - table.FixedRows);
-    }
-    int columnCount(const QModelIndex& parent = {}) const override {
-        return parent.isValid() ? 0 : std::max(0, table.Cols() - table.FixedCols);
-    }
-    QVariant data(const QModelIndex& index, int role) const override {
-        const int column = index.column() + table.FixedCols;
-        const int row = index.row() + table.FixedRows;
-        switch (role) {
-        case Qt::DisplayRole:
-        case Qt::AccessibleTextRole:
-            return table.Cell(column, row);
-        case Qt::ToolTipRole:
-            return plainToolTip(table.Cell(column, row));
-        case Qt::FontRole:
-            return isMarked(column, row) ? QVariant(markedFont) : QVariant();
-        case Qt::BackgroundRole:
-            return isMarked(column, row) ? QVariant(markedBrush) : QVariant();
-        case Qt::TextAlignmentRole:
-            return QVariant(alignmentOf(table, column, row));
-        default:
-            return {};
-        }
-    }
-    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-        if (role != Qt::DisplayRole && role != Qt::ToolTipRole)
-            return {};
-        QStringList cells;
-        if (orientation == Qt::Horizontal)
-            for (int row = 0; row < table.FixedRows; ++row)
-                cells << table.Cell(section + table.FixedCols, row);
-        else
-            for (int column = 0; column < table.FixedCols; ++column)
-                cells << table.Cell(column, section + table.FixedRows);
-        return role == Qt::ToolTipRole ? plainToolTip(cells.join(u'\n')) : cells.join(u'\n');
-    }
-    QFont markedFont;
-    QBrush markedBrush;
-    bool isMarked(int column, int row) const {
-        return (row < static_cast<int>(rows_.size()) && rows_[static_cast<size_t>(row)]) ||
-               (column < static_cast<int>(columns_.size()) && columns_[static_cast<size_t>(column)]);
-    }
-
-    void replace(const ResultTable& other) {
-        beginResetModel();
-        take(other);
-        endResetModel();
-    }
-    void update(const ResultTable& other) {
-        take(other);
-        if (rowCount() > 0 && columnCount() > 0)
-            Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-    }
-
-private:
-    std::vector<bool> rows_, columns_; ///< marked
-
-    void take(const ResultTable& other) {
-        table = other;
-        rows_.clear();
-        columns_.clear();
-        for (int row = 0; row < table.Rows(); ++row)
-            rows_.push_back(isMarkedRow(table, row));
-        for (int column = 0; column < table.Cols(); ++column)
-            columns_.push_back(isMarkedColumn(table, column));
-    }
-};
-
-namespace {
-
-/// One fixed cell, as a heading.
-void paintHeading(QPainter* painter, const QRect& rect, const QWidget& widget, const ResultTableModel& model,
-                  int column, int row, QStyle::State state) {
-    const ResultTable& table = model.table;
-    QStyleOptionHeader option;
-    option.initFrom(&widget);
-    option.rect = rect;
-    option.state |= state;
-    option.section = 1;
-    widget.style()->drawControl(QStyle::CE_HeaderSection, &option, painter, &widget);
-    const int margin = cellMargin(widget);
-    const QRect inner = rect.adjusted(margin, 0, -margin, 0);
-    painter->setFont(model.isMarked(column, row) ? model.markedFont : widget.font());
-    const QString text = painter->fontMetrics().elidedText(table.Cell(column, row), Qt::ElideRight, inner.width());
-    painter->setPen(widget.palette().color(QPalette::ButtonText));
-    painter->drawText(inner, static_cast<int>(alignmentOf(table, column, row)) | Qt::TextSingleLine, text);
-}
-
-/// Shows the fixed rows as lines of the heading above, the fixed columns as columns of the heading at the left.
-class FixedCells : public QHeaderView {
-public:
-    FixedCells(Qt::Orientation orientation, const ResultTableModel& model, QWidget* parent)
-        : QHeaderView(orientation, parent), model_(model) {
-        setSectionsClickable(true);
-        setHighlightSections(true);
-        setMinimumSectionSize(8);
-    }
-
-    /// Widths of the fixed columns, for the heading at the left.
-    std::vector<int> widths;
-    int lineHeight = 0;
-
-    QSize sizeHint() const override {
-        if (orientation() == Qt::Horizontal)
-            return {QHeaderView::sizeHint().width(), std::max(1, model_.table.FixedRows) * lineHeight};
-        int width = 0;
-        for (const int one : widths)
-            width += one;
-        return {width, QHeaderView::sizeHint().height()};
-    }
-
-protected:
-    void paintSection(QPainter* painter, const QRect& rect, int section) const override {
-        const ResultTable& table = model_.table;
-        QStyle::State state = QStyle::State_None;
-        if (selectionModel() &&
-            (orientation() == Qt::Horizontal ? selectionModel()->columnIntersectsSelection(section, rootIndex())
-                                             : selectionModel()->rowIntersectsSelection(section, rootIndex())))
-            state |= QStyle::State_On;
-        if (orientation() == Qt::Horizontal) {
-            for (int row = 0; row < table.FixedRows; ++row)
-                paintHeading(painter, {rect.x(), rect.y() + row * lineHeight, rect.width(), lineHeight}, *this, model_,
-                             section + table.FixedCols, row, state);
-            return;
-        }
-        int x = rect.x();
-        for (int column = 0; column < table.FixedCols && column < static_cast<int>(widths.size()); ++column) {
-            const int width = widths[static_cast<size_t>(column)];
-            paintHeading(painter, {x, rect.y(), width, rect.height()}, *this, model_, column, section + table.FixedRows,
-                         state);
-            x += width;
-        }
-    }
-
-private:
-    const ResultTableModel& model_;
-};
-
-/// The cells that are fixed both ways.
-class CornerCells : public QWidget {
-public:
-    CornerCells(const ResultTableModel& model, const FixedCells& top, const FixedCells& left, QWidget* parent)
-        : QWidget(parent), model_(model), top_(top), left_(left) {}
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter painter(this);
-        const ResultTable& table = model_.table;
-        int x = 0;
-        for (int column = 0; column < static_cast<int>(left_.widths.size()) && column < table.Cols(); ++column) {
-            const int width = left_.widths[static_cast<size_t>(column)];
-            for (int row = 0; row < table.FixedRows && row < table.Rows(); ++row)
-                paintHeading(&painter, {x, row * top_.lineHeight, width, top_.lineHeight}, *this, model_, column, row,
-                             QStyle::State_None);
-            x += width;
-        }
-    }
-
-private:
-    const ResultTableModel& model_;
-    const FixedCells& top_;
-    const FixedCells& left_;
-};
 
 } // namespace
 
@@ -227,6 +41,11 @@ ResultTableView::ResultTableView(const QString& name, QWidget* parent)
     setWordWrap(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     left->setSectionResizeMode(QHeaderView::Fixed);
+    // A width that the user gives a column stays until another table comes.
+    connect(top, &QHeaderView::sectionResized, this, [this](int section, int, int size) {
+        if (!layingOut_ && size > 0)
+            userWidths_[section + model_->table.FixedCols] = size;
+    });
     connect(top, &QHeaderView::sectionClicked, this, [this] {
         if (onHeader)
             onHeader();
@@ -252,7 +71,8 @@ int ResultTableView::textWidth(const QString& text) const {
 bool ResultTableView::hasShapeOf(const ResultTable& table) const {
     const ResultTable& mine = model_->table;
     if (table.Rows() != mine.Rows() || table.Cols() != mine.Cols() || table.FixedRows != mine.FixedRows ||
-        table.FixedCols != mine.FixedCols)
+        table.FixedCols != mine.FixedCols || table.percentOf != mine.percentOf || laidOutMarks_ != markColumn_ ||
+        laidOutFont_ != font())
         return false;
     for (int column = 0; column < table.Cols(); ++column)
         if (table.ColWidth(column) != mine.ColWidth(column))
@@ -272,54 +92,112 @@ void ResultTableView::updateTable(const ResultTable& table) {
             fixed->update();
         return;
     }
+    const IdleSections idle = idleSections(table, markColumn_, markRow_);
+    model_->narrowMarks = idle.narrowMarks;
+    model_->lowMarks = idle.lowMarks;
     model_->replace(table);
+    laidOutMarks_ = markColumn_;
+    laidOutFont_ = font();
+    userWidths_.clear();
+    measure(idle);
     layOut();
 }
 
-void ResultTableView::layOut() {
+/// What each row and column wants: measured once a table, shared out at each size of the window.
+void ResultTableView::measure(const IdleSections& idle) {
     const ResultTable& table = model_->table;
+    const QScopedValueRollback<bool> own(layingOut_, true);
+    const int least = fontMetrics().height() + 6;
+    const int narrow = fontMetrics().horizontalAdvance(u'X') + 2 * cellMargin(*this);
+    QHeaderView& left = *verticalHeader();
+    left.setDefaultSectionSize(std::max(least, table.Rows() > 1 ? pixels(table.RowHeight(1)) : 0));
+    columns_.assign(static_cast<size_t>(table.Cols()), {});
+    for (int column = 0; column < table.Cols(); ++column) {
+        Wants& wants = columns_[static_cast<size_t>(column)];
+        const bool hidden = idle.columns[static_cast<size_t>(column)];
+        if (column >= table.FixedCols)
+            horizontalHeader()->setSectionHidden(column - table.FixedCols, hidden);
+        if (idle.narrowMarks && column == markColumn)
+            wants = {narrow, narrow};
+        else if (!hidden)
+            wants = wantsOf(column);
+    }
+    for (int row = table.FixedRows; row < table.Rows(); ++row) {
+        // What was hidden in the table before is so still.
+        left.setSectionHidden(row - table.FixedRows, idle.rows[static_cast<size_t>(row)]);
+        if (row == markRow && !idle.rows[static_cast<size_t>(row)])
+            left.resizeSection(row - table.FixedRows,
+                               idle.lowMarks ? fontMetrics().height() : left.defaultSectionSize());
+    }
+}
+
+/// The columns get what they want as far as there is room; the fixed ones leave at least half of it to the others.
+void ResultTableView::layOut() {
+    if (layingOut_ || columns_.size() != static_cast<size_t>(model_->table.Cols()))
+        return;
+    const QScopedValueRollback<bool> own(layingOut_, true);
     auto& top = static_cast<FixedCells&>(*horizontalHeader());
     auto& left = static_cast<FixedCells&>(*verticalHeader());
-    const int least = fontMetrics().height() + 6;
-    top.lineHeight = least + 2;
-    fixedWidths_.clear();
-    for (int column = 0; column < table.FixedCols && column < table.Cols(); ++column)
-        fixedWidths_.push_back(widthOf(column));
-    for (int column = table.FixedCols; column < table.Cols(); ++column)
-        top.resizeSection(column - table.FixedCols, widthOf(column));
-    left.setDefaultSectionSize(std::max(least, table.Rows() > 1 ? pixels(table.RowHeight(1)) : 0));
-    top.updateGeometry();
-    narrowFixedColumns();
+    const size_t fixed = static_cast<size_t>(std::max(0, std::min(model_->table.FixedCols, model_->table.Cols())));
+    const int bar = verticalScrollBar()->isVisible() ? verticalScrollBar()->width() : 0;
+    const int room = std::max(0, width() - 2 * frameWidth() - bar);
+    std::vector<int> widths, lacking;
+    for (size_t column = 0; column < columns_.size(); ++column) {
+        const auto byHand = userWidths_.find(static_cast<int>(column));
+        widths.push_back(byHand == userWidths_.end() ? columns_[column].least : byHand->second);
+        lacking.push_back(byHand == userWidths_.end() ? columns_[column].whole - widths.back() : 0);
+    }
+    const int others = std::accumulate(widths.begin() + static_cast<std::ptrdiff_t>(fixed), widths.end(), 0);
+    left.widths.assign(widths.begin(), widths.begin() + static_cast<std::ptrdiff_t>(fixed));
+    narrowFixedColumns(std::max(width() / 2, room - others));
+    std::copy(left.widths.begin(), left.widths.end(), widths.begin());
+    std::fill(lacking.begin(), lacking.begin() + static_cast<std::ptrdiff_t>(fixed), 0);
+    const std::vector<int> shares = shareOut(room - total(widths), lacking);
+    for (size_t column = fixed; column < columns_.size(); ++column)
+        if (const int section = static_cast<int>(column - fixed); !top.isSectionHidden(section))
+            top.resizeSection(section, widths[column] + shares[column]);
+    top.fitHeights(left.widths);
+    for (QHeaderView* header : {static_cast<QHeaderView*>(&top), static_cast<QHeaderView*>(&left)}) {
+        header->updateGeometry();
+        header->viewport()->update();
+    }
+    updateGeometries();
     corner_->update();
 }
 
-/// Width of a column in pixels: the table's, but no more than its cells need where its heading or a label is long, and
-/// what short labels need where the font is larger than the table's widths are meant for.
-int ResultTableView::widthOf(int column) const {
+/// The least is the table's width, but no more than the cells need where a heading or a label is long, and what short
+/// labels need where the font is larger than the table's widths are meant for. The whole shows every text in full, a
+/// heading in its lines.
+ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     const ResultTable& table = model_->table;
     if (table.ColWidth(column) <= 0)
-        return 0;
+        return {};
     const int margins = 2 * cellMargin(*this);
     const int character = fontMetrics().averageCharWidth();
     const int wanted = pixels(table.ColWidth(column)) + margins;
-    const int least = mostOfHeading * character + margins;
+    const int atLeast = mostOfHeading * character + margins;
     QString longest;
     for (int row = table.FixedRows; row < table.Rows(); ++row)
-        if (table.Cell(column, row).size() > longest.size())
-            longest = table.Cell(column, row);
+        if (const QString text = table.shownCell(column, row); text.size() > longest.size())
+            longest = text;
     const int needed = fontMetrics().horizontalAdvance(longest);
-    if (wanted <= least)
-        return std::clamp(needed + margins, wanted, least);
+    int whole = needed;
+    for (int row = 0; row < table.FixedRows; ++row)
+        whole = std::max(whole, widthOfHead(model_->headText(column, row), font()));
+    whole += margins;
+    if (column < table.FixedCols)
+        return {std::max(std::min(wanted, whole), needed + margins), whole};
+    if (wanted <= atLeast)
+        return {std::clamp(needed + margins, wanted, atLeast), whole};
     const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
-    return std::min(wanted, std::max(least, shown + margins));
+    return {std::min(wanted, std::max(atLeast, shown + margins)), whole};
 }
 
-/// The fixed columns leave half of the view to the others.
-void ResultTableView::narrowFixedColumns() {
+/// Takes from the widest until all of them have room.
+void ResultTableView::narrowFixedColumns(int room) {
     auto& left = static_cast<FixedCells&>(*verticalHeader());
     const int least = leastOfFixed * fontMetrics().averageCharWidth();
-    left.widths = fixedWidths_;
-    int excess = std::accumulate(left.widths.begin(), left.widths.end(), 0) - width() / 2;
+    int excess = total(left.widths) - room;
     while (excess > 0) {
         const auto widest = std::ranges::max_element(left.widths);
         const int less = std::min(excess, *widest - least);
@@ -328,8 +206,6 @@ void ResultTableView::narrowFixedColumns() {
         *widest -= less;
         excess -= less;
     }
-    left.updateGeometry();
-    updateGeometries();
 }
 
 GridSelection ResultTableView::selection() const {
@@ -382,17 +258,30 @@ void ResultTableView::keyPressEvent(QKeyEvent* event) {
     QTableView::keyPressEvent(event);
 }
 
+namespace {
+
+int firstShown(const QHeaderView& header) {
+    for (int section = 0; section < header.count(); ++section)
+        if (!header.isSectionHidden(section))
+            return section;
+    return -1;
+}
+
+} // namespace
+
 /// Who comes by the keyboard sees where the arrow keys start from.
 void ResultTableView::focusInEvent(QFocusEvent* event) {
     QTableView::focusInEvent(event);
-    if (event->reason() != Qt::MouseFocusReason && !currentIndex().isValid() && model_->rowCount() > 0 &&
-        model_->columnCount() > 0)
-        setCurrentIndex(model_->index(0, 0));
+    if (event->reason() == Qt::MouseFocusReason || currentIndex().isValid())
+        return;
+    const int row = firstShown(*verticalHeader()), column = firstShown(*horizontalHeader());
+    if (row >= 0 && column >= 0)
+        setCurrentIndex(model_->index(row, column));
 }
 
 void ResultTableView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    narrowFixedColumns();
+    layOut();
 }
 
 void ResultTableView::updateGeometries() {

@@ -5,13 +5,16 @@
 
 #include <QTableView>
 #include <functional>
+#include <map>
 #include <vector>
 
 class ResultTableModel;
+struct IdleSections;
 
 /// Shows a result table; its fixed rows and columns stay in view as headings while the rest scrolls. It holds a copy of
 /// the table: what is being computed doesn't show through. Rows and columns that are marked as missing are set apart.
-/// Texts that would push the figures out of view are shortened; a tooltip has them in full.
+/// Texts that would push the figures out of view are shortened; a tooltip has them in full. Headings take up to three
+/// lines, and free room goes to what would be cut. What is empty by the way the table is made takes no room.
 class ResultTableView : public QTableView {
 public:
     ResultTableView(const QString& name, QWidget* parent);
@@ -25,7 +28,7 @@ public:
     /// A click on the heading of a column, or on that of the row of marks.
     std::function<void()> onHeader;
 
-    /// Takes a table; columns get the widths that it names. While it has the shape and headings of the one before,
+    /// Takes a table; what can be marked in it has been said. While it has the shape and headings of the one before,
     /// selection, place and widths stay.
     void updateTable(const ResultTable& table);
     const ResultTable& table() const;
@@ -47,12 +50,21 @@ private:
     QWidget* corner_ = nullptr;
     int markColumn_ = -1, markRow_ = -1;
     bool pressedInMarks_ = false;
-    std::vector<int> fixedWidths_; ///< of the fixed columns, as the table has them
+    bool layingOut_ = false;
+    int laidOutMarks_ = -1; ///< the column of marks that the table was laid out for
+    QFont laidOutFont_;
+    /// The width that a column has at the least, and that in which nothing in it is cut.
+    struct Wants {
+        int least = 0, whole = 0;
+    };
+    std::vector<Wants> columns_;
+    std::map<int, int> userWidths_; ///< by column
 
     bool hasShapeOf(const ResultTable& table) const;
+    void measure(const IdleSections& idle);
     void layOut();
-    void narrowFixedColumns();
-    int widthOf(int column) const;
+    void narrowFixedColumns(int room);
+    Wants wantsOf(int column) const;
     int pixels(int twips) const;
     void reportMark();
 };

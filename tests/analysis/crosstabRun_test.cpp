@@ -73,20 +73,20 @@ TEST_F(CrosstabRun, ShowsItsFourViews) {
     EXPECT_EQ(model_.result().lblLabel, title) << "percentages have no N";
     EXPECT_EQ(compute(), views[3]) << "the view that was chosen is chosen again";
     EXPECT_EQ(model_.request().cbValues, 3);
-    EXPECT_EQ(percentBaseText(model_.result().mfgGrid), u"Gesamtprozente, N (gültige Fälle) Gült. Summe: 4");
+    EXPECT_EQ(percentBaseText(model_.result().mfgGrid), u"Gesamtprozente, N (gültige Fälle): Gült. Summe = 4");
     model_.chooseValues(1);
     EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
-              u"Spaltenprozente, N (gültige Fälle) 1 männlich: 2; 2 weiblich: 2; Gült. Summe: 4");
+              u"Spaltenprozente, N (gültige Fälle): 1 männlich = 2; 2 weiblich = 2; Gült. Summe = 4");
     gOptions.IncludeMissingInPercentXTab = true;
     compute();
     EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
-              u"Spaltenprozente, N (alle Fälle) 1 männlich: 2; 2 weiblich: 3; Summe: 5");
+              u"Spaltenprozente, N (alle Fälle): 1 männlich = 2; 2 weiblich = 3; Summe = 5");
     gOptions.IncludeMissingInPercentXTab = false;
     gOptions.ShowValidSums = false;
     model_.chooseValues(2);
     compute();
     EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
-              u"Zeilenprozente, N (gültige Fälle) 1 zufrieden: 2; 2 unzufrieden: 2; Gült. Summe: 4");
+              u"Zeilenprozente, N (gültige Fälle): 1 zufrieden = 2; 2 unzufrieden = 2; Gült. Summe = 4");
     model_.edit().chooseMode(AnalysisMode::Frequency);
     const QString before = shown();
     model_.chooseValues(3);

@@ -140,7 +140,7 @@ TEST_F(AnalysisModes, ACrosstabIsMarkedInItsMarkColumnAndRowOfTheAbsoluteViewOnl
     click(u"cmdComputeAnew"_s);
     EXPECT_EQ(tableIs(), TableState::Current);
     EXPECT_EQ(values->currentIndex(), 1) << "who looks at percentages goes on to";
-    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"\nSpaltenprozente, N (gültige Fälle) "_s));
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"\nSpaltenprozente, N (gültige Fälle): "_s));
     show(0);
     EXPECT_EQ(cell(2, 3) + cell(3, 2), u"XX");
     EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"GESCHL: 9 (von Hand gesetzt: 1)"_s))

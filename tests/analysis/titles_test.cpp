@@ -160,3 +160,51 @@ TEST(Titles, ReadAndSpeakEnglishWithTheKeptTexts) {
     options.HeaderStudy = options.HeaderVar = options.HeaderYear = options.HeaderGroup = false;
     EXPECT_EQ(comparisonHeader(entry, options).trimmed(), u"(W. V3)"_s);
 }
+
+TEST(Titles, HeadsOfAComparisonLeaveOutWhatAllEntriesShareAndNothingThatTellsThemApart) {
+    const TestHome home;
+    struct Case {
+        const char* what;
+        std::vector<QStringList> entries; ///< study, variable, year, group, weight, filter
+        QStringList heads;                ///< empty: the cells as they are
+        bool Options::*off = nullptr;
+    };
+    const std::vector<Case> cases{
+        {"one entry", {{u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, {}}}, {}},
+        {"studies",
+         {{u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, u"W"_s, {}}, {u"B"_s, u"V5"_s, u"2000"_s, u"G"_s, u"W"_s, {}}},
+         {u"A"_s, u"B"_s}},
+        {"a filter of one",
+         {{u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, {}}, {u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, u"V7=1"_s}},
+         {u"V5"_s, u"V5 (F. V7=1)"_s}},
+        {"all alike",
+         {{u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, {}}, {u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, {}}},
+         {u"V5"_s, u"V5"_s}},
+        {"no variable in the heads",
+         {{u"A"_s, u"V5"_s, u"2000"_s, u"G"_s, {}, {}}, {u"A"_s, u"V6"_s, u"2000"_s, u"G"_s, {}, {}}},
+         {u"V5"_s, u"V6"_s},
+         &Options::HeaderVar},
+        {"a year or a group of the same text",
+         {{u"A"_s, u"V5"_s, u"2000"_s, {}, {}, {}}, {u"A"_s, u"V5"_s, {}, u"2000"_s, {}, {}}},
+         {}},
+    };
+    for (const Case& c : cases) {
+        Options options;
+        if (c.off)
+            options.*c.off = false;
+        QList<ComparisonEntry> entries;
+        for (const QStringList& one : c.entries) {
+            ComparisonEntry entry;
+            entry.column[ComparisonEntry::Study] = one[0];
+            entry.column[ComparisonEntry::Variable] = one[1];
+            entry.column[ComparisonEntry::Year] = one[2];
+            entry.column[ComparisonEntry::Group] = one[3];
+            entry.column[ComparisonEntry::Weight] = one[4];
+            entry.column[ComparisonEntry::Filter] = one[5];
+            entry.column[ComparisonEntry::FilterInfo] = one[5].isEmpty() ? QString() : u"user"_s;
+            entries.append(entry);
+        }
+        const std::vector<QString> heads = shortHeads(entries, options, 3);
+        EXPECT_EQ(QStringList(heads.begin(), heads.end()).mid(3), c.heads) << c.what;
+    }
+}

@@ -1,0 +1,40 @@
+#include "widgets/tableRoom.h"
+
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(TableRoom, isSharedOutFairlyAndToTheLastPixelAskedFor) {
+    struct Case {
+        int room;
+        std::vector<int> wants, shares;
+    };
+    for (const Case& c : {Case{100, {10, 20}, {10, 20}},
+                          {30, {100, 5, 100}, {12, 5, 13}},
+                          {30, {0, -5, 40}, {0, 0, 30}},
+                          {0, {7, 7}, {0, 0}},
+                          {-20, {7}, {0}},
+                          {50, {}, {}}})
+        EXPECT_EQ(shareOut(c.room, c.wants), c.shares);
+}
+
+TEST(TableRoom, aHeadTakesUpToThreeLinesAndIsCutOnlyBeyondThem) {
+    const QFont font = QGuiApplication::font();
+    const QFontMetrics metrics(font);
+    for (const QString& text : {u"SV2018, LZUFR, 2018 (G. GEWREP) (F. GESCHL=1 AND ALTER>30)"_s, u"zufriedenstellend"_s,
+                                u"만족도 매우 만족 보통"_s, u"a b"_s}) {
+        const int least = widthOfHead(text, font);
+        EXPECT_LE(least, metrics.horizontalAdvance(text) + 1);
+        const QStringList lines = headLines(text, font, least);
+        EXPECT_LE(lines.size(), mostHeadLines);
+        EXPECT_EQ(lines.join(u' ').remove(u' '), QString(text).remove(u' ')) << text.toStdString();
+        for (const QString& line : lines)
+            EXPECT_LE(metrics.horizontalAdvance(line), least + 1);
+    }
+    const QStringList cut = headLines(QString(60, u'W') + u" ende"_s, font, 5 * metrics.horizontalAdvance(u'W'));
+    ASSERT_EQ(cut.size(), mostHeadLines);
+    EXPECT_TRUE(cut.last().endsWith(u'…'));
+    EXPECT_EQ(headLines(u"a b c d"_s, font, metrics.horizontalAdvance(u"a b"_s) + 1, 1).size(), 1);
+}
