@@ -60,15 +60,7 @@ void AnalysisModel::setHooks(RunHooks hooks) {
 }
 
 FilterResult AnalysisModel::checkFilter(const QString& text) const {
-    FilterSurroundings surroundings;
-    surroundings.find = [this](const QString& word, bool&) -> std::optional<VariablePlace> {
-        for (const StudyVariable& variable : editor_.variables())
-            if (dao::compareTexts(variable.name, word) == 0)
-                return variable.place;
-        return std::nullopt;
-    };
-    surroundings.attach = [](const QString&) { return true; };
-    return translateFilter(text, surroundings);
+    return ::checkFilter(editor_, text);
 }
 
 AnalysisView AnalysisModel::view() const {

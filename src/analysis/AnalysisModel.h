@@ -36,7 +36,7 @@ public:
     /// The way to change the request.
     RequestEditor& edit() { return editor_; }
     ComparisonList& comparison() { return comparison_; }
-    /// What the run's pass would say to a filter text; asks no engine and attaches nothing.
+    /// What a run would say to a filter text; asks no engine and attaches nothing.
     FilterResult checkFilter(const QString& text) const;
     AnalysisView view() const;
 

@@ -13,6 +13,13 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Milliseconds without a key after which what is typed is looked at.
+constexpr int pauseOfTyping = 300;
+
+} // namespace
+
 frmAuswertungCases::frmAuswertungCases(frmAuswertung& window) : frmAuswertungPart(window) {
     fraWeight_ = buildWeight();
     fraFilter_ = buildFilter();
@@ -122,12 +129,17 @@ void frmAuswertungCases::connectFilter() {
             return;
         filterTyped_ = true;
         trapped([&] { model_.edit().typeFilterText(text); });
-        showFilterCheck();
+        txtFilter_->markSpot(0, 0);
+        checkSoon_.start();
     });
     connect(txtFilter_, &QLineEdit::editingFinished, this, [this] {
         if (filterTyped_)
             finishTypingSoon();
+        checkFilter();
     });
+    checkSoon_.setSingleShot(true);
+    checkSoon_.setInterval(pauseOfTyping);
+    connect(&checkSoon_, &QTimer::timeout, this, [this] { checkFilter(); });
 }
 
 /// The caption of the fourth weight stands for the button beside it, and its letter goes on to the picker. Who chooses
@@ -219,37 +231,22 @@ void frmAuswertungCases::showFilter() {
     txtFilter_->setEnabled(view.txtFilterEnabled);
     if (txtFilter_->text() != r.txtFilter)
         txtFilter_->setText(r.txtFilter);
-    showFilterCheck();
+    checkFilter();
 }
 
-/// Says at once what the run would refuse, and marks it.
-void frmAuswertungCases::showFilterCheck() {
-    QString words;
-    int start = 0, length = 0;
-    if (model_.request().optFilter == FilterKind::FilterUser) {
-        const FilterResult result = model_.checkFilter(txtFilter_->text());
-        switch (result.failure) {
-        case FilterResult::Failure::IllegalCharacter:
-            words = TranslateText(u"Unerlaubtes Zeichen:"_s) + u' ' + result.culprit;
-            break;
-        case FilterResult::Failure::UnknownVariable:
-        case FilterResult::Failure::Ended:
-            words = result.culprit + u' ' + TranslateText(u"nicht gefunden"_s);
-            break;
-        case FilterResult::Failure::None:
-            if (!result.lost.isEmpty())
-                words =
-                    TranslateText(u"Ein Name am Ende zählt nur, wenn ein Leerzeichen folgt:"_s) + u' ' + result.lost;
-            break;
-        }
-        if (result.failure != FilterResult::Failure::None) {
-            start = static_cast<int>(result.position);
-            length = static_cast<int>(result.culprit.size());
-        }
-    }
-    txtFilter_->markSpot(start, length);
+/// Says what the run would refuse, and marks it.
+void frmAuswertungCases::checkFilter() {
+    checkSoon_.stop();
+    const bool own = model_.request().optFilter == FilterKind::FilterUser && !txtFilter_->text().isEmpty();
+    showFilterCheck(own ? model_.checkFilter(txtFilter_->text()) : FilterResult());
+}
+
+void frmAuswertungCases::showFilterCheck(const FilterResult& result) {
+    const QString words = result.objection() + result.notice();
+    txtFilter_->markSpot(static_cast<int>(result.position), words.isEmpty() ? 0 : static_cast<int>(result.length));
     lblFilterCheck_->setText(words);
     lblFilterCheck_->setVisible(!words.isEmpty());
+    txtFilter_->setAccessibleDescription(words);
 }
 
 void frmAuswertungCases::nameForReaders() {

@@ -2,9 +2,11 @@
 
 #include "analysis/frmAuswertungPart.h"
 
+#include <QTimer>
 #include <array>
 
 class FilterLine;
+struct FilterResult;
 
 /// Which cases count, and with what weight, on the first page of the analysis window.
 class frmAuswertungCases : public frmAuswertungPart {
@@ -42,6 +44,7 @@ private:
     QList<QWidget*> captions_;
     std::vector<BoundPicker> parts_; ///< as the picker lists them
     bool filterTyped_ = false;       ///< the filter was edited and has not counted yet
+    QTimer checkSoon_;               ///< the filter is checked a moment after the last key
 
     QRadioButton* ownWeight() const { return Option3_[static_cast<size_t>(WeightKind::WeightUser)]; }
     QRadioButton* ownFilter() const { return optFilter_[static_cast<size_t>(FilterKind::FilterUser)]; }
@@ -54,5 +57,6 @@ private:
     void showLists();
     void showWeight();
     void showFilter();
-    void showFilterCheck();
+    void checkFilter();
+    void showFilterCheck(const FilterResult& result);
 };

@@ -20,12 +20,30 @@ struct Refusal {
     bool clears = false;
 };
 
-std::optional<Refusal> refusalOf(const AnalysisRequest& r) {
-    if (r.mode == AnalysisMode::Comparison) {
-        if (r.lst_TrendVars.isEmpty())
-            return Refusal{u"Bitte eine Variable auswählen"_s};
-        return std::nullopt;
+/// Entries may be of other studies: their variables are looked up when each is counted, but what can be no condition
+/// whatever its names mean is refused at once.
+std::optional<Refusal> refusalOfEntries(const AnalysisRequest& r) {
+    if (r.lst_TrendVars.isEmpty())
+        return Refusal{u"Bitte eine Variable auswählen"_s};
+    FilterSurroundings any;
+    any.find = [](const QString&, bool&) { return VariablePlace{u"T"_s, u"F"_s}; };
+    any.attach = [](const QString&) { return true; };
+    for (const ComparisonEntry& entry : r.lst_TrendVars) {
+        const QString& text = entry.at(ComparisonEntry::Filter);
+        const QString& kind = entry.at(ComparisonEntry::FilterInfo);
+        if (text.isEmpty() || (!kind.isEmpty() && kind != "user"_L1))
+            continue;
+        const FilterResult filter = readFilter(text, any);
+        if (filter.failure == FilterResult::Failure::Syntax)
+            return Refusal{entry.text + u'\n' + filter.objection()};
     }
+    return std::nullopt;
+}
+
+std::optional<Refusal> refusalOf(const RequestEditor& editor) {
+    const AnalysisRequest& r = editor.request();
+    if (r.mode == AnalysisMode::Comparison)
+        return refusalOfEntries(r);
     if (r.dtTable.isEmpty() || r.dtField.isEmpty())
         return Refusal{u"Bitte eine Variable auswählen"_s, true};
     if (r.mode == AnalysisMode::Crosstab && (r.dtTable2.isEmpty() || r.dtField2.isEmpty()))
@@ -37,6 +55,9 @@ std::optional<Refusal> refusalOf(const AnalysisRequest& r) {
         return Refusal{u"Datensatz-Teil nicht gefunden"_s};
     if (r.mode == AnalysisMode::Crosstab && r.dbcVariable.value.compare(r.dbcVariable2.value, Qt::CaseInsensitive) == 0)
         return Refusal{u"Doppelte Variablen"_s};
+    if (r.optFilter == FilterKind::FilterUser && !r.txtFilter.isEmpty())
+        if (const QString words = checkFilter(editor, r.txtFilter).objection(); !words.isEmpty())
+            return Refusal{words};
     return std::nullopt;
 }
 
@@ -88,7 +109,7 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
             result = refused(std::move(result), editor);
             break;
         }
-        if (const std::optional<Refusal> refusal = refusalOf(editor.request())) {
+        if (const std::optional<Refusal> refusal = refusalOf(editor)) {
             result = refused(std::move(result), editor, *refusal);
             break;
         }
@@ -117,4 +138,17 @@ TableResult runRequest(RequestEditor& editor, const Options& options, const RunH
     editor.replace(result.request, result.catalogue);
     ui::asker().setPointer(ui::Pointer::Default);
     return result;
+}
+
+FilterResult checkFilter(const RequestEditor& editor, const QString& text) {
+    FilterSurroundings around;
+    around.find = [&editor](const QString& word, bool&) -> std::optional<VariablePlace> {
+        for (const StudyVariable& variable : editor.variables())
+            if (dao::compareTexts(variable.name, word) == 0)
+                return variable.place;
+        return std::nullopt;
+    };
+    around.attach = [](const QString&) { return true; };
+    around.grouped = editor.request().mode != AnalysisMode::Descriptives;
+    return readFilter(text, around);
 }

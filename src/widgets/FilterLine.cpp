@@ -1,9 +1,11 @@
 #include "widgets/FilterLine.h"
 
+#include "analysis/request/filterTokens.h"
 #include "analysis/request/filterWords.h"
 #include "widgets/BestFirst.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QCompleter>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -11,14 +13,6 @@
 #include <QStringListModel>
 #include <QTextCharFormat>
 #include <algorithm>
-
-namespace {
-
-bool isOfWord(QChar c) {
-    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || (c >= u'0' && c <= u'9') || c == u'_' || c == u'-';
-}
-
-} // namespace
 
 FilterLine::FilterLine(const QString& name, QWidget* parent)
     : QLineEdit(parent), completer_(new QCompleter(this)), model_(new QStringListModel(this)),
@@ -36,6 +30,16 @@ FilterLine::FilterLine(const QString& name, QWidget* parent)
     connect(completer_, qOverload<const QString&>(&QCompleter::activated), this,
             [this](const QString& choice) { take(choice); });
     connect(this, &QLineEdit::textEdited, this, [this] { offer(); });
+    // While the list is open the completer keeps it from the line that it has lost the focus.
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget* old, const QWidget* now) {
+        if (old == this && now != completer_->popup())
+            completer_->popup()->hide();
+    });
+}
+
+FilterLine::~FilterLine() {
+    // The focus leaves it once more when it is no line any longer.
+    disconnect(qApp, nullptr, this, nullptr);
 }
 
 void FilterLine::setChoices(const QStringList& choices) {
@@ -43,6 +47,8 @@ void FilterLine::setChoices(const QStringList& choices) {
 }
 
 void FilterLine::markSpot(int start, int length) {
+    if (composing_)
+        return;
     QList<QInputMethodEvent::Attribute> attributes;
     if (length > 0) {
         QTextCharFormat format;
@@ -56,11 +62,9 @@ void FilterLine::markSpot(int start, int length) {
     QLineEdit::inputMethodEvent(&event);
 }
 
-int FilterLine::wordStart() const {
-    int start = cursorPosition();
-    while (start > 0 && isOfWord(text()[start - 1]))
-        --start;
-    return start;
+void FilterLine::inputMethodEvent(QInputMethodEvent* event) {
+    composing_ = !event->preeditString().isEmpty();
+    QLineEdit::inputMethodEvent(event);
 }
 
 /// A word that is a name already needs no list, which would cover what is said about the filter.
@@ -71,8 +75,8 @@ bool FilterLine::isName(const QString& word) const {
 }
 
 void FilterLine::offer() {
-    const QString word = text().mid(wordStart(), cursorPosition() - wordStart());
-    if (word.isEmpty() || word[0].isDigit() || isFilterOperator(word) || isName(word)) {
+    const QString word = filterPlace(text(), cursorPosition()).name;
+    if (word.isEmpty() || isFilterOperator(word) || isName(word)) {
         completer_->popup()->hide();
         return;
     }
@@ -82,12 +86,14 @@ void FilterLine::offer() {
 }
 
 void FilterLine::take(const QString& choice) {
-    const int start = wordStart();
-    const QString name = choice.left(choice.indexOf(u':'));
+    const qsizetype start = filterPlace(text(), cursorPosition()).start;
+    const QString name = filterName(choice.left(choice.indexOf(u':')));
     QString all = text();
-    all.replace(start, cursorPosition() - start, name);
+    // A bracket that was opened for the name is its own, and so is one behind it.
+    const bool closed = all.mid(cursorPosition()).startsWith(u']') && name.endsWith(u']');
+    all.replace(start, cursorPosition() - start + (closed ? 1 : 0), name);
     setText(all);
-    setCursorPosition(start + static_cast<int>(name.size()));
+    setCursorPosition(static_cast<int>(start + name.size()));
     Q_EMIT textEdited(all);
 }
 

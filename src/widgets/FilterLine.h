@@ -8,9 +8,11 @@ class QCompleter;
 class QStringListModel;
 
 /// A line for a condition over variables: offers their names as one types, found over name and label, and marks a spot.
+/// A name that needs brackets gets them.
 class FilterLine : public QLineEdit {
 public:
     FilterLine(const QString& name, QWidget* parent);
+    ~FilterLine() override;
 
     /// @param choices "<name>: <label>"
     void setChoices(const QStringList& choices);
@@ -19,13 +21,14 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
 
 private:
     QCompleter* completer_;
     QStringListModel* model_;
     BestFirst* found_;
+    bool composing_ = false; ///< a character is being put together by the input method
 
-    int wordStart() const;
     bool isName(const QString& word) const;
     void offer();
     void take(const QString& choice);

@@ -124,6 +124,10 @@ ui::Answer QtAsker::messageBox(const ui::Box& box) {
     window.setTextFormat(Qt::PlainText);
     window.setText(QString(box.text).replace(u"\r\n"_s, u"\n"_s));
     window.setTextInteractionFlags(Qt::TextSelectableByMouse);
+    if (!box.details.isEmpty()) {
+        StandardTexts::followLanguage(); // the button that shows them is Qt's own
+        window.setDetailedText(box.details);
+    }
     const std::vector<Button> buttons = buttonsOf(box.buttons);
     for (const Button& button : buttons) {
         QPushButton* shown = window.addButton(button.standard);

@@ -171,13 +171,30 @@ TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
     line->setFocus();
     QTest::keyClicks(line, u"GESCHL=1 AND GIBTSNICHT=2"_s);
     auto* check = the<QLabel>(u"lblFilterCheck"_s);
-    EXPECT_EQ(check->text(), u"GIBTSNICHT nicht gefunden");
+    EXPECT_FALSE(check->isVisibleTo(window)) << "not while keys follow each other";
+    const auto says = [&](const QString& words) {
+        return QTest::qWaitFor(
+            [&] { return check->text() == words && check->isVisibleTo(window) == !words.isEmpty(); });
+    };
+    EXPECT_TRUE(says(u"GIBTSNICHT nicht gefunden"_s));
+    EXPECT_EQ(line->accessibleDescription(), check->text());
     line->clear();
     QTest::keyClicks(line, u"GESCHL = ;"_s);
-    EXPECT_EQ(check->text(), u"Unerlaubtes Zeichen: ;");
+    EXPECT_TRUE(says(u"Unerlaubtes Zeichen: ;"_s));
+    line->clear();
+    QTest::keyClicks(line, u"(GESCHL=1 OR "_s);
+    EXPECT_TRUE(says(u"Hinter OR fehlt eine Bedingung."_s));
+    QTest::keyClicks(line, u"GESCHL=2"_s);
+    line->clearFocus();
+    EXPECT_EQ(check->text(), u"Eine Klammer ist nicht geschlossen.") << "at once when it is left";
+    goTo(1);
+    EXPECT_EQ(asker.texts(), QStringList{u"Eine Klammer ist nicht geschlossen."_s});
+    asker.boxes.clear();
+    line->setFocus();
     line->clear();
     QTest::keyClicks(line, u"GESCHL=1"_s);
-    EXPECT_FALSE(check->isVisibleTo(window));
+    EXPECT_TRUE(says(QString()));
+    EXPECT_EQ(line->accessibleDescription(), QString());
     goTo(1);
     EXPECT_EQ(row(2).section(u'|', 1, 1), u"Summe") << "only men are left";
     EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u".GESCHL=1 · "_s));
@@ -201,7 +218,8 @@ TEST_F(AnalysisWindow, TheListOfNamesInTheFilterLineGoesOnceANameStandsThere) {
     QTest::keyClick(list, Qt::Key_Enter);
     EXPECT_EQ(line->text(), u"KLIMA");
     EXPECT_FALSE(list->isVisible());
-    EXPECT_TRUE(the<QLabel>(u"lblFilterCheck"_s)->isVisible()) << "what the list would cover";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return the<QLabel>(u"lblFilterCheck"_s)->isVisible(); }))
+        << "what the list would cover";
     for (const QString& text : {u"=1 and"_s, u" not"_s, u" umlage1"_s}) {
         QTest::keyClicks(line, text);
         EXPECT_FALSE(list->isVisible()) << text.toStdString();

@@ -90,7 +90,7 @@ TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
          u"Studie QX2020 hat kein Repräsentativgewicht."_s},
         {v5 + QStringList{u"--filter"_s, u"V99=1"_s}, 1, u"V99 nicht gefunden"_s},
         {v5 + QStringList{u"--filter"_s, u"V7 = 1;"_s}, 1, u"Unerlaubtes Zeichen: ;"_s},
-        {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Syntax error"_s},
+        {v5 + QStringList{u"--filter"_s, u"(V7=1"_s}, 1, u"Eine Klammer ist nicht geschlossen."_s},
         // The title would repeat the whole text.
         {v5 + QStringList{u"--filter"_s, u"V7=1 garbage"_s}, 1, u"Das Ende des Filters zählt nicht: garbage"_s},
         {v5 + QStringList{u"--filter"_s, u"V5>=1e2"_s}, 1, u"Das Ende des Filters zählt nicht: e2"_s},

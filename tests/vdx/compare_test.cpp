@@ -46,6 +46,9 @@ TEST_F(Compare, StudiesSideBySideAreKeptLoadedAndDeletedByName) {
     const QByteArray before = bytes();
     EXPECT_EQ(run(entries).out, twoColumns);
     EXPECT_TRUE(bytes() == before) << "an analysis writes nothing";
+    const QString quoted = u"V8 = 'x part=1' OR [V7] IN (1)"_s;
+    EXPECT_TRUE(run({u"compare"_s, u"--entry"_s, u"QX1919 V5 filter=\""_s + quoted + u'"'}).out.contains(quoted))
+        << "a text in quotes is none of the entry's keys";
     EXPECT_EQ(run(entries + QStringList{u"--show"_s, u"column"_s}).out.split(u"\r\n"_s)[2],
               u"1;zufrieden;;50,0;50,0"_s);
 

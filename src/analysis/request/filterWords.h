@@ -7,3 +7,19 @@ inline bool isFilterOperator(const QString& word) {
     const QString upper = word.trimmed().toUpper();
     return upper == QLatin1String("AND") || upper == QLatin1String("OR") || upper == QLatin1String("NOT");
 }
+
+/// The characters that a name can begin with where it stands without brackets; behind them it may have digits.
+inline bool beginsFilterName(QChar c) {
+    return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z') || c == u'_' || c == u'-';
+}
+inline bool isFilterDigit(QChar c) {
+    return c >= u'0' && c <= u'9';
+}
+inline bool isInFilterName(QChar c) {
+    return beginsFilterName(c) || isFilterDigit(c);
+}
+
+/// A variable's name as a filter has it: in square brackets where it could not be read without.
+QString filterName(const QString& name);
+/// A value as a filter has it. @param isText the variable holds texts, also such as look like numbers
+QString filterValue(const QString& value, bool isText);

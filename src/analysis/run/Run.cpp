@@ -341,14 +341,33 @@ bool Run::count(const QString& sql) {
     if (in_.hooks.onStatement)
         in_.hooks.onStatement(u"counts"_s, sql);
     counts_.reset();
-    const auto isOwn = [this](const dao::Error& error) { return isRunTrapCase(error, options_.DataOnCD); };
-    if (!step([&] { counts_ = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isOwn); })) {
+    std::optional<dao::Error> ofFilter;
+    const auto isOwn = [&](const dao::Error& error) {
+        if (isRunTrapCase(error, options_.DataOnCD))
+            return true;
+        if (isOfFilter(error))
+            ofFilter = error;
+        return ofFilter.has_value();
+    };
+    const auto open = [&] {
+        try {
+            counts_ = CDaoPersistance().GetRecordset(db_, sql, dao::dbOpenSnapshot, isOwn);
+        } catch (const dao::Error&) {
+            if (!ofFilter)
+                throw;
+        }
+    };
+    if (!step(open)) {
         // What the trap gave up on was the trap's own, so GetRecordset has not logged it.
         if (outcome_ == RunOutcome::Refused)
             CDaoPersistance::logStatement(sql);
         return false;
     }
+    if (ofFilter)
+        return refuseFilter(*ofFilter, sql);
     ui::asker().setPointer(ui::Pointer::Wait);
+    if (counts_ && counts_->Eof() && round_.facts.userFilter)
+        noteHopelessComparisons();
     return counts_ || clearAndEnd(); // reported already
 }
 

@@ -25,7 +25,7 @@ private:
         QString qSql, nullSql;
         QString folder; ///< where the case files lie
         CountFacts facts;
-        QString lostFilter; ///< the end of the filter that counts for nothing
+        QString lostFilter;        ///< the end of the filter that counts for nothing
         bool missingRange = false; ///< the statement has a condition that leaves out a range
         CountStatement statement;
     };
@@ -93,6 +93,11 @@ private:
     void noteRepeatedCases();
     bool warnOfUnweighted();
     bool translateUserFilter();
+    std::optional<dao::Error> failureOf(const QString& condition, const ExtraJoins& joins) const;
+    static bool isOfUnknownName(const dao::Error& error);
+    bool isOfFilter(const dao::Error& error) const;
+    void noteHopelessComparisons();
+    bool refuseFilter(const dao::Error& error, const QString& statement);
 
     // ---- tables
     bool build();

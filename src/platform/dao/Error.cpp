@@ -136,8 +136,19 @@ QString engineDescription(int number, const QString& detail) {
 
 } // namespace
 
-Error::Error(int number, QString description, QString source)
-    : number_(number), description_(std::move(description)), source_(std::move(source)), utf8_(description_.toUtf8()) {}
+Error::Error(int number, QString description, QString source, QString detail)
+    : number_(number), description_(std::move(description)), source_(std::move(source)), detail_(std::move(detail)),
+      utf8_(description_.toUtf8()) {}
+
+namespace {
+
+[[noreturn]] void raise(int number, const QString& description, const QString& detail) {
+    const QString source = u"DAO.Database"_s;
+    errorList().append({number, description, source});
+    throw Error(number, description, source, detail);
+}
+
+} // namespace
 
 Errors& errorList() {
     static Errors list;
@@ -150,13 +161,11 @@ void raiseRuntimeError(int number) {
 }
 
 void raiseEngineError(int number, const QString& detail) {
-    raiseEngineErrorInWords(number, engineDescription(number, detail));
+    raise(number, engineDescription(number, detail), detail);
 }
 
 void raiseEngineErrorInWords(int number, const QString& description) {
-    const QString source = u"DAO.Database"_s;
-    errorList().append({number, description, source});
-    throw Error(number, description, source);
+    raise(number, description, {});
 }
 
 } // namespace dao

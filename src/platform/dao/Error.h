@@ -12,11 +12,13 @@ namespace dao {
 /// 94 use of Null) and never enter that list.
 class Error : public std::exception {
 public:
-    Error(int number, QString description, QString source = QString());
+    Error(int number, QString description, QString source = QString(), QString detail = QString());
 
     int number() const { return number_; }
     const QString& description() const { return description_; }
     const QString& source() const { return source_; }
+    /// The name or text that the description is about, where it was given apart.
+    const QString& detail() const { return detail_; }
     bool isRuntimeError() const { return number_ < 3000; }
     const char* what() const noexcept override { return utf8_.constData(); }
 
@@ -24,6 +26,7 @@ private:
     int number_;
     QString description_;
     QString source_;
+    QString detail_;
     QByteArray utf8_;
 };
 
@@ -54,5 +57,17 @@ private:
 
 /// The one error list of the process; DBEngine::errors() hands it out.
 Errors& errorList();
+
+/// Puts the error list back as it was, for questions whose failure is nobody's error.
+class KeptErrors {
+public:
+    KeptErrors() = default;
+    ~KeptErrors() { errorList() = before_; }
+    KeptErrors(const KeptErrors&) = delete;
+    KeptErrors& operator=(const KeptErrors&) = delete;
+
+private:
+    Errors before_ = errorList();
+};
 
 } // namespace dao

@@ -21,8 +21,9 @@ struct Box {
     Buttons buttons = Buttons::Ok;
     /// The button that Enter presses; nothing: the first. Where an answer loses work it is the one that keeps it.
     std::optional<Answer> defaultButton = std::nullopt;
-    QString check = QString(); ///< caption of a check box in the box; empty: none
-    bool* checked = nullptr;   ///< what the check box begins with, and what the user leaves it at
+    QString check = QString();   ///< caption of a check box in the box; empty: none
+    bool* checked = nullptr;     ///< what the check box begins with, and what the user leaves it at
+    QString details = QString(); ///< what only some want to know, such as the engine's own words
 };
 
 struct FileChoice {

@@ -80,6 +80,8 @@ Answer TerminalAsker::messageBox(const Box& box) {
     text.replace(u"\r\n"_s, u"\n"_s);
     while (text.endsWith(u'\n'))
         text.chop(1);
+    if (!box.details.isEmpty())
+        text += u'\n' + box.details;
     out_ << (box.title.isEmpty() ? ApplicationInfo::title : box.title) << u": "_s << text << u'\n' << Qt::flush;
     const std::vector<Choice> choices = choicesOf(box.buttons);
     if (choices.size() == 1)
