@@ -42,6 +42,7 @@ SurveyReader::SurveyReader(const QString& path, const QString& encoding) : path_
         throw ImportError(said(u"%1: Die Datei ist nicht da oder nicht lesbar"_s,
                                u"%1: There is no such file, or it cannot be read"_s)
                               .arg(path));
+    stamp_ = fileStamp(path);
     if (file.peek(16).contains("ENCRYPTED"))
         throw ImportError(said(u"%1: Die Datei ist mit einem Kennwort verschlüsselt"_s,
                                u"%1: The file is encrypted with a password"_s)
@@ -220,6 +221,12 @@ QString SurveyReader::stringAfter(const SurveyFile& head, int variable) {
     return {};
 }
 
+void SurveyReader::checkUnchanged() const {
+    if (fileStamp(path_) != stamp_)
+        refuse(
+            said(u"Die Datei hat sich geändert, während sie gelesen wurde"_s, u"The file changed while it was read"_s));
+}
+
 SurveyFile SurveyReader::readHead() {
     SurveyHeadPass pass;
     pass.file.stata = kind_ == Kind::Dta;
@@ -252,6 +259,7 @@ qint64 SurveyReader::readRows(const SurveyFile& head, RowReceiver& receiver,
                               const std::function<bool(double)>& progress) {
     SurveyRowPass pass(head, receiver, progress);
     const int code = parse(pass, true, kind_ == Kind::Sav && !head.saysRows ? std::max<qint64>(head.rows, 0) : 0);
+    checkUnchanged();
     if (code != READSTAT_OK && code != READSTAT_ERROR_ROW_COUNT_MISMATCH)
         // Only strings are converted, so the next one after the last value is the one that failed.
         fail(code, stringAfter(head, pass.last));

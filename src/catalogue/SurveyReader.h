@@ -2,6 +2,7 @@
 
 #include "catalogue/SurveyFile.h"
 
+#include "catalogue/fileStamp.h"
 #include "catalogue/portableNumbers.h"
 #include "catalogue/savCases.h"
 
@@ -41,11 +42,14 @@ private:
     std::optional<SavCases> savCases_;     ///< of a .sav file, once its head was read
     qint64 lostInHead_ = 0, lostTexts_ = 0;
     std::vector<bool> inexact_;
+    FileStamp stamp_; ///< of the file whose head was read
 
     std::unique_ptr<QIODevice> source() const;
     /// @param rows that are read at most, where the file does not say how many it has
     template<class Pass>
     int parse(Pass& pass, bool convert, qint64 rows = 0) const;
+    /// @throws ImportError if the file is no longer the one whose head was read
+    void checkUnchanged() const;
     /// Holds what the file says of its rows against what lies in it, before they are read.
     void checkRows(SurveyFile& head);
     /// And against what was read. @throws ImportError

@@ -120,6 +120,21 @@ TEST_F(ImportEncode, AReplacementSaysWhatNumbersStandForNow) {
     EXPECT_TRUE(hasFact({kind, u"(1): LAND"_s}));
 }
 
+// The codes of a first reading would meet the cases of another file.
+TEST_F(ImportEncode, AFileThatChangedSinceItsHeadWasReadIsRefused) {
+    writeLands(file, lands);
+    ImportRequest wish = request(file, u"QX1"_s);
+    wish.settings.encodeAll = true;
+    bool changed = false;
+    wish.settings.progress = [&](double) {
+        if (!std::exchange(changed, true))
+            writeLands(file, {"AT", "CH"});
+        return true;
+    };
+    EXPECT_TRUE(ImportFixture::outcome(wish).contains(u"geändert"_s) && changed);
+    EXPECT_EQ(folder().keys(), QStringList(u"lands.sav"_s));
+}
+
 TEST_F(ImportEncode, ADescriptionSaysTheSame) {
     writeLands(file, lands);
     for (const auto& [encode, land, note] : {std::tuple("true", u"LAND|F1|4;3"_s, u"NOTE|A40|NULL"_s),
