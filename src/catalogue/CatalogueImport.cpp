@@ -186,7 +186,11 @@ QStringList SurveyImporter::Job::textCodeFacts() const {
         const QString reason = textCodes.whyStillText(static_cast<int>(i));
         hasAny = hasAny || !reason.isEmpty() || textCodes.encodes(static_cast<int>(i));
         if (!reason.isEmpty())
-            lines << said(u"%1: bleibt Text, %2"_s, u"%1: stays text, %2"_s).arg(names[i].name, reason);
+            lines << said(u"%1: bleibt Text, %2"_s, u"%1: stays text, %2"_s).arg(names[i].name, reason) +
+                         (head.variables[i].missingTexts
+                              ? said(u"; die als fehlend erklärten stehen als gültige Codes"_s,
+                                     u"; those declared missing stand as valid codes"_s)
+                              : QString());
         if (const qint64 blanks = writer.blanks()[i]; blanks > 0)
             lines << said(u"%1: %2 leere Texte sind systembedingt fehlend"_s,
                           u"%1: %2 blank texts are system-missing"_s)

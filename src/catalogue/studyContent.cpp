@@ -120,7 +120,7 @@ private:
     }
 
     QString missingOf(int index, const SurveyVariable& variable, const QString& name) {
-        if (variable.missingTexts)
+        if (variable.missingTexts && texts_.whyStillText(index).isEmpty())
             findings_.missingTexts << name;
         std::vector<MissingRange> missing = variable.missing;
         if (codes_.used(index)) {
@@ -177,9 +177,12 @@ private:
                     labels.insert(code, label.label);
             }
         std::vector<MissingRange> missing;
+        QStringList missingTexts;
         for (const QString& declared : variable.missingCodes)
-            if (const double number = static_cast<double>(codes.indexOf(textCode(declared)) + 1); number > 0)
+            if (const double number = static_cast<double>(codes.indexOf(textCode(declared)) + 1); number > 0) {
                 missing.push_back({number, number});
+                missingTexts << textCode(declared);
+            }
         const QString definition = missingDefinition(missing);
         if (variable.otherMissingTexts || (!missing.empty() && definition.isEmpty()))
             findings_.missingShapes << names.name;
@@ -192,8 +195,10 @@ private:
             content_.labels.push_back(
                 {names.name, QString::number(i + 1), label.isEmpty() ? codes[i] : codes[i] + u' ' + label, codes[i]});
         }
-        findings_.encoded << encodedFact(names.name, codes.size(), withoutLabel, definition,
-                                         variable.format + u" → "_s + format);
+        findings_.encoded << encodedFact(
+            names.name, codes.size(), withoutLabel,
+            definition.isEmpty() ? definition : definition + u" ("_s + missingTexts.join(u", "_s) + u')',
+            variable.format + u" → "_s + format);
     }
 
     static QString encodedFact(const QString& name, qsizetype codes, qsizetype withoutLabel, const QString& missing,

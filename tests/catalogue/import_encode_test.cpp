@@ -61,7 +61,7 @@ TEST_F(ImportEncode, NumbersFollowTheOrderOfAllCodes) {
     EXPECT_EQ(cases(u"NOTE"_s).front(), u"n"_s);
     EXPECT_EQ(report.labels, 9);
     EXPECT_TRUE(
-        hasFact({u"LAND: Texte in Zahlen umgesetzt, 1 bis 9 "_s, u"(6 ohne Label; fehlend: 4;3; Format A3 → F1)"_s}));
+        hasFact({u"LAND: Texte in Zahlen umgesetzt, 1 bis 9 "_s, u"(6 ohne Label; fehlend: 4;3 (99, 98); Format A3 → F1)"_s}));
     EXPECT_TRUE(hasFact({u"LAND: 1 leere Texte sind systembedingt fehlend"_s}));
     EXPECT_TRUE(hasFact({u"Labels eines leeren Codes (1): LAND 'leer'"_s}));
     EXPECT_FALSE(hasFact({u"ohne --encode"_s}));
@@ -79,6 +79,7 @@ TEST_F(ImportEncode, RefusesWithNothingChanged) {
     SurveyFileMaker maker;
     readstat_variable_t* wide = maker.text("WIDE", 200);
     maker.label(wide, {{"A", "eins"}});
+    readstat_variable_add_missing_string_value(wide, "B");
     maker.text("MANY", 8);
     maker.number("V1");
     std::string number;
@@ -101,7 +102,8 @@ TEST_F(ImportEncode, RefusesWithNothingChanged) {
     ASSERT_EQ(outcome(true, {}, true), QString());
     EXPECT_EQ(cases(u"WIDE"_s).value(70).size(), TextCodes::mostCharacters + 1);
     EXPECT_EQ(cases(u"WIDE"_s).value(1), u"A"_s);
-    EXPECT_TRUE(hasFact({u"WIDE: bleibt Text, freie Texte"_s}));
+    EXPECT_TRUE(hasFact({u"WIDE: bleibt Text, freie Texte"_s, u"als gültige Codes"_s}) &&
+                !hasFact({u"ohne --encode"_s}));
 }
 
 TEST_F(ImportEncode, AReplacementSaysWhatNumbersStandForNow) {
