@@ -47,12 +47,8 @@ struct SurveyImporter::Job {
         for (const SurveyVariable& variable : head.variables)
             originals << variable.name;
         names = variableNames(originals, fieldsBefore);
-        if (head.weight >= 0 && isNumeric(static_cast<size_t>(head.weight)))
+        if (head.weight >= 0 && isNumeric(head, head.weight))
             fileWeight = names[static_cast<size_t>(head.weight)].name;
-    }
-
-    bool isNumeric(size_t variable) const {
-        return !head.variables[variable].isText && !timeFormat(head.variables[variable].format, head.stata).isTime();
     }
 
     dao::Companion& fileOf(const CaseTable& table) { return *files.at(caseFileOf(folder, study, table)); }
@@ -67,7 +63,7 @@ struct SurveyImporter::Job {
             throw ImportError(said(u"Gewicht %1: Die Datei hat keine solche Variable"_s,
                                    u"Weight %1: The file has no such variable"_s)
                                   .arg(*weight));
-        if (!isNumeric(*found))
+        if (!isNumeric(head, static_cast<int>(*found)))
             throw ImportError(
                 said(u"Gewicht %1 ist keine Zahlenvariable"_s, u"Weight %1 is not a numeric variable"_s).arg(*weight));
         weight = names[*found].name;
@@ -249,7 +245,7 @@ QStringList SurveyImporter::Job::facts(const ImportReport& report, const StudyCo
         lines << said(u"%1 Texte enthalten Zeichen, die eine .por-Datei nicht bewahrt; nehmen Sie .sav"_s,
                       u"%1 texts hold characters that a .por file does not keep; use .sav"_s)
                      .arg(reader.lostTexts());
-    if (head.weight >= 0 && !isNumeric(static_cast<size_t>(head.weight)))
+    if (head.weight >= 0 && !isNumeric(head, head.weight))
         lines << said(u"Nicht übernommen: Gewicht der Datei %1, es ist keine Zahlenvariable"_s,
                       u"Not taken over: the file's weight %1, it is not a numeric variable"_s)
                      .arg(names[static_cast<size_t>(head.weight)].name);

@@ -95,6 +95,10 @@ QStringList StudyReferences::toVanished(const QStringList& vanished) const {
     return inCategories(vanished) + inComparisons(vanished) + inParts(vanished);
 }
 
+QStringList StudyReferences::onCodesOf(const QStringList& variables) const {
+    return inComparisons(variables) + inParts(variables);
+}
+
 QStringList StudyReferences::inCategories(const QStringList& vanished) const {
     QStringList found;
     const QString prefix = u"trel_Variable"_s;

@@ -24,6 +24,8 @@ public:
     /// What still names variables that went: assignments, comparisons with their weights and filters, parts;
     /// one a line.
     QStringList toVanished(const QStringList& vanished) const;
+    /// What stands on the codes of variables: comparisons with their weights and filters, parts; one a line.
+    QStringList onCodesOf(const QStringList& variables) const;
 
 private:
     dao::Database& catalogue_;

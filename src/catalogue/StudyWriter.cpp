@@ -45,6 +45,13 @@ QString key(const QString& variable, const QString& code) {
     return (variable + u'\n' + code).toCaseFolded();
 }
 
+/// True if a label of the same number, from another file, names the same code. A code without a label may be the
+/// beginning of another one: "New" of "New York".
+bool isOfSameCode(const LabelEntry& label, const QString& other) {
+    return other == label.text || other == label.label ||
+           (label.label != label.text && other.startsWith(label.text + u' '));
+}
+
 /// Appends the entries that no row stood for yet.
 template<class Item>
 void appendNew(dao::Database& catalogue, const QString& table, const QString& study, const std::vector<Item>& items,
@@ -123,15 +130,19 @@ int StudyWriter::nextOrder(const QString& group) const {
 }
 
 QString StudyWriter::weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
-                               const std::vector<VariableEntry>& variables, QStringList& facts) const {
+                               const std::vector<VariableEntry>& variables, const SurveyFile& file,
+                               QStringList& facts) const {
     if (wish)
         return *wish;
     if (!fromFile.isEmpty())
         return fromFile;
-    if (present.isEmpty() || entryOf(variables, present))
+    const VariableEntry* variable = entryOf(variables, present);
+    if (present.isEmpty() || (variable && isNumeric(file, variable->position - 1)))
         return present;
-    facts << said(u"Gewicht %1 gibt es nicht mehr, die Studie verliert es"_s,
-                  u"Weight %1 is gone, the study loses it"_s)
+    facts << (variable ? said(u"Gewicht %1 ist keine Zahlenvariable mehr, die Studie verliert es"_s,
+                              u"Weight %1 is no longer a numeric variable, the study loses it"_s)
+                       : said(u"Gewicht %1 gibt es nicht mehr, die Studie verliert es"_s,
+                              u"Weight %1 is gone, the study loses it"_s))
                  .arg(present);
     return {};
 }
@@ -159,8 +170,9 @@ QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings
         facts << said(u"Nicht übernommen: Anmerkungen der Datei (die Studie hat schon eine Beschreibung)"_s,
                       u"Not taken over: the file's notes (the study has a description already)"_s);
 
-    const QString weightRe = weightFor(settings.weightRe, fileWeight, present(u"dt_WeightRE"_s), variables, facts);
-    const QString weightHh = weightFor(settings.weightHh, {}, present(u"dt_WeightHH"_s), variables, facts);
+    const QString weightRe =
+        weightFor(settings.weightRe, fileWeight, present(u"dt_WeightRE"_s), variables, file, facts);
+    const QString weightHh = weightFor(settings.weightHh, {}, present(u"dt_WeightHH"_s), variables, file, facts);
     for (const auto& [label, weight] :
          {std::pair(said(u"Repräsentativgewicht"_s, u"Representative weight"_s), weightRe),
           std::pair(said(u"Haushaltsgewicht"_s, u"Household weight"_s), weightHh)})
@@ -250,16 +262,59 @@ void StudyWriter::updateLabels(const std::vector<LabelEntry>& labels, std::vecto
         rows->Update();
         written[*found] = true;
     }
+    // Without a label of number 1 its numbers were the file's own.
+    for (size_t i = 0; i < labels.size(); ++i)
+        if (!written[i] && !labels[i].text.isEmpty() && labels[i].code == u"1" &&
+            std::any_of(before_.begin(), before_.end(), [&](const StudyReferences::Place& place) {
+                return place.name.compare(labels[i].variable, Qt::CaseInsensitive) == 0;
+            }))
+            noteRenumbered(labels[i].variable);
 }
 
 void StudyWriter::noteOtherCode(const LabelEntry& label, const QString& labelBefore) {
-    if (label.text.isEmpty() || labelBefore == label.text || labelBefore.startsWith(label.text + u' '))
-        return;
-    if (!changedKind_.contains(label.variable) && !renumbered_.contains(label.variable))
-        renumbered_ << label.variable;
+    if (!label.text.isEmpty() && !isOfSameCode(label, labelBefore))
+        noteRenumbered(label.variable);
 }
 
-QStringList StudyWriter::changedCodes() const {
+void StudyWriter::noteRenumbered(const QString& variable) {
+    if (!changedKind_.contains(variable, Qt::CaseInsensitive) && !renumbered_.contains(variable))
+        renumbered_ << variable;
+}
+
+/// Encoded variables whose numbers stand for other codes in other studies, with these studies: comparisons put equal
+/// numbers side by side, under the label of the first.
+QStringList StudyWriter::otherwiseElsewhere(const std::vector<LabelEntry>& labels) const {
+    constexpr qsizetype mostStudies = 3;
+    QHash<QString, const LabelEntry*> byCode;
+    QStringList variables;
+    for (const LabelEntry& label : labels)
+        if (!label.text.isEmpty()) {
+            byCode.insert(key(label.variable, label.code), &label);
+            if (variables.isEmpty() || variables.back() != label.variable)
+                variables << label.variable;
+        }
+    QStringList found;
+    for (const QString& variable : std::as_const(variables)) {
+        QStringList studies;
+        for (const dao::RecordsetPtr rows = catalogue_.OpenRecordset(
+                 u"SELECT fi_StudyNo, dt_Value, dt_Label FROM %1 WHERE fi_VarName = %2 AND fi_StudyNo <> %3;"_s.arg(
+                     valueTable, quoted(variable), quoted(study_)),
+                 dao::dbOpenSnapshot);
+             !rows->Eof(); rows->MoveNext()) {
+            const LabelEntry* label = byCode.value(key(variable, rows->text(u"dt_Value"_s)));
+            const QString study = rows->text(u"fi_StudyNo"_s);
+            if (label && !studies.contains(study) && !isOfSameCode(*label, rows->text(u"dt_Label"_s)))
+                studies << study;
+        }
+        if (studies.size() > mostStudies)
+            studies = studies.first(mostStudies) << u"…"_s;
+        if (!studies.isEmpty())
+            found << u"%1 (%2)"_s.arg(variable, studies.join(u", "_s));
+    }
+    return found;
+}
+
+QStringList StudyWriter::changedCodes(const QStringList& elsewhere) const {
     QStringList facts;
     const auto tell = [&facts](const QStringList& variables, const QString& german, const QString& english) {
         if (!variables.isEmpty())
@@ -269,6 +324,12 @@ QStringList StudyWriter::changedCodes() const {
          u"Were text and are numbers now or the other way round; filters and queries need a look (%1)"_s);
     tell(renumbered_, u"Zahlen, die jetzt für andere Codes stehen; Filter und Abfragen sind zu prüfen (%1)"_s,
          u"Numbers that stand for other codes now; filters and queries need a look (%1)"_s);
+    for (const QString& place : StudyReferences(catalogue_, study_).onCodesOf(changedKind_ + renumbered_))
+        facts << said(u"Steht auf solchen Codes: %1"_s, u"Stands on such codes: %1"_s).arg(place);
+    tell(
+        elsewhere,
+        u"Zahlen, die in anderen Studien für andere Codes stehen; ein Vergleich stellt gleiche Zahlen nebeneinander (%1)"_s,
+        u"Numbers that stand for other codes in other studies; a comparison puts equal numbers side by side (%1)"_s);
     return facts;
 }
 
@@ -279,7 +340,8 @@ QStringList StudyWriter::writeContent(const StudyContent& content) {
     updateLabels(content.labels, labels);
     appendNew(catalogue_, variableTable, study_, content.variables, variables);
     appendNew(catalogue_, valueTable, study_, content.labels, labels);
-    return changedCodes() + StudyReferences(catalogue_, study_).updateComparisons(content.variables) +
+    return changedCodes(otherwiseElsewhere(content.labels)) +
+           StudyReferences(catalogue_, study_).updateComparisons(content.variables) +
            StudyReferences::movedInQuery(query_, before_, content.variables);
 }
 

@@ -44,11 +44,13 @@ private:
 
     int nextOrder(const QString& group) const;
     QString weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,
-                      const std::vector<VariableEntry>& variables, QStringList& facts) const;
+                      const std::vector<VariableEntry>& variables, const SurveyFile& file, QStringList& facts) const;
     void updateVariables(const std::vector<VariableEntry>& variables, std::vector<bool>& written);
     void updateLabels(const std::vector<LabelEntry>& labels, std::vector<bool>& written);
     void noteOtherCode(const LabelEntry& label, const QString& labelBefore);
-    QStringList changedCodes() const;
+    void noteRenumbered(const QString& variable);
+    QStringList changedCodes(const QStringList& elsewhere) const;
+    QStringList otherwiseElsewhere(const std::vector<LabelEntry>& labels) const;
 };
 
 /// The table of the study view that holds a study or group of that number, else of the first one; the

@@ -147,6 +147,11 @@ TimeFormat timeFormat(const QString& format, bool stata) {
     }
 }
 
+bool isNumeric(const SurveyFile& file, int variable) {
+    const SurveyVariable& one = file.variables[static_cast<size_t>(variable)];
+    return !one.isText && !timeFormat(one.format, file.stata).isTime();
+}
+
 std::optional<QByteArray> isoText(double value, TimeFormat format) {
     // Beyond this no unit has a date of ours, and every product below stays within 64 bits.
     if (!(std::abs(value) < 1e15))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "catalogue/SurveyFile.h"
+
 #include <QByteArray>
 #include <QString>
 #include <optional>
@@ -28,6 +30,8 @@ struct TimeFormat {
 };
 
 TimeFormat timeFormat(const QString& format, bool stata);
+/// True for a variable of plain numbers, neither texts nor times.
+bool isNumeric(const SurveyFile& file, int variable);
 
 /// "2018-03-31", "2018-03-31T12:00:00", "12:00:00", fractions of a second only where there are any; hours of
 /// a duration may pass

@@ -60,8 +60,8 @@ TEST_F(ImportEncode, NumbersFollowTheOrderOfAllCodes) {
     EXPECT_EQ(cases(u"LAND"_s), (QStringList{u"9"_s, u"5"_s, u"7"_s, u"4"_s, u"NULL"_s, u"6"_s, u"1"_s, u"2"_s}));
     EXPECT_EQ(cases(u"NOTE"_s).front(), u"n"_s);
     EXPECT_EQ(report.labels, 9);
-    EXPECT_TRUE(
-        hasFact({u"LAND: Texte in Zahlen umgesetzt, 1 bis 9 "_s, u"(6 ohne Label; fehlend: 4;3 (99, 98); Format A3 → F1)"_s}));
+    EXPECT_TRUE(hasFact(
+        {u"LAND: Texte in Zahlen umgesetzt, 1 bis 9 "_s, u"(6 ohne Label; fehlend: 4;3 (99, 98); Format A3 → F1)"_s}));
     EXPECT_TRUE(hasFact({u"LAND: 1 leere Texte sind systembedingt fehlend"_s}));
     EXPECT_TRUE(hasFact({u"Labels eines leeren Codes (1): LAND 'leer'"_s}));
     EXPECT_FALSE(hasFact({u"ohne --encode"_s}));
@@ -120,6 +120,48 @@ TEST_F(ImportEncode, AReplacementSaysWhatNumbersStandForNow) {
     EXPECT_EQ(cases(u"LAND"_s), (QStringList{u"6"_s, u"3"_s})); // 98 99 AT DE NL UA
     ASSERT_EQ(outcome(false, {}, true), QString());
     EXPECT_TRUE(hasFact({kind, u"(1): LAND"_s}));
+}
+
+// AT is 5 here, DE there. A code without a label is another one than the code that begins with it.
+TEST_F(ImportEncode, NumbersOfOtherCodesInOtherStudiesAreNamed) {
+    const auto import = [&](const QString& study, const std::vector<const char*>& codes, bool replace = false) {
+        writeLands(file, codes);
+        ImportRequest wish = request(file, study);
+        wish.settings.encodeAll = true;
+        wish.settings.replace = replace;
+        ASSERT_EQ(ImportFixture::outcome(wish), QString());
+    };
+    const QString elsewhere = u"in anderen Studien für andere Codes"_s;
+    import(u"QX1"_s, {"UA", "XX YY"}); // 98 99 DE NL UA XX YY
+    EXPECT_FALSE(hasFact({elsewhere}));
+    import(u"QX2"_s, {"DE"});
+    EXPECT_FALSE(hasFact({elsewhere}));
+    import(u"QX3"_s, {"AT"});
+    EXPECT_TRUE(hasFact({elsewhere, u"(1): LAND (QX1, QX2)"_s}));
+    import(u"QX1"_s, {"XX"}, true);
+    EXPECT_TRUE(hasFact({u"jetzt für andere Codes"_s, u"(1): LAND"_s}));
+}
+
+TEST_F(ImportEncode, WhatStoodOnTheNumbersOfAVariableIsNamed) {
+    const auto write = [&](bool text) {
+        SurveyFileMaker maker;
+        if (text)
+            maker.label(maker.text("W", 3), {{"0.5", "halb"}});
+        else
+            maker.number("W");
+        maker.write(file, {{text ? SurveyFileMaker::Cell("0.5") : SurveyFileMaker::Cell(0.5)}});
+    };
+    write(false);
+    ImportRequest wish = request(file, u"QX1"_s);
+    wish.settings.weightRe = u"W"_s;
+    ASSERT_EQ(ImportFixture::outcome(wish), QString());
+    execute(catalogue, u"INSERT INTO tkey_Parts (id_Part, fi_StudyNo, dt_PartName, dt_SelectionVariable) VALUES (1, "
+                       u"'QX1', 'B', 'W')"_s);
+    write(true);
+    ASSERT_EQ(outcome(true, {}, true), QString());
+    EXPECT_EQ(rows(catalogue, u"SELECT dt_WeightRE FROM tkey_Study"_s), QStringList(u"NULL"_s));
+    EXPECT_TRUE(hasFact({u"W ist keine Zahlenvariable mehr"_s}) && hasFact({u"jetzt für andere Codes"_s, u": W"_s}));
+    EXPECT_TRUE(hasFact({u"Steht auf solchen Codes: W: Auswahlvariable des Teils 'B'"_s}));
 }
 
 // The codes of a first reading would meet the cases of another file.
