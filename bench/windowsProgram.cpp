@@ -57,7 +57,7 @@ void windowsProgram::run(int& argc, char** argv, int explorers) {
         const BusyScope starting;
         window.load();
     }
-    PaintWatch watch(explorerInFront().findChild<QTableView*>()->viewport());
+    PaintWatch watch(explorerInFront().findChild<QTableView*>(u"lvListView"_s)->viewport());
     window.panelsChanged();
     window.show();
     watch.wait();

@@ -168,22 +168,22 @@ void VariableListView::fitColumns() {
     showColumns();
 }
 
-/// A sample of the rows is measured, and of it only what is about as long as the longest.
+/// Only texts about as long as the longest are measured, and of those not all: a list may have many thousands.
 VariableListView::Need VariableListView::needOf(int column) const {
-    constexpr size_t sampled = 500;
+    constexpr int mostMeasured = 60;
     constexpr int mostCharacters = 60;
-    const std::vector<VariableRow>& rows = list_.rows;
-    const size_t step = rows.size() / sampled + 1;
     qsizetype longest = 0;
-    for (size_t i = 0; i < rows.size(); i += step)
-        longest = std::max(longest, rows[i].cell(column).size());
+    for (const VariableRow& row : list_.rows)
+        longest = std::max(longest, row.cell(column).size());
     const int letter = fontMetrics().averageCharWidth();
-    if (longest == 0 && std::ranges::all_of(rows, [&](const VariableRow& row) { return row.cell(column).isEmpty(); }))
+    if (longest == 0)
         return {letter * 4, true};
-    int widest = 0;
-    for (size_t i = 0; i < rows.size(); i += step)
-        if (const QString& text = rows[i].cell(column); text.size() * 4 >= longest * 3)
+    int widest = 0, measured = 0;
+    for (size_t i = 0; i < list_.rows.size() && measured < mostMeasured; ++i)
+        if (const QString& text = list_.rows[i].cell(column); text.size() * 10 >= longest * 9) {
             widest = std::max(widest, fontMetrics().horizontalAdvance(text.left(mostCharacters * 2)));
+            ++measured;
+        }
     const int width = std::min(widest, letter * mostCharacters) + letter * 2 + iconRoom(column);
     return {std::max(width, horizontalHeader()->sectionSizeHint(column))};
 }
