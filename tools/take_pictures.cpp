@@ -60,8 +60,6 @@ void useDarkPalette() {
     dark.setColor(QPalette::Link, QColor(120, 175, 235));
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         dark.setColor(QPalette::Disabled, role, QColor(140, 143, 148));
-    dark.setColor(QPalette::PlaceholderText, QColor(160, 163, 168));
-    dark.setColor(QPalette::Disabled, QPalette::PlaceholderText, QColor(120, 123, 128));
     QApplication::setPalette(dark);
 }
 

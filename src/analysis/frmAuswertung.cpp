@@ -6,6 +6,7 @@
 #include "analysis/frmAuswertungTable.h"
 #include "analysis/frmNewCalculation.h"
 #include "analysis/request/preselection.h"
+#include "analysis/request/windowTitle.h"
 #include "analysis/result/provenance.h"
 #include "analysis/result/saveTable.h"
 #include "analysis/result/vdxCommand.h"
@@ -167,8 +168,19 @@ void frmAuswertung::alignCaptions() {
     cases_->alignWeights();
 }
 
+/// After what is asked for. The number of the window distinguishes it from others that ask for the same.
 void frmAuswertung::showTitle() {
-    setWindowTitle(Tag.isEmpty() ? TranslateText(u"Auswertung"_s) : TranslateText(u"Auswertung"_s) + u' ' + Tag);
+    const QString name = requestName(model_.request());
+    const bool isTaken = std::ranges::any_of(open(), [&](const Form* form) {
+        const auto* other = dynamic_cast<const frmAuswertung*>(form);
+        return other && other != this && requestName(other->model_.request()) == name &&
+               other->Tag.toInt() < Tag.toInt();
+    });
+    QString title = TranslateText(u"Auswertung"_s) + (Tag.isEmpty() ? QString() : u' ' + Tag);
+    if (!name.isEmpty())
+        title = isTaken ? name + u" ("_s + Tag + u')' : name;
+    // Twice what the window system would take for a mark of its own.
+    setWindowTitle(title.replace(u"[*]"_s, u"[*][*]"_s));
 }
 
 void frmAuswertung::refreshTitles() {
@@ -223,6 +235,7 @@ void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
     }
     for (frmAuswertungPart* part : parts())
         (part->*what)();
+    showTitle();
 }
 
 void frmAuswertung::act(const std::function<void()>& step) {

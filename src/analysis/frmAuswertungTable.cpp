@@ -3,11 +3,13 @@
 #include "analysis/frmAuswertung.h"
 #include "analysis/result/provenance.h"
 #include "app/globals.h"
+#include "widgets/ContextMenu.h"
 #include "widgets/FlowLayout.h"
 #include "widgets/ResultTableView.h"
 
 #include <QComboBox>
 #include <QFrame>
+#include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -74,7 +76,22 @@ QWidget* frmAuswertungTable::buildCommands() {
     return bar;
 }
 
+/// What the buttons below the table and the menu offer, at the table itself.
+void frmAuswertungTable::addContextMenu() {
+    const auto fill = [this](QMenu& menu) {
+        for (QPushButton* button : {cmdCopyTable_, cmdCopyCommand_, cmdSaveTableAs_})
+            ContextMenu::addButton(menu, *button);
+        menu.addSeparator();
+        for (QPushButton* button : {cmdSetMissing_, cmdComputeAnew_, cmdCalculate_})
+            ContextMenu::addButton(menu, *button);
+        ContextMenu::addCommands(menu, {QString(), u"mnuFilePrint"_s});
+    };
+    // What is marked by a click is that of the left button.
+    new ContextMenu(*mfgGrid_, fill, ContextMenu::Selection::Stays);
+}
+
 void frmAuswertungTable::connectControls() {
+    addContextMenu();
     mfgGrid_->onMark = [this](const GridSelection& selection) {
         mark([this, selection] { return model_.mfgGrid_Click(selection); });
     };

@@ -44,6 +44,7 @@ private:
     QFrame* buildState(QWidget* page);
     QWidget* buildCommands();
     void connectControls();
+    void addContextMenu();
     void mark(const std::function<ClickEffect()>& click);
 
     bool shortenBases(const QStringList& base, int room, int width);

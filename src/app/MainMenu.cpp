@@ -48,7 +48,7 @@ void addEditMenu(Entries& all) {
     all.push_back({menu, u"mnuEditCopy"_s, u"&Kopieren"_s, u"Ctrl+C"_s, u"copy"_s});
     all.push_back({menu, u"mnuEditPaste"_s, u"&Einfügen"_s, u"Ctrl+V"_s, u"paste"_s});
     all.push_back({menu, u"mnuLöschen"_s, u"&Löschen"_s, u"Del"_s, u"delete"_s});
-    all.push_back({menu, u"mnuSuchen"_s, u"&Suchen..."_s, u"Ctrl+F"_s, u"search"_s, false, true});
+    all.push_back({menu, u"mnuSuchen"_s, u"&Suchen..."_s, {}, u"search"_s, false, true});
     all.push_back({menu, u"mnuWeitersuchen"_s, u"&Weitersuchen"_s, u"F3"_s, u"search-next"_s});
     all.push_back({menu, u"mnuErweiterteSuche"_s, u"Erweiterte Su&che..."_s, u"Ctrl+Shift+S"_s, u"search-extended"_s});
     all.push_back({menu, u"mnuNeueKategorie"_s, u"&Neue Kategorie..."_s, {}, u"new"_s, false, true});

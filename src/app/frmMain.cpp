@@ -329,6 +329,11 @@ Form* frmMain::activeForm() const {
     return nullptr;
 }
 
+QAction* frmMain::command(const QString& name) {
+    applyState();
+    return actions_.value(name);
+}
+
 void frmMain::optionsApplied() {
     applyState();
 }

@@ -47,6 +47,7 @@ public:
     void activate(Form& child) override;
     Form* activeForm() const override;
     void panelsChanged() override { applyState(); }
+    QAction* command(const QString& name) override;
 
     void optionsApplied() override;
     void refreshTitles() override { applyState(); }

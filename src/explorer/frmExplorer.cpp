@@ -70,6 +70,7 @@ frmExplorer::frmExplorer(int view) : Form(*this, u"frmExplorer"_s) {
     openView(view);
     connectControls();
     addShortcuts();
+    addContextMenus();
     showSwitches();
     refreshTitles();
     Form_Resize();

@@ -8,6 +8,7 @@
 #include <vector>
 
 class ExplorerPanel;
+class QAction;
 class QSplitter;
 class frmExplorerList;
 class frmExplorerTree;
@@ -66,11 +67,13 @@ private:
     frmExplorerTree* tree_;
     frmExplorerList* list_;
     ExplorerPanel *panelA_, *panelB_;
+    QAction* toFilter_;
     QSplitter *imgSplitter_, *imgSplitter2_, *imgSplitter3_;
 
     void buildControls();
     void connectControls();
     void addShortcuts();
+    void addContextMenus();
     void openView(int view);
     void numberWindow();
 

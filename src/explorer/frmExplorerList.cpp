@@ -191,6 +191,6 @@ void frmExplorerList::refreshTitles() {
     lvListView_->fitColumns();
     txtQuickFilter_->setAccessibleName(TranslateText(u"Schnellfilter der Variablenliste"_s));
     txtQuickFilter_->setToolTip(txtQuickFilter_->accessibleName() +
-                                u" (%1)"_s.arg(QKeySequence(Qt::CTRL | Qt::Key_K).toString(QKeySequence::NativeText)));
+                                u" (%1)"_s.arg(QKeySequence(Qt::CTRL | Qt::Key_F).toString(QKeySequence::NativeText)));
     showRowCount();
 }

@@ -5,6 +5,7 @@
 #include "widgets/CatalogueTreeModel.h"
 #include "widgets/Form.h"
 #include "widgets/gestures.h"
+#include "widgets/toolTips.h"
 
 #include <QLabel>
 #include <QTreeView>
@@ -111,5 +112,5 @@ void frmExplorerTree::reportUnreached() {
     lblUnreached_->setText(TranslateText(u"Einträge, zu denen kein Weg führt:"_s) + u' ' +
                            QString::number(entries.size()) + u"\n"_s + texts.mid(0, 3).join(u", "_s) +
                            (entries.size() > 3 ? u", …"_s : QString()));
-    lblUnreached_->setToolTip(u"<p>"_s + texts.join(u'\n').toHtmlEscaped().replace(u'\n', u"<br>"_s) + u"</p>"_s);
+    lblUnreached_->setToolTip(plainToolTip(texts.join(u'\n')));
 }

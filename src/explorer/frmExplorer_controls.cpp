@@ -3,6 +3,7 @@
 #include "explorer/frmExplorerList.h"
 #include "explorer/frmExplorerTree.h"
 #include "explorer/iconNames.h"
+#include "widgets/ContextMenu.h"
 #include "widgets/Desktop.h"
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
@@ -13,6 +14,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QShortcut>
 #include <QSplitter>
@@ -124,13 +126,36 @@ void frmExplorer::addShortcuts() {
             const bool inB = panelB_->isAncestorOf(focusWidget());
             onGesture([&] { switchChosen(inB, key); });
         });
-    add(Qt::CTRL | Qt::Key_K, [this] { list_->focusFilter(); });
+    toFilter_ = withOwnText(new QAction(this), u"mnuToFilter"_s);
+    toFilter_->setShortcuts({Qt::CTRL | Qt::Key_F, Qt::CTRL | Qt::Key_K});
+    toFilter_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(toFilter_, &QAction::triggered, this, [this] { list_->focusFilter(); });
+    addAction(toFilter_);
+}
+
+void frmExplorer::addContextMenus() {
+    const QString panels[] = {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s};
+    new ContextMenu(*tree_->view(), [this, panels](QMenu& menu) {
+        ContextMenu::addCommands(menu, {u"mnuAuswertungsansicht"_s, QString(), u"mnuNeueKategorie"_s,
+                                        u"mnuKategorieUmbenennen"_s, u"mnuBeschreibungBearbeiten"_s, u"mnuLöschen"_s,
+                                        QString(), u"mnuErweiterteSuche"_s});
+        menu.addAction(toFilter_);
+        ContextMenu::addCommands(menu, {QString(), panels[0], panels[1]});
+    });
+    new ContextMenu(*list_->view(), [this, panels](QMenu& menu) {
+        ContextMenu::addCommands(menu, {u"mnuAuswertungsansicht"_s, QString(), u"mnuEditCut"_s, u"mnuEditPaste"_s,
+                                        u"mnuLöschen"_s, u"mnuEditShowPosition"_s, QString(), u"mnuErweiterteSuche"_s});
+        menu.addAction(toFilter_);
+        ContextMenu::addCommands(
+            menu, {QString(), panels[0], panels[1], u"mnuVVEL"_s, u"mnuChangeFont"_s, QString(), u"mnuFilePrint"_s});
+    });
 }
 
 // ---- texts
 
 void frmExplorer::refreshTitles() {
     setWindowTitle(viewName(viewNumber()) + u' ' + Tag);
+    toFilter_->setText(TranslateText(u"Zum Schnellfilter"_s));
     tree_->refreshTitles();
     list_->refreshTitles();
     for (ExplorerPanel* panel : {panelA_, panelB_}) {

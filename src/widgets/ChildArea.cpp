@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "widgets/ProgramStyle.h"
 #include "widgets/RunGuard.h"
+#include "widgets/contrast.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -137,9 +138,7 @@ void ChildArea::paintEvent(QPaintEvent* event) {
     if (hint_.isEmpty() || !framesInView().isEmpty())
         return;
     QPainter painter(viewport());
-    QColor faint = palette().color(QPalette::WindowText);
-    faint.setAlphaF(0.7F);
-    painter.setPen(faint);
+    painter.setPen(faintText(palette().color(QPalette::WindowText), background().color()));
     const int margin = fontMetrics().height();
     painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
                      hint_);

@@ -2,6 +2,8 @@
 
 #include "widgets/Form.h"
 
+class QAction;
+
 /// The frame window as its child windows know it. Without a frame (a test of one window) a plain one stands in.
 class Desktop {
 public:
@@ -14,6 +16,8 @@ public:
     virtual Form* activeForm() const { return nullptr; }
     /// The panels of an explorer were opened or closed: buttons and check marks follow.
     virtual void panelsChanged() {}
+    /// The entry of the main menu of that name, as enabled and checked as it is now; null without one.
+    virtual QAction* command(const QString&) { return nullptr; }
 };
 
 /// The desktop of the process; never null.

@@ -1,5 +1,7 @@
 #include "widgets/Form.h"
 
+#include "widgets/screenReader.h"
+
 #include <QAbstractButton>
 #include <QAction>
 #include <QCheckBox>
@@ -129,6 +131,7 @@ void setCaption(QObject* object, const QString& text) {
 } // namespace
 
 Form::Form(QWidget& root, const QString& windowName) : root_(root), name_(windowName) {
+    speakToScreenReaders();
     root.setObjectName(windowName);
     openForms().push_back(this);
 }

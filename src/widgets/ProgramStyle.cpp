@@ -1,6 +1,7 @@
 #include "widgets/ProgramStyle.h"
 
 #include "widgets/Icons.h"
+#include "widgets/contrast.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -59,6 +60,14 @@ void outlineOnDark(QPainter& painter, const QStyleOption& option, bool round) {
 }
 
 } // namespace
+
+/// Half of the text's colour, as which a prompt is drawn elsewhere, is too little on most grounds.
+void ProgramStyle::polish(QPalette& palette) {
+    QProxyStyle::polish(palette);
+    for (const auto group : {QPalette::Active, QPalette::Inactive})
+        palette.setColor(group, QPalette::PlaceholderText,
+                         faintText(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
+}
 
 int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     const int own = QProxyStyle::pixelMetric(metric, option, widget);

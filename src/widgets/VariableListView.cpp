@@ -59,9 +59,8 @@ QVariant VariableListModel::headerData(int section, Qt::Orientation orientation,
     if (role == Qt::DisplayRole)
         return heading;
     if (role == Qt::ToolTipRole)
-        return heading.toHtmlEscaped() +
-               u" (%1)"_s.arg(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + section))
-                                  .toString(QKeySequence::NativeText));
+        return asToolTip(heading + u" (%1)"_s.arg(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + section))
+                                                      .toString(QKeySequence::NativeText)));
     if (role == Qt::TextAlignmentRole)
         return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
     return {};

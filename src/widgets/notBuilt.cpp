@@ -50,17 +50,17 @@ const QHash<QString, QSet<QString>> controlsNotBuilt = {
 
 } // namespace
 
+bool isNotBuilt(const QString& window, const QString& control) {
+    const qsizetype bracket = control.indexOf(u'(');
+    return controlsNotBuilt.value(window).contains(bracket < 0 ? control : control.left(bracket));
+}
+
 void applyNotBuilt(Form& form) {
-    const auto names = controlsNotBuilt.constFind(form.windowName());
-    if (names == controlsNotBuilt.constEnd())
+    if (!controlsNotBuilt.contains(form.windowName()))
         return;
     const QString reason = TranslateText(u"In dieser Version noch nicht enthalten."_s);
-    const auto isNamed = [&](const QString& name) {
-        const qsizetype bracket = name.indexOf(u'(');
-        return names->contains(bracket < 0 ? name : name.left(bracket));
-    };
     for (QObject* object : form.namedObjects()) {
-        if (!isNamed(object->objectName()))
+        if (!isNotBuilt(form.windowName(), object->objectName()))
             continue;
         // A control that shows only a picture still says what it is for.
         const QString own = object->property("ownToolTip").toString();

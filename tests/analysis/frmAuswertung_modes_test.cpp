@@ -375,7 +375,7 @@ TEST_F(AnalysisModes, TheDialogOfStatisticsChoosesForItsWindow) {
         };
         switchTo(1);
         EXPECT_EQ(dialog.windowTitle(), u"Select Descriptives - "_s + window->windowTitle());
-        EXPECT_TRUE(window->windowTitle().startsWith(u"Analysis "_s));
+        EXPECT_TRUE(window->windowTitle().endsWith(u" - Descriptives"_s));
         switchTo(0);
         for (int i = 0; i < 14; ++i)
             dialog.findChild<QCheckBox*>(arrayName(u"chkDescriptives"_s, i))->setChecked(i == 2);

@@ -22,6 +22,26 @@ protected:
     QString cell(int column, int row) { return the<ResultTableView>(u"mfgGrid"_s)->table().Cell(column, row); }
 };
 
+TEST_F(AnalysisLanguage, TheTitleFollowsTheRequestAndTellsWindowsApart) {
+    open();
+    EXPECT_EQ(window->windowTitle(), u"Auswertung 1"_s);
+    chooseStudy(u"SV2018"_s);
+    EXPECT_EQ(window->windowTitle(), u"Auswertung 1"_s) << "no variable yet";
+    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
+    EXPECT_EQ(window->windowTitle(), u"SV2018 LZUFR - Häufigkeiten"_s);
+    const std::unique_ptr<frmAuswertung> second(frmAuswertung::openFrom(nullptr));
+    second->setAttribute(Qt::WA_DeleteOnClose, false);
+    second->model().edit().StudyClick(u"SV2018"_s);
+    second->model().edit().chooseVariable(u"LZUFR"_s);
+    second->optionsApplied();
+    EXPECT_EQ(second->windowTitle(), u"SV2018 LZUFR - Häufigkeiten (2)"_s);
+    EXPECT_EQ(window->windowTitle(), u"SV2018 LZUFR - Häufigkeiten"_s);
+    switchTo(1);
+    EXPECT_EQ(window->windowTitle(), u"SV2018 LZUFR - Frequencies"_s);
+    the<QRadioButton>(u"Option2"_s)->click();
+    EXPECT_EQ(window->windowTitle(), u"SV2018 LZUFR - Crosstab"_s);
+}
+
 TEST_F(AnalysisLanguage, MarksStayWithTheirValuesHoweverTheTableIsTranslated) {
     open();
     chooseStudy(u"SV2018"_s);

@@ -1,5 +1,6 @@
 #include "analysis/result/titles.h"
 
+#include "analysis/request/windowTitle.h"
 #include "analysis/result/saveTable.h"
 #include "app/globals.h"
 #include "config/Options.h"
@@ -207,4 +208,32 @@ TEST(Titles, HeadsOfAComparisonLeaveOutWhatAllEntriesShareAndNothingThatTellsThe
         const std::vector<QString> heads = shortHeads(entries, options, 3);
         EXPECT_EQ(QStringList(heads.begin(), heads.end()).mid(3), c.heads) << c.what;
     }
+}
+
+TEST(Titles, AWindowIsCalledAfterWhatItAsksFor) {
+    const TestHome home;
+    const auto named = [](AnalysisMode mode, const QString& variable, const QString& second, bool grouped = false) {
+        AnalysisRequest request = requestOf(mode);
+        request.dbcVariable.value = variable;
+        request.dbcVariable2.value = second;
+        request.chkDescGroup = grouped;
+        return requestName(request);
+    };
+    const QString v5 = u"V5"_s, v6 = u"V6"_s;
+    EXPECT_EQ(named(AnalysisMode::Frequency, v5, v6), u"QX1919 V5 - Häufigkeiten"_s);
+    EXPECT_EQ(named(AnalysisMode::Crosstab, v5, v6), u"QX1919 V5 nach V6 - Kreuztabelle"_s);
+    EXPECT_EQ(named(AnalysisMode::Crosstab, v5, QString()), u"QX1919 V5 - Kreuztabelle"_s);
+    EXPECT_EQ(named(AnalysisMode::Descriptives, v5, v6), u"QX1919 V5 - Deskriptive Statistik"_s);
+    EXPECT_EQ(named(AnalysisMode::Descriptives, v5, v6, true), u"QX1919 V5 nach V6 - Deskriptive Statistik"_s);
+    EXPECT_EQ(named(AnalysisMode::Frequency, QString(), v6), QString());
+    AnalysisRequest comparison = requestOf(AnalysisMode::Comparison);
+    comparison.dbcVariable.value = v5;
+    EXPECT_EQ(requestName(comparison), QString()) << "what could be added is not compared yet";
+    ComparisonEntry entry;
+    entry.column[ComparisonEntry::Study] = u"QX2020"_s;
+    entry.column[ComparisonEntry::Variable] = v6;
+    comparison.lst_TrendVars = {entry, entry};
+    EXPECT_EQ(requestName(comparison), u"QX2020 V6, … - Vergleich"_s);
+    comparison.txtTitle = u"Vertrauen\r\nseit 1919"_s;
+    EXPECT_EQ(requestName(comparison), u"Vertrauen seit 1919 - Vergleich"_s);
 }

@@ -7,7 +7,9 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
 #include <QTimer>
@@ -241,4 +243,42 @@ TEST_F(MainWindow, AWindowThatComesWhileTheOneInFrontFillsTheAreaFillsItToo) {
     frameOf(first)->showNormal();
     press(u"EXPL3"_s);
     EXPECT_FALSE(frameOf(&main->activeForm()->widget())->isMaximized());
+}
+
+TEST_F(MainWindow, AContextMenuOffersTheMenusOwnEntriesWhereTheKeyboardIs) {
+    openWithArchive();
+    main->activateWindow();
+    settle();
+    auto& explorer = dynamic_cast<frmExplorer&>(main->activeForm()->widget());
+    explorer.showNode(u"ASV2018"_s);
+    auto* list = explorer.findChild<QAbstractItemView*>(u"lvListView"_s);
+    auto* tree = explorer.findChild<QAbstractItemView*>(u"tvTreeView"_s);
+    const auto menuOf = [](QAbstractItemView* view) { return view->findChild<QMenu*>(u"mnuContext"_s); };
+    const auto closed = [&](QAbstractItemView* view) {
+        menuOf(view)->close();
+        settle();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return menuOf(view) == nullptr;
+    };
+    list->setFocus();
+    list->setCurrentIndex(list->model()->index(5, 0));
+    for (const auto& [key, modifiers] :
+         {std::pair<Qt::Key, Qt::KeyboardModifiers>{Qt::Key_Menu, Qt::NoModifier}, {Qt::Key_F10, Qt::ShiftModifier}}) {
+        QTest::keyClick(list, key, modifiers);
+        ASSERT_TRUE(menuOf(list)) << key;
+        const QRect row = list->visualRect(list->currentIndex());
+        EXPECT_EQ(menuOf(list)->pos().y(), list->viewport()->mapToGlobal(row.bottomLeft()).y());
+        for (const QString& name : {u"mnuAuswertungsansicht"_s, u"mnu1VarWindow"_s, u"mnuVVEL"_s})
+            EXPECT_TRUE(menuOf(list)->actions().contains(action(name))) << qPrintable(name);
+        EXPECT_FALSE(menuOf(list)->actions().contains(action(u"mnuEditCut"_s))) << "has no function yet";
+        EXPECT_TRUE(closed(list));
+    }
+    QContextMenuEvent right(QContextMenuEvent::Mouse, {5, 5}, tree->viewport()->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(tree->viewport(), &right);
+    ASSERT_TRUE(menuOf(tree));
+    EXPECT_EQ(menuOf(tree)->actions().first(), action(u"mnuAuswertungsansicht"_s));
+    EXPECT_TRUE(closed(tree));
+
+    QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(explorer.findChild<QLineEdit*>(u"txtQuickFilter"_s)->hasFocus());
 }

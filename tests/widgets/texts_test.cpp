@@ -19,9 +19,12 @@
 #include "platform/system/Paths.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
+#include "widgets/ChildArea.h"
 #include "widgets/Desktop.h"
 #include "widgets/ElidedLabel.h"
 #include "widgets/Form.h"
+#include "widgets/contrast.h"
+#include "widgets/toolTips.h"
 
 #include <QAbstractItemView>
 #include <QAccessible>
@@ -32,6 +35,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollArea>
@@ -349,6 +353,59 @@ TEST_F(WindowTexts, AReaderOfTheScreenHasANameForWhateverTakesTheKeyboard) {
             closeAll();
         }
     }
+}
+
+TEST_F(WindowTexts, AReaderOfTheScreenHearsNoMarkupAndPickersByTheirNames) {
+    for (const TextsWindow& window : textsWindows) {
+        Form* form = window.open();
+        settle();
+        for (QWidget* widget : form->widget().findChildren<QWidget*>()) {
+            const QAccessibleInterface* reader = QAccessible::queryAccessibleInterface(widget);
+            const QString description = reader ? reader->text(QAccessible::Description) : QString();
+            EXPECT_FALSE(description.contains(u'<') || description.contains(u"&amp;"_s))
+                << qPrintable(widget->objectName()) << ": " << qPrintable(description);
+            const auto* box = qobject_cast<QComboBox*>(widget);
+            if (!box || box->accessibleName().isEmpty())
+                continue;
+            EXPECT_EQ(reader->text(QAccessible::Name), box->accessibleName());
+            EXPECT_EQ(reader->text(QAccessible::Value), box->currentText());
+            EXPECT_EQ(reader->childCount(), box->isEditable() ? 2 : 1);
+        }
+        closeAll();
+    }
+    QLabel label;
+    label.setToolTip(plainToolTip(u"a < b & <i>c</i>"_s));
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Description), u"a < b & <i>c</i>"_s);
+    label.setToolTip(u"plain"_s);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&label)->text(QAccessible::Description), u"plain"_s);
+}
+
+/// Luminances and ratios worked out by hand: black on white 21, #767676 on white 4.54.
+TEST_F(WindowTexts, PromptsAndHintsCanBeReadOnAnyGround) {
+    EXPECT_NEAR(contrast(Qt::black, Qt::white), 21, 0.01);
+    EXPECT_NEAR(contrast(QColor(0x76, 0x76, 0x76), Qt::white), 4.54, 0.01);
+    const QPalette before = QApplication::palette();
+    for (const auto& [text, ground] : {std::pair<QColor, QColor>{Qt::black, Qt::white},
+                                       {QColor(255, 255, 255), QColor(35, 37, 40)},
+                                       {QColor(200, 200, 200), QColor(60, 60, 60)}}) {
+        QPalette palette(text, ground, ground, ground, ground, text, text, ground, ground);
+        QApplication::setPalette(palette);
+        QLineEdit line;
+        QTableView list;
+        ChildArea area;
+        for (const QWidget* widget : {static_cast<QWidget*>(&line), static_cast<QWidget*>(&list)})
+            EXPECT_GE(contrast(widget->palette().color(QPalette::PlaceholderText), ground), 4.5) << ground.lightness();
+        area.setHint(u"Hint"_s);
+        area.resize(400, 200);
+        const QImage picture = area.grab().toImage();
+        const QColor behind = picture.pixelColor(2, 2);
+        double most = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x)
+                most = std::max(most, contrast(picture.pixelColor(x, y), behind));
+        EXPECT_GE(most, 4.5) << ground.lightness();
+    }
+    QApplication::setPalette(before);
 }
 
 TEST_F(WindowTexts, NothingIsCutAtTheDefaultSizeWithSmallAndLargeFonts) {

@@ -1,0 +1,85 @@
+#include "widgets/ContextMenu.h"
+
+#include "app/globals.h"
+#include "widgets/Desktop.h"
+#include "widgets/notBuilt.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QMenu>
+
+using namespace Qt::StringLiterals;
+
+ContextMenu::ContextMenu(QAbstractItemView& view, std::function<void(QMenu&)> fill, Selection selection)
+    : QObject(&view), view_(view), fill_(std::move(fill)), selection_(selection) {
+    view.installEventFilter(this);
+    view.viewport()->installEventFilter(this);
+}
+
+bool ContextMenu::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        // Not every window system makes a menu event of both.
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() != Qt::Key_Menu && (key->key() != Qt::Key_F10 || key->modifiers() != Qt::ShiftModifier))
+            return false;
+        openAtCurrent();
+        return true;
+    }
+    case QEvent::ContextMenu: {
+        const auto* wanted = static_cast<QContextMenuEvent*>(event);
+        if (wanted->reason() == QContextMenuEvent::Mouse)
+            open(wanted->globalPos());
+        else
+            openAtCurrent();
+        return true;
+    }
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+        return selection_ == Selection::Stays && watched == view_.viewport() &&
+               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
+    default:
+        return false;
+    }
+}
+
+void ContextMenu::openAtCurrent() {
+    const QModelIndex current = view_.currentIndex();
+    if (current.isValid())
+        view_.scrollTo(current);
+    const QRect cell = current.isValid() ? view_.visualRect(current) : QRect();
+    const QRect inView = cell & view_.viewport()->rect();
+    open(view_.viewport()->mapToGlobal(inView.isValid() ? inView.bottomLeft() : QPoint(0, 0)));
+}
+
+void ContextMenu::open(const QPoint& place) {
+    if (open_ || gBusy > 0)
+        return;
+    open_ = new QMenu(&view_);
+    open_->setObjectName(u"mnuContext"_s);
+    open_->setProperty("CtrlTyp", QString());
+    open_->setToolTipsVisible(true);
+    open_->setAttribute(Qt::WA_DeleteOnClose);
+    fill_(*open_);
+    if (open_->isEmpty())
+        delete open_;
+    else
+        open_->popup(place);
+}
+
+void ContextMenu::addCommands(QMenu& menu, const QStringList& names) {
+    for (const QString& name : names)
+        if (name.isEmpty())
+            menu.addSeparator();
+        else if (QAction* command = isNotBuilt(u"frmMain"_s, name) ? nullptr : desktop().command(name))
+            menu.addAction(command);
+}
+
+void ContextMenu::addButton(QMenu& menu, QAbstractButton& button) {
+    QAction* entry = menu.addAction(button.icon(), button.text());
+    entry->setEnabled(button.isEnabled());
+    entry->setToolTip(button.toolTip());
+    QObject::connect(entry, &QAction::triggered, &button, &QAbstractButton::click);
+}

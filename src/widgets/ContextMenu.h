@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <functional>
+
+class QAbstractButton;
+class QAbstractItemView;
+class QMenu;
+
+/// The menu of a view at the right mouse button, at the menu key and at Shift+F10. It offers what menus and buttons
+/// offer elsewhere, by their own actions.
+class ContextMenu : public QObject {
+public:
+    /// What a right click does to the selection before.
+    enum class Selection { FollowsClick, Stays };
+
+    /// @param view owns the menu @param fill puts the entries in, each time anew
+    ContextMenu(QAbstractItemView& view, std::function<void(QMenu&)> fill,
+                Selection selection = Selection::FollowsClick);
+
+    /// Adds entries of the main window's menu by their names, an empty one for a line between them. Those without a
+    /// function yet are left out.
+    static void addCommands(QMenu& menu, const QStringList& names);
+    /// Adds an entry that presses a button.
+    static void addButton(QMenu& menu, QAbstractButton& button);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QAbstractItemView& view_;
+    std::function<void(QMenu&)> fill_;
+    Selection selection_;
+    QPointer<QMenu> open_;
+
+    void open(const QPoint& place);
+    void openAtCurrent();
+};
