@@ -121,17 +121,19 @@ void TablePrinter::print(const QString& title, const ResultTable& table, const Q
         if (!plain_)
             write(csvComments(QStringList{title} + lines));
         break;
-    case Format::Text:
+    case Format::Text: {
         if (!first_)
             write(u"\n"_s);
         write(oneLine(title) + u"\n\n"_s);
-        writeAligned(shownRows(table), table.FixedRows, figureColumns(rows, table.FixedRows));
+        const std::vector<QStringList> shown = shownRows(table);
+        writeAligned(shown, table.FixedRows, figureColumns(shown, table.FixedRows));
         if (plain_ || lines.isEmpty())
             break;
         write(u"\n"_s);
         for (const QString& line : lines)
             write(oneLine(line) + u'\n');
         break;
+    }
     }
     first_ = false;
 }

@@ -47,16 +47,20 @@ QStringList casesPhrase(const StatedCases& cases) {
 QString missingPhrase(const TableFacts& facts) {
     const AnalysisRequest& r = facts.request;
     const bool flip = r.flipInForce();
+    const auto both = [&](const QString& first, const QString& second) {
+        return r.dbcVariable.value + u": "_s + first + u", "_s + r.dbcVariable2.value + u": "_s + second;
+    };
     switch (r.mode) {
     case AnalysisMode::Frequency:
         return missingWords(r.dtMissing, facts.handRows);
     case AnalysisMode::Crosstab:
-        return r.dbcVariable.value + u": "_s + missingWords(r.dtMissing, flip ? facts.handColumns : facts.handRows) +
-               u", "_s + r.dbcVariable2.value + u": "_s +
-               missingWords(r.dtMissing2, flip ? facts.handRows : facts.handColumns);
-    case AnalysisMode::Descriptives:
-        return facts.origin.options.IncludeMissingDesc ? TranslateText(u"alle Werte zählen"_s)
-                                                       : missingWords(r.sMissing, {});
+        return both(missingWords(r.dtMissing, flip ? facts.handColumns : facts.handRows),
+                    missingWords(r.dtMissing2, flip ? facts.handRows : facts.handColumns));
+    case AnalysisMode::Descriptives: {
+        const QString own = facts.origin.options.IncludeMissingDesc ? TranslateText(u"alle Werte zählen"_s)
+                                                                    : missingWords(r.sMissing, {});
+        return r.chkDescGroup && !r.dbcVariable2.isEmpty() ? both(own, missingWords(r.dtMissing2, {})) : own;
+    }
     case AnalysisMode::Comparison:
         break;
     }
