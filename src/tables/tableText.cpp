@@ -137,8 +137,12 @@ QString percentBaseText(const ResultTable& table) {
     if (table.percentOf == PercentOf::None)
         return {};
     QStringList numbers;
-    for (const PercentBase& base : table.bases)
-        numbers << joined({base.value, base.label}) + u" = "_s + base.n;
+    const size_t first = static_cast<size_t>(table.shape.columns.first);
+    const bool heads = table.shortHeads.size() == first + table.bases.size();
+    for (size_t i = 0; i < table.bases.size(); ++i) {
+        const PercentBase& base = table.bases[i];
+        numbers << joined({base.value, heads ? table.shortHeads[first + i] : base.label}) + u" = "_s + base.n;
+    }
     const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle):"_s : u"N (alle Fälle):"_s);
     QString words = percentWords(table);
     words[0] = words[0].toUpper();

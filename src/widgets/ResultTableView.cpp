@@ -131,11 +131,19 @@ void ResultTableView::measure(const IdleSections& idle) {
     }
 }
 
-/// The columns get what they want as far as there is room; the fixed ones leave at least half of it to the others.
+/// Heads of another height may bring the scroll bar or take it away, and its room with it.
 void ResultTableView::layOut() {
     if (layingOut_ || columns_.size() != static_cast<size_t>(model_->table.Cols()))
         return;
     const QScopedValueRollback<bool> own(layingOut_, true);
+    const bool bar = verticalScrollBar()->isVisible();
+    shareRoom();
+    if (verticalScrollBar()->isVisible() != bar)
+        shareRoom();
+}
+
+/// The columns get what they want as far as there is room; the fixed ones leave at least half of it to the others.
+void ResultTableView::shareRoom() {
     auto& top = static_cast<FixedCells&>(*horizontalHeader());
     auto& left = static_cast<FixedCells&>(*verticalHeader());
     const size_t fixed = static_cast<size_t>(std::max(0, std::min(model_->table.FixedCols, model_->table.Cols())));
@@ -190,7 +198,8 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     if (wanted <= atLeast)
         return {std::clamp(needed + margins, wanted, atLeast), whole};
     const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
-    return {std::min(wanted, std::max(atLeast, shown + margins)), whole};
+    // A heading that fits needs no more than it takes.
+    return {std::min({wanted, whole, std::max(atLeast, shown + margins)}), whole};
 }
 
 /// Takes from the widest until all of them have room.

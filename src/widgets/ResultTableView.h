@@ -63,6 +63,7 @@ private:
     bool hasShapeOf(const ResultTable& table) const;
     void measure(const IdleSections& idle);
     void layOut();
+    void shareRoom();
     void narrowFixedColumns(int room);
     Wants wantsOf(int column) const;
     int pixels(int twips) const;

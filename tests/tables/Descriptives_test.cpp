@@ -66,6 +66,7 @@ protected:
                                 .weighted = weighted_,
                                 .digits = digits_,
                                 .groupVariable = u"V6"_s,
+                                .groupMissing = u"7 thru 9"_s,
                                 .CommaInPercent = comma_,
                                 .cancelled = {},
                                 .onFailure = onFailure_};
@@ -436,4 +437,12 @@ TEST(DescriptiveChoices, KnowFieldTypesByName) {
         if (numeric(type))
             types << type;
     EXPECT_EQ(types, (QList<int>{3, 4, 5, 6, 7, 19}));
+}
+
+TEST_F(Statistics, GroupsThatAreMissingAreNotedAndTheirCellsStay) {
+    build({{1, 1, 2}, {3, 1, 8}, {4, 1, unknown}, {5, 1, 9.5}}, {Statistic::Count});
+    EXPECT_EQ(lines(), (QStringList{u"V6|Count"_s, u"|0,00"_s, u"2|1,00"_s, u"8|1,00"_s, u"9,5|1,00"_s}));
+    EXPECT_EQ(table_.groups,
+              (std::vector<RowGroup>{{1, u"SYSMIS"_s, true}, {2, {}, false}, {3, {}, true}, {4, {}, false}}));
+    EXPECT_EQ(table_.shownCell(0, 3), u"8 (Missing)");
 }
