@@ -4,6 +4,7 @@
 #include "analysis/frmAuswertungComparison.h"
 #include "analysis/frmAuswertungRequest.h"
 #include "analysis/frmAuswertungTable.h"
+#include "analysis/frmAuswertungValues.h"
 #include "analysis/frmNewCalculation.h"
 #include "analysis/request/preselection.h"
 #include "analysis/request/windowTitle.h"
@@ -19,6 +20,7 @@
 #include "platform/ui/Asker.h"
 #include "tables/tableText.h"
 #include "widgets/Desktop.h"
+#include "widgets/FilterLine.h"
 #include "widgets/FlowLayout.h"
 #include "widgets/Icons.h"
 #include "widgets/PageArea.h"
@@ -27,6 +29,7 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -41,7 +44,7 @@ namespace {
 
 /// Of gWindowSerials.
 constexpr size_t analysisSerial = 3;
-constexpr int chartTab = 2;
+constexpr int tableTab = 1, chartTab = 2;
 
 QString selectedText(const QWidget* widget) {
     // An editable list has the focus in place of its line.
@@ -56,13 +59,17 @@ QString selectedText(const QWidget* widget) {
     return {};
 }
 
-QWidget* columnOf(std::initializer_list<QWidget*> groups) {
+/// @param last takes what room is left
+QWidget* columnOf(std::initializer_list<QWidget*> groups, QWidget* last = nullptr) {
     auto* column = new QWidget;
     auto* rows = new QVBoxLayout(column);
     rows->setContentsMargins(0, 0, 0, 0);
     for (QWidget* group : groups)
         rows->addWidget(group);
-    rows->addStretch();
+    if (last)
+        rows->addWidget(last, 1);
+    else
+        rows->addStretch();
     return column;
 }
 
@@ -100,6 +107,7 @@ void frmAuswertung::build() {
     request_ = std::make_unique<frmAuswertungRequest>(*this);
     cases_ = std::make_unique<frmAuswertungCases>(*this);
     comparison_ = std::make_unique<frmAuswertungComparison>(*this);
+    values_ = std::make_unique<frmAuswertungValues>(*this, *cases_, *request_);
     table_ = std::make_unique<frmAuswertungTable>(*this);
     auto* tabs = new QTabWidget(this);
     tabs->setObjectName(u"SSTab"_s);
@@ -112,6 +120,7 @@ void frmAuswertung::build() {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs);
     SSTab_ = tabs;
+    setTabOrder(cases_->filterLine(), values_->list());
     resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 44);
 }
 
@@ -121,12 +130,45 @@ QWidget* frmAuswertung::buildRequest() {
     // Studies and variables on the left, what is done with them on the right; below each other in a narrow window.
     auto* columns = new FlowLayout;
     column->addLayout(columns);
-    columns->add(columnOf({request_->study(), request_->variable(), request_->variable2(), cases_->filter()}), 3);
+    columns->add(
+        columnOf({request_->study(), request_->variable(), request_->variable2(), cases_->filter()}, values_->values()),
+        3);
     columns->add(columnOf({request_->mode(), cases_->weight()}), 2);
     // Below both, so that nothing above gives way when it comes.
     column->addWidget(comparison_->comparison(), 1);
-    column->addStretch();
-    return new PageArea(page);
+    // The button stays in view, however low the window is.
+    auto* whole = new QWidget;
+    auto* rows = new QVBoxLayout(whole);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->addWidget(new PageArea(page), 1);
+    cmdCompute_ = new QPushButton(u"Berechnen"_s, whole);
+    cmdCompute_->setObjectName(u"cmdCompute"_s);
+    cmdCompute_->setDefault(true);
+    connect(cmdCompute_, &QPushButton::clicked, this, [this] { compute(); });
+    auto* button = new QHBoxLayout;
+    button->setContentsMargins(page->layout()->contentsMargins());
+    button->addStretch();
+    button->addWidget(cmdCompute_);
+    rows->addLayout(button);
+    return whole;
+}
+
+/// As a person does who turns to the table.
+void frmAuswertung::compute() {
+    SSTab_->setCurrentIndex(tableTab);
+}
+
+/// Enter computes from every field that has no use for it; a button that has the focus is meant itself.
+void frmAuswertung::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter || SSTab_->currentIndex() != 0) {
+        QWidget::keyPressEvent(event);
+        return;
+    }
+    if (auto* button = qobject_cast<QPushButton*>(focusWidget()))
+        button->click();
+    else
+        compute();
 }
 
 void frmAuswertung::setHooks() {
@@ -219,8 +261,8 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
         event->accept();
 }
 
-std::array<frmAuswertungPart*, 4> frmAuswertung::parts() const {
-    return {request_.get(), cases_.get(), comparison_.get(), table_.get()};
+std::array<frmAuswertungPart*, 5> frmAuswertung::parts() const {
+    return {request_.get(), cases_.get(), comparison_.get(), values_.get(), table_.get()};
 }
 
 void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {

@@ -6,12 +6,14 @@
 #include <array>
 #include <memory>
 
+class QPushButton;
 class QTabWidget;
 class frmAuswertungCases;
 class frmAuswertungComparison;
 class frmAuswertungPart;
 class frmAuswertungRequest;
 class frmAuswertungTable;
+class frmAuswertungValues;
 class frmExplorer;
 
 /// The analysis window: the request, the table, the chart. Its parts own the controls; it lets one gesture at a time
@@ -43,6 +45,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
@@ -52,7 +55,9 @@ private:
     std::unique_ptr<frmAuswertungRequest> request_;
     std::unique_ptr<frmAuswertungCases> cases_;
     std::unique_ptr<frmAuswertungComparison> comparison_;
+    std::unique_ptr<frmAuswertungValues> values_;
     std::unique_ptr<frmAuswertungTable> table_;
+    QPushButton* cmdCompute_ = nullptr;
     bool showing_ = false;   ///< the window is being set from the model
     bool finishing_ = false; ///< what was typed is being taken
     int shownTab_ = 0;       ///< the tab that the window has followed; another one in SSTab is on its way
@@ -62,11 +67,12 @@ private:
     void setHooks();
     void showTitle();
     void preselect(const frmExplorer& explorer);
-    std::array<frmAuswertungPart*, 4> parts() const;
+    std::array<frmAuswertungPart*, 5> parts() const;
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
     void changeTab(int tab);
     static void tellOfCopy(const QString& text);
     void finishTyping();
     bool mayRun();
+    void compute();
 };

@@ -163,6 +163,13 @@ bool frmAuswertungCases::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+void frmAuswertungCases::putIntoFilter(const QString& variable, const QString& value) {
+    if (!txtFilter_->isEnabled())
+        return;
+    txtFilter_->setFocus();
+    txtFilter_->putValue(variable, value);
+}
+
 void frmAuswertungCases::finishTyping() {
     dbcVarGewicht_1Uni_->finish();
     if (std::exchange(filterTyped_, false) && model_.request().optFilter == FilterKind::FilterUser)

@@ -17,6 +17,9 @@ public:
     QWidget* filter() const { return fraFilter_; }
     /// Those that stand below each other at the left of the page.
     const QList<QWidget*>& captions() const { return captions_; }
+    FilterLine* filterLine() const { return txtFilter_; }
+    /// Compares a variable with a value where the filter's cursor stands.
+    void putIntoFilter(const QString& variable, const QString& value);
     /// Font or texts are others.
     void alignWeights();
     /// The text of the filter counts for the selected entry of a comparison once its editing is over, whichever way.

@@ -14,6 +14,18 @@
 #include <QTextCharFormat>
 #include <algorithm>
 
+namespace {
+
+/// Where the name ends that stands last in a text; -1 where something else does.
+qsizetype endOfLastName(const QString& text) {
+    const std::vector<FilterToken> tokens = filterTokens(text);
+    const FilterToken* last = tokens.size() > 1 ? &tokens[tokens.size() - 2] : nullptr;
+    const bool name = last && (last->kind == FilterToken::Kind::Word || last->kind == FilterToken::Kind::Name);
+    return name && !isFilterOperator(last->text) ? last->end() : -1;
+}
+
+} // namespace
+
 FilterLine::FilterLine(const QString& name, QWidget* parent)
     : QLineEdit(parent), completer_(new QCompleter(this)), model_(new QStringListModel(this)),
       found_(new BestFirst(model_, this)) {
@@ -88,13 +100,35 @@ void FilterLine::offer() {
 void FilterLine::take(const QString& choice) {
     const qsizetype start = filterPlace(text(), cursorPosition()).start;
     const QString name = filterName(choice.left(choice.indexOf(u':')));
-    QString all = text();
     // A bracket that was opened for the name is its own, and so is one behind it.
-    const bool closed = all.mid(cursorPosition()).startsWith(u']') && name.endsWith(u']');
-    all.replace(start, cursorPosition() - start + (closed ? 1 : 0), name);
-    setText(all);
-    setCursorPosition(static_cast<int>(start + name.size()));
-    Q_EMIT textEdited(all);
+    const bool closed = text().mid(cursorPosition()).startsWith(u']') && name.endsWith(u']');
+    replace(start, cursorPosition() - start + (closed ? 1 : 0), name);
+}
+
+/// As if it had been typed.
+void FilterLine::replace(qsizetype start, qsizetype length, const QString& by) {
+    setCursorPosition(static_cast<int>(start));
+    setSelection(static_cast<int>(start), static_cast<int>(length));
+    insert(by);
+}
+
+QString FilterLine::variableAtCursor() const {
+    return filterPlace(text(), cursorPosition()).variable;
+}
+
+void FilterLine::putValue(const QString& variable, const QString& value) {
+    const FilterPlace place = filterPlace(text(), cursorPosition());
+    const QString written = filterValue(value, false);
+    const bool same = place.variable.compare(variable, Qt::CaseInsensitive) == 0;
+    const QString before = text().left(cursorPosition());
+    if (same && place.value >= 0)
+        replace(place.value, place.valueLength, written);
+    else if (const qsizetype end = endOfLastName(before); same && end >= 0)
+        replace(end, before.size() - end, u'=' + written);
+    else
+        replace(cursorPosition(), 0,
+                (before.isEmpty() || before.back().isSpace() || before.endsWith(u'(') ? QString() : u" "_s) +
+                    filterName(variable) + u'=' + written);
 }
 
 void FilterLine::keyPressEvent(QKeyEvent* event) {

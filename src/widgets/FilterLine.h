@@ -19,6 +19,11 @@ public:
     /// Underlines part of the text; a length of 0 removes the mark.
     void markSpot(int start, int length);
 
+    /// The variable that the cursor is at, or whose value it is at; empty without one.
+    QString variableAtCursor() const;
+    /// Puts a value in where one of the variable stands or is to come, else a comparison with it.
+    void putValue(const QString& variable, const QString& value);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
@@ -32,4 +37,5 @@ private:
     bool isName(const QString& word) const;
     void offer();
     void take(const QString& choice);
+    void replace(qsizetype start, qsizetype length, const QString& by);
 };

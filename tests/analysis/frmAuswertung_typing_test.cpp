@@ -4,7 +4,9 @@
 
 #include <QAbstractItemView>
 #include <QCompleter>
+#include <QGroupBox>
 #include <QStackedWidget>
+#include <QTableView>
 
 /// What is typed in the window when something else is done: keys go where the focus is, as they come from a keyboard.
 class AnalysisTyping : public AnalysisWindow {
@@ -24,6 +26,7 @@ protected:
         EXPECT_EQ(tabs->findChild<QStackedWidget*>()->currentIndex(), tab);
         EXPECT_EQ(window->model().tab(), tab);
     }
+    QString valuesShown();
     void openWith(const QString& variable) {
         open();
         chooseStudy(u"SV2018"_s);
@@ -196,4 +199,129 @@ TEST_F(AnalysisTyping, WhatIsNoChoiceStaysMarkedAndStopsTheRun) {
     key(Qt::Key_T, Qt::AltModifier);
     expectTab(1);
     EXPECT_EQ(asker.boxes.size(), cases.size());
+}
+
+/// The values in the list, "*" behind the missing ones.
+QString AnalysisTyping::valuesShown() {
+    const QAbstractItemModel* model = the<QTableView>(u"lvValues(0)"_s)->model();
+    QStringList codes;
+    for (int row = 0; row < model->rowCount(); ++row)
+        codes << model->index(row, 0).data().toString() +
+                     (model->index(row, 2).data().toString().isEmpty() ? u""_s : u"*"_s);
+    return codes.join(u' ');
+}
+
+TEST_F(AnalysisTyping, ValuesOfWhatIsChosenOrTypedStandBesideItAndAClickPutsThemIntoTheFilter) {
+    openWith(u"GESCHL"_s);
+    auto* table = the<QTableView>(u"lvValues(0)"_s);
+    const auto click = [&](int at) {
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {},
+                          table->visualRect(table->model()->index(at, 1)).center());
+        settle();
+    };
+    EXPECT_EQ(valuesShown(), u"1 2 3 9*");
+    EXPECT_EQ(the<QGroupBox>(u"fraValues"_s)->title(), u"Werte: GESCHL");
+    click(0);
+    EXPECT_EQ(request().txtFilter, QString()) << "there is no filter to put it in";
+    type(u"dbcVariableUni"_s, u"LZUFR:"_s);
+    EXPECT_EQ(valuesShown(), u"0 10 98* 99*");
+    press(u"Option2"_s);
+    into(u"dbcVariable2Uni"_s);
+    type(u"dbcVariable2Uni"_s, u"GESCHL"_s);
+    EXPECT_EQ(valuesShown(), u"1 2 3 9*");
+
+    press(u"optFilter(2)"_s);
+    auto* line = the<FilterLine>(u"txtFilter"_s);
+    into(u"txtFilter"_s);
+    EXPECT_EQ(valuesShown(), u"0 10 98* 99*") << "of the first variable, where nothing is typed";
+    click(1);
+    EXPECT_EQ(line->text(), u"LZUFR=10");
+    EXPECT_EQ(QApplication::focusWidget(), line);
+    keys(u" and geschl"_s);
+    EXPECT_EQ(valuesShown(), u"1 2 3 9*");
+    click(1);
+    EXPECT_EQ(line->text(), u"LZUFR=10 and geschl=2");
+    click(0);
+    EXPECT_EQ(line->text(), u"LZUFR=10 and geschl=1");
+    line->setCursorPosition(3);
+    EXPECT_EQ(valuesShown(), u"0 10 98* 99*");
+    line->setCursorPosition(7);
+    click(0);
+    EXPECT_EQ(line->text(), u"LZUFR=0 and geschl=1");
+    EXPECT_EQ(request().txtFilter, line->text());
+    line->selectAll();
+    keys(u"LZUFR in (0,"_s);
+    click(1);
+    keys(u")"_s);
+    EXPECT_EQ(line->text(), u"LZUFR in (0,10)");
+    // Another study has other values.
+    chooseStudy(u"SV2014"_s);
+    EXPECT_EQ(valuesShown(), QString());
+}
+
+TEST_F(AnalysisTyping, EnterComputesFromEveryFieldAndAButtonDoes) {
+    openWith(u"GESCHL"_s);
+    auto* button = the<QPushButton>(u"cmdCompute"_s);
+    EXPECT_TRUE(button->isVisible());
+    EXPECT_TRUE(button->isDefault());
+    press(u"cmdCompute"_s);
+    expectTab(1);
+    goTo(0);
+    press(u"optFilter(2)"_s);
+    struct Field {
+        QString name, typed;
+        int enters = 1;
+    };
+    for (const auto& [name, typed, enters] : std::vector<Field>{{u"txtFilter"_s, u"GESCHL=1"_s},
+                                                                {u"dbcVariable_1"_s, {}},
+                                                                {u"Option1"_s, {}},
+                                                                {u"dbcVariableUni"_s, {}},
+                                                                // The first takes the choice.
+                                                                {u"dbcVariableUni"_s, u"LZUFR"_s, 2},
+                                                                {u"cmdCompute"_s, {}}}) {
+        SCOPED_TRACE(qPrintable(name + u' ' + typed));
+        goTo(0);
+        into(name);
+        if (!typed.isEmpty())
+            keys(typed);
+        for (int i = 1; i <= enters; ++i) {
+            expectTab(0);
+            key(Qt::Key_Return);
+        }
+        expectTab(1);
+    }
+    EXPECT_EQ(request().dbcVariable.value, u"LZUFR");
+    EXPECT_TRUE(window->model().result().lblLabel.contains(u"GESCHL=1"_s));
+    // A button that has the focus is meant itself.
+    goTo(0);
+    press(u"Option5"_s);
+    into(u"cmd_AddTrend"_s);
+    key(Qt::Key_Return);
+    expectTab(0);
+    EXPECT_EQ(request().lst_TrendVars.size(), 1);
+    into(u"txtTitle"_s);
+    keys(u"T"_s);
+    key(Qt::Key_Enter);
+    expectTab(1);
+}
+
+TEST_F(AnalysisTyping, AFilterTextComesBackWithItsKind) {
+    openWith(u"GESCHL"_s);
+    press(u"optFilter(2)"_s);
+    into(u"txtFilter"_s);
+    keys(u"GESCHL=1"_s);
+    for (const QString& other : {u"optFilter(0)"_s, u"optFilter(1)"_s}) {
+        press(other);
+        EXPECT_NE(the<FilterLine>(u"txtFilter"_s)->text(), u"GESCHL=1");
+        goTo(1);
+        goTo(0);
+        press(u"optFilter(2)"_s);
+        EXPECT_EQ(the<FilterLine>(u"txtFilter"_s)->text(), u"GESCHL=1");
+    }
+    // A choice that is made again, and a study that is, too.
+    press(u"optFilter(0)"_s);
+    press(u"optFilter(0)"_s);
+    chooseStudy(u"SV2018"_s);
+    press(u"optFilter(2)"_s);
+    EXPECT_EQ(the<FilterLine>(u"txtFilter"_s)->text(), u"GESCHL=1");
 }
