@@ -1,6 +1,9 @@
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
+#include "app/RecentFiles.h"
+#include "app/VdxProcess.h"
 #include "app/frmAbout.h"
+#include "app/frmImport.h"
 #include "app/frmMain.h"
 #include "app/frmProcess.h"
 #include "app/frmSplash.h"
@@ -141,6 +144,30 @@ public:
         comparison(window);
     }
 
+    /// The ways to a catalogue where none is open: the start page and the import.
+    void ways(const QString& survey) {
+        for (const QString& key : {u"DatabaseName"_s, u"DatabasePath"_s})
+            CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, key, QString());
+        RecentFiles recent;
+        recent.RegistryPath = SettingsKeys::user;
+        recent.SetRecentFiles(u"/srv/archiv/umfragen/haushalte.mdb"_s);
+        recent.SetRecentFiles(u"./solvarden.mdb"_s);
+        frmMain window;
+        window.load();
+        window.show();
+        window.resize(1280, 800);
+        take(window, u"ways"_s);
+        QFile::copy(survey, u"./solvarden2022.sav"_s);
+        frmImport dialog(u"./solvarden2022.sav"_s, u"./solvarden.mdb"_s, nullptr);
+        dialog.show();
+        take(dialog, u"import"_s);
+        auto& study = in<QLineEdit>(dialog, u"txtStudy"_s);
+        study.clear();
+        for (const QChar c : u"SV2022"_s)
+            press(study, 0, QString(c));
+        take(dialog, u"import2"_s);
+    }
+
     void options() {
         frmOptions dialog;
         dialog.show();
@@ -149,6 +176,9 @@ public:
             tabs->setCurrentIndex(i);
             take(dialog, u"options"_s + (i == 0 ? QString() : QString::number(i + 1)));
         }
+        tabs->setCurrentIndex(0);
+        in<QLineEdit>(dialog, u"txtDataPath"_s).setText(u"/srv/archiv/date"_s);
+        take(dialog, u"options-fault"_s);
     }
 
     /// The dialogs and boxes that come up on the way.
@@ -410,6 +440,7 @@ int main(int count, char** arguments) {
     ui::setAsker(&asker);
     gUnloadWindows = unloadChildWindows;
     const QString folder = QFileInfo(QString::fromLocal8Bit(wanted.folder)).absoluteFilePath();
+    const QString samples = QFileInfo(QString::fromLocal8Bit(wanted.data)).absoluteFilePath();
     if (!home.isValid() || !QDir().mkpath(folder))
         return 1;
     prepareHome(wanted, home);
@@ -423,6 +454,8 @@ int main(int count, char** arguments) {
         walk.options();
         walk.dialogs();
         walk.mainWindow();
+        VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
+        walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         failed = true;

@@ -14,6 +14,7 @@ void addFileMenu(Entries& all) {
     all.push_back({{}, menu, u"&Datei"_s});
     all.push_back({menu, u"mnFileOpen"_s, u"&Datenbank öffnen..."_s, u"Ctrl+O"_s, u"open"_s});
     all.push_back({menu, u"mnFileClose"_s, u"Datenbank &schließen"_s, u"Ctrl+Shift+W"_s, u"close"_s});
+    all.push_back({menu, u"mnuFileImport"_s, u"&Umfragedatei importieren..."_s, {}, u"import"_s});
     for (int i = 1; i <= MainMenu::recentFiles; ++i)
         all.push_back({menu, u"mnuFileMRU(%1)"_s.arg(i), {}, {}, u"catalogue"_s, false, i == 1});
     all.push_back({menu, u"mnuFileExit"_s, u"&Beenden"_s, u"Ctrl+Q"_s, u"exit"_s, false, true});

@@ -1,6 +1,7 @@
 #include "app/frmMain.h"
 
 #include "analysis/AnalysisModel.h"
+#include "app/frmStartPage.h"
 #include "app/frmStatus.h"
 #include "app/globals.h"
 #include "app/start.h"
@@ -29,6 +30,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStackedWidget>
 #include <QStatusBar>
 #include <QTime>
 #include <QTimer>
@@ -51,9 +53,14 @@ QString asCaption(QString text) {
 
 } // namespace
 
-frmMain::frmMain() : Form(*this, u"frmMain"_s), area_(new ChildArea(this)), tbToolBar_(new QToolBar(this)) {
+frmMain::frmMain()
+    : Form(*this, u"frmMain"_s), area_(new ChildArea(this)),
+      startPage_(new frmStartPage([this](const QString& name) { perform(name); }, this)),
+      centre_(new QStackedWidget(this)), tbToolBar_(new QToolBar(this)) {
     setWindowTitle(ApplicationInfo::title);
-    setCentralWidget(area_);
+    centre_->addWidget(area_);
+    centre_->addWidget(startPage_);
+    setCentralWidget(centre_);
     area_->onActivated = [this] { applyState(); };
     tbToolBar_->setObjectName(u"tbToolBar"_s);
     tbToolBar_->setMovable(false);
@@ -250,9 +257,9 @@ void frmMain::InitFormState(int state) {
     panel1_->setText(stateOpen_ ? TranslateText(u"Aktuelle Datenbank:"_s) + u' ' + gDatabase.Database()
                                 : TranslateText(u"Keine Datenbankdateiauswahl"_s));
     panel1_->setToolTip(plainToolTip(panel1_->text()));
-    area_->setHint(stateOpen_ ? TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s)
-                              : TranslateText(u"Öffnen Sie eine Datenbank mit dem Menü Datei."_s));
+    area_->setHint(TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s));
     applyState();
+    showStartPage();
     ui::asker().setPointer(ui::Pointer::Default);
 }
 
@@ -313,6 +320,8 @@ void frmMain::applyState() {
 }
 
 void frmMain::adopt(Form& child) {
+    // A window takes its size from an area that is in view.
+    centre_->setCurrentWidget(area_);
     area_->adopt(child.widget());
     applyState();
 }

@@ -14,7 +14,9 @@ class ChildArea;
 class QLabel;
 class QMenu;
 class QToolBar;
+class QStackedWidget;
 class frmExplorer;
+class frmStartPage;
 
 /// The frame window: menus, toolbar, status bar, and the area of the child windows, for which it is the desktop.
 ///
@@ -61,6 +63,8 @@ protected:
 
 private:
     ChildArea* area_;
+    frmStartPage* startPage_;
+    QStackedWidget* centre_; ///< the start page while no catalogue is open, else the windows
     QToolBar* tbToolBar_;
     QLabel* panel1_;
     QLabel* clock_;
@@ -94,6 +98,10 @@ private:
     void OpenDB();
     bool closeCurrentDatabase();
     bool refuses(const QString& file);
+    void showStartPage();
+    void importSurvey(const QString& file);
+    bool closeForImport(const QString& catalogue, QString& closed);
+    void openSample();
     void openFile(const QString& file);
     void afterOpening(qint16 state);
     void mnFileClose_Click();

@@ -4,7 +4,6 @@
 #include "app/globals.h"
 #include "app/start.h"
 #include "catalogue/CDaoDatabase.h"
-#include "catalogue/fileKind.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
@@ -34,6 +33,8 @@ void frmMain::connectCommands() {
             if (!file.isEmpty() && !refuses(file) && closeCurrentDatabase())
                 openFile(file);
         };
+    commands_[u"mnuFileImport"_s] = [this] { importSurvey({}); };
+    commands_[u"sample"_s] = [this] { openSample(); };
     commands_[u"mnuFileExit"_s] = [this] { leave(); };
     for (int view = 1; view <= MainMenu::views; ++view)
         commands_[arrayName(u"mnuViewExplorers"_s, view)] = [this, view] { mnuViewExplorers_Click(view); };
@@ -137,16 +138,6 @@ void frmMain::OpenDB() {
         openFile(*file);
     else
         InitFormState(gDatabase.State());
-}
-
-/// Tells of a file that is no catalogue before anything is closed for it. @return true if it is not to be opened
-bool frmMain::refuses(const QString& file) {
-    const FileKind kind = mdDataBase::fileExists(file) ? kindOfFile(file) : FileKind();
-    const QString words = refusalOf(file, kind);
-    if (words.isEmpty())
-        return false;
-    ui::asker().messageBox({.text = words, .icon = ui::Icon::Exclamation});
-    return true;
 }
 
 void frmMain::openFile(const QString& file) {

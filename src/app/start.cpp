@@ -58,6 +58,13 @@ void Main::rememberCatalogue(const QString& file) {
     }
 }
 
+void Main::proposeDataFolder(const QString& catalogue) {
+    if (!gOptions.DataPath.isEmpty())
+        return;
+    gOptions.DataPath = Paths::native(Paths::folderOf(catalogue));
+    store(optionOf(&Options::DataPath).key.toString(), gOptions.DataPath);
+}
+
 bool Main::openingStep(const std::function<void()>& step) {
     bool pathFound = true;
     const Trap outcome = trapped([&] {

@@ -20,6 +20,10 @@ qint16 OpenDefDB();
 /// Makes a catalogue that was opened the one to open at the next start, unless the options hold to another.
 void rememberCatalogue(const QString& file);
 
+/// Takes the folder of a catalogue that the program has made as that of the case data, where none is set: it has put
+/// them there.
+void proposeDataFolder(const QString& catalogue);
+
 /// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure
 /// the standard error box. @return false if the opening is to be left
 bool openingStep(const std::function<void()>& step);

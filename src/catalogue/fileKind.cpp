@@ -110,7 +110,28 @@ FileKind kindOfFile(const QString& path, bool readOnly) {
     }
 }
 
-QString refusalOf(const QString& path, const FileKind& kind) {
+QStringList studyNumbersIn(const QString& path) {
+    QStringList numbers;
+    try {
+        const dao::DatabasePtr database =
+            dao::DBEngine::instance().Workspaces(0).OpenDatabase(Paths::resolved(path), false, true);
+        try {
+            const dao::RecordsetPtr rows = database->OpenRecordset(
+                u"SELECT id_StudyNo FROM ["_s + studyTableOf(*database) + u']', dao::dbOpenSnapshot);
+            for (; !rows->Eof(); rows->MoveNext())
+                numbers << rows->text(u"id_StudyNo"_s);
+            rows->Close();
+        } catch (const std::exception&) {
+            numbers.clear(); // the import says what is wrong with it
+        }
+        database->Close();
+    } catch (const std::exception&) {
+        return {};
+    }
+    return numbers;
+}
+
+QString kindWords(const FileKind& kind) {
     const auto words = [&]() -> QString {
         switch (kind.kind) {
         case FileKind::Catalogue:
@@ -139,8 +160,11 @@ QString refusalOf(const QString& path, const FileKind& kind) {
         }
         return {};
     }();
-    if (words.isEmpty())
-        return {};
-    return TranslateText(u"Die Datei"_s) + u"\r\n"_s + Paths::native(path) + u"\r\n"_s +
-           (words.contains(u"%1"_s) ? words.arg(kind.detail) : words);
+    return words.contains(u"%1"_s) ? words.arg(kind.detail) : words;
+}
+
+QString refusalOf(const QString& path, const FileKind& kind) {
+    const QString words = kindWords(kind);
+    return words.isEmpty() ? QString()
+                           : TranslateText(u"Die Datei"_s) + u"\r\n"_s + Paths::native(path) + u"\r\n"_s + words;
 }

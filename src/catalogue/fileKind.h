@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// What a file is, as far as its content and its name tell, before it is opened as a catalogue.
 struct FileKind {
@@ -23,6 +24,12 @@ struct FileKind {
 
 /// Looks at a file that is there; opens it, where it is a database, as a catalogue would be.
 FileKind kindOfFile(const QString& path, bool readOnly = false);
+
+/// The numbers of the studies and groups of a catalogue; none where they cannot be read.
+QStringList studyNumbersIn(const QString& path);
+
+/// What the file is, in the user's language, as the end of a sentence that begins with it; empty for Catalogue.
+QString kindWords(const FileKind& kind);
 
 /// Why the file is refused as a catalogue, in the user's language; empty for Catalogue.
 QString refusalOf(const QString& path, const FileKind& kind);

@@ -17,13 +17,14 @@ public:
             ->required()
             ->type_name("ARCHIVE.json");
         command->add_flag("--replace", replace_, "put the new catalogue in place of the one that is there");
+        command->add_flag("--progress", progress_, "a line 'progress N' (percent) on standard error for each step");
         return command;
     }
     int run(Session& session) override;
 
 private:
     std::string catalogue_, description_;
-    bool replace_ = false;
+    bool replace_ = false, progress_ = false;
 };
 
 int BuildCommand::run(Session& session) {
@@ -31,8 +32,7 @@ int BuildCommand::run(Session& session) {
     request.catalogue = QString::fromStdString(catalogue_);
     request.description = QString::fromStdString(description_);
     request.replace = replace_;
-    if (session.errIsTerminal())
-        request.progress = session.progress();
+    request.progress = session.progress(progress_);
     try {
         const BuildReport report = buildArchive(request);
         for (const QString& warning : report.warnings)

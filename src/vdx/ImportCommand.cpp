@@ -16,7 +16,7 @@ public:
 
 private:
     std::string catalogue_, file_, study_, data_, title_, titleEnglish_, year_, group_, weightRe_, weightHh_, encoding_;
-    bool replace_ = false;
+    bool replace_ = false, progress_ = false;
     std::vector<std::string> encode_;
     CLI::App* command_ = nullptr;
 
@@ -46,6 +46,7 @@ CLI::App* ImportCommand::declare(CLI::App& program) {
         "store text variables whose codes have labels or are declared missing as numbers, with the codes "
         "in the labels; --encode=A,B: these text variables");
     command_->add_flag("--replace", replace_, "put the file in place of the study of that number");
+    command_->add_flag("--progress", progress_, "a line 'progress N' (percent) on standard error for each step");
     return command_;
 }
 
@@ -77,8 +78,7 @@ int ImportCommand::run(Session& session) {
             for (const QString& name : QString::fromStdString(wish).split(u','))
                 settings.encode << name.trimmed();
     }
-    if (session.errIsTerminal())
-        settings.progress = session.progress();
+    settings.progress = session.progress(progress_);
     try {
         const ImportReport report = importSurvey(request);
         session.printer().printLines(report.facts);

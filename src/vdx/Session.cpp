@@ -13,6 +13,7 @@
 
 #include <QLocale>
 #include <unistd.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -125,7 +126,15 @@ void Session::progressLine(const QString& text) {
     progressShown_ = !text.isEmpty();
 }
 
-std::function<bool(double)> Session::progress() {
+std::function<bool(double)> Session::progress(bool inLines) {
+    if (inLines)
+        return [this, told = -1](double share) mutable {
+            if (const int percent = static_cast<int>(share * 100); std::exchange(told, percent) != percent)
+                say(u"progress %1"_s.arg(percent));
+            return true;
+        };
+    if (!errIsTerminal())
+        return {};
     return [this](double share) {
         progressLine(u"%1 %"_s.arg(static_cast<int>(share * 100)));
         return true;

@@ -51,8 +51,9 @@ public:
     bool errIsTerminal() const;
     /// Rewrites the progress line; an empty text removes it.
     void progressLine(const QString& text);
-    /// Shows the share done (0 to 1) in the progress line, for what takes long; never ends it.
-    std::function<bool(double)> progress();
+    /// Shows the share done (0 to 1) of what takes long; never ends it. In the progress line where standard error is a
+    /// terminal; with `inLines` a line "progress N" for each percent, for a program that reads along; else nothing.
+    std::function<bool(double)> progress(bool inLines);
 
 private:
     CommonOptions common_;

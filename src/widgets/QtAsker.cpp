@@ -174,6 +174,7 @@ std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
     QFileDialog window(QApplication::activeWindow(), choice.title, choice.folder);
     // The desktop's own dialog speaks the language of the desktop.
     window.setOption(QFileDialog::DontUseNativeDialog);
+    window.setOption(QFileDialog::DontConfirmOverwrite, choice.mayBeThere);
     window.setAcceptMode(choice.save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     window.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     window.setNameFilters(filtersOf(choice.filter));

@@ -2,6 +2,7 @@
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
 #include "app/frmAbout.h"
+#include "app/frmImport.h"
 #include "app/frmMain.h"
 #include "app/frmProcess.h"
 #include "app/frmSplash.h"
@@ -103,6 +104,12 @@ Form* textsNewCalculation() {
     return window;
 }
 
+Form* textsImport() {
+    auto* window = new frmImport(QString(), QString(), nullptr);
+    window->QDialog::show();
+    return window;
+}
+
 const TextsWindow textsWindows[] = {
     {u"frmMain"_s, textsMain},
     {u"frmSplash"_s, textsShown<frmSplash>},
@@ -113,6 +120,7 @@ const TextsWindow textsWindows[] = {
     {u"frmAuswertung"_s, textsShown<frmAuswertung>},
     {u"frmExplorer"_s, textsExplorer},
     {u"frmDescriptives"_s, textsDescriptives},
+    {u"frmImport"_s, textsImport},
     {u"frmNewCalculation"_s, textsNewCalculation},
 };
 

@@ -68,10 +68,7 @@ bool prepareUserFolder(const QString& folder, const QString& installed) {
 
 QString findApplicationFolder() {
     const QString home = qEnvironmentVariable("VARIDEX_HOME");
-    if (!home.isEmpty())
-        return home;
-    return Paths::chooseApplicationFolder(
-        programFolder(), QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s);
+    return home.isEmpty() ? Paths::chooseApplicationFolder(programFolder(), Paths::userDataFolder()) : home;
 }
 
 /// The entry of a folder that is called like `name`, exactly so if there is one, else without regard to case.
@@ -179,6 +176,12 @@ QString Paths::chooseApplicationFolder(const QString& programFolder, const QStri
     // A build that belongs to somebody else has its files beside the program.
     const QString source = isInstalled ? installed : programFolder;
     return prepareUserFolder(userFolder, source) ? userFolder : source;
+}
+
+QString Paths::userDataFolder() {
+    const QString home = qEnvironmentVariable("VARIDEX_HOME");
+    return home.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s
+                          : home;
 }
 
 QString Paths::applicationFolder() {

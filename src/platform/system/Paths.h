@@ -27,6 +27,8 @@ QString onDisk(const QString& path);
 /// The same with links followed, so that what lies beside a file is looked for beside the file itself.
 QString resolved(const QString& path);
 
+/// Folder of what the program makes for the user: VARIDEX_HOME if set, else the platform's.
+QString userDataFolder();
 /// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
 /// folder (prepared from the installed files when it is first needed), else the installed files' own folder, which can
 /// only be read. Never ends in a separator.

@@ -33,6 +33,7 @@ struct FileChoice {
     QString folder;
     QString name;
     bool save = false;
+    bool mayBeThere = false; ///< of a file to be saved: what is there already is not replaced, so nobody asks
 };
 
 /// The answer that changes nothing: No, Cancel, Abort, or Ok where there is nothing else.
