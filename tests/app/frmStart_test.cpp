@@ -130,7 +130,7 @@ TEST_F(StartPage, TheSampleArchiveIsBuiltOnceAndOpenedWithItsCases) {
     EXPECT_EQ(gOptions.DataPath, Paths::folderOf(catalogue));
     const auto studies =
         gDatabase.CurrentDatabase()->OpenRecordset(u"SELECT Count(*) FROM tkey_Study WHERE dt_IsGroup = 0"_s);
-    EXPECT_EQ(studies->value(0).toInteger(), 4);
+    EXPECT_EQ(studies->value(0).toInteger(), 3);
     asker.answer(ui::Answer::Yes);
     action(u"mnFileClose"_s)->trigger();
     VdxProcess::programInTests = home.path(u"nowhere"_s);
