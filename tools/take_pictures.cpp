@@ -142,6 +142,8 @@ public:
         crosstab(window, first);
         statistics(window, first);
         comparison(window);
+        desktop().activate(first);
+        search(window, first);
     }
 
     /// The ways to a catalogue where none is open: the start page and the import.
@@ -299,6 +301,21 @@ private:
         selectVariable(first, u"LZUFR"_s);
         take(window, u"main"_s);
         return first;
+    }
+
+    /// A variable of several studies, found from an entry that lists none.
+    void search(frmMain& window, frmExplorer& study) {
+        study.showNode(study.model().tree.root()->Key);
+        take(window, u"group"_s);
+        in<QLineEdit>(study, u"txtQuickFilter"_s).setText(u"zufried"_s);
+        selectVariable(study, u"LZUFR"_s);
+        take(window, u"search"_s);
+        press(in<QAbstractItemView>(study, u"lvListView"_s), Qt::Key_Menu);
+        QWidget* menu = QApplication::activePopupWidget();
+        if (!menu)
+            throw std::runtime_error("no menu opened");
+        take(*menu, u"menu"_s);
+        menu->close();
     }
 
     /// Opens an analysis of what is selected in the explorer in front.

@@ -67,6 +67,7 @@ void ProgramStyle::polish(QPalette& palette) {
     for (const auto group : {QPalette::Active, QPalette::Inactive})
         palette.setColor(group, QPalette::PlaceholderText,
                          faintText(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
+    palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, palette.color(QPalette::Disabled, QPalette::Text));
 }
 
 int ProgramStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
