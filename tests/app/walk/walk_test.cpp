@@ -151,24 +151,24 @@ void Walk::browse() {
     ASSERT_TRUE(copies(questionEnglish, [&] { copyQuestion(); }));
     ASSERT_TRUE(take(u"3-studie"_s));
     // The filter narrows by the text of the question; down goes to the first row that is left.
-    screen->press({u"ctrl+k"_s});
+    screen->press({u"ctrl+f"_s});
     screen->type(u"pay per year"_s);
     screen->press({u"Down"_s});
     ASSERT_TRUE(copies(u"How much would you be willing to pay per year to protect the environment?"_s,
                        [&] { copyQuestion(); }));
     ASSERT_TRUE(take(u"4-filter"_s));
-    screen->press({u"ctrl+k"_s, u"Escape"_s, u"Tab"_s});
+    screen->press({u"ctrl+f"_s, u"Escape"_s, u"Tab"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
-    // Past strip and text to where else the variable stands; from there to a window of another view, which has a
-    // language of its own.
-    screen->press(QStringList(3, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
+    // Past strip, text and values to where else the variable stands; from there to a window of another view, which has
+    // a language of its own.
+    screen->press(QStringList(4, u"Tab"_s) + QStringList{u"End"_s, u"Return"_s, u"Tab"_s, u"Tab"_s, u"F7"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionGerman));
     ASSERT_TRUE(take(u"5-sprung"_s));
 }
 
 void Walk::analyse() {
     // Back to the study, and from its row to the table with weight and filter.
-    screen->press({u"ctrl+F6"_s, u"ctrl+k"_s, u"Tab"_s});
+    screen->press({u"ctrl+F6"_s, u"ctrl+f"_s, u"Tab"_s});
     ASSERT_TRUE(findsByTyping(u"LZUFR"_s, questionEnglish));
     screen->press({u"ctrl+shift+a"_s, u"alt+r"_s});
     // Weighted counts of the cases over 29, rounded: 237.26 and 252.02 of 945.76 valid ones, as another program adds
