@@ -1,5 +1,6 @@
 #include "analysis/AnalysisModel.h"
 
+#include "analysis/result/vdxCommand.h"
 #include "analysis/runRequest.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
@@ -7,6 +8,8 @@
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
+#include <QScopedValueRollback>
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -194,6 +197,32 @@ bool AnalysisModel::isInOtherLanguage() const {
 
 void AnalysisModel::optionsApplied() {
     editor_.change(RequestPart::Missing, [](AnalysisRequest& r) { r.bUserMissing = false; });
+}
+
+std::optional<QString> AnalysisModel::command() const {
+    const std::optional<QStringList> arguments = vdxArguments(result_, request().cbValues, editor_.englishContents());
+    if (!arguments)
+        return std::nullopt;
+    const AnalysisRequest& shown = result_.facts->request;
+    const bool named = shown.mode != AnalysisMode::Comparison ||
+                       std::ranges::all_of(shown.lst_TrendVars, [this](const auto& e) { return isInCatalogue(e); });
+    return named ? std::optional(shellLine(*arguments)) : std::nullopt;
+}
+
+/// True if study and variable of an entry give its fields, but for the definition, which a command names.
+bool AnalysisModel::isInCatalogue(const ComparisonEntry& entry) const {
+    // In the language that the entry was taken in.
+    const QScopedValueRollback<bool> language(gOptions.EnglishLanguage, editor_.englishContents());
+    RequestEditor now;
+    now.open();
+    if (!now.StudyClick(entry.at(ComparisonEntry::Study)) || !now.chooseVariable(entry.at(ComparisonEntry::Variable)))
+        return false;
+    const AnalysisRequest& r = now.request();
+    const QString& weight = entry.at(ComparisonEntry::WeightInfo);
+    return r.dtTable == entry.at(ComparisonEntry::Table) && r.dtField == entry.at(ComparisonEntry::Field) &&
+           r.dtYear == entry.at(ComparisonEntry::Year) && r.dtVarGroup == entry.at(ComparisonEntry::Group) &&
+           (weight != u"RE"_s || r.dt_WeightRE == entry.at(ComparisonEntry::Weight)) &&
+           (weight != u"HH"_s || r.dt_WeightHH == entry.at(ComparisonEntry::Weight));
 }
 
 TableState AnalysisModel::tableState() const {

@@ -65,6 +65,9 @@ public:
     const TableResult& result() const { return result_; }
     const RunFacts& facts() const { return result_.run; }
     TableState tableState() const;
+    /// The line of vdx that makes the table again as it is shown. Nothing where none does: see vdxArguments(), and
+    /// where an entry of a comparison, perhaps kept long ago, is not what the catalogue has under its names now.
+    std::optional<QString> command() const;
     /// Shows one of the views of a crosstab or comparison (0 "absolute Werte", 1 "Spaltenprozente", 2 "Zeilenprozente",
     /// 3 "Gesamtprozente"). Nothing in other modes and while a run goes on. A comparison refuses 2 and 3 with a message
     /// and shows 0.
@@ -90,5 +93,6 @@ private:
     void runAnew();
     void carryMarks();
     void showChosenView();
+    bool isInCatalogue(const ComparisonEntry& entry) const;
     bool isInOtherLanguage() const;
 };

@@ -10,7 +10,6 @@
 #include "analysis/request/windowTitle.h"
 #include "analysis/result/provenance.h"
 #include "analysis/result/saveTable.h"
-#include "analysis/result/vdxCommand.h"
 #include "app/globals.h"
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
@@ -380,16 +379,15 @@ void frmAuswertung::copyCommand() {
     if (gBusy > 0 || !model_.result().facts)
         return;
     trapped([this] {
-        const std::optional<QStringList> arguments =
-            vdxArguments(model_.result(), model_.request().cbValues, model_.edit().englishContents());
-        if (!arguments) {
+        const std::optional<QString> command = model_.command();
+        if (!command) {
             ui::asker().messageBox(
-                {.text = TranslateText(u"Diese Tabelle gibt kein Befehl wieder: mehrere Werte sehen gleich aus, und "
-                                       u"nicht alle sind gleich markiert."_s),
+                {.text = TranslateText(
+                     u"Diese Tabelle gibt kein Befehl wieder: mehrere Werte sehen gleich aus und sind verschieden markiert, oder ein Eintrag des Vergleichs ist nicht mehr so im Katalog."_s),
                  .icon = ui::Icon::Exclamation});
             return;
         }
-        ui::asker().setClipboard(shellLine(*arguments), QString());
+        ui::asker().setClipboard(*command, QString());
         tellOfCopy(u"Befehl in Zwischenablage kopiert."_s);
     });
 }

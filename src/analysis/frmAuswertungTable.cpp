@@ -12,8 +12,16 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Characters of the bases of percentages below a table, and of the tooltip that has all of what stands there.
+constexpr qsizetype mostOfBases = 1500, mostOfToolTip = 6000;
+
+} // namespace
 
 frmAuswertungTable::frmAuswertungTable(frmAuswertung& window) : frmAuswertungPart(window), page_(build()) {
     connectControls();
@@ -178,7 +186,10 @@ void frmAuswertungTable::showFacts() {
     while (most > 2 && facts.size() > 1 && lblFacts_->heightForWidth(width) > room)
         lblFacts_->setText(first(--most));
     const bool cut = facts.size() > most || shortenBases(base, room, width);
-    lblFacts_->setToolTip(cut ? Qt::convertFromPlainText(all.join(u'\n')) : QString());
+    QString whole = all.join(u'\n');
+    if (whole.size() > mostOfToolTip)
+        whole = whole.left(mostOfToolTip) + u"..."_s;
+    lblFacts_->setToolTip(cut ? Qt::convertFromPlainText(whole) : QString());
 }
 
 /// A table of many columns has as many numbers of cases: the first of them stand below it, all in the tooltip.
@@ -189,6 +200,11 @@ bool frmAuswertungTable::shortenBases(const QStringList& base, int room, int wid
     const QString whole = lblFacts_->text();
     const QString before = whole.left(whole.size() - base.first().size());
     qsizetype end = base.first().size();
+    // Thousands of columns would take as many layouts: no window shows more of them than this.
+    if (end > mostOfBases) {
+        end = std::max<qsizetype>(0, base.first().lastIndexOf(u"; "_s, mostOfBases));
+        lblFacts_->setText(before + base.first().left(end) + u"; ..."_s);
+    }
     while (end > 0 && lblFacts_->heightForWidth(width) > room) {
         end = base.first().lastIndexOf(u"; "_s, end - 1);
         if (end > 0)

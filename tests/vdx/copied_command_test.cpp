@@ -129,10 +129,9 @@ protected:
     /// What the button puts into the clipboard; the options are those of a fresh program again.
     void copy(const QString& what) {
         const TableResult& result = model_->result();
-        const std::optional<QStringList> arguments =
-            vdxArguments(result, model_->request().cbValues, edit().englishContents());
-        ASSERT_TRUE(arguments && result.facts && result.facts->complete) << what.toStdString();
-        copied_.push_back({what, shellLine(*arguments), tableRows(result.mfgGrid)});
+        const std::optional<QString> line = model_->command();
+        ASSERT_TRUE(line && result.facts && result.facts->complete) << what.toStdString();
+        copied_.push_back({what, *line, tableRows(result.mfgGrid)});
         EXPECT_GT(result.mfgGrid.Rows(), 1) << what.toStdString();
         const QString folder = gOptions.DataPath;
         gOptions = Options();
@@ -180,6 +179,7 @@ void CopiedCommand::frequencies() {
     copy(u"weight, filter and options"_s);
     begins(u"T"_s);
     edit().chooseWeight(WeightKind::WeightUser, u"weight"_s);
+    edit().chooseFilterText(u"NOT T='a' OR [weight] IN (1, 2)"_s);
     run();
     mark({u"SYSMIS"_s, u"ä 'b'"_s});
     copy(u"texts"_s);
@@ -302,7 +302,7 @@ void CopiedCommand::comparisons() {
     model_->chooseValues(1);
     copy(u"a filter that reads like an entry's words, marks, percentages"_s);
     begin(AnalysisMode::Comparison);
-    entry(u"QX3"_s, u"V1"_s);
+    entry(u"QX3"_s, u"V1"_s, u"T='SYSMIS' AND weight IN (1,2)"_s);
     edit().choosePart(u"2"_s);
     ASSERT_TRUE(model_->comparison().cmd_AddTrend());
     edit().change(RequestPart::Entries, [](AnalysisRequest& r) {
@@ -360,6 +360,21 @@ TEST_F(CopiedCommand, aLineIsTakenByTheShellAsItStands) {
                             u"~"_s,
                             u"--set=A=1"_s};
     EXPECT_EQ(splitByTheShell(shellLine(words)), words);
+}
+
+TEST_F(CopiedCommand, isNoneForAnEntryThatTheCatalogueNoLongerHas) {
+    for (const auto column : {ComparisonEntry::Year, ComparisonEntry::Field, ComparisonEntry::WeightInfo}) {
+        begin(AnalysisMode::Comparison);
+        entry(u"QX3"_s, u"V1"_s);
+        edit().change(RequestPart::Entries, [&](AnalysisRequest& r) {
+            r.lst_TrendVars[0].column[ComparisonEntry::Weight] = u"weight"_s;
+            r.lst_TrendVars[0].column[column] = column == ComparisonEntry::Year    ? u"1888"_s
+                                                : column == ComparisonEntry::Field ? u"V2"_s
+                                                                                   : u"HH"_s;
+        });
+        run();
+        EXPECT_EQ(model_->command(), std::nullopt) << int(column);
+    }
 }
 
 TEST_F(CopiedCommand, aMarkOnAValueThatIsNotThereIsRefused) {
