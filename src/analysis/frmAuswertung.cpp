@@ -303,7 +303,7 @@ void frmAuswertung::finishTyping() {
 }
 
 /// A table must not be of another choice than the one that can be read in the window.
-bool frmAuswertung::mayRun() {
+bool frmAuswertung::isTypedOut() {
     for (const frmAuswertungPart* part : parts())
         if (const auto objection = part->objection()) {
             model_.changeTab(0);
@@ -320,7 +320,7 @@ void frmAuswertung::run(const std::function<void()>& step) {
         return;
     const GestureScope gesture;
     finishTyping();
-    if (!mayRun())
+    if (!isTypedOut())
         return;
     {
         const RunGuard::Scope guard([this] { model_.stop(); }, {table_->cmdStop(), SSTab_->tabBar()});

@@ -33,6 +33,9 @@ public:
     void act(const std::function<void()>& step);
     /// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
     void run(const std::function<void()>& step);
+    /// False, with a message, while something stands typed in a field that is none of its choices: nothing may be made
+    /// of the choice before then.
+    bool isTypedOut();
     /// Copies what the tab in front shows: the table, or the selected text.
     void copy();
     /// Copies the line of vdx that makes the table again.
@@ -73,6 +76,5 @@ private:
     void changeTab(int tab);
     static void tellOfCopy(const QString& text);
     void finishTyping();
-    bool mayRun();
     void compute();
 };

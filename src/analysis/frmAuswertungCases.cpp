@@ -133,7 +133,8 @@ void frmAuswertungCases::connectFilter() {
         checkSoon_.start();
     });
     connect(txtFilter_, &QLineEdit::editingFinished, this, [this] {
-        if (filterTyped_)
+        // Who turns to another window is not through with it.
+        if (filterTyped_ && txtFilter_->isActiveWindow())
             finishTypingSoon();
         checkFilter();
     });

@@ -103,7 +103,10 @@ void frmAuswertungComparison::onClick(QPushButton* button, const Step& step) {
 }
 
 void frmAuswertungComparison::connectEntries() {
-    const auto add = [this] { list_.cmd_AddTrend(); };
+    const auto add = [this] {
+        if (window_.isTypedOut())
+            list_.cmd_AddTrend();
+    };
     const auto removeSelected = [this] { list_.cmd_DeleteFromTrend(); };
     onClick(cmd_AddTrend_, add);
     onClick(cmd_DeleteFromTrend_, removeSelected);

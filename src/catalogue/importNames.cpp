@@ -128,7 +128,7 @@ std::optional<size_t> positionOf(const std::vector<VariableNames>& names, const 
     return std::nullopt;
 }
 
-bool filterCanName(const QString& name) {
+bool isFilterWord(const QString& name) {
     static const QRegularExpression word(u"\\A[A-Za-z_-][A-Za-z0-9_-]*\\z"_s);
     const QString upper = name.toUpper();
     return word.match(name).hasMatch() && upper != u"AND"_s && upper != u"OR"_s && upper != u"NOT"_s;

@@ -32,5 +32,6 @@ std::vector<VariableNames> variableNames(const QStringList& originals,
 /// Position of the variable that bears a name in the file or in the catalogue, without regard to case.
 std::optional<size_t> positionOf(const std::vector<VariableNames>& names, const QString& wanted);
 
-/// True if a filter can name the variable: letters without marks, "_", "-", digits inside, no AND, OR, NOT.
-bool filterCanName(const QString& name);
+/// True if a filter can name the variable without brackets: letters without marks, "_", "-", digits inside, no AND, OR,
+/// NOT.
+bool isFilterWord(const QString& name);

@@ -17,7 +17,7 @@ constexpr int maxComparedMissing = 50;
 
 /// Variables about which the same is to be said.
 struct Findings {
-    QStringList renamed, fields, longNames, notInFilters, longMissing, missingTexts, missingDates, missingShapes,
+    QStringList renamed, fields, longNames, bracketed, longMissing, missingTexts, missingDates, missingShapes,
         missingInexact, blankLabels, systemLabels, twiceLabels, inexactLabels, calendars, dateLetters, encoded;
     int measures = 0;
 
@@ -32,7 +32,8 @@ struct Findings {
              u"Fields of other names in the case tables (%1)"_s);
         tell(longNames, u"Namen über 8 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
              u"Names over 8 characters, which a stored comparison cannot hold (%1)"_s);
-        tell(notInFilters, u"Namen, die ein Filter nicht nennen kann (%1)"_s, u"Names that a filter cannot use (%1)"_s);
+        tell(bracketed, u"Namen, die ein Filter in eckigen Klammern nennt (%1)"_s,
+             u"Names that a filter has in square brackets (%1)"_s);
         tell(longMissing,
              u"Missing-Definitionen über 50 Zeichen, die eine gespeicherte Vergleichsauswertung nicht aufnimmt (%1)"_s,
              u"Missing definitions over 50 characters, which a stored comparison cannot hold (%1)"_s);
@@ -115,8 +116,8 @@ private:
             findings_.fields << change(names.name, names.field);
         if (names.name.size() > maxComparedName)
             findings_.longNames << names.name;
-        if (!filterCanName(names.name))
-            findings_.notInFilters << names.name;
+        if (!isFilterWord(names.name))
+            findings_.bracketed << names.name;
     }
 
     QString missingOf(int index, const SurveyVariable& variable, const QString& name) {

@@ -66,7 +66,8 @@ void StudyRequest::declarePlaces(CLI::App& command) {
 void StudyRequest::declareOptions(CLI::App& command) {
     command.add_option("--weight", weight_, "none, re, hh (the study's own weights) or the name of a weight variable")
         ->type_name("WEIGHT");
-    command.add_option("--filter", filter_, "condition over variables of the study, such as \"V7=1 AND V8>2\"");
+    command.add_option("--filter", filter_,
+                       "condition over variables of the study, such as \"V7=1 AND [be1.1b] IN (1,2)\"");
     command.add_option("--part", part_, "part of the data set, by its number");
     missingGiven_ = command.add_option("--missing", missing_,
                                        "missing values in place of the documented ones, such as \"8;9\", or none");

@@ -139,15 +139,19 @@ bool ChoicePicker::finish() {
     if (typed_ == Typed::Nothing)
         return true;
     const QString typed = lineEdit()->text().trimmed();
-    const int match = typed.isEmpty() || isUntouched() ? shown_ : onlyMatch(typed);
+    Typed otherwise = Typed::Nothing;
+    const int match = typed.isEmpty() || isUntouched() ? shown_ : onlyMatch(typed, otherwise);
+    closeLists();
     if (match >= 0 || typed.isEmpty())
         choose(match);
+    else
+        setTyped(otherwise);
     return typed_ == Typed::Nothing;
 }
 
-/// A name or a whole text goes before a label, and that before what is found in the middle. @return -1, marked, for
-/// none or several
-int ChoicePicker::onlyMatch(const QString& typed) {
+/// A name or a whole text goes before a label, and that before what is found in the middle. @param otherwise what
+/// the text amounts to if it is not one choice
+int ChoicePicker::onlyMatch(const QString& typed, Typed& otherwise) const {
     const auto isSame = [&](QStringView text) { return text.compare(typed, Qt::CaseInsensitive) == 0; };
     const std::function<bool(const QString&)> degrees[] = {
         [&](const QString& choice) { return isSame(choice) || isSame(QStringView(choice).left(choice.indexOf(u':'))); },
@@ -159,10 +163,10 @@ int ChoicePicker::onlyMatch(const QString& typed) {
             continue;
         if (std::find_if(first + 1, choices_.end(), fits) == choices_.end())
             return static_cast<int>(first - choices_.begin());
-        setTyped(Typed::SeveralChoices);
+        otherwise = Typed::SeveralChoices;
         return -1;
     }
-    setTyped(Typed::NoChoice);
+    otherwise = Typed::NoChoice;
     return -1;
 }
 
@@ -213,10 +217,12 @@ void ChoicePicker::leave(const QWidget* now) {
     if (belongsTo(this, now) || (completer() && belongsTo(completer()->popup(), now)))
         return;
     closeLists();
-    if (typed_ != Typed::Nothing && onLeft)
-        onLeft();
-    else if (typed_ == Typed::Nothing)
+    const bool aside = !now || now->inherits("QMenuBar") || now->inherits("QMenu");
+    Typed otherwise = Typed::Nothing;
+    if (typed_ == Typed::Nothing)
         lineEdit()->setCursorPosition(0);
+    else if (onLeft && (!aside || onlyMatch(lineEdit()->text().trimmed(), otherwise) >= 0))
+        onLeft();
 }
 
 /// What was typed in a field that can't be used counts for nothing.

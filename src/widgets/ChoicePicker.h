@@ -20,7 +20,8 @@ public:
     /// taken
     std::function<bool(int key)> onKey;
     /// The field was left, by whatever way, with something typed in it: finish() is to be called once the control that
-    /// takes the focus has got it.
+    /// takes the focus has got it. Who only turns to another window or a menu is not through with half a word: then it
+    /// is called for what can be taken.
     std::function<void()> onLeft;
 
     void setChoices(const QStringList& choices);
@@ -60,7 +61,7 @@ private:
     int roomForText() const;
     void choose(int index);
     void chooseTyped();
-    int onlyMatch(const QString& typed);
+    int onlyMatch(const QString& typed, Typed& otherwise) const;
     void setTyped(Typed typed);
     void leave(const QWidget* now);
     void closeLists();

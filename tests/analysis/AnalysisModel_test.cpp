@@ -219,10 +219,10 @@ TEST_F(Analysis, SaysInPlainWordsWhatTheEngineHasAgainstAFilter) {
              {u"V8=1"_s,
               {u"Gezählt wurde kein Fall: V8 hat Texte und wird im Filter mit einer Zahl verglichen. Texte "
                "stehen in Anführungszeichen."_s}},
-             {u"V7 IN ('x')"_s,
-              {u"Gezählt wurde kein Fall: V7 hat Zahlen und wird im Filter mit einem Text verglichen."_s}},
+             {u"V7 IN ('x')"_s, {u"V7 hat Zahlen: mit einem Text im Filter stimmt keine überein."_s}},
              {u"V7='7'"_s, {}},
-             {u"V7 = 'x' OR V7=1"_s, {}}}) {
+             {u"V7 = 'x' OR V7=1"_s, {u"V7 hat Zahlen: mit einem Text im Filter stimmt keine überein."_s}},
+             {u"V8=1 OR V7=1"_s, {}}}) {
         model_.edit().chooseFilterText(filter);
         EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed);
         EXPECT_EQ(model_.result().notes(), note);

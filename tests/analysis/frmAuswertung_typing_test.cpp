@@ -189,6 +189,25 @@ TEST_F(AnalysisTyping, WhatIsNoChoiceStaysMarkedAndStopsTheRun) {
         EXPECT_EQ(picker->accessibleDescription(), QString());
     }
     EXPECT_EQ(asker.boxes.size(), cases.size());
+    // An entry is none of the choice before; and who looks something up elsewhere comes back to half a word.
+    press(u"Option5"_s);
+    into(u"dbcVariableUni"_s);
+    keys(u"GEW"_s);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    settle();
+    EXPECT_TRUE(the<ChoicePicker>(u"dbcVariableUni"_s)->lineEdit()->actions().isEmpty());
+    window->activateWindow();
+    settle();
+    into(u"cmd_AddTrend"_s);
+    press(u"cmd_AddTrend"_s);
+    EXPECT_TRUE(request().lst_TrendVars.isEmpty());
+    EXPECT_EQ(asker.boxes.size(), cases.size() + 1);
+    asker.boxes.pop_back();
+    key(Qt::Key_Escape);
+    press(u"Option2"_s);
+    press(u"Option3(3)"_s);
     // What can't be used any more stops nothing.
     into(u"dbcVarGewicht_1Uni"_s);
     keys(u"XX"_s);

@@ -51,11 +51,11 @@ TEST(ImportRules, NamesBecomeUniqueVariablesAndPlainFields) {
     }
 }
 
-TEST(ImportRules, FiltersNameOnlyWordsOfPlainLetters) {
+TEST(ImportRules, FiltersNameWordsOfPlainLettersWithoutBrackets) {
     for (const QString& good : {u"V7"_s, u"_x"_s, u"age-2"_s})
-        EXPECT_TRUE(filterCanName(good)) << good.toStdString();
+        EXPECT_TRUE(isFilterWord(good)) << good.toStdString();
     for (const QString& bad : {u"größe"_s, u"7V"_s, u"a.b"_s, u"or"_s, u"Not"_s})
-        EXPECT_FALSE(filterCanName(bad)) << bad.toStdString();
+        EXPECT_FALSE(isFilterWord(bad)) << bad.toStdString();
 }
 
 TEST(ImportRules, MissingCodesTakeOneOfFiveShapes) {

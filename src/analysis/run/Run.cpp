@@ -366,8 +366,8 @@ bool Run::count(const QString& sql) {
     if (ofFilter)
         return refuseFilter(*ofFilter, sql);
     ui::asker().setPointer(ui::Pointer::Wait);
-    if (counts_ && counts_->Eof() && round_.facts.userFilter)
-        noteHopelessComparisons();
+    if (counts_ && round_.facts.userFilter)
+        noteHopelessComparisons(counts_->Eof());
     return counts_ || clearAndEnd(); // reported already
 }
 

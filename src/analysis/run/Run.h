@@ -96,7 +96,7 @@ private:
     std::optional<dao::Error> failureOf(const QString& condition, const ExtraJoins& joins) const;
     static bool isOfUnknownName(const dao::Error& error);
     bool isOfFilter(const dao::Error& error) const;
-    void noteHopelessComparisons();
+    void noteHopelessComparisons(bool noneCounted);
     bool refuseFilter(const dao::Error& error, const QString& statement);
 
     // ---- tables

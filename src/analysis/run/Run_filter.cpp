@@ -92,11 +92,15 @@ bool Run::refuseFilter(const dao::Error& error, const QString& statement) {
     return clearAndEnd();
 }
 
-/// Where nothing was counted: what the filter compares a variable with that none of its values can be.
-void Run::noteHopelessComparisons() {
+/// What the filter compares a variable with that none of its values can be. Texts may be numbers: where some were
+/// counted, nothing is said of them.
+void Run::noteHopelessComparisons(bool noneCounted) {
     const dao::KeptErrors kept;
     try {
         for (const ParsedFilter::Comparison& compared : parseFilter(r_.txtFilter).comparisons) {
+            const bool isNumber = dao::textToNumber(compared.value).has_value();
+            if (compared.text ? isNumber : !noneCounted)
+                continue;
             const std::optional<VariablePlace> place = findPlace(compared.variable);
             if (!place)
                 continue;
@@ -106,17 +110,12 @@ void Run::noteHopelessComparisons() {
             });
             if (column == columns.end() || dao::isTextType(column->type) == compared.text)
                 continue;
-            bool isNumber = false;
-            QString(compared.value).replace(u',', u'.').toDouble(&isNumber);
-            if (!compared.text)
-                notes_.push_back(
-                    {u"Gezählt wurde kein Fall: %1 hat Texte und wird im Filter mit einer Zahl verglichen. "
-                     "Texte stehen in Anführungszeichen."_s,
-                     compared.variable});
-            else if (!isNumber)
-                notes_.push_back(
-                    {u"Gezählt wurde kein Fall: %1 hat Zahlen und wird im Filter mit einem Text verglichen."_s,
-                     compared.variable});
+            const TableNote note{compared.text ? u"%1 hat Zahlen: mit einem Text im Filter stimmt keine überein."_s
+                                               : u"Gezählt wurde kein Fall: %1 hat Texte und wird im Filter mit einer "
+                                                 "Zahl verglichen. Texte stehen in Anführungszeichen."_s,
+                                 compared.variable};
+            if (std::ranges::find(notes_, note) == notes_.end())
+                notes_.push_back(note);
         }
     } catch (const dao::Error&) {
         return; // a note that can't be made is none
