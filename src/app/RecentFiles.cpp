@@ -22,6 +22,16 @@ void RecentFiles::SetRecentFiles(const QString& file) {
     QStringList files = GetRecentFiles();
     files.removeIf([&](const QString& other) { return isSameFile(other, file); });
     files.prepend(file);
+    store(files);
+}
+
+void RecentFiles::RemoveRecentFile(const QString& file) {
+    QStringList files = GetRecentFiles();
+    if (files.removeIf([&](const QString& other) { return isSameFile(other, file); }) > 0)
+        store(files);
+}
+
+void RecentFiles::store(const QStringList& files) const {
     CProfile profile;
     for (int place = 1; place <= places; ++place)
         profile.SetRegistryEntry(RootKey, RegistryPath, nameOf(place), files.value(place - 1), Registry::String);

@@ -16,4 +16,9 @@ public:
     /// forgotten.
     void SetRecentFiles(const QString& file);
     QStringList GetRecentFiles() const;
+    /// Takes a file out that turned out to be no catalogue; one that is gone may come back.
+    void RemoveRecentFile(const QString& file);
+
+private:
+    void store(const QStringList& files) const;
 };

@@ -77,10 +77,12 @@ void frmMain::showStartPage() {
 /// Tells of a file that is no catalogue before anything is closed for it, and offers to import one that can be.
 /// @return true if it is not to be opened
 bool frmMain::refuses(const QString& file) {
-    const FileKind kind = mdDataBase::fileExists(file) ? kindOfFile(file) : FileKind();
+    const FileKind kind = mdDataBase::fileExists(file) ? kindOfFile(file, true) : FileKind();
     const QString words = refusalOf(file, kind);
     if (words.isEmpty())
         return false;
+    recent_.RemoveRecentFile(file);
+    InitFileMenu();
     if (!kind.canBeImported || VdxProcess::program().isEmpty()) {
         ui::asker().messageBox({.text = words, .icon = ui::Icon::Exclamation});
         return true;

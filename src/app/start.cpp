@@ -41,7 +41,11 @@ qint16 Main::OpenDefDB() {
         gOptions.*member = storedSetting(optionOf(member).key.toString(), QString()).toString();
     if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
         return 0;
-    return mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
+    const QString file = Paths::join(gOptions.DatabasePath, gOptions.DatabaseName);
+    if (!gOptions.ReopenCatalogue)
+        return mdDataBase::OpenLastDataBase(file);
+    // What was opened by hand opens as it did then, also without options of its own.
+    return mdDataBase::fileExists(file) ? mdDataBase::OpenQXDatabase(file) : qint16{0};
 }
 
 void Main::rememberCatalogue(const QString& file) {

@@ -105,7 +105,9 @@ void OptionsModel::load() {
 void OptionsModel::restoreDefaults(const QStringList& controls) {
     const Options fresh = freshOptions();
     for (const OptionDescriptor* option : shown())
-        if (controls.contains(option->control.name.toString()))
+        // A path has no default of the program's own, and finding it again is work.
+        if (controls.contains(option->control.name.toString()) &&
+            (option->control.form != Form::Path || !optionText(fresh, *option, false).isEmpty()))
             takeFrom(fresh, *option);
     if (controls.contains(startWindowBox))
         setValue(startWindowBox, u"0"_s);

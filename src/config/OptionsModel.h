@@ -34,7 +34,8 @@ public:
     /// What is wrong with the folder or file that a field of paths names, in the user's language; empty for one that is
     /// there and for an empty field.
     QString faultOf(const QString& control) const;
-    /// Gives the controls named the values of a fresh installation; nothing is in force before apply().
+    /// Gives the controls named the values of a fresh installation, but for paths that it leaves open; nothing is in
+    /// force before apply().
     void restoreDefaults(const QStringList& controls);
 
     /// Normalises the paths, takes the values over into the options in force in the order of shown(), then writes

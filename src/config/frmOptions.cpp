@@ -76,6 +76,7 @@ void frmOptions::showOptionsAt(QWidget* parent, QString Options::*path, const QS
         if (window->model_.value(field).isEmpty())
             window->take(field, proposal);
         window->goTo(field);
+        window->led_ = true;
     }
     window->exec();
 }
@@ -240,7 +241,12 @@ void frmOptions::showSamples() {
 /// A path that leads nowhere is marked in its field and in words below it.
 void frmOptions::showFaults() {
     for (const QString& name : OptionsModel::controlsOf(OptionControl::Form::Path)) {
-        const QString words = model_.faultOf(name);
+        // A folder far away is asked for once for each text, not with every change of the dialog.
+        const QString asked =
+            model_.value(name) + u'\n' + model_.value(OptionsModel::controlOf(&Options::DatabasePath));
+        if (!faults_.contains(name) || faults_[name].first != asked)
+            faults_[name] = {asked, model_.faultOf(name)};
+        const QString words = faults_[name].second;
         auto* field = findChild<QLineEdit*>(name);
         auto* label = findChild<QLabel*>(faultLabelOf(name));
         markFault(*field, !words.isEmpty());
@@ -310,7 +316,7 @@ void frmOptions::cmdDefaults_Click() {
 /// The next time it opens on the page that it is left on.
 void frmOptions::done(int result) {
     const QString page = QString::number(tbsOptions_->currentIndex());
-    if (storedSetting(SettingsKeys::optionsPage, u"0"_s).toString() != page)
+    if (!led_ && storedSetting(SettingsKeys::optionsPage, u"0"_s).toString() != page)
         CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::optionsPage, page);
     QDialog::done(result);
 }

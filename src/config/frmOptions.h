@@ -4,6 +4,7 @@
 #include "widgets/Form.h"
 
 #include <QDialog>
+#include <QHash>
 
 class QAbstractButton;
 class QTabWidget;
@@ -43,6 +44,8 @@ private:
     OptionsModel model_;
     QTabWidget* tbsOptions_ = nullptr;
     bool showing_ = false;
+    bool led_ = false; ///< to a field by the program: the page is not one that somebody was on
+    QHash<QString, std::pair<QString, QString>> faults_; ///< of a path field: what was looked at, and what is wrong
 
     void resizeToContent();
     void fillLists();

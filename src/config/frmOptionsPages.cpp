@@ -17,10 +17,25 @@
 #include <QSpinBox>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A number that the wheel changes only where the keyboard is: a page that is scrolled changes nothing.
+class NumberBox : public QSpinBox {
+public:
+    NumberBox() { setFocusPolicy(Qt::StrongFocus); }
+
+protected:
+    void wheelEvent(QWheelEvent* event) override {
+        if (hasFocus())
+            QSpinBox::wheelEvent(event);
+        else
+            event->ignore();
+    }
+};
 
 /// One page while it is being filled, group by group and row by row.
 class Page {
@@ -111,7 +126,7 @@ private:
     }
 
     void number(const OptionControl& control, const QString& name, const QString& label) {
-        auto* field = new QSpinBox;
+        auto* field = new NumberBox;
         field->setObjectName(name);
         field->setRange(control.least, control.most);
         field->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

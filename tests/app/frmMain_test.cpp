@@ -145,6 +145,7 @@ TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
     action(u"mnuFileMRU(1)"_s)->trigger();
     EXPECT_TRUE(asker.lastText().contains(u"ist eine Falldatei"_s)) << "refused before anything is closed";
     EXPECT_EQ(gDatabase.Database(), path);
+    EXPECT_EQ(RecentFiles{.RegistryPath = SettingsKeys::user}.GetRecentFiles(), QStringList{path});
     asker.answer(ui::Answer::Yes).file(cases);
     press(u"ODB"_s);
     EXPECT_EQ(panel(), u"Keine Datenbankdateiauswahl"_s);

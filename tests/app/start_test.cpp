@@ -112,6 +112,12 @@ TEST_F(StartAndStop, TheCatalogueOpenedLastOpensAgainUnlessTheOptionsHoldToAnoth
     dialog.setValue(u"txtDatabaseName"_s, u"zwei.mdb"_s);
     ASSERT_TRUE(dialog.apply());
     EXPECT_EQ(nextStart(), u"zwei.mdb"_s) << "what was set there holds";
+    const dao::DatabasePtr bare = dao::DBEngine::instance().OpenDatabase(second.path());
+    bare->TableDefs().Delete(u"tsys_Options"_s);
+    bare->Close();
+    EXPECT_EQ(nextStart(), u"zwei.mdb"_s) << "without options of its own, too, and without a word";
+    EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+    asker.boxes.clear();
     gOptions.ReopenCatalogue = false;
     Main::rememberCatalogue(first.path());
     EXPECT_EQ(nextStart(), u"zwei.mdb"_s);

@@ -247,6 +247,12 @@ TEST_F(OptionsDialog, OpensOnThePageThatItWasLeftOnAndAPageGetsItsDefaultsBackAl
     EXPECT_EQ(gOptions.MaxItems, 7) << "nothing is in force yet";
     click(u"cmdApply"_s);
     EXPECT_TRUE(gOptions.MaxItems == 20 && gOptions.GraphColor && !gOptions.Landscape);
+    of<QTabWidget>(u"tbsOptions"_s)->setCurrentIndex(0);
+    of<QLineEdit>(u"txtDataPath"_s)->setText(u"/srv/daten"_s);
+    of<QCheckBox>(u"chkReopenCatalogue"_s)->setChecked(false);
+    click(u"cmdDefaults"_s);
+    EXPECT_TRUE(of<QCheckBox>(u"chkReopenCatalogue"_s)->isChecked());
+    EXPECT_EQ(of<QLineEdit>(u"txtDataPath"_s)->text(), u"/srv/daten"_s) << "a path has no default";
     of<QTabWidget>(u"tbsOptions"_s)->setCurrentIndex(5);
     of<QRadioButton>(u"optWeight(1)"_s)->click();
     click(u"cmdDefaults"_s);

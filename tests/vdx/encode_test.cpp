@@ -33,3 +33,19 @@ TEST(Encode, MissingCodesOfTextsAreMissingInTheFrequencyTable) {
     // Behind a blank it is no name of a variable.
     EXPECT_EQ(runVdx(QStringList(import) << u"--encode"_s << u"CNTRY"_s).status, 2);
 }
+
+TEST(ImportProgress, IsToldInLinesOfWholePercentOnlyWhereItIsAskedFor) {
+    const VdxHome home;
+    SurveyFileMaker maker;
+    maker.text("A", 2, "a");
+    maker.write(home.path(u"a.sav"_s), {{"x"}, {"y"}});
+    const QStringList import{u"import"_s, home.path(u"cat.mdb"_s), home.path(u"a.sav"_s), u"--study"_s,
+                             u"A"_s,      u"--replace"_s};
+    const VdxResult silent = runVdx(import), told = runVdx(QStringList(import) << u"--progress"_s);
+    EXPECT_EQ(silent.err, QString());
+    EXPECT_EQ(told.out, silent.out);
+    const QStringList lines = told.err.split(u'\n', Qt::SkipEmptyParts);
+    EXPECT_FALSE(lines.isEmpty());
+    for (const QString& line : lines)
+        EXPECT_TRUE(QRegularExpression(u"^progress (\\d\\d?|100)$"_s).match(line).hasMatch()) << line.toStdString();
+}
