@@ -131,7 +131,10 @@ void frmExplorerList::filterChanged() {
     const std::vector<int> selected = selectedPositions();
     const int current = currentPosition();
     const bool wasEmpty = model_.list.rows.empty();
-    model_.setFilter(txtQuickFilter_->text());
+    {
+        const BusyScope reading;
+        model_.setFilter(txtQuickFilter_->text());
+    }
     orderChanged(selected, current);
     if (wasEmpty)
         lvListView_->fitColumns();

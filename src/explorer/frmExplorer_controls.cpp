@@ -1,5 +1,6 @@
 #include "explorer/frmExplorer.h"
 
+#include "app/globals.h"
 #include "explorer/frmExplorerList.h"
 #include "explorer/frmExplorerTree.h"
 #include "explorer/iconNames.h"
@@ -105,7 +106,10 @@ void frmExplorer::connectControls() {
                                                                   : Place::Elsewhere;
         // The texts are read before the first key needs them.
         if (now == list_->filter())
-            onGesture([this] { model_.prepareFilter(); });
+            onGesture([this] {
+                const BusyScope reading; // of a large view it takes a while, with event turns
+                model_.prepareFilter();
+            });
     });
 }
 

@@ -78,6 +78,8 @@ void ContextMenu::addCommands(QMenu& menu, const QStringList& names) {
 }
 
 void ContextMenu::addButton(QMenu& menu, QAbstractButton& button) {
+    if (!button.isVisible())
+        return;
     QAction* entry = menu.addAction(button.icon(), button.text());
     entry->setEnabled(button.isEnabled());
     entry->setToolTip(button.toolTip());

@@ -22,7 +22,7 @@ public:
     /// Adds entries of the main window's menu by their names, an empty one for a line between them. Those without a
     /// function yet are left out.
     static void addCommands(QMenu& menu, const QStringList& names);
-    /// Adds an entry that presses a button.
+    /// Adds an entry that presses a button; none for one that is out of sight.
     static void addButton(QMenu& menu, QAbstractButton& button);
 
 protected:

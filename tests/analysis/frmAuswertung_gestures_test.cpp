@@ -3,6 +3,8 @@
 #include "catalogue/CDaoDatabase.h"
 
 #include <QAbstractItemModel>
+#include <QHash>
+#include <QMenu>
 #include <QSignalSpy>
 #include <memory>
 
@@ -48,6 +50,27 @@ TEST_F(AnalysisGestures, ListsOfVariablesAreFilledForAnotherStudyAndByNoOtherGes
               QStringList());
     EXPECT_EQ(the<ChoicePicker>(u"dbcVarGewicht_1"_s)->currentText(), u"GEWREP");
     EXPECT_TRUE(asker.boxes.empty()) << asker.lastText().toStdString();
+}
+
+TEST_F(AnalysisGestures, TheTablesMenuPressesTheButtonsOfTheTableAndARightClickSelectsNothing) {
+    openTable();
+    auto* grid = the<ResultTableView>(u"mfgGrid"_s);
+    selectCell(1, 2);
+    QTest::mouseClick(grid->viewport(), Qt::RightButton, {}, grid->visualRect(grid->model()->index(2, 3)).center());
+    EXPECT_EQ(grid->currentIndex(), grid->model()->index(0, 1));
+    QTest::keyClick(grid, Qt::Key_F10, Qt::ShiftModifier);
+    auto* menu = grid->findChild<QMenu*>(u"mnuContext"_s);
+    ASSERT_TRUE(menu);
+    QHash<QString, QAction*> entries;
+    for (QAction* entry : menu->actions())
+        entries[entry->text().remove(u'&')] = entry;
+    EXPECT_TRUE(entries.contains(u"Tabelle kopieren"_s));
+    EXPECT_FALSE(entries.contains(u"Jetzt neu berechnen"_s)) << "out of sight: there is nothing to compute anew";
+    ASSERT_TRUE(entries.contains(u"Missing setzen/löschen"_s));
+    const QString before = row(1);
+    entries[u"Missing setzen/löschen"_s]->trigger();
+    EXPECT_NE(row(1), before);
+    menu->close();
 }
 
 TEST_F(AnalysisGestures, AVariableThatARunDoesNotFindAnyMoreIsInNoPickerEither) {
