@@ -52,6 +52,7 @@ TEST(TablePrinter, csvQuotesWhatRfc4180QuotesAndPartsTablesByAnEmptyLine) {
 }
 
 TEST(TablePrinter, whatATableSaysOfItselfStandsBehindItsCellsUnlessTheyAreWantedAlone) {
+    NumberFormat::setDecimalSeparator(u',');
     const QStringList lines{u"Studie: A; \"B\"\r\nC"_s, u"N = 3"_s};
     const QString csv = printed(TablePrinter::Format::Csv, 1, false, lines);
     EXPECT_TRUE(csv.endsWith(u";3\r\n# Titel \"A\"\r\n# Studie: A; \"B\" C\r\n# N = 3\r\n"_s)) << csv.toStdString();

@@ -271,10 +271,10 @@ QString typedValue(const QString& value, bool null) {
 }
 
 QString shellLine(const QStringList& arguments) {
-    static const QRegularExpression named(u"^--[a-z0-9]+="_s);
+    static const QRegularExpression nameOfOption(u"^--[a-z0-9]+="_s);
     QStringList words{u"vdx"_s};
     for (const QString& argument : arguments) {
-        const qsizetype key = named.match(argument).capturedLength();
+        const qsizetype key = nameOfOption.match(argument).capturedLength();
         words << argument.left(key) + shellQuoted(argument.mid(key));
     }
     return words.join(u' ');
