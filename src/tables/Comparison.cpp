@@ -58,6 +58,8 @@ private:
     void add(const dao::Value& value, double count);
     size_t newRow(const dao::Value& value, const QString& text);
     void noteLook(const QString& text);
+    void noteOtherMeaning(const std::vector<QString>& row, const dao::Value& value);
+    void noteOf(const QString& sentence, const QString& value);
     QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
     void place(size_t row, const dao::Value& value, const QString& text);
@@ -106,6 +108,8 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
         if (rows_.size() + 3 >= scanLimit && !std::exchange(warned_, true))
             showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
         row = newRow(value, text);
+    } else {
+        noteOtherMeaning(rows_[row].cells, value);
     }
     total_.add(count);
     if (!isMark(rows_[row].cells[MarkColumn]))
@@ -120,6 +124,38 @@ void ColumnBuilder::noteLook(const QString& text) {
     if (looks_.contains(look))
         table_.addNote(TableNote::ofLookAlikes());
     looks_.insert(look);
+}
+
+/// A row is one value, whatever an entry means by it: a reader who sees one label takes it for that of all.
+void ColumnBuilder::noteOtherMeaning(const std::vector<QString>& row, const dao::Value& value) {
+    if (value.isNull())
+        return;
+    const QString text = value.toText();
+    const bool missing = definition_ && value.isNumeric() && definition_->contains(value.toDouble());
+    if (!(in_.marks && in_.marks->rows.find(text)) && missing != isMark(row[MarkColumn]))
+        noteOf(u"Nicht in allen Einträgen als Missing definiert; es gilt der erste, der den Wert hat: %1"_s, text);
+    const QString shown = dao::foldedText(row[LabelColumn].simplified());
+    if (shown.isEmpty())
+        return;
+    const QString own = dao::foldedText(labelOf(in_.labels, value).value_or(QString()).simplified());
+    const bool same = own.isEmpty() || shown == own || (in_.HeaderValAddVar && shown.startsWith(own + u" ("_s));
+    if (!same && !(in_.HeaderValAddVar && shown.startsWith(u'(')))
+        noteOf(u"Nicht in allen Einträgen dasselbe Label; gezeigt wird das des ersten: %1"_s, text);
+}
+
+/// One line for all values that a sentence is about.
+void ColumnBuilder::noteOf(const QString& sentence, const QString& value) {
+    constexpr qsizetype named = 8;
+    const QString more = u"..."_s;
+    const auto note = std::ranges::find(table_.notes, sentence, &TableNote::sentence);
+    if (note == table_.notes.end()) {
+        table_.notes.push_back({sentence, value});
+        return;
+    }
+    QStringList values = note->about.split(u"; "_s);
+    if (values.last() == more || values.contains(value))
+        return;
+    note->about = (values << (values.size() < named ? value : more)).join(u"; "_s);
 }
 
 QString ColumnBuilder::labelOfNewRow(const dao::Value& value) const {

@@ -33,8 +33,9 @@ struct ComparisonInput {
 ///
 /// The table has a header row, one row per value over all entries in order of number, "Summe", "Gültige Fälle" and a
 /// spare row; it comes in with 4 rows before the first entry. The first entry that brings a value decides its label and
-/// mark. Totals are unrounded sums. `percent` is made anew at each call: valid percent of every entry, from the counts
-/// as displayed. `absolute` becomes a copy of `table`.
+/// mark; a note names the values that another entry labels or defines otherwise. Totals are unrounded sums. `percent`
+/// is made anew at each call: valid percent of every entry, from the counts as displayed. `absolute` becomes a copy of
+/// `table`.
 ///
 /// System-missing and an empty text have a row each. `table`'s `markedBy` says whether the marks of the input decided.
 BuildOutcome BuildComparisonColumn(ResultTable& table, ResultTable& percent, ResultTable& absolute,
