@@ -39,6 +39,7 @@ void RecentFiles::store(const QStringList& files) const {
 
 QStringList RecentFiles::GetRecentFiles() const {
     QStringList files;
+    const Registry::Reading reading;
     CProfile profile;
     for (int place = 1; place <= places; ++place) {
         const QString file =

@@ -1,7 +1,6 @@
 #include "app/frmMain.h"
 
 #include "analysis/AnalysisModel.h"
-#include "app/frmStartPage.h"
 #include "app/frmStatus.h"
 #include "app/globals.h"
 #include "app/start.h"
@@ -54,12 +53,10 @@ QString asCaption(QString text) {
 } // namespace
 
 frmMain::frmMain()
-    : Form(*this, u"frmMain"_s), area_(new ChildArea(this)),
-      startPage_(new frmStartPage([this](const QString& name) { perform(name); }, this)),
-      centre_(new QStackedWidget(this)), tbToolBar_(new QToolBar(this)) {
+    : Form(*this, u"frmMain"_s), area_(new ChildArea(this)), centre_(new QStackedWidget(this)),
+      tbToolBar_(new QToolBar(this)) {
     setWindowTitle(ApplicationInfo::title);
     centre_->addWidget(area_);
-    centre_->addWidget(startPage_);
     setCentralWidget(centre_);
     area_->onActivated = [this] { applyState(); };
     tbToolBar_->setObjectName(u"tbToolBar"_s);
@@ -140,6 +137,9 @@ void frmMain::load() {
     const bool goOn = Main::openingStep([this] { mdLanguage::SetCtrlProps(*this); }) &&
                       Main::openingStep([this] { InitializeForm(); });
     applyState();
+    // Not before it is known that no catalogue opens: then it is not even made.
+    if (!startPage_)
+        showStartPage();
     if (goOn)
         ui::asker().setPointer(ui::Pointer::Default);
 }
@@ -155,7 +155,7 @@ void frmMain::InitializeForm() {
     setChecked(u"mnuViewToolBar"_s, true);
     setChecked(u"mnuViewStatusBar"_s, true);
     placeWindow();
-    InitFormState(0);
+    showState(0);
     helpFile_ = Paths::join(Paths::applicationFolder(), u"Varidex.chm"_s);
     OpenDefDB();
 }
@@ -251,6 +251,12 @@ void frmMain::SaveRcFile(const QString& file) {
 }
 
 void frmMain::InitFormState(int state) {
+    showState(state);
+    showStartPage();
+    ui::asker().setPointer(ui::Pointer::Default);
+}
+
+void frmMain::showState(int state) {
     stateOpen_ = state == 1;
     setWindowTitle(stateOpen_ ? Paths::fileOf(gDatabase.Database()) + u" - "_s + ApplicationInfo::title
                               : ApplicationInfo::title);
@@ -259,8 +265,6 @@ void frmMain::InitFormState(int state) {
     panel1_->setToolTip(plainToolTip(panel1_->text()));
     area_->setHint(TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s));
     applyState();
-    showStartPage();
-    ui::asker().setPointer(ui::Pointer::Default);
 }
 
 frmExplorer* frmMain::activeExplorer() const {

@@ -63,7 +63,8 @@ protected:
 
 private:
     ChildArea* area_;
-    frmStartPage* startPage_;
+    frmStartPage* startPage_ = nullptr; ///< made when it is first to be seen
+
     QStackedWidget* centre_; ///< the start page while no catalogue is open, else the windows
     QToolBar* tbToolBar_;
     QLabel* panel1_;
@@ -106,6 +107,7 @@ private:
     void afterOpening(qint16 state);
     void mnFileClose_Click();
     void InitFormState(int state);
+    void showState(int state);
     void CloseForms() { unloadChildWindows(); }
     void switchLanguage(qint16 language);
     void flipContents();

@@ -62,6 +62,10 @@ void frmMain::showStartPage() {
         centre_->setCurrentWidget(area_);
         return;
     }
+    if (!startPage_) {
+        startPage_ = new frmStartPage([this](const QString& name) { perform(name); }, this);
+        centre_->addWidget(startPage_);
+    }
     frmStartPage::Ways ways;
     for (const QString& file : recentFiles_)
         ways.recent.push_back({file, !mdDataBase::fileExists(file)});

@@ -93,6 +93,7 @@ bool Main::openingStep(const std::function<void()>& step) {
 }
 
 Main::WindowPlace Main::StoredPlace(int screenWidth, int screenHeight) {
+    const Registry::Reading reading;
     return {storedNumber(u"MainLeft"_s, 0), storedNumber(u"MainTop"_s, 0),
             storedNumber(u"MainWidth"_s, qRound(shareOfScreen * screenWidth)),
             storedNumber(u"MainHeight"_s, qRound(shareOfScreen * screenHeight)),

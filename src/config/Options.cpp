@@ -122,6 +122,7 @@ qint32 CLng_me(const QString& value, qint32 byDefault) {
 void OptionsFromRegistry() {
     gErrorTrapping = true;
     const Options defaults;
+    const Registry::Reading reading;
     for (const OptionDescriptor& option : optionDescriptors()) {
         const QString stored = storedSetting(option.key.toString(), optionText(defaults, option, false)).toString();
         if (!setOptionFromText(gOptions, option, stored))

@@ -112,13 +112,21 @@ void ExplorerPanel::arrange(bool stripOnTop, bool assignments, int height) {
 }
 
 void ExplorerPanel::setQuestionFont(const QString& family) {
+    questionFont_ = family;
+    if (isVisible())
+        applyQuestionFont();
+}
+
+/// Finding a font takes a noticeable part of a start, at which no panel is open.
+void ExplorerPanel::applyQuestionFont() {
     QFont font;
-    font.setFamily(family);
+    font.setFamily(questionFont_);
     txtQuestion->setFont(font);
 }
 
-QString ExplorerPanel::questionFont() const {
-    return txtQuestion->font().family();
+void ExplorerPanel::showEvent(QShowEvent* event) {
+    applyQuestionFont();
+    QWidget::showEvent(event);
 }
 
 bool ExplorerPanel::eventFilter(QObject* watched, QEvent* event) {

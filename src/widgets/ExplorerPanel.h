@@ -38,13 +38,16 @@ public:
     void arrange(bool stripOnTop, bool assignments, int height);
     /// Gives the question text a font of that name, in the window's size.
     void setQuestionFont(const QString& family);
-    QString questionFont() const;
+    QString questionFont() const { return questionFont_; }
 
 protected:
+    void showEvent(QShowEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QVBoxLayout* column_;
+    QString questionFont_;
 
+    void applyQuestionFont();
     void jump();
 };

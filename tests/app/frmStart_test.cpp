@@ -28,7 +28,10 @@ protected:
 
     const QString survey = QStringLiteral(VARIDEX_SAMPLES "/daten/SV2018.sav");
 
-    bool isShown() const { return main->findChild<QWidget*>(u"startPage"_s)->isVisible(); }
+    bool isShown() const {
+        const auto* page = main->findChild<QWidget*>(u"startPage"_s);
+        return page && page->isVisible();
+    }
     QCommandLinkButton* way(const QString& name) const { return main->findChild<QCommandLinkButton*>(name); }
     /// In place of vdx, a program that does what the lines say.
     void useScript(const QByteArray& lines) {

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QLockFile>
 #include <QRegularExpression>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -48,22 +49,56 @@ Registry::Entry fromLine(const QString& line) {
     return entry;
 }
 
+struct Loaded {
+    IniFile file;
+    bool readable = false;
+};
+int readings = 0;
+std::map<Registry::Hive, Loaded> kept; ///< what has been read while there is a Reading
+
+void load(Registry::Hive hive, Loaded& loaded) {
+    loaded.readable = loaded.file.load(fileOf(hive));
+}
+
+/// Gives the hive's file to whoever asks it. @return what that one returns
+template<class Ask>
+auto asked(Registry::Hive hive, Ask&& ask) {
+    if (readings == 0) {
+        Loaded loaded;
+        load(hive, loaded);
+        return ask(loaded);
+    }
+    const auto [place, isNew] = kept.try_emplace(hive);
+    if (isNew)
+        load(hive, place->second);
+    return ask(place->second);
+}
+
 } // namespace
 
+Registry::Reading::Reading() {
+    ++readings;
+}
+
+Registry::Reading::~Reading() {
+    if (--readings == 0)
+        kept.clear();
+}
+
 bool Registry::keyExists(Hive hive, const QString& key) {
-    IniFile file;
-    return file.load(fileOf(hive)) && file.hasSection(sectionOf(key));
+    return asked(hive, [&](const Loaded& loaded) { return loaded.readable && loaded.file.hasSection(sectionOf(key)); });
 }
 
 Registry::Outcome Registry::read(Hive hive, const QString& key, const QString& name, Entry& entry) {
-    IniFile file;
-    if (!file.load(fileOf(hive)))
-        return Outcome::Corrupted;
-    const std::optional<QString> line = file.value(sectionOf(key), name);
-    if (!line)
-        return Outcome::NotFound;
-    entry = fromLine(*line);
-    return Outcome::Done;
+    return asked(hive, [&](const Loaded& loaded) {
+        if (!loaded.readable)
+            return Outcome::Corrupted;
+        const std::optional<QString> line = loaded.file.value(sectionOf(key), name);
+        if (!line)
+            return Outcome::NotFound;
+        entry = fromLine(*line);
+        return Outcome::Done;
+    });
 }
 
 Registry::Outcome Registry::write(Hive hive, const QString& key, const QString& name, const Entry& entry) {
@@ -72,6 +107,7 @@ Registry::Outcome Registry::write(Hive hive, const QString& key, const QString& 
         return Outcome::NotFound;
     if (!QDir().mkpath(Paths::folderOf(path)))
         return Outcome::NotWritable;
+    kept.erase(hive);
     // Two programs may write at the same moment; neither may lose the other's value.
     QLockFile lock(path + u".lock"_s);
     if (!lock.tryLock(lockPatience))

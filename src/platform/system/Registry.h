@@ -25,4 +25,14 @@ bool keyExists(Hive hive, const QString& key);
 Outcome read(Hive hive, const QString& key, const QString& name, Entry& entry);
 Outcome write(Hive hive, const QString& key, const QString& name, const Entry& entry);
 
+/// While one lives, a hive's file is read once for all values that are asked for; what is written through here counts
+/// at once. For where many values are read in a row: each asked for alone reads the whole file.
+class Reading {
+public:
+    Reading();
+    ~Reading();
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+};
+
 } // namespace Registry
