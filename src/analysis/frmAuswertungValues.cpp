@@ -72,7 +72,7 @@ QString frmAuswertungValues::variable() const {
 
 /// @param anew the catalogue may say something else than before
 void frmAuswertungValues::showValues(bool anew) {
-    if (gBusy > 0 || AnalysisModel::running())
+    if (AnalysisModel::running())
         return;
     const BoundPicker wanted{model_.request().dbcStudy.value, variable()};
     const bool same = wanted.value == shown_.value && wanted.text == shown_.text;

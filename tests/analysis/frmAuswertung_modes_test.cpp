@@ -5,6 +5,7 @@
 #include "language/mdLanguage.h"
 #include "widgets/VariableListView.h"
 
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QKeySequence>
@@ -310,8 +311,12 @@ TEST_F(AnalysisModes, ATrendGivesAComparisonOverItsWavesInTwoGestures) {
             break;
         }
     settle();
-    window = frmAuswertung::openFrom(explorer);
+    {
+        const BusyScope busy; // as long as the command lasts
+        window = frmAuswertung::openFrom(explorer);
+    }
     window->setAttribute(Qt::WA_DeleteOnClose, false);
+    EXPECT_EQ(the<QGroupBox>(u"fraValues"_s)->title(), u"Werte: LZUFR");
     EXPECT_EQ(model().request().mode, AnalysisMode::Comparison);
     EXPECT_EQ(model().request().txtTitle, u"Lebenszufriedenheit (gewichtet)");
     EXPECT_EQ(listed(u"lst_TrendVars"_s).size(), 3);
