@@ -252,8 +252,8 @@ void frmAuswertungCases::checkFilter() {
 void frmAuswertungCases::showFilterCheck(const FilterResult& result) {
     const QString words = result.objection() + result.notice();
     txtFilter_->markSpot(static_cast<int>(result.position), words.isEmpty() ? 0 : static_cast<int>(result.length));
-    lblFilterCheck_->setText(words);
-    lblFilterCheck_->setVisible(!words.isEmpty());
+    // One line is kept for the words, so that nothing moves while one types.
+    lblFilterCheck_->setText(words.isEmpty() ? u" "_s : words);
     txtFilter_->setAccessibleDescription(words);
 }
 
