@@ -25,6 +25,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -42,6 +43,7 @@
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <functional>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
@@ -63,6 +65,8 @@ void useDarkPalette() {
     dark.setColor(QPalette::Link, QColor(120, 175, 235));
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         dark.setColor(QPalette::Disabled, role, QColor(140, 143, 148));
+    // As it is done for the colours that come from the desktop.
+    QApplication::style()->polish(dark);
     QApplication::setPalette(dark);
 }
 
@@ -168,6 +172,11 @@ public:
         for (const QChar c : u"SV2022"_s)
             press(study, 0, QString(c));
         take(dialog, u"import2"_s);
+        press(study, 0, u"B"_s);
+        in<QPushButton>(dialog, u"cmdImport"_s).click();
+        auto& open = in<QPushButton>(dialog, u"cmdOpen"_s);
+        waitUntil([&] { return open.isVisible(); }, 30000);
+        take(dialog, u"import3"_s);
     }
 
     void options() {
@@ -244,6 +253,11 @@ private:
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QCoreApplication::processEvents();
         }
+    }
+
+    static void waitUntil(const std::function<bool()>& done, int milliseconds) {
+        for (QDeadlineTimer end(milliseconds); !done() && !end.hasExpired();)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
 
     void take(QWidget& window, const QString& name) {
@@ -344,7 +358,36 @@ private:
             press(filter, 0, QString(c));
         press(filter, Qt::Key_Escape);
         take(window, u"request"_s);
+        typingFaults(window, opened);
+        filter.setText(QString());
+        for (const QChar c : u"ALTERJ>29"_s)
+            press(filter, 0, QString(c));
+        press(filter, Qt::Key_Escape);
         takeTable(window, opened, u"table"_s);
+        QtAsker asker;
+        ui::Asker* walk = ui::setAsker(&asker);
+        modal(u"copied"_s, [&] { in<QPushButton>(opened, u"cmdCopyTable"_s).click(); });
+        ui::setAsker(walk);
+    }
+
+    /// What is said of a filter that is not finished and of a name that is none.
+    void typingFaults(frmMain& window, Form& opened) {
+        auto& filter = in<QLineEdit>(opened, u"txtFilter"_s);
+        filter.setText(QString());
+        for (const QChar c : u"(ALTERJ>29 AND GESUND<3"_s)
+            press(filter, 0, QString(c));
+        press(filter, Qt::Key_Escape);
+        waitUntil([] { return false; }, 500); // it is looked at after a pause
+        take(window, u"filter-fault"_s);
+        auto& search = in<QComboBox>(opened, u"dbcVariableUni"_s);
+        search.setFocus();
+        search.lineEdit()->selectAll();
+        for (const QChar c : u"LEBEN"_s)
+            press(search, 0, QString(c));
+        press(search, Qt::Key_Return);
+        take(window, u"name-fault"_s);
+        press(search, Qt::Key_Escape);
+        filter.setFocus();
     }
 
     /// Two variables of a study crossed, in counts and in percentages of the columns.
