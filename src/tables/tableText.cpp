@@ -152,6 +152,7 @@ QString percentBaseText(const ResultTable& table) {
 QString groupsText(const ResultTable& table) {
     QStringList groups;
     for (const RowGroup& group : table.groups)
-        groups << table.shownCell(0, group.row);
+        if (!group.label.isEmpty() || group.missing)
+            groups << table.shownCell(0, group.row);
     return groups.isEmpty() ? QString() : TranslateText(u"Gruppen:"_s) + u' ' + groups.join(u"; "_s);
 }

@@ -36,5 +36,5 @@ QString htmlPage(const QString& title, const ResultTable& table, const QStringLi
 /// What a table of percentages is of, with the number of cases behind each 100 percent; empty for counts. In the
 /// language in force.
 QString percentBaseText(const ResultTable& table);
-/// The groups of a table with their labels, in a sentence; empty without any.
+/// The groups of a table that have a label or are missing, in a sentence; empty without any.
 QString groupsText(const ResultTable& table);
