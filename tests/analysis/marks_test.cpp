@@ -368,6 +368,36 @@ TEST_F(HandMarks, EndWithARequestThatHasChanged) {
     EXPECT_EQ(rows(), (QStringList{u"SYSMIS"_s, u"9"_s}));
 }
 
+/// Of a value's row the first entry that brings it decides, so the others' definitions alone would be untrue of it.
+TEST_F(HandMarks, OfAComparisonSayWhereAnEarlierEntryHasDecidedAgainstADefinition) {
+    ask(AnalysisMode::Comparison);
+    model_.comparison().addVariable(u"QX1919"_s, u"V7"_s); // 1 and 2 only
+    model_.edit().change(RequestPart::Entries, [](AnalysisRequest& r) {
+        r.lst_TrendVars[1] = r.lst_TrendVars[0];
+        r.lst_TrendVars[0].column[ComparisonEntry::Missing] = u"2"_s;
+        r.lst_TrendVars[1].column[ComparisonEntry::Missing] = u"9"_s;
+        r.lst_TrendVars[2].column[ComparisonEntry::Missing].clear();
+        r.lst_TrendVars[1].column[ComparisonEntry::Filter] = u"V7=1"_s;
+        r.lst_TrendVars[1].column[ComparisonEntry::FilterInfo] = u"user"_s;
+    });
+    EXPECT_EQ(model_.changeTab(1), RunOutcome::Computed) << asker_.lastText().toStdString();
+    const auto endOf = [this](int entry) {
+        return standsOn(*model_.result().facts).value(entry).section(u" · "_s, -1);
+    };
+    EXPECT_EQ(endOf(0), u"Missing-Definition: 2"_s);
+    EXPECT_EQ(endOf(1), u"Missing-Definition: 9 (nach einem früheren Eintrag ausgeschlossen: 2, nach einem früheren "
+                        "Eintrag gültig: 9)"_s);
+    EXPECT_EQ(endOf(2), u"Missing-Definition: nach einem früheren Eintrag ausgeschlossen: 2"_s);
+    // As typed: whoever reads it knows no tables.
+    EXPECT_TRUE(standsOn(*model_.result().facts).value(1).contains(u"Filter: V7=1 ·"_s));
+    // What a hand has decided is said of all of them, in a line of its own.
+    clickRow(u"2"_s);
+    calculate();
+    EXPECT_EQ(endOf(0), u"Missing-Definition: von Hand gültig: 2"_s);
+    EXPECT_EQ(endOf(2), u"Missing-Definition: 9 (nach einem früheren Eintrag gültig: 9)"_s);
+    EXPECT_EQ(endOf(3), u"Missing-Definition: ohne Definition"_s);
+}
+
 TEST_F(HandMarks, AComparisonIsWholeOnlyAfterItsLastEntry) {
     ask(AnalysisMode::Comparison);
     // Turns come before each entry's counts and with each row of its column: the second column is under way.

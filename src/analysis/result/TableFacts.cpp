@@ -28,8 +28,7 @@ QString spaced(const QString& name, const QString& value) {
 QString filterPhrase(const TableFacts::Round& round) {
     if (!round.part.isEmpty())
         return spaced(TranslateText(u"Filter:"_s), round.part);
-    return spaced(TranslateText(u"Filter:"_s),
-                  round.filterSql.isEmpty() ? TranslateText(u"keiner"_s) : round.filterSql);
+    return spaced(TranslateText(u"Filter:"_s), round.filter.isEmpty() ? TranslateText(u"keiner"_s) : round.filter);
 }
 
 QString weightPhrase(const TableFacts::Round& round) {
@@ -67,6 +66,31 @@ QString missingPhrase(const TableFacts& facts) {
     return missingWords(QString(), facts.handRows);
 }
 
+/// The first entry that brings a value decides about its row, and the user above all of them.
+void noteEntryMarks(TableFacts& facts, const ResultTable& marked, const AxisMarks& rows, bool byHand) {
+    const auto definitionOf = [&](size_t entry, int place) -> std::optional<QString> {
+        const int column = marked.shape.columns.first + static_cast<int>(entry);
+        const bool brings = !marked.Cell(column, marked.shape.rows.first + place).isEmpty();
+        return brings ? std::optional(facts.rounds[entry].dtMissing) : std::nullopt;
+    };
+    if (byHand)
+        facts.handRows = handMarks(rows, [&](int place) -> std::optional<QString> {
+            for (size_t entry = 0; entry < facts.rounds.size(); ++entry)
+                if (const std::optional<QString> definition = definitionOf(entry, place))
+                    return definition;
+            return QString();
+        });
+    const auto isByHand = [&](const ValueMark& mark) {
+        return std::ranges::any_of(
+            facts.handRows, [&](const ValueMark& hand) { return hand.null == mark.null && hand.value == mark.value; });
+    };
+    for (size_t entry = 0; entry < facts.rounds.size(); ++entry) {
+        ValueMarks& byEarlier = facts.rounds[entry].byEarlier;
+        byEarlier = handMarks(rows, [&](int place) { return definitionOf(entry, place); });
+        std::erase_if(byEarlier, isByHand);
+    }
+}
+
 /// One line for each entry of a comparison. What the user has marked holds for all of them.
 QStringList entriesStandOn(const TableFacts& facts) {
     QStringList lines;
@@ -75,7 +99,7 @@ QStringList entriesStandOn(const TableFacts& facts) {
     for (const TableFacts::Round& round : facts.rounds) {
         QStringList phrases{round.study + u", "_s + round.variable, filterPhrase(round), weightPhrase(round)};
         phrases << casesPhrase(round.cases)
-                << spaced(TranslateText(u"Missing-Definition:"_s), missingWords(round.dtMissing, {}));
+                << spaced(TranslateText(u"Missing-Definition:"_s), missingWords(round.dtMissing, {}, round.byEarlier));
         lines << phrases.join(u" · "_s);
     }
     return lines;
@@ -164,25 +188,16 @@ QStringList standsOn(const TableFacts& facts) {
     return {phrases.join(u" · "_s)};
 }
 
-void noteHandMarks(TableFacts& facts, const ResultTable& marked) {
+void noteMarks(TableFacts& facts, const ResultTable& marked) {
     const AnalysisRequest& r = facts.request;
     const Marks marks = Marks::of(marked);
-    const bool flip = r.flipInForce();
-    const auto first = [&](int) { return flip ? r.dtMissing2 : r.dtMissing; };
-    const auto second = [&](int) { return flip ? r.dtMissing : r.dtMissing2; };
-    // Of a comparison the first entry that brings a value decides.
-    const auto ofEntry = [&](int place) {
-        for (size_t entry = 0; entry < facts.rounds.size(); ++entry)
-            if (!marked.Cell(marked.shape.columns.first + static_cast<int>(entry), marked.shape.rows.first + place)
-                     .isEmpty())
-                return facts.rounds[entry].dtMissing;
-        return QString();
-    };
-    if (r.mode == AnalysisMode::Comparison)
-        facts.handRows = handMarks(marks.rows, ofEntry);
-    else
-        facts.handRows = handMarks(marks.rows, first);
-    facts.handColumns = handMarks(marks.columns, second);
+    const bool flip = r.flipInForce(), byHand = marked.markedBy == Marks::By::Hand;
+    if (r.mode == AnalysisMode::Comparison) {
+        noteEntryMarks(facts, marked, marks.rows, byHand);
+    } else if (byHand) {
+        facts.handRows = handMarks(marks.rows, [&](int) { return flip ? r.dtMissing2 : r.dtMissing; });
+        facts.handColumns = handMarks(marks.columns, [&](int) { return flip ? r.dtMissing : r.dtMissing2; });
+    }
 }
 
 QString stateText(TableState state) {

@@ -12,11 +12,13 @@ struct TableFacts {
     /// The cases of one round; a comparison has one for each entry.
     struct Round {
         QString study, variable, weight;
-        QString filterSql;  ///< the user's filter as the engine was given it
-        QString lostFilter; ///< the end of the filter that counted for nothing
-        QString part;       ///< name and condition of a part of the data set; empty for none
-        QString dtMissing;  ///< definition of the (first) variable
+        QString filter;    ///< the user's filter as it was typed, without an end that counted for nothing
+        QString part;      ///< name and condition of a part of the data set; empty for none
+        QString dtMissing; ///< definition of the (first) variable
         StatedCases cases;
+        /// Of a comparison: where its rows are marked otherwise than the entry's own definition has it, since the first
+        /// entry that brings a value decides.
+        ValueMarks byEarlier{};
     };
 
     AnalysisRequest request;
@@ -55,6 +57,6 @@ bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b);
 /// A comparison has a line for each entry.
 QStringList standsOn(const TableFacts& facts);
 /// Notes where the marks of a table that is ready differ from its definitions. @param marked the table with the marks
-void noteHandMarks(TableFacts& facts, const ResultTable& marked);
+void noteMarks(TableFacts& facts, const ResultTable& marked);
 /// A sentence for a table that does not show what is asked for; empty for one that does.
 QString stateText(TableState state);

@@ -20,15 +20,17 @@ QString named(const QString& words, const ValueMarks& marks, bool missing) {
 
 } // namespace
 
-ValueMarks handMarks(const AxisMarks& marks, const std::function<QString(int place)>& definitionOf) {
+ValueMarks handMarks(const AxisMarks& marks, const std::function<std::optional<QString>(int place)>& definitionOf) {
     ValueMarks differing;
     QHash<QString, MissingDefinition> read;
     int place = 0;
     for (const AxisMarks::Value& value : marks.values()) {
-        const QString text = definitionOf(place++);
-        auto definition = read.find(text);
+        const std::optional<QString> text = definitionOf(place++);
+        if (!text)
+            continue;
+        auto definition = read.find(*text);
         if (definition == read.end())
-            definition = read.insert(text, definitionOrNone(text));
+            definition = read.insert(*text, definitionOrNone(*text));
         const dao::Value shown(value.value);
         const bool byDefinition = value.null || (shown.isNumeric() && definition->contains(shown.toDouble()));
         if (byDefinition != value.missing())
@@ -37,10 +39,12 @@ ValueMarks handMarks(const AxisMarks& marks, const std::function<QString(int pla
     return differing;
 }
 
-QString missingWords(const QString& definition, const ValueMarks& byHand) {
-    QStringList hand{named(u"von Hand gesetzt:"_s, byHand, true), named(u"von Hand gültig:"_s, byHand, false)};
-    hand.removeAll(QString());
+QString missingWords(const QString& definition, const ValueMarks& byHand, const ValueMarks& byEarlier) {
+    QStringList others{named(u"von Hand gesetzt:"_s, byHand, true), named(u"von Hand gültig:"_s, byHand, false),
+                       named(u"nach einem früheren Eintrag ausgeschlossen:"_s, byEarlier, true),
+                       named(u"nach einem früheren Eintrag gültig:"_s, byEarlier, false)};
+    others.removeAll(QString());
     if (definition.isEmpty())
-        return hand.isEmpty() ? TranslateText(u"ohne Definition"_s) : hand.join(u", "_s);
-    return hand.isEmpty() ? definition : definition + u" ("_s + hand.join(u", "_s) + u')';
+        return others.isEmpty() ? TranslateText(u"ohne Definition"_s) : others.join(u", "_s);
+    return others.isEmpty() ? definition : definition + u" ("_s + others.join(u", "_s) + u')';
 }

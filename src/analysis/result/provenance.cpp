@@ -33,15 +33,21 @@ QJsonArray valuesOf(const ValueMarks& marks, bool missing) {
     return values;
 }
 
+/// @param by who has decided, as the end of a key
+void insertMarks(QJsonObject& object, const ValueMarks& marks, const QString& by) {
+    for (const auto& [key, set] : {std::pair(u"marked"_s, true), std::pair(u"valid"_s, false)})
+        if (const QJsonArray values = valuesOf(marks, set); !values.isEmpty())
+            object.insert(key + by, values);
+}
+
 /// A variable as the table has it. @param choice "<id_Varname>: <label>"
-QJsonObject variableFacts(const QString& name, const QString& choice, const QString& missing,
-                          const ValueMarks& byHand) {
+QJsonObject variableFacts(const QString& name, const QString& choice, const QString& missing, const ValueMarks& byHand,
+                          const ValueMarks& byEarlier = {}) {
     QJsonObject variable{{u"name"_s, name},
                          {u"label"_s, nameOfChoice(choice).isEmpty() ? choice : choice.mid(name.size() + 2)},
                          {u"missing"_s, orNull(missing)}};
-    for (const auto& [key, set] : {std::pair(u"markedByHand"_s, true), std::pair(u"validByHand"_s, false)})
-        if (const QJsonArray values = valuesOf(byHand, set); !values.isEmpty())
-            variable.insert(key, values);
+    insertMarks(variable, byHand, u"ByHand"_s);
+    insertMarks(variable, byEarlier, u"ByEarlierEntry"_s);
     return variable;
 }
 
@@ -56,9 +62,9 @@ QJsonArray variablesOf(const TableFacts& facts) {
     return variables;
 }
 
-void insertCases(QJsonObject& object, const TableFacts::Round& round, FilterKind kind, const QString& filter) {
-    object.insert(u"filter"_s, kind == FilterKind::FilterUser ? orNull(filter) : QJsonValue());
-    object.insert(u"part"_s, kind == FilterKind::FilterParts ? orNull(round.part) : QJsonValue());
+void insertCases(QJsonObject& object, const TableFacts::Round& round) {
+    object.insert(u"filter"_s, orNull(round.filter));
+    object.insert(u"part"_s, orNull(round.part));
     object.insert(u"weight"_s, orNull(round.weight));
     object.insert(u"n"_s, numberOf(round.cases.all));
     object.insert(u"validN"_s, numberOf(round.cases.valid));
@@ -71,10 +77,9 @@ QJsonArray entriesOf(const TableFacts& facts) {
         const ComparisonEntry& entry = facts.request.lst_TrendVars[static_cast<qsizetype>(i)];
         QJsonObject object{
             {u"study"_s, round.study},
-            {u"variables"_s,
-             QJsonArray{variableFacts(round.variable, entry.at(ComparisonEntry::VarLabel), round.dtMissing, {})}}};
-        insertCases(object, round, round.part.isEmpty() ? FilterKind::FilterUser : FilterKind::FilterParts,
-                    entry.at(ComparisonEntry::Filter));
+            {u"variables"_s, QJsonArray{variableFacts(round.variable, entry.at(ComparisonEntry::VarLabel),
+                                                      round.dtMissing, {}, round.byEarlier)}}};
+        insertCases(object, round);
         entries.append(object);
     }
     return entries;
@@ -125,14 +130,12 @@ QJsonObject provenanceFacts(const TableResult& result) {
     QJsonObject object;
     if (r.mode == AnalysisMode::Comparison) {
         object = {{u"title"_s, r.txtTitle}, {u"entries"_s, entriesOf(facts)}};
-        for (const auto& [key, set] : {std::pair(u"markedByHand"_s, true), std::pair(u"validByHand"_s, false)})
-            if (const QJsonArray values = valuesOf(facts.handRows, set); !values.isEmpty())
-                object.insert(key, values);
+        insertMarks(object, facts.handRows, u"ByHand"_s);
     } else {
         object = {
             {u"study"_s, r.dbcStudy.value}, {u"studyTitle"_s, r.dbcStudy.text}, {u"variables"_s, variablesOf(facts)}};
         for (const TableFacts::Round& round : facts.rounds)
-            insertCases(object, round, r.optFilter, r.txtFilter);
+            insertCases(object, round);
     }
     QJsonObject options;
     for (const OptionDescriptor* option : differingOptions(r.mode, facts.origin.options))

@@ -44,13 +44,6 @@ QString definition(const QString& missing) {
     return missing.isEmpty() ? u"none"_s : missing;
 }
 
-/// The user's filter as it was counted: without an end that counted for nothing.
-QString countedFilter(QString filter, const TableFacts::Round& round) {
-    const QString text = filter.trimmed();
-    return !round.lostFilter.isEmpty() && text.endsWith(round.lostFilter) ? text.chopped(round.lostFilter.size())
-                                                                          : filter;
-}
-
 class CommandWriter {
 public:
     CommandWriter(const TableResult& result, int view) : result_(result), facts_(*result.facts), r_(facts_.request) {
@@ -91,8 +84,8 @@ private:
             options_ << option(u"weight"_s, weight);
         if (r_.optFilter == FilterKind::FilterParts && !r_.dbcParts.isEmpty())
             options_ << option(u"part"_s, r_.dbcParts.value);
-        if (r_.optFilter == FilterKind::FilterUser && !r_.txtFilter.isEmpty())
-            options_ << option(u"filter"_s, countedFilter(r_.txtFilter, facts_.rounds.front()));
+        if (const QString& filter = facts_.rounds.front().filter; !filter.isEmpty())
+            options_ << option(u"filter"_s, filter);
     }
 
     /// Marks that differ from the definitions.
@@ -177,8 +170,8 @@ private:
         const QString& kind = entry.at(ComparisonEntry::FilterInfo);
         if (!kind.isEmpty() && kind != "user"_L1)
             add(u"part"_s, kind);
-        else if (!entry.at(ComparisonEntry::Filter).isEmpty())
-            add(u"filter"_s, countedFilter(entry.at(ComparisonEntry::Filter), round));
+        else if (!round.filter.isEmpty())
+            add(u"filter"_s, round.filter);
         add(u"missing"_s, definition(entry.at(ComparisonEntry::Missing)));
         return text;
     }

@@ -168,8 +168,7 @@ void Run::noteTable(bool complete) {
     rounds_.push_back({.study = round_.study,
                        .variable = facts.variable,
                        .weight = round_.weightVariable,
-                       .filterSql = facts.userFilter ? facts.filterSql : QString(),
-                       .lostFilter = round_.lostFilter,
+                       .filter = facts.userFilter ? r_.txtFilter.chopped(round_.lostFilter.size()) : QString(),
                        .part = facts.part ? r_.dbcParts.text + u" (q.SE="_s + facts.partCriteria + u')' : QString(),
                        .dtMissing = r_.dtMissing,
                        .cases = shape.casesOf(isComparison() ? entryColumn() : 0)});
@@ -178,8 +177,8 @@ void Run::noteTable(bool complete) {
     out_.marks = whole ? Marks::of(out_.marked()) : taken_;
     if (whole)
         out_.marks.by = out_.mfgGrid.markedBy;
-    if (whole && out_.marks.by == Marks::By::Hand)
-        noteHandMarks(*out_.facts, out_.marked());
+    if (whole)
+        noteMarks(*out_.facts, out_.marked());
     if (whole && isComparison())
         out_.mfgGrid.shortHeads = shortHeads(r_.lst_TrendVars, options_, out_.mfgGrid.shape.columns.first);
     out_.marks.subject = subject_;
