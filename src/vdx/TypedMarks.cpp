@@ -63,6 +63,11 @@ void TypedMarks::declareCumulated(CLI::App& command) {
 }
 
 void TypedMarks::applyTo(AxisMarks& marks) const {
+    for (const std::string& value : mark_)
+        if (std::ranges::find(unmark_, value) != unmark_.end())
+            throw UsageError{said(u"%1 kann nicht zugleich fehlen und gültig sein (--mark%2, --unmark%2)"_s,
+                                  u"%1 cannot be missing and valid at once (--mark%2, --unmark%2)"_s)
+                                 .arg(QString::fromStdString(value), QString::fromStdString(suffix_))};
     setMarks(marks, mark_, u"X"_s);
     setMarks(marks, unmark_, u" "_s);
     for (const std::string& typed : cumulated_) {

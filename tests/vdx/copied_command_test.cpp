@@ -390,4 +390,5 @@ TEST_F(CopiedCommand, aMarkOnAValueThatIsNotThereIsRefused) {
     EXPECT_EQ(wrong.out, QString());
     EXPECT_TRUE(wrong.err.contains(u"--mark 33: Die Tabelle hat keinen solchen Wert."_s)) << wrong.err.toStdString();
     EXPECT_EQ(run({u"--cumulated=3=viel"_s}).status, 2);
+    EXPECT_EQ(run({u"--mark=3"_s, u"--unmark=3"_s}).status, 2);
 }
