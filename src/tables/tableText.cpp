@@ -143,7 +143,7 @@ QString percentBaseText(const ResultTable& table) {
         const PercentBase& base = table.bases[i];
         numbers << joined({base.value, heads ? table.shortHeads[first + i] : base.label}) + u" = "_s + base.n;
     }
-    const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle):"_s : u"N (alle Fälle):"_s);
+    const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle):"_s : u"N (alle Fälle der Tabelle):"_s);
     QString words = percentWords(table);
     words[0] = words[0].toUpper();
     return words + u", "_s + of + u' ' + numbers.join(u"; "_s);

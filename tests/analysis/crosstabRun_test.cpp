@@ -80,7 +80,7 @@ TEST_F(CrosstabRun, ShowsItsFourViews) {
     gOptions.IncludeMissingInPercentXTab = true;
     compute();
     EXPECT_EQ(percentBaseText(model_.result().mfgGrid),
-              u"Spaltenprozente, N (alle Fälle): 1 männlich = 2; 2 weiblich = 3; Summe = 5");
+              u"Spaltenprozente, N (alle Fälle der Tabelle): 1 männlich = 2; 2 weiblich = 3; Summe = 5");
     gOptions.IncludeMissingInPercentXTab = false;
     gOptions.ShowValidSums = false;
     model_.chooseValues(2);
