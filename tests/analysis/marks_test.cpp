@@ -1,4 +1,5 @@
 #include "analysis/AnalysisModel.h"
+#include "analysis/result/provenance.h"
 #include "app/globals.h"
 #include "config/Options.h"
 #include "support/PrintQt.h"
@@ -109,12 +110,15 @@ TEST_F(HandMarks, AreTakenOverByATableInAnotherLanguageShapeOrOption) {
         markOne(change.mode);
         const QStringList marked = rows();
         ASSERT_TRUE(marked.contains(u"1"_s));
+        const QString otherMarks = stateText(TableState::OtherMarks);
+        EXPECT_TRUE(provenanceLines(model_.result()).contains(otherMarks)) << "a copy has the mark, its numbers don't";
         change.make();
         EXPECT_EQ(model_.tableState(), TableState::OtherOptions);
         model_.computeAnew();
         EXPECT_EQ(model_.tableState(), TableState::Current);
         EXPECT_TRUE(rows().contains(u"1"_s));
         EXPECT_FALSE(rows().contains(u"2"_s));
+        EXPECT_FALSE(provenanceLines(model_.result()).contains(otherMarks));
         EXPECT_TRUE(standsOn(*model_.result().facts).join(u' ').contains(u"von Hand gesetzt:"_s));
         change.make();
         asker_.answer(ui::Answer::Yes).answer(ui::Answer::Yes);

@@ -16,6 +16,14 @@ QString optionsLine(const TableFacts& facts) {
     return settings.isEmpty() ? QString() : TranslateText(u"Abweichende Optionen:"_s) + u' ' + settings.join(u"; "_s);
 }
 
+/// In its window a table has these words beside it; out of it nobody would know that cells are lacking, or that a row
+/// bears a mark that its numbers do not know.
+QString stateLine(const TableResult& result) {
+    if (!result.facts->complete)
+        return stateText(TableState::CutShort);
+    return Marks::of(result.marked()).sameValues(result.marks) ? QString() : stateText(TableState::OtherMarks);
+}
+
 QJsonValue orNull(const QString& text) {
     return text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
@@ -117,7 +125,7 @@ QStringList linesBelow(const TableResult& result) {
 QStringList provenanceLines(const TableResult& result) {
     QStringList lines = linesBelow(result);
     if (result.facts)
-        lines << groupsText(result.mfgGrid) << optionsLine(*result.facts);
+        lines << groupsText(result.mfgGrid) << optionsLine(*result.facts) << stateLine(result);
     lines.removeAll(QString());
     return lines;
 }
