@@ -84,7 +84,7 @@ private:
     double fontScale() const;
     Need needOf(int column) const;
     int widthOf(int column) const;
-    void useRoomLeft();
+    void setWidths();
     /// Width that the icon takes beside what a column's own width is for.
     int iconRoom(int column) const;
 };
