@@ -382,7 +382,7 @@ private:
         auto& search = in<QComboBox>(opened, u"dbcVariableUni"_s);
         search.setFocus();
         search.lineEdit()->selectAll();
-        for (const QChar c : u"LEBEN"_s)
+        for (const QChar c : u"LZX"_s)
             press(search, 0, QString(c));
         press(search, Qt::Key_Return);
         take(window, u"name-fault"_s);

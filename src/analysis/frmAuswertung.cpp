@@ -128,7 +128,7 @@ QWidget* frmAuswertung::buildRequest() {
     auto* column = new QVBoxLayout(page);
     // Studies and variables on the left, what is done with them on the right; below each other in a narrow window.
     auto* columns = new FlowLayout;
-    column->addLayout(columns);
+    column->addLayout(columns, 3);
     columns->add(
         columnOf({request_->study(), request_->variable(), request_->variable2(), cases_->filter()}, values_->values()),
         3);
