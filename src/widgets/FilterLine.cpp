@@ -118,7 +118,7 @@ QString FilterLine::variableAtCursor() const {
 
 void FilterLine::putValue(const QString& variable, const QString& value) {
     const FilterPlace place = filterPlace(text(), cursorPosition());
-    const QString written = filterValue(value, false);
+    const QString written = filterValue(value);
     const bool same = place.variable.compare(variable, Qt::CaseInsensitive) == 0;
     const QString before = text().left(cursorPosition());
     if (same && place.value >= 0)

@@ -197,9 +197,10 @@ TEST(FilterTexts, AreWrittenSoThatTheyAreReadAsMeant) {
     };
     for (const auto& [name, written] : names)
         EXPECT_EQ(filterName(name), written);
-    EXPECT_EQ(filterValue(u"-1.5"_s, false), u"-1.5");
-    EXPECT_EQ(filterValue(u"01"_s, true), u"'01'");
-    EXPECT_EQ(filterValue(u"O'Hara"_s, false), u"'O''Hara'");
+    EXPECT_EQ(filterValue(u"-1.5"_s), u"-1.5");
+    EXPECT_EQ(filterValue(u"01"_s), u"'01'");
+    EXPECT_EQ(filterValue(u"1,5"_s), u"'1,5'");
+    EXPECT_EQ(filterValue(u"O'Hara"_s), u"'O''Hara'");
 
     /// "|" is where the cursor stands; the value that a click replaces stands in braces.
     struct Case {

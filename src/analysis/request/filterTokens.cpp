@@ -2,6 +2,7 @@
 
 #include "analysis/request/filterWords.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -145,11 +146,9 @@ QString filterName(const QString& name) {
     return plain ? name : u'[' + name + u']';
 }
 
-QString filterValue(const QString& value, bool isText) {
-    const std::vector<FilterToken> tokens = filterTokens(value);
-    if (!isText && tokens.size() == 2 && tokens[0].kind == Kind::Number && tokens[0].length == value.size())
-        return value;
-    return u'\'' + QString(value).replace(u'\'', u"''"_s) + u'\'';
+QString filterValue(const QString& value) {
+    static const QRegularExpression number(u"\\A-?(?:0|[1-9][0-9]*)(?:\\.[0-9]*[1-9])?\\z"_s);
+    return number.match(value).hasMatch() ? value : u'\'' + QString(value).replace(u'\'', u"''"_s) + u'\'';
 }
 
 std::vector<FilterToken> filterTokens(const QString& text) {

@@ -21,5 +21,6 @@ inline bool isInFilterName(QChar c) {
 
 /// A variable's name as a filter has it: in square brackets where it could not be read without.
 QString filterName(const QString& name);
-/// A value as a filter has it. @param isText the variable holds texts, also such as look like numbers
-QString filterValue(const QString& value, bool isText);
+/// A value as a filter has it: in quotes unless it is a number as numbers are written. A variable of texts may hold
+/// "01", which is not the text of the number 1; numbers in quotes are still numbers to a variable of numbers.
+QString filterValue(const QString& value);
