@@ -58,7 +58,7 @@ private:
     void add(const dao::Value& value, double count);
     size_t newRow(const dao::Value& value, const QString& text);
     void noteLook(const QString& text);
-    void noteOtherMeaning(const std::vector<QString>& row, const dao::Value& value);
+    void noteOtherLabel(const std::vector<QString>& row, const dao::Value& value);
     void noteOf(const QString& sentence, const QString& value);
     QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
@@ -109,7 +109,7 @@ void ColumnBuilder::add(const dao::Value& value, double count) {
             showTableWarning(u"25000 Zeilen erreicht, Abbruch"_s);
         row = newRow(value, text);
     } else {
-        noteOtherMeaning(rows_[row].cells, value);
+        noteOtherLabel(rows_[row].cells, value);
     }
     total_.add(count);
     if (!isMark(rows_[row].cells[MarkColumn]))
@@ -127,13 +127,10 @@ void ColumnBuilder::noteLook(const QString& text) {
 }
 
 /// A row is one value, whatever an entry means by it: a reader who sees one label takes it for that of all.
-void ColumnBuilder::noteOtherMeaning(const std::vector<QString>& row, const dao::Value& value) {
+void ColumnBuilder::noteOtherLabel(const std::vector<QString>& row, const dao::Value& value) {
     if (value.isNull())
         return;
     const QString text = value.toText();
-    const bool missing = definition_ && value.isNumeric() && definition_->contains(value.toDouble());
-    if (!(in_.marks && in_.marks->rows.find(text)) && missing != isMark(row[MarkColumn]))
-        noteOf(u"Nicht in allen Einträgen als Missing definiert; es gilt der erste, der den Wert hat: %1"_s, text);
     const QString shown = dao::foldedText(row[LabelColumn].simplified());
     if (shown.isEmpty())
         return;

@@ -33,7 +33,7 @@ struct ComparisonInput {
 ///
 /// The table has a header row, one row per value over all entries in order of number, "Summe", "Gültige Fälle" and a
 /// spare row; it comes in with 4 rows before the first entry. The first entry that brings a value decides its label and
-/// mark; a note names the values that another entry labels or defines otherwise. Totals are unrounded sums. `percent`
+/// mark; a note names the values that another entry labels otherwise. Totals are unrounded sums. `percent`
 /// is made anew at each call: valid percent of every entry, from the counts as displayed. `absolute` becomes a copy of
 /// `table`.
 ///
