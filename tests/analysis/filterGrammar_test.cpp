@@ -130,8 +130,8 @@ TEST_F(FilterGrammar, ReadsNamesInBracketsTextsListsAndNumbersThatThePassRefuses
         surroundings());
 }
 
-/// A name in brackets behind a comparison runs today if the engine has a column of that name; else it is a variable.
-TEST_F(FilterGrammar, AsksTheEngineForTheMeaningOfANameInBracketsBehindAComparison) {
+/// A name behind a comparison runs today if the engine has a column of that name; else it is a variable.
+TEST_F(FilterGrammar, AsksTheEngineForTheMeaningOfANameBehindAComparison) {
     FilterSurroundings knows = surroundings(), knowsNot = surroundings();
     knows.knowsNames = [](const FilterResult&) { return true; };
     knowsNot.knowsNames = [](const FilterResult& condition) { return !condition.filterSql.contains(u'['); };
@@ -140,6 +140,13 @@ TEST_F(FilterGrammar, AsksTheEngineForTheMeaningOfANameInBracketsBehindAComparis
                 {u"V7=[none]"_s, {}, u"none nicht gefunden"_s, u"[none]"_s},
                 {u"V7=1"_s, u"A_1.V7=1"_s}},
                knowsNot);
+    // V9 is a column of a table that the pass does not join; DE is a text without its quotes.
+    knowsNot.knowsNames = [](const FilterResult&) { return false; };
+    expectRows({{u"V7=V9"_s, u"A_1.V7=A_2.V9"_s, {}, {}, u"A_2"_s},
+                {u"cntry=DE"_s, u"A_1.cntry=DE"_s},
+                {u"V7=1"_s, u"A_1.V7=1"_s}},
+               knowsNot);
+    expectRows({{u"V7=V8"_s, u"A_1.V7=V8"_s}}, knows);
 }
 
 TEST_F(FilterGrammar, SaysInPlainWordsWhatKeepsATextFromBeingACondition) {

@@ -170,6 +170,17 @@ QString bracketedName(const QString& text, qsizetype position, const FilterSurro
     return filterName(name) != name && around.find(name, ended) ? filterName(name) : QString();
 }
 
+/// A name right behind a comparison is a column to the pass and to the engine; it may as well be a variable, whose
+/// column has another name or lies in another table.
+bool comparesWithName(const QString& text) {
+    const std::vector<FilterToken> tokens = filterTokens(text);
+    for (size_t i = 1; i < tokens.size(); ++i)
+        if (tokens[i - 1].kind == FilterToken::Kind::Sign &&
+            (tokens[i].kind == FilterToken::Kind::Name || tokens[i].kind == FilterToken::Kind::Word))
+            return true;
+    return false;
+}
+
 /// Whether what the pass said of a text holds: it knows neither the signs of the wider grammar nor its words.
 bool passIsRight(const QString& text, const FilterResult& pass) {
     if (pass.failure == FilterResult::Failure::IllegalCharacter)
@@ -190,11 +201,17 @@ FilterResult readFilter(const QString& text, const FilterSurroundings& surroundi
     FilterResult pass = translateFilter(text, surroundings);
     switch (pass.failure) {
     case FilterResult::Failure::None:
-        // A name in brackets behind a comparison is a column to the engine; it may as well be a variable.
-        if (isReadable(pass.filterSql, surroundings.grouped) &&
-            (!text.contains(u'[') || !surroundings.knowsNames || surroundings.knowsNames(pass)))
+        if (!isReadable(pass.filterSql, surroundings.grouped))
+            break;
+        if (!(text.contains(u'[') || comparesWithName(text)) || !surroundings.knowsNames ||
+            surroundings.knowsNames(pass))
             return pass;
-        break;
+        // A word that is no variable either was meant as a text, which the run says.
+        if (FilterResult wide = readWidely(text, surroundings); wide.failure == FilterResult::Failure::None ||
+                                                                wide.failure == FilterResult::Failure::Ended ||
+                                                                text.contains(u'['))
+            return wide;
+        return pass;
     case FilterResult::Failure::Ended:
         return pass;
     default:
