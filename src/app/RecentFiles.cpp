@@ -18,11 +18,11 @@ bool isSameFile(const QString& a, const QString& b) {
 
 } // namespace
 
-void RecentFiles::SetRecentFiles(const QString& file) {
+bool RecentFiles::SetRecentFiles(const QString& file) {
     QStringList files = GetRecentFiles();
     files.removeIf([&](const QString& other) { return isSameFile(other, file); });
     files.prepend(file);
-    store(files);
+    return store(files);
 }
 
 void RecentFiles::RemoveRecentFile(const QString& file) {
@@ -31,10 +31,13 @@ void RecentFiles::RemoveRecentFile(const QString& file) {
         store(files);
 }
 
-void RecentFiles::store(const QStringList& files) const {
+bool RecentFiles::store(const QStringList& files) const {
     CProfile profile;
+    // Where one cannot be written the others cannot either, and one box says so.
     for (int place = 1; place <= places; ++place)
-        profile.SetRegistryEntry(RootKey, RegistryPath, nameOf(place), files.value(place - 1), Registry::String);
+        if (profile.SetRegistryEntry(RootKey, RegistryPath, nameOf(place), files.value(place - 1), Registry::String))
+            return false;
+    return true;
 }
 
 QStringList RecentFiles::GetRecentFiles() const {

@@ -13,12 +13,12 @@ public:
     int places = 4;
 
     /// Puts a file at the head; one that was in the list already moves there. A file that goes beyond the last place is
-    /// forgotten.
-    void SetRecentFiles(const QString& file);
+    /// forgotten. @return false if the list cannot be stored; a box has said so
+    bool SetRecentFiles(const QString& file);
     QStringList GetRecentFiles() const;
     /// Takes a file out that turned out to be no catalogue; one that is gone may come back.
     void RemoveRecentFile(const QString& file);
 
 private:
-    void store(const QStringList& files) const;
+    bool store(const QStringList& files) const;
 };

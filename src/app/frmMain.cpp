@@ -137,9 +137,8 @@ void frmMain::load() {
     const bool goOn = Main::openingStep([this] { mdLanguage::SetCtrlProps(*this); }) &&
                       Main::openingStep([this] { InitializeForm(); });
     applyState();
-    // Not before it is known that no catalogue opens: then it is not even made.
-    if (!startPage_)
-        showStartPage();
+    // Not before it is known that no catalogue opens: else it is not even made.
+    showStartPage();
     if (goOn)
         ui::asker().setPointer(ui::Pointer::Default);
 }
@@ -245,9 +244,10 @@ void frmMain::InitFileMenu() {
     }
 }
 
-void frmMain::SaveRcFile(const QString& file) {
-    recent_.SetRecentFiles(file);
+bool frmMain::SaveRcFile(const QString& file) {
+    const bool stored = recent_.SetRecentFiles(file);
     InitFileMenu();
+    return stored;
 }
 
 void frmMain::InitFormState(int state) {

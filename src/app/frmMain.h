@@ -92,7 +92,7 @@ private:
     void buildToolbar();
     void addButton(const ToolbarButton& button);
     void InitFileMenu();
-    void SaveRcFile(const QString& file);
+    bool SaveRcFile(const QString& file);
     void listWindows();
 
     void OpenDefDB();

@@ -18,6 +18,7 @@
 #include "widgets/StandardTexts.h"
 
 #include <QMenu>
+#include <QScopeGuard>
 #include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
@@ -87,6 +88,7 @@ void frmMain::perform(const QString& name) {
 }
 
 void frmMain::OpenDefDB() {
+    const auto whenDone = qScopeGuard(Main::reopened);
     const qint16 opened = Main::OpenDefDB();
     if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
         return;
@@ -148,8 +150,8 @@ void frmMain::openFile(const QString& file) {
     afterOpening(opened);
     if (opened != 1)
         return;
-    SaveRcFile(file);
-    Main::rememberCatalogue(file);
+    if (SaveRcFile(file))
+        Main::rememberCatalogue(file);
 }
 
 void frmMain::mnFileClose_Click() {

@@ -78,10 +78,15 @@ void frmMain::showStartPage() {
     startPage_->takeFocus();
 }
 
-/// Tells of a file that is no catalogue before anything is closed for it, and offers to import one that can be.
+/// Tells of a file that is gone or is no catalogue before anything is closed for it, and offers to import one that can
+/// be.
 /// @return true if it is not to be opened
 bool frmMain::refuses(const QString& file) {
-    const FileKind kind = mdDataBase::fileExists(file) ? kindOfFile(file, true) : FileKind();
+    if (!mdDataBase::fileExists(file)) {
+        mdDataBase::reportMissingFile(file);
+        return true;
+    }
+    const FileKind kind = kindOfFile(file, true);
     const QString words = refusalOf(file, kind);
     if (words.isEmpty())
         return false;

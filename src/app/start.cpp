@@ -9,6 +9,9 @@
 #include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 
+#include <QFile>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,6 +30,35 @@ bool store(const QString& name, const QString& text) {
     return !CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, name, text, Registry::String);
 }
 
+/// Names the catalogue that is being opened at start, for as long as that takes. No setting: it is made and removed at
+/// every start, in a small part of the time.
+QString openingMark() {
+    return Paths::join(Paths::userConfigFolder(), u"opening"_s);
+}
+
+bool opening = false;
+
+bool endedAt(const QString& file) {
+    QFile mark(openingMark());
+    return mark.open(QIODevice::ReadOnly) && QString::fromUtf8(mark.readAll()) == file;
+}
+
+/// @return false if the user does not want to open what the last start ended at
+bool beginOpening(const QString& file) {
+    if (endedAt(file)) {
+        const QString question = TranslateText(u"Der letzte Start endete, während diese Datenbank geöffnet wurde:"_s) +
+                                 u"\r\n"_s + file + u"\r\n"_s + TranslateText(u"Wollen Sie sie noch einmal öffnen?"_s);
+        opening = ui::asker().messageBox({question, {}, ui::Icon::Question, ui::Buttons::YesNo, ui::Answer::No}) ==
+                  ui::Answer::Yes;
+        return opening;
+    }
+    opening = true;
+    QFile mark(openingMark());
+    if (mark.open(QIODevice::WriteOnly))
+        mark.write(file.toUtf8());
+    return true;
+}
+
 } // namespace
 
 void Main::StartServices() {
@@ -42,13 +74,20 @@ qint16 Main::OpenDefDB() {
     if (gOptions.DatabaseName.isEmpty() || gOptions.DatabasePath.isEmpty())
         return 0;
     const QString file = Paths::join(gOptions.DatabasePath, gOptions.DatabaseName);
-    if (!gOptions.ReopenCatalogue)
-        return mdDataBase::OpenLastDataBase(file);
+    if (!mdDataBase::fileExists(file) || !beginOpening(file))
+        return 0;
     // What was opened by hand opens as it did then, also without options of its own.
-    return mdDataBase::fileExists(file) ? mdDataBase::OpenQXDatabase(file) : qint16{0};
+    return gOptions.ReopenCatalogue ? mdDataBase::OpenQXDatabase(file) : mdDataBase::OpenLastDataBase(file);
+}
+
+void Main::reopened() {
+    if (std::exchange(opening, false))
+        QFile::remove(openingMark());
 }
 
 void Main::rememberCatalogue(const QString& file) {
+    if (endedAt(file))
+        QFile::remove(openingMark());
     if (!gOptions.ReopenCatalogue)
         return;
     // In the very fields that the options dialog shows: it says what the next start opens, and a name that is set there

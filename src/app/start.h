@@ -15,7 +15,11 @@ void StartServices();
 
 /// Opens the catalogue that the settings name; the names are read from them again first.
 /// @return the state reached, 1 open; 0 also when the settings name none
+///
+/// One at which the last start ended, a crash or a kill while it opened, is asked for first: it must not lock its user
+/// out. Until reopened() it counts as being opened.
 qint16 OpenDefDB();
+void reopened();
 
 /// Makes a catalogue that was opened the one to open at the next start, unless the options hold to another.
 void rememberCatalogue(const QString& file);

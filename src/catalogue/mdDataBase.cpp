@@ -22,11 +22,6 @@ void removeWorkDatabaseLinks() {
     database->Close();
 }
 
-void reportMissingFile(const QString& file) {
-    ui::asker().messageBox({.text = TranslateText(u"Die Datenbankdatei:"_s) + u" \r\n"_s + file + u"\r\n"_s +
-                                    TranslateText(u"kann nicht gefunden werden."_s)});
-}
-
 /// Tells of a file that is no catalogue. @return true if it is refused
 bool refused(const QString& file, bool readOnly) {
     const QString words = refusalOf(file, kindOfFile(file, readOnly));
@@ -90,6 +85,11 @@ void CloseDataBase() {
 
 void CloseRc() {
     const ProcedureScope scope(u"[mdDatabase.CloseRc]"_s);
+}
+
+void reportMissingFile(const QString& file) {
+    ui::asker().messageBox({.text = TranslateText(u"Die Datenbankdatei:"_s) + u" \r\n"_s + file + u"\r\n"_s +
+                                    TranslateText(u"kann nicht gefunden werden."_s)});
 }
 
 bool fileExists(const QString& path) {

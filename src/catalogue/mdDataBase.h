@@ -16,6 +16,9 @@ void CloseDataBase();
 /// Called after each opening and closing; nothing depends on it yet.
 void CloseRc();
 /// True if the path is not empty and a file is there.
+/// Tells that there is no such file.
+void reportMissingFile(const QString& file);
+
 bool fileExists(const QString& path);
 
 /// The one view and the switches of a catalogue that has no options of its own. @return true

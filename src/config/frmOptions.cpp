@@ -316,8 +316,9 @@ void frmOptions::cmdDefaults_Click() {
 /// The next time it opens on the page that it is left on.
 void frmOptions::done(int result) {
     const QString page = QString::number(tbsOptions_->currentIndex());
+    // No message if it fails: whoever has cancelled has nothing to lose.
     if (!led_ && storedSetting(SettingsKeys::optionsPage, u"0"_s).toString() != page)
-        CProfile().SetRegistryEntry(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::optionsPage, page);
+        Registry::write(Registry::CurrentUser, SettingsKeys::user, SettingsKeys::optionsPage, {.text = page});
     QDialog::done(result);
 }
 

@@ -173,7 +173,8 @@ void CCtrl::logOldText(const ControlText& control) {
 void CCtrl::m_CommitTransaktion() {
     QFile file(Paths::join(Paths::applicationFolder(), u"Ctrl.clf"_s));
     const QByteArray log = log_.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(log) != log.size() || !file.flush())
+    // Written over: emptying it first makes some file systems wait for the disk all the same.
+    if (!file.open(QIODevice::ReadWrite) || file.write(log) != log.size() || !file.resize(log.size()))
         raiseWriteFailure();
 }
 

@@ -140,6 +140,12 @@ TEST_F(MainWindow, AsksBeforeItClosesACatalogueAndRemembersWhatWasOpened) {
     EXPECT_FALSE(action(u"mnuFileMRU(2)"_s)->isVisible());
 
     const QString cases = Paths::join(gOptions.DataPath, u"SV2018.mdb"_s);
+    RecentFiles{.RegistryPath = SettingsKeys::user}.SetRecentFiles(home.path(u"gone.mdb"_s));
+    main->load();
+    action(u"mnuFileMRU(1)"_s)->trigger();
+    EXPECT_TRUE(asker.lastText().contains(u"kann nicht gefunden"_s)) << "nothing is closed for it";
+    EXPECT_EQ(gDatabase.Database(), path);
+    RecentFiles{.RegistryPath = SettingsKeys::user}.RemoveRecentFile(home.path(u"gone.mdb"_s));
     RecentFiles{.RegistryPath = SettingsKeys::user}.SetRecentFiles(cases);
     main->load();
     action(u"mnuFileMRU(1)"_s)->trigger();

@@ -100,7 +100,9 @@ TEST_F(StartAndStop, TheCatalogueOpenedLastOpensAgainUnlessTheOptionsHoldToAnoth
     const auto nextStart = [] {
         mdDataBase::CloseDataBase();
         OptionsFromRegistry();
-        return Main::OpenDefDB() == 1 ? Paths::fileOf(gDatabase.Database()) : QString();
+        const qint16 state = Main::OpenDefDB();
+        Main::reopened();
+        return state == 1 ? Paths::fileOf(gDatabase.Database()) : QString();
     };
     EXPECT_EQ(nextStart(), QString());
     Main::rememberCatalogue(first.path());
@@ -117,6 +119,18 @@ TEST_F(StartAndStop, TheCatalogueOpenedLastOpensAgainUnlessTheOptionsHoldToAnoth
     bare->Close();
     EXPECT_EQ(nextStart(), u"zwei.mdb"_s) << "without options of its own, too, and without a word";
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+    asker.boxes.clear();
+    mdDataBase::CloseDataBase();
+    EXPECT_EQ(Main::OpenDefDB(), 1);
+    asker.answer(ui::Answer::No).answer(ui::Answer::No);
+    EXPECT_EQ(nextStart(), QString()) << "the start before has ended while it opened";
+    EXPECT_EQ(nextStart(), QString());
+    EXPECT_EQ(asker.boxes.size(), 2u);
+    EXPECT_EQ(asker.boxes.back().defaultButton, ui::Answer::No);
+    asker.answer(ui::Answer::Yes);
+    EXPECT_EQ(nextStart(), u"zwei.mdb"_s);
+    EXPECT_EQ(nextStart(), u"zwei.mdb"_s);
+    EXPECT_EQ(asker.boxes.size(), 3u) << "it opens well";
     asker.boxes.clear();
     gOptions.ReopenCatalogue = false;
     Main::rememberCatalogue(first.path());
