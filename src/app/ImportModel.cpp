@@ -31,12 +31,13 @@ QString plainLetters(const QString& text) {
 
 } // namespace
 
-ImportModel::ImportModel(const QString& file, const QString& catalogue) : file_(file) {
+ImportModel::ImportModel(const QString& file, const QString& catalogue) : file_(file), fileFault_(faultOfFile()) {
     setCatalogue(catalogue);
 }
 
 void ImportModel::setFile(const QString& file) {
     file_ = file.trimmed();
+    fileFault_ = faultOfFile();
     propose();
 }
 
@@ -78,7 +79,8 @@ void ImportModel::propose() {
     study_ = file_.isEmpty() ? QString() : proposedStudy(file_, taken);
 }
 
-QString ImportModel::fileFault() const {
+/// Asked for once for each text: the file may lie far away.
+QString ImportModel::faultOfFile() const {
     if (file_.isEmpty())
         return {};
     if (!QFileInfo(Paths::onDisk(file_)).isFile())
@@ -87,10 +89,6 @@ QString ImportModel::fileFault() const {
                ? QString()
                : TranslateText(u"Das ist keine Datei mit der Endung .sav, .zsav, .por "
                                u"oder .dta."_s);
-}
-
-QString ImportModel::catalogueFault() const {
-    return catalogueFault_;
 }
 
 QString ImportModel::studyFault() const {

@@ -23,8 +23,8 @@ public:
     void setStudy(const QString& study);
 
     /// What keeps the import from being run, in the user's language; empty for what is right or not typed yet.
-    QString fileFault() const;
-    QString catalogueFault() const;
+    const QString& fileFault() const { return fileFault_; }
+    const QString& catalogueFault() const { return catalogueFault_; }
     QString studyFault() const;
     /// What becomes of the catalogue: whether it is made, or how many studies it has.
     QString catalogueNote() const;
@@ -38,11 +38,13 @@ public:
 
 private:
     QString file_, catalogue_, study_;
+    QString fileFault_; ///< as of when it was named
     bool typed_ = false;
     QStringList taken_;      ///< numbers of studies and groups in the catalogue
     QString catalogueFault_; ///< as of when it was named
     bool isNew_ = false;
 
+    QString faultOfFile() const;
     void propose();
     bool isTaken() const { return taken_.contains(study_, Qt::CaseInsensitive); }
 };
