@@ -199,7 +199,7 @@ TEST_F(AnalysisWindow, TheFilterLineOffersNamesAndMarksWhatTheRunWouldRefuse) {
     EXPECT_EQ(line->accessibleDescription(), QString());
     goTo(1);
     EXPECT_EQ(row(2).section(u'|', 1, 1), u"Summe") << "only men are left";
-    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u".GESCHL=1 · "_s));
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(u"Filter: GESCHL=1 · "_s));
     EXPECT_TRUE(asker.boxes.empty());
 }
 
