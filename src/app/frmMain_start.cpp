@@ -120,8 +120,13 @@ bool frmMain::closeForImport(const QString& catalogue, QString& closed) {
 
 void frmMain::importSurvey(const QString& file) {
     QString proposal = gDatabase.State() == 1 ? gDatabase.Database() : QString();
-    if (proposal.isEmpty())
-        proposal = Paths::join(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), u"katalog.mdb"_s);
+    if (proposal.isEmpty()) {
+        // Not everybody has a folder of documents.
+        QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        if (!QFileInfo(folder).isDir())
+            folder = QStandardPaths::writableLocation(QStandardPaths::HomeLocation);
+        proposal = Paths::join(folder, u"katalog.mdb"_s);
+    }
     QString closed, wanted;
     {
         frmImport dialog(file, proposal, this);
