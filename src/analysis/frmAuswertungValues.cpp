@@ -10,6 +10,7 @@
 #include "widgets/ValueList.h"
 
 #include <QApplication>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +33,7 @@ frmAuswertungValues::frmAuswertungValues(frmAuswertung& window, frmAuswertungCas
     rows->addWidget(list_);
     connect(cases_.filterLine(), &QLineEdit::cursorPositionChanged, this, [this] { showValues(false); });
     connect(cases_.filterLine(), &QLineEdit::textChanged, this, [this] { showValues(false); });
+    connect(cases_.filterLine(), &QLineEdit::textEdited, this, [this] { bringIntoView(); });
     connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) { follow(now); });
 }
 
@@ -54,6 +56,18 @@ void frmAuswertungValues::follow(const QWidget* focused) {
                                                              : Subject::First;
     if (subject_ != before)
         showValues(false);
+    // What is clicked at must not move away beneath the mouse.
+    if (subject_ == Subject::Filter && QGuiApplication::mouseButtons() == Qt::NoButton)
+        bringIntoView();
+}
+
+/// In a low window the list, and what is said of a filter, would lie below the line that one types in.
+void frmAuswertungValues::bringIntoView() {
+    for (QWidget* around = fraValues_; around; around = around->parentWidget())
+        if (auto* page = qobject_cast<QScrollArea*>(around)) {
+            page->ensureWidgetVisible(fraValues_, 0, 0);
+            page->ensureWidgetVisible(cases_.filterLine(), 0, 0);
+        }
 }
 
 /// Of a study's variables, so that a filter's word that is none shows nothing.

@@ -35,6 +35,7 @@ private:
     BoundPicker shown_; ///< study and variable whose values stand in the list
 
     void follow(const QWidget* focused);
+    void bringIntoView();
     QString variable() const;
     void showValues(bool anew);
 };

@@ -230,6 +230,17 @@ QString AnalysisTyping::valuesShown() {
     return codes.join(u' ');
 }
 
+TEST_F(AnalysisTyping, InALowWindowWhatHelpsWithTheFilterComesIntoViewWithItsLine) {
+    openWith(u"GESCHL"_s);
+    window->resize(window->width(), window->fontMetrics().height() * 25);
+    settle();
+    const auto isSeen = [this](const QString& name) { return !the<QWidget>(name)->visibleRegion().isEmpty(); };
+    ASSERT_FALSE(isSeen(u"lvValues(0)"_s));
+    key(Qt::Key_Z, Qt::AltModifier);
+    for (const QString& name : {u"txtFilter"_s, u"lblFilterCheck"_s, u"lvValues(0)"_s})
+        EXPECT_TRUE(isSeen(name)) << name.toStdString();
+}
+
 TEST_F(AnalysisTyping, ValuesOfWhatIsChosenOrTypedStandBesideItAndAClickPutsThemIntoTheFilter) {
     openWith(u"GESCHL"_s);
     auto* table = the<QTableView>(u"lvValues(0)"_s);
