@@ -11,7 +11,7 @@ OPTION(QString, DatabaseName, u"", u"", InOrder,
        path(1, u"txtDatabaseName", u"&Dateiname:", u"Datenbankdatei auswählen (F4)"))
 OPTION(QString, DatabasePath, u"", u"", InOrder,
        path(3, u"txtDatabasePath", u"&Ordner:", u"Ordner der Datenbank auswählen (F4)"))
-OPTION(bool, ReopenCatalogue, true, true, InOrder, check(60, u"chkReopenCatalogue", u"Immer die &zuletzt geöffnete"))
+OPTION(bool, ReopenCatalogue, true, true, NotHeld, check(60, u"chkReopenCatalogue", u"Immer die &zuletzt geöffnete"))
 OPTION(QString, DataPath, u"", u"", InOrder,
        path(2, u"txtDataPath", u"Pf&ad der Daten (Falldateien):", u"Pfad der Daten auswählen (F4)"))
 OPTION(QString, QuestionnairePath, u"", u"", InOrder,
