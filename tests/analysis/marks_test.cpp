@@ -372,6 +372,13 @@ TEST_F(HandMarks, EndWithARequestThatHasChanged) {
     EXPECT_EQ(rows(), (QStringList{u"SYSMIS"_s, u"9"_s}));
 }
 
+TEST(ValueMarks, AreNamedByWhatTellsThemApart) {
+    EXPECT_EQ((ValueMark{u"1"_s, u"sehr"_s}.text()), u"1");
+    EXPECT_EQ((ValueMark{QString(), u"SYSMIS (SV1, V7)"_s, true}.text()), u"SYSMIS") << "not of one column alone";
+    EXPECT_EQ((ValueMark{QString(), u"nicht gefragt"_s, true}.text()), u"nicht gefragt");
+    EXPECT_EQ((ValueMark{}.text()), u"\"\"") << "an empty text";
+}
+
 /// Of a value's row the first entry that brings it decides, so the others' definitions alone would be untrue of it.
 TEST_F(HandMarks, OfAComparisonSayWhereAnEarlierEntryHasDecidedAgainstADefinition) {
     ask(AnalysisMode::Comparison);

@@ -20,6 +20,16 @@ QString named(const QString& words, const ValueMarks& marks, bool missing) {
 
 } // namespace
 
+QString ValueMark::text() const {
+    const QString systemMissing = u"SYSMIS"_s;
+    if (!value.isEmpty())
+        return value;
+    if (label.isEmpty())
+        return null ? systemMissing : u"\"\""_s;
+    // In a comparison the label goes on with the head of the column that has brought it.
+    return null && label.startsWith(systemMissing) ? systemMissing : label;
+}
+
 ValueMarks handMarks(const AxisMarks& marks, const std::function<std::optional<QString>(int place)>& definitionOf) {
     ValueMarks differing;
     QHash<QString, MissingDefinition> read;

@@ -13,7 +13,7 @@ struct ValueMark {
     bool missing = false; ///< the mark was set; else it was taken away
 
     /// What names the value in a sentence.
-    QString text() const { return value.isEmpty() ? label : value; }
+    QString text() const;
 };
 using ValueMarks = std::vector<ValueMark>;
 
