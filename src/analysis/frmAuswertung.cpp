@@ -394,8 +394,10 @@ void frmAuswertung::copyCommand() {
 
 /// Says it unless the user has had enough of it.
 void frmAuswertung::tellOfCopy(const QString& text) {
-    if (!gOptions.TellOfCopies)
+    if (!gOptions.TellOfCopies) {
+        desktop().mention(TranslateText(text));
         return;
+    }
     bool never = false;
     ui::asker().messageBox({.text = TranslateText(text),
                             .icon = ui::Icon::Information,

@@ -23,6 +23,7 @@
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
@@ -109,6 +110,13 @@ void frmMain::buildMenus() {
         actions_[entry.name] = action;
     }
     menus_[u"mnuWindow"_s]->addSeparator();
+}
+
+void frmMain::mention(const QString& text) {
+    constexpr int milliseconds = 5000;
+    statusBar()->showMessage(text, milliseconds);
+    QAccessibleEvent said(statusBar(), QAccessible::Alert);
+    QAccessible::updateAccessibility(&said);
 }
 
 void frmMain::buildStatusBar() {

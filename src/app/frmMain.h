@@ -50,6 +50,7 @@ public:
     Form* activeForm() const override;
     void panelsChanged() override { applyState(); }
     QAction* command(const QString& name) override;
+    void mention(const QString& text) override;
 
     void optionsApplied() override;
     void refreshTitles() override { applyState(); }

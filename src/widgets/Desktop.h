@@ -18,6 +18,8 @@ public:
     virtual void panelsChanged() {}
     /// The entry of the main menu of that name, as enabled and checked as it is now; null without one.
     virtual QAction* command(const QString&) { return nullptr; }
+    /// Says for a moment, without a box, that something was done.
+    virtual void mention(const QString&) {}
 };
 
 /// The desktop of the process; never null.

@@ -1,5 +1,6 @@
 #include "analysis/AnalysisWindow.h"
 #include "config/CProfile.h"
+#include "widgets/Desktop.h"
 
 #include "platform/dao/DBEngine.h"
 
@@ -318,9 +319,17 @@ TEST_F(AnalysisWindow, CopyPutsTextAndHtmlOnTheClipboardAndSaveWritesTheKindThat
     EXPECT_EQ(asker.boxes.size(), 2u);
     asker.checks = true;
     window->copy();
+    struct : Desktop {
+        QStringList mentioned;
+        void mention(const QString& text) override { mentioned << text; }
+    } frame;
+    setDesktop(&frame);
     window->copy();
     click(u"cmdCopyCommand"_s);
+    setDesktop(nullptr);
     EXPECT_EQ(asker.boxes.size(), 3u);
+    EXPECT_EQ(frame.mentioned,
+              (QStringList{u"Tabelle in Zwischenablage kopiert."_s, u"Befehl in Zwischenablage kopiert."_s}));
     EXPECT_EQ(storedSetting(u"TellOfCopies"_s, u"1"_s).toString(), u"0");
 
     const auto saved = [&](const QString& name) {
