@@ -57,7 +57,26 @@ QString studyTableOf(dao::Database& database) {
     return schema::entryTableName(u"Study"_s);
 }
 
-FileKind kindOf(dao::Database& database) {
+} // namespace
+
+FileKind kindByHead(const QString& path) {
+    QFile file(Paths::resolved(path));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    const QByteArray head = file.read(512);
+    if (head.startsWith("SQLite format 3"))
+        return {};
+    const QString byName = surveyProgramByName(path), byContent = surveyProgramByContent(head);
+    if (!byName.isEmpty() || !byContent.isEmpty())
+        return {FileKind::SurveyFile, byContent.isEmpty() ? byName : byContent, !byName.isEmpty()};
+    if (head.isEmpty())
+        return {FileKind::Empty};
+    if (head.mid(4, 11) == "Standard Je" || head.mid(4, 11) == "Standard AC")
+        return {FileKind::AccessDatabase};
+    return {FileKind::NoDatabase};
+}
+
+FileKind kindOfDatabase(dao::Database& database) try {
     const QString studies = studyTableOf(database);
     dao::TableDefs& tables = database.TableDefs();
     if (tables.contains(studies))
@@ -73,36 +92,19 @@ FileKind kindOf(dao::Database& database) {
             return {FileKind::CaseFile, table->Name()};
     }
     return {FileKind::OtherDatabase, studies};
+} catch (const std::exception&) {
+    return {}; // whoever reads it next tells what is wrong with it
 }
 
-} // namespace
-
 FileKind kindOfFile(const QString& path, bool readOnly) {
-    QFile file(Paths::resolved(path));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QByteArray head = file.read(512);
-    file.close();
-    if (!head.startsWith("SQLite format 3")) {
-        const QString byName = surveyProgramByName(path), byContent = surveyProgramByContent(head);
-        if (!byName.isEmpty() || !byContent.isEmpty())
-            return {FileKind::SurveyFile, byContent.isEmpty() ? byName : byContent, !byName.isEmpty()};
-        if (head.isEmpty())
-            return {FileKind::Empty};
-        if (head.mid(4, 11) == "Standard Je" || head.mid(4, 11) == "Standard AC")
-            return {FileKind::AccessDatabase};
-        return {FileKind::NoDatabase};
-    }
-    // A database that cannot be opened or looked through is told of by whoever opens it next.
+    const FileKind byHead = kindByHead(path);
+    if (byHead.kind != FileKind::Catalogue)
+        return byHead;
+    // A database that cannot be opened is told of by whoever opens it next.
     try {
         const dao::DatabasePtr database =
             dao::DBEngine::instance().Workspaces(0).OpenDatabase(Paths::resolved(path), false, readOnly);
-        FileKind kind;
-        try {
-            kind = kindOf(*database);
-        } catch (const std::exception&) {
-            kind = {};
-        }
+        const FileKind kind = kindOfDatabase(*database);
         database->Close();
         return kind;
     } catch (const std::exception&) {

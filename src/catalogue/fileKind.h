@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/dao/Database.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -22,6 +24,10 @@ struct FileKind {
     bool canBeImported = false;
 };
 
+/// What its first bytes and its name tell; a database, of whatever kind, passes for a catalogue.
+FileKind kindByHead(const QString& path);
+/// What the tables of an open database tell.
+FileKind kindOfDatabase(dao::Database& database);
 /// Looks at a file that is there; opens it, where it is a database, as a catalogue would be.
 FileKind kindOfFile(const QString& path, bool readOnly = false);
 

@@ -23,12 +23,27 @@ void removeWorkDatabaseLinks() {
 }
 
 /// Tells of a file that is no catalogue. @return true if it is refused
-bool refused(const QString& file, bool readOnly) {
-    const QString words = refusalOf(file, kindOfFile(file, readOnly));
+bool refused(const QString& file, const FileKind& kind) {
+    const QString words = refusalOf(file, kind);
     if (words.isEmpty())
         return false;
     ui::asker().messageBox({.text = words, .icon = ui::Icon::Exclamation});
     return true;
+}
+
+/// Opens a file as the catalogue. Whatever else was opened would show the views of the catalogue before.
+/// @return true for an open catalogue; a file that is none is refused, and nothing is open
+bool openCatalogue(const QString& file, bool readOnly) {
+    if (refused(file, kindByHead(file)))
+        return false;
+    gDatabase.setDatabase(file);
+    gDatabase.OpenQXDatabase(readOnly);
+    if (gDatabase.State() != 1)
+        return false;
+    if (!refused(file, kindOfDatabase(*gDatabase.CurrentDatabase())))
+        return true;
+    gDatabase.CloseDatabase();
+    return false;
 }
 
 } // namespace
@@ -42,12 +57,7 @@ qint16 OpenQXDatabase(const QString& file, bool readOnly) {
         reportMissingFile(file);
         return 0;
     }
-    // Whatever else was opened would show the views of the catalogue before.
-    if (refused(file, readOnly))
-        return 0;
-    gDatabase.setDatabase(file);
-    gDatabase.OpenQXDatabase(readOnly);
-    if (gDatabase.State() != 1)
+    if (!openCatalogue(file, readOnly))
         return gDatabase.State();
     CloseRc();
     if (gDatabase.TableExist(u"tsys_options"_s))
@@ -59,11 +69,9 @@ qint16 OpenQXDatabase(const QString& file, bool readOnly) {
 
 qint16 OpenLastDataBase(const QString& file) {
     const ProcedureScope scope(u"[mdDatabase.OpenLastDataBase]"_s);
-    if (!fileExists(file) || refused(file, false))
+    if (!fileExists(file))
         return 0;
-    gDatabase.setDatabase(file);
-    gDatabase.OpenQXDatabase();
-    if (gDatabase.State() == 1) {
+    if (openCatalogue(file, false)) {
         CloseRc();
         GetDatabaseOptions();
     }
