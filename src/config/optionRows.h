@@ -39,7 +39,7 @@ OPTION(bool, IncludeMissing, false, false, InOrder, check(17, u"chkIncludeMissin
 OPTION(bool, IncludeMissingXTab, false, false, InOrder,
        check(18, u"chkIncludeMissingXtab", u"&Fehlende Werte in Kreuztabellen einbeziehen"))
 OPTION(bool, IncludeMissingDesc, false, false, InOrder,
-       check(19, u"chkIncludeMissingDesc", u"Fehlende &Werte in der Statistik einbeziehen"))
+       check(19, u"chkIncludeMissingDesc", u"Fehlende &Werte in die Statistik einbeziehen"))
 OPTION(QString, FontName, u"ARIAL", u"", InOrder, text(23, u"txtFontName", u"S&chriftart:"))
 OPTION(bool, TakeAbsolutValues, true, true, InOrder, check(24, u"chkTakeAbsolutValues", u"&Absolute Werte verwenden"))
 OPTION(bool, GraphColor, true, true, InOrder, check(25, u"chkGraphColor", u"&Farbige Grafik"))
@@ -99,6 +99,6 @@ OPTION(bool, AskMissing, true, true, AtEnd,
 OPTION(int, Descriptives, 126, 126, NotHeld, noControl())
 OPTION(QString, DescriptivesDigits, u"2;2;2;2;2;2;2;2;2;2;2;2;2;", u"2;2;2;2;2;2;2;2;2;2;2;2;2;", NotHeld, noControl())
 OPTION(bool, TellOfCopies, true, true, NotHeld,
-       check(70, u"chkTellOfCopies", u"Nach dem Kopieren eine Meldung zeigen"))
+       check(70, u"chkTellOfCopies", u"Nach &dem Kopieren eine Meldung zeigen"))
 // clang-format on
 #undef OPTION
