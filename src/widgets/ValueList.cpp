@@ -6,6 +6,7 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/Form.h"
 #include "widgets/emptyList.h"
+#include "widgets/rowList.h"
 #include "widgets/toolTips.h"
 
 #include <QHeaderView>
@@ -68,16 +69,8 @@ QVariant ValueListModel::data(const QModelIndex& index, int role) const {
 
 ValueTable::ValueTable(ValueListModel& model, QWidget* parent) : QTableView(parent), model_(model) {
     setModel(&model);
-    setSelectionBehavior(SelectRows);
-    setSelectionMode(ExtendedSelection);
-    setEditTriggers(NoEditTriggers);
-    setShowGrid(false);
-    setWordWrap(false);
-    setTabKeyNavigation(false);
-    setAlternatingRowColors(true);
+    showAsRows(*this);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->hide();
     horizontalHeader()->setMinimumSectionSize(0);
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {

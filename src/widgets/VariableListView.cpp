@@ -3,6 +3,7 @@
 #include "explorer/iconNames.h"
 #include "widgets/Icons.h"
 #include "widgets/emptyList.h"
+#include "widgets/rowList.h"
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
@@ -99,16 +100,8 @@ QVariant VariableListModel::headerData(int section, Qt::Orientation orientation,
 VariableListView::VariableListView(VariableList& list, QWidget* parent)
     : QTableView(parent), list_(list), model_(list) {
     setModel(&model_);
-    setSelectionBehavior(SelectRows);
-    setSelectionMode(ExtendedSelection);
-    setEditTriggers(NoEditTriggers);
-    setShowGrid(false);
-    setWordWrap(false);
-    setTabKeyNavigation(false);
-    setAlternatingRowColors(true);
+    showAsRows(*this);
     setHorizontalScrollMode(ScrollPerPixel);
-    verticalHeader()->hide();
-    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(true);
     horizontalHeader()->setTextElideMode(Qt::ElideRight);
@@ -172,6 +165,8 @@ void VariableListView::showColumns() {
     const QScopedValueRollback setting(settingWidths_, true);
     horizontalHeader()->setSortIndicator(list_.sorted ? list_.sortKey : -1,
                                          list_.descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+    // Under nothing there is nothing to scroll to.
+    setHorizontalScrollBarPolicy(list_.rows.empty() ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAsNeeded);
     setWidths();
 }
 
