@@ -161,7 +161,7 @@ void frmImport::connectControls() {
 void frmImport::refreshTitles() {
     for (const Row& row : {file_, catalogue_})
         row.browse->setAccessibleName(row.browse->toolTip());
-    title_.field->setPlaceholderText(TranslateText(u"wie die Datei sagt"_s));
+    title_.field->setPlaceholderText(TranslateText(u"wie in der Datei angegeben"_s));
     pgbProgress_->setAccessibleName(TranslateText(u"Fortschritt des Imports"_s));
     txtFacts_->setAccessibleName(TranslateText(u"Was der Import getan hat"_s));
 }

@@ -111,7 +111,7 @@ void frmStartPage::say(QCommandLinkButton& button, const QString& caption, const
 void frmStartPage::showWays(const Ways& ways) {
     lblWelcome_->setText(TranslateText(u"Willkommen bei Varidex"_s));
     lblRecent_->setText(TranslateText(u"Zuletzt geöffnet"_s));
-    say(*cmdOpen_, TranslateText(u"Daten&bank öffnen..."_s),
+    say(*cmdOpen_, TranslateText(u"Da&tenbank öffnen..."_s),
         TranslateText(u"einen Katalog von Studien, der auf diesem Rechner liegt"_s));
     say(*cmdImport_, TranslateText(u"&Umfragedatei importieren..."_s),
         ways.canImport ? TranslateText(u"eine Datei von SPSS oder Stata, in einen neuen oder vorhandenen Katalog"_s)

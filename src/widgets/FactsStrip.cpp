@@ -70,9 +70,9 @@ FactsStrip::FactsStrip(QWidget* parent) : QFrame(parent) {
     for (const QString& key : factKeys.mid(switchCount)) {
         auto* cell = new ElidedLabel(this);
         cell->setProperty("CtrlTyp", QString());
-        // The label may be of any length: it takes what the line leaves over.
+        // The label may be of any length: it takes what the line leaves over, or a line of its own before it is cut.
         const bool isLabel = key == u"Label";
-        cell->leastCharacters = isLabel ? 16 : 4;
+        cell->leastCharacters = isLabel ? 32 : 4;
         line->add(cell, isLabel ? 1 : 0);
         cells_[key] = cell;
     }

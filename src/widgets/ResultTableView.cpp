@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <algorithm>
+#include <functional>
 #include <numeric>
 
 namespace {
@@ -161,9 +162,17 @@ void ResultTableView::shareRoom() {
     std::copy(left.widths.begin(), left.widths.end(), widths.begin());
     std::fill(lacking.begin(), lacking.begin() + static_cast<std::ptrdiff_t>(fixed), 0);
     const std::vector<int> shares = shareOut(room - total(widths), lacking);
+    std::ranges::transform(widths, shares, widths.begin(), std::plus());
+    // What is left over spares the headings their further lines, if it is enough for all.
+    std::vector<int> longer(widths.size());
+    for (size_t column = fixed; column < columns_.size(); ++column)
+        if (!userWidths_.contains(static_cast<int>(column)))
+            longer[column] = std::max(0, columns_[column].line - widths[column]);
+    if (total(longer) <= room - total(widths))
+        std::ranges::transform(widths, longer, widths.begin(), std::plus());
     for (size_t column = fixed; column < columns_.size(); ++column)
         if (const int section = static_cast<int>(column - fixed); !top.isSectionHidden(section))
-            top.resizeSection(section, widths[column] + shares[column]);
+            top.resizeSection(section, widths[column]);
     top.fitHeights(left.widths);
     for (QHeaderView* header : {static_cast<QHeaderView*>(&top), static_cast<QHeaderView*>(&left)}) {
         header->updateGeometry();
@@ -189,17 +198,20 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
         if (const QString text = table.shownCell(column, row); text.size() > longest.size())
             longest = text;
     const int needed = fontMetrics().horizontalAdvance(longest);
-    int whole = needed;
-    for (int row = 0; row < table.FixedRows; ++row)
+    int whole = needed, line = 0;
+    for (int row = 0; row < table.FixedRows; ++row) {
         whole = std::max(whole, widthOfHead(model_->headText(column, row), font()));
+        line = std::max(line, widthOfHead(model_->headText(column, row), font(), 1));
+    }
     whole += margins;
+    line = std::min(line, mostOfLabel * character) + margins;
     if (column < table.FixedCols)
-        return {std::max(std::min(wanted, whole), needed + margins), whole};
+        return {std::max(std::min(wanted, whole), needed + margins), whole, line};
     if (wanted <= atLeast)
-        return {std::clamp(needed + margins, wanted, atLeast), whole};
+        return {std::clamp(needed + margins, wanted, atLeast), whole, line};
     const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
     // A heading that fits needs no more than it takes.
-    return {std::min({wanted, whole, std::max(atLeast, shown + margins)}), whole};
+    return {std::min({wanted, whole, std::max(atLeast, shown + margins)}), whole, line};
 }
 
 /// Takes from the widest until all of them have room.

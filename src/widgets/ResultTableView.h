@@ -53,9 +53,10 @@ private:
     bool layingOut_ = false;
     int laidOutMarks_ = -1; ///< the column of marks that the table was laid out for
     QFont laidOutFont_;
-    /// The width that a column has at the least, and that in which nothing in it is cut.
+    /// The width that a column has at the least, that in which nothing in it is cut, and that in which its heading
+    /// stands in a line.
     struct Wants {
-        int least = 0, whole = 0;
+        int least = 0, whole = 0, line = 0;
     };
     std::vector<Wants> columns_;
     std::map<int, int> userWidths_; ///< by column

@@ -105,7 +105,7 @@ TEST_F(StartPage, StandsWhereNoCatalogueIsOpenAndLeadsToTheLastOnes) {
         EXPECT_EQ(letters.removeDuplicates(), 0) << qPrintable(letters.join(u' '));
         EXPECT_EQ(letters.size(), 8);
     }
-    EXPECT_EQ(way(u"cmdStartOpen"_s)->text(), u"Daten&bank öffnen..."_s) << "in the language of the program";
+    EXPECT_EQ(way(u"cmdStartOpen"_s)->text(), u"Da&tenbank öffnen..."_s) << "in the language of the program";
 
     QTest::keyClick(way(u"cmdStartRecent(1)"_s), Qt::Key_Return);
     settle();
