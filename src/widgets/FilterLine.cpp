@@ -14,6 +14,8 @@
 #include <QTextCharFormat>
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 /// Where the name ends that stands last in a text; -1 where something else does.

@@ -9,6 +9,7 @@
 #include "widgets/rowList.h"
 #include "widgets/toolTips.h"
 
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
