@@ -44,6 +44,7 @@
 #include <QStackedLayout>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTableView>
 #include <algorithm>
 #include <map>
 
