@@ -59,7 +59,6 @@ private:
     size_t newRow(const dao::Value& value, const QString& text);
     void noteLook(const QString& text);
     void noteOtherLabel(const std::vector<QString>& row, const dao::Value& value);
-    void noteOf(const QString& sentence, const QString& value);
     QString labelOfNewRow(const dao::Value& value) const;
     bool comesBefore(const dao::Value& value, const QString& text, const QString& other) const;
     void place(size_t row, const dao::Value& value, const QString& text);
@@ -126,33 +125,26 @@ void ColumnBuilder::noteLook(const QString& text) {
     looks_.insert(look);
 }
 
-/// A row is one value, whatever an entry means by it: a reader who sees one label takes it for that of all.
+/// A row is one value, whatever an entry means by it: a reader who sees one label takes it for that of all. One line
+/// names all such values.
 void ColumnBuilder::noteOtherLabel(const std::vector<QString>& row, const dao::Value& value) {
-    if (value.isNull())
-        return;
-    const QString text = value.toText();
+    constexpr qsizetype named = 8;
     const QString shown = dao::foldedText(row[LabelColumn].simplified());
-    if (shown.isEmpty())
+    if (value.isNull() || shown.isEmpty() || (in_.HeaderValAddVar && shown.startsWith(u'(')))
         return;
     const QString own = dao::foldedText(labelOf(in_.labels, value).value_or(QString()).simplified());
-    const bool same = own.isEmpty() || shown == own || (in_.HeaderValAddVar && shown.startsWith(own + u" ("_s));
-    if (!same && !(in_.HeaderValAddVar && shown.startsWith(u'(')))
-        noteOf(u"Nicht in allen Einträgen dasselbe Label; gezeigt wird das des ersten: %1"_s, text);
-}
-
-/// One line for all values that a sentence is about.
-void ColumnBuilder::noteOf(const QString& sentence, const QString& value) {
-    constexpr qsizetype named = 8;
-    const QString more = u"..."_s;
+    if (own.isEmpty() || shown == own || (in_.HeaderValAddVar && shown.startsWith(own + u" ("_s)))
+        return;
+    const QString sentence = u"Nicht in allen Einträgen dasselbe Label; gezeigt wird das des ersten: %1"_s;
+    const QString text = value.toText(), more = u"..."_s;
     const auto note = std::ranges::find(table_.notes, sentence, &TableNote::sentence);
     if (note == table_.notes.end()) {
-        table_.notes.push_back({sentence, value});
+        table_.notes.push_back({sentence, text});
         return;
     }
     QStringList values = note->about.split(u"; "_s);
-    if (values.last() == more || values.contains(value))
-        return;
-    note->about = (values << (values.size() < named ? value : more)).join(u"; "_s);
+    if (values.last() != more && !values.contains(text))
+        note->about = (values << (values.size() < named ? text : more)).join(u"; "_s);
 }
 
 QString ColumnBuilder::labelOfNewRow(const dao::Value& value) const {

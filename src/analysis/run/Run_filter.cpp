@@ -114,8 +114,7 @@ void Run::noteHopelessComparisons(bool noneCounted) {
                                                : u"Gezählt wurde kein Fall: %1 hat Texte und wird im Filter mit einer "
                                                  "Zahl verglichen. Texte stehen in Anführungszeichen."_s,
                                  compared.variable};
-            if (std::ranges::find(notes_, note) == notes_.end())
-                notes_.push_back(note);
+            notes_.push_back(note);
         }
     } catch (const dao::Error&) {
         return; // a note that can't be made is none
