@@ -19,6 +19,11 @@ FileStamp stampOfCatalogue() {
     return database ? fileStamp(database->Name()) : FileStamp();
 }
 
+/// Of a catalogue that lacks the field: no.
+bool hasText(const dao::Recordset& row, const QString& field) {
+    return row.hasField(field) && !row.text(field).isEmpty();
+}
+
 } // namespace
 
 QString studyQuerySource() {
@@ -249,6 +254,7 @@ void RequestEditor::forgetStatistics() {
 /// @param keepChoices at the start of a run: missing values that the user chose for this variable hold
 void RequestEditor::loadVariable(bool keepChoices) {
     forgetStatistics();
+    kept_ = {};
     if (!findVariable(request_.dbcVariable.value))
         return;
     dao::Recordset& row = *dtData2.recordset;
@@ -262,9 +268,11 @@ void RequestEditor::loadVariable(bool keepChoices) {
     const dao::RecordsetPtr stored =
         queryRows(u"SELECT * FROM tkey_Variable WHERE fi_StudyNo="_s + quoted(request_.dbcStudy.value) +
                   u" AND id_VarName="_s + quoted(request_.dbcVariable.value) + u";"_s);
-    if (hasRows(stored))
-        request_.dbcVariableUni =
-            stored->text(u"id_VarName"_s) + u": "_s + stored->text(contentField(u"dt_VarLabel"_s, u"dt_EnVarLabel"_s));
+    if (!hasRows(stored))
+        return;
+    request_.dbcVariableUni =
+        stored->text(u"id_VarName"_s) + u": "_s + stored->text(contentField(u"dt_VarLabel"_s, u"dt_EnVarLabel"_s));
+    kept_ = {hasText(*stored, u"dt_Instruction"_s), hasText(*stored, u"dt_Table"_s), hasText(*stored, u"dt_Graph"_s)};
 }
 
 /// The group of the variable in the current row of dtData2.

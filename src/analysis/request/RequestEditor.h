@@ -27,6 +27,11 @@ QString studyQuerySource();
 /// The same for the variables of a study, in their order.
 QString variableQuerySource(const QString& study);
 
+/// What the catalogue keeps with a variable, beside what documents it.
+struct KeptWithVariable {
+    bool instruction = false, table = false, graph = false;
+};
+
 /// The request of one analysis and the one way to change it: what follows from a choice (the fields of a variable, the
 /// weights and parts of a study) is set with it. Works on the catalogue open in gDatabase; makes no table.
 ///
@@ -63,8 +68,10 @@ public:
     /// Sets the first variable and runs dbcVariable_Change.
     bool chooseVariable(const QString& name);
     bool chooseVariable2(const QString& name);
-    /// Loads the fields of the variable in dbcVariable.
+    /// Loads the fields of the variable in dbcVariable, and what is kept with it.
     void dbcVariable_Change();
+    /// As dbcVariable_Change has found it last; nothing without a variable.
+    const KeptWithVariable& kept() const { return kept_; }
     void dbcVariable2_Change();
     /// Brings the fields of the variables up to the catalogue as it is now; what the user has said of missing values
     /// stays. A variable that has gone has no fields any more, a part or weight that has gone is chosen no more.
@@ -120,6 +127,7 @@ private:
     QStringList variableChoices_;
     std::vector<StudyVariable> variables_;
     std::optional<QString> missingOverride_, missingOverride2_;
+    KeptWithVariable kept_;
     QString lastFilterText_, selectionVariable_;
     BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
 
