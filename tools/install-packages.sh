@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(
     g++ cmake ninja-build ccache pkg-config
-    qt6-base-dev qt6-svg-dev qt6-translations-l10n
+    qt6-base-dev qt6-svg-dev qt6-image-formats-plugins qt6-translations-l10n
     fonts-dejavu-core fonts-liberation fonts-wqy-microhei
     libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
     clang-format-14

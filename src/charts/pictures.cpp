@@ -1,0 +1,181 @@
+#include "charts/pictures.h"
+
+#include "app/globals.h"
+#include "platform/ui/Asker.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QImageWriter>
+#include <algorithm>
+#include <array>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 mostPixels = 50'000'000;
+constexpr qint64 mostFileBytes = 512LL << 20;
+/// Eight bytes a pixel, which is what sixteen bits a colour take.
+constexpr int allocationMegabytes = static_cast<int>(mostPixels * 8 / (1 << 20)) + 1;
+
+struct Format {
+    QByteArray name, start;
+};
+
+/// The formats that are read, by what their files begin with.
+QByteArray formatOf(const QByteArray& bytes) {
+    static const std::array<Format, 7> formats = {Format{"jpeg", "\xFF\xD8\xFF"},
+                                                  {"png", "\x89PNG\r\n\x1A\n"},
+                                                  {"gif", "GIF87a"},
+                                                  {"gif", "GIF89a"},
+                                                  {"bmp", "BM"},
+                                                  {"tiff", QByteArray("II*\0", 4)},
+                                                  {"tiff", QByteArray("MM\0*", 4)}};
+    const auto found = std::ranges::find_if(formats, [&](const Format& f) { return bytes.startsWith(f.start); });
+    return found == formats.end() ? QByteArray() : found->name;
+}
+
+uchar byteAt(const QByteArray& bytes, qsizetype at) {
+    return at < bytes.size() ? static_cast<uchar>(bytes[at]) : 0;
+}
+
+/// True if a JPEG file reaches to its end marker. The library fills up what is missing with grey and says nothing.
+bool isWholeJpeg(const QByteArray& bytes) {
+    qsizetype at = 2;
+    while (at + 1 < bytes.size()) {
+        if (byteAt(bytes, at) != 0xFF) {
+            ++at; // within the compressed data
+            continue;
+        }
+        const uchar marker = byteAt(bytes, at + 1);
+        if (marker == 0xD9)
+            return true;
+        if (marker == 0xFF)
+            ++at;
+        else if (marker == 0 || marker == 1 || (marker >= 0xD0 && marker <= 0xD7))
+            at += 2;
+        else
+            at += 2 + std::max(2, byteAt(bytes, at + 2) * 256 + byteAt(bytes, at + 3));
+    }
+    return false;
+}
+
+/// True if a GIF file reaches to the end of its first picture, whose rest would stay empty without a word.
+bool isWholeGif(const QByteArray& bytes) {
+    const auto colours = [&](qsizetype at) {
+        return (byteAt(bytes, at) & 0x80) != 0 ? 3 * (2 << (byteAt(bytes, at) & 7)) : 0;
+    };
+    qsizetype at = 13 + colours(10);
+    bool picture = false;
+    while (at < bytes.size() && byteAt(bytes, at) != 0x3B) {
+        picture = byteAt(bytes, at) == 0x2C;
+        if (!picture && byteAt(bytes, at) != 0x21)
+            return false;
+        at += picture ? 11 + colours(at + 9) : 2;
+        while (at < bytes.size() && byteAt(bytes, at) != 0)
+            at += 1 + byteAt(bytes, at);
+        ++at;
+        if (picture)
+            return at <= bytes.size();
+    }
+    return false;
+}
+
+/// True if a BMP file whose pixels aren't compressed has them all.
+bool isWholeBmp(const QByteArray& bytes, const QSize& size) {
+    const auto number = [&](qsizetype at) {
+        return byteAt(bytes, at) + 256LL * byteAt(bytes, at + 1) + 65536LL * byteAt(bytes, at + 2) +
+               16777216LL * byteAt(bytes, at + 3);
+    };
+    const bool old = number(14) == 12;
+    const qint64 bits = old ? number(24) & 0xFFFF : number(28) & 0xFFFF;
+    const qint64 compression = old ? 0 : number(30);
+    if (compression == 1 || compression == 2)
+        return true;
+    return number(10) + (size.width() * bits + 31) / 32 * 4 * size.height() <= bytes.size();
+}
+
+bool isWhole(const QByteArray& bytes, const QByteArray& format, const QSize& size) {
+    return format == "jpeg"  ? isWholeJpeg(bytes)
+           : format == "gif" ? isWholeGif(bytes)
+           : format == "bmp" ? isWholeBmp(bytes, size)
+                             : true;
+}
+
+bool isTooLarge(const QSize& size) {
+    return qint64{size.width()} * size.height() > mostPixels;
+}
+
+} // namespace
+
+Picture readPicture(const QByteArray& bytes) {
+    static const bool limitSet = [] {
+        QImageReader::setAllocationLimit(std::max(QImageReader::allocationLimit(), allocationMegabytes));
+        return true;
+    }();
+    (void)limitSet;
+    const QByteArray format = formatOf(bytes);
+    if (format.isEmpty())
+        return {{}, PictureFault::Unknown};
+    if (!QImageReader::supportedImageFormats().contains(format))
+        return {{}, PictureFault::Unsupported};
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer, format);
+    reader.setAutoDetectImageFormat(false);
+    reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (size.isValid() && isTooLarge(size))
+        return {{}, PictureFault::TooLarge};
+    if (!isWhole(bytes, format, size))
+        return {{}, PictureFault::Damaged};
+    QImage image = reader.read();
+    if (image.isNull())
+        return {{}, PictureFault::Damaged};
+    if (isTooLarge(image.size()))
+        return {{}, PictureFault::TooLarge};
+    // Other formats take many times as long to paint.
+    image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+    return {image, PictureFault::None};
+}
+
+Picture readPictureFile(const QString& path) {
+    const QFileInfo info(path);
+    if (!info.isFile())
+        return {{}, PictureFault::Missing};
+    if (info.size() > mostFileBytes)
+        return {{}, PictureFault::TooLarge};
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return {{}, PictureFault::Missing};
+    const QByteArray bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? readPicture(bytes) : Picture{{}, PictureFault::Missing};
+}
+
+QByteArray jpegOf(const QImage& picture, int quality) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, "jpeg");
+    writer.setQuality(std::clamp(quality, 0, 100)); // of -1 Qt would make its own choice
+    return writer.write(picture) ? bytes : QByteArray();
+}
+
+PictureSupport::PictureSupport(std::function<bool()> available) : available_(std::move(available)) {
+    if (!available_)
+        available_ = [] {
+            return QImageReader::supportedImageFormats().contains("jpeg") &&
+                   QImageWriter::supportedImageFormats().contains("jpeg");
+        };
+}
+
+void PictureSupport::start() {
+    started_ = available_();
+    if (!started_)
+        ui::asker().messageBox(
+            {TranslateText(u"GDI+ not inizialized."_s), TranslateText(u"GDI Error"_s), ui::Icon::Exclamation});
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QString>
+#include <functional>
+
+/// Why a picture cannot be shown.
+enum class PictureFault {
+    None,
+    Missing,     ///< there is no such file, or it cannot be read
+    Unknown,     ///< none of the formats that are read
+    Unsupported, ///< one of them, but this system lacks what reads it
+    Damaged,
+    TooLarge ///< more than 50 megapixels, or a file beyond all measure
+};
+
+/// A picture that was read, or why it was not.
+struct Picture {
+    QImage image; ///< turned as its file says; 32 bits a pixel
+    PictureFault fault = PictureFault::None;
+
+    explicit operator bool() const { return fault == PictureFault::None; }
+};
+
+/// Reads a picture that may come from a stranger: JPEG, PNG, GIF, BMP or TIFF, told apart by content alone, of a file
+/// with several the first. Nothing that could load other files.
+Picture readPicture(const QByteArray& bytes);
+/// The same of a file. A folder, a pipe or anything else that is no file counts as missing.
+Picture readPictureFile(const QString& path);
+
+/// A JPEG file of a picture. @param quality limited to 0 to 100
+/// @return empty where it cannot be written
+QByteArray jpegOf(const QImage& picture, int quality);
+
+/// Whether charts can be kept as pictures; a window asks when it opens.
+class PictureSupport {
+public:
+    /// @param available whether pictures can be read and written; by default whether JPEG can
+    explicit PictureSupport(std::function<bool()> available = {});
+
+    /// Says so in a box where it fails.
+    void start();
+    bool started() const { return started_; }
+
+private:
+    std::function<bool()> available_;
+    bool started_ = false;
+};
