@@ -8,12 +8,15 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QColorDialog>
 #include <QDesktopServices>
 #include <QFileDialog>
+#include <QImage>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QUrl>
 #include <vector>
 
@@ -179,6 +182,13 @@ std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
     window.setFileMode(choice.save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     window.setNameFilters(filtersOf(choice.filter));
     window.setDefaultSuffix(choice.extension);
+    // A name typed without an extension is a file of the kind that is chosen.
+    QObject::connect(&window, &QFileDialog::filterSelected, &window, [&](const QString& filter) {
+        const qsizetype point = filter.indexOf(u"(*."_s) + 3;
+        const qsizetype end = filter.indexOf(QRegularExpression(u"[ )]"_s), point);
+        if (point > 2 && end > point)
+            window.setDefaultSuffix(filter.mid(point, end - point));
+    });
     if (!choice.name.isEmpty())
         window.selectFile(choice.name);
     if (window.exec() != QDialog::Accepted || window.selectedFiles().isEmpty())
@@ -196,6 +206,16 @@ std::optional<QString> QtAsker::chooseFolder(const QString& title, const QString
     return chosen;
 }
 
+std::optional<unsigned> QtAsker::chooseColor(const QString& title, unsigned proposal) {
+    const PlainPointer plain;
+    StandardTexts::followLanguage();
+    const QColor chosen = QColorDialog::getColor(QColor::fromRgb(proposal), QApplication::activeWindow(), title,
+                                                 QColorDialog::DontUseNativeDialog);
+    if (!chosen.isValid())
+        return std::nullopt;
+    return chosen.rgb() & RGB_MASK;
+}
+
 bool QtAsker::openFile(const QString& path) {
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
@@ -205,6 +225,14 @@ void QtAsker::setClipboard(const QString& text, const QString& html) {
     content->setText(text);
     if (!html.isEmpty())
         content->setHtml(html);
+    QApplication::clipboard()->setMimeData(content);
+}
+
+void QtAsker::copyPicture(const QImage& picture, const QByteArray& svg) {
+    auto* content = new QMimeData;
+    content->setImageData(picture);
+    if (!svg.isEmpty())
+        content->setData(u"image/svg+xml"_s, svg);
     QApplication::clipboard()->setMimeData(content);
 }
 

@@ -11,8 +11,10 @@ public:
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
+    std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
     bool openFile(const QString& path) override;
     void setClipboard(const QString& text, const QString& html) override;
+    void copyPicture(const QImage& picture, const QByteArray& svg) override;
     void setPointer(ui::Pointer pointer) override;
     ui::Pointer pointer() const override { return pointer_; }
     void beep() override;

@@ -36,6 +36,11 @@ ScriptedAsker& ScriptedAsker::file(const QString& path) {
     return *this;
 }
 
+ScriptedAsker& ScriptedAsker::color(std::optional<unsigned> rgb) {
+    colors_.push_back(rgb);
+    return *this;
+}
+
 QStringList ScriptedAsker::texts() const {
     QStringList all;
     for (const ui::Box& box : boxes)
@@ -73,6 +78,16 @@ std::optional<QString> ScriptedAsker::chooseFile(const ui::FileChoice& choice) {
 std::optional<QString> ScriptedAsker::chooseFolder(const QString& title, const QString& folder) {
     lastChoice = {.title = title, .filter = {}, .extension = {}, .folder = folder, .name = {}};
     return next(files_, title);
+}
+
+std::optional<unsigned> ScriptedAsker::chooseColor(const QString& title, unsigned) {
+    if (colors_.empty()) {
+        ADD_FAILURE() << "no colour scripted for: " << qPrintable(title);
+        return std::nullopt;
+    }
+    const std::optional<unsigned> rgb = colors_.front();
+    colors_.pop_front();
+    return rgb;
 }
 
 void ScriptedAsker::setClipboard(const QString& text, const QString& html) {

@@ -17,12 +17,16 @@ public:
     ScriptedAsker& answer(ui::Answer answer, std::function<void()> meanwhile = {});
     ScriptedAsker& input(const QString& text);
     ScriptedAsker& file(const QString& path);
+    /// 0xRRGGBB; nothing for Cancel.
+    ScriptedAsker& color(std::optional<unsigned> rgb);
 
     std::vector<ui::Box> boxes; ///< every box shown, in order
     std::function<void()> onEventTurn;
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> onProgress;
     QString clipboardText, clipboardHtml;
-    ui::FileChoice lastChoice;  ///< what was last asked of a file; of a folder its title and where it begins
+    ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
+    /// Hears of every picture that is copied.
+    std::function<void(const QImage& picture, const QByteArray& svg)> onPicture;
     std::optional<bool> checks; ///< what the user leaves the check boxes of boxes at
     QStringList opened;         ///< files handed to other applications
 
@@ -38,7 +42,12 @@ public:
         opened << path;
         return true;
     }
+    std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
     void setClipboard(const QString& text, const QString& html) override;
+    void copyPicture(const QImage& picture, const QByteArray& svg) override {
+        if (onPicture)
+            onPicture(picture, svg);
+    }
     void setPointer(ui::Pointer pointer) override { pointer_ = pointer; }
     ui::Pointer pointer() const override { return pointer_; }
     std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override {
@@ -51,4 +60,5 @@ private:
     ui::Pointer pointer_ = ui::Pointer::Default;
     std::deque<std::pair<ui::Answer, std::function<void()>>> answers_;
     std::deque<QString> inputs_, files_;
+    std::deque<std::optional<unsigned>> colors_;
 };

@@ -2,9 +2,12 @@
 
 #include "platform/ui/Progress.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <optional>
+
+class QImage;
 
 /// What code below the windows may ask of a user. One implementation each for Qt dialogs, a terminal and tests.
 namespace ui {
@@ -49,7 +52,11 @@ public:
     virtual std::optional<QString> chooseFile(const FileChoice& choice) = 0;
     /// @param folder where the choice begins; empty: wherever the user was last
     virtual std::optional<QString> chooseFolder(const QString& title, const QString& folder) = 0;
+    /// A colour as 0xRRGGBB; nothing on Cancel.
+    virtual std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) = 0;
     virtual void setClipboard(const QString& text, const QString& html) = 0;
+    /// Puts a picture on the clipboard. @param svg the same as shapes; empty for none
+    virtual void copyPicture(const QImage& picture, const QByteArray& svg) = 0;
     virtual void setPointer(Pointer pointer) = 0;
     virtual Pointer pointer() const = 0;
     virtual void beep() {}

@@ -114,6 +114,20 @@ std::optional<QString> TerminalAsker::chooseFolder(const QString& title, const Q
     return line && line->isEmpty() ? std::nullopt : line;
 }
 
+std::optional<unsigned> TerminalAsker::chooseColor(const QString& title, unsigned proposal) {
+    const QString now = QStringLiteral("%1").arg(proposal, 6, 16, QLatin1Char('0'));
+    // A line that is no colour is asked again.
+    while (const std::optional<QString> line = ask(title + u" (RRGGBB) ["_s + now + u']')) {
+        if (line->trimmed().isEmpty())
+            return std::nullopt;
+        bool isNumber = false;
+        const unsigned rgb = line->trimmed().toUInt(&isNumber, 16);
+        if (isNumber && line->trimmed().size() == now.size())
+            return rgb;
+    }
+    return std::nullopt;
+}
+
 TerminalAsker& terminalAsker() {
     static TerminalAsker terminal;
     return terminal;

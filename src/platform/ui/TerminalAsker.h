@@ -27,7 +27,9 @@ public:
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
     std::optional<QString> chooseFile(const FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
+    std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
     void setClipboard(const QString&, const QString&) override {}
+    void copyPicture(const QImage&, const QByteArray&) override {}
     void setPointer(Pointer pointer) override { pointer_ = pointer; }
     Pointer pointer() const override { return pointer_; }
 

@@ -48,6 +48,10 @@ TEST(TerminalAsker, OnATerminalTheTypedWordDecidesAndAnUnknownOneIsAskedAgain) {
     EXPECT_EQ(terminal.shown, u"Varidex: Weiter?\nJa / Nein? Ja / Nein? "_s);
     Terminal ended(QString(), true);
     EXPECT_EQ(ended.asker.messageBox({u"Weiter?"_s, {}, Icon::Question, Buttons::YesNo}), Answer::No);
+    Terminal color(u"blau\n0A7fff\n\n"_s, true);
+    EXPECT_EQ(color.asker.chooseColor(u"Farbe"_s, 0x102030), 0x0a7fffu);
+    EXPECT_EQ(color.shown, u"Farbe (RRGGBB) [102030] Farbe (RRGGBB) [102030] "_s);
+    EXPECT_EQ(color.asker.chooseColor(u"Farbe"_s, 0x102030), std::nullopt);
     Terminal input(u"\nneu\n"_s, true);
     EXPECT_EQ(input.asker.inputBox(u"Name"_s, u"Titel"_s, u"alt"_s), u"alt"_s);
     EXPECT_EQ(input.asker.inputBox(u"Name"_s, u"Titel"_s, u"alt"_s), u"neu"_s);

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "analysis/request/AnalysisRequest.h"
+#include "charts/LabelTable.h"
+#include "config/Options.h"
+#include "tables/ResultTable.h"
+
+#include <QSizeF>
+#include <array>
+#include <functional>
+#include <map>
+#include <optional>
+
+struct ChartSource;
+struct TableResult;
+
+/// The chart of an analysis window with what its user has changed in it: title, labels, styles, scale.
+///
+/// What was changed belongs to a table and a view of it and finds its items by their values: it stays while table and
+/// view are the same, comes back with the view, and is laid on the new chart after a calculation with other marks.
+/// Nothing of this asks the user but for the first value. A batch has one of its own.
+class WindowChart {
+public:
+    /// What becomes of the question for the first value where an axis has too many.
+    enum class FirstValue {
+        Asked,
+        One ///< counts as answered with 1
+    };
+    /// How a table stands to a chart.
+    enum class State { NoTable, Descriptives, Incomplete, NoValues, Drawn };
+
+    /// Going to the chart, and a batch: builds it, unless it is there already.
+    void turnTo(const TableResult& result, int view, const Options& options, FirstValue first = FirstValue::Asked);
+    /// What else leaves another chart: other values, options, a new calculation. Nothing for a table that is no longer
+    /// valid.
+    void build(const TableResult& result, int view, const Options& options);
+    /// Asks anew for the first value of an axis that has too many.
+    void chooseFirst(const TableResult& result, int view, const Options& options);
+
+    /// With what was changed; empty where nothing is drawn.
+    const ChartModel& model() const { return model_; }
+    State state() const { return state_; }
+    /// Why nothing is drawn, in the language in force; empty where there is a chart.
+    QString reason() const;
+    /// True if items are left out because there are too many.
+    bool isPart() const;
+
+    /// What can be changed, as it stands.
+    LabelTable labelTable() const { return labelTableOf(model_); }
+    /// Takes what was changed in it, by the values of its items; what is missing is the table's.
+    void take(const LabelTable& changed);
+
+    /// Size and resolution of its picture, as the user wants them.
+    struct Picture {
+        QSizeF millimetres{180, 110};
+        int dpi = 300;
+    };
+    Picture picture;
+
+private:
+    /// By what an item is found again: its value, and which it is of those that look alike.
+    struct ItemKey {
+        QString code;
+        bool null = false; ///< system-missing
+        int nth = 0;
+        bool operator<(const ItemKey& other) const;
+    };
+    struct ItemEdit {
+        std::optional<QString> label;
+        std::optional<ItemStyle> style;
+    };
+    struct Edits {
+        std::optional<QString> title;
+        std::map<ItemKey, ItemEdit> items;
+        ValueScale scale;
+    };
+    /// What the chart was built from.
+    struct Source {
+        ResultTable table;
+        QString caption;
+        int view = 0;
+        Options options;
+        qint16 language = 0;
+    };
+    using Build = ChartModel (*)(const ChartSource&, const std::function<QString(const QString&)>&);
+
+    State state_ = State::NoTable;
+    std::optional<Source> source_;
+    AnalysisRequest request_;      ///< whose chart was changed
+    QString caption_;              ///< of its table
+    std::array<Edits, 4> edits_;   ///< by view
+    ChartModel automatic_, model_; ///< as built; with what was changed
+
+    void forgetOthers(const TableResult& result, const Options& options);
+    void drawWith(Build build, const TableResult& result, int view, const Options& options, FirstValue first);
+    bool isDrawn(const TableResult& result, int view, const Options& options) const;
+    Edits& edits() { return edits_[static_cast<size_t>(source_->view)]; }
+    ItemKey keyOf(int place) const;
+    LabelTable changedLabels();
+};
