@@ -16,6 +16,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int tableTab = 1, chartTab = 2;
+
 /// The model whose run goes on. A statement under way must not meet another one, so there is one run at a time.
 AnalysisModel* runningModel = nullptr;
 
@@ -48,6 +50,7 @@ AnalysisModel::AnalysisModel() {
 void AnalysisModel::open() {
     editor_.open();
     result_ = {};
+    chart_ = {};
     tab_ = 0;
 }
 
@@ -81,7 +84,7 @@ AnalysisView AnalysisModel::view() const {
     v.dbcPartsEnabled = editor_.hasParts() && r.optFilter == FilterKind::FilterParts;
     v.txtFilterEnabled = r.optFilter == FilterKind::FilterUser;
     v.chkVaridexCreation = editor_.creationOffered();
-    v.cbValuesShown = tab_ == 1 && result_.views;
+    v.cbValuesShown = tab_ != 0 && result_.views;
     v.cmd_ClearTrend = v.cmd_SaveTrend = !r.lst_TrendVars.isEmpty();
     return v;
 }
@@ -102,14 +105,23 @@ RunOutcome AnalysisModel::changeTab(int tab) {
     if (isInOtherLanguage() && result_.marksInForce().by == Marks::By::Hand)
         carryMarks();
     run();
+    if (tab_ == chartTab)
+        chart_.turnTo(result_, request().cbValues, gOptions);
     return result_.run.outcome;
 }
 
-/// Computes whatever is shown.
+/// Computes whatever is shown; who looks at the chart goes on to.
 void AnalysisModel::runAnew() {
     result_.computation.ResultCacheKey.clear();
-    tab_ = 1;
+    tab_ = tab_ == chartTab ? chartTab : tableTab;
     run();
+    rebuildChart();
+}
+
+/// The chart in view follows what it is of.
+void AnalysisModel::rebuildChart() {
+    if (tab_ == chartTab)
+        chart_.build(result_, request().cbValues, gOptions);
 }
 
 void AnalysisModel::run() {
@@ -197,6 +209,8 @@ bool AnalysisModel::isInOtherLanguage() const {
 
 void AnalysisModel::optionsApplied() {
     editor_.change(RequestPart::Missing, [](AnalysisRequest& r) { r.bUserMissing = false; });
+    if (!running())
+        rebuildChart();
 }
 
 std::optional<QString> AnalysisModel::command() const {
@@ -245,6 +259,38 @@ void AnalysisModel::chooseValues(int view) {
     chosenView_ = view;
     editor_.change(RequestPart::Values, [view](AnalysisRequest& r) { r.cbValues = view; });
     result_.showView(view);
+    rebuildChart();
+}
+
+bool AnalysisModel::chartMarksOffered() const {
+    const TableKind kind = result_.mfgGrid.Tag;
+    const TableState state = tableState();
+    const bool current =
+        state == TableState::Current || state == TableState::OtherMarks || state == TableState::OtherOptions;
+    return current && kind != TableKind::Comparison && marksCanBeSet();
+}
+
+void AnalysisModel::changeChart(const LabelTable& changed) {
+    if (running())
+        return;
+    const std::vector<LabelItem> before = chart_.labelTable().items;
+    chart_.take(changed);
+    if (!chartMarksOffered())
+        return;
+    bool marked = false;
+    for (size_t i = 0; i < std::min(before.size(), changed.items.size()); ++i) {
+        const int row = before[i].place;
+        if (changed.items[i].missing != before[i].missing)
+            marked |= result_.click({.Row = row, .RowSel = row, .Col = markColumn, .ColSel = markColumn},
+                                    request().cbValues) == ClickEffect::Marked;
+    }
+    if (marked)
+        computeAnew();
+}
+
+void AnalysisModel::chooseFirstValue() {
+    if (!running())
+        chart_.chooseFirst(result_, request().cbValues, gOptions);
 }
 
 ClickEffect AnalysisModel::mfgGrid_Click(const GridSelection& selection) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/WindowChart.h"
 #include "analysis/request/ComparisonList.h"
 #include "analysis/request/RequestEditor.h"
 #include "analysis/result/TableResult.h"
@@ -17,8 +18,8 @@ struct AnalysisView {
     bool userWeight = false;                       ///< the three user-weight pickers enabled
     std::array<bool, 3> optFilter{};               ///< enabled
     bool dbcPartsShown = false, dbcPartsEnabled = false, txtFilterEnabled = false;
-    bool chkVaridexCreation = false;                    ///< offered
-    bool cbValuesShown = false;                         ///< on tab 1, enabled whenever it is shown
+    bool chkVaridexCreation = false; ///< offered
+    bool cbValuesShown = false;      ///< on the tabs of table and chart, enabled whenever it is shown
     bool cmd_ClearTrend = false, cmd_SaveTrend = false; ///< enabled
 };
 
@@ -80,10 +81,23 @@ public:
     /// The click on one selected cell of a frequency table or comparison; for a larger selection nothing.
     ClickEffect cmdSetMissing(const GridSelection& selection);
 
+    // ---- the chart
+    WindowChart& chart() { return chart_; }
+    const WindowChart& chart() const { return chart_; }
+    /// True if the options of the chart may mark values as missing: of a frequency and of the rows of a crosstab in
+    /// absolute values.
+    bool chartMarksOffered() const;
+    /// Takes what was changed in the options of the chart. Other marks go to the table, which is computed anew with
+    /// them; nothing is asked.
+    void changeChart(const LabelTable& changed);
+    /// Asks anew which part of too many values is drawn.
+    void chooseFirstValue();
+
 private:
     RequestEditor editor_;
     ComparisonList comparison_{editor_};
     TableResult result_;
+    WindowChart chart_;
     RunHooks hooks_;
     int tab_ = 0;
     bool bCancelRun_ = false;
@@ -93,6 +107,7 @@ private:
     void runAnew();
     void carryMarks();
     void showChosenView();
+    void rebuildChart();
     bool isInCatalogue(const ComparisonEntry& entry) const;
     bool isInOtherLanguage() const;
 };

@@ -92,7 +92,7 @@ private:
     ChartModel automatic_, model_; ///< as built; with what was changed
 
     void forgetOthers(const TableResult& result, const Options& options);
-    void drawWith(Build build, const TableResult& result, int view, const Options& options, FirstValue first);
+    void drawWith(Build makeChart, const TableResult& result, int view, const Options& options, FirstValue first);
     bool isDrawn(const TableResult& result, int view, const Options& options) const;
     Edits& edits() { return edits_[static_cast<size_t>(source_->view)]; }
     ItemKey keyOf(int place) const;

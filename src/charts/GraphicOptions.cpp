@@ -1,0 +1,157 @@
+#include "charts/GraphicOptions.h"
+
+#include "app/globals.h"
+#include "platform/dao/Value.h"
+#include "platform/system/NumberFormat.h"
+#include "platform/ui/Asker.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString patternNames[] = {
+    u"94%-Musterfarbe"_s, u"88%-Musterfarbe"_s,           u"75%-Musterfarbe"_s,        u"50%-Musterfarbe"_s,
+    u"25%-Musterfarbe"_s, u"Fette horizontale Linien"_s,  u"Fette vertikale Linien"_s, u"Karomuster"_s,
+    u"Webmuster"_s,       u"Horizontale Linien"_s,        u"Vertikale Linien"_s,       u"Gittermuster"_s,
+    u"Spaliermuster"_s,   u"Invertiertes Spaliermuster"_s};
+
+const QString markerNames[] = {u"Bindestrich"_s,
+                               u"Plus"_s,
+                               u"X"_s,
+                               u"Stern"_s,
+                               u"Kreis"_s,
+                               u"Quadrat"_s,
+                               u"Raute"_s,
+                               u"Dreieck, Spitze oben"_s,
+                               u"Dreieck, Spitze unten"_s,
+                               u"Gefüllter Kreis"_s,
+                               u"Gefülltes Quadrat"_s,
+                               u"Gefüllte Raute"_s,
+                               u"Gefülltes Dreieck, Spitze oben"_s,
+                               u"Gefülltes Dreieck, Spitze unten"_s,
+                               u"Dreidimensionaler Ball"_s,
+                               u"Kein"_s};
+
+/// Either separator is read, but for what may as well have grouped digits: "1.000" where the comma separates decimals.
+std::optional<double> typedNumber(const QString& text) {
+    const QChar other = NumberFormat::decimalSeparator() == u',' ? u'.' : u',';
+    const QString typed = text.trimmed();
+    const qsizetype place = typed.indexOf(other);
+    if (place > 0 && typed.size() - place == 4)
+        return std::nullopt;
+    return dao::textToNumber(typed);
+}
+
+} // namespace
+
+GraphicOptions::GraphicOptions(const ChartModel& chart, const ValueScale& shownScale, bool marks)
+    : Titel(chart.caption), chkFromToAuto(chart.scale.automatic), Minimum(NumberFormat::plain(shownScale.minimum)),
+      Maximum(NumberFormat::plain(shownScale.maximum)), Division(QString::number(shownScale.division)), chart_(chart),
+      labels_(labelTableOf(chart)), marks_(marks) {
+    choose(0);
+}
+
+QStringList GraphicOptions::styleNames() const {
+    QStringList names;
+    if (lines())
+        for (const QString& name : markerNames)
+            names << TranslateText(name);
+    else
+        for (const QString& name : patternNames)
+            names << TranslateText(name);
+    return names;
+}
+
+QString GraphicOptions::noPattern() {
+    return TranslateText(u"(kein Muster)"_s);
+}
+
+ChartModel GraphicOptions::preview() const {
+    ChartModel chart = chart_;
+    LabelTable chosen = labels_;
+    chosen.Titel = Titel;
+    QString fault;
+    chosen.scale = scale(fault).value_or(chart_.scale);
+    layOn(chosen, chart);
+    return chart;
+}
+
+void GraphicOptions::choose(int item) {
+    const int count = static_cast<int>(labels_.items.size());
+    item_ = count == 0 ? -1 : std::clamp(item, 0, count - 1);
+}
+
+int GraphicOptions::style() const {
+    const ItemStyle& style = current().style;
+    if (lines())
+        return style.number;
+    return style.pattern ? (style.number + patternCount - 1) % patternCount : -1;
+}
+
+void GraphicOptions::chooseStyle(int place) {
+    ItemStyle& style = edited().style;
+    style.number = lines() ? place : place + 1;
+    style.pattern = !lines();
+}
+
+void GraphicOptions::setPatternOrColor(bool pattern) {
+    ItemStyle& style = edited().style;
+    if (lines() || style.pattern == pattern)
+        return;
+    style.pattern = pattern;
+    if (pattern && (style.number < 1 || style.number > patternCount))
+        style.number = item_ % patternCount + 1;
+}
+
+void GraphicOptions::setColor(QRgb color) {
+    setPatternOrColor(false);
+    edited().style.color = color;
+}
+
+void GraphicOptions::setAutocolor(bool automatic, QRgb shown) {
+    edited().style.color = automatic ? std::nullopt : std::optional(shown);
+}
+
+void GraphicOptions::setMissing(bool missing) {
+    if (marks_)
+        edited().missing = missing;
+}
+
+void GraphicOptions::changeLabel() {
+    const std::optional<QString> label = ui::asker().inputBox(TranslateText(u"Geben Sie einen neuen Label ein: "_s),
+                                                              TranslateText(u"Label ändern"_s), current().label);
+    if (label && !label->isEmpty())
+        edited().label = *label;
+}
+
+/// Nothing, with words, where what is typed is no axis.
+std::optional<ValueScale> GraphicOptions::scale(QString& fault) const {
+    ValueScale chosen;
+    if (chkFromToAuto)
+        return chosen;
+    const std::optional<double> minimum = typedNumber(Minimum), maximum = typedNumber(Maximum),
+                                parts = typedNumber(Division);
+    if (!minimum || !maximum)
+        fault = TranslateText(u"Bitte geben Sie als Minimum und Maximum der Achse je eine Zahl ein."_s);
+    else if (*minimum >= *maximum)
+        fault = TranslateText(u"Das Minimum der Achse muss kleiner sein als das Maximum."_s);
+    else if (!parts || *parts < 1 || *parts > mostDivisions || *parts != std::floor(*parts))
+        fault = TranslateText(u"Die Achse kann in 1 bis 50 Abschnitte geteilt werden."_s);
+    if (!fault.isEmpty())
+        return std::nullopt;
+    chosen = {.automatic = false, .minimum = *minimum, .maximum = *maximum, .division = static_cast<int>(*parts)};
+    return chosen;
+}
+
+std::optional<LabelTable> GraphicOptions::cmdOK(QString& fault) const {
+    const std::optional<ValueScale> axis = scale(fault);
+    if (!axis)
+        return std::nullopt;
+    LabelTable chosen = labels_;
+    chosen.Titel = Titel;
+    chosen.scale = *axis;
+    return chosen;
+}
