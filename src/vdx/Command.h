@@ -31,6 +31,10 @@ std::unique_ptr<Command> makeCrosstabCommand();
 std::unique_ptr<Command> makeDescriptivesCommand();
 std::unique_ptr<Command> makeCompareCommand();
 std::unique_ptr<Command> makeComparisonsCommand();
+std::unique_ptr<Command> makeChartCommand();
+
+/// True for a command that draws, by its name: it needs fonts, which all others start without.
+bool drawsPictures(const std::string& command);
 
 /// The whole program. @param arguments without the program's name, in UTF-8
 /// @return 0; 1 when the system says no; 2 for wrong usage

@@ -1,26 +1,9 @@
 #include "analysis/result/provenance.h"
-#include "analysis/result/titles.h"
-#include "app/globals.h"
-#include "config/Options.h"
 #include "vdx/Command.h"
 #include "vdx/StudyRequest.h"
-
-#include <algorithm>
-#include <array>
-
-using namespace Qt::StringLiterals;
+#include "vdx/shownViews.h"
 
 namespace {
-
-/// The views in the order of cbValues, as they are called on the command line and in a title.
-struct CrosstabView {
-    const char* name;
-    QString words;
-};
-const std::array<CrosstabView, 4> crosstabViews{{{"absolute", u"absolute Werte"_s},
-                                                 {"column", u"Spaltenprozente"_s},
-                                                 {"row", u"Zeilenprozente"_s},
-                                                 {"total", u"Gesamtprozente"_s}}};
 
 /// vdx crosstab: the crosstab of two variables.
 class CrosstabCommand : public Command {
@@ -51,22 +34,17 @@ CLI::App* CrosstabCommand::declare(CLI::App& program) {
 
 int CrosstabCommand::run(Session& session) {
     RequestEditor editor;
-    if (!request_.prepare(session, editor, AnalysisMode::Crosstab) || !request_.chooseVariable(session, editor, row_) ||
-        !request_.chooseVariable(session, editor, column_, true))
+    if (!request_.prepare(session, editor, AnalysisMode::Crosstab) ||
+        !request_.chooseCrosstab(session, editor, row_, column_, flip_))
         return 1;
-    editor.change(RequestPart::Mode, [this](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = flip_; });
     TableResult result = request_.runOnce(session, editor);
     if (result.run.outcome != RunOutcome::Computed || session.failed())
         return 1;
-    for (size_t view = 0; view < crosstabViews.size(); ++view) {
-        if (show_ != "all" && show_ != crosstabViews[view].name)
+    for (size_t view = 0; view < viewNames.size(); ++view) {
+        if (show_ != "all" && show_ != viewNames[view])
             continue;
-        AnalysisRequest shown = result.request;
-        shown.cbValues = static_cast<int>(view);
-        result.showView(shown.cbValues);
-        const QString title = resultTitle(shown, result.mfgGrid, gOptions);
-        session.printer().print(view == 0 ? title : title + u", "_s + TranslateText(crosstabViews[view].words),
-                                result.mfgGrid, provenanceLines(result), provenanceFacts(result));
+        const QString title = showCrosstabView(result, static_cast<int>(view));
+        session.printer().print(title, result.mfgGrid, provenanceLines(result), provenanceFacts(result));
     }
     return 0;
 }

@@ -58,9 +58,17 @@ bool hasStudies(Session& session) {
     return false;
 }
 
-void StudyRequest::declarePlaces(CLI::App& command) {
+void RunOptions::declare(CLI::App& command) {
+    command.add_option("--data", data, "folder of the case files (default: beside the catalogue)");
+    command.add_flag("--sql", sql, "also print the statements, to standard error");
+    command.add_option("--minutes", minutes, "give a table up that takes longer (default: 10)")
+        ->check(CLI::Range(0, 100'000))
+        ->type_name("MINUTES");
+}
+
+void StudyRequest::declarePlaces(CLI::App& command, bool studyNeeded) {
     command.add_option("CATALOGUE", catalogue_, "catalogue file")->required();
-    command.add_option("STUDY", study_, "study number")->required();
+    command.add_option("STUDY", study_, "study number")->required(studyNeeded);
 }
 
 void StudyRequest::declareOptions(CLI::App& command) {
@@ -71,9 +79,7 @@ void StudyRequest::declareOptions(CLI::App& command) {
     command.add_option("--part", part_, "part of the data set, by its number");
     missingGiven_ = command.add_option("--missing", missing_,
                                        "missing values in place of the documented ones, such as \"8;9\", or none");
-    command.add_option("--data", data_, "folder of the case files (default: beside the catalogue)");
-    command.add_flag("--sql", sql_, "also print the statements, to standard error");
-    declareLimit(command, minutes_);
+    runs_.declare(command);
 }
 
 void StudyRequest::declareSecond(CLI::App& command) {
@@ -88,11 +94,16 @@ void StudyRequest::declareMarks(CLI::App& command, AnalysisMode mode) {
         marks_.declareCumulated(command);
 }
 
+void StudyRequest::declareAllMarks(CLI::App& command) {
+    declareMarks(command, AnalysisMode::Crosstab);
+    marks_.declareCumulated(command);
+}
+
 bool StudyRequest::prepare(Session& session, RequestEditor& editor, AnalysisMode mode) const {
     if (!filter_.empty() && !part_.empty())
         throw UsageError{
             said(u"--filter und --part schließen einander aus"_s, u"--filter and --part exclude each other"_s)};
-    chooseDataFolder(data_);
+    chooseDataFolder(runs_.data);
     if (!session.open(QString::fromStdString(catalogue_)))
         return false;
     editor.open();
@@ -114,6 +125,14 @@ TypedCases StudyRequest::cases() const {
 
 bool StudyRequest::chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second) const {
     return cases().chooseVariable(session, editor, QString::fromStdString(name), second);
+}
+
+bool StudyRequest::chooseCrosstab(Session& session, RequestEditor& editor, const std::string& row,
+                                  const std::string& column, bool flip) const {
+    if (!chooseVariable(session, editor, row) || !chooseVariable(session, editor, column, true))
+        return false;
+    editor.change(RequestPart::Mode, [flip](AnalysisRequest& r) { r.chkFlipXtab = r.bCreationMode = flip; });
+    return true;
 }
 
 bool TypedCases::choose(Session& session, RequestEditor& editor) const {
@@ -178,7 +197,7 @@ RunHooks statementHooks(Session& session, bool sql) {
 }
 
 RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) const {
-    RunHooks hooks = statementHooks(session, sql_);
+    RunHooks hooks = statementHooks(session, runs_.sql);
     hooks.onStatisticFailure = [&](const QString& place, const dao::Error& error) {
         session.say(said(u"%1 ist nicht zu berechnen (%2), die Zelle bleibt leer."_s,
                          u"%1 cannot be computed (%2), its cell stays empty."_s)
@@ -186,12 +205,6 @@ RunHooks StudyRequest::hooks(Session& session, const RequestEditor& editor) cons
                              QString::number(error.number()) + u' ' + error.description()));
     };
     return hooks;
-}
-
-void declareLimit(CLI::App& command, int& minutes) {
-    command.add_option("--minutes", minutes, "give a table up that takes longer (default: 10)")
-        ->check(CLI::Range(0, 100'000))
-        ->type_name("MINUTES");
 }
 
 namespace {
@@ -250,7 +263,7 @@ TableResult runMarked(Session& session, RequestEditor& editor, const RunHooks& h
 }
 
 TableResult StudyRequest::runOnce(Session& session, RequestEditor& editor) const {
-    return runMarked(session, editor, hooks(session, editor), minutes_, marks_, marks2_);
+    return runMarked(session, editor, hooks(session, editor), runs_.minutes, marks_, marks2_);
 }
 
 int StudyRequest::run(Session& session, RequestEditor& editor, const std::vector<std::string>& variables,

@@ -30,11 +30,17 @@ TableResult runFor(Session& session, RequestEditor& editor, const RunHooks& hook
 /// @param first of the first variable or the rows of a comparison @param second of the second variable of a crosstab
 TableResult runMarked(Session& session, RequestEditor& editor, const RunHooks& hooks, int minutes,
                       const TypedMarks& first, const TypedMarks& second = {});
-/// Declares --minutes.
-void declareLimit(CLI::App& command, int& minutes);
-
 /// How long a table may take: a catalogue of a stranger may ask for what never ends, and nobody is there to stop it.
 constexpr int defaultMinutes = 10;
+
+/// What every run takes from the command line beside its request.
+struct RunOptions {
+    std::string data; ///< folder of the case files; empty: the catalogue's
+    bool sql = false;
+    int minutes = defaultMinutes;
+
+    void declare(CLI::App& command);
+};
 
 /// The cases of a study and their weight, as typed.
 struct TypedCases {
@@ -55,12 +61,14 @@ struct TypedCases {
 /// values, the folder of the case files, --sql.
 class StudyRequest {
 public:
-    /// The places in front: CATALOGUE and STUDY.
-    void declarePlaces(CLI::App& command);
+    /// The places in front: CATALOGUE and STUDY, the latter perhaps left out.
+    void declarePlaces(CLI::App& command, bool studyNeeded = true);
     void declareOptions(CLI::App& command);
     /// Declares --missing2, and the marks of a mode that has them.
     void declareSecond(CLI::App& command);
     void declareMarks(CLI::App& command, AnalysisMode mode);
+    /// Declares the marks of all modes.
+    void declareAllMarks(CLI::App& command);
 
     /// Opens the catalogue and makes the request for a mode. False after a message on standard error.
     /// @throws UsageError
@@ -77,11 +85,18 @@ public:
     TableResult runOnce(Session& session, RequestEditor& editor) const;
     /// Chooses a variable by a name as typed; a message where there is none.
     bool chooseVariable(Session& session, RequestEditor& editor, const std::string& name, bool second = false) const;
+    /// The same for both variables of a crosstab. @param flip exchanges rows and columns
+    bool chooseCrosstab(Session& session, RequestEditor& editor, const std::string& row, const std::string& column,
+                        bool flip) const;
+
+    const std::string& catalogue() const { return catalogue_; }
+    const std::string& study() const { return study_; }
+    const RunOptions& runs() const { return runs_; }
+    const TypedMarks& marks() const { return marks_; }
 
 private:
-    std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_, data_;
-    bool sql_ = false;
-    int minutes_ = defaultMinutes;
+    std::string catalogue_, study_, weight_ = "none", filter_, part_, missing_;
+    RunOptions runs_;
     std::string missing2_;
     CLI::Option *missingGiven_ = nullptr, *missing2Given_ = nullptr;
     TypedMarks marks_, marks2_;

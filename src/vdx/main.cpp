@@ -1,14 +1,18 @@
 #include "vdx/Command.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <csignal>
 
 int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is told of as a full disk is
-    QCoreApplication application(argc, argv);
+    const bool draws = argc > 1 && drawsPictures(argv[1]);
+    if (draws)
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // whatever the desktop is
+    int own = 1;                                 // the arguments are the program's: Qt would take some of them away
+    const std::unique_ptr<QCoreApplication> application =
+        draws ? std::make_unique<QGuiApplication>(own, argv) : std::make_unique<QCoreApplication>(own, argv);
     std::vector<std::string> arguments;
-    const QStringList given = QCoreApplication::arguments();
-    for (const QString& argument : given.mid(1))
-        arguments.push_back(argument.toStdString());
+    for (int i = 1; i < argc; ++i)
+        arguments.push_back(QString::fromLocal8Bit(argv[i]).toStdString());
     return runVdx(arguments, stdout, stderr);
 }

@@ -25,6 +25,10 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     return commands;
 }
 
+bool drawsPictures(const std::string& command) {
+    return command == "chart";
+}
+
 namespace {
 
 /// The common options as they are typed.
