@@ -117,13 +117,14 @@ Table variables() {
                       {u"dt_FieldName", dao::dbText},
                       {u"dt_Format", dao::dbText},
                       {u"dt_Missing", dao::dbText},
-                      {u"dt_Instruction", dao::dbMemo},
-                      {u"dt_Table", dao::dbMemo},
-                      {u"dt_TableLayout", dao::dbMemo},
-                      {u"dt_Graph", dao::dbMemo},
-                      {u"dt_GraphLayout", dao::dbMemo},
                       {u"dt_FileNameShowCard", dao::dbText},
-                      {u"dt_FileNameEnShowCard", dao::dbText}},
+                      {u"dt_FileNameEnShowCard", dao::dbText},
+                      {u"dt_Instruction", dao::dbMemo},
+                      // What is long stands last: the file reaches a field only through those in front of it.
+                      {u"dt_TableLayout", dao::dbMemo},
+                      {u"dt_Table", dao::dbMemo},
+                      {u"dt_GraphLayout", dao::dbMemo},
+                      {u"dt_Graph", dao::dbMemo}},
                      {u"fi_StudyNo"_s, u"id_VarName"_s}, {index(name, {u"fi_StudyNo"_s, u"dt_Position"_s})});
 }
 

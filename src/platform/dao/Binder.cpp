@@ -23,10 +23,13 @@ BoundStatement bindEditable(const SelectBinder& binder) {
         return bound;
     const QString key = binder.sourceName() + u'.' + bound.editable->rowKey;
     bound.columnSql = binder.columnTexts();
-    const QString rows = clauses.list + u", "_s + key + u" AS \"row key\""_s + clauses.from + u" WHERE "_s;
+    bound.isDeferred = binder.deferredColumns();
+    bound.rowList = binder.listWithout(bound.isDeferred) + u", "_s + key + u" AS \"row key\""_s;
+    const QString from = clauses.from + u" WHERE "_s;
     // In brackets, since a further condition follows.
-    bound.whereSql = rows + (clauses.where.isEmpty() ? u"1"_s : u'(' + clauses.where + u')');
-    bound.rowSql = rows + key + u" = ?1"_s;
+    bound.whereSql = bound.rowList + from + (clauses.where.isEmpty() ? u"1"_s : u'(' + clauses.where + u')');
+    bound.rowFrom = from + key + u" = ?1"_s;
+    bound.rowSql = bound.rowList + bound.rowFrom;
     bound.orderSql = clauses.orderBy;
     bound.keySql = bound.whereSql + bound.orderSql;
     return bound;

@@ -58,8 +58,14 @@ struct BoundStatement {
     QString whereSql;
     /// One row of the table by its key ?1, whether or not it satisfies the SELECT's own condition.
     QString rowSql;
-    QString orderSql;      ///< " ORDER BY ..." or nothing; without it the rows come as the table gives them
-    QStringList columnSql; ///< how each of `columns` is written inside whereSql
+    /// The columns of the result, by position, that these statements don't read: memos, of which they only say what
+    /// type of value is there (as typeof() names it), since even its length can't be had without reading it whole.
+    std::vector<bool> isDeferred;
+    /// rowSql with the content of one of those columns behind the row key.
+    QString contentSql(int column) const { return rowList + QStringLiteral(", ") + columnSql[column] + rowFrom; }
+    QString rowList, rowFrom; ///< rowSql in two
+    QString orderSql;         ///< " ORDER BY ..." or nothing; without it the rows come as the table gives them
+    QStringList columnSql;    ///< how each of `columns` is written inside whereSql
 };
 
 /// Resolves every name of the statement and writes SQLite text from the tree. A bare table or query name

@@ -41,7 +41,7 @@ constexpr std::array<std::string_view, 16> pragmas = {
 constexpr const char* virtualTables[] = {"fts3", "fts4", "fts5", "rtree", "rtree_i32", "geopoly", nullptr};
 
 /// SQLite's own functions that the engine writes; all others that it writes are registered by it.
-constexpr std::array<std::string_view, 6> functions = {"coalesce", "count", "length", "max", "min", "rank"};
+constexpr std::array<std::string_view, 7> functions = {"coalesce", "count", "length", "max", "min", "rank", "typeof"};
 constexpr std::string_view ownPrefix = "vx_";
 
 template<size_t count>

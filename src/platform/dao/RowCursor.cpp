@@ -40,7 +40,11 @@ void RowCursor::sortRows() {
         return;
     }
     const tree::Statement order = parseStatement(u"SELECT * FROM rows ORDER BY "_s + source_.sort);
-    std::vector<std::pair<int, bool>> terms;
+    struct Term {
+        std::vector<Value> values; ///< by row, each read once
+        bool descending;
+    };
+    std::vector<Term> terms;
     for (const tree::OrderTerm& term : order.select->orderBy) {
         const QString name = term.expression->name;
         const auto column = std::find_if(bound_.columns.begin(), bound_.columns.end(),
@@ -48,13 +52,15 @@ void RowCursor::sortRows() {
         if (term.expression->kind != tree::Expression::Kind::Column || column == bound_.columns.end()) {
             raiseEngineError(3070, name);
         }
-        terms.emplace_back(static_cast<int>(column - bound_.columns.begin()), term.descending);
+        terms.push_back({{}, term.descending});
+        for (size_t row = 0; row < rows_.size(); ++row)
+            terms.back().values.push_back(contentOf(row, static_cast<int>(column - bound_.columns.begin())));
     }
     writeOrder();
     std::stable_sort(order_.begin(), order_.end(), [&](quint32 a, quint32 b) {
-        for (const auto& [column, descending] : terms) {
-            if (const int difference = compareValues(rows_.value(a, column), rows_.value(b, column))) {
-                return descending ? difference > 0 : difference < 0;
+        for (const Term& term : terms) {
+            if (const int difference = compareValues(term.values[a], term.values[b])) {
+                return term.descending ? difference > 0 : difference < 0;
             }
         }
         return false;
@@ -157,7 +163,7 @@ Value RowCursor::value(int column) {
         ensureFetched();
         requireCurrent();
     }
-    return loaded_ ? rows_.value(rowAt(position_), column) : fetched_.value(0, column);
+    return contentOf(loaded_ ? rowAt(position_) : 0, column);
 }
 
 qint64 RowCursor::bookmark() {

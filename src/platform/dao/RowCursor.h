@@ -10,6 +10,9 @@ namespace dao {
 ///
 /// The rows of a whole table stay in the file until somebody walks through them: up to then the cursor fetches the
 /// first, the last, or the row that a search or a bookmark names, one at a time.
+///
+/// Memos of rows that can be edited stay in the file until somebody asks for one, and are then what they are by then:
+/// five hundred stored pictures would be too much to hold for a list of names.
 class RowCursor {
 public:
     struct Source {
@@ -36,6 +39,7 @@ public:
 
     /// @throws Error 3021 no current row, 3167 the current row was deleted
     void requireCurrent();
+    /// @throws Error also 3167 for a memo whose row is gone from the file meanwhile, 3420 for one of a closed file
     Value value(int column);
     /// The row's key if it can be edited, else its place.
     qint64 bookmark();
@@ -97,6 +101,8 @@ private:
     std::optional<size_t> search(const Criteria& criteria);
     bool readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& take);
     bool isSameEntry(sqlite3_stmt* row, size_t known);
+    Value contentOf(size_t row, int column);
+    Value contentInFile(size_t row, int column);
     void catchUp();
     void forgetSearches();
 

@@ -31,8 +31,8 @@ void RowCursor::open() {
     const bool wholeTable = source_.editable && source_.sort.isEmpty() && bound_.whereSql.endsWith(u" WHERE 1"_s);
     if (!wholeTable) {
         readAll(source_.editable ? bound_.keySql : bound_.sql);
-        sortRows();
         loaded_ = true;
+        sortRows();
         place_ = rowCount() > 0 ? Place::At : Place::Before;
         return;
     }
@@ -44,7 +44,7 @@ void RowCursor::open() {
 
 void RowCursor::readAll(const QString& sql) {
     source_.file->trace(source_.text, sql);
-    rows_.begin(bound_.columns, source_.editable);
+    rows_.begin(bound_.columns, source_.editable, source_.editable ? bound_.isDeferred : std::vector<bool>());
     if (source_.editable) {
         seen_ = seenNow();
     }
@@ -117,7 +117,7 @@ bool RowCursor::fetch(const QString& sql, std::optional<qint64> key) {
     if (!statement.step()) {
         return false;
     }
-    fetched_.begin(bound_.columns, true);
+    fetched_.begin(bound_.columns, true, bound_.isDeferred);
     fetched_.append(statement.handle());
     return true;
 }
@@ -157,6 +157,8 @@ bool RowCursor::readRow(qint64 key, const std::function<void(sqlite3_stmt*)>& ta
 bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
     const Rows& rows = loaded_ ? rows_ : fetched_;
     const auto differs = [&](int column) {
+        if (bound_.isDeferred[static_cast<size_t>(column)])
+            return (columnValue(row, column) == Value(u"null"_s)) == rows.isElsewhere(known, column);
         return compareValues(columnValue(row, column), rows.value(known, column)) != 0;
     };
     bool keyed = false;
@@ -172,6 +174,24 @@ bool RowCursor::isSameEntry(sqlite3_stmt* row, size_t known) {
         }
     }
     return !other && (keyed || !changed);
+}
+
+/// A cell of the rows in memory; of a memo what the file has now.
+Value RowCursor::contentOf(size_t row, int column) {
+    const Rows& rows = loaded_ ? rows_ : fetched_;
+    return rows.isElsewhere(row, column) ? contentInFile(row, column) : rows.value(row, column);
+}
+
+Value RowCursor::contentInFile(size_t row, int column) {
+    const DatabaseFile::Operation operation(*source_.file);
+    Attachments::Use use;
+    reachTable(use);
+    Statement statement(source_.file->connection(), bound_.contentSql(column));
+    statement.bind(1, Value((loaded_ ? rows_ : fetched_).key(row)));
+    if (!statement.step() || !isSameEntry(statement.handle(), row)) {
+        raiseEngineError(recordDeleted);
+    }
+    return columnValue(statement.handle(), static_cast<int>(bound_.columns.size()) + 1);
 }
 
 void RowCursor::refresh() {

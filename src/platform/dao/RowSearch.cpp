@@ -55,7 +55,7 @@ std::optional<size_t> RowCursor::search(const Criteria& criteria) {
         if (fresh) {
             entry->second.build(rowCount(), [&](size_t at) {
                 const size_t row = rowAt(at);
-                return rows_.isGone(row) ? Value() : rows_.value(row, column);
+                return rows_.isGone(row) ? Value() : contentOf(row, column);
             });
         }
         const bool exact = sought.kind() != Value::Kind::Integer || isWhole(sought.toDouble());
@@ -63,7 +63,7 @@ std::optional<size_t> RowCursor::search(const Criteria& criteria) {
             return entry->second.find(sought);
         }
     }
-    const Criteria::Row row = [&](int column) { return rows_.value(rowAt(position), column); };
+    const Criteria::Row row = [&](int column) { return contentOf(rowAt(position), column); };
     for (; position < rowCount(); ++position) {
         if (!rows_.isGone(rowAt(position)) && criteria.matches(row)) {
             return position;

@@ -24,10 +24,12 @@ void makeRoom(Vector& vector, size_t more) {
 
 } // namespace
 
-void Rows::begin(const std::vector<ColumnInfo>& columns, bool keyed) {
+void Rows::begin(const std::vector<ColumnInfo>& columns, bool keyed, const std::vector<bool>& deferred) {
     *this = Rows();
     columns_ = columns.size();
     keyed_ = keyed;
+    isDeferred_ = deferred;
+    isDeferred_.resize(columns_);
     for (const ColumnInfo& column : columns) {
         // Whole numbers of such a column are stored as integers, and are doubles all the same.
         isDouble_.push_back(column.type >= dbCurrency && column.type <= dbDouble);
@@ -75,6 +77,11 @@ void Rows::setGone(size_t row) {
 }
 
 void Rows::store(size_t cell, sqlite3_stmt* statement, int column) {
+    if (isDeferred_[static_cast<size_t>(column)]) {
+        const auto* type = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+        tags_[cell] = type != nullptr && std::strcmp(type, "null") != 0 ? Tag::Elsewhere : Tag::Null;
+        return;
+    }
     switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER:
         if (!isDouble_[static_cast<size_t>(column)]) {
@@ -135,6 +142,7 @@ Value Rows::value(size_t row, int column) const {
     const quint64 payload = payloads_[cell];
     switch (tags_[cell]) {
     case Tag::Null:
+    case Tag::Elsewhere:
         return {};
     case Tag::Integer:
         return Value(static_cast<qint64>(payload));

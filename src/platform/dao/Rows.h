@@ -14,15 +14,20 @@ namespace dao {
 class Rows {
 public:
     /// @param columns  of the result; the statement may give the row's key as one column more
-    void begin(const std::vector<ColumnInfo>& columns, bool keyed);
+    /// @param deferred  by column, those of which the statement only gives what type() reads; empty for none
+    void begin(const std::vector<ColumnInfo>& columns, bool keyed, const std::vector<bool>& deferred = {});
     /// Adds the current row of a statement. @return its place
     size_t append(sqlite3_stmt* statement);
     void replace(size_t row, sqlite3_stmt* statement);
 
     size_t size() const { return rows_; }
     size_t bytes() const { return payloads_.size() * (sizeof(quint64) + sizeof(Tag)) + blocks_.size(); }
-    /// @throws Error 6 for a number beyond all doubles
+    /// Null for a cell that isn't here. @throws Error 6 for a number beyond all doubles
     Value value(size_t row, int column) const;
+    /// True for a cell that has a value, which stayed in the file.
+    bool isElsewhere(size_t row, int column) const {
+        return tags_[row * columns_ + static_cast<size_t>(column)] == Tag::Elsewhere;
+    }
     qint64 key(size_t row) const { return keys_[row]; }
     /// The row is gone from the file: its key may be another row's by now. It is there again when it is replaced.
     void setGone(size_t row);
@@ -34,7 +39,7 @@ public:
     bool isInKeyOrder() const { return ascending_; }
 
 private:
-    enum class Tag : quint8 { Null, Integer, Double, Text, Bytes };
+    enum class Tag : quint8 { Null, Integer, Double, Text, Bytes, Elsewhere };
     void setKey(size_t row, qint64 key);
     void store(size_t cell, sqlite3_stmt* statement, int column);
     quint64 storeBlock(size_t cell, const void* data, int bytes);
@@ -43,7 +48,7 @@ private:
     size_t rows_ = 0;
     bool keyed_ = false;
     bool ascending_ = true;
-    std::vector<bool> isDouble_;
+    std::vector<bool> isDouble_, isDeferred_;
     std::vector<quint64> payloads_;
     std::vector<Tag> tags_;
     std::vector<char> blocks_; ///< each a length of four bytes and the content

@@ -245,6 +245,25 @@ SelectBinder::Clauses SelectBinder::clauses() const {
     return clauses;
 }
 
+std::vector<bool> SelectBinder::deferredColumns() const {
+    std::vector<bool> deferred;
+    for (const Item& item : items_) {
+        const bool column = editable_ && item.expression->kind == BoundExpression::Kind::Column;
+        const ColumnInfo& info = item.expression->column.info;
+        deferred.push_back(column && info.type == dbMemo && !containsName(editable_->keyColumns, info.sourceField));
+    }
+    return deferred;
+}
+
+QString SelectBinder::listWithout(const std::vector<bool>& deferred) const {
+    QStringList list;
+    for (size_t i = 0; i < items_.size(); ++i)
+        list << (deferred[i]
+                     ? u"typeof("_s + writeValue(*items_[i].expression) + u") AS "_s + quotedName(items_[i].name)
+                     : itemText(items_[i]));
+    return u"SELECT "_s + list.join(u", "_s);
+}
+
 SelectBinder::Clauses SelectBinder::withTies(Clauses clauses) const {
     clauses.orderBy.clear();
     QStringList names;

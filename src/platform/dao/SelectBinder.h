@@ -35,6 +35,11 @@ public:
     QString sourceName() const;
 
     Clauses clauses() const;
+    /// The memos of the table that can be edited, by position in the result; what the table's rows are told apart by
+    /// is none.
+    std::vector<bool> deferredColumns() const;
+    /// The first clause with the type of the value in place of each of those columns.
+    QString listWithout(const std::vector<bool>& deferred) const;
     /// The same as one branch of a UNION whose columns have the given types: without order, its texts under
     /// the collation that finds equal rows.
     QString unionBranch(const std::vector<Domain>& domains) const;

@@ -14,7 +14,7 @@ constexpr qsizetype charactersOfAnEntry = 100;
 qsizetype sizeOf(const BoundStatement& bound) {
     const auto columns =
         static_cast<qsizetype>(bound.columns.size() + (bound.editable ? bound.editable->columns.size() : 0));
-    return bound.sql.size() + bound.keySql.size() + bound.whereSql.size() + bound.rowSql.size() +
+    return bound.sql.size() + bound.keySql.size() + bound.whereSql.size() + 2 * bound.rowSql.size() +
            bound.orderSql.size() + (columns + bound.columnSql.size()) * charactersOfAnEntry;
 }
 
