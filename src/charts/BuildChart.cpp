@@ -6,7 +6,6 @@
 #include "platform/ui/Asker.h"
 #include "tables/Marks.h"
 
-#include <QHash>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -223,14 +222,6 @@ void ChartBuilder::style() {
     }
 }
 
-/// Tells items of the same code apart: several values of a table may look alike, and so may two entries.
-void makeUnique(std::vector<ChartItem>& items) {
-    QHash<QString, int> met;
-    for (ChartItem& item : items)
-        if (const int nth = met[item.code]++; nth > 0)
-            item.code += u'\n' + QString::number(nth + 1);
-}
-
 ChartModel ChartBuilder::build() {
     chart_.kind = table_.Tag;
     chart_.caption = s_.caption;
@@ -249,8 +240,6 @@ ChartModel ChartBuilder::build() {
         break;
     }
     style();
-    makeUnique(chart_.categories);
-    makeUnique(chart_.series);
     if (entry_ == Entry::Run && chart_.categories.empty())
         chart_.caption.clear();
     return chart_;

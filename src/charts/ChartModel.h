@@ -15,7 +15,7 @@ enum class ChartType { Bars = 1, Lines = 3 };
 /// series of a crosstab and a comparison has them as their tables do.
 struct ChartItem {
     QString level1, level2;
-    QString code;        ///< the value or study that it stands for: by it labels and styles are laid on a new chart
+    QString code;        ///< the value or study that it stands for, as its cell has it
     int place = -1;      ///< row or column of the table; -1 for a place that no row or column fills
     bool marked = false; ///< the table marks it as missing
 };

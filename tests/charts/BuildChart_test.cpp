@@ -211,11 +211,6 @@ TEST_F(ChartTables, AComparisonHasGapsWhereAStudyLacksAValue) {
     EXPECT_EQ(percent.yTitle, u"Prozent"_s);
     options_.IncludeMissing = true;
     EXPECT_EQ(pointsOf(chartOf(views_[0])), (QStringList{u"10 30 . 60 6"_s, u"5 . 15 . ."_s}));
-    setUpComparison(2);
-    addEntry(1, u"QX1, V5"_s, {{1, 1}});
-    addEntry(2, u"QX1, V5"_s, {{1, 2}});
-    const ChartModel alike = chartOf(views_[0]);
-    EXPECT_NE(alike.series[0].code, alike.series[1].code) << "what is laid on a chart finds its own series";
 }
 
 TEST_F(ChartTables, AnAxisWithTooManyItemsAsksWordForWord) {
