@@ -14,9 +14,8 @@ namespace {
 
 enum class Entry { Run, Tab };
 
-constexpr int patterns = 14;
-constexpr int symbols = 16; ///< with "none", the last
-constexpr int noSymbol = symbols - 1;
+constexpr int patternsOfList = 14;
+constexpr int symbolsOfList = 16; ///< with "none", the last
 constexpr int noPlace = -1;
 
 class ChartBuilder {
@@ -215,9 +214,9 @@ void ChartBuilder::style() {
         ItemStyle style;
         style.pattern = !chart_.color && !lines;
         if (style.pattern)
-            style.number = (number - 1) % patterns + 1;
+            style.number = (number - 1) % patternsOfList + 1;
         else if (lines)
-            style.number = chart_.color ? noSymbol : number % symbols;
+            style.number = chart_.color ? symbolsOfList - 1 : number % symbolsOfList;
         chart_.styles.push_back(style);
     }
 }
