@@ -1,0 +1,152 @@
+#include "charts/chartFile.h"
+
+#include "app/globals.h"
+#include "charts/paintChart.h"
+#include "platform/ui/Asker.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageReader>
+#include <QImageWriter>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSaveFile>
+#include <QSvgGenerator>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double perInch = 25.4;
+constexpr double leastSide = 20, mostSide = 2000;
+constexpr int leastDpi = 36, mostDpi = 2400;
+constexpr double mostPixels = 100e6;
+constexpr int twipsPerInch = 1440;
+
+QImage paintedImage(const ChartLayout& layout, const QSize& pixels, int dpi) {
+    QImage image(pixels, QImage::Format_RGB32);
+    if (image.isNull())
+        return image;
+    image.fill(Qt::white);
+    const int perMetre = qRound(dpi * 1000 / perInch);
+    image.setDotsPerMeterX(perMetre);
+    image.setDotsPerMeterY(perMetre);
+    QPainter painter(&image);
+    painter.scale(pixels.width() / layout.size.width(), pixels.height() / layout.size.height());
+    paintChart(painter, layout);
+    return image;
+}
+
+QSize pixelsOf(const QSizeF& millimetres, double dpi) {
+    return (millimetres * (dpi / perInch)).toSize();
+}
+
+QByteArray encoded(const QImage& image, const char* format, int quality) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(quality);
+    return !image.isNull() && writer.write(image) ? bytes : QByteArray();
+}
+
+QByteArray svg(const ChartModel& model, const ChartLayout& layout) {
+    constexpr int unitsPerMillimetre = 100;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setResolution(qRound(perInch * unitsPerMillimetre));
+    const QSize size = (layout.size * unitsPerMillimetre).toSize();
+    generator.setSize(size);
+    generator.setViewBox(QRect(QPoint(), size));
+    generator.setTitle(model.caption.simplified());
+    QPainter painter;
+    if (!painter.begin(&generator))
+        return {};
+    painter.scale(unitsPerMillimetre, unitsPerMillimetre);
+    paintChart(painter, layout);
+    painter.end();
+    return bytes;
+}
+
+QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    if (!buffer.open(QIODevice::WriteOnly))
+        return {};
+    QPdfWriter writer(&buffer);
+    writer.setResolution(1200);
+    writer.setPageSize(QPageSize(layout.size, QPageSize::Millimeter, {}, QPageSize::ExactMatch));
+    writer.setPageMargins({});
+    writer.setTitle(model.caption.simplified());
+    QPainter painter;
+    if (!painter.begin(&writer))
+        return {};
+    painter.scale(1200 / perInch, 1200 / perInch);
+    paintChart(painter, layout);
+    painter.end();
+    return bytes;
+}
+
+} // namespace
+
+bool jpegSupported() {
+    return QImageReader::supportedImageFormats().contains("jpeg") &&
+           QImageWriter::supportedImageFormats().contains("jpeg");
+}
+
+QSize chartTwips(const QSizeF& millimetres) {
+    return pixelsOf(millimetres, twipsPerInch);
+}
+
+QByteArray plotJpeg(const ChartModel& model, const QSizeF& millimetres, int quality) {
+    if (!jpegSupported()) {
+        ui::asker().messageBox({TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s), u"Encoder Error"_s});
+        return {};
+    }
+    const QSizeF twips = chartTwips(millimetres);
+    const QSize pixels = (twips * storedPlotDpi / twipsPerInch).toSize();
+    const ChartLayout layout = layOut(model, twips * (perInch / twipsPerInch), ChartParts::Plot);
+    return encoded(paintedImage(layout, pixels, storedPlotDpi), "jpeg", std::clamp(quality, 0, 100));
+}
+
+QImage chartImage(const ChartLayout& layout, int dpi) {
+    return paintedImage(layout, pixelsOf(layout.size, dpi), dpi);
+}
+
+QString chartSizeFault(const QSizeF& size, int dpi) {
+    const auto bad = [](double side) { return !(side >= leastSide && side <= mostSide); };
+    if (bad(size.width()) || bad(size.height()))
+        return TranslateText(u"Breite und Höhe müssen zwischen %1 und %2 mm liegen."_s).arg(leastSide).arg(mostSide);
+    if (dpi < leastDpi || dpi > mostDpi)
+        return TranslateText(u"Die Auflösung muss zwischen %1 und %2 dpi liegen."_s).arg(leastDpi).arg(mostDpi);
+    const double pixels = size.width() / perInch * dpi * (size.height() / perInch * dpi);
+    if (pixels > mostPixels)
+        return TranslateText(u"Das Bild hätte %1 Millionen Bildpunkte; höchstens 100 sind möglich."_s)
+            .arg(qRound(pixels / 1e6));
+    return {};
+}
+
+QString saveChart(const ChartModel& model, const QString& path, const QSizeF& millimetres, int dpi) {
+    const QString ending = QFileInfo(path).suffix().toLower();
+    const bool jpeg = ending == u"jpg"_s || ending == u"jpeg"_s, drawing = ending == u"svg"_s || ending == u"pdf"_s;
+    if (!jpeg && !drawing && ending != u"png"_s)
+        return TranslateText(u"Der Name der Datei muss auf .svg, .png, .jpg oder .pdf enden."_s);
+    if (const QString fault = chartSizeFault(millimetres, drawing ? leastDpi : dpi); !fault.isEmpty())
+        return fault;
+    if (jpeg && !jpegSupported())
+        return TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s);
+    const ChartLayout layout = layOut(model, millimetres, ChartParts::Whole);
+    const QByteArray bytes = ending == u"svg"_s ? svg(model, layout)
+                             : ending == u"pdf"_s
+                                 ? pdf(model, layout)
+                                 : encoded(chartImage(layout, dpi), jpeg ? "jpeg" : "png", jpeg ? 100 : -1);
+    if (bytes.isEmpty())
+        return TranslateText(u"Das Bild konnte nicht erzeugt werden."_s);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        return file.errorString();
+    return {};
+}
