@@ -20,6 +20,7 @@ constexpr int tableTab = 1, chartTab = 2;
 
 /// The model whose run goes on. A statement under way must not meet another one, so there is one run at a time.
 AnalysisModel* runningModel = nullptr;
+bool runningApart = false;
 
 class RunningScope {
 public:
@@ -35,7 +36,16 @@ public:
 } // namespace
 
 bool AnalysisModel::running() {
-    return runningModel != nullptr;
+    return runningModel || runningApart;
+}
+
+AnalysisModel::RunApart::RunApart() {
+    runningApart = true;
+}
+
+AnalysisModel::RunApart::~RunApart() {
+    runningApart = false;
+    ui::asker().setPointer(ui::Pointer::Default);
 }
 
 AnalysisModel::AnalysisModel() {

@@ -55,6 +55,14 @@ public:
     void stop() { bCancelRun_ = true; }
     /// True while any model runs: other windows leave the engine alone then.
     static bool running();
+    /// Runs of no window: as long as it lives no model runs, and others know it.
+    class RunApart {
+    public:
+        RunApart();
+        ~RunApart();
+        RunApart(const RunApart&) = delete;
+        RunApart& operator=(const RunApart&) = delete;
+    };
     /// Options were applied: marks count no more at the next run.
     void optionsApplied();
 

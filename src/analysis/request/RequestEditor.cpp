@@ -79,10 +79,11 @@ void RequestEditor::openNow() {
     dtData2.recordset = queryRows(dtData2.source);
     variableChoices_.clear();
     variables_.clear();
-    creationOffered_ = gCatalogueOptions.VaridexCreationMode && dtData2.recordset;
+    canKeep_ = dtData2.recordset != nullptr;
     for (const QString& field :
          {u"dt_Instruction"_s, u"dt_Table"_s, u"dt_TableLayout"_s, u"dt_Graph"_s, u"dt_GraphLayout"_s})
-        creationOffered_ = creationOffered_ && dtData2.recordset->hasField(field);
+        canKeep_ = canKeep_ && dtData2.recordset->hasField(field);
+    creationOffered_ = gCatalogueOptions.VaridexCreationMode && canKeep_;
 }
 
 const QString& RequestEditor::contentField(const QString& original, const QString& english) const {
@@ -131,6 +132,7 @@ bool RequestEditor::clickStudy(const QString& study) {
         request_.dbcVarGewicht.clear();
     }
     request_.Option3 = WeightKind::noWeight;
+    namedWeight_.reset();
     loadWeights();
     loadParts();
     // A repeated click keeps the variables.
@@ -194,7 +196,7 @@ bool RequestEditor::chooseVariable2(const QString& name) {
 }
 
 void RequestEditor::dbcVariable_Change() {
-    trapped([this] { loadVariable(false); });
+    trapped([this] { loadVariable(true); });
     changed(RequestPart::Variables);
 }
 
@@ -217,6 +219,15 @@ bool RequestEditor::refresh() {
     return end != Trap::Aborted;
 }
 
+void RequestEditor::besideFields(const std::function<void()>& write) {
+    const FileStamp before = stampOfCatalogue();
+    write();
+    const FileStamp after = stampOfCatalogue();
+    // One commit more is this one's own.
+    if (before == stamp_ && after.changes - before.changes <= 1 && after.logSize == before.logSize)
+        stamp_ = after;
+}
+
 /// Somebody has written to the catalogue since: a study may have been replaced as a whole.
 void RequestEditor::readAgain() {
     dtData1.recordset = dtData1.source.isEmpty() ? nullptr : queryRows(dtData1.source);
@@ -231,6 +242,7 @@ void RequestEditor::readAgain() {
         loadVariable2();
     }
     loadWeights();
+    keepNamedWeight();
     readParts();
     if (request_.mode == AnalysisMode::Comparison || request_.optFilter != FilterKind::FilterParts)
         return;
@@ -251,7 +263,7 @@ void RequestEditor::forgetStatistics() {
     request_.dtDescDigits.clear();
 }
 
-/// @param keepChoices at the start of a run: missing values that the user chose for this variable hold
+/// @param keepChoices where the variable stays: missing values that the user chose for it hold
 void RequestEditor::loadVariable(bool keepChoices) {
     forgetStatistics();
     kept_ = {};
@@ -325,6 +337,7 @@ void RequestEditor::chooseMode(AnalysisMode mode) {
     }
     if (mode == AnalysisMode::Comparison)
         request_.Option3 = WeightKind::noWeight;
+    namedWeight_.reset();
     trapped([this] { loadWeights(); });
     changed(RequestPart::Mode);
 }

@@ -58,6 +58,8 @@ public:
     /// The language of studies, parts and labels: that of the contents when this was opened.
     bool englishContents() const { return englishContents_; }
     bool creationOffered() const { return creationOffered_; }
+    /// True if the catalogue has fields for what is kept with a variable, whether creation mode is offered or not.
+    bool canKeep() const { return canKeep_; }
     /// The studies of the catalogue, value the number and text the title.
     std::vector<BoundPicker> studies();
     const std::vector<StudyVariable>& variables() const { return variables_; }
@@ -68,7 +70,8 @@ public:
     /// Sets the first variable and runs dbcVariable_Change.
     bool chooseVariable(const QString& name);
     bool chooseVariable2(const QString& name);
-    /// Loads the fields of the variable in dbcVariable, and what is kept with it.
+    /// Loads the fields of the variable in dbcVariable, and what is kept with it; what the user has said of its missing
+    /// values stays.
     void dbcVariable_Change();
     /// As dbcVariable_Change has found it last; nothing without a variable.
     const KeptWithVariable& kept() const { return kept_; }
@@ -79,6 +82,9 @@ public:
     bool refresh();
     /// How the catalogue's file lay when the fields were read.
     const FileStamp& stamp() const { return stamp_; }
+    /// Carries out a step that writes to the catalogue nothing that the fields stand on: they need not be read again
+    /// for it.
+    void besideFields(const std::function<void()>& write);
     /// A definition that stands in place of the catalogue's for the first variable, in dtMissing and sMissing, through
     /// every change of variable until it is taken back with nothing. An empty text: no value is missing.
     void overrideMissing(const std::optional<QString>& definition);
@@ -90,6 +96,9 @@ public:
     // ---- cases
     /// @param variable the weight's variable for WeightUser, else not read
     bool chooseWeight(WeightKind kind, const QString& variable = QString());
+    /// A standard weight for which a variable of the study stands, whatever the study itself has for it, until study or
+    /// mode are chosen anew.
+    bool chooseNamedWeight(WeightKind kind, const QString& variable);
     /// The user's own weight, with the variable that was chosen for it last or none yet.
     void chooseUserWeight();
     bool hasParts() const { return hasParts_; }
@@ -123,11 +132,16 @@ private:
     int lastListener_ = 0;
     std::function<void()> casesFollower_;
     FileStamp stamp_;
-    bool englishContents_ = false, creationOffered_ = false, hasParts_ = false;
+    bool englishContents_ = false, creationOffered_ = false, canKeep_ = false, hasParts_ = false;
     QStringList variableChoices_;
     std::vector<StudyVariable> variables_;
     std::optional<QString> missingOverride_, missingOverride2_;
     KeptWithVariable kept_;
+    struct NamedWeight {
+        WeightKind kind;
+        QString variable;
+    };
+    std::optional<NamedWeight> namedWeight_;
     QString lastFilterText_, selectionVariable_;
     BoundPicker describedStudy_, describedVariable_; ///< whose statistics dtDesc chooses
 
@@ -140,6 +154,8 @@ private:
     void loadVariable2();
     void loadGroup();
     void loadWeights();
+    void keepNamedWeight();
+    QString& standardWeight(WeightKind kind);
     void loadParts();
     void readParts();
     bool isPart(const QString& id);

@@ -46,6 +46,16 @@ void RequestEditor::loadWeights() {
     request_.dt_WeightRE = dtData1.recordset->text(u"dt_WeightRE"_s);
 }
 
+QString& RequestEditor::standardWeight(WeightKind kind) {
+    return kind == WeightKind::WeightRE ? request_.dt_WeightRE : request_.dt_WeightHH;
+}
+
+/// A variable that has gone from the study is nobody's weight: not the study's own one takes its place.
+void RequestEditor::keepNamedWeight() {
+    if (namedWeight_)
+        standardWeight(namedWeight_->kind) = findVariable(namedWeight_->variable) ? namedWeight_->variable : QString();
+}
+
 void RequestEditor::loadParts() {
     hasParts_ = false;
     request_.dbcParts.clear();
@@ -96,6 +106,14 @@ bool RequestEditor::chooseWeight(WeightKind kind, const QString& variable) {
     request_.Option3 = kind;
     casesChanged(RequestPart::Weight);
     return true;
+}
+
+bool RequestEditor::chooseNamedWeight(WeightKind kind, const QString& variable) {
+    if (!findVariable(variable))
+        return false;
+    standardWeight(kind) = pickedVariable().value;
+    namedWeight_ = {kind, pickedVariable().value};
+    return chooseWeight(kind);
 }
 
 void RequestEditor::chooseUserWeight() {

@@ -1,0 +1,58 @@
+#include "analysis/BatchReport.h"
+
+#include "app/globals.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString counted(const QString& what, qsizetype count) {
+    return TranslateText(what) + u' ' + QString::number(count);
+}
+
+/// An indented line for each, its words in one line.
+QStringList namedLines(const std::vector<BatchReport::Named>& all, qsizetype most) {
+    QStringList lines;
+    for (const BatchReport::Named& one : all) {
+        if (lines.size() == most) {
+            lines << u"  "_s + counted(u"und weitere:"_s, static_cast<qsizetype>(all.size()) - most);
+            break;
+        }
+        lines << u"  "_s + one.variable + u": "_s + one.words.simplified();
+    }
+    return lines;
+}
+
+} // namespace
+
+QString BatchReport::summary(int mostNames) const {
+    const bool tables = kind == BatchKind::Tables;
+    QStringList lines;
+    if (!ended.isEmpty())
+        lines << TranslateText(u"Der Lauf wurde abgebrochen:"_s) + u' ' + ended.simplified();
+    lines << study + u", "_s + counted(tables ? u"Tabellen gespeichert:"_s : u"Grafiken gespeichert:"_s, done.size());
+    if (!failed.empty())
+        lines << counted(u"Fehlgeschlagen (Gespeichertes bleibt):"_s, static_cast<qsizetype>(failed.size()))
+              << namedLines(failed, mostNames);
+    if (!deleted.isEmpty())
+        lines << counted(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted.size());
+    if (!notReached.isEmpty())
+        lines << counted(u"Nicht erreicht:"_s, notReached.size());
+    if (!remarks.empty())
+        lines << counted(u"Mit Hinweis gespeichert:"_s, static_cast<qsizetype>(remarks.size()))
+              << namedLines(remarks, mostNames);
+    return lines.join(u'\n');
+}
+
+QString BatchReport::text() const {
+    QStringList lines{summary(static_cast<int>(failed.size() + remarks.size()))};
+    const auto add = [&lines](const QString& heading, const QStringList& names) {
+        if (!names.isEmpty())
+            lines << QString() << TranslateText(heading) + u' ' + names.join(u", "_s);
+    };
+    const bool tables = kind == BatchKind::Tables;
+    add(tables ? u"Tabellen gespeichert:"_s : u"Grafiken gespeichert:"_s, done);
+    add(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted);
+    add(u"Nicht erreicht:"_s, notReached);
+    return lines.join(u'\n');
+}
