@@ -26,6 +26,13 @@ void paintShape(QPainter& painter, const ChartShape& shape, bool pixels) {
         painter.fillRect(shape.lines.front().boundingRect(), QColor::fromRgb(shape.color));
         return;
     }
+    if (pixels) { // thousands of polygons take a third of the time that one path of them takes
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(QColor::fromRgb(shape.color));
+        for (const QPolygonF& polygon : shape.lines)
+            painter.drawPolygon(polygon, Qt::WindingFill);
+        return;
+    }
     QPainterPath path;
     path.setFillRule(Qt::WindingFill);
     for (const QPolygonF& polygon : shape.lines) {
