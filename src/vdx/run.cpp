@@ -22,6 +22,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeDescriptivesCommand());
     commands.push_back(makeCompareCommand());
     commands.push_back(makeComparisonsCommand());
+    commands.push_back(makeChartCommand());
     return commands;
 }
 
