@@ -13,9 +13,14 @@
 using namespace Qt::StringLiterals;
 
 ContextMenu::ContextMenu(QAbstractItemView& view, std::function<void(QMenu&)> fill, Selection selection)
-    : QObject(&view), view_(view), fill_(std::move(fill)), selection_(selection) {
+    : QObject(&view), widget_(*view.viewport()), view_(&view), fill_(std::move(fill)), selection_(selection) {
     view.installEventFilter(this);
     view.viewport()->installEventFilter(this);
+}
+
+ContextMenu::ContextMenu(QWidget& picture, std::function<void(QMenu&)> fill)
+    : QObject(&picture), widget_(picture), view_(nullptr), fill_(std::move(fill)), selection_(Selection::Stays) {
+    picture.installEventFilter(this);
 }
 
 bool ContextMenu::eventFilter(QObject* watched, QEvent* event) {
@@ -38,7 +43,7 @@ bool ContextMenu::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
-        return selection_ == Selection::Stays && watched == view_.viewport() &&
+        return selection_ == Selection::Stays && view_ && watched == &widget_ &&
                static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
     default:
         return false;
@@ -46,18 +51,18 @@ bool ContextMenu::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void ContextMenu::openAtCurrent() {
-    const QModelIndex current = view_.currentIndex();
+    const QModelIndex current = view_ ? view_->currentIndex() : QModelIndex();
     if (current.isValid())
-        view_.scrollTo(current);
-    const QRect cell = current.isValid() ? view_.visualRect(current) : QRect();
-    const QRect inView = cell & view_.viewport()->rect();
-    open(view_.viewport()->mapToGlobal(inView.isValid() ? inView.bottomLeft() : QPoint(0, 0)));
+        view_->scrollTo(current);
+    const QRect cell = current.isValid() ? view_->visualRect(current) : QRect();
+    const QRect inView = cell & widget_.rect();
+    open(widget_.mapToGlobal(inView.isValid() ? inView.bottomLeft() : QPoint(0, 0)));
 }
 
 void ContextMenu::open(const QPoint& place) {
     if (open_ || gBusy > 0)
         return;
-    open_ = new QMenu(&view_);
+    open_ = new QMenu(view_ ? view_ : &widget_);
     open_->setObjectName(u"mnuContext"_s);
     open_->setProperty("CtrlTyp", QString());
     open_->setToolTipsVisible(true);

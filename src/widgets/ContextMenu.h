@@ -7,9 +7,10 @@
 class QAbstractButton;
 class QAbstractItemView;
 class QMenu;
+class QWidget;
 
-/// The menu of a view at the right mouse button, at the menu key and at Shift+F10. It offers what menus and buttons
-/// offer elsewhere, by their own actions.
+/// The menu of a view, or of a picture, at the right mouse button, at the menu key and at Shift+F10. It offers what
+/// menus and buttons offer elsewhere, by their own actions.
 class ContextMenu : public QObject {
 public:
     /// What a right click does to the selection before.
@@ -18,6 +19,8 @@ public:
     /// @param view owns the menu @param fill puts the entries in, each time anew
     ContextMenu(QAbstractItemView& view, std::function<void(QMenu&)> fill,
                 Selection selection = Selection::FollowsClick);
+    /// @param picture owns the menu
+    ContextMenu(QWidget& picture, std::function<void(QMenu&)> fill);
 
     /// Adds entries of the main window's menu by their names, an empty one for a line between them. Those without a
     /// function yet are left out.
@@ -29,7 +32,8 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    QAbstractItemView& view_;
+    QWidget& widget_;         ///< that the places of the menu are in
+    QAbstractItemView* view_; ///< null for a picture
     std::function<void(QMenu&)> fill_;
     Selection selection_;
     QPointer<QMenu> open_;
