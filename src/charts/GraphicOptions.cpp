@@ -121,8 +121,8 @@ void GraphicOptions::setMissing(bool missing) {
 }
 
 void GraphicOptions::changeLabel() {
-    const std::optional<QString> label = ui::asker().inputBox(TranslateText(u"Geben Sie einen neuen Label ein: "_s),
-                                                              TranslateText(u"Label ändern"_s), current().label);
+    const std::optional<QString> label = ui::asker().inputBox(
+        TranslateText(u"Geben Sie einen neuen Label ein:"_s) + u' ', TranslateText(u"Label ändern"_s), current().label);
     if (label && !label->isEmpty())
         edited().label = *label;
 }

@@ -21,11 +21,6 @@ bool codeStandsFirst(const ChartModel& chart) {
     return chart.kind == TableKind::Crosstab;
 }
 
-/// A chart tells those that look alike apart behind the value.
-QString valueOf(const ChartItem& item) {
-    return item.code.section(u'\n', 0, 0);
-}
-
 } // namespace
 
 bool itemsAreCategories(const ChartModel& chart) {
@@ -35,7 +30,7 @@ bool itemsAreCategories(const ChartModel& chart) {
 QString labelOf(const ChartModel& chart, const ChartItem& item) {
     const QString label = (codeStandsFirst(chart) ? item.level2 : item.level1).trimmed();
     // Without a label the value speaks for itself.
-    return label.isEmpty() ? valueOf(item) : label;
+    return label.isEmpty() ? item.code : label;
 }
 
 void setLabel(const ChartModel& chart, ChartItem& item, const QString& label) {
@@ -47,7 +42,7 @@ LabelTable labelTableOf(const ChartModel& chart) {
     LabelTable table{.Titel = chart.caption, .items = {}, .scale = chart.scale};
     const std::vector<ChartItem>& items = itemsAreCategories(chart) ? chart.categories : chart.series;
     for (const size_t i : itemsOf(chart))
-        table.items.push_back({.code = valueOf(items[i]),
+        table.items.push_back({.code = items[i].code,
                                .label = labelOf(chart, items[i]),
                                .style = i < chart.styles.size() ? chart.styles[i] : ItemStyle(),
                                .missing = items[i].marked,
