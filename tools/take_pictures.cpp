@@ -347,6 +347,12 @@ private:
         take(window, name);
     }
 
+    void takeChart(frmMain& window, Form& opened, const QString& name) {
+        in<QTabWidget>(opened, u"SSTab"_s).setCurrentIndex(2);
+        take(window, name);
+        modal(name + u"-options"_s, [&] { in<QPushButton>(opened, u"cmd_ShowOptions"_s).click(); });
+    }
+
     /// The analysis of the selected variable: its request with a weight and a filter, then the table.
     void request(frmMain& window) {
         Form& opened = analysis(window);
@@ -367,6 +373,8 @@ private:
         QtAsker asker;
         ui::Asker* walk = ui::setAsker(&asker);
         modal(u"copied"_s, [&] { in<QPushButton>(opened, u"cmdCopyTable"_s).click(); });
+        takeChart(window, opened, u"chart"_s);
+        modal(u"chart-size"_s, [&] { in<QPushButton>(opened, u"cmdSaveChartAs"_s).click(); });
         ui::setAsker(walk);
     }
 
@@ -403,6 +411,7 @@ private:
         takeTable(window, opened, u"crosstab"_s);
         press(in<QComboBox>(opened, u"cbValues"_s), Qt::Key_Down);
         take(window, u"crosstab2"_s);
+        takeChart(window, opened, u"chart-crosstab"_s);
     }
 
     /// All statistics of a variable.
@@ -413,6 +422,8 @@ private:
         gOptions.AskMissing = false; // nobody answers here
         in<QRadioButton>(opened, u"Option4(3)"_s).click();
         takeTable(window, opened, u"statistics"_s);
+        in<QTabWidget>(opened, u"SSTab"_s).setCurrentIndex(2);
+        take(window, u"chart-none"_s);
     }
 
     /// The entry of a trend view, compared over its studies.
@@ -429,6 +440,7 @@ private:
             Form& opened = analysis(window);
             take(window, u"entries"_s);
             takeTable(window, opened, u"comparison"_s);
+            takeChart(window, opened, u"chart-comparison"_s);
             return;
         }
         throw std::runtime_error("no trend view");

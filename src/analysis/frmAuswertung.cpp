@@ -1,6 +1,7 @@
 #include "analysis/frmAuswertung.h"
 
 #include "analysis/frmAuswertungCases.h"
+#include "analysis/frmAuswertungChart.h"
 #include "analysis/frmAuswertungComparison.h"
 #include "analysis/frmAuswertungRequest.h"
 #include "analysis/frmAuswertungTable.h"
@@ -108,13 +109,13 @@ void frmAuswertung::build() {
     comparison_ = std::make_unique<frmAuswertungComparison>(*this);
     values_ = std::make_unique<frmAuswertungValues>(*this, *cases_, *request_);
     table_ = std::make_unique<frmAuswertungTable>(*this);
+    chart_ = std::make_unique<frmAuswertungChart>(*this);
     auto* tabs = new QTabWidget(this);
     tabs->setObjectName(u"SSTab"_s);
     tabs->setDocumentMode(true);
     tabs->addTab(buildRequest(), u"Anfra&ge"_s);
     tabs->addTab(table_->page(), u"&Tabelle"_s);
-    tabs->addTab(new QWidget(tabs), u"Grafik"_s);
-    tabs->setTabEnabled(chartTab, false);
+    tabs->addTab(chart_->page(), u"Grafik"_s);
     connect(tabs, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs);
@@ -178,7 +179,10 @@ void frmAuswertung::setHooks() {
         dialog.exec();
         return dialog.answer();
     };
-    hooks.begins = [this] { table_->showRunning(); };
+    hooks.begins = [this] {
+        table_->showRunning();
+        chart_->showRunning();
+    };
     model_.setHooks(std::move(hooks));
 }
 
@@ -226,7 +230,6 @@ void frmAuswertung::showTitle() {
 
 void frmAuswertung::refreshTitles() {
     showTitle();
-    SSTab_->setTabToolTip(chartTab, TranslateText(u"In dieser Version noch nicht enthalten."_s));
     for (frmAuswertungPart* part : parts())
         part->nameForReaders();
     alignCaptions();
@@ -249,8 +252,10 @@ void frmAuswertung::changeEvent(QEvent* event) {
 
 void frmAuswertung::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (!showing_ && !AnalysisModel::running())
-        table_->showFacts();
+    if (showing_ || AnalysisModel::running())
+        return;
+    table_->showFacts();
+    chart_->fitExplanation();
 }
 
 void frmAuswertung::closeEvent(QCloseEvent* event) {
@@ -260,8 +265,8 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
         event->accept();
 }
 
-std::array<frmAuswertungPart*, 5> frmAuswertung::parts() const {
-    return {request_.get(), cases_.get(), comparison_.get(), values_.get(), table_.get()};
+std::array<frmAuswertungPart*, 6> frmAuswertung::parts() const {
+    return {request_.get(), cases_.get(), comparison_.get(), values_.get(), table_.get(), chart_.get()};
 }
 
 void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
@@ -277,6 +282,10 @@ void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
     for (frmAuswertungPart* part : parts())
         (part->*what)();
     showTitle();
+    if (showsChart() != chartInView_) {
+        chartInView_ = !chartInView_;
+        desktop().panelsChanged();
+    }
 }
 
 void frmAuswertung::act(const std::function<void()>& step) {
@@ -323,7 +332,8 @@ void frmAuswertung::run(const std::function<void()>& step) {
     if (!isTypedOut())
         return;
     {
-        const RunGuard::Scope guard([this] { model_.stop(); }, {table_->cmdStop(), SSTab_->tabBar()});
+        const RunGuard::Scope guard([this] { model_.stop(); },
+                                    {table_->cmdStop(), chart_->cmdStop(), SSTab_->tabBar()});
         const BusyScope busy;
         trapped(step);
     }
@@ -332,8 +342,13 @@ void frmAuswertung::run(const std::function<void()>& step) {
     if (model_.request().mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
         outcome != RunOutcome::Reused)
         comparison_->selectNone();
-    table_->resultChanged();
+    resultChanged();
     showParts(&frmAuswertungPart::show);
+}
+
+void frmAuswertung::resultChanged() {
+    table_->resultChanged();
+    chart_->resultChanged();
 }
 
 void frmAuswertung::changeTab(int tab) {
@@ -348,7 +363,7 @@ void frmAuswertung::changeTab(int tab) {
     if (tab == 0)
         act([this] {
             model_.changeTab(0);
-            table_->resultChanged(); // what stands on its tab only goes with it
+            resultChanged(); // what stands on their tabs only goes with them
         });
     else
         run([this, tab] { model_.changeTab(tab); });
@@ -360,7 +375,11 @@ void frmAuswertung::copy() {
     if (gBusy > 0)
         return;
     trapped([this] {
-        if (model_.tab() != 1) {
+        if (model_.tab() == chartTab && chart_->copy()) {
+            tellOfCopy(u"Grafik in die Zwischenablage kopiert."_s);
+            return;
+        }
+        if (model_.tab() != tableTab) {
             const QString text = selectedText(focusWidget());
             if (!text.isEmpty())
                 ui::asker().setClipboard(text, QString());
@@ -373,6 +392,14 @@ void frmAuswertung::copy() {
                                  htmlTable(result.lblLabel, result.mfgGrid, provenanceLines(result)));
         tellOfCopy(u"Tabelle in Zwischenablage kopiert."_s);
     });
+}
+
+bool frmAuswertung::showsChart() const {
+    return model_.tab() == chartTab && model_.chart().state() == WindowChart::State::Drawn;
+}
+
+void frmAuswertung::showChartOptions() {
+    chart_->showOptions();
 }
 
 void frmAuswertung::copyCommand() {

@@ -9,6 +9,7 @@
 class QPushButton;
 class QTabWidget;
 class frmAuswertungCases;
+class frmAuswertungChart;
 class frmAuswertungComparison;
 class frmAuswertungPart;
 class frmAuswertungRequest;
@@ -36,12 +37,15 @@ public:
     /// False, with a message, while something stands typed in a field that is none of its choices: nothing may be made
     /// of the choice before then.
     bool isTypedOut();
-    /// Copies what the tab in front shows: the table, or the selected text.
+    /// Copies what the tab in front shows: the table, the chart, or the selected text.
     void copy();
     /// Copies the line of vdx that makes the table again.
     void copyCommand();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
     void saveTableAs();
+    /// True if there is a chart in front.
+    bool showsChart() const;
+    void showChartOptions();
 
     void optionsApplied() override;
     void refreshTitles() override;
@@ -60,19 +64,22 @@ private:
     std::unique_ptr<frmAuswertungComparison> comparison_;
     std::unique_ptr<frmAuswertungValues> values_;
     std::unique_ptr<frmAuswertungTable> table_;
+    std::unique_ptr<frmAuswertungChart> chart_;
     QPushButton* cmdCompute_ = nullptr;
     bool showing_ = false;   ///< the window is being set from the model
     bool finishing_ = false; ///< what was typed is being taken
-    int shownTab_ = 0;       ///< the tab that the window has followed; another one in SSTab is on its way
+    bool chartInView_ = false;
+    int shownTab_ = 0; ///< the tab that the window has followed; another one in SSTab is on its way
 
     void build();
     QWidget* buildRequest();
     void setHooks();
     void showTitle();
     void preselect(const frmExplorer& explorer);
-    std::array<frmAuswertungPart*, 5> parts() const;
+    std::array<frmAuswertungPart*, 6> parts() const;
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
+    void resultChanged();
     void changeTab(int tab);
     static void tellOfCopy(const QString& text);
     void finishTyping();

@@ -1,14 +1,15 @@
 #include "analysis/frmAuswertungTable.h"
 
 #include "analysis/frmAuswertung.h"
+#include "analysis/frmAuswertungState.h"
 #include "analysis/result/provenance.h"
 #include "app/globals.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/FlowLayout.h"
+#include "widgets/Form.h"
 #include "widgets/ResultTableView.h"
 
 #include <QComboBox>
-#include <QFrame>
 #include <QMenu>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -44,26 +45,14 @@ QWidget* frmAuswertungTable::build() {
     small.setPointSizeF(small.pointSizeF() * 0.85);
     lblFacts_->setFont(small);
     column->addWidget(lblFacts_);
-    column->addWidget(fraState_ = buildState(page));
+    state_ = withOwnText(new frmAuswertungState({}, page), u"fraState"_s);
+    // Its place is kept for it: a table that moved would be marked in another row than the one that is pointed at.
+    QSizePolicy kept = state_->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    state_->setSizePolicy(kept);
+    column->addWidget(state_);
     column->addWidget(buildCommands());
     return page;
-}
-
-QFrame* frmAuswertungTable::buildState(QWidget* page) {
-    auto* frame = new QFrame(page);
-    frame->setFrameShape(QFrame::StyledPanel);
-    // Its place is kept for it: a table that moved would be marked in another row than the one that is pointed at.
-    QSizePolicy kept = frame->sizePolicy();
-    kept.setRetainSizeWhenHidden(true);
-    frame->setSizePolicy(kept);
-    auto* rows = new QVBoxLayout(frame);
-    const int narrow = rows->contentsMargins().left() / 2;
-    rows->setContentsMargins(2 * narrow, narrow, narrow, narrow);
-    lblState_ = factLabel(u"lblState"_s, frame);
-    cmdComputeAnew_ = control<QPushButton>(u"cmdComputeAnew"_s, u"&Jetzt neu berechnen"_s, frame);
-    cmdStop_ = control<QPushButton>(u"cmdStop"_s, u"Abbrechen (Esc)"_s, frame);
-    addRow(rows, {{lblState_, 1}, {cmdComputeAnew_, 0}, {cmdStop_, 0}});
-    return frame;
 }
 
 QWidget* frmAuswertungTable::buildCommands() {
@@ -90,7 +79,7 @@ void frmAuswertungTable::addContextMenu() {
         for (QPushButton* button : {cmdCopyTable_, cmdCopyCommand_, cmdSaveTableAs_})
             ContextMenu::addButton(menu, *button);
         menu.addSeparator();
-        for (QPushButton* button : {cmdSetMissing_, cmdComputeAnew_, cmdCalculate_})
+        for (QPushButton* button : {cmdSetMissing_, state_->cmdComputeAnew(), cmdCalculate_})
             ContextMenu::addButton(menu, *button);
         ContextMenu::addCommands(menu, {QString(), u"mnuFilePrint"_s});
     };
@@ -110,8 +99,8 @@ void frmAuswertungTable::connectControls() {
     };
     onClick(cmdSetMissing_, [this] { mark([this] { return model_.cmdSetMissing(mfgGrid_->selection()); }); });
     onClick(cmdCalculate_, [this] { run([this] { model_.cmdCalculate(); }); });
-    onClick(cmdComputeAnew_, [this] { run([this] { model_.computeAnew(); }); });
-    onClick(cmdStop_, [this] { model_.stop(); });
+    onClick(state_->cmdComputeAnew(), [this] { run([this] { model_.computeAnew(); }); });
+    onClick(state_->cmdStop(), [this] { model_.stop(); });
     onClick(cmdCopyTable_, [this] { window_.copy(); });
     onClick(cmdCopyCommand_, [this] { window_.copyCommand(); });
     onClick(cmdSaveTableAs_, [this] { window_.saveTableAs(); });
@@ -129,11 +118,12 @@ int frmAuswertungTable::textWidth(const QString& text) const {
     return mfgGrid_->textWidth(text);
 }
 
+QPushButton* frmAuswertungTable::cmdStop() const {
+    return state_->cmdStop();
+}
+
 void frmAuswertungTable::showRunning() {
-    lblState_->setText(TranslateText(u"Die Tabelle wird berechnet..."_s));
-    cmdComputeAnew_->hide();
-    cmdStop_->show();
-    fraState_->show();
+    state_->showRunning();
     mfgGrid_->updateTable({});
     lblLabel_->clear();
     lblFacts_->clear();
@@ -144,7 +134,7 @@ void frmAuswertungTable::showRunning() {
 void frmAuswertungTable::showChanges(const Changes& changes) {
     if (changes.touched() || changes.has(RequestPart::Values))
         showTable();
-    showState();
+    state_->showState(model_);
 }
 
 void frmAuswertungTable::showTable() {
@@ -211,16 +201,6 @@ bool frmAuswertungTable::shortenBases(const QStringList& base, int room, int wid
             lblFacts_->setText(before + base.first().left(end) + u"; ..."_s);
     }
     return lblFacts_->text() != whole;
-}
-
-void frmAuswertungTable::showState() {
-    QString words = stateText(model_.tableState());
-    if (words.isEmpty() && model_.facts().outcome == RunOutcome::Cancelled)
-        words = TranslateText(u"Die Berechnung wurde abgebrochen."_s);
-    lblState_->setText(words);
-    cmdStop_->hide();
-    cmdComputeAnew_->show();
-    fraState_->setVisible(!words.isEmpty());
 }
 
 void frmAuswertungTable::nameForReaders() {

@@ -2,9 +2,9 @@
 
 #include "analysis/frmAuswertungPart.h"
 
-class QFrame;
 class QPushButton;
 class ResultTableView;
+class frmAuswertungState;
 enum class ClickEffect;
 
 /// The page of the analysis window with the table that a run has made, what it stands on, and how it stands to what is
@@ -15,7 +15,7 @@ public:
 
     QWidget* page() const { return page_; }
     /// The one control that counts while numbers are in the making.
-    QPushButton* cmdStop() const { return cmdStop_; }
+    QPushButton* cmdStop() const;
     /// Width of a text in the table, in twips.
     int textWidth(const QString& text) const;
     /// While the numbers are in the making, those of before don't pass for them.
@@ -33,15 +33,13 @@ protected:
 
 private:
     QWidget* page_;
-    QLabel *lblLabel_, *lblFacts_, *lblState_;
+    QLabel *lblLabel_, *lblFacts_;
     QComboBox* cbValues_;
     ResultTableView* mfgGrid_;
-    QFrame* fraState_;
-    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_, *cmdComputeAnew_,
-        *cmdStop_;
+    frmAuswertungState* state_;
+    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_;
 
     QWidget* build();
-    QFrame* buildState(QWidget* page);
     QWidget* buildCommands();
     void connectControls();
     void addContextMenu();
@@ -49,5 +47,4 @@ private:
 
     bool shortenBases(const QStringList& base, int room, int width);
     void showTable();
-    void showState();
 };

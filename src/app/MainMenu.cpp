@@ -110,6 +110,8 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
         return known;
     if (name == u"mnuEditCopy")
         return state.active == Active::Analysis;
+    if (name == u"mnuViewGraphicOptions")
+        return state.active == Active::Analysis && state.chart;
     if (name == u"mnuVVEL" || name == u"mnuChangeFont")
         return state.active == Active::Explorer;
     if (name == u"mnLngG")

@@ -10,7 +10,8 @@ struct MainState {
     bool catalogueOpen = false;
     bool busy = false; ///< a run or a refilling goes on: commands are refused
     Active active = Active::None;
-    int panels = 0; ///< of the active explorer
+    int panels = 0;     ///< of the active explorer
+    bool chart = false; ///< the active analysis shows one
     bool panelEnglish = false;
     bool englishContents = false;
     qint16 language = 0;

@@ -1,4 +1,5 @@
 #include "app/frmMain.h"
+#include "analysis/frmAuswertung.h"
 
 #include "analysis/AnalysisModel.h"
 #include "app/frmStatus.h"
@@ -290,8 +291,11 @@ MainState frmMain::state() const {
         now.active = MainState::Active::Explorer;
         now.panels = explorer->model().state.lVarWindow;
         now.panelEnglish = explorer->model().state.bVarWindowForEnglishLanguage;
+    } else if (const auto* analysis = dynamic_cast<const frmAuswertung*>(form)) {
+        now.active = MainState::Active::Analysis;
+        now.chart = analysis->showsChart();
     } else if (form) {
-        now.active = form->windowName() == u"frmAuswertung" ? MainState::Active::Analysis : MainState::Active::Other;
+        now.active = MainState::Active::Other;
     }
     return now;
 }

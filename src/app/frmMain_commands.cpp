@@ -44,6 +44,10 @@ void frmMain::connectCommands() {
         if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
             analysis->copy();
     };
+    commands_[u"mnuViewGraphicOptions"_s] = [this] {
+        if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
+            analysis->showChartOptions();
+    };
     commands_[u"mnu1VarWindow"_s] = [this] { mnu1VarWindow_Click(); };
     commands_[u"mnu2VarWindow"_s] = [this] { mnu2VarWindow_Click(); };
     commands_[u"mnuVVEL"_s] = [this] {

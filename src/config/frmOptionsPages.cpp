@@ -284,7 +284,6 @@ void addCharts(QTabWidget* tabs) {
     page.group(u"fraChartItems"_s, u"Kategorien"_s);
     page.option(&Options::MaxItems);
     page.option(&Options::StartItem);
-    page.note(2, u"Noch ohne Wirkung: alle Angaben zu Grafiken"_s);
     page.end();
 }
 
@@ -303,7 +302,7 @@ void addReport(QTabWidget* tabs) {
     page.option(&Options::ReportIncludeGraphs);
     page.option(&Options::ReportIncludeShowCards);
     page.option(&Options::PrintMaxLevels);
-    page.note(3, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
+    page.note(2, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
     page.end();
 }
 

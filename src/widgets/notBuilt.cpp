@@ -27,7 +27,6 @@ const QHash<QString, QSet<QString>> controlsNotBuilt = {
       u"mnuKategorieUmbenennen"_s,
       u"mnuBeschreibungBearbeiten"_s,
       u"mnuEditShowPosition"_s,
-      u"mnuViewGraphicOptions"_s,
       u"mnuDBBeschreibung"_s,
       u"mnuViewDescriptions"_s,
       u"DBD"_s,

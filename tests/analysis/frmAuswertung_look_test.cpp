@@ -80,7 +80,7 @@ TEST_F(AnalysisLook, TheCaptionOfTheFourthWeightChoosesItAndItsLetterGoesToThePi
 TEST_F(AnalysisLook, AThirdOfAScreenIsWideEnoughForEveryButtonAndField) {
     openTable();
     window->resize(1280 / 3, 600);
-    for (const int tab : {1, 0}) {
+    for (const int tab : {1, 2, 0}) {
         goTo(tab);
         if (tab == 0)
             press(u"Option5"_s);

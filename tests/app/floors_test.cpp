@@ -54,8 +54,8 @@ const QSet<std::pair<QString, QString>> pairsOfRooms = {
 
 /// Rooms of which a window of the first opens windows of the second.
 const QSet<std::pair<QString, QString>> pairsOfWindows = {
-    {u"analysis"_s, u"explorer"_s}, {u"config"_s, u"analysis"_s}, {u"app"_s, u"analysis"_s},
-    {u"app"_s, u"config"_s},        {u"app"_s, u"explorer"_s},
+    {u"analysis"_s, u"explorer"_s}, {u"analysis"_s, u"charts"_s}, {u"config"_s, u"analysis"_s},
+    {u"app"_s, u"analysis"_s},      {u"app"_s, u"config"_s},      {u"app"_s, u"explorer"_s},
 };
 
 const QString entry = u"app/main.cpp"_s;

@@ -1,6 +1,7 @@
 #include "analysis/frmAuswertung.h"
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
+#include "analysis/frmSaveChart.h"
 #include "app/frmAbout.h"
 #include "app/frmImport.h"
 #include "app/frmMain.h"
@@ -10,6 +11,8 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/mdDataBase.h"
+#include "charts/ChartLayout.h"
+#include "charts/frmGraphicOptions.h"
 #include "config/CProfile.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
@@ -105,6 +108,25 @@ Form* textsNewCalculation() {
     return window;
 }
 
+/// Of a chart with one value.
+Form* textsGraphicOptions() {
+    ChartModel chart;
+    chart.kind = TableKind::Frequency;
+    chart.categories = {{u"ja"_s, u"1"_s, u"1"_s, 1}};
+    chart.series.resize(1);
+    chart.values = {{{7.0, u"7"_s}}};
+    chart.styles.resize(1);
+    auto* window = new frmGraphicOptions(chart, defaultChartSize, true, nullptr);
+    window->QDialog::show();
+    return window;
+}
+
+Form* textsSaveChart() {
+    auto* window = new frmSaveChart({}, nullptr);
+    window->QDialog::show();
+    return window;
+}
+
 Form* textsImport() {
     auto* window = new frmImport(QString(), QString(), nullptr);
     window->QDialog::show();
@@ -123,6 +145,8 @@ const TextsWindow textsWindows[] = {
     {u"frmDescriptives"_s, textsDescriptives},
     {u"frmImport"_s, textsImport},
     {u"frmNewCalculation"_s, textsNewCalculation},
+    {u"frmGraphicOptions"_s, textsGraphicOptions},
+    {u"frmSaveChart"_s, textsSaveChart},
 };
 
 /// Texts that are the same word in both languages.
@@ -133,6 +157,9 @@ const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s,
                                   u"Variable"_s,
                                   u"Count"_s,
                                   u"Minimum"_s,
+                                  u"Minimum:"_s,
+                                  u"Maximum:"_s,
+                                  u"Missing"_s,
                                   u"Maximum"_s,
                                   u"Arithmetic Mean"_s,
                                   u"Standard Deviation"_s,

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QFrame>
+
+class AnalysisModel;
+class QLabel;
+class QPushButton;
+
+/// The strip below a result: how it stands to what is asked for now, with the button that computes it anew, and while
+/// it is in the making the one that stops that.
+class frmAuswertungState : public QFrame {
+public:
+    /// @param page what the names of its controls have before them: empty for the table, "Chart"
+    frmAuswertungState(const QString& page, QWidget* parent);
+
+    QPushButton* cmdComputeAnew() const { return cmdComputeAnew_; }
+    QPushButton* cmdStop() const { return cmdStop_; }
+    void showRunning();
+    void showState(const AnalysisModel& model);
+
+private:
+    QLabel* lblState_;
+    QPushButton *cmdComputeAnew_, *cmdStop_;
+};
