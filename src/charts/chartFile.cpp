@@ -90,6 +90,19 @@ QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     return bytes;
 }
 
+ChartLayout plotLayout(const ChartModel& model, const QSizeF& millimetres) {
+    return layOut(model, QSizeF(chartTwips(millimetres)) * (perInch / twipsPerInch), ChartParts::Plot);
+}
+
+QByteArray plotJpeg(const ChartLayout& layout, const QSizeF& millimetres, int quality) {
+    if (!jpegSupported()) {
+        ui::asker().messageBox({TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s), u"Encoder Error"_s});
+        return {};
+    }
+    const QSize pixels = (QSizeF(chartTwips(millimetres)) * storedPlotDpi / twipsPerInch).toSize();
+    return encoded(paintedImage(layout, pixels, storedPlotDpi), "jpeg", std::clamp(quality, 0, 100));
+}
+
 } // namespace
 
 bool jpegSupported() {
@@ -102,14 +115,14 @@ QSize chartTwips(const QSizeF& millimetres) {
 }
 
 QByteArray plotJpeg(const ChartModel& model, const QSizeF& millimetres, int quality) {
-    if (!jpegSupported()) {
-        ui::asker().messageBox({TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s), u"Encoder Error"_s});
-        return {};
-    }
-    const QSizeF twips = chartTwips(millimetres);
-    const QSize pixels = (twips * storedPlotDpi / twipsPerInch).toSize();
-    const ChartLayout layout = layOut(model, twips * (perInch / twipsPerInch), ChartParts::Plot);
-    return encoded(paintedImage(layout, pixels, storedPlotDpi), "jpeg", std::clamp(quality, 0, 100));
+    return plotJpeg(plotLayout(model, millimetres), millimetres, quality);
+}
+
+StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres) {
+    const ChartLayout layout = plotLayout(model, millimetres);
+    const QSize twips = chartTwips(millimetres);
+    return {model.caption, static_cast<float>(twips.width()), static_cast<float>(twips.height()), layout.explanation,
+            plotJpeg(layout, millimetres, 100)};
 }
 
 QImage chartImage(const ChartLayout& layout, int dpi) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "charts/ChartLayout.h"
+#include "charts/StoredGraph.h"
 
 #include <QByteArray>
 #include <QSize>
@@ -19,6 +20,9 @@ QSize chartTwips(const QSizeF& millimetres);
 /// @param quality limited to 0 to 100
 /// @return empty where it cannot be made; without JPEG in Qt a box has said so
 QByteArray plotJpeg(const ChartModel& model, const QSizeF& millimetres = defaultChartSize, int quality = 100);
+/// What is stored of a chart: this picture, and what it has no room for beside it. Without bytes where plotJpeg() has
+/// none.
+StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres = defaultChartSize);
 
 /// A chart as a picture on white. Null where there is no memory for it.
 QImage chartImage(const ChartLayout& layout, int dpi);

@@ -1,13 +1,13 @@
 #include "charts/pictures.h"
 
 #include "app/globals.h"
+#include "charts/chartFile.h"
 #include "platform/ui/Asker.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QImageWriter>
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -156,22 +156,7 @@ Picture readPictureFile(const QString& path) {
     return file.error() == QFileDevice::NoError ? readPicture(bytes) : Picture{{}, PictureFault::Missing};
 }
 
-QByteArray jpegOf(const QImage& picture, int quality) {
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    QImageWriter writer(&buffer, "jpeg");
-    writer.setQuality(std::clamp(quality, 0, 100)); // of -1 Qt would make its own choice
-    return writer.write(picture) ? bytes : QByteArray();
-}
-
-PictureSupport::PictureSupport(std::function<bool()> available) : available_(std::move(available)) {
-    if (!available_)
-        available_ = [] {
-            return QImageReader::supportedImageFormats().contains("jpeg") &&
-                   QImageWriter::supportedImageFormats().contains("jpeg");
-        };
-}
+PictureSupport::PictureSupport(bool (*available)()) : available_(available ? available : &jpegSupported) {}
 
 void PictureSupport::start() {
     started_ = available_();

@@ -3,7 +3,6 @@
 #include <QByteArray>
 #include <QImage>
 #include <QString>
-#include <functional>
 
 /// Why a picture cannot be shown.
 enum class PictureFault {
@@ -29,21 +28,17 @@ Picture readPicture(const QByteArray& bytes);
 /// The same of a file. A folder, a pipe or anything else that is no file counts as missing.
 Picture readPictureFile(const QString& path);
 
-/// A JPEG file of a picture. @param quality limited to 0 to 100
-/// @return empty where it cannot be written
-QByteArray jpegOf(const QImage& picture, int quality);
-
 /// Whether charts can be kept as pictures; a window asks when it opens.
 class PictureSupport {
 public:
     /// @param available whether pictures can be read and written; by default whether JPEG can
-    explicit PictureSupport(std::function<bool()> available = {});
+    explicit PictureSupport(bool (*available)() = nullptr);
 
     /// Says so in a box where it fails.
     void start();
     bool started() const { return started_; }
 
 private:
-    std::function<bool()> available_;
+    bool (*available_)();
     bool started_ = false;
 };

@@ -106,14 +106,6 @@ TEST(Pictures, OfAFileOnlyWhatIsAFile) {
         EXPECT_EQ(readPictureFile(other).fault, PictureFault::Missing) << other.toStdString();
 }
 
-TEST(Pictures, QualityIsBroughtWithinItsBounds) {
-    const QImage picture = noise(60, 40);
-    EXPECT_EQ(jpegOf(picture, 130), jpegOf(picture, 100));
-    EXPECT_EQ(jpegOf(picture, -1), jpegOf(picture, 0)) << "and is not the library's own choice";
-    EXPECT_GT(jpegOf(picture, 100).size(), jpegOf(picture, 0).size());
-    EXPECT_TRUE(jpegOf(QImage(), 100).isEmpty());
-}
-
 TEST(Pictures, SupportThatFailsIsSaidOnceAndRemembered) {
     ScriptedAsker asker;
     PictureSupport there, missing([] { return false; });
