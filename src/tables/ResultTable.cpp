@@ -48,6 +48,7 @@ void ResultTable::Clear() {
     bases.clear();
     groups.clear();
     shortHeads.clear();
+    keptWidths = false;
     markedBy = Marks::By::Definition;
 }
 

@@ -41,7 +41,8 @@ struct RowGroup {
 /// steps read the text back. Widths and heights are in twips (1/1440 inch).
 class ResultTable {
 public:
-    /// Cell alignments that the builders set; 0 is the column's own.
+    /// Alignments that the builders set. 0 of a cell is the column's own. There are 1 to 8: left, in the middle, right,
+    /// of each at the top, in the middle, at the bottom; 0 and 9 of a column: figures right, texts left.
     enum Alignment { LeftCenter = 1, RightTop = 6 };
 
     TableKind Tag = TableKind::None;
@@ -56,6 +57,8 @@ public:
     std::vector<QString> shortHeads;
     int FixedRows = 0;
     int FixedCols = 0;
+    /// Widths that were kept with the table: they are shown as they are, but for figures that would be cut.
+    bool keptWidths = false;
 
     int Rows() const { return rows_; }
     int Cols() const { return cols_; }

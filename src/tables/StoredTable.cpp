@@ -136,6 +136,7 @@ bool layLayoutOn(ResultTable& table, const QString& layout) {
                            if (row < table.Rows() && twips >= 0)
                                table.setRowHeight(row, std::min(twips, mostTwips));
                        });
+    table.keptWidths = true;
     if (!sizes)
         return false;
     for (int column = 0; column < *columns; ++column)

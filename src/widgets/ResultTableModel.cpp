@@ -10,6 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int twoLines = 480; ///< twips
+
 const QString markTip = u"Anklicken oder Leertaste: als fehlend markieren"_s;
 
 } // namespace
@@ -18,11 +20,13 @@ Qt::Alignment alignmentOf(const ResultTable& table, int column, int row) {
     int alignment = table.CellAlignment(column, row);
     if (alignment == 0)
         alignment = table.ColAlignment(column);
-    if (alignment == ResultTable::LeftCenter)
-        return Qt::AlignLeft | Qt::AlignVCenter;
-    if (alignment == ResultTable::RightTop)
-        return Qt::AlignRight | Qt::AlignVCenter;
-    return (isFigure(table.Cell(column, row)) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    if (alignment < 1 || alignment > 8)
+        return (isFigure(table.Cell(column, row)) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter;
+    // Left, in the middle, right; of each at the top, in the middle, at the bottom. Where there is one line only, all
+    // stand on it.
+    constexpr Qt::AlignmentFlag across[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+    constexpr Qt::AlignmentFlag down[] = {Qt::AlignTop, Qt::AlignVCenter, Qt::AlignBottom};
+    return across[alignment / 3] | (table.RowHeight(row) < twoLines ? Qt::AlignVCenter : down[alignment % 3]);
 }
 
 int ResultTableModel::rowCount(const QModelIndex& parent) const {

@@ -5,6 +5,7 @@
 #include "widgets/ResultTableModel.h"
 #include "widgets/TableHeads.h"
 #include "widgets/tableRoom.h"
+#include "widgets/twips.h"
 
 #include <QMouseEvent>
 #include <QScopedValueRollback>
@@ -16,6 +17,7 @@
 namespace {
 
 constexpr int twipsPerInch = 1440;
+constexpr int leastPadding = 6; ///< of a row, above and below its line
 /// Characters that a heading gets above narrower figures, that a label gets, and that a fixed column keeps at the
 /// least; where there is room each gets what it needs.
 constexpr int mostOfHeading = 20, mostOfLabel = 40, leastOfFixed = 6;
@@ -41,11 +43,13 @@ ResultTableView::ResultTableView(const QString& name, QWidget* parent)
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setWordWrap(false);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    left->setSectionResizeMode(QHeaderView::Fixed);
-    // A width that the user gives a column stays until another table comes.
     connect(top, &QHeaderView::sectionResized, this, [this](int section, int, int size) {
         if (!layingOut_ && size > 0)
-            userWidths_[section + model_->table.FixedCols] = size;
+            columnDragged(section + model_->table.FixedCols, size);
+    });
+    connect(left, &QHeaderView::sectionResized, this, [this](int section, int, int size) {
+        if (!layingOut_ && size > 0)
+            rowDragged(section + model_->table.FixedRows, size);
     });
     connect(top, &QHeaderView::sectionClicked, this, [this] {
         if (onHeader)
@@ -69,6 +73,22 @@ int ResultTableView::textWidth(const QString& text) const {
     return fontMetrics().horizontalAdvance(text) * twipsPerInch / std::max(1, logicalDpiX());
 }
 
+/// A width that the user gives a column stays until another table comes, and belongs to the table.
+void ResultTableView::columnDragged(int column, int size) {
+    userWidths_[column] = size;
+    const int twips = pixelsToTwips(*this, size);
+    model_->table.setColWidth(column, twips);
+    if (onColumnWidth)
+        onColumnWidth(column, twips);
+}
+
+void ResultTableView::rowDragged(int row, int size) {
+    const int twips = pixelsToTwips(*this, size);
+    model_->table.setRowHeight(row, twips);
+    if (onRowHeight)
+        onRowHeight(row, twips);
+}
+
 bool ResultTableView::hasShapeOf(const ResultTable& table) const {
     const ResultTable& mine = model_->table;
     if (table.Rows() != mine.Rows() || table.Cols() != mine.Cols() || table.FixedRows != mine.FixedRows ||
@@ -78,7 +98,10 @@ bool ResultTableView::hasShapeOf(const ResultTable& table) const {
     for (int column = 0; column < table.Cols(); ++column)
         if (table.ColWidth(column) != mine.ColWidth(column))
             return false;
-    return true;
+    for (int row = 0; row < table.Rows(); ++row)
+        if (table.RowHeight(row) != mine.RowHeight(row))
+            return false;
+    return table.keptWidths == mine.keptWidths;
 }
 
 void ResultTableView::updateTable(const ResultTable& table) {
@@ -108,10 +131,8 @@ void ResultTableView::updateTable(const ResultTable& table) {
 void ResultTableView::measure(const IdleSections& idle) {
     const ResultTable& table = model_->table;
     const QScopedValueRollback<bool> own(layingOut_, true);
-    const int least = fontMetrics().height() + 6;
     const int narrow = fontMetrics().horizontalAdvance(u'X') + 2 * cellMargin(*this);
-    QHeaderView& left = *verticalHeader();
-    left.setDefaultSectionSize(std::max(least, table.Rows() > 1 ? pixels(table.RowHeight(1)) : 0));
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + leastPadding);
     columns_.assign(static_cast<size_t>(table.Cols()), {});
     for (int column = 0; column < table.Cols(); ++column) {
         Wants& wants = columns_[static_cast<size_t>(column)];
@@ -125,11 +146,19 @@ void ResultTableView::measure(const IdleSections& idle) {
     }
     for (int row = table.FixedRows; row < table.Rows(); ++row) {
         // What was hidden in the table before is so still.
-        left.setSectionHidden(row - table.FixedRows, idle.rows[static_cast<size_t>(row)]);
-        if (row == markRow && !idle.rows[static_cast<size_t>(row)])
-            left.resizeSection(row - table.FixedRows,
-                               idle.lowMarks ? fontMetrics().height() : left.defaultSectionSize());
+        verticalHeader()->setSectionHidden(row - table.FixedRows, idle.rows[static_cast<size_t>(row)]);
+        if (!idle.rows[static_cast<size_t>(row)])
+            measureRow(row, idle.lowMarks && row == markRow);
     }
+}
+
+/// A line at the least, whatever height was given for another font.
+void ResultTableView::measureRow(int row, bool low) {
+    QHeaderView& left = *verticalHeader();
+    const int wanted =
+        low ? fontMetrics().height() : std::max(left.defaultSectionSize(), pixels(model_->table.RowHeight(row)));
+    if (const int section = row - model_->table.FixedRows; left.sectionSize(section) != wanted)
+        left.resizeSection(section, wanted);
 }
 
 /// Heads of another height may bring the scroll bar or take it away, and its room with it.
@@ -205,6 +234,10 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     }
     whole += margins;
     line = std::min(line, mostOfLabel * character) + margins;
+    if (table.keptWidths) {
+        const int kept = std::max(pixels(table.ColWidth(column)), isFigure(longest) ? needed + margins : 0);
+        return {kept, kept, kept};
+    }
     if (column < table.FixedCols)
         return {std::max(std::min(wanted, whole), needed + margins), whole, line};
     if (wanted <= atLeast)

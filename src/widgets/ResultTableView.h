@@ -27,6 +27,9 @@ public:
     std::function<void(const GridSelection&)> onMark;
     /// A click on the heading of a column, or on that of the row of marks.
     std::function<void()> onHeader;
+    /// The user has given a column or row of the table another size, in twips.
+    std::function<void(int column, int twips)> onColumnWidth;
+    std::function<void(int row, int twips)> onRowHeight;
 
     /// Takes a table; what can be marked in it has been said. While it has the shape and headings of the one before,
     /// selection, place and widths stay.
@@ -62,7 +65,10 @@ private:
     std::map<int, int> userWidths_; ///< by column
 
     bool hasShapeOf(const ResultTable& table) const;
+    void columnDragged(int column, int size);
+    void rowDragged(int row, int size);
     void measure(const IdleSections& idle);
+    void measureRow(int row, bool low);
     void layOut();
     void shareRoom();
     void narrowFixedColumns(int room);
