@@ -127,9 +127,10 @@ void ChartCommand::readPicture() {
         const auto number = [&](int group) { return match.captured(group).replace(u',', u'.').toDouble(); };
         millimetres_ = {number(1), number(2)};
     }
-    // Only pixels make a resolution too high.
-    const bool pixels = ending != u"svg" && ending != u"pdf";
-    if (const QString fault = chartSizeFault(millimetres_, pixels ? dpi_ : standardPictureDpi); !fault.isEmpty())
+    // What is drawn in lines has no pixels that could be too many.
+    const bool lines = ending == u"svg" || ending == u"pdf";
+    constexpr int ofAnySize = 72;
+    if (const QString fault = chartSizeFault(millimetres_, lines ? ofAnySize : dpi_); !fault.isEmpty())
         throw UsageError{fault};
 }
 

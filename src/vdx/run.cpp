@@ -108,9 +108,10 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
 } // namespace
 
 int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE* err) {
-    CLI::App program{
-        "Survey catalogues from the command line: import survey files, look at what a catalogue holds, print tables.",
-        "vdx"};
+    CLI::App program{"Survey catalogues from the command line: import survey files, look at what a catalogue holds, "
+                     "print tables, draw "
+                     "charts.",
+                     "vdx"};
     program.require_subcommand(1);
     program.set_version_flag("--version", "vdx " + std::to_string(ApplicationInfo::majorVersion) + "." +
                                               std::to_string(ApplicationInfo::minorVersion) + "." +

@@ -108,6 +108,8 @@ TEST_F(Chart, FilesHaveTheSizeThatIsAskedFor) {
                 << "black and white has no colour";
     EXPECT_EQ(draw(u"pdf"_s, {u"--size"_s, u"120,5X80"_s}).status, 0);
     EXPECT_TRUE(bytes(file(u"pdf"_s)).startsWith("%PDF"));
+    EXPECT_EQ(draw(u"png"_s, {u"--size"_s, u"2000x2000"_s}).status, 2) << "too many pixels";
+    EXPECT_EQ(draw(u"svg"_s, {u"--size"_s, u"2000x2000"_s, u"--dpi"_s, u"9999"_s}).status, 0) << "lines have none";
     EXPECT_EQ(draw(u"svg"_s, {u"--size"_s, u"90x60"_s}).status, 0);
     EXPECT_TRUE(bytes(file(u"svg"_s)).contains("width=\"90mm\"")) << bytes(file(u"svg"_s)).left(400).constData();
 }
