@@ -7,6 +7,8 @@
 #include "analysis/runRequest.h"
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
+#include "charts/BuildChart.h"
+#include "charts/chartFile.h"
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
@@ -56,6 +58,8 @@ QString BatchRun::obstacle() {
     attempt([&] { writable = variableRow(request_.study, {}, {u"dt_Table"_s})->Updatable(); });
     if (catalogue->readOnly() || !writable)
         return TranslateText(u"Der Katalog ist schreibgeschützt; nichts könnte gespeichert werden."_s);
+    if (request_.kind == BatchKind::Graphs && !jpegSupported())
+        return TranslateText(u"Die Grafik kann nicht gespeichert werden."_s);
     if (!caseFolderOf(*catalogue, request_.study, gOptions.DataPath).isEmpty())
         return {};
     // Without an instruction no case is read.
@@ -196,7 +200,20 @@ QString BatchRun::makeTable(TableResult& result, Entry& values) {
     return {};
 }
 
-QString BatchRun::makeGraph(const TableResult&, Entry&) {
+/// What is shown of a table that has no chart is none either: nothing is left of an older one.
+QString BatchRun::makeGraph(const TableResult& result, Entry& values) {
+    const ChartModel chart = BuildChartForTab({.table = result.mfgGrid,
+                                               .caption = result.lblLabel,
+                                               .view = editor_.request().cbValuesInstruct,
+                                               .origin = result.facts->origin,
+                                               .options = gOptions},
+                                              {});
+    if (chart.isEmpty())
+        return {};
+    const StoredGraph graph = storedGraphOf(chart);
+    if (graph.jpeg.isEmpty())
+        return TranslateText(u"Die Grafik kann nicht gespeichert werden."_s);
+    values = {{u"dt_Graph"_s, memoOf(graph.jpeg)}, {u"dt_GraphLayout"_s, BuildGraphString(graph)}};
     return {};
 }
 

@@ -3,6 +3,7 @@
 #include "analysis/frmAuswertungCases.h"
 #include "analysis/frmAuswertungChart.h"
 #include "analysis/frmAuswertungComparison.h"
+#include "analysis/frmAuswertungInstructions.h"
 #include "analysis/frmAuswertungRequest.h"
 #include "analysis/frmAuswertungTable.h"
 #include "analysis/frmAuswertungValues.h"
@@ -106,6 +107,7 @@ frmAuswertung::~frmAuswertung() {
 void frmAuswertung::build() {
     request_ = std::make_unique<frmAuswertungRequest>(*this);
     cases_ = std::make_unique<frmAuswertungCases>(*this);
+    instructions_ = std::make_unique<frmAuswertungInstructions>(*this);
     comparison_ = std::make_unique<frmAuswertungComparison>(*this);
     values_ = std::make_unique<frmAuswertungValues>(*this, *cases_, *request_);
     table_ = std::make_unique<frmAuswertungTable>(*this);
@@ -133,7 +135,7 @@ QWidget* frmAuswertung::buildRequest() {
     columns->add(
         columnOf({request_->study(), request_->variable(), request_->variable2(), cases_->filter()}, values_->values()),
         3);
-    columns->add(columnOf({request_->mode(), cases_->weight()}), 2);
+    columns->add(columnOf({request_->mode(), cases_->weight(), instructions_->instructions()}), 2);
     // Below both, so that nothing above gives way when it comes.
     column->addWidget(comparison_->comparison(), 1);
     // The button stays in view, however low the window is.
@@ -183,6 +185,7 @@ void frmAuswertung::setHooks() {
         table_->showRunning();
         chart_->showRunning();
     };
+    instructions_->textWidth = hooks.textWidth;
     model_.setHooks(std::move(hooks));
 }
 
@@ -265,8 +268,9 @@ void frmAuswertung::closeEvent(QCloseEvent* event) {
         event->accept();
 }
 
-std::array<frmAuswertungPart*, 6> frmAuswertung::parts() const {
-    return {request_.get(), cases_.get(), comparison_.get(), values_.get(), table_.get(), chart_.get()};
+std::array<frmAuswertungPart*, 7> frmAuswertung::parts() const {
+    return {request_.get(), cases_.get(), instructions_.get(), comparison_.get(),
+            values_.get(),  table_.get(), chart_.get()};
 }
 
 void frmAuswertung::showParts(void (frmAuswertungPart::*what)()) {
@@ -349,6 +353,22 @@ void frmAuswertung::run(const std::function<void()>& step) {
 void frmAuswertung::resultChanged() {
     table_->resultChanged();
     chart_->resultChanged();
+}
+
+void frmAuswertung::runBatch(const std::function<void()>& step) {
+    if (showing_ || finishing_ || gBusy > 0 || AnalysisModel::running())
+        return;
+    const GestureScope gesture;
+    finishTyping();
+    if (!isTypedOut())
+        return;
+    {
+        const RunGuard::Scope guard([this] { instructions_->stop(); }, {instructions_->cmdStopBatch()});
+        const BusyScope busy;
+        trapped(step);
+    }
+    model_.changeTab(0);
+    showParts(&frmAuswertungPart::show);
 }
 
 void frmAuswertung::changeTab(int tab) {

@@ -11,6 +11,7 @@ class QTabWidget;
 class frmAuswertungCases;
 class frmAuswertungChart;
 class frmAuswertungComparison;
+class frmAuswertungInstructions;
 class frmAuswertungPart;
 class frmAuswertungRequest;
 class frmAuswertungTable;
@@ -34,6 +35,8 @@ public:
     void act(const std::function<void()>& step);
     /// A gesture that may compute. Nothing else may happen meanwhile but what stops it.
     void run(const std::function<void()>& step);
+    /// A gesture that runs the instructions of many variables: only what stops that may happen meanwhile.
+    void runBatch(const std::function<void()>& step);
     /// False, with a message, while something stands typed in a field that is none of its choices: nothing may be made
     /// of the choice before then.
     bool isTypedOut();
@@ -61,6 +64,7 @@ private:
     QTabWidget* SSTab_ = nullptr;
     std::unique_ptr<frmAuswertungRequest> request_;
     std::unique_ptr<frmAuswertungCases> cases_;
+    std::unique_ptr<frmAuswertungInstructions> instructions_;
     std::unique_ptr<frmAuswertungComparison> comparison_;
     std::unique_ptr<frmAuswertungValues> values_;
     std::unique_ptr<frmAuswertungTable> table_;
@@ -76,7 +80,7 @@ private:
     void setHooks();
     void showTitle();
     void preselect(const frmExplorer& explorer);
-    std::array<frmAuswertungPart*, 6> parts() const;
+    std::array<frmAuswertungPart*, 7> parts() const;
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
     void resultChanged();

@@ -65,14 +65,11 @@ QGroupBox* frmAuswertungRequest::buildMode() {
     cmdDescriptives_ = control<QPushButton>(u"cmdDescriptives"_s, u"&Statistiken..."_s, frame);
     auto* comparison = control<QRadioButton>(u"Option5"_s, u"&Vergleich"_s, frame);
     chkVaridexCreation_ = control<QCheckBox>(u"chkVaridexCreation"_s, u"Varide&x Creation Mode"_s, frame);
-    chkPreserveLayout_ = control<QCheckBox>(u"chkPreserveLayout"_s, u"Layout beibehalten"_s, frame);
-    cbValuesInstruct_ = valuesPicker(u"cbValuesInstruct"_s, frame);
     rows->addWidget(frequency);
     addRow(rows, {{crosstab, 0}, {chkFlipXtab_, 0}}, textIndent(*crosstab));
     addRow(rows, {{descriptives, 0}, {chkDescGroup_, 0}, {cmdDescriptives_, 0}}, textIndent(*descriptives));
     rows->addWidget(comparison);
     rows->addWidget(chkVaridexCreation_);
-    addRow(rows, {{chkPreserveLayout_, 0}, {cbValuesInstruct_, 0}});
     modes_ = {frequency, crosstab, descriptives, comparison};
     return frame;
 }
@@ -188,8 +185,6 @@ void frmAuswertungRequest::showMode() {
     chkFlipXtab_->setToolTip(r.bCreationMode ? QString() : TranslateText(u"Nur im Varidex Creation Mode."_s));
     chkVaridexCreation_->setVisible(view.chkVaridexCreation);
     chkVaridexCreation_->setChecked(r.bCreationMode);
-    chkPreserveLayout_->setVisible(r.bCreationMode);
-    cbValuesInstruct_->setVisible(r.bCreationMode);
 }
 
 void frmAuswertungRequest::nameForReaders() {
@@ -201,7 +196,6 @@ void frmAuswertungRequest::nameForReaders() {
     second_.name->setAccessibleName(TranslateText(u"Name der zweiten Variable"_s));
     second_.label->setAccessibleName(TranslateText(u"Label der zweiten Variable"_s));
     second_.search->setAccessibleName(TranslateText(u"Zweite Variable suchen"_s));
-    cbValuesInstruct_->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
     for (const VariableGroup& group : {first_, second_})
         group.search->setPrompt(TranslateText(u"Name oder Label eintippen"_s));
 }

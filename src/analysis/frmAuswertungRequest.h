@@ -40,8 +40,7 @@ private:
     VariableGroup first_, second_;
     std::array<QRadioButton*, 4> modes_; ///< by AnalysisMode
     QPushButton* cmdDescriptives_;
-    QCheckBox *chkDescGroup_, *chkFlipXtab_, *chkPreserveLayout_, *chkVaridexCreation_;
-    QComboBox* cbValuesInstruct_;
+    QCheckBox *chkDescGroup_, *chkFlipXtab_, *chkVaridexCreation_;
     QList<QWidget*> captions_;
     std::vector<BoundPicker> studies_; ///< as the pickers list them
 

@@ -269,11 +269,19 @@ void frmMain::showState(int state) {
     stateOpen_ = state == 1;
     setWindowTitle(stateOpen_ ? Paths::fileOf(gDatabase.Database()) + u" - "_s + ApplicationInfo::title
                               : ApplicationInfo::title);
-    panel1_->setText(stateOpen_ ? TranslateText(u"Aktuelle Datenbank:"_s) + u' ' + gDatabase.Database()
-                                : TranslateText(u"Keine Datenbankdateiauswahl"_s));
-    panel1_->setToolTip(plainToolTip(panel1_->text()));
+    showProgress({});
     area_->setHint(TranslateText(u"Öffnen Sie eine Sicht mit dem Menü Ansicht."_s));
     applyState();
+}
+
+QString frmMain::panelText() const {
+    return stateOpen_ ? TranslateText(u"Aktuelle Datenbank:"_s) + u' ' + gDatabase.Database()
+                      : TranslateText(u"Keine Datenbankdateiauswahl"_s);
+}
+
+void frmMain::showProgress(const QString& text) {
+    panel1_->setText(text.isEmpty() ? panelText() : text);
+    panel1_->setToolTip(plainToolTip(panel1_->text()));
 }
 
 frmExplorer* frmMain::activeExplorer() const {

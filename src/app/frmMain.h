@@ -51,6 +51,7 @@ public:
     void panelsChanged() override { applyState(); }
     QAction* command(const QString& name) override;
     void mention(const QString& text) override;
+    void showProgress(const QString& text) override;
 
     void optionsApplied() override;
     void refreshTitles() override { applyState(); }
@@ -109,6 +110,7 @@ private:
     void mnFileClose_Click();
     void InitFormState(int state);
     void showState(int state);
+    QString panelText() const;
     void CloseForms() { unloadChildWindows(); }
     void switchLanguage(qint16 language);
     void flipContents();

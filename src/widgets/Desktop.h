@@ -20,6 +20,8 @@ public:
     virtual QAction* command(const QString&) { return nullptr; }
     /// Says for a moment, without a box, that something was done.
     virtual void mention(const QString&) {}
+    /// Says where the catalogue is named how far something is that takes long; an empty text brings the catalogue back.
+    virtual void showProgress(const QString&) {}
 };
 
 /// The desktop of the process; never null.

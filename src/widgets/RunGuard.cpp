@@ -84,7 +84,9 @@ protected:
         const bool goesThrough = passes(widget);
         const bool inMenu = goesThrough && widget->inherits("QMenu");
         if (!inMenu && event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-            stop();
+            // A key that is held down is pressed once.
+            if (!static_cast<QKeyEvent*>(event)->isAutoRepeat())
+                stop();
             return true;
         }
         return !goesThrough;

@@ -44,7 +44,7 @@ const QHash<QString, QSet<QString>> controlsNotBuilt = {
       u"D"_s,
       u"E"_s,
       u"SCON"_s}},
-    {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s, u"chkPreserveLayout"_s, u"cbValuesInstruct"_s}},
+    {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s}},
 };
 
 } // namespace

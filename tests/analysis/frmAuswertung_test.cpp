@@ -83,7 +83,7 @@ TEST_F(AnalysisWindow, TheFirstKeyOfAnotherSearchReplacesWhatIsShown) {
 
 TEST_F(AnalysisWindow, WhatIsNotBuiltIsDisabledAndSaysWhy) {
     open();
-    for (const QString& name : {u"cmdPreview"_s, u"cmdPrint"_s, u"chkPreserveLayout"_s}) {
+    for (const QString& name : {u"cmdPreview"_s, u"cmdPrint"_s}) {
         EXPECT_FALSE(the<QWidget>(name)->isEnabled()) << name.toStdString();
         EXPECT_EQ(the<QWidget>(name)->toolTip(), u"In dieser Version noch nicht enthalten.");
     }
