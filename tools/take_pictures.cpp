@@ -87,6 +87,10 @@ void prepareHome(const Wanted& wanted, const QTemporaryDir& folder) {
     QFile::copy(program + u"/../bin/Vx.mdb"_s, folder.filePath(u"Vx.mdb"_s));
     const QFileInfo catalogue(QString::fromLocal8Bit(wanted.catalogue));
     QFile::copy(catalogue.filePath(), folder.filePath(catalogue.fileName()));
+    // Show cards lie below their catalogue's folder, and no link leads there.
+    QDir(folder.path()).mkdir(u"karten"_s);
+    for (const QFileInfo& card : QDir(catalogue.absolutePath() + u"/karten"_s).entryInfoList(QDir::Files))
+        QFile::copy(card.filePath(), folder.filePath(u"karten/"_s + card.fileName()));
     const QString data = QFileInfo(QString::fromLocal8Bit(wanted.data)).absoluteFilePath();
     QDir::setCurrent(folder.path());
     const std::pair<QString, QString> settings[] = {

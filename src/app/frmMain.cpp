@@ -60,7 +60,12 @@ frmMain::frmMain()
     setWindowTitle(ApplicationInfo::title);
     centre_->addWidget(area_);
     setCentralWidget(centre_);
-    area_->onActivated = [this] { applyState(); };
+    area_->onActivated = [this] {
+        applyState();
+        // Another window may have stored or deleted what the explorer shows.
+        if (frmExplorer* explorer = activeExplorer())
+            explorer->refreshPages();
+    };
     tbToolBar_->setObjectName(u"tbToolBar"_s);
     tbToolBar_->setMovable(false);
     const int icon = std::max(tbToolBar_->iconSize().height(), fontMetrics().height() * 5 / 4);
@@ -334,9 +339,6 @@ void frmMain::applyState() {
     setChecked(u"mnuViewToolBar"_s, !tbToolBar_->isHidden());
     setChecked(u"mnuViewStatusBar"_s, !statusBar()->isHidden());
     applyNotBuilt(*this);
-    // What cannot be used isn't drawn pressed in.
-    if (!actions_.value(u"SCON"_s, actions_[u"mnuEditCopy"_s])->isEnabled())
-        setChecked(u"SCON"_s, false);
     // Copying from an explorer belongs to its gestures.
     actions_[u"mnuEditCopy"_s]->setToolTip(now.active == MainState::Active::Explorer
                                                ? TranslateText(u"In dieser Version noch nicht enthalten."_s)

@@ -114,6 +114,7 @@ private:
     void CloseForms() { unloadChildWindows(); }
     void switchLanguage(qint16 language);
     void flipContents();
+    void flipShowCards();
     void showPanels(const QString& command);
     void leave();
 

@@ -55,6 +55,7 @@ void frmMain::connectCommands() {
             explorer->switchPanelLanguage();
     };
     commands_[u"mnuEnglishLanguage"_s] = [this] { flipContents(); };
+    commands_[u"SCON"_s] = [this] { flipShowCards(); };
     commands_[u"mnuChangeFont"_s] = [this] { ChangeFont(); };
     // Keys that a toolbar may send without having a button here.
     commands_[u"FO"_s] = commands_[u"mnuChangeFont"_s];
@@ -183,6 +184,13 @@ void frmMain::switchLanguage(qint16 language) {
 
 void frmMain::flipContents() {
     gOptions.EnglishLanguage = !gOptions.EnglishLanguage;
+}
+
+void frmMain::flipShowCards() {
+    gOptions.ShowCards = !gOptions.ShowCards;
+    for (Form* form : Form::open())
+        if (auto* explorer = dynamic_cast<frmExplorer*>(form))
+            explorer->Form_Resize();
 }
 
 void frmMain::showPanels(const QString& command) {

@@ -1,7 +1,6 @@
 #include "charts/chartFile.h"
 
 #include "app/globals.h"
-#include "charts/chartType.h"
 #include "charts/paintChart.h"
 #include "platform/ui/Asker.h"
 
@@ -62,15 +61,14 @@ QByteArray svg(const ChartModel& model, const ChartLayout& layout) {
     const QSize size = (layout.size * unitsPerMillimetre).toSize();
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(), size));
-    generator.setTitle(shownText(model.caption).toHtmlEscaped()); // Qt writes it as it is
+    generator.setTitle(model.caption.simplified());
     QPainter painter;
     if (!painter.begin(&generator))
         return {};
     painter.scale(unitsPerMillimetre, unitsPerMillimetre);
     paintChart(painter, layout);
     painter.end();
-    // Readers without the font are told what comes closest, as Qt is by chartFont().
-    return bytes.replace("font-family=\"Arial\"", "font-family=\"Arial, 'Liberation Sans', Helvetica, sans-serif\"");
+    return bytes;
 }
 
 QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
@@ -82,7 +80,7 @@ QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     writer.setResolution(1200);
     writer.setPageSize(QPageSize(layout.size, QPageSize::Millimeter, {}, QPageSize::ExactMatch));
     writer.setPageMargins({});
-    writer.setTitle(shownText(model.caption));
+    writer.setTitle(model.caption.simplified());
     QPainter painter;
     if (!painter.begin(&writer))
         return {};

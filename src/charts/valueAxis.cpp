@@ -2,11 +2,8 @@
 
 #include "platform/system/NumberFormat.h"
 
-#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -59,29 +56,19 @@ int decimalsFor(double from, double step) {
     return 12;
 }
 
-/// The separator that the table has: an option can exchange it.
-QChar separatorOf(const ChartModel& model) {
-    for (const std::vector<ChartPoint>& row : model.values)
-        for (const ChartPoint& shown : row)
-            if (const qsizetype found = shown.text.indexOf(QRegularExpression(u"[.,]"_s)); found >= 0)
-                return shown.text[found];
-    return NumberFormat::decimalSeparator();
-}
-
-QString tickText(double value, double from, double step, QChar separator) {
+QString tickText(double value, double from, double step) {
     if (std::abs(value) < step * 1e-9)
         value = 0;
-    const bool far = std::abs(value) >= 1e15 || step < 1e-6;
-    QString text = far ? NumberFormat::plain(value) : NumberFormat::fixed(value, decimalsFor(from, step));
-    return text.replace(NumberFormat::decimalSeparator(), separator);
+    return std::abs(value) >= 1e15 || step < 1e-6 ? NumberFormat::plain(value)
+                                                  : NumberFormat::fixed(value, decimalsFor(from, step));
 }
 
-ValueAxis marked(double low, double high, int parts, QChar separator) {
+ValueAxis marked(double low, double high, int parts) {
     ValueAxis axis{low, high, {}, {}, std::clamp(0.0, low, high), low > 0 || high < 0};
     const double step = (high - low) / parts;
     for (int i = 0; i <= parts; ++i) {
         axis.ticks.push_back(i == parts ? high : low + step * i);
-        axis.labels.push_back(tickText(axis.ticks.back(), low, step, separator));
+        axis.labels.push_back(tickText(axis.ticks.back(), low, step));
     }
     return axis;
 }
@@ -96,10 +83,9 @@ std::optional<double> drawnValue(const ChartPoint& point) {
 
 ValueAxis valueAxis(const ChartModel& model, int parts) {
     const ValueScale& scale = model.scale;
-    const QChar separator = separatorOf(model);
     const auto drawable = [](double end) { return std::isfinite(end) && std::abs(end) <= largestValue; };
     if (!scale.automatic && drawable(scale.minimum) && drawable(scale.maximum) && scale.minimum < scale.maximum)
-        return marked(scale.minimum, scale.maximum, std::clamp(scale.division, 1, 50), separator);
+        return marked(scale.minimum, scale.maximum, std::clamp(scale.division, 1, 50));
 
     Range range = rangeOf(model);
     if (range.low == 0 && range.high == 0)
@@ -108,5 +94,5 @@ ValueAxis valueAxis(const ChartModel& model, int parts) {
     if (range.whole && range.any && !model.percent)
         step = std::max(step, 1.0);
     const double below = std::ceil(-range.low / step - 1e-9), above = std::ceil(range.high / step - 1e-9);
-    return marked(-below * step, above * step, static_cast<int>(below + above), separator);
+    return marked(-below * step, above * step, static_cast<int>(below + above));
 }

@@ -210,7 +210,7 @@ void addExplorer(QTabWidget* tabs) {
     page.group(u"fraSkin"_s, u"Hintergrundbild"_s);
     page.option(&Options::Skin);
     page.option(&Options::SkinPath);
-    page.note(1, u"Noch ohne Wirkung: ShowCards, Hintergrundbild, Anordnen"_s);
+    page.note(1, u"Noch ohne Wirkung: Hintergrundbild, Anordnen"_s);
     page.end();
 }
 

@@ -33,8 +33,8 @@ void readNumber(const QString& text, int least, int most, int& number) {
 } // namespace
 
 QString ExplorerLayout::toText() const {
-    QStringList parts = {u"tree=%1"_s.arg(tree), u"list=%1"_s.arg(list), u"panelA=%1"_s.arg(panelA),
-                         u"question=%1"_s.arg(question)};
+    QStringList parts = {u"tree=%1"_s.arg(tree),         u"list=%1"_s.arg(list),       u"panelA=%1"_s.arg(panelA),
+                         u"question=%1"_s.arg(question), u"besideA=%1"_s.arg(besideA), u"besideB=%1"_s.arg(besideB)};
     for (const Column& column : columns)
         parts << u"%1=%2"_s.arg(column.key).arg(column.width);
     if (!sortKey.isEmpty())
@@ -55,6 +55,10 @@ ExplorerLayout ExplorerLayout::fromText(const QString& text) {
             readNumber(value, 1, 999, layout.panelA);
         } else if (key == u"question") {
             readNumber(value, 1, 999, layout.question);
+        } else if (key == u"besideA") {
+            readNumber(value, 1, 999, layout.besideA);
+        } else if (key == u"besideB") {
+            readNumber(value, 1, 999, layout.besideB);
         } else if (key == u"sort") {
             layout.sortKey = value;
         } else if (key == u"descending") {

@@ -9,7 +9,8 @@
 struct ExplorerLayout {
     /// Shares of a thousand: of the tree in the width, of tree and list in the height, of panel A in the width.
     int tree = 300, list = 500, panelA = 500;
-    int question = 550; ///< and of the question in the width of a panel
+    int question = 550;               ///< and of the question in the width of a panel
+    int besideA = 530, besideB = 530; ///< of each panel beside its pages
     struct Column {
         QString key;
         int width; ///< twips

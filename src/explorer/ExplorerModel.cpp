@@ -41,7 +41,9 @@ bool ExplorerModel::showRow(int row, bool assignments) {
     if (state.bOpenSecondVarWindow)
         showRowInB(row);
     if (assignments)
-        Fill(DBList1, panelA.study(), panelA.variable(), state.bELTree);
+        fillA();
+    else
+        pagesA.empty();
     return true;
 }
 
@@ -54,14 +56,36 @@ bool ExplorerModel::showRowInB(int row) {
     const CatalogueNode* node = nodeOf(variable);
     if (!node || !panelB.show(*node, variable.cell(1), variable.Text, state))
         return false;
-    Fill(DBList1_B, panelB.study(), panelB.variable(), state.bELTree);
+    fillB();
     return true;
 }
 
 bool ExplorerModel::moveB(Step step) {
     if (!panelB.move(step, state))
         return false;
+    fillB();
+    return true;
+}
+
+void ExplorerModel::fillA() {
+    if (!panelA.isFilled())
+        return;
+    Fill(DBList1, panelA.study(), panelA.variable(), state.bELTree);
+    pagesA.fill(panelA.study(), panelA.variable(), state.bVarWindowForEnglishLanguage);
+}
+
+void ExplorerModel::fillB() {
+    if (!panelB.isFilled())
+        return;
     Fill(DBList1_B, panelB.study(), panelB.variable(), state.bELTree);
+    pagesB.fill(panelB.study(), panelB.variable(), state.bELVV);
+}
+
+bool ExplorerModel::switchLanguageB() {
+    state.bELVV = !state.bELVV;
+    if (!panelB.refill(state))
+        return false;
+    fillB();
     return true;
 }
 
@@ -125,6 +149,7 @@ void ExplorerModel::listFilled() {
 
 void ExplorerModel::clearPanelA() {
     panelA.clear();
+    pagesA.empty();
     host_->clearPanelA();
 }
 

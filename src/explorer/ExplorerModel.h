@@ -3,6 +3,7 @@
 #include "explorer/AssignmentList.h"
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
+#include "explorer/PanelPages.h"
 #include "explorer/QuickFilter.h"
 #include "explorer/VariableList.h"
 #include "explorer/VariablePanel.h"
@@ -19,6 +20,7 @@ public:
     VariableList list;
     VariablePanel panelA{VariablePanel::Place::A}, panelB{VariablePanel::Place::B};
     std::vector<Assignment> DBList1, DBList1_B;
+    PanelPages pagesA{VariablePanel::Place::A}, pagesB{VariablePanel::Place::B};
 
     /// @param host the window that shows this model; not owned
     explicit ExplorerModel(ListviewHost* host = nullptr) : host_(host ? host : &none_) {}
@@ -30,12 +32,18 @@ public:
     /// Node whose variables are shown; null before the first.
     const CatalogueNode* selectedNode() const { return tree.find(state.selectedKey); }
 
-    /// Fills panel A for a row of the list and, if wanted, its assignments. @return false if nothing could be shown
+    /// Fills panel A for a row of the list and, if wanted, its assignments and pages; another variable's go else.
+    /// @return false if nothing could be shown
     bool showRow(int row, bool assignments);
     /// Fills panel B and its assignments for a row of the list; opens panel A's place if no panel is in view.
     bool showRowInB(int row);
     /// Moves panel B within its own result set. @return false without a record
     bool moveB(Step step);
+    /// Fills the assignments and the pages of a panel with those of the variable that it shows, if it shows one.
+    void fillA();
+    void fillB();
+    /// Inverts the contents' language of panel B and what it shows. @return false if it shows nothing
+    bool switchLanguageB();
     /// Place among the rows in view where a step of panel A leads, -1 if it leads nowhere.
     /// @param current place of the list's current row, -1 without one
     int stepInList(Step step, int current) const;

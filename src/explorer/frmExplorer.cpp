@@ -8,6 +8,7 @@
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
 #include "widgets/ElidedLabel.h"
+#include "widgets/ExplorerPages.h"
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
 #include "widgets/Icons.h"
@@ -28,6 +29,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int narrowest = 3000; ///< twips; a window narrower than this is not laid out
+constexpr int leastPlace = 52;  ///< characters in the width of a panel and its pages
 
 frmExplorer* explorerOfView(int view) {
     for (Form* form : Form::open())
@@ -135,6 +137,7 @@ void frmExplorer::listFilled() {
 
 void frmExplorer::clearPanelA() {
     panelA_->show(model_.panelA);
+    pagesA_->showPages();
 }
 
 void frmExplorer::clearAssignmentList() {
@@ -167,9 +170,12 @@ void frmExplorer::lvListView_ItemClick(bool assignments) {
     rowShown_ = assignments;
     if (!model_.showRow(row, assignments))
         return;
-    panelA_->show(model_.panelA);
-    if (assignments)
-        panelA_->showAssignments(model_.DBList1);
+    if (assignments) {
+        showA();
+    } else {
+        panelA_->show(model_.panelA);
+        pagesA_->showPages();
+    }
     if (model_.state.bOpenSecondVarWindow)
         showB();
 }
@@ -191,18 +197,26 @@ void frmExplorer::lvListView_DblClick() {
         showB();
 }
 
+void frmExplorer::showA() {
+    panelA_->show(model_.panelA);
+    panelA_->showAssignments(model_.DBList1);
+    pagesA_->showPages();
+}
+
 void frmExplorer::showB() {
     panelB_->show(model_.panelB);
     panelB_->showAssignments(model_.DBList1_B);
+    pagesB_->showPages();
 }
 
 // ---- panels
 
 void frmExplorer::setPanels(int lVarWindow) {
     model_.state.lVarWindow = lVarWindow;
-    Form_Resize();
+    layOut();
     if (lVarWindow > 0 && list_->view()->firstSelectedPlace() >= 0)
         lvListView_ItemClick(true);
+    catchUpPages();
     panelsChosen();
 }
 
@@ -240,15 +254,17 @@ void frmExplorer::switchChosen(bool panelB, const QString& key) {
         else if (model_.moveB(steps()[key]))
             showB();
     } else if (key == u"english") {
-        bool& english = panelB ? state.bELVV : state.bVarWindowForEnglishLanguage;
-        english = !english;
         if (panelB) {
-            if (model_.panelB.refill(state))
-                panelB_->show(model_.panelB);
-        } else if (list_->rowToShow() >= 0) {
-            lvListView_ItemClick(true);
-        } else if (model_.panelA.refill(state)) {
-            panelA_->show(model_.panelA); // its row is filtered away
+            if (model_.switchLanguageB())
+                showB();
+        } else {
+            state.bVarWindowForEnglishLanguage = !state.bVarWindowForEnglishLanguage;
+            if (list_->rowToShow() >= 0) {
+                lvListView_ItemClick(true);
+            } else if (model_.panelA.refill(state)) { // its row is filtered away
+                model_.fillA();
+                showA();
+            }
         }
     } else if (key == u"fixed") {
         panel.setQuestionFont(panel.questionFont() == fixedFont_ ? propFont_ : fixedFont_);
@@ -298,6 +314,11 @@ void frmExplorer::MyDBList_DblClick(const QString& key) {
 // ---- layout and looks
 
 void frmExplorer::Form_Resize() {
+    layOut();
+    catchUpPages();
+}
+
+void frmExplorer::layOut() {
     if (isMinimized() || width() < twipsToPixels(*this, narrowest))
         return;
     const ExplorerState& state = model_.state;
@@ -313,6 +334,66 @@ void frmExplorer::Form_Resize() {
     setShare(*imgSplitter2_, layout_.panelA);
     for (ExplorerPanel* panel : {panelA_, panelB_})
         setShare(*panel->splValues, layout_.question);
+    placePages();
+    setShare(*imgSplitter4_, layout_.besideA);
+    setShare(*imgSplitter5_, layout_.besideB);
+}
+
+/// A panel with hardly room for its own leaves none to its pages.
+void frmExplorer::placePages() {
+    const int least = leastPlace * fontMetrics().averageCharWidth();
+    const int panels = model_.state.lVarWindow;
+    const auto place = [&](ExplorerPages& pages, PanelPages& model, const QSplitter& room, bool open) {
+        const bool shown = gOptions.ShowCards && (!open || !room.isVisible() || room.width() >= least);
+        pages.setVisible(shown);
+        model.setInSight(shown && open);
+    };
+    place(*pagesA_, model_.pagesA, *imgSplitter4_, panels > 0);
+    place(*pagesB_, model_.pagesB, *imgSplitter5_, panels == 2);
+}
+
+/// What has come into view with the layout is read.
+void frmExplorer::catchUpPages() {
+    onGesture([this] {
+        model_.pagesA.catchUp();
+        model_.pagesB.catchUp();
+    });
+    pagesA_->showPages();
+    pagesB_->showPages();
+}
+
+void frmExplorer::roomChanged() {
+    const bool before[] = {pagesA_->isHidden(), pagesB_->isHidden()};
+    placePages();
+    if (before[0] != pagesA_->isHidden() || before[1] != pagesB_->isHidden())
+        catchUpPages();
+}
+
+void frmExplorer::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    roomChanged();
+}
+
+void frmExplorer::refreshPages() {
+    onGesture([this] {
+        if (model_.pagesA.refresh())
+            pagesA_->showPages();
+        if (model_.pagesB.refresh())
+            pagesB_->showPages();
+    });
+}
+
+void frmExplorer::pageTurned(bool panelB, int page) {
+    onGesture([&] {
+        (panelB ? model_.pagesB : model_.pagesA).turnTo(page);
+        panelB ? model_.fillB() : model_.fillA();
+    });
+    if (panelB) {
+        showB();
+    } else {
+        showA();
+        rowShown_ = model_.panelA.isFilled();
+    }
 }
 
 void frmExplorer::ChangeFont() {

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <vector>
 
+class ExplorerPages;
 class ExplorerPanel;
 class QAction;
 class QSplitter;
@@ -45,6 +46,8 @@ public:
     void switchPanelLanguage();
     /// Lays the window out anew from the places of its splitters and the options.
     void Form_Resize();
+    /// Shows show card, stored table and stored graph anew where the catalogue has others meanwhile.
+    void refreshPages();
     /// Exchanges the fixed font and the proportional one in question texts, lists and names.
     void ChangeFont();
 
@@ -53,6 +56,9 @@ public:
     std::vector<ControlText> controls() const override;
     void setControlText(const ControlText& control, const QString& text) override;
     QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     ExplorerModel model_{this};
@@ -67,8 +73,9 @@ private:
     frmExplorerTree* tree_;
     frmExplorerList* list_;
     ExplorerPanel *panelA_, *panelB_;
+    ExplorerPages *pagesA_, *pagesB_;
     QAction* toFilter_;
-    QSplitter *imgSplitter_, *imgSplitter2_, *imgSplitter3_;
+    QSplitter *imgSplitter_, *imgSplitter2_, *imgSplitter3_, *imgSplitter4_, *imgSplitter5_;
 
     void buildControls();
     void connectControls();
@@ -90,9 +97,15 @@ private:
     void switchChosen(bool panelB, const QString& key);
     void moveA(ExplorerModel::Step step);
     void showSwitches();
+    void layOut();
+    void placePages();
+    void roomChanged();
+    void catchUpPages();
+    void pageTurned(bool panelB, int page);
     void panelsChosen();
     void openPanelsSoon();
     void openPanelsNow();
+    void showA();
     void showB();
     void MyDBList_DblClick(const QString& key);
 };

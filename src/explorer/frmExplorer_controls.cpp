@@ -6,6 +6,7 @@
 #include "explorer/iconNames.h"
 #include "widgets/ContextMenu.h"
 #include "widgets/Desktop.h"
+#include "widgets/ExplorerPages.h"
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
 #include "widgets/ValueList.h"
@@ -57,14 +58,14 @@ void frmExplorer::buildControls() {
     tree_->setTitleHeight(list_->filter()->sizeHint().height());
 
     // Beside each panel there is a place for what else is shown of its variable.
-    QSplitter* placeA = splitter(u"imgSplitter4"_s, Qt::Horizontal);
-    QSplitter* placeB = splitter(u"imgSplitter5"_s, Qt::Horizontal);
-    panelA_ = new ExplorerPanel(QString());
-    panelB_ = new ExplorerPanel(u"_B"_s);
-    placeA->addWidget(panelA_);
-    placeB->addWidget(panelB_);
-    imgSplitter2_->addWidget(placeA);
-    imgSplitter2_->addWidget(placeB);
+    imgSplitter4_ = splitter(u"imgSplitter4"_s, Qt::Horizontal);
+    imgSplitter5_ = splitter(u"imgSplitter5"_s, Qt::Horizontal);
+    imgSplitter4_->addWidget(panelA_ = new ExplorerPanel(QString()));
+    imgSplitter4_->addWidget(pagesA_ = new ExplorerPages(model_.pagesA, QString()));
+    imgSplitter5_->addWidget(panelB_ = new ExplorerPanel(u"_B"_s));
+    imgSplitter5_->addWidget(pagesB_ = new ExplorerPages(model_.pagesB, u"2"_s));
+    imgSplitter2_->addWidget(imgSplitter4_);
+    imgSplitter2_->addWidget(imgSplitter5_);
     imgSplitter3_->addWidget(imgSplitter_);
     imgSplitter3_->addWidget(imgSplitter2_);
 
@@ -96,8 +97,15 @@ void frmExplorer::connectControls() {
         panel->jumped = [this](const QString& key) { onGesture([&] { MyDBList_DblClick(key); }); };
     }
     connect(imgSplitter_, &QSplitter::splitterMoved, this, [this] { layout_.tree = shareOf(*imgSplitter_); });
-    connect(imgSplitter2_, &QSplitter::splitterMoved, this, [this] { layout_.panelA = shareOf(*imgSplitter2_); });
+    connect(imgSplitter2_, &QSplitter::splitterMoved, this, [this] {
+        layout_.panelA = shareOf(*imgSplitter2_);
+        roomChanged();
+    });
     connect(imgSplitter3_, &QSplitter::splitterMoved, this, [this] { layout_.list = shareOf(*imgSplitter3_); });
+    connect(imgSplitter4_, &QSplitter::splitterMoved, this, [this] { layout_.besideA = shareOf(*imgSplitter4_); });
+    connect(imgSplitter5_, &QSplitter::splitterMoved, this, [this] { layout_.besideB = shareOf(*imgSplitter5_); });
+    pagesA_->turned = [this](int page) { pageTurned(false, page); };
+    pagesB_->turned = [this](int page) { pageTurned(true, page); };
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (!now || !isAncestorOf(now))
             return;
@@ -168,6 +176,8 @@ void frmExplorer::refreshTitles() {
         panel->nameAssignments();
         panel->values->refreshTexts();
     }
+    pagesA_->refreshTexts();
+    pagesB_->refreshTexts();
     // Facts carry their names in the language of the labels.
     if (model_.panelA.refill(model_.state))
         panelA_->show(model_.panelA);

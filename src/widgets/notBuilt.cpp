@@ -42,8 +42,7 @@ const QHash<QString, QSet<QString>> controlsNotBuilt = {
       u"F"_s,
       u"SPSS"_s,
       u"D"_s,
-      u"E"_s,
-      u"SCON"_s}},
+      u"E"_s}},
     {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s}},
 };
 

