@@ -54,7 +54,7 @@ CLI::App* ChartCommand::declare(CLI::App& program) {
     command_->add_option("--size", size_, "width and height in millimetres (default: 180x110)")->type_name("WxH");
     command_->add_option("--dpi", dpi_, "pixels per inch of a PNG or JPEG (default: 300)")->type_name("N");
     command_->add_flag("--bw", bw_, "black and white: patterns and markers in place of colours");
-    command_->add_option("--title", title_, "title of the chart in place of the table's");
+    command_->add_option("--title", title_, "title of the chart in place of the table's; \"\" for none");
     command_
         ->add_option("--show", show_,
                      "absolute or percent of a frequency; absolute, column, row or total of a crosstab; absolute or "
@@ -177,7 +177,7 @@ ChartModel ChartCommand::chartOf(TableResult& result) const {
                                    .origin = result.facts->origin,
                                    .options = gOptions},
                                   StartPrompt());
-    if (!title_.empty())
+    if (command_->get_option("--title")->count() > 0)
         chart.caption = QString::fromStdString(title_);
     return chart;
 }
@@ -207,7 +207,10 @@ int ChartCommand::run(Session& session) {
         session.say(QString::fromStdString(out_) + u": "_s + fault);
         return 1;
     }
-    session.printer().printLines(QStringList(chart.caption) + provenanceLines(*result));
+    QStringList lines = provenanceLines(*result);
+    if (!chart.caption.isEmpty())
+        lines.prepend(chart.caption);
+    session.printer().printLines(lines);
     return 0;
 }
 
