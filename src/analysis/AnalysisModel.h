@@ -6,6 +6,7 @@
 #include "analysis/result/TableResult.h"
 #include "analysis/run/RunInput.h"
 #include "analysis/run/userFilter.h"
+#include "charts/pictures.h"
 
 #include <array>
 #include <functional>
@@ -100,12 +101,15 @@ public:
     void changeChart(const LabelTable& changed);
     /// Asks anew which part of too many values is drawn.
     void chooseFirstValue();
+    /// Whether charts can be kept as pictures; a window starts it when it opens.
+    PictureSupport& pictures() { return pictures_; }
 
 private:
     RequestEditor editor_;
     ComparisonList comparison_{editor_};
     TableResult result_;
     WindowChart chart_;
+    PictureSupport pictures_;
     RunHooks hooks_;
     int tab_ = 0;
     bool bCancelRun_ = false;

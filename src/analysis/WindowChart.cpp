@@ -132,8 +132,10 @@ LabelTable WindowChart::changedLabels() {
     labels.scale = changes.scale;
     for (LabelItem& item : labels.items)
         if (const auto found = changes.items.find(keyOf(item.place)); found != changes.items.end()) {
-            item.label = found->second.label.value_or(item.label);
-            item.style = found->second.style.value_or(item.style);
+            const ItemEdit& edit = found->second;
+            item.label = edit.label.value_or(item.label);
+            item.style = {edit.pattern.value_or(item.style.pattern), edit.number.value_or(item.style.number),
+                          edit.color.value_or(item.style.color)};
         }
     return labels;
 }
@@ -149,14 +151,18 @@ void WindowChart::take(const LabelTable& changed) {
     for (size_t i = 0; i < std::min(own.items.size(), changed.items.size()); ++i) {
         const LabelItem &now = changed.items[i], &before = own.items[i];
         ItemEdit edit;
-        if (now.label != before.label)
-            edit.label = now.label;
-        if (now.style != before.style)
-            edit.style = now.style;
-        if (edit.label || edit.style)
-            changes.items[keyOf(before.place)] = edit;
-        else
+        const auto note = [](auto& field, const auto& chosen, const auto& byItself) {
+            if (chosen != byItself)
+                field = chosen;
+        };
+        note(edit.label, now.label, before.label);
+        note(edit.pattern, now.style.pattern, before.style.pattern);
+        note(edit.number, now.style.number, before.style.number);
+        note(edit.color, now.style.color, before.style.color);
+        if (edit == ItemEdit())
             changes.items.erase(keyOf(before.place));
+        else
+            changes.items[keyOf(before.place)] = edit;
     }
     model_ = automatic_;
     layOn(changedLabels(), model_);

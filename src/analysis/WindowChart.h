@@ -50,10 +50,11 @@ public:
     /// Takes what was changed in it, by the values of its items; what is missing is the table's.
     void take(const LabelTable& changed);
 
-    /// Size and resolution of its picture, as the user wants them.
+    /// Size and resolution of its picture, as the user wants them, and what the last file was.
     struct Picture {
         QSizeF millimetres{180, 110};
         int dpi = 300;
+        QString ending = QStringLiteral("png"), folder{};
     };
     Picture picture;
 
@@ -65,9 +66,13 @@ private:
         int nth = 0;
         bool operator<(const ItemKey& other) const;
     };
+    /// Each by itself: a colour is kept while the chart is in black and white, and a symbol with any colour.
     struct ItemEdit {
         std::optional<QString> label;
-        std::optional<ItemStyle> style;
+        std::optional<bool> pattern;
+        std::optional<int> number;
+        std::optional<std::optional<QRgb>> color;
+        bool operator==(const ItemEdit&) const = default;
     };
     struct Edits {
         std::optional<QString> title;

@@ -80,6 +80,7 @@ frmAuswertung* frmAuswertung::openFrom(const frmExplorer* explorer) {
     auto* window = new frmAuswertung;
     window->Tag = QString::number(++gWindowSerials[analysisSerial]);
     window->showTitle();
+    trapped([&] { window->model_.pictures().start(); });
     if (explorer)
         trapped([&] { window->preselect(*explorer); });
     window->showParts(&frmAuswertungPart::show);

@@ -7,6 +7,7 @@
 #include "app/globals.h"
 #include "charts/chartFile.h"
 #include "charts/frmGraphicOptions.h"
+#include "platform/system/Paths.h"
 #include "platform/ui/Asker.h"
 #include "widgets/ChartView.h"
 #include "widgets/ContextMenu.h"
@@ -23,6 +24,34 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+struct FileKind {
+    QString ending, name;
+};
+const FileKind kinds[] = {{u"png"_s, u"PNG-Bilder"_s},
+                          {u"svg"_s, u"SVG-Grafiken"_s},
+                          {u"pdf"_s, u"PDF-Dokumente"_s},
+                          {u"jpg"_s, u"JPEG-Bilder"_s}};
+
+const FileKind* kindOf(const QString& ending) {
+    const auto found = std::ranges::find(kinds, ending, &FileKind::ending);
+    return found == std::end(kinds) ? nullptr : found;
+}
+
+/// What a chart can be saved as, the kind that was chosen last before the others.
+QString fileKinds(const QString& first) {
+    QStringList choices;
+    for (const FileKind& kind : kinds) {
+        const QString pattern = u"*."_s + kind.ending;
+        choices.insert(kind.ending == first ? 0 : choices.size(),
+                       TranslateText(kind.name) + u" ("_s + pattern + u")|"_s + pattern);
+    }
+    return choices.join(u'|');
+}
+
+} // namespace
 
 frmAuswertungChart::frmAuswertungChart(frmAuswertung& window) : frmAuswertungPart(window), page_(build()) {
     connectControls();
@@ -189,7 +218,7 @@ bool frmAuswertungChart::copy() {
                                 .icon = ui::Icon::Exclamation});
         return false;
     }
-    ui::asker().copyPicture(picture, {});
+    ui::asker().copyPicture(picture, chartSvg(chart().model(), layout));
     return true;
 }
 
@@ -201,19 +230,21 @@ void frmAuswertungChart::saveAs() {
         dialog.exec();
         if (!dialog.answer())
             return;
-        const WindowChart::Picture picture = *dialog.answer();
-        model_.chart().picture = picture;
+        WindowChart::Picture& picture = model_.chart().picture;
+        picture = *dialog.answer();
         act([] {}); // the window shows the chart in the size that it is saved in
-        const std::optional<QString> path = ui::asker().chooseFile(
-            {.title = TranslateText(u"Grafik speichern"_s),
-             .filter = TranslateText(
-                 u"PNG-Bilder (*.png)|*.png|SVG-Grafiken (*.svg)|*.svg|PDF-Dokumente (*.pdf)|*.pdf|JPEG-Bilder (*.jpg)|*.jpg"_s),
-             .extension = u"png"_s,
-             .folder = QString(),
-             .name = tableFileName(model_.result().facts->request) + u".png"_s,
-             .save = true});
+        const std::optional<QString> path =
+            ui::asker().chooseFile({.title = TranslateText(u"Grafik speichern"_s),
+                                    .filter = fileKinds(picture.ending),
+                                    .extension = picture.ending,
+                                    .folder = picture.folder,
+                                    .name = tableFileName(model_.result().facts->request) + u'.' + picture.ending,
+                                    .save = true});
         if (!path)
             return;
+        picture.folder = Paths::folderOf(*path);
+        if (const QString ending = path->section(u'.', -1).toLower(); kindOf(ending))
+            picture.ending = ending;
         const QString reason = saveChart(chart().model(), *path, picture.millimetres, picture.dpi);
         if (!reason.isEmpty())
             ui::asker().messageBox({.text = TranslateText(u"Die Grafik konnte nicht gespeichert werden:"_s) +

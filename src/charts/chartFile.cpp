@@ -51,26 +51,6 @@ QByteArray encoded(const QImage& image, const char* format, int quality) {
     return !image.isNull() && writer.write(image) ? bytes : QByteArray();
 }
 
-QByteArray svg(const ChartModel& model, const ChartLayout& layout) {
-    constexpr int unitsPerMillimetre = 100;
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    QSvgGenerator generator;
-    generator.setOutputDevice(&buffer);
-    generator.setResolution(qRound(perInch * unitsPerMillimetre));
-    const QSize size = (layout.size * unitsPerMillimetre).toSize();
-    generator.setSize(size);
-    generator.setViewBox(QRect(QPoint(), size));
-    generator.setTitle(model.caption.simplified());
-    QPainter painter;
-    if (!painter.begin(&generator))
-        return {};
-    painter.scale(unitsPerMillimetre, unitsPerMillimetre);
-    paintChart(painter, layout);
-    painter.end();
-    return bytes;
-}
-
 QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -129,6 +109,26 @@ QImage chartImage(const ChartLayout& layout, int dpi) {
     return paintedImage(layout, pixelsOf(layout.size, dpi), dpi);
 }
 
+QByteArray chartSvg(const ChartModel& model, const ChartLayout& layout) {
+    constexpr int unitsPerMillimetre = 100;
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setResolution(qRound(perInch * unitsPerMillimetre));
+    const QSize size = (layout.size * unitsPerMillimetre).toSize();
+    generator.setSize(size);
+    generator.setViewBox(QRect(QPoint(), size));
+    generator.setTitle(model.caption.simplified());
+    QPainter painter;
+    if (!painter.begin(&generator))
+        return {};
+    painter.scale(unitsPerMillimetre, unitsPerMillimetre);
+    paintChart(painter, layout);
+    painter.end();
+    return bytes;
+}
+
 QString chartSizeFault(const QSizeF& size, int dpi) {
     const auto bad = [](double side) { return !(side >= leastSide && side <= mostSide); };
     if (bad(size.width()) || bad(size.height()))
@@ -152,7 +152,7 @@ QString saveChart(const ChartModel& model, const QString& path, const QSizeF& mi
     if (jpeg && !jpegSupported())
         return TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s);
     const ChartLayout layout = layOut(model, millimetres, ChartParts::Whole);
-    const QByteArray bytes = ending == u"svg"_s ? svg(model, layout)
+    const QByteArray bytes = ending == u"svg"_s ? chartSvg(model, layout)
                              : ending == u"pdf"_s
                                  ? pdf(model, layout)
                                  : encoded(chartImage(layout, dpi), jpeg ? "jpeg" : "png", jpeg ? 100 : -1);

@@ -26,6 +26,8 @@ StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres = d
 
 /// A chart as a picture on white. Null where there is no memory for it.
 QImage chartImage(const ChartLayout& layout, int dpi);
+/// The same as an SVG document; empty where it cannot be made.
+QByteArray chartSvg(const ChartModel& model, const ChartLayout& layout);
 /// Whether a chart can be saved in this size: 20 to 2,000 millimetres each way, 36 to 2,400 pixels per inch and at most
 /// 100 million pixels. @return what is wrong, in words; empty if nothing is
 QString chartSizeFault(const QSizeF& millimetres, int dpi);
