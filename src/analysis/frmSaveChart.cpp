@@ -42,9 +42,9 @@ void addRow(QGridLayout& grid, int row, const QString& name, const QString& text
 } // namespace
 
 frmSaveChart::frmSaveChart(const WindowChart::Picture& picture, QWidget* parent)
-    : QDialog(parent), Form(*this, u"frmSaveChart"_s) {
+    : QDialog(parent), Form(*this, u"frmSaveChart"_s), picture_(picture) {
     setWindowTitle(u"Grafik speichern"_s);
-    build(picture);
+    build();
     mdLanguage::SetCtrlProps(*this);
     txtWidth_->setFocus();
     txtWidth_->selectAll();
@@ -52,7 +52,7 @@ frmSaveChart::frmSaveChart(const WindowChart::Picture& picture, QWidget* parent)
 
 frmSaveChart::~frmSaveChart() = default;
 
-void frmSaveChart::build(const WindowChart::Picture& picture) {
+void frmSaveChart::build() {
     auto* grid = new QGridLayout;
     const auto millimetres = [this](double value) {
         auto* number = new Millimetres(this);
@@ -65,12 +65,12 @@ void frmSaveChart::build(const WindowChart::Picture& picture) {
         number->setValue(value);
         return number;
     };
-    txtWidth_ = millimetres(picture.millimetres.width());
-    txtHeight_ = millimetres(picture.millimetres.height());
+    txtWidth_ = millimetres(picture_.millimetres.width());
+    txtHeight_ = millimetres(picture_.millimetres.height());
     txtDpi_ = new QSpinBox(this);
     txtDpi_->setRange(1, 9999);
     txtDpi_->setSuffix(u" dpi"_s);
-    txtDpi_->setValue(picture.dpi);
+    txtDpi_->setValue(picture_.dpi);
     addRow(*grid, 0, u"Width"_s, u"&Breite:"_s, txtWidth_);
     addRow(*grid, 1, u"Height"_s, u"&Höhe:"_s, txtHeight_);
     addRow(*grid, 2, u"Dpi"_s, u"&Auflösung:"_s, txtDpi_);
@@ -86,7 +86,9 @@ void frmSaveChart::build(const WindowChart::Picture& picture) {
 
 void frmSaveChart::cmdOK_Click() {
     trapped([this] {
-        const WindowChart::Picture picture{{txtWidth_->value(), txtHeight_->value()}, txtDpi_->value()};
+        WindowChart::Picture picture = picture_;
+        picture.millimetres = {txtWidth_->value(), txtHeight_->value()};
+        picture.dpi = txtDpi_->value();
         const QString fault = chartSizeFault(picture.millimetres, picture.dpi);
         if (fault.isEmpty())
             answer_ = picture;

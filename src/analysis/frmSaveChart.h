@@ -24,9 +24,10 @@ public:
     void reject() override { cmdCancel_Click(); }
 
 private:
+    WindowChart::Picture picture_;
     std::optional<WindowChart::Picture> answer_;
     QDoubleSpinBox *txtWidth_, *txtHeight_;
     QSpinBox* txtDpi_;
 
-    void build(const WindowChart::Picture& picture);
+    void build();
 };
