@@ -72,6 +72,7 @@ TEST_F(MainWindow, OpensTheStoredCatalogueWithItsViewsAndTheExplorerItWants) {
     ASSERT_TRUE(main->activeForm());
     EXPECT_EQ(main->activeForm()->viewNumber(), 1);
     EXPECT_TRUE(enabled(u"mnuAuswertungsansicht"_s));
+    EXPECT_TRUE(enabled(u"SCON"_s) && action(u"SCON"_s)->isChecked());
     EXPECT_EQ(main->windowTitle(), u"solvarden.mdb - Varidex"_s) << "a maximised child leaves the title alone";
     for (const QString& key : {u"DBD"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s, u"mnuFilePrint"_s, u"mnuEditCopy"_s}) {
         EXPECT_FALSE(enabled(key)) << qPrintable(key);
