@@ -17,10 +17,17 @@ namespace {
 constexpr double pageMargin = 2, gapBetween = 3, rightOfPlot = 1.5;
 constexpr double labelType = 10 * onePoint, legendType = 9 * onePoint, noteType = 8 * onePoint,
                  titleType = 11 * onePoint;
-constexpr double tickLength = 1, tickGap = 0.7;
+/// Of the page's height that labels may take: in full, and where they are cut anyway.
+constexpr double highestLabels = 1.0 / 3, highestShort = 0.26;
+constexpr double tickLength = 1, tickGap = 0.7, axisTitleGap = 1;
 
 QString shownLevel(const QString& text) {
     return shownText(text.left(400));
+}
+
+/// What is equal to what, never with the sign at the end or the beginning of a line.
+QString pair(const QString& left, const QString& right) {
+    return left + QChar(QChar::Nbsp) + u'=' + QChar(QChar::Nbsp) + right;
 }
 
 class Composer {
@@ -70,6 +77,8 @@ private:
     QRectF room_; ///< what is left of the page
     CategoryLabels labels_;
     std::vector<Block> blocks_;
+    double widestTick_ = 0; ///< of the axis that is drawn
+
     bool frequency() const { return model_.kind == TableKind::Frequency; }
 
     void addText(const QString& text, const QPointF& at, double size, QRgb color, bool bold = false) {
@@ -125,7 +134,9 @@ private:
         for (int s = 0; s < std::min(model_.seriesCount(), 400); ++s)
             if (const QString text = shownSeries(model_, s); !text.isEmpty())
                 entries.push_back({text.left(400), s});
-        take({0.35 * room_.width(), 0.35 * room_.height(), legendType * factor_}, entries, true, false);
+        // Lines are told apart at their ends; bars would rather be wide.
+        const double beside = model_.chartType == ChartType::Lines ? 1.06 : 0.98;
+        take({0.35 * room_.width(), 0.35 * room_.height(), legendType * factor_, beside}, entries, true, false);
     }
 
     /// Puts a block at an edge of the room that is left, and takes its place away.
@@ -161,7 +172,7 @@ private:
         if (texts.first == texts.second)
             texts.second.clear();
         if (std::optional<CategoryLabels> full =
-                laid([&](const LabelRoom& room) { return fullLabels(type_, texts, room); })) {
+                laid(highestLabels, [&](const LabelRoom& room) { return fullLabels(type_, texts, room); })) {
             labels_ = std::move(*full);
             return;
         }
@@ -174,12 +185,12 @@ private:
 
     /// Asks for labels until what they need to the left of the plot is there.
     template<typename Ask>
-    std::optional<CategoryLabels> laid(Ask ask) {
+    std::optional<CategoryLabels> laid(double highest, Ask ask) {
         LabelRoom room;
         room.type = labelType * factor_;
         room.left = axisWidth();
         room.mostLeft = std::max(room.left, 0.3 * room_.width());
-        room.height = std::min(layout_.size.height() / 3, room_.height() * 0.6);
+        room.height = std::min(layout_.size.height() * highest, room_.height() * 0.6);
         std::optional<CategoryLabels> labels;
         for (int attempt = 0; attempt < 6; ++attempt) {
             room.pitch = std::max(room_.width() - room.left - rightOfPlot, 1.0) / model_.categoryCount();
@@ -192,7 +203,8 @@ private:
     }
 
     void placeShort(const QStringList& texts) {
-        labels_ = *laid([&](const LabelRoom& room) { return std::optional(shortLabels(type_, texts, room)); });
+        labels_ =
+            *laid(highestShort, [&](const LabelRoom& room) { return std::optional(shortLabels(type_, texts, room)); });
     }
 
     void placeCodesAndKey(const LabelTexts& texts) {
@@ -201,7 +213,7 @@ private:
         for (int i = 0; i < texts.first.size(); ++i) {
             const QString &label = texts.first[i], &code = texts.second[i];
             onAxis << (code.isEmpty() ? label : code);
-            const QString entry = code.isEmpty() || label.isEmpty() ? onAxis.back() : code + u" = "_s + label;
+            const QString entry = code.isEmpty() || label.isEmpty() ? onAxis.back() : pair(code, label);
             if (!code.isEmpty() && !label.isEmpty())
                 key.push_back({entry});
             if (everything.size() < 400)
@@ -230,14 +242,19 @@ private:
             layout_.explanation += item.level1 + u" = "_s + item.level2 + u"\r\n"_s;
             onAxis << (texts.first[i].isEmpty() ? texts.second[i] : texts.first[i]);
             if (box.size() < 400)
-                box.push_back({texts.first[i] + u" = "_s + texts.second[i]});
+                box.push_back({pair(texts.first[i], texts.second[i])});
         }
         if (whole_)
             take({0.4 * room_.width(), 0, noteType * factor_}, box, false, true);
-        placeShort(onAxis);
+        if (std::optional<CategoryLabels> full = laid(highestLabels, [&](const LabelRoom& room) {
+                return fullLabels(type_, {onAxis, {}}, room);
+            }))
+            labels_ = std::move(*full);
+        else
+            placeShort(onAxis);
     }
 
-    int partsFor(double height) const { return std::clamp(static_cast<int>(height / 13), 2, 10); }
+    int partsFor(double height) const { return std::clamp(static_cast<int>(height / 11), 2, 10); }
     ValueAxis axisIn(double height) const { return valueAxis(model_, partsFor(height)); }
 
     double axisWidth() {
@@ -246,7 +263,7 @@ private:
         for (const double height : {room_.height(), room_.height() * 0.75, room_.height() * 0.5})
             for (const QString& label : axisIn(height).labels)
                 widest = std::max(widest, type_.width(label, labelType * factor_));
-        const double title = model_.yTitle.isEmpty() ? 0 : lineHeight * labelType * factor_ + 0.8;
+        const double title = model_.yTitle.isEmpty() ? 0 : (ascent + descent) * labelType * factor_ + axisTitleGap;
         return std::min(title + widest + tickGap + tickLength, 0.4 * room_.width());
     }
 
@@ -320,6 +337,7 @@ private:
             const QString& label = frame.axis.labels[static_cast<int>(i)];
             const double right = plot.left() - tickLength - tickGap;
             addText(label, {right - type_.width(label, size), y + 0.36 * size}, size, inkColor);
+            widestTick_ = std::max(widestTick_, type_.width(label, size));
         }
     }
 
@@ -329,7 +347,8 @@ private:
         if (const QString title = shownLevel(model_.yTitle); !title.isEmpty()) {
             const QString text = type_.shortened(title, size, plot.height());
             const double width = type_.width(text, size);
-            const QPointF at(room_.left() + ascent * size, plot.center().y() + width / 2);
+            const double x = plot.left() - tickLength - tickGap - widestTick_ - axisTitleGap - descent * size;
+            const QPointF at(x, plot.center().y() + width / 2);
             layout_.texts.push_back({text, at, size, width, 90, false, isRightToLeft(text), inkColor});
         }
         if (const QString title = shownLevel(model_.xTitle); !title.isEmpty()) {

@@ -50,7 +50,7 @@ std::vector<ChartMark> barMarks(const ChartFrame& frame) {
             const double base = inPlot(frame.y(frame.axis.base)), end = inPlot(frame.y(*value));
             const double left = frame.x(c) - group / 2 + width * s;
             marks.push_back(
-                {s, c, QRectF(left, std::min(base, end), width, std::abs(base - end)), *value < frame.axis.base});
+                {s, c, QRectF(left, std::min(base, end), width, std::abs(base - end)), frame.axis.hangs(*value)});
         }
     }
     return marks;
@@ -73,7 +73,8 @@ void drawFilled(ChartFrame& frame, const QRectF& area, int item, double scale) {
     PatternFill pattern = patternFill(style.pattern, area, scale);
     frame.fill(area, pattern.darkGround ? 0xff000000 : paperColor);
     if (!pattern.shapes.empty())
-        frame.layout.shapes.push_back({std::move(pattern.shapes), pattern.darkGround ? paperColor : 0xff000000});
+        frame.layout.shapes.push_back(
+            {std::move(pattern.shapes), pattern.darkGround ? paperColor : 0xff000000, 0, style.pattern < 13});
     frame.layout.shapes.push_back(outline(area, pen, 0xff000000));
 }
 

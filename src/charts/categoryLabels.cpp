@@ -90,17 +90,27 @@ public:
     void cutSlanted(const Slant& slant, int stride) {
         for (int i = 0; i < texts_.size(); i += stride) {
             const double byHeight = slant.widthIn(room_.height - top_, size_);
-            const double toTheLeft = room_.left + room_.pitch * (i + 0.5) - slant.leftOf(0, size_);
+            const double toTheLeft =
+                std::max(room_.left, 0.6 * room_.mostLeft) + room_.pitch * (i + 0.5) - slant.leftOf(0, size_);
             const double bySide = slant.cosine > 0 ? toTheLeft / slant.cosine : byHeight;
             const QString text = type_.shortened(texts_[i], size_, std::min(byHeight, bySide));
             labels_.shortened = labels_.shortened || text != texts_[i];
+            labels_.left =
+                std::max(labels_.left, slant.leftOf(type_.width(text, size_), size_) - room_.pitch * (i + 0.5));
             addSlanted(i, text, slant);
         }
         labels_.shortened = labels_.shortened || stride > 1;
     }
 
-    void cutLines() {
+    /// Three lines across say as much as a slanted one and leave the plot more, where words have the room for it.
+    bool cutLines() {
         const double width = room_.pitch - wrappedGap * size_;
+        if (width < 4 * size_ || top_ + mostLines * lineHeight * size_ > room_.height)
+            return false;
+        for (const QString& text : texts_)
+            for (const QString& word : text.split(u' '))
+                if (type_.width(word, size_) > width)
+                    return false;
         for (int i = 0; i < texts_.size(); ++i) {
             std::vector<TextLine> lines = type_.wrapped(texts_[i], size_, width);
             if (lines.size() > mostLines) {
@@ -112,6 +122,7 @@ public:
             }
             centred(i, lines);
         }
+        return true;
     }
 
 private:
@@ -180,12 +191,8 @@ CategoryLabels shortLabels(Typesetter& type, const QStringList& texts, const Lab
         if (flat.inOneLine())
             return flat.take();
     }
-    // Three lines across, or one that is slanted: whichever holds more.
-    if (mostLines * room.pitch > slants().front().widthIn(room.height, room.type) + room.type) {
-        Layer lines(type, texts, room, belowAxis, room.type);
-        lines.cutLines();
+    if (Layer lines(type, texts, room, belowAxis, room.type); lines.cutLines())
         return lines.take();
-    }
     for (double size = room.type; size > smallestLabel - 1e-9; size -= onePoint) {
         for (const Slant& slant : slants()) {
             if (room.pitch < slant.pitchFor(size))

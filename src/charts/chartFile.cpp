@@ -1,6 +1,7 @@
 #include "charts/chartFile.h"
 
 #include "app/globals.h"
+#include "charts/chartType.h"
 #include "charts/paintChart.h"
 #include "platform/ui/Asker.h"
 
@@ -60,7 +61,7 @@ QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     writer.setResolution(1200);
     writer.setPageSize(QPageSize(layout.size, QPageSize::Millimeter, {}, QPageSize::ExactMatch));
     writer.setPageMargins({});
-    writer.setTitle(model.caption.simplified());
+    writer.setTitle(shownText(model.caption));
     QPainter painter;
     if (!painter.begin(&writer))
         return {};
@@ -119,14 +120,15 @@ QByteArray chartSvg(const ChartModel& model, const ChartLayout& layout) {
     const QSize size = (layout.size * unitsPerMillimetre).toSize();
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(), size));
-    generator.setTitle(model.caption.simplified());
+    generator.setTitle(shownText(model.caption).toHtmlEscaped()); // Qt writes it as it is
     QPainter painter;
     if (!painter.begin(&generator))
         return {};
     painter.scale(unitsPerMillimetre, unitsPerMillimetre);
     paintChart(painter, layout);
     painter.end();
-    return bytes;
+    // Readers without the font are told what comes closest, as Qt is by chartFont().
+    return bytes.replace("font-family=\"Arial\"", "font-family=\"Arial, 'Liberation Sans', Helvetica, sans-serif\"");
 }
 
 QString chartSizeFault(const QSizeF& size, int dpi) {

@@ -11,6 +11,8 @@ namespace {
 
 /// More than a page of type holds.
 constexpr qsizetype longestText = 2000;
+/// Millimetres that nobody sees: a width that comes from the text itself holds the text.
+constexpr double tolerance = 0.001;
 
 } // namespace
 
@@ -40,7 +42,7 @@ std::vector<TextLine> Typesetter::broken(const QString& text, double size, doubl
     QTextOption option;
     option.setWrapMode(anywhere ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WordWrap);
     layout.setTextOption(option);
-    const double room = std::max(width, 0.0) / size * referencePixels;
+    const double room = std::max(width + tolerance, 0.0) / size * referencePixels;
     std::vector<TextLine> lines;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
@@ -62,22 +64,22 @@ std::vector<TextLine> Typesetter::broken(const QString& text, double size, doubl
 
 std::vector<TextLine> Typesetter::wrapped(const QString& text, double size, double width, bool bold) {
     const double whole = this->width(text, size, bold);
-    if (whole <= width)
+    if (whole <= width + tolerance)
         return {{text, whole}};
     return broken(text, size, width, bold, true, -1);
 }
 
 std::vector<TextLine> Typesetter::wrappedAtWords(const QString& text, double size, double width, int most) {
     const double whole = this->width(text, size);
-    if (whole <= width)
+    if (whole <= width + tolerance)
         return {{text, whole}};
-    if (whole > width * most)
+    if (whole > (width + tolerance) * most)
         return {};
     return broken(text, size, width, false, false, most);
 }
 
 QString Typesetter::shortened(const QString& text, double size, double width, bool bold) {
-    if (this->width(text, size, bold) <= width)
+    if (this->width(text, size, bold) <= width + tolerance)
         return text;
     std::vector<qsizetype> ends;
     QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text);

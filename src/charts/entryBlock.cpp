@@ -18,12 +18,18 @@ double leadOf(const std::vector<BlockEntry>& entries, double size) {
     return swatches ? (swatchWidth + swatchGap) * size : 0;
 }
 
-double widestOf(Typesetter& type, const std::vector<BlockEntry>& entries, double size) {
-    double widest = 0;
-    for (const BlockEntry& entry : entries)
-        widest = std::max(widest, type.width(entry.text, size));
-    return widest;
-}
+/// Widths in heights of the type, so that they hold for every size.
+struct Widths {
+    double entry = 0, word = 0;
+
+    Widths(Typesetter& type, const std::vector<BlockEntry>& entries) {
+        for (const BlockEntry& each : entries) {
+            entry = std::max(entry, type.width(each.text, 1));
+            for (const QString& part : each.text.split(u' '))
+                word = std::max(word, type.width(part, 1));
+        }
+    }
+};
 
 /// Entries in columns of one width, down the first, then down the next. Those that would reach below `height` are left
 /// out, the last that is shown says so.
@@ -90,46 +96,43 @@ struct Chooser {
     const std::vector<BlockEntry>& entries;
     QSizeF page;
     BlockRoom room;
-    PlacedBlock best;
-    double bestArea = -1;
+    Widths widths;
+    PlacedBlock best{};
+    double bestScore = -1;
 
     void consider(EntryBlock block, bool beside) {
+        if (block.cut)
+            return;
         const double width = page.width() - (beside ? block.size.width() : 0);
         const double height = page.height() - (beside ? 0 : block.size.height());
-        // A column beside the plot is read in the order of its bars and lines.
-        const double area = width * height * (beside ? 1.06 : 1);
-        if (area > bestArea) {
-            bestArea = area;
+        // Smaller type and broken lines must be worth it.
+        const double whole = block.texts.size() > entries.size() ? 1 : 1.03;
+        const double legible = whole * std::pow(1.12, (block.type - room.type) / onePoint);
+        const double score = width * height * (beside ? room.preferred : 1) * legible;
+        if (score > bestScore) {
+            bestScore = score;
             best = {std::move(block), beside};
         }
     }
 
-    bool tryAt(double size) {
-        const double lead = leadOf(entries, size), natural = lead + widestOf(type, entries, size);
+    void tryAt(double size) {
+        const double lead = leadOf(entries, size), natural = lead + widths.entry * size;
+        const double least = std::min(lead + (widths.word + 0.05) * size, 0.6 * room.beside);
         if (room.beside > 0) {
-            for (const double share : {0.4, 0.6, 0.8, 1.0}) {
+            for (const double share : {0.2, 0.3, 0.4, 0.55, 0.7, 0.85, 1.0}) {
                 const double width = std::min(natural, share * room.beside);
-                EntryBlock block = Columns(type, entries, size, 1, width, page.height()).take();
-                if (!block.cut && width > lead + 3 * size)
-                    consider(std::move(block), true);
+                if (width >= std::max(least, lead + 3 * size) || width == natural)
+                    consider(Columns(type, entries, size, 1, width, page.height()).take(), true);
                 if (width == natural)
                     break;
             }
         }
-        if (room.below > 0)
-            tryBelow(size, lead, natural);
-        return bestArea >= 0;
-    }
-
-    void tryBelow(double size, double lead, double natural) {
-        const int most = std::min<int>(12, static_cast<int>(entries.size()));
+        const int most = room.below > 0 ? std::min<int>(12, static_cast<int>(entries.size())) : 0;
         for (int columns = 1; columns <= most; ++columns) {
             const double width = (page.width() - (columns - 1) * columnGap * size) / columns;
             if (columns > 1 && width < std::min(natural, lead + 12 * size))
                 return;
-            EntryBlock block = Columns(type, entries, size, columns, std::min(width, natural), room.below).take();
-            if (!block.cut)
-                consider(std::move(block), false);
+            consider(Columns(type, entries, size, columns, std::min(width, natural), room.below).take(), false);
         }
     }
 };
@@ -138,12 +141,13 @@ struct Chooser {
 
 PlacedBlock placeBlock(Typesetter& type, const std::vector<BlockEntry>& entries, const QSizeF& page,
                        const BlockRoom& room) {
-    Chooser chooser{type, entries, page, room, {}};
-    for (double size = room.type; size > smallestEntry; size -= onePoint) {
-        if (chooser.tryAt(size))
-            return chooser.best;
+    Chooser chooser{type, entries, page, room, Widths(type, entries)};
+    // Type below 7 points only where there is no other way.
+    for (double size = room.type; size > smallestEntry - 1e-9; size -= onePoint) {
+        if (chooser.bestScore < 0 || size > 6.9 * onePoint)
+            chooser.tryAt(size);
     }
-    if (chooser.tryAt(smallestEntry))
+    if (chooser.bestScore >= 0)
         return chooser.best;
     const bool beside = room.beside > 0;
     const double width = beside ? room.beside : page.width(), height = beside ? page.height() : room.below;

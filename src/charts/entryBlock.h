@@ -25,9 +25,10 @@ struct EntryBlock {
 
 /// Where a block may stand, and how much of the room it may take.
 struct BlockRoom {
-    double beside = 0; ///< width at most beside the plot; 0: not there
-    double below = 0;  ///< height at most below it; 0: not there
-    double type = 0;   ///< size of the type at best
+    double beside = 0;    ///< width at most beside the plot; 0: not there
+    double below = 0;     ///< height at most below it; 0: not there
+    double type = 0;      ///< size of the type at best
+    double preferred = 1; ///< how much the plot's area counts with the block beside it
 };
 
 struct PlacedBlock {

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr double linePen = 0.55, loneDot = 1.4, reach = 1.6;
+constexpr double linePen = 0.5, loneDot = 1.4, reach = 1.6;
 
 /// Points of a series one after the other, broken where one is empty.
 std::vector<std::vector<std::pair<int, QPointF>>> runs(const ChartFrame& frame, int series) {

@@ -143,13 +143,13 @@ PatternFill patternFill(int pattern, const QRectF& rectangle, double scale) {
     fill.darkGround = pattern <= 3 || pattern == 14;
     switch (pattern) {
     case 1:
-        weaver.dots(1.4, 0.06);
+        weaver.dots(1.9, 0.06);
         break;
     case 2:
-        weaver.dots(1.1, 0.12);
+        weaver.dots(1, 0.12);
         break;
     case 3:
-        weaver.dots(0.9, 0.25);
+        weaver.dots(0.8, 0.25);
         break;
     case 4:
         weaver.checks(0.4);

@@ -2,8 +2,11 @@
 
 #include "platform/system/NumberFormat.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -56,19 +59,29 @@ int decimalsFor(double from, double step) {
     return 12;
 }
 
-QString tickText(double value, double from, double step) {
-    if (std::abs(value) < step * 1e-9)
-        value = 0;
-    return std::abs(value) >= 1e15 || step < 1e-6 ? NumberFormat::plain(value)
-                                                  : NumberFormat::fixed(value, decimalsFor(from, step));
+/// The separator that the table has: an option can exchange it.
+QChar separatorOf(const ChartModel& model) {
+    for (const std::vector<ChartPoint>& row : model.values)
+        for (const ChartPoint& shown : row)
+            if (const qsizetype found = shown.text.indexOf(QRegularExpression(u"[.,]"_s)); found >= 0)
+                return shown.text[found];
+    return NumberFormat::decimalSeparator();
 }
 
-ValueAxis marked(double low, double high, int parts) {
+QString tickText(double value, double from, double step, QChar separator) {
+    if (std::abs(value) < step * 1e-9)
+        value = 0;
+    const bool far = std::abs(value) >= 1e15 || step < 1e-6;
+    QString text = far ? NumberFormat::plain(value) : NumberFormat::fixed(value, decimalsFor(from, step));
+    return text.replace(NumberFormat::decimalSeparator(), separator);
+}
+
+ValueAxis marked(double low, double high, int parts, QChar separator) {
     ValueAxis axis{low, high, {}, {}, std::clamp(0.0, low, high), low > 0 || high < 0};
     const double step = (high - low) / parts;
     for (int i = 0; i <= parts; ++i) {
         axis.ticks.push_back(i == parts ? high : low + step * i);
-        axis.labels.push_back(tickText(axis.ticks.back(), low, step));
+        axis.labels.push_back(tickText(axis.ticks.back(), low, step, separator));
     }
     return axis;
 }
@@ -83,9 +96,10 @@ std::optional<double> drawnValue(const ChartPoint& point) {
 
 ValueAxis valueAxis(const ChartModel& model, int parts) {
     const ValueScale& scale = model.scale;
+    const QChar separator = separatorOf(model);
     const auto drawable = [](double end) { return std::isfinite(end) && std::abs(end) <= largestValue; };
     if (!scale.automatic && drawable(scale.minimum) && drawable(scale.maximum) && scale.minimum < scale.maximum)
-        return marked(scale.minimum, scale.maximum, std::clamp(scale.division, 1, 50));
+        return marked(scale.minimum, scale.maximum, std::clamp(scale.division, 1, 50), separator);
 
     Range range = rangeOf(model);
     if (range.low == 0 && range.high == 0)
@@ -94,5 +108,5 @@ ValueAxis valueAxis(const ChartModel& model, int parts) {
     if (range.whole && range.any && !model.percent)
         step = std::max(step, 1.0);
     const double below = std::ceil(-range.low / step - 1e-9), above = std::ceil(range.high / step - 1e-9);
-    return marked(-below * step, above * step, static_cast<int>(below + above));
+    return marked(-below * step, above * step, static_cast<int>(below + above), separator);
 }

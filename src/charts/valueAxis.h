@@ -14,6 +14,8 @@ struct ValueAxis {
 
     /// Place of a value from 0 (low) to 1 (high); beyond where the value lies beyond.
     double place(double value) const { return (value - low) / (high - low); }
+    /// Whether the bar of a value goes down from the base.
+    bool hangs(double value) const { return broken ? high < 0 : value < 0; }
 };
 
 /// Marks at steps of 1, 2 or 5 times a power of ten, zero always among them; or what the user has set. Percentages go

@@ -164,7 +164,7 @@ ValueMargins valueMargins(const ChartFrame& frame, Typesetter& type, const Value
                 continue;
             const double extent = extentOf(type, as, shownText(point.text)).height() + gap + (lines ? 1.4 : 0);
             const double place = std::clamp(frame.axis.place(*value), 0.0, 1.0);
-            if (*value < frame.axis.base)
+            if (frame.axis.hangs(*value))
                 margins.below = std::max(margins.below, marginFor(1 - place, extent, height));
             else
                 margins.above = std::max(margins.above, marginFor(place, extent, height));
