@@ -57,7 +57,10 @@ public:
         }
         // On a page too small for anything, what would be cut is left out.
         std::erase_if(layout_.texts, [&](const ChartText& text) {
-            return !page.adjusted(-1e-6, -1e-6, 1e-6, 1e-6).contains(text.bounds().boundingRect());
+            const QPolygonF corners = text.bounds();
+            const QRectF seen = page.adjusted(-1e-6, -1e-6, 1e-6, 1e-6);
+            return !std::all_of(corners.begin(), corners.end(),
+                                [&](const QPointF& corner) { return seen.contains(corner); });
         });
         return std::move(layout_);
     }

@@ -52,6 +52,24 @@ QByteArray encoded(const QImage& image, const char* format, int quality) {
     return !image.isNull() && writer.write(image) ? bytes : QByteArray();
 }
 
+/// Qt rounds a page to whole points, and draws from its upper edge: the page gets its own size within the same bytes,
+/// since a PDF is full of their positions.
+QByteArray withExactPage(QByteArray pdf, const QSizeF& millimetres) {
+    const QSizeF points = millimetres * (72 / perInch);
+    const QString height = QString::number(qRound(points.height()));
+    const QByteArray rounded =
+        QStringLiteral("/MediaBox [0 0 %1.000000 %2.000000]").arg(qRound(points.width())).arg(height).toLatin1();
+    const double below = height.toInt() - points.height();
+    const QByteArray exact = QStringLiteral("/MediaBox [0 %1 %2 %3]")
+                                 .arg(below, 0, 'f', 3)
+                                 .arg(points.width(), 0, 'f', 3)
+                                 .arg(height)
+                                 .toLatin1();
+    return pdf.count(rounded) == 1 && exact.size() <= rounded.size()
+               ? pdf.replace(rounded, exact.leftJustified(rounded.size()))
+               : pdf;
+}
+
 QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -68,7 +86,7 @@ QByteArray pdf(const ChartModel& model, const ChartLayout& layout) {
     painter.scale(1200 / perInch, 1200 / perInch);
     paintChart(painter, layout);
     painter.end();
-    return bytes;
+    return withExactPage(bytes, layout.size);
 }
 
 ChartLayout plotLayout(const ChartModel& model, const QSizeF& millimetres) {

@@ -102,8 +102,7 @@ QString shownText(const QString& text) {
     const QString start = text.left(4 * longestText).simplified();
     for (const char32_t sign : start.toUcs4()) {
         const bool control = QChar::category(sign) == QChar::Other_Control;
-        const bool nothing = QChar::isNonCharacter(sign) || QChar::isSurrogate(sign);
-        if (!control && !nothing)
+        if (!control && !QChar::isNonCharacter(sign))
             shown += QChar::fromUcs4(sign);
     }
     if (shown.size() > longestText) {

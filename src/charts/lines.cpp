@@ -6,6 +6,7 @@
 namespace {
 
 constexpr double linePen = 0.5, loneDot = 1.4, reach = 1.6;
+constexpr double rounding = 1e-6; ///< a value at the end of the axis is on it
 
 /// Points of a series one after the other, broken where one is empty.
 std::vector<std::vector<std::pair<int, QPointF>>> runs(const ChartFrame& frame, int series) {
@@ -29,7 +30,7 @@ std::vector<std::vector<std::pair<int, QPointF>>> runs(const ChartFrame& frame, 
 /// The part of a line between two heights; nothing of it may be there.
 std::optional<QLineF> between(QLineF line, double top, double bottom) {
     const auto cut = [&line](double y, bool below) {
-        const auto outside = [&](const QPointF& p) { return below ? p.y() > y : p.y() < y; };
+        const auto outside = [&](const QPointF& p) { return below ? p.y() > y + rounding : p.y() < y - rounding; };
         if (outside(line.p1()) && outside(line.p2()))
             return false;
         const auto crossing = [&] {
@@ -48,7 +49,7 @@ std::optional<QLineF> between(QLineF line, double top, double bottom) {
 
 bool isOnPlot(const ChartFrame& frame, const QPointF& point) {
     const QRectF& plot = frame.layout.plot;
-    return point.y() >= plot.top() - 1e-9 && point.y() <= plot.bottom() + 1e-9;
+    return point.y() >= plot.top() - rounding && point.y() <= plot.bottom() + rounding;
 }
 
 } // namespace
