@@ -36,27 +36,57 @@ double Typesetter::width(const QString& text, double size, bool bold) {
     return known * size;
 }
 
-std::vector<TextLine> Typesetter::broken(const QString& text, double size, double width, bool bold, bool anywhere,
-                                         int most) {
+const std::vector<Typesetter::Piece>& Typesetter::pieces(const QString& text, bool bold) {
+    const auto known = pieces_[bold].constFind(text);
+    if (known != pieces_[bold].cend())
+        return *known;
+    std::vector<Piece> found;
+    QTextBoundaryFinder ends(QTextBoundaryFinder::Line, text);
+    qsizetype start = 0;
+    for (qsizetype end = ends.toNextBoundary(); end > 0; end = ends.toNextBoundary()) {
+        const QString piece = text.mid(start, end - start);
+        const double bare = this->width(piece.trimmed(), 1, bold);
+        found.push_back({end, bare, piece.back().isSpace() ? this->width(piece, 1, bold) : bare});
+        start = end;
+    }
+    return *pieces_[bold].insert(text, std::move(found));
+}
+
+std::vector<TextLine> Typesetter::filled(const QString& text, double size, double width, bool bold, size_t most) {
+    const double room = (width + tolerance) / size;
+    std::vector<TextLine> lines;
+    qsizetype start = 0, end = 0;
+    double before = 0, taken = 0; // of the line that is being filled: with the blanks at its end, and without
+    const auto endLine = [&] { lines.push_back({text.mid(start, end - start).trimmed(), taken * size}); };
+    for (const Piece& piece : pieces(text, bold)) {
+        if (piece.width > room)
+            return {};
+        if (end > start && before + piece.width > room) {
+            endLine();
+            start = end;
+            before = 0;
+        }
+        taken = before + piece.width;
+        before += piece.withBlanks;
+        end = piece.end;
+        if (lines.size() >= most)
+            return {};
+    }
+    endLine();
+    return lines;
+}
+
+std::vector<TextLine> Typesetter::brokenAnywhere(const QString& text, double size, double width, bool bold) {
     QTextLayout layout(text, chartFont(bold));
     QTextOption option;
-    option.setWrapMode(anywhere ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::WordWrap);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
-    const double room = std::max(width + tolerance, 0.0) / size * referencePixels;
     std::vector<TextLine> lines;
     layout.beginLayout();
     for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-        if (static_cast<int>(lines.size()) == most) {
-            lines.clear();
-            break;
-        }
-        line.setLineWidth(room);
-        const double taken = line.naturalTextWidth();
-        if (!anywhere && taken > room + 0.01) {
-            lines.clear();
-            break;
-        }
-        lines.push_back({text.mid(line.textStart(), line.textLength()).trimmed(), taken / referencePixels * size});
+        line.setLineWidth(std::max(width + tolerance, 0.0) / size * referencePixels);
+        const double taken = line.naturalTextWidth() / referencePixels * size;
+        lines.push_back({text.mid(line.textStart(), line.textLength()).trimmed(), taken});
     }
     layout.endLayout();
     return lines;
@@ -66,7 +96,8 @@ std::vector<TextLine> Typesetter::wrapped(const QString& text, double size, doub
     const double whole = this->width(text, size, bold);
     if (whole <= width + tolerance)
         return {{text, whole}};
-    return broken(text, size, width, bold, true, -1);
+    std::vector<TextLine> lines = filled(text, size, width, bold, static_cast<size_t>(text.size()));
+    return lines.empty() ? brokenAnywhere(text, size, width, bold) : lines;
 }
 
 std::vector<TextLine> Typesetter::wrappedAtWords(const QString& text, double size, double width, int most) {
@@ -75,7 +106,7 @@ std::vector<TextLine> Typesetter::wrappedAtWords(const QString& text, double siz
         return {{text, whole}};
     if (whole > (width + tolerance) * most)
         return {};
-    return broken(text, size, width, false, false, most);
+    return filled(text, size, width, false, static_cast<size_t>(most));
 }
 
 QString Typesetter::shortened(const QString& text, double size, double width, bool bold) {
@@ -98,6 +129,9 @@ QString Typesetter::shortened(const QString& text, double size, double width, bo
 }
 
 QString shownText(const QString& text) {
+    const auto plain = [](QChar sign) { return sign > u' ' && sign < u'\x7f'; };
+    if (text.size() <= longestText && std::all_of(text.begin(), text.end(), plain))
+        return text; // as every value is
     QString shown;
     const QString start = text.left(4 * longestText).simplified();
     for (const char32_t sign : start.toUcs4()) {

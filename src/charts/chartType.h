@@ -36,10 +36,21 @@ public:
     QString shortened(const QString& text, double size, double width, bool bold = false);
 
 private:
+    /// A part of a text between two places where a line may end.
+    struct Piece {
+        qsizetype end;
+        double width, withBlanks; ///< without the blanks behind it, and with them, in heights of the type
+    };
+
     QFontMetricsF metrics_[2]; ///< regular and bold
     QHash<QString, double> widths_[2];
+    QHash<QString, std::vector<Piece>> pieces_[2];
 
-    std::vector<TextLine> broken(const QString& text, double size, double width, bool bold, bool anywhere, int most);
+    const std::vector<Piece>& pieces(const QString& text, bool bold);
+
+    /// Between pieces only; nothing if one is wider, or if there are more lines than `most`.
+    std::vector<TextLine> filled(const QString& text, double size, double width, bool bold, size_t most);
+    std::vector<TextLine> brokenAnywhere(const QString& text, double size, double width, bool bold);
 };
 
 /// A text as charts show it: in one line, without signs that nobody sees, and no longer than anybody reads.

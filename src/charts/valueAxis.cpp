@@ -2,11 +2,8 @@
 
 #include "platform/system/NumberFormat.h"
 
-#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -61,10 +58,14 @@ int decimalsFor(double from, double step) {
 
 /// The separator that the table has: an option can exchange it.
 QChar separatorOf(const ChartModel& model) {
-    for (const std::vector<ChartPoint>& row : model.values)
-        for (const ChartPoint& shown : row)
-            if (const qsizetype found = shown.text.indexOf(QRegularExpression(u"[.,]"_s)); found >= 0)
-                return shown.text[found];
+    const auto separates = [](QChar sign) { return sign == u'.' || sign == u','; };
+    for (const std::vector<ChartPoint>& row : model.values) {
+        for (const ChartPoint& shown : row) {
+            const auto found = std::find_if(shown.text.begin(), shown.text.end(), separates);
+            if (found != shown.text.end())
+                return *found;
+        }
+    }
     return NumberFormat::decimalSeparator();
 }
 
