@@ -95,6 +95,7 @@ AnalysisView AnalysisModel::view() const {
     v.txtFilterEnabled = r.optFilter == FilterKind::FilterUser;
     v.chkVaridexCreation = editor_.creationOffered();
     v.cbValuesShown = tab_ != 0 && result_.views;
+    v.cbValuesEnabled = v.cbValuesShown && !result_.stored;
     v.cmd_ClearTrend = v.cmd_SaveTrend = !r.lst_TrendVars.isEmpty();
     return v;
 }
@@ -108,6 +109,7 @@ RunOutcome AnalysisModel::changeTab(int tab) {
         return RunOutcome::NotRun;
     }
     bCancelRun_ = true;
+    stored_.forgetGraph();
     tab_ = tab;
     if (tab == 0)
         return RunOutcome::NotRun;
@@ -130,6 +132,7 @@ void AnalysisModel::runAnew() {
 
 /// The chart in view follows what it is of.
 void AnalysisModel::rebuildChart() {
+    stored_.forgetGraph();
     if (tab_ == chartTab)
         chart_.build(result_, request().cbValues, gOptions);
 }
@@ -141,6 +144,9 @@ void AnalysisModel::run() {
         // While a run goes on nothing is shown; after a failure that it doesn't deal with itself nothing is left.
         TableResult before = std::exchange(result_, {});
         const Marks marks = before.marks;
+        // What was stored is no table that a run could go on with.
+        if (before.stored)
+            before = {};
         result_.run.outcome = RunOutcome::Refused;
         trapped([&] {
             before.marks = marks; // also where it is tried again
@@ -253,13 +259,41 @@ TableState AnalysisModel::tableState() const {
     return ::tableState(result_, request(), gOptions, placeOf(gDatabase.CurrentDatabase(), gOptions));
 }
 
+void AnalysisModel::showStored(const StoredTable& stored, StoredOrigin origin) {
+    carryMarks();
+    const Marks marks = result_.marks;
+    result_ = {};
+    result_.marks = marks;
+    result_.mfgGrid = stored.table;
+    result_.lblLabel = stored.title;
+    result_.views = stored.kind == TableKind::Crosstab;
+    result_.stored = std::move(origin);
+    stored_.forgetGraph();
+    editor_.change(RequestPart::Values, [&](AnalysisRequest& r) {
+        if (stored.kind == TableKind::Crosstab)
+            r.cbValues = stored.values;
+    });
+}
+
+void AnalysisModel::setColWidth(int column, int twips) {
+    for (ResultTable* table : result_.tables())
+        if (column < table->Cols())
+            table->giveColWidth(column, twips);
+}
+
+void AnalysisModel::setRowHeight(int row, int twips) {
+    for (ResultTable* table : result_.tables())
+        if (row < table->Rows())
+            table->setRowHeight(row, twips);
+}
+
 void AnalysisModel::chooseValues(int view) {
     const AnalysisMode mode = request().mode;
     const bool crosstab = mode == AnalysisMode::Crosstab;
     if (running() || view < 0 || view > 3 || (!crosstab && mode != AnalysisMode::Comparison))
         return;
-    // A mode that was chosen since has no table yet.
-    if (result_.mfgGrid.Tag != kindOfMode(mode))
+    // A mode that was chosen since has no table yet, a stored table has one view.
+    if (result_.mfgGrid.Tag != kindOfMode(mode) || result_.stored)
         return;
     if (!crosstab && view > 1) {
         ui::asker().messageBox(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/StoredResults.h"
 #include "analysis/WindowChart.h"
 #include "analysis/request/ComparisonList.h"
 #include "analysis/request/RequestEditor.h"
@@ -7,6 +8,7 @@
 #include "analysis/run/RunInput.h"
 #include "analysis/run/userFilter.h"
 #include "charts/pictures.h"
+#include "tables/StoredTable.h"
 
 #include <array>
 #include <functional>
@@ -20,7 +22,8 @@ struct AnalysisView {
     std::array<bool, 3> optFilter{};               ///< enabled
     bool dbcPartsShown = false, dbcPartsEnabled = false, txtFilterEnabled = false;
     bool chkVaridexCreation = false; ///< offered
-    bool cbValuesShown = false;      ///< on the tabs of table and chart, enabled whenever it is shown
+    bool cbValuesShown = false;      ///< on the tabs of table and chart
+    bool cbValuesEnabled = false;    ///< whenever it is shown, but for a table that was stored in one view
     bool cmd_ClearTrend = false, cmd_SaveTrend = false; ///< enabled
 };
 
@@ -90,6 +93,18 @@ public:
     /// The click on one selected cell of a frequency table or comparison; for a larger selection nothing.
     ClickEffect cmdSetMissing(const GridSelection& selection);
 
+    /// Gives a column or row of the table another size in twips, in every view of it.
+    void setColWidth(int column, int twips);
+    void setRowHeight(int row, int twips);
+
+    // ---- what the catalogue keeps
+    StoredResults& stored() { return stored_; }
+    const StoredResults& stored() const { return stored_; }
+    const KeptWithVariable& kept() const { return editor_.kept(); }
+    /// Shows a table that was stored in place of the one that was made; what was marked by hand in that one holds for
+    /// the next run.
+    void showStored(const StoredTable& stored, StoredOrigin origin);
+
     // ---- the chart
     WindowChart& chart() { return chart_; }
     const WindowChart& chart() const { return chart_; }
@@ -107,6 +122,7 @@ public:
 private:
     RequestEditor editor_;
     ComparisonList comparison_{editor_};
+    StoredResults stored_{*this};
     TableResult result_;
     WindowChart chart_;
     PictureSupport pictures_;

@@ -30,8 +30,8 @@ struct BatchRequest {
 /// Runs the instructions of all variables of a study in creation mode and keeps with each its table, or its chart.
 ///
 /// A variable without an instruction loses what it has of the kind; one whose run does not come to its end keeps it.
-/// A graph needs a QGuiApplication. No box opens: what is said goes to the report. Results are written, each whole, as soon as the last writing lies a
-/// second back. Nothing of a window's request is touched.
+/// A graph needs a QGuiApplication. No box opens: what is said goes to the report. Results are written, each whole, as
+/// soon as the last writing lies a second back. Nothing of a window's request is touched.
 class BatchRun {
 public:
     explicit BatchRun(BatchRequest request);

@@ -1,5 +1,6 @@
 #include "analysis/Instructions.h"
 
+#include "analysis/keptBoxes.h"
 #include "analysis/request/Instruction.h"
 #include "app/globals.h"
 #include "diagnostics/errors.h"
@@ -12,19 +13,6 @@ namespace {
 const QString instructionField = u"dt_Instruction"_s;
 /// How many names a box has room for; the others stand in its details.
 constexpr int mostNames = 10;
-
-/// @param reason for those who want to know
-void tellFailure(const QString& reason = QString()) {
-    ui::asker().messageBox({.text = TranslateText(u"Fehler"_s), .icon = ui::Icon::Exclamation, .details = reason});
-}
-
-/// Enter must not lose what is kept.
-bool agreed(const QString& question) {
-    return ui::asker().messageBox({.text = TranslateText(question),
-                                   .icon = ui::Icon::Question,
-                                   .buttons = ui::Buttons::OkCancel,
-                                   .defaultButton = ui::Answer::Cancel}) == ui::Answer::Ok;
-}
 
 } // namespace
 

@@ -406,7 +406,7 @@ void frmAuswertung::copy() {
                 ui::asker().setClipboard(text, QString());
             return;
         }
-        if (!model_.result().facts)
+        if (!model_.result().hasTable())
             return;
         const TableResult& result = model_.result();
         ui::asker().setClipboard(result.lblLabel + u"\r\n"_s + clipText(result.mfgGrid),
@@ -416,7 +416,8 @@ void frmAuswertung::copy() {
 }
 
 bool frmAuswertung::showsChart() const {
-    return model_.tab() == chartTab && model_.chart().state() == WindowChart::State::Drawn;
+    return model_.tab() == chartTab && model_.chart().state() == WindowChart::State::Drawn &&
+           !model_.stored().shownGraph();
 }
 
 void frmAuswertung::showChartOptions() {
@@ -458,7 +459,7 @@ void frmAuswertung::tellOfCopy(const QString& text) {
 }
 
 void frmAuswertung::saveTableAs() {
-    if (gBusy > 0 || !model_.result().facts)
+    if (gBusy > 0 || !model_.result().hasTable())
         return;
     trapped([this] {
         const std::optional<QString> path =
@@ -466,7 +467,7 @@ void frmAuswertung::saveTableAs() {
                                     .filter = TranslateText(u"CSV-Dateien (*.csv)|*.csv|HTML-Seiten (*.html)|*.html"_s),
                                     .extension = u"csv"_s,
                                     .folder = QString(),
-                                    .name = tableFileName(model_.result().facts->request) + u".csv"_s,
+                                    .name = tableFileName(model_.result()) + u".csv"_s,
                                     .save = true});
         if (!path)
             return;

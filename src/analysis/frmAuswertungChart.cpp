@@ -2,6 +2,7 @@
 
 #include "analysis/frmAuswertung.h"
 #include "analysis/frmAuswertungState.h"
+#include "analysis/frmAuswertungStored.h"
 #include "analysis/frmSaveChart.h"
 #include "analysis/result/saveTable.h"
 #include "app/globals.h"
@@ -51,6 +52,14 @@ QString fileKinds(const QString& first) {
     return choices.join(u'|');
 }
 
+/// @param reason empty where there was none
+void tellOfFailure(const QString& path, const QString& reason) {
+    if (!reason.isEmpty())
+        ui::asker().messageBox({.text = TranslateText(u"Die Grafik konnte nicht gespeichert werden:"_s) + u"\r\n"_s +
+                                        path + u"\r\n"_s + reason,
+                                .icon = ui::Icon::Exclamation});
+}
+
 } // namespace
 
 frmAuswertungChart::frmAuswertungChart(frmAuswertung& window) : frmAuswertungPart(window), page_(build()) {
@@ -74,6 +83,9 @@ QWidget* frmAuswertungChart::build() {
     state_ = withOwnText(new frmAuswertungState(u"Chart"_s, page), u"fraChartState"_s);
     column->addWidget(state_);
     column->addWidget(buildCommands());
+    stored_ = new frmAuswertungStored(
+        window_, frmAuswertungStored::Kind::Graph, [this] { touch(); }, page);
+    column->addWidget(stored_);
     return page;
 }
 
@@ -150,10 +162,30 @@ void frmAuswertungChart::showRunning() {
 void frmAuswertungChart::showChanges(const Changes& changes) {
     if (model_.tab() == 2 && (changes.touched() || changes.has(RequestPart::Values)))
         showChart();
+    stored_->showOffered();
     state_->showState(model_);
 }
 
+/// The picture as it was stored, until a step of the window's brings its own chart back.
+void frmAuswertungChart::showStoredGraph(const StoredResults::Shown& shown) {
+    UniLabel1_->setText(shown.graph.title);
+    for (QWidget* own : {static_cast<QWidget*>(cbChartValues_), static_cast<QWidget*>(lblNoChart_),
+                         static_cast<QWidget*>(cmdFirstValue_)})
+        own->hide();
+    picChart_->showPicture(shown.picture);
+    picChart_->show();
+    showExplanation(shown.graph.explanation);
+    cmd_ShowOptions_->setEnabled(false);
+    for (QPushButton* button : {cmdCopyChart_, cmdSaveChartAs_})
+        button->setEnabled(true);
+    nameForReaders();
+}
+
 void frmAuswertungChart::showChart() {
+    if (model_.stored().shownGraph()) {
+        showStoredGraph(*model_.stored().shownGraph());
+        return;
+    }
     const bool drawn = chart().state() == WindowChart::State::Drawn;
     const ChartModel& model = chart().model();
     UniLabel1_->setText(model.caption);
@@ -191,7 +223,7 @@ void frmAuswertungChart::fitExplanation() {
 
 /// The options compute anew where marks were changed: a gesture of the window like any other.
 void frmAuswertungChart::showOptions(int item) {
-    if (AnalysisModel::running() || chart().state() != WindowChart::State::Drawn)
+    if (AnalysisModel::running() || model_.stored().shownGraph() || chart().state() != WindowChart::State::Drawn)
         return;
     onGesture([&] {
         frmGraphicOptions dialog(chart().model(), chart().picture.millimetres, model_.chartMarksOffered(), &window_);
@@ -207,10 +239,18 @@ void frmAuswertungChart::showOptions(int item) {
     });
 }
 
+bool frmAuswertungChart::hasPicture() const {
+    return model_.stored().shownGraph() || chart().state() == WindowChart::State::Drawn;
+}
+
 bool frmAuswertungChart::copy() {
     const QString selected = txtExplain_->hasFocus() ? txtExplain_->textCursor().selectedText() : QString();
-    if (!selected.isEmpty() || chart().state() != WindowChart::State::Drawn)
+    if (!selected.isEmpty() || !hasPicture())
         return false;
+    if (const auto& stored = model_.stored().shownGraph()) {
+        ui::asker().copyPicture(stored->picture, {});
+        return true;
+    }
     const ChartLayout layout = layOut(chart().model(), chart().picture.millimetres, ChartParts::Whole);
     const QImage picture = chartImage(layout, chart().picture.dpi);
     if (picture.isNull()) {
@@ -222,7 +262,26 @@ bool frmAuswertungChart::copy() {
     return true;
 }
 
+/// Its own bytes: another encoding would lose something of them.
+void frmAuswertungChart::saveStored(const StoredResults::Shown& shown) {
+    onGesture([&] {
+        const std::optional<QString> path =
+            ui::asker().chooseFile({.title = TranslateText(u"Grafik speichern"_s),
+                                    .filter = TranslateText(u"JPEG-Bilder (*.jpg)|*.jpg"_s),
+                                    .extension = u"jpg"_s,
+                                    .folder = QString(),
+                                    .name = Paths::asFileName(shown.study + u'-' + shown.variable) + u".jpg"_s,
+                                    .save = true});
+        if (path)
+            tellOfFailure(*path, saveBytes(*path, shown.graph.jpeg));
+    });
+}
+
 void frmAuswertungChart::saveAs() {
+    if (model_.stored().shownGraph()) {
+        saveStored(*model_.stored().shownGraph());
+        return;
+    }
     if (AnalysisModel::running() || chart().state() != WindowChart::State::Drawn)
         return;
     onGesture([this] {
@@ -245,17 +304,14 @@ void frmAuswertungChart::saveAs() {
         picture.folder = Paths::folderOf(*path);
         if (const QString ending = path->section(u'.', -1).toLower(); kindOf(ending))
             picture.ending = ending;
-        const QString reason = saveChart(chart().model(), *path, picture.millimetres, picture.dpi);
-        if (!reason.isEmpty())
-            ui::asker().messageBox({.text = TranslateText(u"Die Grafik konnte nicht gespeichert werden:"_s) +
-                                            u"\r\n"_s + *path + u"\r\n"_s + reason,
-                                    .icon = ui::Icon::Exclamation});
+        tellOfFailure(*path, saveChart(chart().model(), *path, picture.millimetres, picture.dpi));
     });
 }
 
 void frmAuswertungChart::nameForReaders() {
     cbChartValues_->setAccessibleName(TranslateText(u"Werte der Grafik"_s));
     txtExplain_->setAccessibleName(TranslateText(u"Erklärung der Beschriftung"_s));
-    const QString& caption = chart().model().caption;
+    const auto& stored = model_.stored().shownGraph();
+    const QString& caption = stored ? stored->graph.title : chart().model().caption;
     picChart_->setAccessibleName(TranslateText(u"Grafik"_s) + (caption.isEmpty() ? QString() : u": "_s + caption));
 }

@@ -7,6 +7,7 @@ class FlowLayout;
 class QPlainTextEdit;
 class QPushButton;
 class frmAuswertungState;
+class frmAuswertungStored;
 
 /// The page of the analysis window with the chart of its table: the picture as files have it, its title and its
 /// explanation beside it, and what can be done with it.
@@ -23,6 +24,8 @@ public:
 
     /// Opens the options of the chart. @param item that is chosen at first
     void showOptions(int item = 0);
+    /// True if there is a chart in view, the window's own or one that was stored.
+    bool hasPicture() const;
     /// Copies the chart, or the text that is selected beside it. @return false if there is nothing to copy
     bool copy();
     /// Asks for size, resolution and file, and writes the chart to it.
@@ -44,6 +47,7 @@ private:
     QPlainTextEdit* txtExplain_;
     ChartView* picChart_;
     frmAuswertungState* state_;
+    frmAuswertungStored* stored_;
     FlowLayout* commands_;
     QPushButton *cmd_ShowOptions_, *cmdFirstValue_, *cmdCopyChart_, *cmdSaveChartAs_;
 
@@ -52,6 +56,8 @@ private:
     QWidget* buildCommands();
     void connectControls();
     void showChart();
+    void showStoredGraph(const StoredResults::Shown& shown);
     void showExplanation(const QString& text);
+    void saveStored(const StoredResults::Shown& shown);
     const WindowChart& chart() const;
 };

@@ -2,6 +2,7 @@
 
 #include "analysis/frmAuswertung.h"
 #include "analysis/frmAuswertungState.h"
+#include "analysis/frmAuswertungStored.h"
 #include "analysis/result/provenance.h"
 #include "app/globals.h"
 #include "widgets/ContextMenu.h"
@@ -52,6 +53,9 @@ QWidget* frmAuswertungTable::build() {
     state_->setSizePolicy(kept);
     column->addWidget(state_);
     column->addWidget(buildCommands());
+    stored_ = new frmAuswertungStored(
+        window_, frmAuswertungStored::Kind::Table, [this] { touch(); }, page);
+    column->addWidget(stored_);
     return page;
 }
 
@@ -92,6 +96,8 @@ void frmAuswertungTable::connectControls() {
     mfgGrid_->onMark = [this](const GridSelection& selection) {
         mark([this, selection] { return model_.mfgGrid_Click(selection); });
     };
+    mfgGrid_->onColumnWidth = [this](int column, int twips) { model_.setColWidth(column, twips); };
+    mfgGrid_->onRowHeight = [this](int row, int twips) { model_.setRowHeight(row, twips); };
     mfgGrid_->onHeader = [this] { run([this] { model_.headerClick(); }); };
     connect(cbValues_, &QComboBox::activated, this, [this](int view) { act([&] { model_.chooseValues(view); }); });
     const auto onClick = [this](QPushButton* button, const Step& step) {
@@ -134,12 +140,14 @@ void frmAuswertungTable::showRunning() {
 void frmAuswertungTable::showChanges(const Changes& changes) {
     if (changes.touched() || changes.has(RequestPart::Values))
         showTable();
+    stored_->showOffered();
     state_->showState(model_);
 }
 
 void frmAuswertungTable::showTable() {
     lblLabel_->setText(model_.result().lblLabel);
     cbValues_->setVisible(model_.view().cbValuesShown);
+    cbValues_->setEnabled(model_.view().cbValuesEnabled);
     cbValues_->setCurrentIndex(model_.request().cbValues);
     const std::optional<TableFacts>& facts = model_.result().facts;
     const bool marks = facts && model_.marksCanBeSet();
@@ -147,10 +155,10 @@ void frmAuswertungTable::showTable() {
     mfgGrid_->setMarks(marks ? markColumn : -1, marks && crosstab ? markRow : -1);
     // A table that was never ready is not shown as one.
     const ResultTable empty;
-    mfgGrid_->updateTable(facts ? model_.result().mfgGrid : empty);
+    mfgGrid_->updateTable(model_.result().hasTable() ? model_.result().mfgGrid : empty);
     showFacts();
     for (QPushButton* button : {cmdCopyTable_, cmdSaveTableAs_})
-        button->setEnabled(facts.has_value());
+        button->setEnabled(model_.result().hasTable());
     cmdCopyCommand_->setEnabled(facts && facts->complete);
     cmdSetMissing_->setEnabled(marks && !crosstab);
 }

@@ -4,6 +4,7 @@
 
 class QPushButton;
 class ResultTableView;
+class frmAuswertungStored;
 class frmAuswertungState;
 enum class ClickEffect;
 
@@ -36,6 +37,7 @@ private:
     QLabel *lblLabel_, *lblFacts_;
     QComboBox* cbValues_;
     ResultTableView* mfgGrid_;
+    frmAuswertungStored* stored_;
     frmAuswertungState* state_;
     QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_;
 

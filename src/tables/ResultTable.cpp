@@ -38,6 +38,7 @@ void ResultTable::setCols(int cols) {
     cols_ = cols;
     widths_.resize(static_cast<size_t>(cols), defaultColWidth);
     colAlignments_.resize(static_cast<size_t>(cols), 0);
+    givenWidths_.resize(static_cast<size_t>(cols), false);
 }
 
 void ResultTable::Clear() {
@@ -48,7 +49,7 @@ void ResultTable::Clear() {
     bases.clear();
     groups.clear();
     shortHeads.clear();
-    keptWidths = false;
+    givenWidths_.assign(givenWidths_.size(), false);
     markedBy = Marks::By::Definition;
 }
 
@@ -81,6 +82,7 @@ void ResultTable::removeCol(int column) {
             cells_[index(later - 1, row)] = std::move(cells_[index(later, row)]);
     widths_.erase(widths_.begin() + column);
     colAlignments_.erase(colAlignments_.begin() + column);
+    givenWidths_.erase(givenWidths_.begin() + column);
     setCols(cols_ - 1);
     shape.columnsRemoved({column});
 }

@@ -57,8 +57,6 @@ public:
     std::vector<QString> shortHeads;
     int FixedRows = 0;
     int FixedCols = 0;
-    /// Widths that were kept with the table: they are shown as they are, but for figures that would be cut.
-    bool keptWidths = false;
 
     int Rows() const { return rows_; }
     int Cols() const { return cols_; }
@@ -76,6 +74,13 @@ public:
     void setCellAlignment(int column, int row, int alignment) { cells_[index(column, row)].alignment = alignment; }
     int ColWidth(int column) const { return widths_[static_cast<size_t>(column)]; }
     void setColWidth(int column, int twips) { widths_[static_cast<size_t>(column)] = twips; }
+    /// A width that somebody has given a column, or that was kept with the table: it is shown as it is, but for figures
+    /// that would be cut.
+    void giveColWidth(int column, int twips) {
+        setColWidth(column, twips);
+        givenWidths_[static_cast<size_t>(column)] = true;
+    }
+    bool hasGivenWidth(int column) const { return givenWidths_[static_cast<size_t>(column)]; }
     int RowHeight(int row) const { return heights_[static_cast<size_t>(row)]; }
     void setRowHeight(int row, int twips) { heights_[static_cast<size_t>(row)] = twips; }
     int ColAlignment(int column) const { return colAlignments_[static_cast<size_t>(column)]; }
@@ -100,6 +105,7 @@ private:
     int cols_ = 0;
     std::vector<CellContent> cells_; // row by row
     std::vector<int> widths_, heights_, colAlignments_;
+    std::vector<bool> givenWidths_;
 
     size_t index(int column, int row) const;
 };

@@ -130,13 +130,12 @@ bool layLayoutOn(ResultTable& table, const QString& layout) {
     const bool sizes = each(*columns,
                             [&](int column, int twips) {
                                 if (column < table.Cols() && twips >= 0)
-                                    table.setColWidth(column, std::min(twips, mostTwips));
+                                    table.giveColWidth(column, std::min(twips, mostTwips));
                             }) &&
                        each(*rows, [&](int row, int twips) {
                            if (row < table.Rows() && twips >= 0)
                                table.setRowHeight(row, std::min(twips, mostTwips));
                        });
-    table.keptWidths = true;
     if (!sizes)
         return false;
     for (int column = 0; column < *columns; ++column)

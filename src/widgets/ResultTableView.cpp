@@ -73,11 +73,11 @@ int ResultTableView::textWidth(const QString& text) const {
     return fontMetrics().horizontalAdvance(text) * twipsPerInch / std::max(1, logicalDpiX());
 }
 
-/// A width that the user gives a column stays until another table comes, and belongs to the table.
+/// A width that the user gives a column belongs to the table.
 void ResultTableView::columnDragged(int column, int size) {
-    userWidths_[column] = size;
+    columns_[static_cast<size_t>(column)] = {size, size, size};
     const int twips = pixelsToTwips(*this, size);
-    model_->table.setColWidth(column, twips);
+    model_->table.giveColWidth(column, twips);
     if (onColumnWidth)
         onColumnWidth(column, twips);
 }
@@ -96,12 +96,13 @@ bool ResultTableView::hasShapeOf(const ResultTable& table) const {
         laidOutFont_ != font())
         return false;
     for (int column = 0; column < table.Cols(); ++column)
-        if (table.ColWidth(column) != mine.ColWidth(column))
+        if (table.ColWidth(column) != mine.ColWidth(column) ||
+            table.hasGivenWidth(column) != mine.hasGivenWidth(column))
             return false;
     for (int row = 0; row < table.Rows(); ++row)
         if (table.RowHeight(row) != mine.RowHeight(row))
             return false;
-    return table.keptWidths == mine.keptWidths;
+    return true;
 }
 
 void ResultTableView::updateTable(const ResultTable& table) {
@@ -122,7 +123,6 @@ void ResultTableView::updateTable(const ResultTable& table) {
     model_->replace(table);
     laidOutMarks_ = markColumn_;
     laidOutFont_ = font();
-    userWidths_.clear();
     measure(idle);
     layOut();
 }
@@ -181,9 +181,8 @@ void ResultTableView::shareRoom() {
     const int room = std::max(0, width() - 2 * frameWidth() - bar);
     std::vector<int> widths, lacking;
     for (size_t column = 0; column < columns_.size(); ++column) {
-        const auto byHand = userWidths_.find(static_cast<int>(column));
-        widths.push_back(byHand == userWidths_.end() ? columns_[column].least : byHand->second);
-        lacking.push_back(byHand == userWidths_.end() ? columns_[column].whole - widths.back() : 0);
+        widths.push_back(columns_[column].least);
+        lacking.push_back(columns_[column].whole - widths.back());
     }
     const int others = std::accumulate(widths.begin() + static_cast<std::ptrdiff_t>(fixed), widths.end(), 0);
     left.widths.assign(widths.begin(), widths.begin() + static_cast<std::ptrdiff_t>(fixed));
@@ -195,7 +194,7 @@ void ResultTableView::shareRoom() {
     // What is left over spares the headings their further lines, if it is enough for all.
     std::vector<int> longer(widths.size());
     for (size_t column = fixed; column < columns_.size(); ++column)
-        if (!userWidths_.contains(static_cast<int>(column)))
+        if (!model_->table.hasGivenWidth(static_cast<int>(column)))
             longer[column] = std::max(0, columns_[column].line - widths[column]);
     if (total(longer) <= room - total(widths))
         std::ranges::transform(widths, longer, widths.begin(), std::plus());
@@ -234,7 +233,7 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     }
     whole += margins;
     line = std::min(line, mostOfLabel * character) + margins;
-    if (table.keptWidths) {
+    if (table.hasGivenWidth(column)) {
         const int kept = std::max(pixels(table.ColWidth(column)), isFigure(longest) ? needed + margins : 0);
         return {kept, kept, kept};
     }

@@ -5,7 +5,6 @@
 
 #include <QTableView>
 #include <functional>
-#include <map>
 #include <vector>
 
 class ResultTableModel;
@@ -62,7 +61,6 @@ private:
         int least = 0, whole = 0, line = 0;
     };
     std::vector<Wants> columns_;
-    std::map<int, int> userWidths_; ///< by column
 
     bool hasShapeOf(const ResultTable& table) const;
     void columnDragged(int column, int size);

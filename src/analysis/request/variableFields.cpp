@@ -10,11 +10,12 @@ namespace {
 
 constexpr int deletedMeanwhile = 3167;
 
-dao::RecordsetPtr rowsOf(const QString& study, const QStringList& fields, const QString& more) {
+dao::RecordsetPtr rowsOf(const QString& study, const QStringList& fields, const QString& more,
+                         int type = dao::dbOpenDynaset) {
     return gDatabase.CurrentDatabase()->OpenRecordset(u"select fi_StudyNo, id_VarName, "_s + fields.join(u", "_s) +
                                                           u" from tkey_Variable where fi_StudyNo = "_s + quoted(study) +
                                                           more,
-                                                      dao::dbOpenDynaset);
+                                                      type);
 }
 
 /// @return false for a row that is not there, or no more
@@ -37,6 +38,16 @@ bool writeRow(dao::Recordset& row, const Entry& values) {
 
 dao::RecordsetPtr variableRow(const QString& study, const QString& variable, const QStringList& fields) {
     return rowsOf(study, fields, u" and id_VarName = "_s + quoted(variable));
+}
+
+QStringList textsOf(const QString& study, const QString& variable, const QStringList& fields) {
+    // What can be edited leaves memos in the file, and each would be of its own moment.
+    const dao::RecordsetPtr row =
+        rowsOf(study, fields, u" and id_VarName = "_s + quoted(variable), dao::dbOpenSnapshot);
+    QStringList texts;
+    for (const QString& field : fields)
+        texts << row->text(field);
+    return texts;
 }
 
 QStringList writeVariableFields(const QString& study, const std::vector<VariableFields>& rows) {

@@ -188,6 +188,15 @@ QStringList standsOn(const TableFacts& facts) {
     return {phrases.join(u" · "_s)};
 }
 
+bool isOf(const TableFacts& facts, const QString& study, const QString& variable) {
+    const AnalysisRequest& r = facts.request;
+    if (r.mode != AnalysisMode::Comparison)
+        return r.dbcStudy.value == study && r.dbcVariable.value == variable;
+    return std::ranges::any_of(facts.rounds, [&](const TableFacts::Round& round) {
+        return round.study == study && round.variable == variable;
+    });
+}
+
 void noteMarks(TableFacts& facts, const ResultTable& marked) {
     const AnalysisRequest& r = facts.request;
     const Marks marks = Marks::of(marked);
@@ -205,6 +214,8 @@ QString stateText(TableState state) {
     case TableState::None:
     case TableState::Current:
         return {};
+    case TableState::Stored:
+        return TranslateText(u"Das ist die gespeicherte Tabelle; sie wurde nicht neu gerechnet."_s);
     case TableState::CutShort:
         return TranslateText(u"Die Tabelle ist unvollständig."_s);
     case TableState::Stopped:

@@ -32,6 +32,7 @@ struct TableFacts {
 /// How a table stands to what the window asks for now.
 enum class TableState {
     None,     ///< there is no table
+    Stored,   ///< it was stored once, not made now
     Current,  ///< it shows what is asked for
     CutShort, ///< it was stopped or holds too many values
     Stopped,  ///< the last run was stopped: what is shown is older
@@ -56,6 +57,8 @@ bool showsTheSame(AnalysisMode mode, const Options& a, const Options& b);
 /// What the numbers stand on: study, filter, weight, N, missing values, a short phrase each, in the language in force.
 /// A comparison has a line for each entry.
 QStringList standsOn(const TableFacts& facts);
+/// True for a table of that variable; a comparison is of each of its entries.
+bool isOf(const TableFacts& facts, const QString& study, const QString& variable);
 /// Notes where the marks of a table that is ready differ from its definitions. @param marked the table with the marks
 void noteMarks(TableFacts& facts, const ResultTable& marked);
 /// A sentence for a table that does not show what is asked for; empty for one that does.

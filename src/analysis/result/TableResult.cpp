@@ -52,6 +52,7 @@ void TableResult::clear() {
     computation.ResultCacheKey.clear();
     lblLabel.clear();
     facts.reset();
+    stored.reset();
     marks = {};
 }
 
@@ -68,6 +69,8 @@ ResultPlace placeOf(const dao::DatabasePtr& catalogue, const Options& options) {
 
 TableState tableState(const TableResult& result, const AnalysisRequest& request, const Options& options,
                       const ResultPlace& place) {
+    if (result.stored)
+        return TableState::Stored;
     if (!result.facts)
         return TableState::None;
     const TableFacts& facts = *result.facts;

@@ -5,6 +5,7 @@
 #include "catalogue/fileStamp.h"
 #include "platform/dao/Database.h"
 
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -59,13 +60,22 @@ struct Computation {
     ResultPlace place;
 };
 
+/// Where a table comes from that was stored, not made.
+struct StoredOrigin {
+    QString study, variable;
+    QString choice; ///< the variable as "<id_Varname>: <label>"
+    QString weight; ///< name of the weight variable; empty for none
+    QString text;   ///< of the table, as the catalogue has it
+};
+
 /// What a run leaves: five tables, their title, what they stand on, how it ended.
 struct TableResult {
     /// The table that is shown, and the views of a crosstab or comparison: column percent, row percent, total percent,
     /// absolute values.
     ResultTable mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5;
     QString lblLabel;
-    std::optional<TableFacts> facts; ///< nothing without a table
+    std::optional<TableFacts> facts;    ///< nothing without a table that was made
+    std::optional<StoredOrigin> stored; ///< of a table that was stored: it has no facts, no shape and no marks
     /// Those of the table when it was ready; of one that was cut short those that it was to take.
     Marks marks;
     AnalysisRequest request; ///< as the run left it: a comparison leaves the filter of its last entry
@@ -78,6 +88,10 @@ struct TableResult {
     /// How the catalogue's file lay for the fields of the request, with what the run itself has stored in it since.
     FileStamp catalogue;
 
+    /// True if there is a table to be looked at.
+    bool hasTable() const { return facts || stored; }
+    /// The table shown and its views.
+    std::array<ResultTable*, 5> tables() { return {&mfgGrid, &mfgGrid2, &mfgGrid3, &mfgGrid4, &mfgGrid5}; }
     /// The table that bears the marks: of a crosstab the absolute values, whatever view is shown.
     const ResultTable& marked() const { return mfgGrid.Tag == TableKind::Crosstab ? mfgGrid5 : mfgGrid; }
     /// The marks that are to hold at a new calculation: what the user has clicked, else those that the run took.

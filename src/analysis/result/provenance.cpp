@@ -114,6 +114,13 @@ QJsonArray groupsOf(const ResultTable& table) {
 } // namespace
 
 QStringList linesBelow(const TableResult& result) {
+    if (result.stored) {
+        QStringList phrases{TranslateText(u"Gespeicherte Tabelle, nicht neu gerechnet"_s),
+                            TranslateText(u"Studie:"_s) + u' ' + result.stored->study, result.stored->choice};
+        if (!result.stored->weight.isEmpty())
+            phrases << TranslateText(u"Gewicht:"_s) + u' ' + result.stored->weight;
+        return {phrases.join(u" · "_s)};
+    }
     if (!result.facts)
         return {};
     QStringList lines = result.notes() + standsOn(*result.facts);

@@ -15,10 +15,20 @@ QString saveTable(const QString& path, const QString& title, const ResultTable& 
         return csvText(tableRows(table), CsvReader::Spreadsheet) + csvComments(QStringList{title} + notes);
     };
     const QByteArray content = page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csv().toUtf8();
+    return saveBytes(path, content);
+}
+
+QString saveBytes(const QString& path, const QByteArray& content) {
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         return file.errorString();
     return {};
+}
+
+QString tableFileName(const TableResult& result) {
+    if (!result.stored)
+        return tableFileName(result.facts->request);
+    return Paths::asFileName(result.stored->study + u'-' + result.stored->variable);
 }
 
 QString tableFileName(const AnalysisRequest& request) {
