@@ -35,6 +35,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -119,6 +120,11 @@ void frmAuswertung::build() {
     tabs->addTab(buildRequest(), u"Anfra&ge"_s);
     tabs->addTab(table_->page(), u"&Tabelle"_s);
     tabs->addTab(chart_->page(), u"Grafik"_s);
+    // Ctrl+Tab is the frame's, for its windows.
+    const std::pair<QKeySequence, int> keys[] = {{Qt::CTRL | Qt::Key_PageDown, 1}, {Qt::CTRL | Qt::Key_PageUp, -1}};
+    for (const auto& [key, step] : keys)
+        connect(new QShortcut(key, this, nullptr, nullptr, Qt::WidgetWithChildrenShortcut), &QShortcut::activated, this,
+                [tabs, step = step] { tabs->setCurrentIndex(std::clamp(tabs->currentIndex() + step, 0, chartTab)); });
     connect(tabs, &QTabWidget::currentChanged, this, [this](int tab) { changeTab(tab); });
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(tabs);

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
+#include <QImage>
 #include <QMimeData>
 #include <QTemporaryDir>
 #include <QThread>
@@ -115,6 +116,7 @@ protected:
     void startWindow();
     void browse();
     void analyse();
+    void chart();
     void leave();
 };
 
@@ -196,9 +198,9 @@ void Walk::analyse() {
                 break;
         }
         screen->press({u"Return"_s});
-        if (isTable(clipboard()->text()))
+        if (soon([&] { return isTable(clipboard()->text()); }))
             return true;
-        screen->press({u"ctrl+shift+Tab"_s});
+        screen->press({u"ctrl+Prior"_s});
         return false;
     })) << clipboard()->text().toStdString();
     ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() == mainWindow; })) << "the box about the copy goes";
@@ -206,9 +208,49 @@ void Walk::analyse() {
     ASSERT_TRUE(take(u"7-tabelle"_s));
 }
 
+void Walk::chart() {
+    // The next tab; its picture on the clipboard, 180 x 110 mm at 300 dots to the inch, and as shapes.
+    screen->press({u"ctrl+Next"_s});
+    ASSERT_TRUE(Screen::until([&] {
+        screen->press({u"ctrl+c"_s});
+        return soon([&] { return screen->activeWindow() != mainWindow; });
+    }));
+    screen->press({u"Return"_s});
+    ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() == mainWindow && clipboard()->hasImage(); }));
+    EXPECT_EQ(qvariant_cast<QImage>(clipboard()->imageData()).size(), QSize(2126, 1299));
+    EXPECT_TRUE(clipboard()->hasFormat(u"image/svg+xml"_s));
+    // Another title, and red bars by their parts: the dialog shows them while they are typed.
+    screen->press({u"alt+r"_s});
+    ASSERT_TRUE(screen->opens(u"Diagramm-Optionen"_s, mainWindow));
+    screen->press({u"ctrl+a"_s});
+    screen->type(u"Zufrieden 2018"_s);
+    screen->press({u"alt+o"_s, u"ctrl+a"_s});
+    screen->type(u"200"_s);
+    ASSERT_TRUE(take(u"8-diagramm-optionen"_s));
+    screen->press({u"Return"_s});
+    ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() == mainWindow; }));
+    // As a file of a size that is typed.
+    const QString file = home(u"bild.svg"_s);
+    screen->press({u"alt+p"_s});
+    ASSERT_TRUE(screen->opens(u"Grafik speichern"_s, mainWindow));
+    const QString size = screen->activeWindow();
+    screen->type(u"120"_s);
+    screen->press({u"Return"_s});
+    ASSERT_TRUE(screen->opens(u"Grafik speichern"_s, size));
+    screen->press({u"ctrl+a"_s});
+    screen->type(file);
+    screen->press({u"Return"_s});
+    ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() == mainWindow && QFile::exists(file); }));
+    QFile drawing(file);
+    ASSERT_TRUE(drawing.open(QIODevice::ReadOnly));
+    const QByteArray drawn = drawing.readAll();
+    EXPECT_TRUE(drawn.contains("width=\"120mm\"") && drawn.contains("Zufrieden 2018"));
+    ASSERT_TRUE(take(u"9-grafik"_s));
+}
+
 void Walk::leave() {
     screen->press({u"ctrl+F6"_s, u"alt+o"_s, u"s"_s, u"e"_s});
-    ASSERT_TRUE(optionsAreCalled(u"Options"_s, u"8-options"_s));
+    ASSERT_TRUE(optionsAreCalled(u"Options"_s, u"10-options"_s));
     ASSERT_TRUE(Screen::until([&] {
         screen->press({u"ctrl+q"_s});
         return program.state() == QProcess::NotRunning || program.waitForFinished(2000);
@@ -240,6 +282,8 @@ TEST_F(Walk, APersonWithAKeyboardBrowsesAnalysesAndLeavesTheProgram) {
         browse();
     if (!HasFailure())
         analyse();
+    if (!HasFailure())
+        chart();
     if (!HasFailure())
         leave();
 }
