@@ -11,6 +11,7 @@
 #include "charts/chartFile.h"
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
+#include "diagnostics/engineWords.h"
 #include "diagnostics/errors.h"
 #include "platform/system/Paths.h"
 #include "platform/ui/CollectingAsker.h"
@@ -173,10 +174,11 @@ QString BatchRun::make(const QString& variable, const QString& instruction, Entr
 
 TableResult BatchRun::runTable() {
     RunHooks hooks;
-    const QDeadlineTimer end = request_.minutes > 0 ? QDeadlineTimer(std::chrono::minutes{request_.minutes})
-                                                    : QDeadlineTimer(QDeadlineTimer::Forever);
+    const QDeadlineTimer end = request_.minutes ? QDeadlineTimer(std::chrono::minutes{*request_.minutes})
+                                                : QDeadlineTimer(QDeadlineTimer::Forever);
     hooks.cancelled = [this, end] { return atOnce_ || end.hasExpired(); };
     hooks.textWidth = request_.textWidth;
+    hooks.onStatement = request_.onStatement;
     hooks.acceptsLost = [](const QString& lost) {
         ui::asker().messageBox({.text = TranslateText(u"Das Ende des Filters zählt nicht:"_s) + u' ' + lost});
         return false;
@@ -246,17 +248,25 @@ void BatchRun::writeWhenDue() {
 bool BatchRun::write() {
     if (pending_.empty())
         return true;
+    const ProcedureScope scope(u"[frmAuswertung.BatchRun]"_s);
     std::vector<VariableFields> rows;
     for (const Pending& one : pending_)
         rows.push_back(one.fields);
     QStringList gone;
-    bool written = false;
-    GestureScope::startAnew();
-    editor_.besideFields([&] { written = attempt([&] { gone = writeVariableFields(request_.study, rows); }); });
+    QString fault;
+    editor_.besideFields([&] {
+        try {
+            gone = writeVariableFields(request_.study, rows);
+        } catch (const std::exception& failure) {
+            const dao::Error error = asError(failure);
+            fault = engineWords(error);
+            reportError(error);
+        }
+    });
     sinceWriting_.start();
-    if (!written) {
+    if (!fault.isEmpty()) {
         if (++failedWritings_ >= mostFailedWritings)
-            giveUp(lines(said_->take()));
+            giveUp(fault);
         return false;
     }
     failedWritings_ = 0;

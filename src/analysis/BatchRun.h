@@ -22,7 +22,9 @@ struct BatchRequest {
     bool chkFlipXtab = false;     ///< for instructions that don't say
     bool englishContents = false; ///< language of labels and titles
     TextWidth textWidth = estimatedTextWidth;
-    int minutes = 0; ///< how long a table may take; 0: as long as it likes
+    std::optional<int> minutes = {}; ///< how long a table may take; nothing: as long as it likes
+    /// Each statement as it is handed over; see RunHooks.
+    std::function<void(const QString& name, const QString& statement)> onStatement = {};
     /// What is done now, and how far the batch is: for a status bar.
     std::function<void(const QString& text, int done, int total)> progress = {};
 };

@@ -55,7 +55,7 @@ std::vector<VariableTexts> readVariables(const JsonNode& node, const Keys& group
     std::vector<VariableTexts> all;
     Keys names;
     node.eachMember(u"variables"_s, [&](const QString& name, const JsonNode& texts) {
-        texts.onlyMembers({u"label"_s, u"question"_s, u"group"_s, u"showCard"_s});
+        texts.onlyMembers({u"label"_s, u"question"_s, u"group"_s, u"showCard"_s, u"instruction"_s});
         names.add(texts, name);
         VariableTexts variable;
         variable.place = texts.place();
@@ -64,6 +64,7 @@ std::vector<VariableTexts> readVariables(const JsonNode& node, const Keys& group
         variable.question = texts.inBothLanguages(u"question"_s);
         variable.showCard = showCardOf(texts);
         variable.group = texts.optionalText(u"group"_s);
+        variable.instruction = texts.optionalText(u"instruction"_s);
         if (!variable.group.isEmpty() && !groups.contains(variable.group))
             texts[u"group"_s].fail(said(u"keine Variablengruppe '%1' in 'variableGroups'"_s,
                                         u"no variable group '%1' in 'variableGroups'"_s)

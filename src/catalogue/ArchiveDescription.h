@@ -23,7 +23,8 @@ struct Entry {
 struct VariableTexts : Entry {
     QString name;
     Text label, question, showCard;
-    QString group; ///< key of a variable group
+    QString group;       ///< key of a variable group
+    QString instruction; ///< what is to be made of it in creation mode; empty: none
 };
 
 struct VariableGroup : Entry {

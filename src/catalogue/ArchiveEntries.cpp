@@ -164,6 +164,8 @@ void EntryWriter::writeVariableTexts(const Study& study) {
             setTexts(*row, u"dt_FileNameShowCard"_s, u"dt_FileNameEnShowCard"_s, texts->showCard);
             if (!texts->group.isEmpty())
                 row->setValue(u"dt_VarGroup"_s, groupIds_.value(texts->group.toCaseFolded()));
+            if (!texts->instruction.isEmpty())
+                row->setValue(u"dt_Instruction"_s, texts->instruction);
             row->Update();
         }
     }

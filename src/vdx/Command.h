@@ -32,9 +32,10 @@ std::unique_ptr<Command> makeDescriptivesCommand();
 std::unique_ptr<Command> makeCompareCommand();
 std::unique_ptr<Command> makeComparisonsCommand();
 std::unique_ptr<Command> makeChartCommand();
+std::unique_ptr<Command> makeInstructionsCommand();
 
-/// True for a command that draws, by its name: it needs fonts, which all others start without.
-bool drawsPictures(const std::string& command);
+/// True for arguments of vdx that have it draw: it needs fonts then, which it starts without otherwise.
+bool drawsPictures(const std::vector<std::string>& arguments);
 
 /// The whole program. @param arguments without the program's name, in UTF-8
 /// @return 0; 1 when the system says no; 2 for wrong usage

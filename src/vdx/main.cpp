@@ -6,7 +6,7 @@
 
 int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no further is told of as a full disk is
-    const bool draws = argc > 1 && drawsPictures(argv[1]);
+    const bool draws = drawsPictures({argv + 1, argv + argc});
     if (draws) {
         qputenv("QT_QPA_PLATFORM", "offscreen"); // whatever the desktop is
         // What a platform misses of a desktop is nothing for whoever reads standard error.

@@ -23,11 +23,15 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeCompareCommand());
     commands.push_back(makeComparisonsCommand());
     commands.push_back(makeChartCommand());
+    commands.push_back(makeInstructionsCommand());
     return commands;
 }
 
-bool drawsPictures(const std::string& command) {
-    return command == "chart";
+bool drawsPictures(const std::vector<std::string>& arguments) {
+    if (arguments.empty())
+        return false;
+    return arguments[0] == "chart" ||
+           (arguments[0] == "run-instructions" && std::ranges::find(arguments, "--graphs") != arguments.end());
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
+#include "support/FailingFiles.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
@@ -220,4 +221,44 @@ TEST_F(Batch, TheReportNamesAllAndTheFirstVariableIsChosenAgain) {
     EXPECT_TRUE(asker_.boxes.back().details.contains(u"Tabellen gelöscht: V3, V7, V8, V9, GONE, NONE"_s));
     EXPECT_EQ(editor.request().dbcVariable.value, u"V3"_s);
     EXPECT_EQ(editor.request().txtFilter, u"V7=2"_s) << "what the user has typed is none of the batch's";
+}
+
+TEST_F(Batch, AWritingThatFailsLeavesEachPairWholeAndTheReportTrue) {
+    const QStringList variables{u"V3"_s, u"V5"_s, u"V6"_s, u"V7"_s, u"V8"_s};
+    for (const QString& variable : variables)
+        instruct(variable, u"Freq;;noFilter;;noWeight;;A;"_s);
+    mdDataBase::CloseDataBase();
+    const FailingFiles files;
+    int mended = 0, lost = 0;
+    for (const bool forGood : {false, true}) {
+        bool failed = true;
+        for (int victim = 0; failed; victim += forGood ? 6 : 3) {
+            ASSERT_LT(victim, 200);
+            for (const QString& variable : variables + QStringList{u"NONE"_s})
+                keep(variable, old, oldLayout);
+            ASSERT_EQ(catalogue_.open(), 1);
+            auto batch = std::make_unique<BatchRun>(request());
+            FailingFiles::fail(victim, forGood);
+            const BatchReport report = batch->run();
+            batch.reset();
+            failed = FailingFiles::mend();
+            mended += failed && report.failed.empty();
+            lost += !report.failed.empty();
+            const QStringList notDone = names(report.failed);
+            for (const QString& variable : variables) {
+                const bool done = report.done.contains(variable);
+                const bool named = std::ranges::any_of(
+                    report.failed, [&](const auto& one) { return one.variable == variable && !one.words.isEmpty(); });
+                EXPECT_TRUE(done != (named || report.notReached.contains(variable))) << victim;
+                EXPECT_EQ(kept(variable) == old, !done) << victim << notDone.join(u' ').toStdString();
+                EXPECT_EQ(kept(variable, u"dt_TableLayout"_s) == oldLayout, !done) << victim;
+            }
+            EXPECT_EQ(kept(u"NONE"_s).isEmpty(), report.deleted.contains(u"NONE"_s));
+            EXPECT_EQ(report.ended.isEmpty(), report.failed.empty());
+            mdDataBase::CloseDataBase();
+        }
+    }
+    EXPECT_GT(mended, 0) << "what fails once is tried again";
+    EXPECT_GT(lost, 0);
+    EXPECT_EQ(asker_.boxes.size(), 0U) << asker_.lastText().toStdString();
 }

@@ -206,3 +206,11 @@ TEST_F(SampleArchive, WarnsOfTheLostShowCardAndNothingElse) {
     for (const QString& fact : report_->facts)
         EXPECT_FALSE(fact.contains(u"geändert"_s) || fact.contains(u"8 Zeichen"_s)) << fact.toStdString();
 }
+
+TEST_F(SampleArchive, HasInstructionsForSomeVariablesOfTheLastWave) {
+    EXPECT_EQ(column(u"SELECT fi_StudyNo FROM tkey_Variable WHERE dt_Instruction Is Not Null GROUP BY fi_StudyNo"_s),
+              u"SV2022"_s);
+    EXPECT_EQ(
+        column(u"SELECT dt_Instruction FROM tkey_Variable WHERE fi_StudyNo = 'SV2022' AND id_VarName = 'ALTERJ'"_s),
+        u"Desc126;GESCHL;noFilter;;WeightRE;GEWREP;A;FlipXtab=False;"_s);
+}
