@@ -236,6 +236,23 @@ private:
         placeShort(onAxis);
     }
 
+    /// The label of a category whose full text stands in the box. In a comparison it says which entry it is from, which
+    /// makes all of them long and alike: that goes first.
+    QString axisText(const QString& label, const QString& code) const {
+        QString shown = label;
+        for (int s = 0; s < model_.seriesCount() && model_.kind == TableKind::Comparison; ++s) {
+            const QString entry = shownText(model_.series[static_cast<size_t>(s)].level1).section(u'(', 0, 0).trimmed();
+            const QString ending = u'(' + entry + u')';
+            if (entry.isEmpty() || !label.endsWith(ending))
+                continue;
+            shown = label.chopped(ending.size()).trimmed();
+            if (!shown.isEmpty())
+                shown += u'…';
+            break;
+        }
+        return shown.isEmpty() ? code : shown;
+    }
+
     void hideSecondLevel(const LabelTexts& texts) {
         layout_.secondLevelHidden = true;
         QStringList onAxis;
@@ -243,7 +260,7 @@ private:
         for (int i = 0; i < texts.first.size(); ++i) {
             const ChartItem& item = model_.categories[static_cast<size_t>(i)];
             layout_.explanation += item.level1 + u" = "_s + item.level2 + u"\r\n"_s;
-            onAxis << (texts.first[i].isEmpty() ? texts.second[i] : texts.first[i]);
+            onAxis << axisText(texts.first[i], texts.second[i]);
             if (box.size() < 400)
                 box.push_back({pair(texts.first[i], texts.second[i])});
         }

@@ -177,6 +177,21 @@ TEST(ChartLayout, TheBoxHasThePairsOfBothLevels) {
     EXPECT_EQ(layOut(crosstab({u"a"_s, u"b"_s}, {u"c"_s})).explanation, QString());
 }
 
+TEST(ChartLayout, LabelsOfAComparisonLoseTheirEntryBeforeTheyAreCut) {
+    const QString entry = u" (SV2014, VPARL, 2014, Vertrauen in den Landtag und die Gemeinden der Region)"_s;
+    const QStringList labels = {u"gar keines"_s + entry, entry, u"großes"_s + entry};
+    ChartModel model = comparison(
+        labels + labels + labels,
+        {u"SV2014, VPARL, 2014, Vertrauen in den Landtag und die Gemeinden der Region (G. W1)"_s, u"SV2018"_s},
+        ChartType::Lines);
+    const ChartLayout layout = layOut(model, {120, 80}, ChartParts::Plot);
+    ASSERT_TRUE(layout.secondLevelHidden);
+    const QStringList texts = textsOf(layout);
+    for (const QString& expected : {u"gar keines…"_s, u"2"_s, u"großes…"_s, u"5"_s})
+        EXPECT_TRUE(texts.contains(expected)) << qPrintable(expected);
+    EXPECT_TRUE(layout.explanation.startsWith(labels[0] + u" = 1\r\n"_s));
+}
+
 TEST(ChartLayout, ValuesStandAtEveryBarOrPointOrAtNone) {
     const struct {
         ChartModel model;
