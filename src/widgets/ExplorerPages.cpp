@@ -15,6 +15,7 @@
 #include "widgets/gestures.h"
 #include "widgets/toolTips.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPlainTextEdit>
@@ -67,11 +68,12 @@ void ExplorerPages::build(const QString& suffix) {
     heading.setBold(true);
     lblTableTitle->setFont(heading);
     lblTableValues = withOwnText(new ElidedLabel(this), u"lblTableValues"_s + suffix);
-    lblGraphExplain = withOwnText(new QPlainTextEdit(this), u"lblGraphExplain"_s + suffix);
+    pictureRow_ = new QWidget(this);
+    lblGraphExplain = withOwnText(new QPlainTextEdit(pictureRow_), u"lblGraphExplain"_s + suffix);
     lblGraphExplain->setReadOnly(true);
     lblGraphExplain->setTabChangesFocus(true);
     lblGraphExplain->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    picShowCard = withOwnText(new PictureSurface(pages_.view, this), u"picShowCard"_s + suffix);
+    picShowCard = withOwnText(new PictureSurface(pages_.view, pictureRow_), u"picShowCard"_s + suffix);
     mfgTable = new ResultTableView(u"mfgTable"_s + suffix, this);
     zoomRow_ = new QWidget(this);
     sldShowCard = withOwnText(new QSlider(Qt::Horizontal, zoomRow_), u"sldShowCard"_s + suffix);
@@ -91,7 +93,8 @@ void ExplorerPages::build(const QString& suffix) {
     zoom->addWidget(sldShowCard, 1);
     zoom->addWidget(lblZoom_);
     zoom->addWidget(cmdFit_);
-    auto* picture = new QHBoxLayout;
+    auto* picture = new QHBoxLayout(pictureRow_);
+    picture->setContentsMargins({});
     picture->addWidget(lblGraphExplain);
     picture->addWidget(picShowCard, 1);
     auto* column = new QVBoxLayout(this);
@@ -101,7 +104,7 @@ void ExplorerPages::build(const QString& suffix) {
     column->addWidget(lblTableTitle);
     column->addWidget(lblTableValues);
     column->addWidget(mfgTable, 1);
-    column->addLayout(picture, 1);
+    column->addWidget(pictureRow_, 1);
     column->addWidget(zoomRow_);
 }
 
@@ -135,6 +138,9 @@ void ExplorerPages::showTabs() {
 }
 
 void ExplorerPages::showPages() {
+    // Who was at what now goes out of sight stays on the page.
+    const QWidget* before = QApplication::focusWidget();
+    const bool hadFocus = before && before != tabShowCard && isAncestorOf(before);
     showTabs();
     const bool table = pages_.table(), picture = !pages_.picSC().isNull();
     lblTableTitle->setText(pages_.lblTableTitle());
@@ -148,12 +154,14 @@ void ExplorerPages::showPages() {
     fitExplanation();
     mfgTable->updateTable(table ? *pages_.table() : ResultTable());
     mfgTable->setVisible(table);
-    picShowCard->setVisible(!table);
+    pictureRow_->setVisible(!table);
     zoomRow_->setVisible(picture);
     if (picture)
         picShowCard->show(&pages_.picSC());
     else
         picShowCard->showFault(faultWords());
+    if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
+        (table ? static_cast<QWidget*>(mfgTable) : picShowCard)->setFocus();
     const QString card = pages_.page() == PanelPages::ShowCard ? Paths::fileOf(pages_.Tag()) : QString();
     const QString nothing = TranslateText(u"Zu dieser Variable ist hier nichts da."_s);
     picShowCard->setAccessibleDescription(picture ? card : faultWords().isEmpty() ? nothing : faultWords());

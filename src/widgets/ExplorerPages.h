@@ -40,10 +40,9 @@ protected:
 
 private:
     PanelPages& pages_;
-    QWidget* zoomRow_;
+    QWidget *pictureRow_, *zoomRow_;
     QLabel* lblZoom_;
     QToolButton* cmdFit_;
-    bool showing_ = false;
 
     void build(const QString& suffix);
     void connectControls();

@@ -189,9 +189,12 @@ TEST_F(frmExplorerPages, KeysMoveZoomFitAndReset) {
 }
 
 TEST_F(frmExplorerPages, ThePageInViewStaysThoughItHasNothingAndOnlyFullOnesCanBeChosen) {
+    picture->setFocus();
     chooseTab(PanelPages::Table);
     auto* table = static_cast<ResultTableView*>(find<QWidget>(u"mfgTable"_s));
     ASSERT_TRUE(table->isVisible());
+    EXPECT_TRUE(table->hasFocus()) << "the keys stay where they were";
+    EXPECT_GT(table->height(), window->findChild<QWidget*>(u"txtQuestion"_s)->height()) << "it has the whole page";
     EXPECT_FALSE(picture->isVisible() || slider->isVisible());
     EXPECT_EQ(find<ElidedLabel>(u"lblTableTitle"_s)->text(), u"Titel"_s);
     EXPECT_EQ(find<ElidedLabel>(u"lblTableValues"_s)->text(), u"absolute Werte"_s);
@@ -209,6 +212,7 @@ TEST_F(frmExplorerPages, ThePageInViewStaysThoughItHasNothingAndOnlyFullOnesCanB
     EXPECT_EQ(tabs->currentIndex(), PanelPages::Table) << "it can't be chosen";
     choose(0);
     EXPECT_TRUE(table->isVisible());
+    EXPECT_TRUE(find<QAbstractItemView>(u"lvListView"_s)->hasFocus()) << "who walks the list isn't taken to the page";
 
     tabs->setFocus();
     QTest::keyClick(tabs, Qt::Key_Right);
