@@ -40,9 +40,11 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 #include <functional>
 #include <stdexcept>
 
@@ -140,6 +142,7 @@ public:
         window.resize(1280, 800);
         window.panelsChanged();
         frmExplorer& first = study(window);
+        pages(window, first);
         category(window);
         take(window, u"category"_s);
         jump();
@@ -319,6 +322,41 @@ private:
         selectVariable(first, u"LZUFR"_s);
         take(window, u"main"_s);
         return first;
+    }
+
+    /// What the archive keeps with a variable: cards beside their questions, a table, a chart, a card that got lost.
+    void pages(frmMain& window, frmExplorer& first) {
+        const auto turn = [&](const QString& tabs, int page) {
+            in<QTabBar>(first, tabs).setCurrentIndex(page);
+            settle();
+        };
+        for (const CatalogueNode& node : first.model().tree.nodes())
+            if (node.id() == u"SV2022")
+                first.showNode(node.Key);
+        selectVariable(first, u"GESUND"_s);
+        press(in<QAbstractItemView>(first, u"lvListView"_s), Qt::Key_Return);
+        selectVariable(first, u"LZUFR"_s);
+        if (!first.model().pagesB.isEnabled(PanelPages::Table))
+            throw std::runtime_error("no stored table");
+        turn(u"tabShowCard2"_s, PanelPages::Table);
+        take(window, u"pages"_s);
+        first.setPanels(1);
+        take(window, u"pages-card"_s);
+        turn(u"tabShowCard"_s, PanelPages::Graph);
+        in<QToolButton>(first, u"cmdFit"_s).click();
+        take(window, u"pages-chart"_s);
+        selectVariable(first, u"GESUND"_s);
+        turn(u"tabShowCard"_s, PanelPages::Table);
+        take(window, u"pages-table"_s);
+        selectVariable(first, u"LZUFR"_s);
+        turn(u"tabShowCard"_s, PanelPages::ShowCard);
+        selectVariable(first, u"WOHNZ"_s);
+        take(window, u"pages-lost"_s);
+        for (const CatalogueNode& node : first.model().tree.nodes())
+            if (node.id() == u"SV2018")
+                first.showNode(node.Key);
+        first.setPanels(2);
+        selectVariable(first, u"LZUFR"_s);
     }
 
     /// A variable of several studies, found from an entry that lists none.

@@ -13,6 +13,7 @@
 #include "widgets/PictureSurface.h"
 #include "widgets/ResultTableView.h"
 #include "widgets/gestures.h"
+#include "widgets/tableRoom.h"
 #include "widgets/toolTips.h"
 
 #include <QApplication>
@@ -63,7 +64,9 @@ void ExplorerPages::build(const QString& suffix) {
     tabShowCard->setExpanding(false);
     tabShowCard->setUsesScrollButtons(false);
     tabShowCard->setElideMode(Qt::ElideRight);
-    lblTableTitle = withOwnText(new ElidedLabel(this), u"lblTableTitle"_s + suffix);
+    lblTableTitle = withOwnText(new QLabel(this), u"lblTableTitle"_s + suffix);
+    lblTableTitle->setTextFormat(Qt::PlainText);
+    lblTableTitle->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     QFont heading = lblTableTitle->font();
     heading.setBold(true);
     lblTableTitle->setFont(heading);
@@ -143,7 +146,6 @@ void ExplorerPages::showPages() {
     const bool hadFocus = before && before != tabShowCard && isAncestorOf(before);
     showTabs();
     const bool table = pages_.table(), picture = !pages_.picSC().isNull();
-    lblTableTitle->setText(pages_.lblTableTitle());
     lblTableTitle->setToolTip(plainToolTip(pages_.lblTableTitle()));
     lblTableTitle->setVisible(!pages_.lblTableTitle().isEmpty());
     lblTableValues->setText(pages_.lblTableValues());
@@ -151,7 +153,7 @@ void ExplorerPages::showPages() {
     if (lblGraphExplain->toPlainText() != pages_.lblGraphExplain())
         lblGraphExplain->setPlainText(pages_.lblGraphExplain());
     lblGraphExplain->setVisible(!pages_.lblGraphExplain().isEmpty());
-    fitExplanation();
+    fitTexts();
     mfgTable->updateTable(table ? *pages_.table() : ResultTable());
     mfgTable->setVisible(table);
     pictureRow_->setVisible(!table);
@@ -206,8 +208,10 @@ void ExplorerPages::showZoom() {
                   u"Ziehen verschiebt das Bild, Strg+Mausrad ändert seine Größe, ein Doppelklick stellt beides zurück. Tasten: Pfeile, +, -, F (einpassen), 0 (zurück), Strg+C (kopieren)"_s));
 }
 
-/// As wide as its lines, so far as the picture keeps its part.
-void ExplorerPages::fitExplanation() {
+/// The title in the lines that the width gives it; the explanation as wide as its lines, so far as the picture keeps
+/// its part.
+void ExplorerPages::fitTexts() {
+    lblTableTitle->setText(headLines(pages_.lblTableTitle(), lblTableTitle->font(), width()).join(u'\n'));
     int widest = 0;
     for (const QString& line : pages_.lblGraphExplain().split(u'\n'))
         widest = std::max(widest, lblGraphExplain->fontMetrics().horizontalAdvance(line.left(200)));
@@ -264,5 +268,5 @@ bool ExplorerPages::eventFilter(QObject* watched, QEvent* event) {
 
 void ExplorerPages::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    fitExplanation();
+    fitTexts();
 }

@@ -26,7 +26,8 @@ public:
     PictureSurface* picShowCard;
     QSlider* sldShowCard;
     ResultTableView* mfgTable;
-    ElidedLabel *lblTableTitle, *lblTableValues;
+    QLabel* lblTableTitle; ///< in up to three lines; its tip has all
+    ElidedLabel* lblTableValues;
     QPlainTextEdit* lblGraphExplain;
 
     /// Shows the pages as they are now.
@@ -48,7 +49,7 @@ private:
     void connectControls();
     void showTabs();
     void showZoom();
-    void fitExplanation();
+    void fitTexts();
     QString faultWords() const;
     void copyTable();
     void copyPicture();
