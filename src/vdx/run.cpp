@@ -24,6 +24,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeComparisonsCommand());
     commands.push_back(makeChartCommand());
     commands.push_back(makeInstructionsCommand());
+    commands.push_back(makeStoredCommand());
     return commands;
 }
 
