@@ -185,7 +185,39 @@ std::optional<CategoryLabels> fullLabels(Typesetter& type, const LabelTexts& tex
     return labels;
 }
 
-CategoryLabels shortLabels(Typesetter& type, const QStringList& texts, const LabelRoom& room) {
+namespace {
+
+/// Texts that look alike once they are cut lose the words that they begin with together, instead of those that tell
+/// them apart.
+QStringList toldApart(const QStringList& texts, const CategoryLabels& cut) {
+    QStringList shown(texts.size());
+    for (const CategoryLabels::Label& label : cut.labels)
+        shown[label.category] += label.text.text + u' ';
+    QHash<QString, QString> together; // what is shown, and the beginning of all that are shown so
+    for (int i = 0; i < texts.size(); ++i) {
+        const auto known = together.find(shown[i]);
+        if (known == together.end()) {
+            together.insert(shown[i], texts[i]);
+            continue;
+        }
+        if (*known == texts[i])
+            continue;
+        qsizetype same = 0;
+        while (same < std::min(known->size(), texts[i].size()) && known->at(same) == texts[i][same])
+            ++same;
+        known->truncate(same);
+        known->truncate(known->lastIndexOf(u' ') + 1);
+    }
+    QStringList apart = texts;
+    for (int i = 0; i < texts.size(); ++i) {
+        const QString& beginning = together[shown[i]];
+        if (beginning.endsWith(u' ') && beginning.size() < texts[i].size())
+            apart[i] = u'…' + texts[i].mid(beginning.size());
+    }
+    return apart;
+}
+
+CategoryLabels cutLabels(Typesetter& type, const QStringList& texts, const LabelRoom& room) {
     for (double size = room.type; size > smallestLabel - 1e-9; size -= onePoint) {
         Layer flat(type, texts, room, belowAxis, size);
         if (flat.inOneLine())
@@ -207,4 +239,18 @@ CategoryLabels shortLabels(Typesetter& type, const QStringList& texts, const Lab
     Layer layer(type, texts, room, belowAxis, smallestLabel);
     layer.cutSlanted(upright, std::max(stride, 1));
     return layer.take();
+}
+
+} // namespace
+
+CategoryLabels shortLabels(Typesetter& type, const QStringList& texts, const LabelRoom& room) {
+    CategoryLabels labels = cutLabels(type, texts, room);
+    if (!labels.shortened)
+        return labels;
+    const QStringList apart = toldApart(texts, labels);
+    if (apart == texts)
+        return labels;
+    labels = cutLabels(type, apart, room);
+    labels.shortened = true;
+    return labels;
 }

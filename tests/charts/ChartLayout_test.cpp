@@ -192,6 +192,20 @@ TEST(ChartLayout, LabelsOfAComparisonLoseTheirEntryBeforeTheyAreCut) {
     EXPECT_TRUE(layout.explanation.startsWith(labels[0] + u" = 1\r\n"_s));
 }
 
+TEST(ChartLayout, LabelsThatBeginAlikeAreCutWhereTheyDoNotDiffer) {
+    const QStringList labels = {u"Stimme der folgenden Aussage voll und ganz zu"_s,
+                                u"Stimme der folgenden Aussage überhaupt nicht zu"_s,
+                                u"Habe darüber noch niemals nachgedacht und werde es nicht tun"_s};
+    const ChartLayout layout = layOut(crosstab(labels + numbered(u"a"_s, 7), {u"x"_s}), {150, 90}, ChartParts::Plot);
+    QStringList shown;
+    for (const ChartText& text : layout.texts)
+        if (text.at.y() > layout.plot.bottom())
+            shown << text.text;
+    const QString all = shown.join(u' ');
+    EXPECT_TRUE(all.contains(u"…voll und"_s) && all.contains(u"…überhaupt"_s) && all.contains(u"Habe dar"_s))
+        << qPrintable(all);
+}
+
 TEST(ChartLayout, ValuesStandAtEveryBarOrPointOrAtNone) {
     const struct {
         ChartModel model;
