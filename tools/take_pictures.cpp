@@ -419,6 +419,10 @@ private:
         ui::Asker* walk = ui::setAsker(&asker);
         modal(u"copied"_s, [&] { in<QPushButton>(opened, u"cmdCopyTable"_s).click(); });
         takeChart(window, opened, u"chart"_s);
+        gOptions.MaxItems = 5;
+        modal(u"chart-first"_s, [&] { opened.optionsApplied(), in<QPushButton>(opened, u"cmdFirstValue"_s).click(); });
+        take(window, u"chart-part"_s);
+        gOptions.MaxItems = Options().MaxItems;
         modal(u"chart-size"_s, [&] { in<QPushButton>(opened, u"cmdSaveChartAs"_s).click(); });
         ui::setAsker(walk);
     }

@@ -402,12 +402,10 @@ void frmAuswertung::copy() {
     if (gBusy > 0)
         return;
     trapped([this] {
-        if (model_.tab() == chartTab && chart_->copy()) {
+        const QString text = selectedText(focusWidget());
+        if (model_.tab() == chartTab && text.isEmpty() && chart_->copy())
             tellOfCopy(u"Grafik in die Zwischenablage kopiert."_s);
-            return;
-        }
         if (model_.tab() != tableTab) {
-            const QString text = selectedText(focusWidget());
             if (!text.isEmpty())
                 ui::asker().setClipboard(text, QString());
             return;

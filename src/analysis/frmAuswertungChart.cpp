@@ -206,7 +206,10 @@ void frmAuswertungChart::showChart() {
 }
 
 void frmAuswertungChart::showExplanation(const QString& text) {
-    txtExplain_->setPlainText(QString(text).replace(u"\r\n"_s, u"\n"_s).trimmed());
+    QStringList lines = text.split(u"\r\n"_s, Qt::SkipEmptyParts);
+    for (QString& line : lines)
+        line = line.trimmed();
+    txtExplain_->setPlainText(lines.join(u'\n'));
     txtExplain_->setVisible(!text.isEmpty());
     fitExplanation();
 }
@@ -244,8 +247,7 @@ bool frmAuswertungChart::hasPicture() const {
 }
 
 bool frmAuswertungChart::copy() {
-    const QString selected = txtExplain_->hasFocus() ? txtExplain_->textCursor().selectedText() : QString();
-    if (!selected.isEmpty() || !hasPicture())
+    if (!hasPicture())
         return false;
     if (const auto& stored = model_.stored().shownGraph()) {
         ui::asker().copyPicture(stored->picture, {});

@@ -26,7 +26,7 @@ public:
     void showOptions(int item = 0);
     /// True if there is a chart in view, the window's own or one that was stored.
     bool hasPicture() const;
-    /// Copies the chart, or the text that is selected beside it. @return false if there is nothing to copy
+    /// Copies the chart. @return false if there is nothing to copy
     bool copy();
     /// Asks for size, resolution and file, and writes the chart to it.
     void saveAs();

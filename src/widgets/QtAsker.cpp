@@ -13,11 +13,13 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QUrl>
+#include <algorithm>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -165,7 +167,11 @@ std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& t
     window.setTextValue(proposal);
     window.setOkButtonText(captionOf(ui::Answer::Ok));
     window.setCancelButtonText(captionOf(ui::Answer::Cancel));
-    window.resize(window.fontMetrics().averageCharWidth() * 50, window.sizeHint().height());
+    // A long question goes on below.
+    if (auto* question = window.findChild<QLabel*>())
+        question->setWordWrap(true);
+    const int width = window.fontMetrics().averageCharWidth() * 60;
+    window.resize(width, std::max(window.sizeHint().height(), window.heightForWidth(width)));
     if (window.exec() != QDialog::Accepted)
         return std::nullopt;
     return window.textValue();

@@ -172,6 +172,13 @@ TEST_F(AnalysisChart, ItIsCopiedAsAPictureOfItsSizeWithTitleAndBox) {
     EXPECT_NEAR(copied.height(), 110 / 25.4 * 300, 1);
     EXPECT_TRUE(drawing.contains("<svg") && drawing.contains("180mm"));
     EXPECT_EQ(asker.lastText(), u"Grafik in die Zwischenablage kopiert."_s);
+    // What is selected is meant itself.
+    the<QLabel>(u"UniLabel1"_s)->setFocus();
+    the<QLabel>(u"UniLabel1"_s)->setSelection(0, 6);
+    copied = {};
+    window->copy();
+    EXPECT_EQ(asker.clipboardText, u"SV2014"_s);
+    EXPECT_TRUE(copied.isEmpty());
     // Statistics have none.
     goTo(0);
     press(u"Option4(3)"_s);
