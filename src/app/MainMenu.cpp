@@ -64,6 +64,7 @@ void addOptionsMenu(Entries& all) {
     all.push_back({menu, u"mnu1VarWindow"_s, u"&Variablenfenster"_s, u"F7"_s, {}, true});
     all.push_back({menu, u"mnu2VarWindow"_s, u"&Doppeltes Variablenfenster"_s, u"F8"_s, {}, true});
     all.push_back({menu, u"mnuVVEL"_s, u"Variablenfenster &englisch"_s, u"F9"_s, {}, true});
+    all.push_back({menu, u"mnuShowCards"_s, u"ShowCards &anzeigen"_s, u"F11"_s, u"showcard"_s, true});
     all.push_back({menu, u"mnuEnglishLanguage"_s, u"Englische &Inhalte"_s, u"F12"_s, {}, true, true});
     all.push_back({menu, u"mnuChangeFont"_s, u"Schrift &wechseln"_s, u"Ctrl+Shift+K"_s, u"font"_s});
     all.push_back({menu, languages, u"&Sprache"_s, {}, u"language"_s});

@@ -61,7 +61,7 @@ void ToolbarModel::addFixed() {
     add(u"VV"_s, u"Doppeltes Variablenfenster"_s, u"mnu2VarWindow"_s, u"panels"_s);
     buttons_.back().check = true;
     addSeparator();
-    add(u"SCON"_s, u"ShowCards"_s, u"SCON"_s, u"showcard"_s);
+    add(u"SCON"_s, u"ShowCards"_s, u"mnuShowCards"_s, u"showcard"_s);
     buttons_.back().check = true;
     buttons_.back().pressed = gOptions.ShowCards;
     addSeparator();

@@ -335,7 +335,8 @@ void frmMain::applyState() {
     }
     setChecked(u"V"_s, pressedV_);
     setChecked(u"VV"_s, pressedVV_);
-    setChecked(u"SCON"_s, gOptions.ShowCards);
+    for (const QString& name : {u"mnuShowCards"_s, u"SCON"_s})
+        setChecked(name, gOptions.ShowCards);
     setChecked(u"mnuViewToolBar"_s, !tbToolBar_->isHidden());
     setChecked(u"mnuViewStatusBar"_s, !statusBar()->isHidden());
     applyNotBuilt(*this);

@@ -55,7 +55,7 @@ void frmMain::connectCommands() {
             explorer->switchPanelLanguage();
     };
     commands_[u"mnuEnglishLanguage"_s] = [this] { flipContents(); };
-    commands_[u"SCON"_s] = [this] { flipShowCards(); };
+    commands_[u"mnuShowCards"_s] = [this] { flipShowCards(); };
     commands_[u"mnuChangeFont"_s] = [this] { ChangeFont(); };
     // Keys that a toolbar may send without having a button here.
     commands_[u"FO"_s] = commands_[u"mnuChangeFont"_s];

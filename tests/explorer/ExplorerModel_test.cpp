@@ -205,12 +205,14 @@ TEST_F(Explorer, ALayoutSurvivesItsTextAndDamageToIt) {
     model.list.headerClicked(4);
     ExplorerLayout layout;
     layout.tree = 250;
+    layout.besideB = 333;
     layout.takeFrom(model.list);
     const ExplorerLayout read = ExplorerLayout::fromText(layout.toText());
     VariableList other;
     other.makeColumns(true);
     read.giveTo(other);
     EXPECT_EQ(read.tree, 250);
+    EXPECT_EQ(read.besideB, 333);
     EXPECT_EQ(other.columns[1].Width, 1234);
     EXPECT_EQ(other.columns[2].Width, 850) << "what a list measured is no wish";
     EXPECT_EQ(other.columns[static_cast<size_t>(other.sortKey)].Key, u"VL"_s) << "by key, not by place";

@@ -264,6 +264,7 @@ TEST_F(frmExplorerPages, TheButtonTakesThePagesOutOfTheLayoutAndBringsThemBack) 
     EXPECT_TRUE(main.command(u"SCON"_s)->isChecked());
     main.perform(u"SCON"_s);
     EXPECT_FALSE(main.command(u"SCON"_s)->isChecked() || gOptions.ShowCards);
+    EXPECT_FALSE(main.command(u"mnuShowCards"_s)->isChecked());
     EXPECT_FALSE(tabs->isVisible() || picture->isVisible());
     choose(1);
     choose(0);
