@@ -155,6 +155,37 @@ QString Archives::makeCases(const QString& folder, int cases) {
     return path;
 }
 
+QString Archives::makeInstructions(const QString& folder, int variables, int cases) {
+    const QString path = folder + u"/instructions.mdb"_s, study = u"B1"_s, table = u"B1_1"_s;
+    dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);
+    const dao::DatabasePtr catalogue = workspace.CreateDatabase(path);
+    const auto file = catalogue->openCompanion(folder + u"/B1.mdb"_s);
+    workspace.BeginTrans();
+    schema::createCatalogueTables(*catalogue);
+    addOptions(*catalogue);
+    addStudy(*studyAppender(*catalogue), study, 1, u"W"_s);
+    std::vector<FieldDefinition> fields{number(u"W"_s)};
+    std::vector<int> valuesEach{0};
+    {
+        const auto rows = variableAppender(*catalogue);
+        for (int v = 1; v <= variables; ++v) {
+            const QString name = u"V%1"_s.arg(v);
+            addVariable(*rows, study, name, v, table);
+            fields.push_back(number(name));
+            valuesEach.push_back(8);
+        }
+    }
+    catalogue->Execute(u"UPDATE tkey_Variable SET dt_Instruction = 'Freq;;noFilter;;WeightRE;W;A;'"_s);
+    // The weight stands last and has no instruction, but the batch would not count it among those that are done.
+    addVariable(*variableAppender(*catalogue), study, u"W"_s, variables + 1, table);
+    std::mt19937 random(20180331);
+    fillCaseTable(*file, schema::cases(table, fields), *catalogue, cases, valuesEach, random);
+    workspace.CommitTrans();
+    file->close();
+    catalogue->Close();
+    return path;
+}
+
 QString Archives::makeWaves(const QString& folder, int studies, int cases) {
     const QString path = folder + u"/waves.mdb"_s;
     dao::Workspace& workspace = dao::DBEngine::instance().Workspaces(0);

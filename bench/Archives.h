@@ -17,6 +17,10 @@ QString makeWaves(const QString& folder, int studies, int cases);
 /// longer texts, the second a single one.
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 
+/// One study "B1" of so many variables V1, V2, ... with 8 values, in one case table, and a weight W; each V has an
+/// instruction for a weighted frequency.
+QString makeInstructions(const QString& folder, int variables, int cases);
+
 /// An SPSS file with whole and decimal numbers, labels, missing values and a text variable.
 /// @param compressed by rows, as most such files are
 QString makeSurveyFile(const QString& folder, int cases, int variables, bool compressed = false);

@@ -229,8 +229,26 @@ void AnalysisModel::optionsApplied() {
         rebuildChart();
 }
 
+/// An instruction may have named another weight than the study's own; a command then names it too.
+TableResult AnalysisModel::withWeightByName() const {
+    TableResult shown = result_;
+    AnalysisRequest& r = shown.facts->request;
+    RequestEditor now;
+    now.open();
+    const bool own = r.Option3 == WeightKind::WeightRE || r.Option3 == WeightKind::WeightHH;
+    if (!own || !now.StudyClick(r.dbcStudy.value) ||
+        (now.chooseWeight(r.Option3) && now.request().weightVariable() == r.weightVariable()))
+        return shown;
+    r.dbcVarGewicht_1Uni = r.weightVariable() + u": "_s;
+    r.Option3 = WeightKind::WeightUser;
+    return shown;
+}
+
 std::optional<QString> AnalysisModel::command() const {
-    const std::optional<QStringList> arguments = vdxArguments(result_, request().cbValues, editor_.englishContents());
+    if (!result_.facts)
+        return std::nullopt;
+    const std::optional<QStringList> arguments =
+        vdxArguments(withWeightByName(), request().cbValues, editor_.englishContents());
     if (!arguments)
         return std::nullopt;
     const AnalysisRequest& shown = result_.facts->request;

@@ -137,5 +137,6 @@ private:
     void showChosenView();
     void rebuildChart();
     bool isInCatalogue(const ComparisonEntry& entry) const;
+    TableResult withWeightByName() const;
     bool isInOtherLanguage() const;
 };

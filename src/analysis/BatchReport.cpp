@@ -36,6 +36,8 @@ QString BatchReport::summary(int mostNames) const {
               << namedLines(failed, mostNames);
     if (!deleted.isEmpty())
         lines << counted(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted.size());
+    if (!withoutChart.isEmpty())
+        lines << counted(u"Tabellen ohne Grafik:"_s, withoutChart.size());
     if (!notReached.isEmpty())
         lines << counted(u"Nicht erreicht:"_s, notReached.size());
     if (!remarks.empty())
@@ -53,6 +55,7 @@ QString BatchReport::text() const {
     const bool tables = kind == BatchKind::Tables;
     add(tables ? u"Tabellen gespeichert:"_s : u"Grafiken gespeichert:"_s, done);
     add(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted);
+    add(u"Tabellen ohne Grafik:"_s, withoutChart);
     add(u"Nicht erreicht:"_s, notReached);
     return lines.join(u'\n');
 }

@@ -17,6 +17,7 @@ struct BatchReport {
     QStringList done;           ///< with a new table or graph
     std::vector<Named> failed;  ///< kept what they had
     QStringList deleted;        ///< had a table or graph, and have none now
+    QStringList withoutChart;   ///< had no graph, and their table has no chart
     QStringList notReached;     ///< the batch was stopped, or given up, before
     std::vector<Named> remarks; ///< what was said of those that are done
     QString ended;              ///< why it was given up; empty if it was not

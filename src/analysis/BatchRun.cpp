@@ -145,7 +145,9 @@ void BatchRun::workOn(const KeptInstruction& kept) {
         return;
     }
     const bool deletes = values.empty();
-    if (!deletes || hasKept())
+    if (deletes && !hasKept())
+        report_.withoutChart << kept.variable;
+    else
         pending_.push_back({{kept.variable, deletes ? emptied() : std::move(values)}, lines(words), deletes});
 }
 

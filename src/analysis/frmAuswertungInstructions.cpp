@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -25,9 +26,9 @@ void frmAuswertungInstructions::build() {
         made->setAutoDefault(false);
         return made;
     };
-    save_ = button(u"Save"_s, u"Anweisung speichern"_s);
-    load_ = button(u"Load"_s, u"Anweisung laden"_s);
-    delete_ = button(u"Delete"_s, u"Anweisung löschen..."_s);
+    save_ = button(u"Save"_s, u"Speichern"_s);
+    load_ = button(u"Load"_s, u"Laden"_s);
+    delete_ = button(u"Delete"_s, u"Löschen..."_s);
     saveForAll_ = button(u"SaveForAll"_s, u"Für alle speichern..."_s);
     deleteForAll_ = button(u"DeleteForAll"_s, u"Für alle löschen..."_s);
     runTables_ = button(u"RunTableForAll"_s, u"Alle Tabellen erzeugen..."_s);
@@ -101,8 +102,15 @@ void frmAuswertungInstructions::showProgress(const QString& text, int done, int 
     showStop();
 }
 
+/// The button has room for both of its texts, so that it stays where it is under the pointer.
 void frmAuswertungInstructions::showStop() {
-    cmdStopBatch_->setText(TranslateText(commands_.stops() ? u"Sofort abbrechen (Esc)"_s : u"Anhalten (Esc)"_s));
+    const QString first = TranslateText(u"Anhalten (Esc)"_s), second = TranslateText(u"Sofort abbrechen (Esc)"_s);
+    int width = 0;
+    for (const QString& text : {first, second, commands_.stops() ? second : first}) {
+        cmdStopBatch_->setText(text);
+        width = std::max(width, cmdStopBatch_->sizeHint().width());
+    }
+    cmdStopBatch_->setMinimumWidth(width);
     cmdStopBatch_->setToolTip(TranslateText(commands_.stops()
                                                 ? u"Der Lauf endet nach dieser Variablen."_s
                                                 : u"Hält nach der Variablen an, die gerade berechnet wird."_s));
@@ -125,6 +133,9 @@ void frmAuswertungInstructions::showChanges(const Changes&) {
 
 void frmAuswertungInstructions::nameForReaders() {
     cbValuesInstruct_->setAccessibleName(TranslateText(u"Werte der Tabelle"_s));
+    save_->setAccessibleName(TranslateText(u"Anweisung speichern"_s));
+    load_->setAccessibleName(TranslateText(u"Anweisung laden"_s));
+    delete_->setAccessibleName(TranslateText(u"Anweisung löschen"_s));
     lblBatch_->setAccessibleName(TranslateText(u"Fortschritt"_s));
     chkPreserveLayout_->setToolTip(
         TranslateText(u"Breiten, Höhen und Ausrichtung der gespeicherten Tabelle gelten auch für die neue."_s));

@@ -105,6 +105,8 @@ void InstructionsCommand::addRows(Session& session, const BatchReport& report) {
     }
     for (const QString& variable : report.deleted)
         add(variable, u"deleted"_s, remark(variable));
+    for (const QString& variable : report.withoutChart)
+        add(variable, u"no chart"_s, {});
     for (const QString& variable : report.notReached)
         add(variable, u"not reached"_s, {});
     if (!report.ended.isEmpty())

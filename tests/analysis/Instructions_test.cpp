@@ -1,5 +1,6 @@
 #include "analysis/Instructions.h"
 
+#include "analysis/AnalysisModel.h"
 #include "analysis/request/DescriptivesChoice.h"
 #include "analysis/request/Instruction.h"
 #include "app/globals.h"
@@ -269,4 +270,15 @@ TEST_F(InstructionCommands, AWeightThatAnInstructionNamesOutlivesAnotherWriter) 
     EXPECT_EQ(editor_.request().weightVariable(), QString()) << "the study's own weight must not take its place";
     ASSERT_TRUE(editor_.StudyClick(u"QX1919"_s));
     EXPECT_EQ(editor_.request().dt_WeightRE, u"V3"_s);
+}
+
+TEST_F(InstructionCommands, ACommandNamesTheWeightThatAnInstructionHasInTheStudysPlace) {
+    AnalysisModel model;
+    model.open();
+    ASSERT_TRUE(model.edit().StudyClick(u"QX1919"_s) && model.edit().chooseVariable(u"V5"_s));
+    for (const auto& [weight, words] : {std::pair(u"V9"_s, u"--weight=V9"_s), {u"V3"_s, u"--weight=re"_s}}) {
+        loadInstruction(model.edit(), Instruction::read(u"Freq;;noFilter;;WeightRE;%1;A;"_s.arg(weight)));
+        ASSERT_EQ(model.changeTab(1), RunOutcome::Computed);
+        EXPECT_TRUE(model.command()->contains(words)) << model.command()->toStdString();
+    }
 }
