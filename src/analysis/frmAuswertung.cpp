@@ -403,8 +403,8 @@ void frmAuswertung::copy() {
         return;
     trapped([this] {
         const QString text = selectedText(focusWidget());
-        if (model_.tab() == chartTab && text.isEmpty() && chart_->copy())
-            tellOfCopy(u"Grafik in die Zwischenablage kopiert."_s);
+        if (model_.tab() == chartTab && text.isEmpty())
+            return copyChart();
         if (model_.tab() != tableTab) {
             if (!text.isEmpty())
                 ui::asker().setClipboard(text, QString());
@@ -416,6 +416,13 @@ void frmAuswertung::copy() {
         ui::asker().setClipboard(result.lblLabel + u"\r\n"_s + clipText(result.mfgGrid),
                                  htmlTable(result.lblLabel, result.mfgGrid, provenanceLines(result)));
         tellOfCopy(u"Tabelle in Zwischenablage kopiert."_s);
+    });
+}
+
+void frmAuswertung::copyChart() {
+    trapped([this] {
+        if (gBusy == 0 && chart_->copy())
+            tellOfCopy(u"Grafik in die Zwischenablage kopiert."_s);
     });
 }
 

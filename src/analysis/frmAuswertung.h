@@ -42,6 +42,7 @@ public:
     bool isTypedOut();
     /// Copies what the tab in front shows: the table, the chart, or the selected text.
     void copy();
+    void copyChart();
     /// Copies the line of vdx that makes the table again.
     void copyCommand();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.

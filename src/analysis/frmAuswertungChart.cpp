@@ -128,7 +128,7 @@ void frmAuswertungChart::connectControls() {
     };
     onClick(cmd_ShowOptions_, [this] { showOptions(); });
     onClick(cmdFirstValue_, [this] { act([this] { model_.chooseFirstValue(); }); });
-    onClick(cmdCopyChart_, [this] { window_.copy(); });
+    onClick(cmdCopyChart_, [this] { window_.copyChart(); });
     onClick(cmdSaveChartAs_, [this] { saveAs(); });
     onClick(state_->cmdComputeAnew(), [this] { run([this] { model_.computeAnew(); }); });
     onClick(state_->cmdStop(), [this] { model_.stop(); });
