@@ -163,7 +163,9 @@ void frmAuswertungChart::showChanges(const Changes& changes) {
     if (model_.tab() == 2 && (changes.touched() || changes.has(RequestPart::Values)))
         showChart();
     stored_->showOffered();
-    state_->showState(model_);
+    state_->showState(model_, model_.stored().shownGraph()
+                                  ? TranslateText(u"Das ist die gespeicherte Grafik; sie wurde nicht neu gezeichnet."_s)
+                                  : QString());
 }
 
 /// The picture as it was stored, until a step of the window's brings its own chart back.

@@ -38,8 +38,8 @@ void frmAuswertungState::showRunning() {
     show();
 }
 
-void frmAuswertungState::showState(const AnalysisModel& model) {
-    QString words = stateText(model.tableState());
+void frmAuswertungState::showState(const AnalysisModel& model, const QString& more) {
+    QString words = more.isEmpty() ? stateText(model.tableState()) : more;
     if (words.isEmpty() && model.facts().outcome == RunOutcome::Cancelled)
         words = TranslateText(u"Die Berechnung wurde abgebrochen."_s);
     lblState_->setText(words);

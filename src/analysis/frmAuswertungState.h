@@ -16,7 +16,8 @@ public:
     QPushButton* cmdComputeAnew() const { return cmdComputeAnew_; }
     QPushButton* cmdStop() const { return cmdStop_; }
     void showRunning();
-    void showState(const AnalysisModel& model);
+    /// @param more what is said in its place of a result that is not the window's own
+    void showState(const AnalysisModel& model, const QString& more = QString());
 
 private:
     QLabel* lblState_;

@@ -1,6 +1,7 @@
 #include "widgets/ResultTableView.h"
 
 #include "tables/Marks.h"
+#include "tables/TableBuilder.h"
 #include "tables/tableText.h"
 #include "widgets/ResultTableModel.h"
 #include "widgets/TableHeads.h"
@@ -234,7 +235,7 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     whole += margins;
     line = std::min(line, mostOfLabel * character) + margins;
     if (table.hasGivenWidth(column)) {
-        const int kept = std::max(pixels(table.ColWidth(column)), isFigure(longest) ? needed + margins : 0);
+        const int kept = givenWidth(column, longest);
         return {kept, kept, kept};
     }
     if (column < table.FixedCols)
@@ -244,6 +245,28 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     const int shown = isFigure(longest) ? needed : std::min(needed, mostOfLabel * character);
     // A heading that fits needs no more than it takes.
     return {std::min({wanted, whole, std::max(atLeast, shown + margins)}), whole, line};
+}
+
+/// What a column had room for in a face of eight points it has room for in this one; what it cut it may cut, but for
+/// figures.
+int ResultTableView::givenWidth(int column, const QString& longest) const {
+    const ResultTable& table = model_->table;
+    const int margins = 2 * cellMargin(*this);
+    int width = pixels(table.ColWidth(column));
+    const auto held = [&](qsizetype characters) {
+        return table.ColWidth(column) >= estimatedTextWidth(QString(characters, u'x'));
+    };
+    if (isFigure(longest) || held(longest.size()))
+        width = std::max(width, fontMetrics().horizontalAdvance(longest) + margins);
+    for (int row = 0; row < table.FixedRows; ++row) {
+        const QString head = model_->headText(column, row);
+        qsizetype line = head.size() / mostHeadLines;
+        for (const QString& word : head.split(u' '))
+            line = std::max(line, word.size());
+        if (held(line))
+            width = std::max(width, widthOfHead(head, font()) + margins);
+    }
+    return width;
 }
 
 /// Takes from the widest until all of them have room.

@@ -71,6 +71,7 @@ private:
     void shareRoom();
     void narrowFixedColumns(int room);
     Wants wantsOf(int column) const;
+    int givenWidth(int column, const QString& longest) const;
     int pixels(int twips) const;
     void reportMark();
 };

@@ -85,6 +85,7 @@ TEST_F(StoredInWindow, AChartComesBackAsItWasStoredAndHandsItsOwnBytesOn) {
     press(u"cmdGraphLoad"_s);
     EXPECT_EQ(asker.lastText(), u"Die gespeicherte Grafik wird temporär in ihrer Originalgröße angezeigt!"_s);
     EXPECT_EQ(the<QLabel>(u"UniLabel1"_s)->text(), chart.caption);
+    EXPECT_TRUE(the<QLabel>(u"lblChartState"_s)->isVisible());
     EXPECT_FALSE(enabled(u"cmd_ShowOptions"_s));
     EXPECT_FALSE(window->showsChart()) << "it has no options";
     QImage copied;
@@ -100,8 +101,7 @@ TEST_F(StoredInWindow, AChartComesBackAsItWasStoredAndHandsItsOwnBytesOn) {
     press(u"cmdGraphSave"_s);
     EXPECT_TRUE(kept(u"dt_Graph"_s) == memo);
 
-    turnTo(1);
-    turnTo(2);
+    press(u"cmdChartComputeAnew"_s);
     EXPECT_TRUE(enabled(u"cmd_ShowOptions"_s)) << "the window's own chart again";
     asker.answer(Answer::Ok);
     press(u"cmdGraphDelete"_s);
