@@ -93,7 +93,7 @@ void Run::finish() {
     // A title belongs to every table that was touched, also to one that was cut short.
     const bool titled = r_.mode != AnalysisMode::Descriptives;
     if (computed_ || (titled && outcome_ == RunOutcome::Reused))
-        out_.lblLabel = resultTitle(r_, out_.marked(), titleOptions()); // whatever view of it is shown
+        out_.lblLabel = resultTitle(r_, out_.mfgGrid, titleOptions());
     // The marks are taken over now; a run that was stopped needs them again.
     if (outcome_ == RunOutcome::Computed)
         r_.bUserMissing = false;
