@@ -24,6 +24,7 @@
 #include <CLI/CLI.hpp>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDeadlineTimer>
 #include <QDialog>
@@ -461,6 +462,9 @@ private:
         press(in<QComboBox>(opened, u"cbValues"_s), Qt::Key_Down);
         take(window, u"crosstab2"_s);
         takeChart(window, opened, u"chart-crosstab"_s);
+        in<QTabWidget>(opened, u"SSTab"_s).setCurrentIndex(0);
+        in<QCheckBox>(opened, u"chkVaridexCreation"_s).click();
+        take(window, u"request-creation"_s);
     }
 
     /// All statistics of a variable.

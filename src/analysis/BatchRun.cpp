@@ -92,8 +92,10 @@ BatchReport BatchRun::run() {
             continue;
         }
         showProgress(one.variable, place++, static_cast<int>(all.size()));
+        QElapsedTimer worked;
+        worked.start();
         workOn(one);
-        writeWhenDue();
+        writeWhenDue(worked.elapsed());
     }
     writeLast();
     said_ = nullptr;
@@ -241,8 +243,9 @@ void BatchRun::fail(const QString& variable, const QString& reason) {
     report_.failed.push_back({variable, reason});
 }
 
-void BatchRun::writeWhenDue() {
-    if (!sinceWriting_.isValid() || sinceWriting_.elapsed() >= writingInterval)
+/// @param next how long the next variable may take, during which nothing can be written
+void BatchRun::writeWhenDue(qint64 next) {
+    if (!sinceWriting_.isValid() || sinceWriting_.elapsed() + next >= writingInterval)
         write();
 }
 

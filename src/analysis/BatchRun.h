@@ -76,7 +76,7 @@ private:
     QString keptLayout(const QString& variable);
     void showProgress(const QString& variable, int done, int total);
     void fail(const QString& variable, const QString& reason);
-    void writeWhenDue();
+    void writeWhenDue(qint64 next);
     bool write();
     void writeLast();
     void giveUp(const QString& reason);

@@ -132,7 +132,14 @@ TEST_F(InstructionsInFrame, TheStatusBarSaysWhichVariableIsWorkedOnAndThenTheCat
     window->model().edit().StudyClick(study);
     window->model().edit().change(RequestPart::Mode, [](AnalysisRequest& r) { r.bCreationMode = true; });
     window->act([] {});
-    instruct(2);
+    instruct(4);
+    const std::vector<KeptInstruction> all = readInstructions(study);
+    // Statistics have no chart.
+    std::vector<VariableFields> statistics;
+    for (const size_t i : {2U, 3U})
+        statistics.push_back({all[i].variable, {{u"dt_Instruction"_s, u"Desc;;noFilter;;noWeight;;A;"_s}}});
+    statistics[0].values.push_back({u"dt_Graph"_s, u"old"_s});
+    writeVariableFields(study, statistics);
     QStringList seen;
     asker.answer(Ok);
     asker.onEventTurn = [&] {
@@ -150,7 +157,8 @@ TEST_F(InstructionsInFrame, TheStatusBarSaysWhichVariableIsWorkedOnAndThenTheCat
     EXPECT_EQ(seen[0], u"Grafik erzeugen für: "_s + first);
     EXPECT_EQ(seen[1], u"Grafik erzeugen für: "_s + second);
     EXPECT_EQ(panel(), catalogue);
-    EXPECT_TRUE(asker.lastText().contains(u"Grafiken gespeichert: 2"_s)) << asker.lastText().toStdString();
+    EXPECT_EQ(asker.lastText(), study + u", Grafiken gespeichert: 2\nGrafiken gelöscht: 1\nTabellen ohne Grafik: 1"_s);
+    EXPECT_TRUE(variableRow(study, all[2].variable, {u"dt_Graph"_s})->value(u"dt_Graph"_s).isNull());
     const auto row = variableRow(study, first, {u"dt_Graph"_s, u"dt_GraphLayout"_s});
     EXPECT_TRUE(row->text(u"dt_Graph"_s).startsWith(u"\u00ff\u00d8"_s));
     EXPECT_TRUE(row->text(u"dt_GraphLayout"_s).startsWith(u"\""_s + study + u", "_s + first));
