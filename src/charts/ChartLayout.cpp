@@ -274,7 +274,7 @@ private:
             placeShort(onAxis);
     }
 
-    int partsFor(double height) const { return std::clamp(static_cast<int>(height / 11), 2, 10); }
+    int partsFor(double height) const { return std::clamp(static_cast<int>(height / (11 * factor_)), 3, 10); }
     ValueAxis axisIn(double height) const { return valueAxis(model_, partsFor(height)); }
 
     double axisWidth() {
@@ -369,7 +369,8 @@ private:
             const double width = type_.width(text, size);
             const double x = plot.left() - tickLength - tickGap - widestTick_ - axisTitleGap - descent * size;
             const QPointF at(x, plot.center().y() + width / 2);
-            layout_.texts.push_back({text, at, size, width, 90, false, isRightToLeft(text), inkColor});
+            if (x - ascent * size > room_.left() - 0.01) // else the page is too narrow for it
+                layout_.texts.push_back({text, at, size, width, 90, false, isRightToLeft(text), inkColor});
         }
         if (const QString title = shownLevel(model_.xTitle); !title.isEmpty()) {
             const QString text = type_.shortened(title, size, plot.width());

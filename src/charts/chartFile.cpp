@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr double perInch = 25.4;
-constexpr double leastSide = 20, mostSide = 2000;
+constexpr double leastSide = 40, mostSide = 2000;
 constexpr int leastDpi = 36, mostDpi = 2400;
 constexpr double mostPixels = 100e6;
 constexpr int twipsPerInch = 1440;

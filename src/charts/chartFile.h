@@ -28,7 +28,7 @@ StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres = d
 QImage chartImage(const ChartLayout& layout, int dpi);
 /// The same as an SVG document; empty where it cannot be made.
 QByteArray chartSvg(const ChartModel& model, const ChartLayout& layout);
-/// Whether a chart can be saved in this size: 20 to 2,000 millimetres each way, 36 to 2,400 pixels per inch and at most
+/// Whether a chart can be saved in this size: 40 to 2,000 millimetres each way, 36 to 2,400 pixels per inch and at most
 /// 100 million pixels. @return what is wrong, in words; empty if nothing is
 QString chartSizeFault(const QSizeF& millimetres, int dpi);
 /// Saves the whole chart to a file, all of it or nothing: by the name's ending SVG, PNG, JPEG or PDF. SVG and PDF are

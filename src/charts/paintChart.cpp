@@ -8,24 +8,54 @@
 #include <QPainterPath>
 #include <QRawFont>
 #include <QTextLayout>
+#include <QTransform>
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
-void paintShape(QPainter& painter, const ChartShape& shape, bool pixels) {
-    painter.setRenderHint(QPainter::Antialiasing, !(pixels && shape.upright));
-    if (shape.pen > 0) {
-        QPen pen(QColor::fromRgb(shape.color), shape.pen, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
-        if (!shape.upright) {
-            pen.setJoinStyle(Qt::RoundJoin);
-            pen.setCapStyle(Qt::RoundCap);
-        }
-        painter.setPen(pen);
-        painter.setBrush(Qt::NoBrush);
+/// The pixels of a painter that only scales and moves.
+struct Pixels {
+    QTransform toDevice;
+
+    /// A line along a side of the page, as wide as every other that is to be as wide, and on whole pixels.
+    /// @param corners it goes on round a corner at both ends
+    QRectF bar(const QPointF& from, const QPointF& to, double pen, bool corners) const {
+        const double scale = toDevice.m11(), width = std::max(1.0, std::round(pen * scale));
+        const QPointF a = toDevice.map(from), b = toDevice.map(to);
+        const QRectF along = QRectF(a, b).normalized();
+        const double more = corners ? width / 2 : 0;
+        const QRectF onDevice =
+            from.y() == to.y()
+                ? QRectF(along.left() - more, std::round(a.y() - width / 2), along.width() + 2 * more, width)
+                : QRectF(std::round(a.x() - width / 2), along.top() - more, width, along.height() + 2 * more);
+        return toDevice.inverted().mapRect(onDevice);
+    }
+};
+
+void paintLines(QPainter& painter, const ChartShape& shape, const Pixels* pixels) {
+    if (pixels && shape.upright) {
         for (const QPolygonF& line : shape.lines)
-            painter.drawPolyline(line);
+            for (qsizetype i = 1; i < line.size(); ++i)
+                painter.fillRect(pixels->bar(line[i - 1], line[i], shape.pen, line.isClosed()),
+                                 QColor::fromRgb(shape.color));
         return;
     }
+    QPen pen(QColor::fromRgb(shape.color), shape.pen, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
+    if (!shape.upright) {
+        pen.setJoinStyle(Qt::RoundJoin);
+        pen.setCapStyle(Qt::RoundCap);
+    }
+    painter.setPen(pen);
+    painter.setBrush(Qt::NoBrush);
+    for (const QPolygonF& line : shape.lines)
+        painter.drawPolyline(line);
+}
+
+void paintShape(QPainter& painter, const ChartShape& shape, const Pixels* pixels) {
+    painter.setRenderHint(QPainter::Antialiasing, !(pixels && shape.upright));
+    if (shape.pen > 0)
+        return paintLines(painter, shape, pixels);
     if (shape.upright && shape.lines.size() == 1) {
         painter.fillRect(shape.lines.front().boundingRect(), QColor::fromRgb(shape.color));
         return;
@@ -102,8 +132,9 @@ void paintChart(QPainter& painter, const ChartLayout& layout) {
     painter.save();
     painter.setRenderHint(QPainter::TextAntialiasing);
     const QPaintEngine* engine = painter.paintEngine();
-    const bool pixels =
-        engine && engine->type() == QPaintEngine::Raster && painter.deviceTransform().type() <= QTransform::TxScale;
+    const Pixels onDevice{painter.deviceTransform()};
+    const bool raster = engine && engine->type() == QPaintEngine::Raster;
+    const Pixels* pixels = raster && onDevice.toDevice.type() <= QTransform::TxScale ? &onDevice : nullptr;
     for (const ChartShape& shape : layout.shapes)
         paintShape(painter, shape, pixels);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -18,4 +18,4 @@ struct DrawnStyle {
 DrawnStyle drawnStyle(const ChartModel& model, int item);
 
 /// The colours of what isn't data.
-inline constexpr QRgb paperColor = 0xffffffff, inkColor = 0xff1a1a1a, quietColor = 0xff595959, gridColor = 0xffd9d9d9;
+inline constexpr QRgb paperColor = 0xffffffff, inkColor = 0xff1a1a1a, quietColor = 0xff595959, gridColor = 0xffdedede;

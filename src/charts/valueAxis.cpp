@@ -12,7 +12,7 @@ constexpr double largestValue = 1e300;
 
 struct Range {
     double low = 0, high = 0;
-    bool whole = true, any = false;
+    bool whole = true;
 };
 
 Range rangeOf(const ChartModel& model) {
@@ -22,7 +22,6 @@ Range rangeOf(const ChartModel& model) {
             const std::optional<double> value = drawnValue(point);
             if (!value)
                 continue;
-            range.any = true;
             range.low = std::min(range.low, *value);
             range.high = std::max(range.high, *value);
             range.whole = range.whole && *value == std::floor(*value);
@@ -103,10 +102,11 @@ ValueAxis valueAxis(const ChartModel& model, int parts) {
         return marked(scale.minimum, scale.maximum, std::clamp(scale.division, 1, 50), separator);
 
     Range range = rangeOf(model);
-    if (range.low == 0 && range.high == 0)
+    const bool empty = range.low == 0 && range.high == 0;
+    if (empty)
         range.high = 1;
     double step = niceStep((range.high - range.low) / std::max(parts, 1));
-    if (range.whole && range.any && !model.percent)
+    if (empty || (range.whole && !model.percent))
         step = std::max(step, 1.0);
     const double below = std::ceil(-range.low / step - 1e-9), above = std::ceil(range.high / step - 1e-9);
     return marked(-below * step, above * step, static_cast<int>(below + above), separator);

@@ -71,7 +71,7 @@ public:
             model.scale = {false, number(-50, 20) * 1.0, number(30, 100) * 1.0, number(1, 50)};
         return model;
     }
-    QSizeF size() { return {number(60, 260) * 1.0, number(50, 180) * 1.0}; }
+    QSizeF size() { return {number(40, 260) * 1.0, number(40, 180) * 1.0}; }
 
 private:
     std::mt19937 random_;

@@ -108,7 +108,7 @@ TEST(ChartFile, WhatCannotBeSavedIsRefusedInWordsAndLeavesWhatIsThere) {
         QSizeF size;
         int dpi;
         QString words;
-    } cases[] = {{kept, {19, 100}, 300, u"Breite und Höhe"_s},
+    } cases[] = {{kept, {39, 100}, 300, u"Breite und Höhe"_s},
                  {kept, {100, 2001}, 300, u"Breite und Höhe"_s},
                  {kept, {std::nan(""), 100}, 300, u"Breite"_s},
                  {kept, {180, 110}, 35, u"Auflösung"_s},
@@ -123,6 +123,6 @@ TEST(ChartFile, WhatCannotBeSavedIsRefusedInWordsAndLeavesWhatIsThere) {
     }
     EXPECT_EQ(contentOf(kept), "old");
     EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList(u"kept.png"_s)) << "nothing half-written is left";
-    EXPECT_EQ(saveChart(sample(), kept, {20, 20}, 36), QString());
+    EXPECT_EQ(saveChart(sample(), kept, {40, 40}, 36), QString());
     EXPECT_FALSE(QImage(kept).isNull());
 }
