@@ -78,6 +78,7 @@ void ExplorerPages::build(const QString& suffix) {
     lblGraphExplain->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     picShowCard = withOwnText(new PictureSurface(pages_.view, pictureRow_), u"picShowCard"_s + suffix);
     mfgTable = new ResultTableView(u"mfgTable"_s + suffix, this);
+    mfgTable->takeWidthsAsLeast();
     zoomRow_ = new QWidget(this);
     sldShowCard = withOwnText(new QSlider(Qt::Horizontal, zoomRow_), u"sldShowCard"_s + suffix);
     sldShowCard->setRange(PictureView::least, PictureView::most);

@@ -6,7 +6,6 @@
 
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyleOptionFocusRect>
 #include <algorithm>
 #include <cmath>
 
@@ -99,10 +98,9 @@ void PictureSurface::paintEvent(QPaintEvent* event) {
     }
     if (!hasFocus())
         return;
-    QStyleOptionFocusRect focus;
-    focus.initFrom(this);
-    focus.rect = contentsRect().adjusted(1, 1, -1, -1);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    // What styles fill with their focus would tint the picture.
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
+    painter.drawRect(contentsRect().adjusted(0, 0, -1, -1));
 }
 
 void PictureSurface::paintFault(QPainter& painter) {

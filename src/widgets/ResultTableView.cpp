@@ -236,7 +236,13 @@ ResultTableView::Wants ResultTableView::wantsOf(int column) const {
     line = std::min(line, mostOfLabel * character) + margins;
     if (table.hasGivenWidth(column)) {
         const int kept = givenWidth(column, longest);
-        return {kept, kept, kept};
+        if (!widthsAreLeast_)
+            return {kept, kept, kept};
+        int words = kept;
+        for (int row = 0; row < table.FixedRows; ++row)
+            words = std::max(words, widthOfHead(model_->headText(column, row), font(), mostOfHeading) + margins);
+        const int least = std::max(kept, std::min(words, mostOfLabel * character));
+        return {least, std::max(least, whole), std::max(least, line)};
     }
     if (column < table.FixedCols)
         return {std::max(std::min(wanted, whole), needed + margins), whole, line};

@@ -30,6 +30,10 @@ public:
     std::function<void(int column, int twips)> onColumnWidth;
     std::function<void(int row, int twips)> onRowHeight;
 
+    /// A view that only shows what others have stored: the widths that a table brings are the least that its columns
+    /// get, since they may have been meant for another font. No word of a heading is broken.
+    void takeWidthsAsLeast() { widthsAreLeast_ = true; }
+
     /// Takes a table; what can be marked in it has been said. While it has the shape and headings of the one before,
     /// selection, place and widths stay.
     void updateTable(const ResultTable& table);
@@ -53,6 +57,7 @@ private:
     int markColumn_ = -1, markRow_ = -1;
     bool pressedInMarks_ = false;
     bool layingOut_ = false;
+    bool widthsAreLeast_ = false;
     int laidOutMarks_ = -1; ///< the column of marks that the table was laid out for
     QFont laidOutFont_;
     /// The width that a column has at the least, that in which nothing in it is cut, and that in which its heading

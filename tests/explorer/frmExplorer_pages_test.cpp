@@ -59,8 +59,9 @@ protected:
         mapOfItself(80, 60).save(&graph, "PNG");
         set(0, {{u"dt_FileNameShowCard"_s, u"karten\\de.png"_s},
                 {u"dt_FileNameEnShowCard"_s, u"karten\\en.png"_s},
-                {u"dt_Table"_s, u"\"Titel\";Xtab;A;;3;3;\"\";\"\";\"1\";\"\";\"\";\"ja\";\"X\";\"\";\"12\";;"_s},
-                {u"dt_TableLayout"_s, u"3;3;1440;2880;1440;240;240;240;0;0;0;0;0;0;0;0;1;1;1;1;"_s},
+                {u"dt_Table"_s,
+                 u"\"Titel\";Xtab;A;;3;3;\"\";\"\";\"1\";\"\";\"\";\"ja\";\"X\";\"zufriedenstellend\";\"12\";;"_s},
+                {u"dt_TableLayout"_s, u"3;3;1440;2880;300;240;240;240;0;0;0;0;0;0;0;0;1;1;1;1;"_s},
                 {u"dt_Graph"_s, memoOf(graph.data())},
                 {u"dt_GraphLayout"_s, u"\"Grafik\";100;80;\"1 = ja\r\n2 = nein\";"_s}});
         set(1, {{u"dt_FileNameShowCard"_s, dao::Value()}, {u"dt_FileNameEnShowCard"_s, u"karten\\en.png"_s}});
@@ -200,6 +201,7 @@ TEST_F(frmExplorerPages, ThePageInViewStaysThoughItHasNothingAndOnlyFullOnesCanB
     EXPECT_EQ(find<QLabel>(u"lblTableTitle"_s)->text(), u"Titel"_s);
     EXPECT_EQ(find<ElidedLabel>(u"lblTableValues"_s)->text(), u"absolute Werte"_s);
     EXPECT_EQ(table->model()->rowCount(), 1) << "two rows of heads";
+    EXPECT_GE(table->columnWidth(0), table->fontMetrics().horizontalAdvance(u"zufriedenstellend"_s));
     QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
     EXPECT_TRUE(asker.clipboardText.startsWith(u"Titel\r\nabsolute Werte\r\n"_s)) << qPrintable(asker.clipboardText);
     EXPECT_TRUE(asker.clipboardText.contains(u"12"_s));
