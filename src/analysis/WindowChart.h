@@ -47,6 +47,8 @@ public:
 
     /// What can be changed, as it stands.
     LabelTable labelTable() const { return labelTableOf(model_); }
+    /// The same without what was changed.
+    LabelTable ownLabelTable() const { return labelTableOf(automatic_); }
     /// Takes what was changed in it, by the values of its items; what is missing is the table's.
     void take(const LabelTable& changed);
 

@@ -231,7 +231,8 @@ void frmAuswertungChart::showOptions(int item) {
     if (AnalysisModel::running() || model_.stored().shownGraph() || chart().state() != WindowChart::State::Drawn)
         return;
     onGesture([&] {
-        frmGraphicOptions dialog(chart().model(), chart().picture.millimetres, model_.chartMarksOffered(), &window_);
+        frmGraphicOptions dialog(chart().model(), chart().ownLabelTable(), chart().picture.millimetres,
+                                 model_.chartMarksOffered(), &window_);
         dialog.choose(item);
         dialog.exec();
         if (!dialog.answer())

@@ -91,28 +91,56 @@ int GraphicOptions::style() const {
     return style.pattern ? (style.number + patternCount - 1) % patternCount : -1;
 }
 
+void GraphicOptions::changeStyle(const std::function<void(ItemStyle&, int)>& change) {
+    for (int i = 0; i < static_cast<int>(labels_.items.size()); ++i)
+        if (chkForAll || i == item_)
+            change(labels_.items[static_cast<size_t>(i)].style, i);
+}
+
+/// The bars of a frequency are of one pattern, series of one each.
+int GraphicOptions::ownPattern(int item) const {
+    return itemsAreCategories(chart_) ? 1 : item % patternCount + 1;
+}
+
 void GraphicOptions::chooseStyle(int place) {
-    ItemStyle& style = edited().style;
-    style.number = lines() ? place : place + 1;
-    style.pattern = !lines();
+    changeStyle([&](ItemStyle& style, int) {
+        style.number = lines() ? place : place + 1;
+        style.pattern = !lines();
+    });
 }
 
 void GraphicOptions::setPatternOrColor(bool pattern) {
-    ItemStyle& style = edited().style;
-    if (lines() || style.pattern == pattern)
+    if (lines())
         return;
-    style.pattern = pattern;
-    if (pattern && (style.number < 1 || style.number > patternCount))
-        style.number = item_ % patternCount + 1;
+    changeStyle([&](ItemStyle& style, int item) {
+        style.pattern = pattern;
+        if (pattern && (style.number < 1 || style.number > patternCount))
+            style.number = ownPattern(item);
+    });
 }
 
 void GraphicOptions::setColor(QRgb color) {
-    setPatternOrColor(false);
-    edited().style.color = color;
+    changeStyle([&](ItemStyle& style, int) {
+        style.pattern = false;
+        style.color = color;
+    });
 }
 
 void GraphicOptions::setAutocolor(bool automatic, QRgb shown) {
-    edited().style.color = automatic ? std::nullopt : std::optional(shown);
+    // The colour that one item has is none for all.
+    if (automatic)
+        changeStyle([](ItemStyle& style, int) { style.color.reset(); });
+    else
+        edited().style.color = shown;
+}
+
+void GraphicOptions::reset(const LabelTable& own) {
+    for (size_t i = 0; i < std::min(labels_.items.size(), own.items.size()); ++i) {
+        labels_.items[i].label = own.items[i].label;
+        labels_.items[i].style = own.items[i].style;
+    }
+    Titel = own.Titel;
+    chkFromToAuto = own.scale.automatic;
 }
 
 void GraphicOptions::setMissing(bool missing) {

@@ -3,6 +3,7 @@
 #include "charts/LabelTable.h"
 
 #include <QStringList>
+#include <functional>
 
 /// The chart options as the dialog works with them, without widgets: what is chosen and typed, what can be chosen, and
 /// what OK hands over. The chart that it is made of stays as it is.
@@ -27,10 +28,15 @@ public:
 
     QString Titel;
 
+    /// Back to what the chart has by itself; what is missing stays. @param own of the chart without changes
+    void reset(const LabelTable& own);
+
     // ---- the item that is chosen; -1 where there is none
     int item() const { return item_; }
     void choose(int item);
     const LabelItem& current() const { return labels_.items[static_cast<size_t>(item_)]; }
+    /// Pattern, symbol and colour are chosen for every item at once.
+    bool chkForAll = false;
     /// Place in styleNames(); -1 for an item with a colour.
     int style() const;
     void chooseStyle(int place);
@@ -57,5 +63,7 @@ private:
     bool marks_;
 
     LabelItem& edited() { return labels_.items[static_cast<size_t>(item_)]; }
+    void changeStyle(const std::function<void(ItemStyle& style, int item)>& change);
+    int ownPattern(int item) const;
     std::optional<ValueScale> scale(QString& fault) const;
 };

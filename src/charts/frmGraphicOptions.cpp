@@ -65,9 +65,10 @@ Button* button(const QString& name, const QString& text, QWidget* parent) {
 
 } // namespace
 
-frmGraphicOptions::frmGraphicOptions(const ChartModel& chart, const QSizeF& millimetres, bool marks, QWidget* parent)
+frmGraphicOptions::frmGraphicOptions(const ChartModel& chart, const LabelTable& own, const QSizeF& millimetres,
+                                     bool marks, QWidget* parent)
     : QDialog(parent), Form(*this, u"frmGraphicOptions"_s), options_(chart, scaleOf(chart, millimetres), marks),
-      before_(options_.labels().items), millimetres_(millimetres) {
+      before_(options_.labels().items), own_(own), millimetres_(millimetres) {
     setWindowTitle(u"Diagramm-Optionen"_s);
     build();
     connectItem();
@@ -99,7 +100,18 @@ void frmGraphicOptions::build() {
     auto* rows = new QVBoxLayout(this);
     rows->addLayout(title);
     rows->addLayout(columns, 1);
-    rows->addLayout(okCancelRow(this));
+    auto* cmdReset = button<QPushButton>(u"cmdReset"_s, u"&Zurücksetzen"_s, this);
+    cmdReset->setAutoDefault(false);
+    connect(cmdReset, &QPushButton::clicked, this, [this] {
+        change([this] {
+            options_.reset(own_);
+            Titel_->setText(options_.Titel);
+            fillLists();
+        });
+    });
+    QHBoxLayout* buttons = okCancelRow(this);
+    buttons->insertWidget(0, cmdReset);
+    rows->addLayout(buttons);
 }
 
 QGroupBox* frmGraphicOptions::buildItem() {
@@ -147,6 +159,8 @@ QGroupBox* frmGraphicOptions::buildLook() {
     grid->addLayout(parts, 2, 0, 1, 2);
     grid->addWidget(lblPattern_, 3, 0);
     grid->addWidget(cmbPattern_, 3, 1);
+    chkForAll_ = button<QCheckBox>(u"chkForAll"_s, u"für all&e zugleich"_s, frame);
+    grid->addWidget(chkForAll_, 4, 0, 1, 2);
     grid->setColumnStretch(1, 1);
     return frame;
 }
@@ -200,6 +214,7 @@ void frmGraphicOptions::connectItem() {
         if (place < options_.styleNames().size())
             change([&] { options_.chooseStyle(place); });
     });
+    connect(chkForAll_, &QCheckBox::clicked, this, [this](bool on) { options_.chkForAll = on; });
     connect(autocolor_, &QCheckBox::clicked, this,
             [this](bool on) { change([&] { options_.setAutocolor(on, shownColor()); }); });
     for (QSpinBox* part : color_)

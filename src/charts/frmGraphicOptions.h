@@ -21,8 +21,10 @@ class QSpinBox;
 /// nothing.
 class frmGraphicOptions : public QDialog, public Form {
 public:
-    /// @param millimetres size of the chart @param marks true if items can be marked as missing
-    frmGraphicOptions(const ChartModel& chart, const QSizeF& millimetres, bool marks, QWidget* parent);
+    /// @param own what the chart has without changes @param millimetres its size @param marks true if items can be
+    /// marked as missing
+    frmGraphicOptions(const ChartModel& chart, const LabelTable& own, const QSizeF& millimetres, bool marks,
+                      QWidget* parent);
     ~frmGraphicOptions() override;
 
     /// Shows one of the items.
@@ -42,6 +44,7 @@ public:
 private:
     GraphicOptions options_;
     std::vector<LabelItem> before_;
+    LabelTable own_;
     QSizeF millimetres_;
     std::optional<LabelTable> answer_;
     bool showing_ = false; ///< the controls are being set
@@ -50,7 +53,7 @@ private:
     QComboBox *cmbSerie_, *cmbSerie2_, *cmbPattern_;
     QLabel* lblPattern_;
     QPushButton *cmdChangeLabel_, *cmd_Color_;
-    QCheckBox *missing_, *autocolor_, *chkFromToAuto_;
+    QCheckBox *missing_, *autocolor_, *chkFromToAuto_, *chkForAll_;
     std::array<QRadioButton*, 2> PatternOrColor_{}; ///< colour, pattern
     std::array<QSpinBox*, 3> color_{};              ///< red, green, blue
     ChartView* BspChart1_;

@@ -1,5 +1,6 @@
 #include "app/MainWindow.h"
 
+#include "analysis/frmAuswertung.h"
 #include "catalogue/CDaoDatabase.h"
 #include "explorer/frmExplorer.h"
 #include "widgets/ChildArea.h"
@@ -12,6 +13,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPointer>
+#include <QTabWidget>
 #include <QTimer>
 #include <vector>
 
@@ -281,4 +283,33 @@ TEST_F(MainWindow, AContextMenuOffersTheMenusOwnEntriesWhereTheKeyboardIs) {
 
     QTest::keyClick(tree, Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(explorer.findChild<QLineEdit*>(u"txtQuickFilter"_s)->hasFocus());
+}
+
+TEST_F(MainWindow, TheOptionsOfTheChartAreThereWhileOneIsInView) {
+    openWithArchive();
+    press(u"A"_s);
+    auto* analysis = dynamic_cast<frmAuswertung*>(main->activeForm());
+    ASSERT_TRUE(analysis);
+    const QString options = u"mnuViewGraphicOptions"_s;
+    EXPECT_FALSE(enabled(options));
+    analysis->act([&] {
+        analysis->model().edit().StudyClick(u"SV2014"_s);
+        analysis->model().edit().chooseVariable(u"GESCHL"_s);
+    });
+    auto* tabs = analysis->findChild<QTabWidget*>(u"SSTab"_s);
+    for (const int tab : {1, 2, 0}) {
+        tabs->setCurrentIndex(tab);
+        settle();
+        EXPECT_EQ(enabled(options), tab == 2) << tab;
+        if (tab != 2)
+            continue;
+        QTimer::singleShot(0, analysis, [] {
+            QWidget* dialog = QApplication::activeModalWidget();
+            ASSERT_TRUE(dialog && dialog->inherits("QDialog"));
+            EXPECT_EQ(dialog->windowTitle(), u"Diagramm-Optionen"_s);
+            dialog->close();
+        });
+        action(options)->trigger();
+        settle();
+    }
 }

@@ -65,6 +65,7 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
         EXPECT_EQ(menuEnabledOf(three, open), c.enabled) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuEditCopy"_s, open), c.copy) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuVVEL"_s, open), c.panelLanguage) << int(c.active);
+        EXPECT_FALSE(MainMenu::enabled(u"mnuViewGraphicOptions"_s, open)) << "no chart is in view";
     }
 }
 

@@ -64,6 +64,18 @@ TEST_F(ChartChoices, PatternsCountFromOneAndSymbolsFromZeroEachInItsOwnOrder) {
     bars.setPatternOrColor(true);
     EXPECT_EQ(bars.style(), 1) << "the pattern of its place";
 
+    bars.choose(0);
+    bars.chkForAll = true;
+    bars.setColor(blue);
+    bars.setPatternOrColor(true);
+    EXPECT_EQ(bars.labels().items[1].style, (ItemStyle{true, 2, blue})) << "each with its own pattern";
+    LabelTable own = labelTableOf(comparisonChart(ChartType::Bars));
+    bars.Titel = u"Anderes"_s;
+    bars.chkFromToAuto = false;
+    bars.reset(own);
+    QString fault;
+    EXPECT_EQ(bars.cmdOK(fault), own);
+
     GraphicOptions lines(comparisonChart(ChartType::Lines), shown, false);
     ASSERT_EQ(lines.styleNames().size(), 16);
     EXPECT_EQ(lines.styleNames()[0], u"Bindestrich"_s);

@@ -116,7 +116,7 @@ Form* textsGraphicOptions() {
     chart.series.resize(1);
     chart.values = {{{7.0, u"7"_s}}};
     chart.styles.resize(1);
-    auto* window = new frmGraphicOptions(chart, defaultChartSize, true, nullptr);
+    auto* window = new frmGraphicOptions(chart, labelTableOf(chart), defaultChartSize, true, nullptr);
     window->QDialog::show();
     return window;
 }
