@@ -1,3 +1,4 @@
+#include "widgets/ResultTableModel.h"
 #include "widgets/tableRoom.h"
 
 #include <QFontMetrics>
@@ -37,4 +38,29 @@ TEST(TableRoom, aHeadTakesUpToThreeLinesAndIsCutOnlyBeyondThem) {
     ASSERT_EQ(cut.size(), mostHeadLines);
     EXPECT_TRUE(cut.last().endsWith(u'…'));
     EXPECT_EQ(headLines(u"a b c d"_s, font, metrics.horizontalAdvance(u"a b"_s) + 1, 1).size(), 1);
+}
+
+TEST(TableRoom, EveryAlignmentIsDrawnAndOneLineStandsInTheMiddle) {
+    ResultTable table;
+    table.setRows(2);
+    table.setCols(2);
+    table.setRowHeight(1, 900);
+    table.setCell(1, 0, u"12,5%"_s);
+    const Qt::Alignment drawn[] = {Qt::AlignLeft | Qt::AlignVCenter,   Qt::AlignLeft | Qt::AlignBottom,
+                                   Qt::AlignHCenter | Qt::AlignTop,    Qt::AlignHCenter | Qt::AlignVCenter,
+                                   Qt::AlignHCenter | Qt::AlignBottom, Qt::AlignRight | Qt::AlignTop,
+                                   Qt::AlignRight | Qt::AlignVCenter,  Qt::AlignRight | Qt::AlignBottom};
+    for (int number = 1; number <= 8; ++number) {
+        table.setCellAlignment(0, 1, number);
+        table.setCellAlignment(0, 0, number);
+        EXPECT_EQ(alignmentOf(table, 0, 1), drawn[number - 1]) << number;
+        EXPECT_EQ(alignmentOf(table, 0, 0), (drawn[number - 1] & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter);
+    }
+    for (const int number : {0, 9}) {
+        table.setColAlignment(1, number);
+        EXPECT_EQ(alignmentOf(table, 1, 0), Qt::AlignRight | Qt::AlignVCenter) << "a figure";
+        EXPECT_EQ(alignmentOf(table, 1, 1), Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    table.setColAlignment(1, 4);
+    EXPECT_EQ(alignmentOf(table, 1, 0), Qt::AlignHCenter | Qt::AlignVCenter) << "that of the column";
 }
