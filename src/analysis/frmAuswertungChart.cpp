@@ -216,14 +216,16 @@ void frmAuswertungChart::showExplanation(const QString& text) {
     fitExplanation();
 }
 
-/// As wide as its lines are, and never more than a third of the page.
+/// As wide as its lines are, and never more than a third of the page; they go on below then.
 void frmAuswertungChart::fitExplanation() {
     int widest = 0;
     for (const QString& line : txtExplain_->toPlainText().split(u'\n'))
         widest = std::max(widest, txtExplain_->fontMetrics().horizontalAdvance(line));
     const int frame = 2 * (txtExplain_->frameWidth() + static_cast<int>(txtExplain_->document()->documentMargin())) +
                       txtExplain_->verticalScrollBar()->sizeHint().width();
-    txtExplain_->setFixedWidth(std::min(widest + frame, page_->width() / 3));
+    const int most = page_->width() / 3;
+    txtExplain_->setLineWrapMode(widest + frame > most ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
+    txtExplain_->setFixedWidth(std::min(widest + frame, most));
 }
 
 /// The options compute anew where marks were changed: a gesture of the window like any other.
