@@ -13,6 +13,7 @@ constexpr double secondLevelType = 0.8;           ///< of the first level's
 constexpr double smallestLabel = 6 * onePoint;    ///< that is still read
 constexpr double sideGap = 0.5, wrappedGap = 0.4; ///< between neighbours, in heights of the type
 constexpr int mostLines = 3;
+constexpr double flatTypes[] = {1, 0.9, 0.8}; ///< parts of the type's size that are tried before labels are slanted
 
 struct Slant {
     double angle, sine, cosine;
@@ -174,15 +175,22 @@ std::optional<CategoryLabels> fullLabels(Typesetter& type, const LabelTexts& tex
         top = laid.height;
         codes = std::move(laid.labels);
     }
-    Layer layer(type, texts.first, room, top, room.type);
-    const bool done =
-        layer.inOneLine() || layer.inLines() ||
-        std::any_of(slants().begin(), slants().end(), [&](const Slant& slant) { return layer.slanted(slant); });
-    if (!done)
-        return std::nullopt;
-    CategoryLabels labels = layer.take();
-    labels.labels.insert(labels.labels.begin(), codes.begin(), codes.end());
-    return labels;
+    const auto withCodes = [&codes](CategoryLabels labels) {
+        labels.labels.insert(labels.labels.begin(), codes.begin(), codes.end());
+        return labels;
+    };
+    // A little smaller is read more easily than slanted.
+    for (const double part : flatTypes) {
+        Layer layer(type, texts.first, room, top, part * room.type);
+        if ((part == 1 && layer.inOneLine()) || layer.inLines())
+            return withCodes(layer.take());
+    }
+    for (const Slant& slant : slants()) {
+        Layer layer(type, texts.first, room, top, room.type);
+        if (layer.slanted(slant))
+            return withCodes(layer.take());
+    }
+    return std::nullopt;
 }
 
 namespace {
@@ -223,8 +231,11 @@ CategoryLabels cutLabels(Typesetter& type, const QStringList& texts, const Label
         if (flat.inOneLine())
             return flat.take();
     }
-    if (Layer lines(type, texts, room, belowAxis, room.type); lines.cutLines())
-        return lines.take();
+    for (const double part : flatTypes) {
+        Layer lines(type, texts, room, belowAxis, part * room.type);
+        if (lines.cutLines())
+            return lines.take();
+    }
     for (double size = room.type; size > smallestLabel - 1e-9; size -= onePoint) {
         for (const Slant& slant : slants()) {
             if (room.pitch < slant.pitchFor(size))

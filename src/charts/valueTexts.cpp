@@ -4,6 +4,7 @@
 #include "charts/palette.h"
 
 #include <QLineF>
+#include <cmath>
 
 namespace {
 
@@ -63,6 +64,11 @@ QSizeF extentOf(Typesetter& type, const ValueType& as, const QString& text) {
     return as.upright ? flat.transposed() : flat;
 }
 
+double distance(const QRectF& area, const QPointF& point) {
+    return std::hypot(std::max({area.left() - point.x(), point.x() - area.right(), 0.0}),
+                      std::max({area.top() - point.y(), point.y() - area.bottom(), 0.0}));
+}
+
 struct Placer {
     ChartFrame& frame;
     Typesetter& type;
@@ -104,13 +110,16 @@ struct Placer {
                 for (qsizetype i = 1; i < piece.size(); ++i)
                     lines.push_back({piece[i - 1], piece[i]});
         Occupied occupied(frame.pitch());
-        for (const ChartMark& mark : marks)
+        std::vector<std::vector<QPointF>> points(static_cast<size_t>(frame.model.categoryCount()));
+        for (const ChartMark& mark : marks) {
             occupied.add(mark.area);
+            points[static_cast<size_t>(mark.category)].push_back(mark.area.center());
+        }
         for (const ChartMark& mark : marks) {
             const QString text = textOf(frame.model, mark);
             const QSizeF extent = extentOf(type, as, text);
             const std::optional<QRectF> area = freeNear(mark.area, extent, [&](const QRectF& a) {
-                return room.contains(a) && !occupied.meets(a) &&
+                return room.contains(a) && !occupied.meets(a) && isNearest(mark, a, points) &&
                        std::none_of(lines.begin(), lines.end(),
                                     [&](const QPolygonF& line) { return crosses(line, a); });
             });
@@ -118,6 +127,19 @@ struct Placer {
                 return false;
             occupied.add(*area);
             add(text, *area);
+        }
+        return true;
+    }
+
+    /// Whether a value in this area is read as that of its own point: every other is clearly farther away.
+    static bool isNearest(const ChartMark& mark, const QRectF& area, const std::vector<std::vector<QPointF>>& points) {
+        const double own = distance(area, mark.area.center());
+        bool itself = false;
+        for (const QPointF& point : points[static_cast<size_t>(mark.category)]) {
+            if (!itself && point == mark.area.center())
+                itself = true;
+            else if (distance(area, point) < own + 0.6)
+                return false;
         }
         return true;
     }

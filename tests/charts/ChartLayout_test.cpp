@@ -232,6 +232,17 @@ TEST(ChartLayout, ValuesStandAtEveryBarOrPointOrAtNone) {
     }
 }
 
+TEST(ChartLayout, AValueIsReadAsThatOfItsOwnPoint) {
+    ChartModel model = comparison({u"a"_s, u"b"_s}, {u"x"_s, u"y"_s, u"z"_s}, ChartType::Lines);
+    const auto shownWith = [&](double x, double y, double z) {
+        model.values = {{valueOf(x), valueOf(10)}, {valueOf(y), valueOf(50)}, {valueOf(z), valueOf(90)}};
+        return layOut(model).valuesShown;
+    };
+    EXPECT_TRUE(shownWith(20, 45, 80));
+    EXPECT_FALSE(shownWith(44, 45, 46)) << "three numbers in a heap";
+    EXPECT_FALSE(shownWith(45, 45, 80)) << "two on one point";
+}
+
 TEST(ChartLayout, TheAxisGoesInStepsOfOneTwoOrFiveFromZero) {
     const struct {
         std::vector<std::optional<double>> values;
