@@ -6,6 +6,8 @@
 #include "diagnostics/errors.h"
 #include "platform/ui/Asker.h"
 
+#include <QScopeGuard>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -151,6 +153,7 @@ bool Instructions::runForAll(BatchRequest request, const QString& question) {
     request.chkFlipXtab = r.chkFlipXtab;
     request.englishContents = editor_.englishContents();
     batch_ = std::make_unique<BatchRun>(std::move(request));
+    const auto end = qScopeGuard([this] { batch_.reset(); }); // it holds rows of the catalogue
     if (const QString obstacle = batch_->obstacle(); !obstacle.isEmpty()) {
         ui::asker().messageBox({.text = obstacle, .icon = ui::Icon::Exclamation});
         return false;
@@ -158,7 +161,6 @@ bool Instructions::runForAll(BatchRequest request, const QString& question) {
     if (!agreed(question))
         return false;
     const BatchReport report = batch_->run();
-    batch_.reset();
     if (!editor_.variables().empty())
         editor_.chooseVariable(QString(editor_.variables().front().name));
     ui::asker().messageBox(
