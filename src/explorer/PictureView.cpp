@@ -45,6 +45,8 @@ void PictureView::zoomAbout(const QPointF& point, double factor) {
     const auto before = static_cast<double>(zoom_);
     zoom_ = static_cast<float>(std::clamp(before * factor, least / 1000.0, most / 1000.0));
     moveTo(point - (point - corner) * (static_cast<double>(zoom_) / before));
+    if (dragging_)
+        press(point);
 }
 
 void PictureView::panBy(const QPointF& distance) {

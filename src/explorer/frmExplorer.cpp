@@ -29,7 +29,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int narrowest = 3000; ///< twips; a window narrower than this is not laid out
-constexpr int leastPlace = 52;  ///< characters in the width of a panel and its pages
+constexpr int leastPlace = 64;  ///< characters in the width of a panel and its pages
 
 frmExplorer* explorerOfView(int view) {
     for (Form* form : Form::open())
@@ -335,6 +335,10 @@ void frmExplorer::layOut() {
     for (ExplorerPanel* panel : {panelA_, panelB_})
         setShare(*panel->splValues, layout_.question);
     placePages();
+    sharePlaces();
+}
+
+void frmExplorer::sharePlaces() {
     setShare(*imgSplitter4_, layout_.besideA);
     setShare(*imgSplitter5_, layout_.besideB);
 }
@@ -365,8 +369,10 @@ void frmExplorer::catchUpPages() {
 void frmExplorer::roomChanged() {
     const bool before[] = {pagesA_->isHidden(), pagesB_->isHidden()};
     placePages();
-    if (before[0] != pagesA_->isHidden() || before[1] != pagesB_->isHidden())
-        catchUpPages();
+    if (before[0] == pagesA_->isHidden() && before[1] == pagesB_->isHidden())
+        return;
+    sharePlaces();
+    catchUpPages();
 }
 
 void frmExplorer::resizeEvent(QResizeEvent* event) {

@@ -99,6 +99,7 @@ private:
     void showSwitches();
     void layOut();
     void placePages();
+    void sharePlaces();
     void roomChanged();
     void catchUpPages();
     void pageTurned(bool panelB, int page);

@@ -45,6 +45,10 @@ TEST_F(View, APictureIsDraggedByThePointThatWasTakenHoldOf) {
     view.press({0, 0});
     view.drag({10, 0});
     EXPECT_EQ(view.panX(), 60) << "a second drag begins where the first one ended";
+    view.zoomAbout({10, 0}, 2);
+    const QPointF held = shownAt({10, 0});
+    view.drag({15, 5});
+    EXPECT_LT((shownAt({15, 5}) - held).manhattanLength(), 0.01) << "zoomed meanwhile";
     view.reset();
     EXPECT_EQ(view.slider(), 500);
     EXPECT_EQ(view.target().topLeft(), QPointF(0, 0));
