@@ -2,7 +2,6 @@
 
 #include "analysis/result/TableResult.h"
 #include "app/globals.h"
-#include "charts/BuildChart.h"
 
 #include <algorithm>
 #include <tuple>

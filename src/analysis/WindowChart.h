@@ -1,17 +1,14 @@
 #pragma once
 
 #include "analysis/request/AnalysisRequest.h"
+#include "charts/BuildChart.h"
 #include "charts/LabelTable.h"
-#include "config/Options.h"
-#include "tables/ResultTable.h"
+#include "charts/chartFile.h"
 
-#include <QSizeF>
 #include <array>
-#include <functional>
 #include <map>
 #include <optional>
 
-struct ChartSource;
 struct TableResult;
 
 /// The chart of an analysis window with what its user has changed in it: title, labels, styles, scale.
@@ -54,8 +51,8 @@ public:
 
     /// Size and resolution of its picture, as the user wants them, and what the last file was.
     struct Picture {
-        QSizeF millimetres{180, 110};
-        int dpi = 300;
+        QSizeF millimetres = defaultChartSize;
+        int dpi = standardPictureDpi;
         QString ending = QStringLiteral("png"), folder{};
     };
     Picture picture;
@@ -89,7 +86,7 @@ private:
         Options options;
         qint16 language = 0;
     };
-    using Build = ChartModel (*)(const ChartSource&, const std::function<QString(const QString&)>&);
+    using Build = ChartModel (*)(const ChartSource&, const StartPrompt&);
 
     State state_ = State::NoTable;
     std::optional<Source> source_;

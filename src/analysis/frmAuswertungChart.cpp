@@ -111,14 +111,14 @@ QWidget* frmAuswertungChart::buildPicture() {
 
 QWidget* frmAuswertungChart::buildCommands() {
     auto* bar = new QWidget;
-    commands_ = new FlowLayout(bar);
+    auto* row = new FlowLayout(bar);
     cmd_ShowOptions_ = control<QPushButton>(u"cmd_ShowOptions"_s, u"G&rafikoptionen..."_s, bar);
     cmdFirstValue_ = control<QPushButton>(u"cmdFirstValue"_s, u"Erster &Wert..."_s, bar);
     cmdCopyChart_ = control<QPushButton>(u"cmdCopyChart"_s, u"Grafik kop&ieren"_s, bar);
     cmdSaveChartAs_ = control<QPushButton>(u"cmdSaveChartAs"_s, u"Grafik s&peichern unter..."_s, bar);
     for (QPushButton* button : {cmd_ShowOptions_, cmdFirstValue_, cmdCopyChart_, cmdSaveChartAs_})
-        commands_->add(button);
-    commands_->addStretch();
+        row->add(button);
+    row->addStretch();
     return bar;
 }
 

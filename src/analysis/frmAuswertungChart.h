@@ -3,7 +3,6 @@
 #include "analysis/frmAuswertungPart.h"
 
 class ChartView;
-class FlowLayout;
 class QPlainTextEdit;
 class QPushButton;
 class frmAuswertungState;
@@ -48,7 +47,6 @@ private:
     ChartView* picChart_;
     frmAuswertungState* state_;
     frmAuswertungStored* stored_;
-    FlowLayout* commands_;
     QPushButton *cmd_ShowOptions_, *cmdFirstValue_, *cmdCopyChart_, *cmdSaveChartAs_;
 
     QWidget* build();

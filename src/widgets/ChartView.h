@@ -27,7 +27,6 @@ public:
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
-    bool hasHeightForWidth() const override { return false; }
 
 protected:
     bool event(QEvent* event) override;
