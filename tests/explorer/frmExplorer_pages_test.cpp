@@ -304,3 +304,19 @@ TEST_F(frmExplorerPages, AMissingCardIsSaidInItsPlaceAndGesturesDoNothing) {
     EXPECT_EQ(view().slider(), 500);
     EXPECT_EQ(view().panX(), 0);
 }
+
+TEST_F(frmExplorerPages, WhoComesBackToTheWindowSeesWhatWasStoredMeanwhile) {
+    frmMain main;
+    main.load();
+    main.show();
+    main.adopt(*window);
+    frmExplorer::OpenExplorerView(2);
+    settle();
+    ASSERT_NE(main.activeForm(), window);
+    set(0, {{u"dt_FileNameShowCard"_s, u"karten\\en.png"_s}, {u"dt_Table"_s, dao::Value()}});
+    main.activate(*window);
+    settle();
+    EXPECT_EQ(window->model().pagesA.picSC().size(), QSize(300, 200));
+    EXPECT_FALSE(tabs->isTabEnabled(PanelPages::Table));
+    window = nullptr; // the frame's own now
+}
