@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/StoredResults.h"
 #include "analysis/frmAuswertungPart.h"
 
 class ChartView;
