@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/StoredResults.h"
+#include "analysis/WindowChart.h"
 #include "analysis/frmAuswertungPart.h"
 
 class ChartView;
