@@ -9,6 +9,7 @@ namespace {
 
 constexpr double widestBar = 22; ///< millimetres; two bars needn't fill a page
 constexpr double outlinePen = 0.2;
+constexpr double thinnestPattern = 0.2; ///< a bar that is narrower shows nothing of one
 constexpr double breakHeight = 0.9, breakRise = 1.2, breakFromBase = 2.4;
 
 double barWidth(const ChartFrame& frame) {
@@ -70,7 +71,8 @@ void drawFilled(ChartFrame& frame, const QRectF& area, int item, double scale) {
             frame.layout.shapes.push_back(outline(area, pen, quietColor));
         return;
     }
-    PatternFill pattern = patternFill(style.pattern, area, scale);
+    const QRectF shown = area.width() > thinnestPattern ? area : QRectF();
+    PatternFill pattern = patternFill(style.pattern, shown, scale);
     frame.fill(area, pattern.darkGround ? 0xff000000 : paperColor);
     if (!pattern.shapes.empty())
         frame.layout.shapes.push_back(

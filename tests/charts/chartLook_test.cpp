@@ -1,9 +1,11 @@
 #include "ChartMaker.h"
+#include "charts/chartType.h"
 #include "charts/paintChart.h"
 #include "charts/palette.h"
 #include "charts/patterns.h"
 #include "charts/symbols.h"
 
+#include <QFontInfo>
 #include <QPainter>
 #include <array>
 #include <cmath>
@@ -206,6 +208,9 @@ TEST(ChartLook, LinesEndWhereTheUsersScaleEnds) {
 }
 
 TEST(ChartLook, TypeIsAsWideAtEveryResolution) {
+    // "Arial" itself comes from the one of these that is there; any other would be of other widths.
+    EXPECT_TRUE(QStringList({u"Arial"_s, u"Liberation Sans"_s, u"Arimo"_s}).contains(QFontInfo(chartFont()).family()))
+        << qPrintable(QFontInfo(chartFont()).family());
     ChartModel model = frequency({}, {1});
     model.caption = u"Zufriedenheit mit der Demokratie in Deutschland, 2018"_s;
     const ChartLayout layout = layOut(model);
