@@ -3,6 +3,8 @@
 #include "charts/palette.h"
 #include "charts/symbols.h"
 
+#include <QLineF>
+
 namespace {
 
 constexpr double linePen = 0.5, loneDot = 1.4, reach = 1.6;
