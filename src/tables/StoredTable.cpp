@@ -52,7 +52,8 @@ QString storedKind(TableKind kind) {
 
 QString BuildTableString(const StoredTable& stored) {
     const ResultTable& table = stored.table;
-    if (table.Cols() < 1 || table.Rows() < 1)
+    // The last field has no quotes: a name that would end it early can't be kept.
+    if (table.Cols() < 1 || table.Rows() < 1 || stored.weight.contains(u';') || stored.weight.startsWith(u'"'))
         return storedFailure;
     const bool crosstab = stored.kind == TableKind::Crosstab;
     QString text = quotedField(stored.title) + storedKind(stored.kind) + u';';

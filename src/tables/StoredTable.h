@@ -21,7 +21,8 @@ struct StoredTable {
 /// The word by which a stored text names the kind of its table: "Freq", "Xtab" or "Desc".
 QString storedKind(TableKind kind);
 
-/// The text form of a table, without its layout; "Fehler" for a table without a cell.
+/// The text form of a table, without its layout; "Fehler" for a table without a cell, and for one with a weight of a
+/// name that it cannot hold (with ";", or a quote in front).
 QString BuildTableString(const StoredTable& stored);
 /// The text form of its widths, heights (twips) and alignments.
 QString BuildTableLayoutString(const ResultTable& table);

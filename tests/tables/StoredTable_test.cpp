@@ -47,6 +47,8 @@ TEST(StoredTable, IsWrittenAndReadAsThePrescribedText) {
     stored.kind = TableKind::Descriptives;
     EXPECT_TRUE(BuildTableString(stored).startsWith(u"\"Wahl, N = 3\";Desc;;;2;3;"_s));
     EXPECT_EQ(BuildTableString({}), u"Fehler"_s);
+    stored.weight = u"V;3"_s;
+    EXPECT_EQ(BuildTableString(stored), u"Fehler"_s);
 
     const std::optional<StoredTable> read = readStoredTable(frequency, layout);
     ASSERT_TRUE(read);
