@@ -41,14 +41,16 @@ const FileKind* kindOf(const QString& ending) {
     return found == std::end(kinds) ? nullptr : found;
 }
 
+QString choiceOf(const FileKind& kind) {
+    const QString pattern = u"*."_s + kind.ending;
+    return TranslateText(kind.name) + u" ("_s + pattern + u")|"_s + pattern;
+}
+
 /// What a chart can be saved as, the kind that was chosen last before the others.
 QString fileKinds(const QString& first) {
     QStringList choices;
-    for (const FileKind& kind : kinds) {
-        const QString pattern = u"*."_s + kind.ending;
-        choices.insert(kind.ending == first ? 0 : choices.size(),
-                       TranslateText(kind.name) + u" ("_s + pattern + u")|"_s + pattern);
-    }
+    for (const FileKind& kind : kinds)
+        choices.insert(kind.ending == first ? 0 : choices.size(), choiceOf(kind));
     return choices.join(u'|');
 }
 
@@ -274,9 +276,9 @@ void frmAuswertungChart::saveStored(const StoredResults::Shown& shown) {
     onGesture([&] {
         const std::optional<QString> path =
             ui::asker().chooseFile({.title = TranslateText(u"Grafik speichern"_s),
-                                    .filter = TranslateText(u"JPEG-Bilder (*.jpg)|*.jpg"_s),
+                                    .filter = choiceOf(*kindOf(u"jpg"_s)),
                                     .extension = u"jpg"_s,
-                                    .folder = QString(),
+                                    .folder = chart().picture.folder,
                                     .name = Paths::asFileName(shown.study + u'-' + shown.variable) + u".jpg"_s,
                                     .save = true});
         if (path)

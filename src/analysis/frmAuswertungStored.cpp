@@ -14,32 +14,34 @@ frmAuswertungStored::frmAuswertungStored(frmAuswertung& window, Kind kind, std::
     : QWidget(parent), window_(window), kind_(kind), changed_(std::move(changed)) {
     auto* row = new FlowLayout(this);
     const bool table = kind == Kind::Table;
-    save_ =
-        button(u"Save"_s, u"Im Kata&log ablegen"_s, table ? &StoredResults::cmdTableSave : &StoredResults::cmdGraphSave,
+    const auto button = [&](const QString& command, const QString& text) {
+        auto* made = new QPushButton(text, this);
+        made->setObjectName(u"cmd"_s + (table ? u"Table"_s : u"Graph"_s) + command);
+        made->setAutoDefault(false);
+        row->add(made);
+        return made;
+    };
+    save_ = button(u"Save"_s, u"Im Kata&log ablegen"_s);
+    load_ = button(u"Load"_s, u"Aus dem Katalog zeigen"_s);
+    delete_ = button(u"Delete"_s, u"Aus dem Katalog l&öschen..."_s);
+    carryOutBy(*save_, table ? &StoredResults::cmdTableSave : &StoredResults::cmdGraphSave,
                table ? u"Tabelle im Katalog abgelegt."_s : u"Grafik im Katalog abgelegt."_s);
-    load_ = button(u"Load"_s, u"Aus dem Katalog zeigen"_s,
-                   table ? &StoredResults::cmdTableLoad : &StoredResults::cmdGraphLoad, {});
-    delete_ = button(u"Delete"_s, u"Aus dem Katalog l&öschen..."_s,
-                     table ? &StoredResults::cmdTableDelete : &StoredResults::cmdGraphDelete,
-                     table ? u"Tabelle im Katalog gelöscht."_s : u"Grafik im Katalog gelöscht."_s);
-    for (QPushButton* one : {save_, load_, delete_})
-        row->add(one);
+    carryOutBy(*load_, table ? &StoredResults::cmdTableLoad : &StoredResults::cmdGraphLoad,
+               table ? u"Gespeicherte Tabelle gezeigt."_s : u"Gespeicherte Grafik gezeigt."_s);
+    carryOutBy(*delete_, table ? &StoredResults::cmdTableDelete : &StoredResults::cmdGraphDelete,
+               table ? u"Tabelle im Katalog gelöscht."_s : u"Grafik im Katalog gelöscht."_s);
     hide();
 }
 
-QPushButton* frmAuswertungStored::button(const QString& command, const QString& text, Command run,
-                                         const QString& mention) {
-    auto* made = new QPushButton(text, this);
-    made->setObjectName(u"cmd"_s + (kind_ == Kind::Table ? u"Table"_s : u"Graph"_s) + command);
-    made->setAutoDefault(false);
-    connect(made, &QPushButton::clicked, this, [this, run, mention] {
+/// @param done what the status bar says then
+void frmAuswertungStored::carryOutBy(QPushButton& button, Command command, const QString& done) {
+    connect(&button, &QPushButton::clicked, this, [this, command, done] {
         window_.act([&] {
-            if ((window_.model().stored().*run)() && !mention.isEmpty())
-                desktop().mention(TranslateText(mention));
+            if ((window_.model().stored().*command)())
+                desktop().mention(TranslateText(done));
             changed_();
         });
     });
-    return made;
 }
 
 void frmAuswertungStored::showOffered() {

@@ -28,5 +28,5 @@ private:
     std::function<void()> changed_;
     QPushButton *save_, *load_, *delete_;
 
-    QPushButton* button(const QString& command, const QString& text, Command run, const QString& mention);
+    void carryOutBy(QPushButton& button, Command command, const QString& done);
 };
