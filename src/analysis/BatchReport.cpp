@@ -48,14 +48,14 @@ QString BatchReport::summary(int mostNames) const {
 
 QString BatchReport::text() const {
     QStringList lines{summary(static_cast<int>(failed.size() + remarks.size()))};
-    const auto add = [&lines](const QString& heading, const QStringList& names) {
+    const auto listUnder = [&lines](const QString& heading, const QStringList& names) {
         if (!names.isEmpty())
             lines << QString() << TranslateText(heading) + u' ' + names.join(u", "_s);
     };
     const bool tables = kind == BatchKind::Tables;
-    add(tables ? u"Tabellen gespeichert:"_s : u"Grafiken gespeichert:"_s, done);
-    add(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted);
-    add(u"Tabellen ohne Grafik:"_s, withoutChart);
-    add(u"Nicht erreicht:"_s, notReached);
+    listUnder(tables ? u"Tabellen gespeichert:"_s : u"Grafiken gespeichert:"_s, done);
+    listUnder(tables ? u"Tabellen gelöscht:"_s : u"Grafiken gelöscht:"_s, deleted);
+    listUnder(u"Tabellen ohne Grafik:"_s, withoutChart);
+    listUnder(u"Nicht erreicht:"_s, notReached);
     return lines.join(u'\n');
 }
