@@ -69,11 +69,11 @@ void frmAuswertungInstructions::connectAll() {
     });
 }
 
-void frmAuswertungInstructions::onClick(QPushButton* button, bool (Instructions::*command)(), const QString& mention) {
-    connect(button, &QPushButton::clicked, this, [this, command, mention] {
+void frmAuswertungInstructions::onClick(QPushButton* button, Command command, const QString& done) {
+    connect(button, &QPushButton::clicked, this, [this, command, done] {
         act([&] {
             if ((commands_.*command)())
-                desktop().mention(TranslateText(mention));
+                desktop().mention(TranslateText(done));
         });
     });
 }

@@ -26,6 +26,8 @@ protected:
     void showChanges(const Changes& changes) override;
 
 private:
+    using Command = bool (Instructions::*)();
+
     Instructions commands_;
     QGroupBox* fraInstruction_;
     QLabel *lblBatch_, *lblValuesInstruct_;
@@ -35,8 +37,8 @@ private:
 
     void build();
     void connectAll();
-    /// @param mention what is said in passing if the command did something
-    void onClick(QPushButton* button, bool (Instructions::*command)(), const QString& mention);
+    /// @param done what is said in passing if the command did something
+    void onClick(QPushButton* button, Command command, const QString& done);
     void runForAll(bool (Instructions::*command)(const TextWidth&, const Instructions::Progress&));
     void showProgress(const QString& text, int done, int total);
     void showStop();
