@@ -1,6 +1,7 @@
 #include "support/TestHome.h"
 
 #include "app/globals.h"
+#include "language/CText.h"
 #include "platform/system/NumberFormat.h"
 #include "platform/system/Paths.h"
 
@@ -19,6 +20,7 @@ TestHome::TestHome() {
 
 TestHome::~TestHome() {
     gLanguage = 0;
+    gTextObject = CText(); // read from this home, it would be there for the next test
     qunsetenv("VARIDEX_HOME");
     qunsetenv("VARIDEX_CONFIG");
     Paths::resetApplicationFolder();
