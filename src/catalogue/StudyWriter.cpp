@@ -238,6 +238,9 @@ void StudyWriter::updateVariables(const std::vector<VariableEntry>& variables, s
         const QString formatBefore = rows->text(u"dt_Format"_s);
         if (!formatBefore.isEmpty() && isTextFormat(formatBefore) != isTextFormat(variables[*found].format))
             changedKind_ << name;
+        for (const QString& result : {u"dt_Table"_s, u"dt_Graph"_s})
+            if (rows->hasField(result) && !rows->value(result).isNull() && !resultsBefore_.contains(name))
+                resultsBefore_ << name;
         rows->Edit();
         setFields(*rows, fieldsOf(study_, variables[*found]));
         rows->Update();
@@ -326,6 +329,8 @@ QStringList StudyWriter::changedCodes(const QStringList& elsewhere) const {
          u"Numbers that stand for other codes now; filters and queries need a look (%1)"_s);
     for (const QString& place : StudyReferences(catalogue_, study_).onCodesOf(changedKind_ + renumbered_))
         facts << said(u"Steht auf solchen Codes: %1"_s, u"Stands on such codes: %1"_s).arg(place);
+    tell(resultsBefore_, u"Gespeicherte Tabellen und Grafiken, die noch die Daten von vorher zeigen (%1)"_s,
+         u"Stored tables and charts that still show the data from before (%1)"_s);
     tell(
         elsewhere,
         u"Zahlen, die in anderen Studien für andere Codes stehen; ein Vergleich stellt gleiche Zahlen nebeneinander (%1)"_s,

@@ -39,8 +39,9 @@ private:
     std::vector<StudyReferences::Place> before_; ///< where the variables of a study that is there lay
     QString query_;                              ///< its `dt_query`
     QStringList vanished_;
-    QStringList changedKind_; ///< variables that were text and are numbers now, or the other way round
-    QStringList renumbered_;  ///< encoded variables whose numbers stood for other codes before
+    QStringList changedKind_;   ///< variables that were text and are numbers now, or the other way round
+    QStringList resultsBefore_; ///< variables with a table or chart of the data before
+    QStringList renumbered_;    ///< encoded variables whose numbers stood for other codes before
 
     int nextOrder(const QString& group) const;
     QString weightFor(const std::optional<QString>& wish, const QString& fromFile, const QString& present,

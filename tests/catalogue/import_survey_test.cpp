@@ -232,6 +232,7 @@ TEST_F(ImportSurvey, ReplacesAStudyAndKeepsWhatTheFileDoesNotTell) {
     EXPECT_TRUE(hasFact({u"V2"_s, u"'Politik'"_s})) << report.facts.join(u'\n').toStdString();
     EXPECT_FALSE(hasFact({u"V1: "_s, u"'Politik'"_s}));
     EXPECT_TRUE(hasFact({u"Gewicht V2"_s}));
+    EXPECT_TRUE(hasFact({u"Daten von vorher zeigen (1): V1"_s})) << report.facts.join(u'\n').toStdString();
 }
 
 // "größe" has a field named after its first position; the next file brings "V2" along and puts it elsewhere.
