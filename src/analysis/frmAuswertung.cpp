@@ -336,6 +336,28 @@ bool frmAuswertung::isTypedOut() {
 }
 
 void frmAuswertung::run(const std::function<void()>& step) {
+    runGuarded(
+        step, [this] { model_.stop(); }, {table_->cmdStop(), chart_->cmdStop(), SSTab_->tabBar()},
+        [this] {
+            // Weight and filter in view are those of the entry that was counted last: they are none of the selected
+            // one's.
+            const RunOutcome outcome = model_.facts().outcome;
+            if (model_.request().mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
+                outcome != RunOutcome::Reused)
+                comparison_->selectNone();
+            resultChanged();
+        });
+}
+
+void frmAuswertung::runBatch(const std::function<void()>& step) {
+    runGuarded(
+        step, [this] { instructions_->stop(); }, {instructions_->cmdStopBatch()}, [this] { model_.changeTab(0); });
+}
+
+/// @param stop, controls what RunGuard lets through meanwhile
+/// @param after what follows before the window shows what came of it
+void frmAuswertung::runGuarded(const std::function<void()>& step, const std::function<void()>& stop,
+                               const std::vector<QWidget*>& controls, const std::function<void()>& after) {
     if (showing_ || finishing_ || gBusy > 0 || AnalysisModel::running())
         return;
     const GestureScope gesture;
@@ -343,39 +365,17 @@ void frmAuswertung::run(const std::function<void()>& step) {
     if (!isTypedOut())
         return;
     {
-        const RunGuard::Scope guard([this] { model_.stop(); },
-                                    {table_->cmdStop(), chart_->cmdStop(), SSTab_->tabBar()});
+        const RunGuard::Scope guard(stop, controls);
         const BusyScope busy;
         trapped(step);
     }
-    // Weight and filter in view are those of the entry that was counted last: they are none of the selected one's.
-    const RunOutcome outcome = model_.facts().outcome;
-    if (model_.request().mode == AnalysisMode::Comparison && outcome != RunOutcome::NotRun &&
-        outcome != RunOutcome::Reused)
-        comparison_->selectNone();
-    resultChanged();
+    after();
     showParts(&frmAuswertungPart::show);
 }
 
 void frmAuswertung::resultChanged() {
     table_->resultChanged();
     chart_->resultChanged();
-}
-
-void frmAuswertung::runBatch(const std::function<void()>& step) {
-    if (showing_ || finishing_ || gBusy > 0 || AnalysisModel::running())
-        return;
-    const GestureScope gesture;
-    finishTyping();
-    if (!isTypedOut())
-        return;
-    {
-        const RunGuard::Scope guard([this] { instructions_->stop(); }, {instructions_->cmdStopBatch()});
-        const BusyScope busy;
-        trapped(step);
-    }
-    model_.changeTab(0);
-    showParts(&frmAuswertungPart::show);
 }
 
 void frmAuswertung::changeTab(int tab) {

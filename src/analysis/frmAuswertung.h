@@ -5,6 +5,7 @@
 
 #include <array>
 #include <memory>
+#include <vector>
 
 class QPushButton;
 class QTabWidget;
@@ -84,6 +85,8 @@ private:
     std::array<frmAuswertungPart*, 7> parts() const;
     void alignCaptions();
     void showParts(void (frmAuswertungPart::*what)());
+    void runGuarded(const std::function<void()>& step, const std::function<void()>& stop,
+                    const std::vector<QWidget*>& controls, const std::function<void()>& after);
     void resultChanged();
     void changeTab(int tab);
     static void tellOfCopy(const QString& text);
