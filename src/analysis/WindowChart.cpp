@@ -87,7 +87,8 @@ void WindowChart::chooseFirst(const TableResult& result, int view, const Options
 }
 
 void WindowChart::build(const TableResult& result, int view, const Options& options) {
-    if (!result.computation.ResultCacheKey.isEmpty() || stateOf(result) != State::Drawn)
+    const bool otherValues = source_ && source_->view != view;
+    if (!result.computation.ResultCacheKey.isEmpty() || stateOf(result) != State::Drawn || otherValues)
         drawWith(&BuildChart, result, view, options, FirstValue::Asked);
 }
 
@@ -121,6 +122,12 @@ void WindowChart::drawWith(Build makeChart, const TableResult& result, int view,
         state_ = State::NoValues;
     else
         layOn(changedLabels(), model_);
+}
+
+WindowChart::Edits& WindowChart::edits() {
+    // An axis that was set for percentages would cut counts off.
+    const bool frequency = automatic_.kind == TableKind::Frequency;
+    return edits_[static_cast<size_t>(frequency ? automatic_.percent : source_->view)];
 }
 
 /// What the chart has by itself, with what was changed in it.

@@ -29,7 +29,7 @@ public:
     /// Going to the chart, and a batch: builds it, unless it is there already.
     void turnTo(const TableResult& result, int view, const Options& options, FirstValue first = FirstValue::Asked);
     /// What else leaves another chart: other values, options, a new calculation. Nothing for a table that is no longer
-    /// valid.
+    /// valid, unless it shows other values now: a chart never stands under the name of values that it hasn't.
     void build(const TableResult& result, int view, const Options& options);
     /// Asks anew for the first value of an axis that has too many.
     void chooseFirst(const TableResult& result, int view, const Options& options);
@@ -92,13 +92,13 @@ private:
     std::optional<Source> source_;
     AnalysisRequest request_;      ///< whose chart was changed
     QString caption_;              ///< of its table
-    std::array<Edits, 4> edits_;   ///< by view
+    std::array<Edits, 4> edits_;   ///< by view; of a frequency those of counts and of percentages
     ChartModel automatic_, model_; ///< as built; with what was changed
 
     void forgetOthers(const TableResult& result, const Options& options);
     void drawWith(Build makeChart, const TableResult& result, int view, const Options& options, FirstValue first);
     bool isDrawn(const TableResult& result, int view, const Options& options) const;
-    Edits& edits() { return edits_[static_cast<size_t>(source_->view)]; }
+    Edits& edits();
     ItemKey keyOf(int place) const;
     LabelTable changedLabels();
 };

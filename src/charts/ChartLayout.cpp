@@ -25,6 +25,13 @@ QString shownLevel(const QString& text) {
     return shownText(text.left(400));
 }
 
+/// For an item that has neither code nor label, as an empty text and what is missing in the data have none: nobody
+/// could tell whose its bars are. Empty for every other.
+QString wordFor(const ChartItem& item) {
+    const bool empty = item.place >= 0 && item.level1.trimmed().isEmpty() && item.level2.trimmed().isEmpty();
+    return empty ? TranslateText(u"(leer)"_s) : QString();
+}
+
 /// What is equal to what, never with the sign at the end or the beginning of a line.
 QString pair(const QString& left, const QString& right) {
     return left + QChar(QChar::Nbsp) + u'=' + QChar(QChar::Nbsp) + right;
@@ -166,7 +173,7 @@ private:
     QStringList level(bool first) const {
         QStringList texts;
         for (const ChartItem& item : model_.categories)
-            texts << shownLevel(first ? item.level1 : item.level2);
+            texts << shownLevel(first ? item.level1 + wordFor(item) : item.level2);
         return texts;
     }
 
@@ -433,19 +440,21 @@ QString shownSeries(const ChartModel& model, int series) {
     const ChartItem& item = model.series.at(static_cast<size_t>(series));
     const QString first = shownText(item.level1), second = shownText(item.level2);
     // The rows of a crosstab have the code first.
-    return model.kind == TableKind::Crosstab && !second.isEmpty() ? second : first;
+    const QString text = model.kind == TableKind::Crosstab && !second.isEmpty() ? second : first;
+    return text.isEmpty() ? wordFor(item) : text;
 }
 
 QString chartTip(const ChartModel& model, const ChartHit& hit) {
     QStringList lines;
     if (hit.category >= 0 && hit.category < model.categoryCount()) {
         const ChartItem& item = model.categories[static_cast<size_t>(hit.category)];
-        lines << itemText(shownText(item.level1), shownText(item.level2));
+        lines << itemText(shownText(item.level1), shownText(item.level2)) + wordFor(item);
     }
     if (hit.series >= 0 && hit.series < model.seriesCount()) {
         const ChartItem& item = model.series[static_cast<size_t>(hit.series)];
         const QString first = shownText(item.level1), second = shownText(item.level2);
-        lines << (model.kind == TableKind::Crosstab ? itemText(second, first) : itemText(first, second));
+        lines << (model.kind == TableKind::Crosstab ? itemText(second, first) : itemText(first, second)) +
+                     wordFor(item);
         if (hit.category >= 0 && hit.series < static_cast<int>(model.values.size())) {
             const ChartPoint& point =
                 model.values[static_cast<size_t>(hit.series)].at(static_cast<size_t>(hit.category));

@@ -160,6 +160,30 @@ TEST_F(ChartOfWindow, EachViewHasItsOwnAndMarksAreOfferedForCountsOnly) {
     EXPECT_EQ(model_.tab(), 2);
 }
 
+TEST_F(ChartOfWindow, AnAxisThatWasSetForCountsIsNoneForPercentages) {
+    model_.changeTab(2);
+    change([](LabelTable& labels) { labels.scale = {false, 0, 3, 3}; });
+    gOptions.TakeAbsolutValues = false;
+    model_.optionsApplied();
+    EXPECT_TRUE(chart().percent && chart().scale.automatic);
+    gOptions.TakeAbsolutValues = true;
+    model_.optionsApplied();
+    EXPECT_EQ(chart().scale, (ValueScale{false, 0, 3, 3}));
+}
+
+TEST_F(ChartOfWindow, ATableWhoseRunWasStoppedIsDrawnWithTheValuesThatItShows) {
+    crossWithV7();
+    RunHooks hooks = model_.hooks();
+    hooks.begins = [this] { model_.stop(); };
+    model_.setHooks(std::move(hooks));
+    model_.computeAnew();
+    ASSERT_EQ(model_.tableState(), TableState::Stopped);
+    model_.chooseValues(1);
+    EXPECT_TRUE(chart().percent);
+    const int column = chart().categories[0].place, row = chart().series[0].place;
+    EXPECT_EQ(chart().values[0][0].text + u'%', model_.result().mfgGrid.Cell(column, row));
+}
+
 TEST_F(ChartOfWindow, AColourWaitsWhileTheChartIsInBlackAndWhite) {
     crossWithV7();
     change([](LabelTable& labels) { labels.items[1].style.color = red; });

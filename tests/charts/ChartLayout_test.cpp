@@ -318,6 +318,15 @@ TEST(ChartLayout, APlaceNamesItemSeriesAndValue) {
                                 [&](const ChartHit& h) { return h.series == s && h.category < 0; }));
 }
 
+TEST(ChartLayout, AnItemWithoutCodeAndLabelIsNamedWhereverItIsDrawn) {
+    ChartModel cross = crosstab({u"a"_s, u" "_s}, {u"b"_s, u" "_s});
+    cross.categories[1].level2 = cross.series[1].level1 = u" "_s;
+    EXPECT_EQ(textsOf(layOut(cross)).count(u"(leer)"_s), 2) << "on the axis and in the legend";
+    EXPECT_EQ(chartTip(cross, {{}, 1, 1}), u"(leer)\n(leer)\n"_s + cross.values[1][1].text);
+    cross.categories[1].place = cross.series[1].place = -1;
+    EXPECT_FALSE(textsOf(layOut(cross)).contains(u"(leer)"_s)) << "a place that nothing fills";
+}
+
 TEST(ChartLayout, SignsThatNobodySeesAndTextsThatNobodyReadsDoNoHarm) {
     ChartModel model = crosstab({u"a\nb\tc\u0001"_s + QChar(0) + QChar(0xd800) + u"d"_s, QString(1000000, u'w')},
                                 numbered(u"s"_s, 300));
