@@ -5,6 +5,7 @@
 #include "platform/system/NumberFormat.h"
 #include "platform/ui/Asker.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 #include <cmath>
 
@@ -37,10 +38,10 @@ const QString markerNames[] = {u"Bindestrich"_s,
 
 /// Either separator is read, but for what may as well have grouped digits: "1.000" where the comma separates decimals.
 std::optional<double> typedNumber(const QString& text) {
-    const QChar other = NumberFormat::decimalSeparator() == u',' ? u'.' : u',';
     const QString typed = text.trimmed();
-    const qsizetype place = typed.indexOf(other);
-    if (place > 0 && typed.size() - place == 4)
+    static const QRegularExpression groups(u"^[+-]?[1-9]\\d{0,2}([.,])\\d{3}$"_s);
+    const QRegularExpressionMatch grouped = groups.match(typed);
+    if (grouped.hasMatch() && grouped.captured(1) != NumberFormat::decimalSeparator())
         return std::nullopt;
     return dao::textToNumber(typed);
 }

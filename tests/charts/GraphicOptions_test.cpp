@@ -141,7 +141,8 @@ TEST_F(ChartChoices, AnAxisIsTakenOnlyIfItIsOne) {
     } cases[] = {
         {u"0"_s, u"10"_s, u"5"_s, {}, {false, 0, 10, 5}},
         {u"-2,5"_s, u" 2.5 "_s, u"50"_s, {}, {false, -2.5, 2.5, 50}},
-        {u"1.000"_s, u"9000"_s, u"5"_s, numbers}, // a thousand, or one
+        {u"0.125"_s, u"1234.567"_s, u"1"_s, {}, {false, 0.125, 1234.567, 1}}, // nobody groups digits so
+        {u"1.000"_s, u"9000"_s, u"5"_s, numbers},                             // a thousand, or one
         {u"0"_s, u""_s, u"5"_s, numbers},
         {u"0"_s, u"zehn"_s, u"5"_s, numbers},
         {u"10"_s, u"10"_s, u"5"_s, order},
