@@ -3,6 +3,7 @@
 #include "analysis/AnalysisModel.h"
 #include "analysis/request/Instruction.h"
 #include "analysis/result/storedForm.h"
+#include "analysis/result/titles.h"
 #include "analysis/run/caseData.h"
 #include "analysis/runRequest.h"
 #include "app/globals.h"
@@ -18,6 +19,7 @@
 
 #include <QDeadlineTimer>
 #include <QScopedValueRollback>
+#include <QThread>
 #include <algorithm>
 #include <chrono>
 
@@ -29,9 +31,18 @@ namespace {
 constexpr int writingInterval = 1000;
 /// A file that is locked for a moment is tried again with the next result, and no more.
 constexpr int mostFailedWritings = 2;
+/// How long a writing waits for another process that has the file locked, in milliseconds.
+constexpr int lockPatience = 5000;
+constexpr int lockPause = 20;
 
 const QString stoppedWords = u"Der Lauf wurde angehalten."_s;
 const QString notComputed = u"Die Tabelle konnte nicht berechnet werden."_s;
+
+/// True for a failure that comes of another process and passes by itself.
+bool isOfLock(const dao::Error& error) {
+    constexpr int cannotLock = 3050, lockedByOther = 3260;
+    return error.number() == cannotLock || error.number() == lockedByOther;
+}
 
 QString lines(const QStringList& texts) {
     return texts.join(u'\n');
@@ -157,6 +168,9 @@ void BatchRun::workOn(const KeptInstruction& kept) {
 QString BatchRun::make(const QString& variable, const QString& instruction, Entry& values) {
     if (QString lack = loadInstruction(editor_, Instruction::read(instruction)); !lack.isEmpty())
         return lack;
+    // Nobody sees that a filter has got lost with the end of its text, and that all cases would be counted.
+    if (editor_.request().optFilter == FilterKind::FilterUser && editor_.request().txtFilter.trimmed().isEmpty())
+        return TranslateText(u"Der Filter ist leer."_s);
     TableResult result = runTable();
     switch (result.run.outcome) {
     case RunOutcome::Computed:
@@ -208,9 +222,12 @@ QString BatchRun::makeTable(TableResult& result, Entry& values) {
 
 /// What is shown of a table that has no chart is none either: nothing is left of an older one.
 QString BatchRun::makeGraph(const TableResult& result, Entry& values) {
+    // Whoever turns to the chart reads the title of the view, in which percentages have no N.
+    AnalysisRequest shown = editor_.request();
+    shown.cbValues = shown.cbValuesInstruct;
     const ChartModel chart = BuildChartForTab({.table = result.mfgGrid,
-                                               .caption = result.lblLabel,
-                                               .view = editor_.request().cbValuesInstruct,
+                                               .caption = resultTitle(shown, result.mfgGrid, gOptions),
+                                               .view = shown.cbValues,
                                                .origin = result.facts->origin,
                                                .options = gOptions},
                                               {});
@@ -249,29 +266,41 @@ void BatchRun::writeWhenDue(qint64 next) {
         write();
 }
 
+/// Writes what is pending, and waits for a while for another process that keeps it from doing so.
+/// @param gone the variables that the study has no more @return the failure in the end
+std::optional<dao::Error> BatchRun::tryWriting(QStringList& gone) {
+    std::vector<VariableFields> rows;
+    for (const Pending& one : pending_)
+        rows.push_back(one.fields);
+    const QDeadlineTimer patience(lockPatience);
+    for (;;) {
+        std::optional<dao::Error> fault;
+        editor_.besideFields([&] {
+            try {
+                gone = writeVariableFields(request_.study, rows);
+            } catch (const std::exception& failure) {
+                fault = asError(failure);
+            }
+        });
+        if (!fault || !isOfLock(*fault) || patience.hasExpired() || atOnce_)
+            return fault;
+        said_->eventTurn();
+        QThread::msleep(lockPause);
+    }
+}
+
 /// Writes what is pending. @return false after a failure; it is all pending still
 bool BatchRun::write() {
     if (pending_.empty())
         return true;
     const ProcedureScope scope(u"[frmAuswertung.BatchRun]"_s);
-    std::vector<VariableFields> rows;
-    for (const Pending& one : pending_)
-        rows.push_back(one.fields);
     QStringList gone;
-    QString fault;
-    editor_.besideFields([&] {
-        try {
-            gone = writeVariableFields(request_.study, rows);
-        } catch (const std::exception& failure) {
-            const dao::Error error = asError(failure);
-            fault = engineWords(error);
-            reportError(error);
-        }
-    });
+    const std::optional<dao::Error> fault = tryWriting(gone);
     sinceWriting_.start();
-    if (!fault.isEmpty()) {
+    if (fault) {
+        reportError(*fault);
         if (++failedWritings_ >= mostFailedWritings)
-            giveUp(fault);
+            giveUp(engineWords(*fault));
         return false;
     }
     failedWritings_ = 0;

@@ -78,6 +78,7 @@ private:
     void fail(const QString& variable, const QString& reason);
     void writeWhenDue(qint64 next);
     bool write();
+    std::optional<dao::Error> tryWriting(QStringList& gone);
     void writeLast();
     void giveUp(const QString& reason);
 };

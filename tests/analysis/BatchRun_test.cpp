@@ -6,6 +6,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/mdDataBase.h"
 #include "config/Options.h"
+#include "platform/dao/Stranger.h"
 #include "support/FailingFiles.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
@@ -13,6 +14,7 @@
 #include "support/TestHome.h"
 #include "tables/StoredTable.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <gtest/gtest.h>
 
@@ -178,6 +180,27 @@ TEST_F(Batch, TheFirstStopEndsItAfterTheVariableTheSecondAtOnce) {
         EXPECT_EQ(kept(u"V5"_s) == old, twice);
         EXPECT_EQ(kept(u"V6"_s), old);
     }
+}
+
+TEST_F(Batch, AFileThatAnotherOneHasLockedForAMomentIsWaitedFor) {
+    for (const QString& variable : {u"V3"_s, u"V5"_s, u"V6"_s})
+        instruct(variable, u"Freq;;noFilter;;noWeight;;A;"_s);
+    instruct(u"V7"_s, u"Freq;;FilterUser"_s);
+    dao::DBEngine::instance().setLockWait(50);
+    Stranger other(catalogue_.path());
+    other.run("BEGIN IMMEDIATE");
+    QElapsedTimer locked;
+    locked.start();
+    asker_.onEventTurn = [&] {
+        if (locked.elapsed() > 500) {
+            other.run("ROLLBACK");
+            asker_.onEventTurn = {};
+        }
+    };
+    const BatchReport report = BatchRun(request()).run();
+    EXPECT_EQ(report.done, (QStringList{u"V3"_s, u"V5"_s, u"V6"_s}));
+    EXPECT_EQ(names(report.failed), QStringList{u"V7|Der Filter ist leer."_s}) << "all cases are not what was asked";
+    EXPECT_EQ(report.ended, QString());
 }
 
 TEST_F(Batch, WhatWouldFailForAllIsSaidBeforeAndNobodyIsAsked) {

@@ -72,6 +72,22 @@ TEST_F(RunInstructions, TablesAreKeptWithTheirVariablesAndEachIsNamed) {
     catalogue->Close();
 }
 
+TEST_F(RunInstructions, AGraphOfPercentagesHasTheTitleOfItsView) {
+    change({instruct(u"V5"_s, u"Xtab;V7;noFilter;;noWeight;;S;"_s),
+            instruct(u"V6"_s, u"Xtab;V7;noFilter;;noWeight;;A;"_s)});
+    QProcess process; // with the flag typed in its other form
+    process.start(QStringLiteral(VARIDEX_BINARIES) + u"/vdx"_s, arguments({u"--graphs=true"_s}));
+    ASSERT_TRUE(process.waitForFinished(60'000));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    QStringList titles;
+    for (const QStringList& row : kept(u"dt_Graph"_s, u"dt_GraphLayout"_s))
+        titles << row[2].section(u'"', 1, 1);
+    titles.removeAll(QString());
+    ASSERT_EQ(titles.size(), 2);
+    EXPECT_EQ(titles[0], u"QX1919, V5: Zufriedenheit nach V7: Geschlecht"_s);
+    EXPECT_TRUE(titles[1].contains(u" (N="_s)) << titles[1].toStdString();
+}
+
 TEST_F(RunInstructions, WhatCannotBeDoneForAnyIsSaidOnceAndChangesNothing) {
     change({instruct(u"V5"_s, u"Freq;;noFilter;;noWeight;;A;"_s)});
     EXPECT_EQ(runVdx(arguments({})).status, 2);
