@@ -31,8 +31,10 @@ std::vector<std::unique_ptr<Command>> allCommands() {
 bool drawsPictures(const std::vector<std::string>& arguments) {
     if (arguments.empty())
         return false;
+    // A flag may also be typed as --graphs=true.
     return arguments[0] == "chart" ||
-           (arguments[0] == "run-instructions" && std::ranges::find(arguments, "--graphs") != arguments.end());
+           (arguments[0] == "run-instructions" &&
+            std::ranges::any_of(arguments, [](const std::string& one) { return one.starts_with("--graphs"); }));
 }
 
 namespace {
