@@ -89,8 +89,9 @@ public:
             [&] {
                 ui::asker().eventTurn();
                 CDaoPersistance persistance;
+                // Every description is read: one by one from the file would take many times as long.
                 const dao::RecordsetPtr recordset = persistance.GetRecordset(
-                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenDynaset, isMissingFolder);
+                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenSnapshot, isMissingFolder);
                 if (!recordset)
                     return;
                 const EntryReader reader(*recordset, columns_);

@@ -37,7 +37,8 @@ PanelPages::Row PanelPages::readRow(bool silent) const {
     CDaoPersistance persistance;
     const QString statement = u"Select * FROM tkey_Variable Where fi_StudyNo = "_s + quoted(study_) +
                               u" And id_VarName = "_s + quoted(variable_);
-    const dao::RecordsetPtr row = persistance.GetRecordset(gDatabase.CurrentDatabase(), statement, dao::dbOpenDynaset,
+    // As of one moment: a title never stands over another picture that is written meanwhile.
+    const dao::RecordsetPtr row = persistance.GetRecordset(gDatabase.CurrentDatabase(), statement, dao::dbOpenSnapshot,
                                                            [silent](const dao::Error&) { return silent; });
     if (!row || row->Eof())
         return found;

@@ -246,13 +246,28 @@ SelectBinder::Clauses SelectBinder::clauses() const {
 }
 
 std::vector<bool> SelectBinder::deferredColumns() const {
-    std::vector<bool> deferred;
-    for (const Item& item : items_) {
-        const bool column = editable_ && item.expression->kind == BoundExpression::Kind::Column;
+    std::vector<bool> deferred(items_.size(), false);
+    if (!editable_ || !hasKey())
+        return deferred;
+    std::transform(items_.begin(), items_.end(), deferred.begin(), [&](const Item& item) {
         const ColumnInfo& info = item.expression->column.info;
-        deferred.push_back(column && info.type == dbMemo && !containsName(editable_->keyColumns, info.sourceField));
-    }
+        return isColumn(item) && info.type == dbMemo && !containsName(editable_->keyColumns, info.sourceField);
+    });
     return deferred;
+}
+
+/// Whether the result has all of its table's declared key.
+bool SelectBinder::hasKey() const {
+    QStringList fields;
+    for (const Item& item : items_)
+        if (isColumn(item))
+            fields << item.expression->column.info.sourceField;
+    return !editable_->keyColumns.isEmpty() &&
+           std::ranges::all_of(editable_->keyColumns, [&](const QString& key) { return containsName(fields, key); });
+}
+
+bool SelectBinder::isColumn(const Item& item) {
+    return item.expression->kind == BoundExpression::Kind::Column;
 }
 
 QString SelectBinder::listWithout(const std::vector<bool>& deferred) const {

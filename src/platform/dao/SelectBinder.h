@@ -36,7 +36,7 @@ public:
 
     Clauses clauses() const;
     /// The memos of the table that can be edited, by position in the result; what the table's rows are told apart by
-    /// is none.
+    /// is none. All of them are false where the result lacks it: a memo read later could be another row's.
     std::vector<bool> deferredColumns() const;
     /// The first clause with the type of the value in place of each of those columns.
     QString listWithout(const std::vector<bool>& deferred) const;
@@ -72,6 +72,8 @@ private:
     Order bindOrderTerm(const tree::OrderTerm& term);
     void checkGrouping() const;
     bool isGrouped() const;
+    static bool isColumn(const Item& item);
+    bool hasKey() const;
     QString itemText(const Item& item) const;
     QString orderText() const;
 

@@ -140,3 +140,23 @@ TEST_F(MemoTest, AMemoOfARowThatIsGoneIsAnErrorNeverAnothersContent) {
     EXPECT_EQ(rows->text(u"name"_s), u"V1"_s);
     EXPECT_EQ(errorOf([&] { rows->value(u"graph"_s); }), 3420);
 }
+
+TEST_F(MemoTest, WithoutAKeyThatTellsRowsApartAMemoIsReadWithItsRow) {
+    const auto keyless = database_->CreateTableDef(u"k"_s);
+    keyless->Fields = {{u"name"_s, dao::dbText}, {u"graph"_s, dao::dbMemo}};
+    database_->TableDefs().Append(keyless);
+    database_->Execute(u"INSERT INTO k (name, graph) SELECT name, graph FROM v"_s);
+    for (const QString& statement :
+         {u"SELECT * FROM k WHERE true ORDER BY name"_s, u"SELECT place, graph FROM v WHERE true ORDER BY name"_s}) {
+        const auto rows = database_->OpenRecordset(statement);
+        rows->MoveLast();
+        for (const QString& table : {u"k"_s, u"v"_s}) {
+            database_->Execute(u"DELETE FROM %1 WHERE name = 'V4'"_s.arg(table));
+            // Takes the number of the row that is gone.
+            database_->Execute(u"INSERT INTO %1 (name, graph) VALUES ('V5', 'another')"_s.arg(table));
+        }
+        EXPECT_EQ(rows->text(u"graph"_s), u"graph 4"_s) << statement.toStdString();
+        for (const QString& table : {u"k"_s, u"v"_s})
+            database_->Execute(u"UPDATE %1 SET name = 'V4', graph = 'graph 4' WHERE name = 'V5'"_s.arg(table));
+    }
+}
