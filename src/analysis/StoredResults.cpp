@@ -62,7 +62,7 @@ StoredResults::Offered StoredResults::graph() const {
     return offered(model_.kept().graph, shownGraph_ || model_.chart().state() == WindowChart::State::Drawn);
 }
 
-/// What the catalogue has now, both fields as of one moment. @throws dao::Error 3021 where the variable has gone
+/// What the catalogue has now, both fields as of one moment. @throws dao::Error
 StoredResults::Texts StoredResults::kept(const Kind& kind) const {
     const AnalysisRequest& r = model_.request();
     const QStringList texts = textsOf(r.dbcStudy.value, r.dbcVariable.value, {kind.content, kind.layout});

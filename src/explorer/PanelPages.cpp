@@ -60,10 +60,9 @@ void PanelPages::fill(const QString& study, const QString& variable, bool englis
     variable_ = variable;
     english_ = english;
     stale_ = !inSight_;
-    if (stale_)
+    // What can't be read leaves nothing of another variable.
+    if (stale_ || !attempt([this] { show(readRow()); }))
         clear();
-    else
-        attempt([this] { show(readRow()); });
 }
 
 void PanelPages::empty() {

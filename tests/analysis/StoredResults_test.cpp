@@ -157,6 +157,15 @@ TEST_F(StoredResultsTest, OnlyACompleteTableOfTheChosenVariableIsKept) {
     EXPECT_EQ(kept(u"dt_Table"_s, u"V7"_s), u"Null"_s);
 }
 
+TEST_F(StoredResultsTest, AVariableThatHasGoneMeanwhileIsAFailureInWords) {
+    ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);
+    gDatabase.CurrentDatabase()->Execute(u"DELETE FROM tkey_Variable WHERE id_VarName = 'V5'"_s);
+    EXPECT_FALSE(stored_.cmdTableSave());
+    ASSERT_FALSE(asker_.boxes.empty());
+    EXPECT_EQ(asker_.boxes.front().text, u"Fehler"_s);
+    EXPECT_EQ(asker_.boxes.front().details, u"Variable nicht gefunden"_s);
+}
+
 TEST_F(StoredResultsTest, WhatIsKeptIsLostOnlyByOkAndDeletedFieldsAreNull) {
     EXPECT_FALSE(stored_.table().load || stored_.table().remove || stored_.table().save);
     ASSERT_EQ(model_.changeTab(1), RunOutcome::Computed);

@@ -46,7 +46,7 @@ QStringList textsOf(const QString& study, const QString& variable, const QString
         rowsOf(study, fields, u" and id_VarName = "_s + quoted(variable), dao::dbOpenSnapshot);
     QStringList texts;
     for (const QString& field : fields)
-        texts << row->text(field);
+        texts << (row->Eof() ? QString() : row->text(field));
     return texts;
 }
 

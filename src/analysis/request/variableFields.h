@@ -18,8 +18,8 @@ struct VariableFields {
 /// name. @throws dao::Error
 dao::RecordsetPtr variableRow(const QString& study, const QString& variable, const QStringList& fields);
 
-/// The texts of some fields of a variable, all as they are at one moment; Null is empty. @throws dao::Error 3021 where
-/// the study has no such variable
+/// The texts of some fields of a variable, all as they are at one moment; Null is empty, and so are all where the study
+/// has no such variable. @throws dao::Error
 QStringList textsOf(const QString& study, const QString& variable, const QStringList& fields);
 
 /// Writes fields of variables, all in one transaction or none. @return the variables that the study has no more
