@@ -19,6 +19,7 @@ private:
     RunOptions runs_;
     bool tables_ = false, graphs_ = false, preserveLayout_ = false, progress_ = false;
     std::vector<QStringList> rows_;
+    QString told_; ///< why nothing was run
 
     bool runKind(Session& session, BatchKind kind);
     void addRows(Session& session, const BatchReport& report);
@@ -77,10 +78,13 @@ bool InstructionsCommand::runKind(Session& session, BatchKind kind) {
     };
     BatchRun batch(std::move(request));
     if (const QString obstacle = batch.obstacle(); !obstacle.isEmpty()) {
-        session.say(obstacle);
+        if (obstacle != told_)
+            session.say(obstacle);
+        told_ = obstacle;
         return false;
     }
-    tellCasesElsewhere(session, {QString::fromStdString(study_)});
+    if (before == 0)
+        tellCasesElsewhere(session, {QString::fromStdString(study_)});
     const BatchReport report = batch.run();
     addRows(session, report);
     return report.failed.empty() && report.ended.isEmpty();

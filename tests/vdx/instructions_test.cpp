@@ -97,7 +97,7 @@ TEST_F(RunInstructions, WhatCannotBeDoneForAnyIsSaidOnceAndChangesNothing) {
     EXPECT_EQ(runVdx(other).status, 1);
     EXPECT_TRUE(runVdx(other).err.contains(u"QX1 nicht gefunden"_s));
     QFile::rename(data_ + u"/QX1919.mdb"_s, data_ + u"/away.mdb"_s);
-    const VdxResult result = runVdx(arguments({u"--tables"_s}));
+    const VdxResult result = runVdx(arguments({u"--tables"_s, u"--graphs"_s}));
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err.count(u"nicht gefunden"_s), 1) << result.err.toStdString();
     EXPECT_TRUE(runVdx({u"run-instructions"_s, u"--help"_s}).out.contains(u"WRITES TO THE CATALOGUE"_s));
