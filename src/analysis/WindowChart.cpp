@@ -140,7 +140,8 @@ LabelTable WindowChart::changedLabels() {
         if (const auto found = changes.items.find(keyOf(item.place)); found != changes.items.end()) {
             const ItemEdit& edit = found->second;
             item.label = edit.label.value_or(item.label);
-            item.style = {edit.pattern.value_or(item.style.pattern), edit.number.value_or(item.style.number),
+            item.style = {edit.pattern.value_or(item.style.pattern),
+                          (edit.*numberOf(automatic_)).value_or(item.style.number),
                           edit.color.value_or(item.style.color)};
         }
     return labels;
@@ -150,25 +151,25 @@ LabelTable WindowChart::changedLabels() {
 void WindowChart::take(const LabelTable& changed) {
     if (state_ != State::Drawn)
         return;
-    const LabelTable own = labelTableOf(automatic_);
+    const LabelTable own = labelTableOf(automatic_), shown = labelTableOf(model_);
     Edits& changes = edits();
     changes.title = changed.Titel == own.Titel ? std::nullopt : std::optional(changed.Titel);
     changes.scale = changed.scale;
     for (size_t i = 0; i < std::min(own.items.size(), changed.items.size()); ++i) {
-        const LabelItem &now = changed.items[i], &before = own.items[i];
-        ItemEdit edit;
-        const auto note = [](auto& field, const auto& chosen, const auto& byItself) {
-            if (chosen != byItself)
+        const LabelItem &now = changed.items[i], &before = shown.items[i], &byItself = own.items[i];
+        ItemEdit& edit = changes.items[keyOf(byItself.place)];
+        // What is as it was may be more than is seen: a pattern, where black and white has one anyway.
+        const auto note = [](auto& field, const auto& chosen, const auto& was, const auto& automatic) {
+            if (chosen == was)
+                return;
+            field.reset();
+            if (chosen != automatic)
                 field = chosen;
         };
-        note(edit.label, now.label, before.label);
-        note(edit.pattern, now.style.pattern, before.style.pattern);
-        note(edit.number, now.style.number, before.style.number);
-        note(edit.color, now.style.color, before.style.color);
-        if (edit == ItemEdit())
-            changes.items.erase(keyOf(before.place));
-        else
-            changes.items[keyOf(before.place)] = edit;
+        note(edit.label, now.label, before.label, byItself.label);
+        note(edit.pattern, now.style.pattern, before.style.pattern, byItself.style.pattern);
+        note(edit.*numberOf(automatic_), now.style.number, before.style.number, byItself.style.number);
+        note(edit.color, now.style.color, before.style.color, byItself.style.color);
     }
     model_ = automatic_;
     layOn(changedLabels(), model_);

@@ -65,14 +65,17 @@ private:
         int nth = 0;
         bool operator<(const ItemKey& other) const;
     };
-    /// Each by itself: a colour is kept while the chart is in black and white, and a symbol with any colour.
+    /// Each by itself: a colour is kept while the chart is in black and white, a symbol with any colour, and a pattern
+    /// while the chart is of lines.
     struct ItemEdit {
         std::optional<QString> label;
         std::optional<bool> pattern;
-        std::optional<int> number;
+        std::optional<int> number, symbol;
         std::optional<std::optional<QRgb>> color;
-        bool operator==(const ItemEdit&) const = default;
     };
+    static std::optional<int> ItemEdit::*numberOf(const ChartModel& chart) {
+        return chart.chartType == ChartType::Lines ? &ItemEdit::symbol : &ItemEdit::number;
+    }
     struct Edits {
         std::optional<QString> title;
         std::map<ItemKey, ItemEdit> items;

@@ -184,15 +184,19 @@ TEST_F(ChartOfWindow, ATableWhoseRunWasStoppedIsDrawnWithTheValuesThatItShows) {
     EXPECT_EQ(chart().values[0][0].text + u'%', model_.result().mfgGrid.Cell(column, row));
 }
 
-TEST_F(ChartOfWindow, AColourWaitsWhileTheChartIsInBlackAndWhite) {
+TEST_F(ChartOfWindow, AColourWaitsWhileTheChartIsInBlackAndWhiteAndAPatternOutlivesAnOkThere) {
     crossWithV7();
-    change([](LabelTable& labels) { labels.items[1].style.color = red; });
+    change([](LabelTable& labels) {
+        labels.items[0].style = {true, 3, {}};
+        labels.items[1].style.color = red;
+    });
     gOptions.GraphColor = false;
     model_.optionsApplied();
-    EXPECT_EQ(items(), u"1=zufrieden/1 2=unzufrieden#ff0000/2"_s) << "drawn with its pattern";
+    EXPECT_EQ(items(), u"1=zufrieden/3 2=unzufrieden#ff0000/2"_s) << "drawn with its pattern";
+    change([](LabelTable& labels) { labels.items[1].label = u"die Zwei"_s; });
     gOptions.GraphColor = true;
     model_.optionsApplied();
-    EXPECT_EQ(items(), u"1=zufrieden 2=unzufrieden#ff0000"_s);
+    EXPECT_EQ(items(), u"1=zufrieden/3 2=die Zwei#ff0000"_s);
 }
 
 TEST_F(ChartOfWindow, TheFirstOfTooManyValuesIsAskedForOnceAndWhenItIsWanted) {
