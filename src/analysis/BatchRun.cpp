@@ -105,7 +105,7 @@ BatchReport BatchRun::run() {
         showProgress(one.variable, place++, static_cast<int>(all.size()));
         QElapsedTimer worked;
         worked.start();
-        workOn(one);
+        workOn(one.variable);
         writeWhenDue(worked.elapsed());
     }
     writeLast();
@@ -136,32 +136,41 @@ void BatchRun::prepare() {
     });
 }
 
-void BatchRun::workOn(const KeptInstruction& kept) {
+void BatchRun::workOn(const QString& variable) {
     GestureScope::startAnew(); // what failed for one variable is said of the next one too
     said_->take();
     prepare();
-    if (!editor_.chooseVariable(kept.variable)) {
-        fail(kept.variable, TranslateText(u"Variable nicht gefunden"_s));
+    if (!editor_.chooseVariable(variable)) {
+        fail(variable, TranslateText(u"Variable nicht gefunden"_s));
+        return;
+    }
+    // What somebody else has stored since the batch began is not deleted for want of an instruction that is there now.
+    QString instruction;
+    if (!attempt([&] { instruction = textsOf(request_.study, variable, {u"dt_Instruction"_s})[0]; })) {
+        fail(variable, lines(said_->take()));
         return;
     }
     Entry values;
-    if (kept.text.isEmpty()) {
+    if (instruction.isEmpty()) {
         if (hasKept())
-            pending_.push_back({{kept.variable, emptied()}, {}, true});
+            pending_.push_back({{variable, emptied()}, {}, true});
         return;
     }
     QString reason = TranslateText(notComputed);
-    trapped([&] { reason = make(kept.variable, kept.text, values); });
-    const QStringList words = said_->take();
+    trapped([&] { reason = make(variable, instruction, values); });
+    QStringList words = said_->take();
     if (!reason.isEmpty()) {
-        fail(kept.variable, words.isEmpty() ? reason : lines(words));
+        // Why there was no run has been said; what else stands in the way has not.
+        if (words.isEmpty() || reason != TranslateText(notComputed))
+            words << reason;
+        fail(variable, lines(words));
         return;
     }
     const bool deletes = values.empty();
     if (deletes && !hasKept())
-        report_.withoutChart << kept.variable;
+        report_.withoutChart << variable;
     else
-        pending_.push_back({{kept.variable, deletes ? emptied() : std::move(values)}, lines(words), deletes});
+        pending_.push_back({{variable, deletes ? emptied() : std::move(values)}, lines(words), deletes});
 }
 
 /// Makes what is to be kept with a variable. @return why it can't be made, in words

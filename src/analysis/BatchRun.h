@@ -65,7 +65,7 @@ private:
     int failedWritings_ = 0;
     bool stopping_ = false, atOnce_ = false, givenUp_ = false;
 
-    void workOn(const KeptInstruction& kept);
+    void workOn(const QString& variable);
     void prepare();
     QString make(const QString& variable, const QString& instruction, Entry& values);
     TableResult runTable();

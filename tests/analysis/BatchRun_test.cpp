@@ -182,6 +182,17 @@ TEST_F(Batch, TheFirstStopEndsItAfterTheVariableTheSecondAtOnce) {
     }
 }
 
+TEST_F(Batch, WhatIsStoredMeanwhileByAnotherIsNotDeletedForWantOfAnInstruction) {
+    BatchRequest wish = request();
+    wish.progress = [this](const QString& text, int, int) {
+        if (text.endsWith(u"V5"_s))
+            instruct(u"V6"_s, u"Freq;;FilterUser;V7=;noWeight;;A;"_s);
+    };
+    const BatchReport report = BatchRun(wish).run();
+    EXPECT_TRUE(report.deleted.contains(u"V5"_s) && !report.deleted.contains(u"V6"_s));
+    EXPECT_EQ(kept(u"V6"_s), old);
+}
+
 TEST_F(Batch, AFileThatAnotherOneHasLockedForAMomentIsWaitedFor) {
     for (const QString& variable : {u"V3"_s, u"V5"_s, u"V6"_s})
         instruct(variable, u"Freq;;noFilter;;noWeight;;A;"_s);
