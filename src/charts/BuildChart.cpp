@@ -5,6 +5,7 @@
 #include "platform/dao/Value.h"
 #include "platform/ui/Asker.h"
 #include "tables/Marks.h"
+#include "tables/tableText.h"
 
 #include <algorithm>
 
@@ -238,6 +239,8 @@ ChartModel ChartBuilder::build() {
     case TableKind::Descriptives:
         break;
     }
+    if (chart_.percent)
+        chart_.percentOf = percentWords(table_);
     style();
     if (entry_ == Entry::Run && chart_.categories.empty())
         chart_.caption.clear();

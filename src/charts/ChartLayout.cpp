@@ -119,9 +119,12 @@ private:
         room_.setTop(room_.top() + gapBetween / 2);
     }
 
-    /// What of the table the chart shows, where it doesn't show all.
+    /// What the percentages are of, unless the title says so, and what of the table the chart shows, where it doesn't
+    /// show all.
     void addNotes() {
         QStringList notes;
+        if (!whole_ || !model_.caption.contains(model_.percentOf, Qt::CaseInsensitive))
+            notes << model_.percentOf;
         const auto note = [&](const ItemsShown& items, const QString& what) {
             if (items.shown >= items.of)
                 return;
@@ -130,11 +133,16 @@ private:
         };
         note(model_.rowsShown, u"Zeilen"_s);
         note(model_.columnsShown, u"Spalten"_s);
+        notes.removeAll(QString());
         if (notes.isEmpty())
             return;
         const double size = noteType * factor_;
-        addText(notes.join(u"; "_s), {room_.left(), room_.bottom() - descent * size}, size, quietColor);
-        room_.setBottom(room_.bottom() - lineHeight * size - 0.5);
+        const std::vector<TextLine> lines = type_.wrapped(notes.join(u"; "_s), size, room_.width());
+        for (auto line = lines.rbegin(); line != lines.rend(); ++line) {
+            addText(line->text, {room_.left(), room_.bottom() - descent * size}, size, quietColor);
+            room_.setBottom(room_.bottom() - lineHeight * size);
+        }
+        room_.setBottom(room_.bottom() - 0.5);
     }
 
     void addLegend() {

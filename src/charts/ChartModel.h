@@ -61,6 +61,7 @@ struct ChartModel {
     QString caption;                             ///< title above the plot; not a part of it
     QString xTitle, yTitle;
     bool percent = false; ///< the values are percentages
+    QString percentOf;    ///< what they are of, in words; empty where their table has one kind only
     bool legend = false;
     bool color = true;                  ///< false: nothing that black and white cannot tell apart
     ItemsShown rowsShown, columnsShown; ///< of the table's rows and columns

@@ -117,21 +117,26 @@ QString joined(QStringList words) {
     return words.join(u' ');
 }
 
+} // namespace
+
 QString percentWords(const ResultTable& table) {
+    QString words;
     switch (table.percentOf) {
     case PercentOf::None:
-        break;
+        return {};
     case PercentOf::Columns:
-        return TranslateText(u"Spaltenprozente"_s);
+        words = TranslateText(u"Spaltenprozente"_s);
+        break;
     case PercentOf::Rows:
-        return TranslateText(u"Zeilenprozente"_s);
+        words = TranslateText(u"Zeilenprozente"_s);
+        break;
     case PercentOf::All:
-        return TranslateText(u"Gesamtprozente"_s);
+        words = TranslateText(u"Gesamtprozente"_s);
+        break;
     }
-    return {};
+    words[0] = words[0].toUpper();
+    return words;
 }
-
-} // namespace
 
 QString percentBaseText(const ResultTable& table) {
     if (table.percentOf == PercentOf::None)
@@ -144,9 +149,7 @@ QString percentBaseText(const ResultTable& table) {
         numbers << joined({base.value, heads ? table.shortHeads[first + i] : base.label}) + u" = "_s + base.n;
     }
     const QString of = TranslateText(table.percentOfValid ? u"N (gültige Fälle):"_s : u"N (alle Fälle der Tabelle):"_s);
-    QString words = percentWords(table);
-    words[0] = words[0].toUpper();
-    return words + u", "_s + of + u' ' + numbers.join(u"; "_s);
+    return percentWords(table) + u", "_s + of + u' ' + numbers.join(u"; "_s);
 }
 
 QString groupsText(const ResultTable& table) {

@@ -33,6 +33,8 @@ QString clipText(const ResultTable& table);
 QString htmlTable(const QString& title, const ResultTable& table, const QStringList& notes = {});
 /// A whole page of it.
 QString htmlPage(const QString& title, const ResultTable& table, const QStringList& notes);
+/// What the percentages of a table are of, in words at the beginning of a sentence; empty for one without.
+QString percentWords(const ResultTable& table);
 /// What a table of percentages is of, with the number of cases behind each 100 percent; empty for counts. In the
 /// language in force.
 QString percentBaseText(const ResultTable& table);

@@ -109,6 +109,8 @@ TEST_F(ChartTables, ACrosstabHasItsRowsAsSeriesAndItsColumnsAsCategories) {
     EXPECT_EQ(chart.yTitle, u"Fälle"_s);
     EXPECT_TRUE(chart.legend);
     EXPECT_EQ(chartOf(views_[1], 1).yTitle, u"Prozent"_s);
+    EXPECT_EQ(chartOf(views_[0]).percentOf, QString());
+    EXPECT_EQ(chartOf(views_[2], 2).percentOf, u"Zeilenprozente"_s);
 
     keepCrosstabRows({{1, 1, 3}, {1, 2, 1}}, {});
     origin_.options.ShowValidSums = false;

@@ -299,6 +299,17 @@ TEST(ChartLayout, ALineSaysWhatIsLeftOut) {
     cross.columnsShown = {2, 5, 9};
     EXPECT_TRUE(textsOf(layOut(cross, {180, 110}, ChartParts::Plot))
                     .contains(u"Zeilen: 20 von 60, ab 3; Spalten: 5 von 9, ab 2"_s));
+    EXPECT_TRUE(textsOf(layOut(cross, {40, 40})).join(u' ').contains(u"ab 3; Spalten: 5 von 9"_s)) << "also in little";
+}
+
+TEST(ChartLayout, PercentagesSayWhatTheyAreOfOnce) {
+    ChartModel model = crosstab({u"a"_s}, {u"b"_s});
+    model.percentOf = u"Spaltenprozente"_s;
+    model.caption = u"A nach B"_s;
+    EXPECT_TRUE(textsOf(layOut(model)).contains(model.percentOf));
+    model.caption += u", spaltenprozente"_s;
+    EXPECT_FALSE(textsOf(layOut(model)).contains(model.percentOf));
+    EXPECT_TRUE(textsOf(layOut(model, {180, 110}, ChartParts::Plot)).contains(model.percentOf));
 }
 
 TEST(ChartLayout, APlaceNamesItemSeriesAndValue) {
