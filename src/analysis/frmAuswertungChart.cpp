@@ -176,7 +176,7 @@ void frmAuswertungChart::showStoredGraph(const StoredResults::Shown& shown) {
     for (QWidget* own : {static_cast<QWidget*>(cbChartValues_), static_cast<QWidget*>(lblNoChart_),
                          static_cast<QWidget*>(cmdFirstValue_)})
         own->hide();
-    picChart_->showPicture(shown.picture);
+    picChart_->showPicture(shown.picture, QSizeF(shown.graph.width, shown.graph.height));
     picChart_->show();
     showExplanation(shown.graph.explanation);
     cmd_ShowOptions_->setEnabled(false);

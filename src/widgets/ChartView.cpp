@@ -18,6 +18,7 @@ namespace {
 
 /// Values that a reader of the screen hears of a chart at once; the keys lead to all of them.
 constexpr int mostSpoken = 60;
+constexpr double twipsPerInch = 1440;
 
 } // namespace
 
@@ -48,9 +49,10 @@ void ChartView::showChart(const ChartModel& model, const QSizeF& millimetres, Ch
     describe();
 }
 
-void ChartView::showPicture(const QImage& picture) {
+void ChartView::showPicture(const QImage& picture, const QSizeF& twips) {
     forget();
     picture_ = picture;
+    original_ = twips;
     describe();
 }
 
@@ -68,7 +70,9 @@ QSizeF ChartView::pageSize() const {
 
 QRectF ChartView::page() const {
     const QRectF room = QRectF(rect()).adjusted(1, 1, -1, -1);
-    const QSizeF size = pageSize().scaled(room.size(), Qt::KeepAspectRatio);
+    const bool limited = !picture_.isNull() && std::min(original_.width(), original_.height()) >= twipsPerInch;
+    const QSizeF most = limited ? (original_ * logicalDpiX() / twipsPerInch).boundedTo(room.size()) : room.size();
+    const QSizeF size = pageSize().scaled(most, Qt::KeepAspectRatio);
     QRectF page(QPointF(), size);
     page.moveCenter(room.center());
     return page;

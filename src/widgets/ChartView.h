@@ -15,7 +15,8 @@ public:
     ChartView(const QString& name, QWidget* parent);
 
     void showChart(const ChartModel& model, const QSizeF& millimetres, ChartParts parts);
-    void showPicture(const QImage& picture);
+    /// A picture in its own size (twips), smaller where the room is. A size of less than an inch is none.
+    void showPicture(const QImage& picture, const QSizeF& twips);
     void clear();
 
     const ChartLayout& shownLayout() const { return layout_; }
@@ -40,6 +41,7 @@ private:
     ChartModel model_;
     ChartLayout layout_;
     QImage picture_;
+    QSizeF original_; ///< of the picture, in twips
     QPixmap painted_; ///< the page as it was painted last
     int point_ = -1;  ///< of the layout's hits, that the keys have come to
 

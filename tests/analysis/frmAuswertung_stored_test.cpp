@@ -1,6 +1,7 @@
 #include "analysis/AnalysisWindow.h"
 #include "analysis/request/variableFields.h"
 #include "charts/chartFile.h"
+#include "widgets/ChartView.h"
 
 #include <QFile>
 #include <QHeaderView>
@@ -88,6 +89,10 @@ TEST_F(StoredInWindow, AChartComesBackAsItWasStoredAndHandsItsOwnBytesOn) {
     EXPECT_TRUE(the<QLabel>(u"lblChartState"_s)->isVisible());
     EXPECT_FALSE(enabled(u"cmd_ShowOptions"_s));
     EXPECT_FALSE(window->showsChart()) << "it has no options";
+    window->resize(1600, 1200);
+    settle();
+    const auto* shown = the<ChartView>(u"picChart"_s);
+    EXPECT_NEAR(shown->page().width(), 10205 / 1440.0 * shown->logicalDpiX(), 2);
     QImage copied;
     asker.onPicture = [&](const QImage& picture, const QByteArray&) { copied = picture; };
     press(u"cmdCopyChart"_s);
