@@ -276,7 +276,8 @@ private:
             const ChartItem& item = model_.categories[static_cast<size_t>(i)];
             layout_.explanation += item.level1 + u" = "_s + item.level2 + u"\r\n"_s;
             onAxis << axisText(texts.first[i], texts.second[i]);
-            if (box.size() < 400)
+            // A code without a label stands on the axis itself.
+            if (box.size() < 400 && !texts.first[i].isEmpty())
                 box.push_back({pair(texts.first[i], texts.second[i])});
         }
         if (whole_)
@@ -380,12 +381,13 @@ private:
         const QRectF& plot = layout_.plot;
         const double size = labelType * factor_;
         if (const QString title = shownLevel(model_.yTitle); !title.isEmpty()) {
-            const QString text = type_.shortened(title, size, plot.height());
-            const double width = type_.width(text, size);
+            // Its full text stands nowhere else: on a low page it gets smaller.
+            const double small = std::min(size, size * plot.height() / type_.width(title, size));
+            const double width = type_.width(title, small);
             const double x = plot.left() - tickLength - tickGap - widestTick_ - axisTitleGap - descent * size;
             const QPointF at(x, plot.center().y() + width / 2);
-            if (x - ascent * size > room_.left() - 0.01) // else the page is too narrow for it
-                layout_.texts.push_back({text, at, size, width, 90, false, isRightToLeft(text), inkColor});
+            if (x - ascent * size > room_.left() - 0.01 && small > 0.5 * size) // else the page is too little for it
+                layout_.texts.push_back({title, at, small, width, 90, false, isRightToLeft(title), inkColor});
         }
         if (const QString title = shownLevel(model_.xTitle); !title.isEmpty()) {
             const QString text = type_.shortened(title, size, plot.width());

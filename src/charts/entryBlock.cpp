@@ -57,7 +57,8 @@ private:
     EntryBlock block_;
 
     void fill(int first, int end, double x) {
-        double y = 0;
+        double y = 0, before = 0;
+        size_t texts = block_.texts.size(), places = block_.places.size(); // before the last entry
         const double line = lineHeight * size_;
         for (int i = first; i < end; ++i) {
             const BlockEntry& entry = entries_[static_cast<size_t>(i)];
@@ -65,10 +66,17 @@ private:
             const double tall = line * static_cast<double>(lines.size());
             if (y + tall > height_ + 1e-6) {
                 block_.cut = true;
-                if (y + line <= height_ + 1e-6)
-                    add(i, {{u"…"_s, type_.width(u"…"_s, size_)}}, x, y);
+                if (y + line > height_ + 1e-6) { // it takes the place of the last one, then
+                    block_.texts.resize(texts);
+                    block_.places.resize(places);
+                    y = before;
+                }
+                add(i, {{u"…"_s, type_.width(u"…"_s, size_)}}, x, y);
                 return;
             }
+            texts = block_.texts.size();
+            places = block_.places.size();
+            before = y;
             add(i, lines, x, y);
             y += tall + entryGap * size_;
         }

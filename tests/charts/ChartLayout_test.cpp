@@ -174,6 +174,10 @@ TEST(ChartLayout, TheBoxHasThePairsOfBothLevels) {
     EXPECT_TRUE(layout.explanation.startsWith(word + u"1 = 1\r\n"_s + word + u"2 = 2\r\n"_s));
     EXPECT_TRUE(layout.explanation.endsWith(word + u"9 = 9\r\n"_s));
     EXPECT_FALSE(belowPlot(layout).contains(u"9"_s));
+    // On a page too low for the box its end says that there is more.
+    for (int height = 40; height < 60; ++height)
+        EXPECT_TRUE(textsOf(layOut(crosstab(numbered(word, 60), {u"a"_s}), {60.0, height * 1.0})).contains(u"…"_s))
+            << height;
     EXPECT_EQ(layOut(crosstab({u"a"_s, u"b"_s}, {u"c"_s})).explanation, QString());
 }
 
