@@ -20,6 +20,7 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QScopedValueRollback>
+#include <QScreen>
 #include <QSpinBox>
 #include <algorithm>
 
@@ -79,6 +80,8 @@ frmGraphicOptions::frmGraphicOptions(const ChartModel& chart, const LabelTable& 
     showItem();
     showPreview();
     Titel_->setFocus();
+    // Left to itself a window takes two thirds of a screen at most, and on a small one the preview would pay for it.
+    resize(sizeHint().boundedTo(screen()->availableSize() * 0.95));
 }
 
 frmGraphicOptions::~frmGraphicOptions() = default;
@@ -276,7 +279,7 @@ void frmGraphicOptions::showItem() {
     for (QLineEdit* edit : {Minimum_, Maximum_, Division_})
         edit->setEnabled(!options_.chkFromToAuto);
     if (options_.item() < 0)
-        return;
+        return paleCaptions();
     const LabelItem& item = options_.current();
     const bool lines = options_.lines(), pattern = item.style.pattern && !lines;
     cmbSerie_->setCurrentIndex(options_.item());
@@ -298,6 +301,14 @@ void frmGraphicOptions::showItem() {
         color_[i]->setValue(parts[i]);
         color_[i]->setEnabled(!pattern);
     }
+    paleCaptions();
+}
+
+/// A caption looks like what it names.
+void frmGraphicOptions::paleCaptions() {
+    for (QLabel* label : findChildren<QLabel*>())
+        if (const QWidget* named = label->buddy())
+            label->setEnabled(named->isEnabled());
 }
 
 void frmGraphicOptions::showPreview() {

@@ -68,6 +68,7 @@ private:
     void change(Step&& step);
     void fillLists();
     void showItem();
+    void paleCaptions();
     void showPreview();
     QRgb shownColor() const;
 };

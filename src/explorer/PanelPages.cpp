@@ -76,7 +76,7 @@ void PanelPages::setInSight(bool inSight) {
     if (inSight == inSight_)
         return;
     inSight_ = inSight;
-    stale_ = !study_.isEmpty() || !variable_.isEmpty();
+    stale_ = hasVariable();
     if (!inSight)
         clear();
 }
@@ -87,7 +87,7 @@ void PanelPages::catchUp() {
 }
 
 bool PanelPages::refresh() {
-    if (!inSight_ || stale_ || (study_.isEmpty() && variable_.isEmpty()))
+    if (!inSight_ || stale_ || !hasVariable())
         return false;
     Row now;
     try {

@@ -35,6 +35,7 @@ public:
     /// asked for it, so that a catalogue that can't be read says nothing. @return whether there is something new
     bool refresh();
 
+    bool hasVariable() const { return !study_.isEmpty() || !variable_.isEmpty(); }
     int page() const { return page_; }
     /// Whether a page can be chosen: fill() has found something for it.
     bool isEnabled(int page) const { return enabled_[static_cast<size_t>(page)]; }

@@ -40,6 +40,13 @@ public:
     using QTabBar::QTabBar;
 
 protected:
+    /// The tab in view looks like the others when it has nothing: a tab bar itself draws only those pale.
+    void initStyleOption(QStyleOptionTab* option, int index) const override {
+        QTabBar::initStyleOption(option, index);
+        if (!isTabEnabled(index))
+            option->palette.setCurrentColorGroup(QPalette::Disabled);
+    }
+
     QSize minimumTabSizeHint(int index) const override {
         const QSize least = QTabBar::minimumTabSizeHint(index);
         return {std::min(least.width(), fontMetrics().averageCharWidth() * 5), least.height()};
@@ -161,14 +168,29 @@ void ExplorerPages::showPages() {
     zoomRow_->setVisible(picture);
     if (picture)
         picShowCard->show(&pages_.picSC());
+    else if (const QString fault = faultWords(); !fault.isEmpty())
+        picShowCard->showFault(fault);
     else
-        picShowCard->showFault(faultWords());
+        picShowCard->showEmpty(emptyWords());
     if (hadFocus && !isAncestorOf(QApplication::focusWidget()))
         (table ? static_cast<QWidget*>(mfgTable) : picShowCard)->setFocus();
     const QString card = pages_.page() == PanelPages::ShowCard ? Paths::fileOf(pages_.Tag()) : QString();
-    const QString nothing = TranslateText(u"Zu dieser Variable ist hier nichts da."_s);
-    picShowCard->setAccessibleDescription(picture ? card : faultWords().isEmpty() ? nothing : faultWords());
+    picShowCard->setAccessibleDescription(picture ? card : faultWords().isEmpty() ? emptyWords() : faultWords());
     showZoom();
+}
+
+/// Nobody is to take an empty page for one that could not be shown. Without a variable there is nothing to say.
+QString ExplorerPages::emptyWords() const {
+    if (!pages_.hasVariable() || pages_.isEnabled(pages_.page()))
+        return {};
+    switch (pages_.page()) {
+    case PanelPages::ShowCard:
+        return TranslateText(u"Keine ShowCard in der gewählten Sprache."_s);
+    case PanelPages::Table:
+        return TranslateText(u"Keine gespeicherte Tabelle."_s);
+    default:
+        return TranslateText(u"Keine gespeicherte Grafik."_s);
+    }
 }
 
 QString ExplorerPages::faultWords() const {
@@ -202,11 +224,13 @@ void ExplorerPages::showZoom() {
     lblZoom_->setText(said(u"%1 %"_s, u"%1%"_s).arg(percent));
     // The row stays as it is while the number grows.
     lblZoom_->setMinimumWidth(lblZoom_->fontMetrics().horizontalAdvance(u"400 %"_s));
+    // One line of both would reach across half the window.
     picShowCard->setToolTip(
         pages_.picSC().isNull()
             ? QString()
             : TranslateText(
-                  u"Ziehen verschiebt das Bild, Strg+Mausrad ändert seine Größe, ein Doppelklick stellt beides zurück. Tasten: Pfeile, +, -, F (einpassen), 0 (zurück), Strg+C (kopieren)"_s));
+                  u"Ziehen verschiebt das Bild, Strg+Mausrad ändert seine Größe, ein Doppelklick stellt beides zurück."_s) +
+                  u'\n' + TranslateText(u"Tasten: Pfeile, +, -, F (einpassen), 0 (zurück), Strg+C (kopieren)"_s));
 }
 
 /// The title in the lines that the width gives it; the explanation as wide as its lines, so far as the picture keeps

@@ -50,6 +50,7 @@ private:
     void showTabs();
     void showZoom();
     void fitTexts();
+    QString emptyWords() const;
     QString faultWords() const;
     void copyTable();
     void copyPicture();

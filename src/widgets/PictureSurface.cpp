@@ -39,6 +39,7 @@ QSize PictureSurface::minimumSizeHint() const {
 void PictureSurface::show(const ScaledPicture* picture) {
     picture_ = picture && !picture->isNull() ? picture : nullptr;
     fault_.clear();
+    empty_.clear();
     stopDragging();
     measure();
     update();
@@ -47,6 +48,11 @@ void PictureSurface::show(const ScaledPicture* picture) {
 void PictureSurface::showFault(const QString& words) {
     show(nullptr);
     fault_ = words;
+}
+
+void PictureSurface::showEmpty(const QString& words) {
+    show(nullptr);
+    empty_ = words;
 }
 
 void PictureSurface::measure() {
@@ -95,6 +101,9 @@ void PictureSurface::paintEvent(QPaintEvent* event) {
         painter.resetTransform();
     } else if (!fault_.isEmpty()) {
         paintFault(painter);
+    } else {
+        painter.setPen(palette().color(QPalette::PlaceholderText));
+        painter.drawText(contentsRect(), Qt::AlignCenter | Qt::TextWordWrap, empty_);
     }
     if (!hasFocus())
         return;

@@ -20,6 +20,8 @@ public:
     void show(const ScaledPicture* picture);
     /// Shows words and a sign that a picture is missing.
     void showFault(const QString& words);
+    /// Says why there is nothing to show; empty: says nothing.
+    void showEmpty(const QString& words);
     /// Zooms so that all of the picture is in view.
     void fit();
     /// Zoom and place as at the start.
@@ -41,7 +43,7 @@ protected:
 private:
     PictureView& view_;
     const ScaledPicture* picture_ = nullptr;
-    QString fault_;
+    QString fault_, empty_;
 
     QPointF inView(const QPointF& position) const { return position - contentsRect().topLeft(); }
     void measure();

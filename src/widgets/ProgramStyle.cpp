@@ -123,6 +123,14 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
         QProxyStyle::drawControl(element, &pale, painter, widget);
         return;
     }
+    const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (element == CE_ComboBoxLabel && box && box->currentIcon.isNull()) {
+        QStyleOptionComboBox elided(*box);
+        const int room = subControlRect(CC_ComboBox, box, SC_ComboBoxEditField, widget).width() - 2;
+        elided.currentText = box->fontMetrics.elidedText(box->currentText, Qt::ElideRight, room);
+        QProxyStyle::drawControl(element, &elided, painter, widget);
+        return;
+    }
     QProxyStyle::drawControl(element, option, painter, widget);
     if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) && widget->hasFocus()) {
         painter->setPen(option->palette.color(QPalette::Highlight));

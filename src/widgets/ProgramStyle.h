@@ -4,8 +4,9 @@
 
 /// The desktop's own style, with what it lacks here: air beside the text of a button; title bars of child windows,
 /// icons and marks of boxes that grow with the font; a frame around the list or table that has the keyboard, and a
-/// paler selection in those that don't; boxes that are seen on a dark ground, and texts of prompts that can be read on
-/// any; the program's own pictures in its message boxes.
+/// paler selection in those that don't; an ellipsis where a box of choices has no room for its text; boxes that are
+/// seen on a dark ground, and texts of prompts that can be read on any; the program's own pictures in its message
+/// boxes.
 class ProgramStyle : public QProxyStyle {
 public:
     using QProxyStyle::QProxyStyle;

@@ -275,18 +275,27 @@ int ResultTableView::givenWidth(int column, const QString& longest) const {
     return width;
 }
 
-/// Takes from the widest until all of them have room.
+/// Takes from the widest until all of them have room: what parts no word of a heading first, and only then more.
 void ResultTableView::narrowFixedColumns(int room) {
     auto& left = static_cast<FixedCells&>(*verticalHeader());
     const int least = leastOfFixed * fontMetrics().averageCharWidth();
-    int excess = total(left.widths) - room;
-    while (excess > 0) {
-        const auto widest = std::ranges::max_element(left.widths);
-        const int less = std::min(excess, *widest - least);
-        if (less <= 0)
-            break;
-        *widest -= less;
-        excess -= less;
+    std::vector<int> words(left.widths.size(), least);
+    for (size_t column = 0; column < words.size(); ++column)
+        for (int row = 0; row < model_->table.FixedRows; ++row)
+            words[column] = std::max(
+                words[column], widthOfHead(model_->headText(static_cast<int>(column), row), font(), mostOfHeading) +
+                                   2 * cellMargin(*this));
+    for (const std::vector<int>& floors : {words, std::vector<int>(words.size(), least)}) {
+        std::vector<int> spare(words.size());
+        for (int excess = total(left.widths) - room; excess > 0;) {
+            std::ranges::transform(left.widths, floors, spare.begin(), std::minus());
+            const auto most = std::ranges::max_element(spare);
+            const int less = most == spare.end() ? 0 : std::min(excess, *most);
+            if (less <= 0)
+                break;
+            left.widths[static_cast<size_t>(most - spare.begin())] -= less;
+            excess -= less;
+        }
     }
 }
 
