@@ -82,6 +82,9 @@ frmExplorer::frmExplorer(int view) : Form(*this, u"frmExplorer"_s) {
 }
 
 frmExplorer::~frmExplorer() {
+    // A window in view that is deleted is closed on the way, when what its lists show has gone already.
+    if (isWindow())
+        hide();
     layout_.takeFrom(model_.list);
     if (layout_.toText() != layoutBefore_)
         layout_.store(model_.state.bIsStudy);
