@@ -171,19 +171,18 @@ QGroupBox* frmGraphicOptions::buildLook() {
 QGroupBox* frmGraphicOptions::buildAxis() {
     auto* frame = button<QGroupBox>(u"fraScale"_s, u"Werteachse"_s, this);
     chkFromToAuto_ = button<QCheckBox>(u"chkFromToAuto"_s, u"&automatisch"_s, frame);
+    // In the order of the eye, which is that of the tab key; two to a line spare height on small screens.
+    Division_ = line(u"Division"_s, options_.Division, frame);
     Minimum_ = line(u"Minimum"_s, options_.Minimum, frame);
     Maximum_ = line(u"Maximum"_s, options_.Maximum, frame);
-    Division_ = line(u"Division"_s, options_.Division, frame);
     auto* grid = new QGridLayout(frame);
     grid->addWidget(chkFromToAuto_, 0, 0, 1, 2);
-    const std::tuple<QString, QString, QLineEdit*> lines[] = {{u"lblMinimum"_s, u"M&inimum:"_s, Minimum_},
-                                                              {u"lblMaximum"_s, u"Ma&ximum:"_s, Maximum_},
-                                                              {u"lblDivision"_s, u"Ab&schnitte:"_s, Division_}};
-    int row = 1;
-    for (const auto& [name, text, edit] : lines) {
-        grid->addWidget(caption(name, text, edit, frame), row, 0);
-        grid->addWidget(edit, row++, 1);
-    }
+    grid->addWidget(caption(u"lblDivision"_s, u"Ab&schnitte:"_s, Division_, frame), 0, 2);
+    grid->addWidget(Division_, 0, 3);
+    grid->addWidget(caption(u"lblMinimum"_s, u"M&inimum:"_s, Minimum_, frame), 1, 0);
+    grid->addWidget(Minimum_, 1, 1);
+    grid->addWidget(caption(u"lblMaximum"_s, u"Ma&ximum:"_s, Maximum_, frame), 1, 2);
+    grid->addWidget(Maximum_, 1, 3);
     return frame;
 }
 
