@@ -65,8 +65,8 @@ QString valueInCell(const ResultTable& table, const QString& cell, bool percent,
             text = bracket < 0 ? text : text.left(bracket);
         else if (bracket >= 0)
             text = text.mid(bracket + 1).chopped(text.endsWith(u')') ? 1 : 0);
-        else if (!options.IncludeMissingInPercentXTab)
-            text.clear(); // a number of cases alone; a percentage of all cases stands alone where there is no case
+        else if (!options.IncludeMissingInPercentXTab || dao::leadingNumber(text, true) != 0)
+            text.clear(); // a number of cases alone; of all cases 0 percent stands alone where there is no case
     }
     return text.remove(u'%').trimmed();
 }

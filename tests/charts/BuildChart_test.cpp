@@ -96,6 +96,10 @@ TEST_F(ChartTables, ACrosstabHasTheValuesOfItsCellsUnderAllOptionsInEveryView) {
     o.CommaInPercent = false;
     buildCrosstab(u"9"_s, u"8"_s);
     EXPECT_DOUBLE_EQ(*chartOf(views_[1], 1).values[2][0].value, 33.3) << "2 (33.3%)";
+    o.IncludeMissingInPercentXTab = true;
+    buildCrosstab(u"9"_s, u"8"_s);
+    views_[1].setCell(3, 3, u"270"_s);
+    EXPECT_FALSE(chartOf(views_[1], 1).values[0][0].value) << "cases whose percentage could not be computed";
 }
 
 TEST_F(ChartTables, ACrosstabHasItsRowsAsSeriesAndItsColumnsAsCategories) {
