@@ -9,6 +9,7 @@
 #include "charts/chartFile.h"
 #include "charts/frmGraphicOptions.h"
 #include "platform/system/Paths.h"
+#include "platform/system/wholeFile.h"
 #include "platform/ui/Asker.h"
 #include "widgets/ChartView.h"
 #include "widgets/ContextMenu.h"

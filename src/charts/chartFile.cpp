@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "charts/chartType.h"
 #include "charts/paintChart.h"
+#include "platform/system/wholeFile.h"
 #include "platform/ui/Asker.h"
 
 #include <QBuffer>
@@ -12,7 +13,6 @@
 #include <QImageWriter>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QSaveFile>
 #include <QSvgGenerator>
 #include <cmath>
 
@@ -178,8 +178,5 @@ QString saveChart(const ChartModel& model, const QString& path, const QSizeF& mi
                                  : encoded(chartImage(layout, dpi), jpeg ? "jpeg" : "png", jpeg ? 100 : -1);
     if (bytes.isEmpty())
         return TranslateText(u"Das Bild konnte nicht erzeugt werden."_s);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return file.errorString();
-    return {};
+    return saveBytes(path, bytes);
 }

@@ -2,9 +2,8 @@
 
 #include "app/globals.h"
 #include "platform/system/Paths.h"
+#include "platform/system/wholeFile.h"
 #include "tables/tableText.h"
-
-#include <QSaveFile>
 
 using namespace Qt::StringLiterals;
 
@@ -16,13 +15,6 @@ QString saveTable(const QString& path, const QString& title, const ResultTable& 
     };
     const QByteArray content = page ? htmlPage(title, table, notes).toUtf8() : "\xEF\xBB\xBF" + csv().toUtf8();
     return saveBytes(path, content);
-}
-
-QString saveBytes(const QString& path, const QByteArray& content) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        return file.errorString();
-    return {};
 }
 
 QString tableFileName(const TableResult& result) {

@@ -12,8 +12,6 @@
 /// @param notes lines below the table
 /// @return the reason of a failure, in the system's words; empty on success
 QString saveTable(const QString& path, const QString& title, const ResultTable& table, const QStringList& notes);
-/// Writes a file whole or not at all. @return the reason of a failure, in the system's words; empty on success
-QString saveBytes(const QString& path, const QByteArray& content);
 /// A name for the file of a table, by the request that the table was made from; without an extension.
 QString tableFileName(const AnalysisRequest& request);
 /// The same for the table that a result shows, which may be a stored one.
