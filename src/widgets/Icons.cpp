@@ -65,8 +65,6 @@ private:
         picture = QPixmap(size);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
-        if (mode == QIcon::Disabled)
-            painter.setOpacity(0.5);
         QByteArray drawn = QByteArray(svg_).replace("currentColor", colour.toLatin1());
         // On a selection, which has the accent's own colour, all is drawn in that of selected text.
         if (mode == QIcon::Selected)
@@ -76,6 +74,11 @@ private:
         renderer.render(&painter);
         if (number_ > 0)
             drawNumber(painter, size, colour);
+        // Once for the whole: where shapes overlap, each drawn pale by itself would come out darker.
+        if (mode == QIcon::Disabled) {
+            painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+            painter.fillRect(picture.rect(), QColor(0, 0, 0, 128));
+        }
         painter.end();
         QPixmapCache::insert(key, picture);
         return picture;
