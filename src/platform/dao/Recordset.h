@@ -24,10 +24,10 @@ struct Field {
 ///
 /// RecordCount is true at once. A snapshot keeps its rows in memory in at most 16 bytes a number cell. A table or a
 /// dynaset over a single table can be edited; FindFirst on a whole table goes to the file and does not read the
-/// table into memory. Memos of a recordset that can be edited stay in the file until they are asked for: they are then
-/// what they are by then, 3167 where their row is gone, 3420 where the file is closed. Columns are addressed by
-/// position from 0, by name without regard to case, or by "table.field" where two columns share a name. Every access to
-/// a value without a current row throws Error 3021.
+/// table into memory. Memos of one that can be edited and has its table's declared key stay in the file until they are
+/// asked for, and are what they are by then, 3167 where their row is gone, 3420 where the file is closed. Columns are
+/// addressed by position from 0, by name without regard to case, or by "table.field" where two columns share a name.
+/// Every access to a value without a current row throws Error 3021.
 class Recordset {
 public:
     virtual ~Recordset() = default;
