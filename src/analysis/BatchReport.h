@@ -22,8 +22,12 @@ struct BatchReport {
     std::vector<Named> remarks; ///< what was said of those that are done
     QString ended;              ///< why it was given up; empty if it was not
 
-    /// A line for each kind of outcome, with the names of those that failed; at most so many, and how many more.
+    /// A line for each kind of outcome, with the names of those that failed and why, in short; at most so many, and how
+    /// many more.
     QString summary(int mostNames) const;
-    /// Everything by name.
+    /// Everything by name, and in all its words.
     QString text() const;
+
+private:
+    QString outcomes(qsizetype mostNames, bool whole) const;
 };

@@ -138,6 +138,15 @@ TEST_F(Batch, WhatIsSaidOfATableIsARemark) {
     EXPECT_EQ(asker_.boxes.size(), 0U);
 }
 
+TEST_F(Batch, TheReportIsShortAndItsDetailsAreWhole) {
+    BatchReport report;
+    for (int i = 1; i <= 12; ++i)
+        report.failed.push_back({u"V%1"_s.arg(i), QString(5000, u'x')});
+    EXPECT_LT(report.summary(10).size(), 2500);
+    EXPECT_TRUE(report.summary(10).endsWith(u"und weitere: 2"_s));
+    EXPECT_TRUE(report.text().contains(u"V12: "_s + QString(5000, u'x')));
+}
+
 TEST_F(Batch, TheLayoutOfTheTableBeforeIsLaidOnTheViewThatIsKept) {
     for (const QString& variable : {u"V5"_s, u"V6"_s})
         instruct(variable, u"Xtab;V7;noFilter;;noWeight;;S;"_s);
