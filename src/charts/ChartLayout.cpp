@@ -9,6 +9,7 @@
 #include "charts/valueTexts.h"
 
 #include <QTransform>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +31,12 @@ QString shownLevel(const QString& text) {
 QString wordFor(const ChartItem& item) {
     const bool empty = item.place >= 0 && item.level1.trimmed().isEmpty() && item.level2.trimmed().isEmpty();
     return empty ? TranslateText(u"(leer)"_s) : QString();
+}
+
+QString itemText(const QString& label, const QString& code) {
+    if (label.isEmpty() || label == code)
+        return code;
+    return code.isEmpty() ? label : label + u" ("_s + code + u')';
 }
 
 /// What is equal to what, never with the sign at the end or the beginning of a line.
@@ -418,12 +425,6 @@ private:
     }
 };
 
-QString itemText(const QString& label, const QString& code) {
-    if (label.isEmpty() || label == code)
-        return code;
-    return code.isEmpty() ? label : label + u" ("_s + code + u')';
-}
-
 } // namespace
 
 QPolygonF ChartText::bounds() const {
@@ -450,8 +451,9 @@ QString shownSeries(const ChartModel& model, int series) {
     const ChartItem& item = model.series.at(static_cast<size_t>(series));
     const QString first = shownText(item.level1), second = shownText(item.level2);
     // The rows of a crosstab have the code first.
-    const QString text = model.kind == TableKind::Crosstab && !second.isEmpty() ? second : first;
-    return text.isEmpty() ? wordFor(item) : text;
+    if (model.kind != TableKind::Crosstab || second.isEmpty())
+        return first.isEmpty() ? wordFor(item) : first;
+    return std::ranges::count(model.series, item.level2, &ChartItem::level2) > 1 ? itemText(second, first) : second;
 }
 
 QString chartTip(const ChartModel& model, const ChartHit& hit) {

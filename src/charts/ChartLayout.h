@@ -66,7 +66,7 @@ struct ChartLayout {
 ChartLayout layOut(const ChartModel& model, const QSizeF& millimetres = defaultChartSize,
                    ChartParts parts = ChartParts::Whole);
 
-/// The text of a series as the legend shows it.
+/// The text of a series as the legend shows it: with its code where another has the same label.
 QString shownSeries(const ChartModel& model, int series);
 /// What a place of the chart says when it is pointed at: item, series and value, a line each; plain text.
 QString chartTip(const ChartModel& model, const ChartHit& hit);

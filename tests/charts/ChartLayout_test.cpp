@@ -342,6 +342,12 @@ TEST(ChartLayout, AnItemWithoutCodeAndLabelIsNamedWhereverItIsDrawn) {
     EXPECT_FALSE(textsOf(layOut(cross)).contains(u"(leer)"_s)) << "a place that nothing fills";
 }
 
+TEST(ChartLayout, SeriesOfOneLabelHaveTheirCodesInTheLegend) {
+    const QStringList texts = textsOf(layOut(crosstab({u"a"_s}, {u"weiß nicht"_s, u"ja"_s, u"weiß nicht"_s})));
+    EXPECT_TRUE(texts.contains(u"weiß nicht (1)"_s) && texts.contains(u"weiß nicht (3)"_s));
+    EXPECT_TRUE(texts.contains(u"ja"_s));
+}
+
 TEST(ChartLayout, SignsThatNobodySeesAndTextsThatNobodyReadsDoNoHarm) {
     ChartModel model = crosstab({u"a\nb\tc\u0001"_s + QChar(0) + QChar(0xd800) + u"d"_s, QString(1000000, u'w')},
                                 numbered(u"s"_s, 300));
