@@ -77,6 +77,8 @@ void frmSaveChart::build() {
     auto* hint = new QLabel(u"Die Auflösung gilt für PNG und JPEG; SVG und PDF sind in jeder scharf."_s, this);
     hint->setObjectName(u"lblHint"_s);
     hint->setWordWrap(true);
+    // Lines that are too short make so many that the rest is squeezed where the font is large.
+    hint->setMinimumWidth(hint->fontMetrics().averageCharWidth() * 36);
     auto* rows = new QVBoxLayout(this);
     rows->addLayout(grid);
     rows->addWidget(hint);
