@@ -51,7 +51,8 @@ std::optional<double> typedNumber(const QString& text) {
 GraphicOptions::GraphicOptions(const ChartModel& chart, const ValueScale& shownScale, bool marks)
     : Titel(chart.caption), chkFromToAuto(chart.scale.automatic), Minimum(NumberFormat::plain(shownScale.minimum)),
       Maximum(NumberFormat::plain(shownScale.maximum)), Division(QString::number(shownScale.division)), chart_(chart),
-      labels_(labelTableOf(chart)), marks_(marks) {
+      labels_(labelTableOf(chart)), marks_(marks), partsAtFirst_(shownScale.division),
+      ownDivision_(chart.scale.automatic ? Division : QString()) {
     choose(0);
 }
 
@@ -154,6 +155,25 @@ void GraphicOptions::changeLabel() {
         TranslateText(u"Geben Sie einen neuen Label ein:"_s) + u' ', TranslateText(u"Label ändern"_s), current().label);
     if (label && !label->isEmpty())
         edited().label = *label;
+}
+
+void GraphicOptions::divideAnew() {
+    const std::optional<double> low = typedNumber(Minimum), high = typedNumber(Maximum);
+    if (Division != ownDivision_ || !low || !high || *low >= *high)
+        return;
+    const double power = std::pow(10.0, std::floor(std::log10(*high - *low)));
+    const auto isWhole = [](double number) { return std::abs(number - std::round(number)) < 1e-6; };
+    int best = 0; // of none such, what there was: steps too close help nobody
+    for (const double step : {0.1, 0.2, 0.5, 1.0, 2.0, 5.0}) {
+        const double parts = (*high - *low) / (step * power);
+        if (parts < 1 || parts > std::min(2 * partsAtFirst_, mostDivisions) || !isWhole(parts) ||
+            !isWhole(*low / (step * power)))
+            continue;
+        const int whole = static_cast<int>(std::round(parts));
+        if (best == 0 || std::abs(whole - partsAtFirst_) < std::abs(best - partsAtFirst_))
+            best = whole;
+    }
+    Division = ownDivision_ = QString::number(best > 0 ? best : partsAtFirst_);
 }
 
 /// Nothing, with words, where what is typed is no axis.

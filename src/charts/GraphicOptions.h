@@ -52,6 +52,9 @@ public:
     // ---- the axis, as it is typed
     bool chkFromToAuto = true;
     QString Minimum, Maximum, Division;
+    /// After other ends: as many parts as give steps of 1, 2 or 5, near to how many there were. Only as long as the
+    /// user hasn't typed a number of parts, and where such steps begin and end at the ends.
+    void divideAnew();
 
     /// What OK hands over. @param fault words for what cannot be taken; nothing is returned then
     std::optional<LabelTable> cmdOK(QString& fault) const;
@@ -61,6 +64,8 @@ private:
     LabelTable labels_;
     int item_ = -1;
     bool marks_;
+    int partsAtFirst_;
+    QString ownDivision_; ///< what Division has by itself; empty: it is the user's
 
     LabelItem& edited() { return labels_.items[static_cast<size_t>(item_)]; }
     void changeStyle(const std::function<void(ItemStyle& style, int item)>& change);

@@ -245,7 +245,13 @@ void frmGraphicOptions::connectAxis() {
                                                                       {Division_, &GraphicOptions::Division}};
     for (const auto& [edit, field] : lines)
         connect(edit, &QLineEdit::textChanged, this, [this, field = field](const QString& text) {
+            if (options_.*field == text)
+                return;
             options_.*field = text;
+            if (field != &GraphicOptions::Division) {
+                options_.divideAnew();
+                Division_->setText(options_.Division);
+            }
             showPreview();
         });
 }

@@ -167,4 +167,17 @@ TEST_F(ChartChoices, AnAxisIsTakenOnlyIfItIsOne) {
         fault.clear();
         EXPECT_TRUE(options.cmdOK(fault)->scale.automatic) << "what is typed counts for nothing then";
     }
+    const QString typed[][3] = {
+        {u"100"_s, u"300"_s, u"4"_s}, {u"0.1"_s, u"0.4"_s, u"6"_s}, {u"60"_s, u"600"_s, u"6"_s}};
+    GraphicOptions fresh(ChartModel(), {true, 0, 300, 6}, false);
+    for (const auto& ends : typed) {
+        fresh.Minimum = ends[0];
+        fresh.Maximum = ends[1];
+        fresh.divideAnew();
+        EXPECT_EQ(fresh.Division, ends[2]) << ends[1].toStdString();
+    }
+    fresh.Maximum = u"10"_s;
+    fresh.Division = u"7"_s;
+    fresh.divideAnew();
+    EXPECT_EQ(fresh.Division, u"7"_s) << "the user's own stays";
 }
