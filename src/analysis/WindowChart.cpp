@@ -79,17 +79,26 @@ bool WindowChart::isDrawn(const TableResult& result, int view, const Options& op
 
 void WindowChart::turnTo(const TableResult& result, int view, const Options& options, FirstValue first) {
     if (!isDrawn(result, view, options))
-        drawWith(&BuildChartForTab, result, view, options, first);
+        drawWith(&BuildChartForTab, result, view, options,
+                 first == FirstValue::Asked ? StartPrompt(askForStart) : StartPrompt());
 }
 
 void WindowChart::chooseFirst(const TableResult& result, int view, const Options& options) {
-    drawWith(&BuildChartForTab, result, view, options, FirstValue::Asked);
+    const WindowChart before = *this;
+    bool answered = true;
+    drawWith(&BuildChartForTab, result, view, options, [&answered](const QString& question) {
+        const QString answer = answered ? askForStart(question) : QString();
+        answered = !answer.isEmpty();
+        return answer;
+    });
+    if (!answered)
+        *this = before;
 }
 
 void WindowChart::build(const TableResult& result, int view, const Options& options) {
     const bool otherValues = source_ && source_->view != view;
     if (!result.computation.ResultCacheKey.isEmpty() || stateOf(result) != State::Drawn || otherValues)
-        drawWith(&BuildChart, result, view, options, FirstValue::Asked);
+        drawWith(&BuildChart, result, view, options, askForStart);
 }
 
 /// What was changed is another table's, or has another number of cases in its title.
@@ -105,7 +114,7 @@ void WindowChart::forgetOthers(const TableResult& result, const Options& options
 }
 
 void WindowChart::drawWith(Build makeChart, const TableResult& result, int view, const Options& options,
-                           FirstValue first) {
+                           const StartPrompt& prompt) {
     state_ = stateOf(result);
     model_ = automatic_ = {};
     if (state_ != State::Drawn) {
@@ -113,11 +122,8 @@ void WindowChart::drawWith(Build makeChart, const TableResult& result, int view,
         return;
     }
     forgetOthers(result, options);
-    const auto ask = [first](const QString& question) {
-        return first == FirstValue::Asked ? askForStart(question) : QString();
-    };
     source_ = Source{result.mfgGrid, result.lblLabel, view, options, gLanguage};
-    model_ = automatic_ = makeChart({source_->table, source_->caption, view, result.facts->origin, options}, ask);
+    model_ = automatic_ = makeChart({source_->table, source_->caption, view, result.facts->origin, options}, prompt);
     if (automatic_.isEmpty())
         state_ = State::NoValues;
     else

@@ -31,7 +31,7 @@ public:
     /// What else leaves another chart: other values, options, a new calculation. Nothing for a table that is no longer
     /// valid, unless it shows other values now: a chart never stands under the name of values that it hasn't.
     void build(const TableResult& result, int view, const Options& options);
-    /// Asks anew for the first value of an axis that has too many.
+    /// Asks anew for the first value of an axis that has too many; without an answer all stays as it is.
     void chooseFirst(const TableResult& result, int view, const Options& options);
 
     /// With what was changed; empty where nothing is drawn.
@@ -99,7 +99,8 @@ private:
     ChartModel automatic_, model_; ///< as built; with what was changed
 
     void forgetOthers(const TableResult& result, const Options& options);
-    void drawWith(Build makeChart, const TableResult& result, int view, const Options& options, FirstValue first);
+    void drawWith(Build makeChart, const TableResult& result, int view, const Options& options,
+                  const StartPrompt& prompt);
     bool isDrawn(const TableResult& result, int view, const Options& options) const;
     Edits& edits();
     ItemKey keyOf(int place) const;

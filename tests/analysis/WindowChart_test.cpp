@@ -210,6 +210,9 @@ TEST_F(ChartOfWindow, TheFirstOfTooManyValuesIsAskedForOnceAndWhenItIsWanted) {
         model_.changeTab(tab);
     EXPECT_EQ(items(), u"2=unzufrieden"_s);
     change([](LabelTable& labels) { labels.items[0].label = u"die Zwei"_s; });
+    asker_.input(QString());
+    model_.chooseFirstValue();
+    EXPECT_EQ(items(), u"2=die Zwei"_s) << "no answer";
     asker_.input(u"1"_s);
     model_.chooseFirstValue();
     EXPECT_EQ(items(), u"1=zufrieden"_s);
