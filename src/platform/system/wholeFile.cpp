@@ -12,7 +12,11 @@ QString saveBytes(const QString& path, const QByteArray& content) {
     if (const QFileInfo there(path); there.exists() && !there.isFile() && !there.isDir())
         return said(u"keine gewöhnliche Datei"_s, u"not an ordinary file"_s);
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
-    return {};
+    const qint64 written = file.write(content);
+    // A disk that is full takes a part; only who goes on hears why.
+    if (written >= 0 && written < content.size())
+        file.write(content.mid(written));
+    return written == content.size() && file.commit() ? QString() : file.errorString();
 }
