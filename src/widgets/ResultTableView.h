@@ -76,7 +76,8 @@ private:
     void shareRoom();
     void narrowFixedColumns(int room);
     Wants wantsOf(int column) const;
-    int givenWidth(int column, const QString& longest) const;
+    int widestText(int column, const QString& longest) const;
+    int givenWidth(int column, const QString& longest, int needed) const;
     int pixels(int twips) const;
     void reportMark();
 };

@@ -1,8 +1,10 @@
 #include "widgets/ResultTableModel.h"
+#include "widgets/ResultTableView.h"
 #include "widgets/tableRoom.h"
 
 #include <QFontMetrics>
 #include <QGuiApplication>
+#include <QHeaderView>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -63,4 +65,18 @@ TEST(TableRoom, EveryAlignmentIsDrawnAndOneLineStandsInTheMiddle) {
     }
     table.setColAlignment(1, 4);
     EXPECT_EQ(alignmentOf(table, 1, 0), Qt::AlignHCenter | Qt::AlignVCenter) << "that of the column";
+}
+
+TEST(TableRoom, AKeptColumnHasRoomForTheWidestOfItsTextsNotForTheOneOfMostLetters) {
+    ResultTable table;
+    table.setRows(3);
+    table.setCols(2);
+    table.FixedRows = table.FixedCols = 1;
+    const QString wide(12, u'm');
+    table.setCell(1, 1, QString(13, u'i'));
+    table.setCell(1, 2, wide);
+    table.giveColWidth(1, 13 * 80);
+    ResultTableView view(u"mfgGrid"_s, nullptr);
+    view.updateTable(table);
+    EXPECT_GE(view.horizontalHeader()->sectionSize(0), view.fontMetrics().horizontalAdvance(wide));
 }
