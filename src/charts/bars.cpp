@@ -10,7 +10,7 @@ namespace {
 constexpr double widestBar = 22; ///< millimetres; two bars needn't fill a page
 constexpr double outlinePen = 0.2;
 constexpr double thinnestPattern = 0.2; ///< a bar that is narrower shows nothing of one
-constexpr double breakHeight = 0.9, breakRise = 1.2, breakFromBase = 2.4;
+constexpr double breakHeight = 0.9, breakRise = 1.2, breakFromEnd = 2.4;
 
 double barWidth(const ChartFrame& frame) {
     const int series = std::max(frame.model.seriesCount(), 1);
@@ -32,6 +32,20 @@ ChartShape outline(const QRectF& area, double pen, QRgb color) {
 /// Too light to stand on white by itself.
 bool needsOutline(QRgb color) {
     return 0.2126 * qRed(color) + 0.7152 * qGreen(color) + 0.0722 * qBlue(color) > 200;
+}
+
+QPolygonF breakBand(double middle, double left, double right, double rise) {
+    return {{left, middle + rise / 2 - breakHeight / 2},
+            {right, middle - rise / 2 - breakHeight / 2},
+            {right, middle - rise / 2 + breakHeight / 2},
+            {left, middle + rise / 2 + breakHeight / 2}};
+}
+
+/// Whether the axis that a user has set ends before the bar does.
+bool goesBeyond(const ChartFrame& frame, const ChartMark& bar) {
+    const std::vector<ChartPoint>& points = frame.model.values[static_cast<size_t>(bar.series)];
+    const std::optional<double> value = drawnValue(points[static_cast<size_t>(bar.category)]);
+    return value && (bar.hanging ? *value < frame.axis.low : *value > frame.axis.high);
 }
 
 } // namespace
@@ -94,24 +108,25 @@ void drawBars(ChartFrame& frame, const std::vector<ChartMark>& marks) {
 }
 
 void drawBreak(ChartFrame& frame, const std::vector<ChartMark>& bars) {
-    if (!frame.axis.broken)
-        return;
     const QRectF& plot = frame.layout.plot;
-    const bool fromTop = frame.axis.high < 0;
-    const double middle = fromTop ? plot.top() + breakFromBase : plot.bottom() - breakFromBase;
-    const auto band = [&](double left, double right, double rise) {
-        return QPolygonF{{left, middle + rise / 2 - breakHeight / 2},
-                         {right, middle - rise / 2 - breakHeight / 2},
-                         {right, middle - rise / 2 + breakHeight / 2},
-                         {left, middle + rise / 2 + breakHeight / 2}};
+    const double top = plot.top() + breakFromEnd, bottom = plot.bottom() - breakFromEnd;
+    const double atBase = frame.axis.high < 0 ? top : bottom;
+    const auto part = [&](const ChartMark& bar, double middle) {
+        const double rise = std::min(breakRise, bar.area.width() * 0.4);
+        if (bar.area.height() > breakFromEnd + breakHeight + breakRise)
+            frame.layout.shapes.push_back(
+                {{breakBand(middle, bar.area.left() - 0.05, bar.area.right() + 0.05, rise)}, paperColor});
     };
     for (const ChartMark& bar : bars) {
-        if (bar.area.height() > breakFromBase + breakHeight + breakRise)
-            frame.layout.shapes.push_back(
-                {{band(bar.area.left() - 0.05, bar.area.right() + 0.05, std::min(breakRise, bar.area.width() * 0.4))},
-                 paperColor});
+        if (frame.axis.broken)
+            part(bar, atBase);
+        // Bars that the axis cuts would look alike, whatever their values.
+        if (goesBeyond(frame, bar))
+            part(bar, bar.hanging ? bottom : top);
     }
-    const QPolygonF gap = band(plot.left() - 1.2, plot.left() + 1.2, breakRise);
+    if (!frame.axis.broken)
+        return;
+    const QPolygonF gap = breakBand(atBase, plot.left() - 1.2, plot.left() + 1.2, breakRise);
     frame.layout.shapes.push_back({{gap}, paperColor});
     frame.layout.shapes.push_back({{{gap[0], gap[1]}, {gap[3], gap[2]}}, inkColor, 0.25});
 }

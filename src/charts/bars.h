@@ -9,5 +9,6 @@ void drawBars(ChartFrame& frame, const std::vector<ChartMark>& marks);
 void drawFilled(ChartFrame& frame, const QRectF& area, int item, double scale);
 /// How fine the patterns of a chart are.
 double barPatternScale(const ChartFrame& frame);
-/// A break in the axis, and in the bars that cross it, where zero isn't on the axis.
+/// A break in the axis, and in the bars that cross it, where zero isn't on the axis; and one near the end of each bar
+/// that goes beyond the axis.
 void drawBreak(ChartFrame& frame, const std::vector<ChartMark>& bars);

@@ -153,7 +153,7 @@ TEST(ChartLook, BarsAreAsHighAsTheirValuesWithinAPixel) {
     }
 }
 
-TEST(ChartLook, BarsThatDoNotBeginAtZeroAreBroken) {
+TEST(ChartLook, BarsThatDoNotBeginAtZeroOrGoBeyondTheScaleAreBroken) {
     ChartModel model = frequency({}, {25, 28});
     const auto broken = [&] {
         const ChartLayout layout = layOut(model);
@@ -161,9 +161,9 @@ TEST(ChartLook, BarsThatDoNotBeginAtZeroAreBroken) {
         const double x = layout.plot.left() + layout.plot.width() / 4;
         int gaps = 0;
         bool inBar = true;
-        for (double y = layout.plot.bottom() - 1; y > layout.plot.center().y(); y -= 25.4 / 192) {
+        for (double y = layout.plot.bottom() - 1; y > layout.plot.top() + 0.5; y -= 25.4 / 192) {
             const bool filled = at(image, 192, x, y) == seriesColor(0);
-            gaps += inBar && !filled;
+            gaps += !inBar && filled;
             inBar = filled;
         }
         return gaps;
@@ -173,6 +173,10 @@ TEST(ChartLook, BarsThatDoNotBeginAtZeroAreBroken) {
     EXPECT_EQ(broken(), 1);
     model.scale = {false, 0, 30, 4};
     EXPECT_EQ(broken(), 0);
+    model.scale = {false, 0, 20, 4};
+    EXPECT_EQ(broken(), 1) << "it ends at 25";
+    model.scale = {false, 10, 20, 4};
+    EXPECT_EQ(broken(), 2);
 }
 
 TEST(ChartLook, LinesAreBrokenAtGapsAndAPointAloneIsSeen) {
