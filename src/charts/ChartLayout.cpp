@@ -64,6 +64,7 @@ public:
             addTitle();
         addNotes();
         if (!model_.isEmpty()) {
+            axis_ = makeAxis();
             addLegend();
             placeLabels();
             addPlot();
@@ -92,6 +93,7 @@ private:
     Typesetter type_;
     ChartLayout layout_;
     QRectF room_; ///< what is left of the page
+    ValueAxis axis_;
     CategoryLabels labels_;
     std::vector<Block> blocks_;
     double widestTick_ = 0; ///< of the axis that is drawn
@@ -297,15 +299,16 @@ private:
             placeShort(onAxis);
     }
 
-    int partsFor(double height) const { return std::clamp(static_cast<int>(height / (11 * factor_)), 3, 10); }
-    ValueAxis axisIn(double height) const { return valueAxis(model_, partsFor(height)); }
+    /// Goes by the page and not by what is left of it: the plot has the same axis with and without title and box.
+    ValueAxis makeAxis() const {
+        const double height = 0.75 * layout_.size.height();
+        return valueAxis(model_, std::clamp(static_cast<int>(height / (11 * factor_)), 3, 10));
+    }
 
     double axisWidth() {
         double widest = 0;
-        // The plot gets lower by its labels: both ends of what may come.
-        for (const double height : {room_.height(), room_.height() * 0.75, room_.height() * 0.5})
-            for (const QString& label : axisIn(height).labels)
-                widest = std::max(widest, type_.width(label, labelType * factor_));
+        for (const QString& label : axis_.labels)
+            widest = std::max(widest, type_.width(label, labelType * factor_));
         const double title = model_.yTitle.isEmpty() ? 0 : (ascent + descent) * labelType * factor_ + axisTitleGap;
         return std::min(title + widest + tickGap + tickLength, 0.4 * room_.width());
     }
@@ -316,9 +319,8 @@ private:
         QRectF plot(room_.left() + labels_.left, room_.top() + half, 0, 0);
         plot.setRight(std::max(room_.right() - rightOfPlot, plot.left() + 1));
         plot.setBottom(std::max(room_.bottom() - labels_.height - below, plot.top() + 1));
-        const ValueAxis axis = axisIn(plot.height());
         layout_.plot = plot;
-        ChartFrame frame{model_, layout_, axis};
+        ChartFrame frame{model_, layout_, axis_};
         std::vector<ChartMark> marks;
         for (const ValueType& as : valueTypes(model_, factor_)) {
             const ValueMargins margins = valueMargins(frame, type_, as);
