@@ -139,6 +139,20 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
     }
 }
 
+/// The shadow below the title of the window in use is drawn in the colour of texts: on dark, white below white, it
+/// would blur the title.
+void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                      const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+    if (control == CC_TitleBar && bar && (bar->titleBarState & State_Active) && isDark(bar->palette)) {
+        QStyleOptionTitleBar shadowed(*bar);
+        shadowed.palette.setColor(QPalette::Text, Qt::black);
+        QProxyStyle::drawComplexControl(control, &shadowed, painter, widget);
+        return;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
 void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {
     const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
