@@ -14,8 +14,10 @@ QSize ElidedLabel::sizeHint() const {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-    return {fontMetrics().averageCharWidth() * static_cast<int>(qMin<qsizetype>(text().size(), leastCharacters)),
-            sizeHint().height()};
+    // A text that is to stay as a whole needs its own width: broad letters take more than the average.
+    const int width = text().size() <= leastCharacters ? fontMetrics().horizontalAdvance(text()) + 1
+                                                       : fontMetrics().averageCharWidth() * leastCharacters;
+    return {width, sizeHint().height()};
 }
 
 void ElidedLabel::paintEvent(QPaintEvent*) {

@@ -74,6 +74,7 @@ ValueTable::ValueTable(ValueListModel& model, QWidget* parent) : QTableView(pare
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     horizontalHeader()->hide();
     horizontalHeader()->setMinimumSectionSize(0);
+    connect(&model, &ValueListModel::modelReset, this, &ValueTable::spanLabels);
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
         if (chosen && QGuiApplication::keyboardModifiers() == Qt::NoModifier)
             chosen(index.row());
@@ -101,6 +102,17 @@ void ValueTable::fitColumns() {
     horizontalHeader()->resizeSection(ValueListModel::Code, code);
     horizontalHeader()->resizeSection(ValueListModel::Missing, mark);
     horizontalHeader()->resizeSection(ValueListModel::Label, std::max(room - code - mark, air));
+}
+
+/// Labels of values that are not missing have the room of the mark, too: where it is narrow they would look alike.
+void ValueTable::spanLabels() {
+    clearSpans();
+    const std::vector<DocumentedValue>& values = model_.values();
+    if (std::ranges::none_of(values, &DocumentedValue::missing))
+        return;
+    for (size_t row = 0; row < values.size(); ++row)
+        if (!values[row].missing)
+            setSpan(static_cast<int>(row), ValueListModel::Label, 1, 2);
 }
 
 void ValueTable::setHint(const QString& hint) {

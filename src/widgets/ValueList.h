@@ -51,6 +51,7 @@ private:
     ValueListModel& model_;
     QString hint_;
 
+    void spanLabels();
     void copySelected() const;
 };
 

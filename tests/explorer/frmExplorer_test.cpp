@@ -463,6 +463,8 @@ TEST_F(frmExplorerTest, ValuesStandBesideTheQuestionAndAreCopied) {
     EXPECT_EQ(cell(2, 1), u"weiß nicht"_s);
     EXPECT_EQ(cell(1, 2), QString());
     EXPECT_EQ(cell(2, 2), u"Missing"_s);
+    const auto labelWidth = [&](int row) { return values->visualRect(values->model()->index(row, 1)).width(); };
+    EXPECT_EQ(labelWidth(1), labelWidth(2) + values->columnWidth(2)) << "no mark leaves its room to the label";
     EXPECT_EQ(find<ElidedLabel>(u"lblValues"_s)->text(), u"Missing-Definition: 98;99 · Format: F2.0"_s);
     QTest::keyClick(values, Qt::Key_Down);
     QTest::keyClick(values, Qt::Key_End);
