@@ -162,6 +162,19 @@ void ProgramStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         QProxyStyle::drawPrimitive(element, &pale, painter, widget);
         return;
     }
+    const auto* focus = qstyleoption_cast<const QStyleOptionFocusRect*>(option);
+    if (element == PE_FrameFocusRect && focus && (focus->state & State_Item) &&
+        focus->backgroundColor == focus->palette.color(QPalette::Highlight)) {
+        // A frame that is filled with the colour of the selection lies over the text of the cell and pales it.
+        QColor line = focus->palette.color(QPalette::HighlightedText);
+        line.setAlpha(110);
+        painter->save();
+        painter->setPen(line);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRect(focus->rect.adjusted(0, 0, -1, -1));
+        painter->restore();
+        return;
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element == PE_IndicatorCheckBox || element == PE_IndicatorRadioButton)
         outlineOnDark(*painter, *option, element == PE_IndicatorRadioButton);
