@@ -256,12 +256,19 @@ TEST(ChartLayout, TheAxisGoesInStepsOfOneTwoOrFiveFromZero) {
         bool percent;
         double low, high;
         int parts;
-    } cases[] = {{{97.0, 12.5}, true, 0, 100, 5}, {{99.96, 0.04}, true, 0, 100, 5},
-                 {{592, 109}, false, 0, 600, 6},  {{1, 2, 3}, false, 0, 3, 3},
-                 {{0, 0}, false, 0, 1, 1},        {{-30, 20}, false, -30, 20, 5},
-                 {{-7}, false, -8, 0, 4},         {{0.3}, true, 0, 0.3, 6},
-                 {{120.0, 3.0}, true, 0, 120, 6}, {{}, false, 0, 1, 1},
-                 {{1e15}, false, 0, 1e15, 5},     {{std::nan(""), INFINITY, 5}, false, 0, 5, 5}};
+    } cases[] = {{{97.0, 12.5}, true, 0, 100, 5},
+                 {{99.96, 0.04}, true, 0, 100, 5},
+                 {{592, 109}, false, 0, 600, 6},
+                 {{1, 2, 3}, false, 0, 3, 3},
+                 {{0, 0}, false, 0, 1, 1},
+                 {{0.4, 1}, false, 0, 1, 5},
+                 {{-30, 20}, false, -30, 20, 5},
+                 {{-7}, false, -8, 0, 4},
+                 {{0.3}, true, 0, 0.3, 6},
+                 {{120.0, 3.0}, true, 0, 120, 6},
+                 {{}, false, 0, 1, 1},
+                 {{1e15}, false, 0, 1e15, 5},
+                 {{std::nan(""), INFINITY, 5}, false, 0, 5, 5}};
     for (const auto& [values, percent, low, high, parts] : cases) {
         ChartModel model = frequency({}, values);
         model.percent = percent;
