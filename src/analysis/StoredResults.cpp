@@ -69,7 +69,16 @@ StoredResults::Texts StoredResults::kept(const Kind& kind) const {
     return {texts[0], texts[1]};
 }
 
-/// Numbers of one variable never stand with another one.
+/// Why the table that was computed, and the chart of it, can't be kept with the variable: numbers of one never stand
+/// with another one. Empty where they can.
+QString StoredResults::notToKeep() const {
+    const std::optional<TableFacts>& facts = model_.result().facts;
+    if (const QString words = stateText(model_.tableState()); !facts || !words.isEmpty())
+        return words.isEmpty() ? u"Es gibt keine Tabelle."_s : words;
+    const AnalysisRequest& r = model_.request();
+    return isOf(*facts, r.dbcStudy.value, r.dbcVariable.value) ? QString() : otherVariable;
+}
+
 StoredResults::Texts StoredResults::tableTexts() const {
     const TableResult& result = model_.result();
     const AnalysisRequest& r = model_.request();
@@ -78,10 +87,8 @@ StoredResults::Texts StoredResults::tableTexts() const {
         const bool same = result.stored->study == r.dbcStudy.value && result.stored->variable == r.dbcVariable.value;
         return same ? Texts{result.stored->text, layout} : Texts{{}, {}, otherVariable};
     }
-    if (const QString words = stateText(model_.tableState()); !result.facts || !words.isEmpty())
-        return {{}, {}, words.isEmpty() ? u"Es gibt keine Tabelle."_s : words};
-    if (!isOf(*result.facts, r.dbcStudy.value, r.dbcVariable.value))
-        return {{}, {}, otherVariable};
+    if (const QString reason = notToKeep(); !reason.isEmpty())
+        return {{}, {}, reason};
     return {BuildTableString(storedTableOf(result, r.cbValues)), layout};
 }
 
@@ -91,11 +98,8 @@ StoredResults::Texts StoredResults::graphTexts() const {
         const bool same = shownGraph_->study == r.dbcStudy.value && shownGraph_->variable == r.dbcVariable.value;
         return same ? Texts{shownGraph_->content, shownGraph_->layout} : Texts{{}, {}, otherVariable};
     }
-    const TableResult& result = model_.result();
-    if (const QString words = stateText(model_.tableState()); !result.facts || !words.isEmpty())
-        return {{}, {}, words.isEmpty() ? u"Es gibt keine Tabelle."_s : words};
-    if (!isOf(*result.facts, r.dbcStudy.value, r.dbcVariable.value))
-        return {{}, {}, otherVariable};
+    if (const QString reason = notToKeep(); !reason.isEmpty())
+        return {{}, {}, reason};
     if (model_.chart().state() != WindowChart::State::Drawn)
         return {{}, {}, model_.chart().reason()};
     const StoredGraph graph = model_.pictures().started()

@@ -58,6 +58,7 @@ private:
     bool hasVariable() const;
     Offered offered(bool kept, bool made) const;
     Texts kept(const Kind& kind) const;
+    QString notToKeep() const;
     Texts tableTexts() const;
     Texts graphTexts() const;
     bool save(const Kind& kind, const Texts& texts);
