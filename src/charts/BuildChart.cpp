@@ -45,7 +45,7 @@ private:
 
     std::vector<int> rows(int more = 0) const;
     std::vector<int> columns(int more = 0) const;
-    std::vector<int> shownOf(const std::vector<int>& items, const QString& words, int& first, ItemsShown& shown) const;
+    std::vector<int> shownOf(const std::vector<int>& items, const QString& words, ItemsShown& shown) const;
     int startOf(int items, int most, const QString& words) const;
     const QString& cell(int column, int row) const { return table_.Cell(column, row); }
 };
@@ -112,10 +112,9 @@ int ChartBuilder::startOf(int items, int most, const QString& words) const {
     }
 }
 
-std::vector<int> ChartBuilder::shownOf(const std::vector<int>& items, const QString& words, int& first,
-                                       ItemsShown& shown) const {
+std::vector<int> ChartBuilder::shownOf(const std::vector<int>& items, const QString& words, ItemsShown& shown) const {
     const int count = static_cast<int>(items.size()), most = std::max(1, s_.options.MaxItems);
-    first = count <= most ? 1 : startOf(count, most, words);
+    const int first = count <= most ? 1 : startOf(count, most, words);
     const auto begin = items.begin() + (first - 1);
     const std::vector<int> taken(begin, begin + std::min(most, count - first + 1));
     const auto places = [](const std::vector<int>& list) {
@@ -157,7 +156,7 @@ void ChartBuilder::frequency() {
     chart_.percent = !s_.options.TakeAbsolutValues;
     chart_.yTitle = TranslateText(chart_.percent ? u"Prozent"_s : u"Anzahl"_s);
     const QString words = TranslateText(u"Ausprägungen vorhanden."_s) + u' ';
-    for (const int row : shownOf(rows(), words, chart_.firstRow, chart_.rowsShown))
+    for (const int row : shownOf(rows(), words, chart_.rowsShown))
         chart_.categories.push_back({shownOr(cell(1, row)), cell(0, row), cell(0, row), row, isMarkedRow(table_, row)});
     chart_.series.resize(1);
     const int column = !chart_.percent ? Anzahl : s_.options.IncludeMissing ? Prozent : GueltProzent;
@@ -174,13 +173,12 @@ void ChartBuilder::crosstab() {
     if (table_.shape.rows.count() == 0 || table_.shape.columns.count() == 0)
         return;
     const ChartItem nothing{u" "_s, u" "_s, {}};
-    for (const int row :
-         shownOf(rows(more), TranslateText(u"Zeilen vorhanden."_s) + u' ', chart_.firstRow, chart_.rowsShown))
+    for (const int row : shownOf(rows(more), TranslateText(u"Zeilen vorhanden."_s) + u' ', chart_.rowsShown))
         chart_.series.push_back(row == noPlace ? nothing
                                                : ChartItem{shownOr(cell(0, row)), shownOr(cell(1, row)), cell(0, row),
                                                            row, isMarkedRow(table_, row)});
-    for (const int column : shownOf(columns(more), u' ' + TranslateText(u"Spalten vorhanden."_s) + u' ',
-                                    chart_.firstColumn, chart_.columnsShown))
+    for (const int column :
+         shownOf(columns(more), u' ' + TranslateText(u"Spalten vorhanden."_s) + u' ', chart_.columnsShown))
         chart_.categories.push_back(column == noPlace
                                         ? nothing
                                         : ChartItem{shownOr(cell(column, 1)), shownOr(cell(column, 0)), cell(column, 0),
@@ -195,12 +193,11 @@ void ChartBuilder::comparison() {
     chart_.chartType = s_.options.TrendGraphLine ? ChartType::Lines : ChartType::Bars;
     if (table_.shape.rows.count() == 0 || table_.shape.columns.count() == 0)
         return;
-    for (const int row :
-         shownOf(rows(), u' ' + TranslateText(u"Zeilen vorhanden."_s) + u' ', chart_.firstRow, chart_.rowsShown))
+    for (const int row : shownOf(rows(), u' ' + TranslateText(u"Zeilen vorhanden."_s) + u' ', chart_.rowsShown))
         chart_.categories.push_back(
             {shownOr(cell(1, row)), shownOr(cell(0, row)), cell(0, row), row, isMarkedRow(table_, row)});
-    for (const int column : shownOf(columns(), u' ' + TranslateText(u"Spalten vorhanden."_s) + u' ', chart_.firstColumn,
-                                    chart_.columnsShown))
+    for (const int column :
+         shownOf(columns(), u' ' + TranslateText(u"Spalten vorhanden."_s) + u' ', chart_.columnsShown))
         chart_.series.push_back({cell(column, 0), {}, cell(column, 0), column});
     fill([](const ChartItem& series, const ChartItem& category) { return std::pair(series.place, category.place); });
 }

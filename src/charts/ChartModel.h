@@ -65,9 +65,11 @@ struct ChartModel {
     bool legend = false;
     bool color = true;                  ///< false: nothing that black and white cannot tell apart
     ItemsShown rowsShown, columnsShown; ///< of the table's rows and columns
-    int firstRow = 1, firstColumn = 1;  ///< the start items that were chosen
     ValueScale scale;
 
+    /// The start items that were chosen.
+    int firstRow() const { return rowsShown.first; }
+    int firstColumn() const { return columnsShown.first; }
     int seriesCount() const { return static_cast<int>(series.size()); }
     int categoryCount() const { return static_cast<int>(categories.size()); }
     bool isEmpty() const;

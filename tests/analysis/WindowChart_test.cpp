@@ -204,7 +204,7 @@ TEST_F(ChartOfWindow, TheFirstOfTooManyValuesIsAskedForOnceAndWhenItIsWanted) {
     asker_.input(u"2"_s);
     model_.changeTab(2);
     EXPECT_EQ(items(), u"2=unzufrieden"_s);
-    EXPECT_EQ(chart().firstRow, 2);
+    EXPECT_EQ(chart().firstRow(), 2);
     EXPECT_TRUE(model_.chart().isPart());
     for (const int tab : {1, 2})
         model_.changeTab(tab);

@@ -192,7 +192,7 @@ TEST_F(ChartTables, AnAxisWithTooManyItemsAsksWordForWord) {
     EXPECT_EQ(questions_, QStringList(u"Es sind mehr als 50 Ausprägungen vorhanden.  Die Grafik wird maximal 50 Werte "
                                       "darstellen. Bitte geben Sie den ersten Wert ein: (1-60)"_s));
     EXPECT_EQ(pointsOf(last), QStringList(u"55 56 57 58 59 60"_s));
-    EXPECT_EQ(last.firstRow, 55);
+    EXPECT_EQ(last.firstRow(), 55);
     EXPECT_EQ(last.rowsShown.first, 55);
     EXPECT_EQ(last.rowsShown.shown, 6);
     EXPECT_EQ(last.rowsShown.of, 60);
@@ -233,14 +233,14 @@ TEST_F(ChartTables, AnAnswerThatIsNoNumberOfAnItemCountsAsTheFirst) {
          {u""_s, u"61"_s, u"abc"_s, u"0"_s, u"-3"_s, u"5 x"_s, u"1e300"_s, u"99999999999999999999"_s}) {
         answers_ = {answer};
         const ChartModel chart = chartOf(table_);
-        EXPECT_EQ(chart.firstRow, 1) << answer.toStdString();
+        EXPECT_EQ(chart.firstRow(), 1) << answer.toStdString();
         EXPECT_EQ(chart.categoryCount(), 50) << answer.toStdString();
     }
     answers_ = {u" 60 "_s};
     EXPECT_EQ(chartOf(table_).categoryCount(), 1);
     const ChartModel unasked =
         BuildChartForTab({.table = table_, .caption = {}, .origin = origin_, .options = options_}, StartPrompt());
-    EXPECT_EQ(unasked.firstRow, 1) << "nobody is there to be asked";
+    EXPECT_EQ(unasked.firstRow(), 1) << "nobody is there to be asked";
 }
 
 TEST_F(ChartTables, ItemsBeginWhereTheOptionsSayUnlessSomebodyTurnsToTheChart) {
