@@ -239,7 +239,7 @@ TEST_F(AnalysisChart, OptionsThatAreAppliedTakeEffectOnTheChartInView) {
     EXPECT_TRUE(the<QWidget>(u"cmdFirstValue"_s)->isVisibleTo(window));
     asker.input(u"1"_s);
     click(u"cmdFirstValue"_s);
-    EXPECT_EQ(chart().firstRow, 1);
+    EXPECT_EQ(chart().firstRow(), 1);
 }
 
 TEST_F(AnalysisChart, ARunThatIsStoppedLeavesNoChartOfHalfANumber) {
