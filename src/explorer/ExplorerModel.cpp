@@ -3,6 +3,42 @@
 #include "app/globals.h"
 #include "config/Options.h"
 
+namespace {
+
+std::vector<ExplorerModel*>& living() {
+    static std::vector<ExplorerModel*> models;
+    return models;
+}
+
+} // namespace
+
+void announce(const CatalogueChanges& changes) {
+    for (const CatalogueChange& change : changes)
+        for (ExplorerModel* model : ExplorerModel::open())
+            model->take(change);
+}
+
+ExplorerModel::ExplorerModel(ListviewHost* host) : host_(host ? host : &none_) {
+    living().push_back(this);
+}
+
+ExplorerModel::~ExplorerModel() {
+    std::erase(living(), this);
+}
+
+const std::vector<ExplorerModel*>& ExplorerModel::open() {
+    return living();
+}
+
+void ExplorerModel::take(const CatalogueChange& change) {
+    if (change.view != state.ltreetype)
+        return;
+    if (change.kind != CatalogueChange::Kind::Rows)
+        Update_TreeView(tree, state.ltreetype, state.bELTree);
+    if (!state.selectedKey.isEmpty())
+        select(state.selectedKey, true);
+}
+
 void ExplorerModel::open(int view) {
     state = ExplorerState();
     state.ltreetype = static_cast<qint16>(view);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "explorer/AssignmentList.h"
+#include "explorer/CatalogueChange.h"
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
 #include "explorer/PanelPages.h"
@@ -23,7 +24,15 @@ public:
     PanelPages pagesA{VariablePanel::Place::A}, pagesB{VariablePanel::Place::B};
 
     /// @param host the window that shows this model; not owned
-    explicit ExplorerModel(ListviewHost* host = nullptr) : host_(host ? host : &none_) {}
+    explicit ExplorerModel(ListviewHost* host = nullptr);
+    ~ExplorerModel() override;
+    ExplorerModel(const ExplorerModel&) = delete;
+    ExplorerModel& operator=(const ExplorerModel&) = delete;
+
+    /// The models that live, in the order of their making.
+    static const std::vector<ExplorerModel*>& open();
+    /// Takes over a change of the catalogue, if it is one of this view's.
+    void take(const CatalogueChange& change);
 
     /// Begins with a view, in the contents' language that is in force, and builds its tree.
     void open(int view);

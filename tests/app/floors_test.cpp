@@ -56,6 +56,8 @@ const QSet<std::pair<QString, QString>> pairsOfRooms = {
 const QSet<std::pair<QString, QString>> pairsOfWindows = {
     {u"analysis"_s, u"explorer"_s}, {u"analysis"_s, u"charts"_s}, {u"config"_s, u"analysis"_s},
     {u"app"_s, u"analysis"_s},      {u"app"_s, u"config"_s},      {u"app"_s, u"explorer"_s},
+    {u"search"_s, u"explorer"_s},   {u"search"_s, u"editing"_s},  {u"editing"_s, u"explorer"_s},
+    {u"app"_s, u"search"_s},        {u"app"_s, u"editing"_s},
 };
 
 const QString entry = u"app/main.cpp"_s;

@@ -3,15 +3,28 @@
 #include <gtest/gtest.h>
 
 namespace {
-std::optional<QString> next(std::deque<QString>& queue, const QString& what) {
+
+/// The next answer of a queue; without one the test fails and the answer is that of Cancel.
+template<class Scripted>
+Scripted next(std::deque<Scripted>& queue, const QString& what) {
     if (queue.empty()) {
         ADD_FAILURE() << "no answer scripted for: " << qPrintable(what);
-        return std::nullopt;
+        return {};
     }
-    QString text = queue.front();
+    Scripted answer{};
+    std::swap(answer, queue.front());
     queue.pop_front();
-    return text;
+    return answer;
 }
+
+template<class Answer>
+Answer nextAfter(std::deque<std::pair<Answer, std::function<void()>>>& queue, const QString& what) {
+    auto [answer, meanwhile] = next(queue, what);
+    if (meanwhile)
+        meanwhile();
+    return answer;
+}
+
 } // namespace
 
 ScriptedAsker::ScriptedAsker() : before_(ui::setAsker(this)) {}
@@ -19,6 +32,8 @@ ScriptedAsker::ScriptedAsker() : before_(ui::setAsker(this)) {}
 ScriptedAsker::~ScriptedAsker() {
     ui::setAsker(before_);
     EXPECT_TRUE(answers_.empty()) << "answers were scripted for boxes that never came";
+    EXPECT_TRUE(edited_.empty() && order_.empty() && fromTree_.empty())
+        << "answers were scripted that nobody asked for";
 }
 
 ScriptedAsker& ScriptedAsker::answer(ui::Answer answer, std::function<void()> meanwhile) {
@@ -28,6 +43,26 @@ ScriptedAsker& ScriptedAsker::answer(ui::Answer answer, std::function<void()> me
 
 ScriptedAsker& ScriptedAsker::input(const QString& text) {
     inputs_.push_back(text);
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::noInput() {
+    inputs_.push_back(std::nullopt);
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::edited(std::optional<QString> text, std::function<void()> meanwhile) {
+    edited_.emplace_back(std::move(text), std::move(meanwhile));
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::order(std::optional<std::vector<int>> places, std::function<void()> meanwhile) {
+    order_.emplace_back(std::move(places), std::move(meanwhile));
+    return *this;
+}
+
+ScriptedAsker& ScriptedAsker::fromTree(const QString& text) {
+    fromTree_.push_back(text);
     return *this;
 }
 
@@ -59,15 +94,32 @@ ui::Answer ScriptedAsker::messageBox(const ui::Box& box) {
         ADD_FAILURE() << "no answer scripted for the box: " << qPrintable(box.text);
         return ui::safeAnswer(box.buttons);
     }
-    const auto [answer, meanwhile] = answers_.front();
-    answers_.pop_front();
-    if (meanwhile)
-        meanwhile();
-    return answer;
+    return nextAfter(answers_, box.text);
 }
 
-std::optional<QString> ScriptedAsker::inputBox(const QString& prompt, const QString&, const QString&) {
+std::optional<QString> ScriptedAsker::inputBox(const QString& prompt, const QString& title, const QString& proposal) {
+    prompts.push_back({prompt, title, proposal});
     return next(inputs_, prompt);
+}
+
+std::optional<QString> ScriptedAsker::editText(const QString& caption, const QString& text) {
+    editors.emplace_back(caption, text);
+    return nextAfter(edited_, caption);
+}
+
+std::optional<std::vector<int>> ScriptedAsker::orderLines(const ui::LineOrder& lines) {
+    orders.push_back(lines);
+    return nextAfter(order_, lines.lines.join(u'|'));
+}
+
+std::optional<int> ScriptedAsker::chooseFromTree(const ui::TreeChoice& choice) {
+    trees.push_back(choice);
+    const QString text = next(fromTree_, choice.title);
+    for (int i = 0; i < static_cast<int>(choice.entries.size()) && !text.isEmpty(); ++i)
+        if (choice.entries[static_cast<size_t>(i)].text == text)
+            return i;
+    EXPECT_TRUE(text.isEmpty()) << "not in the tree: " << qPrintable(text);
+    return std::nullopt;
 }
 
 std::optional<QString> ScriptedAsker::chooseFile(const ui::FileChoice& choice) {
@@ -81,13 +133,7 @@ std::optional<QString> ScriptedAsker::chooseFolder(const QString& title, const Q
 }
 
 std::optional<unsigned> ScriptedAsker::chooseColor(const QString& title, unsigned) {
-    if (colors_.empty()) {
-        ADD_FAILURE() << "no colour scripted for: " << qPrintable(title);
-        return std::nullopt;
-    }
-    const std::optional<unsigned> rgb = colors_.front();
-    colors_.pop_front();
-    return rgb;
+    return next(colors_, title);
 }
 
 void ScriptedAsker::setClipboard(const QString& text, const QString& html) {

@@ -16,11 +16,26 @@ public:
     /// @param meanwhile what the user does while the box is open
     ScriptedAsker& answer(ui::Answer answer, std::function<void()> meanwhile = {});
     ScriptedAsker& input(const QString& text);
+    /// A prompt that is cancelled.
+    ScriptedAsker& noInput();
+    /// @param text nothing for Cancel
+    ScriptedAsker& edited(std::optional<QString> text, std::function<void()> meanwhile = {});
+    ScriptedAsker& order(std::optional<std::vector<int>> places, std::function<void()> meanwhile = {});
+    /// The first entry of that text; an empty text for Cancel.
+    ScriptedAsker& fromTree(const QString& text);
     ScriptedAsker& file(const QString& path);
     /// 0xRRGGBB; nothing for Cancel.
     ScriptedAsker& color(std::optional<unsigned> rgb);
 
     std::vector<ui::Box> boxes; ///< every box shown, in order
+    /// What was asked besides boxes.
+    struct Prompt {
+        QString prompt, title, proposal;
+    };
+    std::vector<Prompt> prompts;
+    std::vector<std::pair<QString, QString>> editors; ///< caption and text of each
+    std::vector<ui::LineOrder> orders;
+    std::vector<ui::TreeChoice> trees;
     std::function<void()> onEventTurn;
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> onProgress;
     QString clipboardText, clipboardHtml;
@@ -36,6 +51,9 @@ public:
 
     ui::Answer messageBox(const ui::Box& box) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
+    std::optional<QString> editText(const QString& caption, const QString& text) override;
+    std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override;
+    std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     bool openFile(const QString& path) override {
@@ -59,6 +77,9 @@ private:
     ui::Asker* before_;
     ui::Pointer pointer_ = ui::Pointer::Default;
     std::deque<std::pair<ui::Answer, std::function<void()>>> answers_;
-    std::deque<QString> inputs_, files_;
+    std::deque<std::optional<QString>> inputs_, files_;
+    std::deque<QString> fromTree_;
+    std::deque<std::pair<std::optional<QString>, std::function<void()>>> edited_;
+    std::deque<std::pair<std::optional<std::vector<int>>, std::function<void()>>> order_;
     std::deque<std::optional<unsigned>> colors_;
 };

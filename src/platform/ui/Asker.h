@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <optional>
+#include <vector>
 
 class QImage;
 
@@ -27,6 +28,7 @@ struct Box {
     QString check = QString();   ///< caption of a check box in the box; empty: none
     bool* checked = nullptr;     ///< what the check box begins with, and what the user leaves it at
     QString details = QString(); ///< what only some want to know, such as the engine's own words
+    bool mustAnswer = false;     ///< neither Escape nor the window's frame closes it
 };
 
 struct FileChoice {
@@ -39,6 +41,24 @@ struct FileChoice {
     bool mayBeThere = false; ///< of a file to be saved: what is there already is not replaced, so nobody asks
 };
 
+/// Lines to be put into another order.
+struct LineOrder {
+    QStringList lines;
+    int current = 0; ///< line that is marked at first
+};
+
+/// A tree to choose an entry from.
+struct TreeChoice {
+    struct Entry {
+        QString text;
+        int parent = -1;        ///< place of its parent, which stands before it; -1 for a root
+        bool selectable = true; ///< else it is shown, and says nothing when it is chosen
+    };
+    QString title;
+    std::vector<Entry> entries;
+    int current = 0;
+};
+
 /// The answer that changes nothing: No, Cancel, Abort, or Ok where there is nothing else.
 Answer safeAnswer(Buttons buttons);
 
@@ -49,6 +69,12 @@ public:
     virtual Answer messageBox(const Box& box) = 0;
     /// Nothing on Cancel.
     virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) = 0;
+    /// A text of several lines. Nothing on Cancel.
+    virtual std::optional<QString> editText(const QString& /*caption*/, const QString& /*text*/) { return {}; }
+    /// The places of the lines in the order that is wanted; nothing on Cancel.
+    virtual std::optional<std::vector<int>> orderLines(const LineOrder& /*order*/) { return {}; }
+    /// Place of the entry that was chosen; nothing on Cancel.
+    virtual std::optional<int> chooseFromTree(const TreeChoice& /*choice*/) { return {}; }
     virtual std::optional<QString> chooseFile(const FileChoice& choice) = 0;
     /// @param folder where the choice begins; empty: wherever the user was last
     virtual std::optional<QString> chooseFolder(const QString& title, const QString& folder) = 0;
