@@ -6,6 +6,7 @@
 #include "catalogue/schema.h"
 #include "config/Options.h"
 #include "diagnostics/errors.h"
+#include "explorer/EntryColumns.h"
 #include "explorer/iconNames.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/ui/Asker.h"
@@ -16,17 +17,6 @@ namespace {
 
 /// Deeper than any real tree; what goes beyond is damaged or made to do harm.
 constexpr int maxDepth = 500;
-
-/// Columns that the tree is read from, by the kind of view and the language of the contents.
-struct EntryColumns {
-    QString key, parent = u"fid"_s, text, description;
-
-    EntryColumns(bool study, bool english)
-        : key(study ? u"id_StudyNo"_s : u"id"_s),
-          text((english ? u"dt_En"_s : u"dt_"_s) + (study ? u"StudyTitle"_s : u"IndicatorName"_s)),
-          description((english ? u"dt_En"_s : u"dt_"_s) + (study ? u"StudyDescription"_s : u"IndicatorDescription"_s)) {
-    }
-};
 
 struct TreeEntry {
     QString key, parentKey, text, description;
@@ -62,10 +52,6 @@ void reportTreeError(const dao::Error& error) {
                                     gOptions.DatabaseName + u' ' + TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
                                     TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
                             .icon = ui::Icon::Exclamation});
-}
-
-bool isStudyView(int view) {
-    return gViews.at(view, ViewTable::Type) == u"1";
 }
 
 /// True if the key is that of a node or of one of those above it.
