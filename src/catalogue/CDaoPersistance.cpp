@@ -24,14 +24,16 @@ void CDaoPersistance::logStatement(const QString& statement) {
 }
 
 dao::RecordsetPtr CDaoPersistance::GetRecordset(const dao::DatabasePtr& database, const QString& statement, int type,
-                                                const std::function<bool(const dao::Error&)>& callersOwn) {
+                                                const std::function<bool(const dao::Error&)>& callersOwn,
+                                                const QStringList& columns) {
     sql_ = statement;
     const ui::WaitPointer wait;
     const ProcedureScope scope(u"[CDaoPersistance.GetRecordset]"_s);
     if (!database)
         return nullptr;
     try {
-        dao::RecordsetPtr recordset = database->OpenRecordset(statement, type);
+        dao::RecordsetPtr recordset =
+            columns.isEmpty() ? database->OpenRecordset(statement, type) : database->OpenColumns(statement, columns);
         if (!isEmpty(recordset)) {
             recordset->MoveLast();
             recordset->MoveFirst();

@@ -12,9 +12,11 @@ public:
 
     /// Runs a statement. The recordset's count is true at once.
     /// @param callersOwn failures that the caller deals with itself: they are thrown, neither logged nor reported
+    /// @param columns  all that is read of the rows, which are a snapshot then whatever the type; empty for all
     /// @return nothing when there is no database, or after a failure that has been reported
     dao::RecordsetPtr GetRecordset(const dao::DatabasePtr& database, const QString& statement, int type,
-                                   const std::function<bool(const dao::Error&)>& callersOwn = {});
+                                   const std::function<bool(const dao::Error&)>& callersOwn = {},
+                                   const QStringList& columns = {});
 
     /// Appends a failed statement to the statement log, for failures that were the caller's own. A log that
     /// cannot be written is passed over: the failure itself is being reported already.

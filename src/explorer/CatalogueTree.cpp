@@ -8,6 +8,7 @@
 #include "diagnostics/errors.h"
 #include "explorer/EntryColumns.h"
 #include "explorer/iconNames.h"
+#include "explorer/missingFolder.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/ui/Asker.h"
 
@@ -38,20 +39,9 @@ private:
     QString cell(int column) const { return recordset_.value(column).toText(); }
 };
 
-/// A database that moved shows so, and the user can put it right in the options.
-bool isMissingFolder(const dao::Error& error) {
-    return error.number() == 3044;
-}
-
 void reportTreeError(const dao::Error& error) {
-    if (!isMissingFolder(error)) {
+    if (!reportMissingFolder(error))
         reportError(error);
-        return;
-    }
-    ui::asker().messageBox({.text = TranslateText(u"Pfad zur Datenbank"_s) + u' ' + gOptions.DatabasePath + u'\\' +
-                                    gOptions.DatabaseName + u' ' + TranslateText(u"nicht gefunden!"_s) + u"\r\n"_s +
-                                    TranslateText(u"Geben Sie in den Optionen den korrekten Pfad an."_s),
-                            .icon = ui::Icon::Exclamation});
 }
 
 /// True if the key is that of a node or of one of those above it.

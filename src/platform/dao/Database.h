@@ -163,6 +163,10 @@ public:
     ///         3061 unknown column, 3075 syntax, 3464 type mismatch, 3274 a table that computes its fields, 3035 more
     ///         rows than memory has room for, 3059 ended by the progress hook, 3043, 3049, 3050 the file cannot be read
     virtual RecordsetPtr OpenRecordset(const QString& source, int type = dbOpenDynaset) = 0;
+    /// A snapshot of some columns of what a SELECT gives: the others are neither read nor kept, however large.
+    /// @param columns by their names in the result; one twice counts once
+    /// @throws Error as OpenRecordset(); 3061 also for a name that the result has not
+    virtual RecordsetPtr OpenColumns(const QString& source, const QStringList& columns) = 0;
     /// UPDATE, DELETE or INSERT; all or nothing. @throws Error, also without dbFailOnError
     virtual void Execute(const QString& statement, int options = 0) = 0;
     virtual int RecordsAffected() const = 0;

@@ -125,6 +125,11 @@ RecordsetPtr DatabaseFile::OpenRecordset(const QString& source, int type) {
     return std::make_shared<FileRecordset>(shared_from_this(), source, type, QString());
 }
 
+RecordsetPtr DatabaseFile::OpenColumns(const QString& source, const QStringList& columns) {
+    const Operation operation(*this);
+    return std::make_shared<FileRecordset>(shared_from_this(), source, dbOpenSnapshot, QString(), columns);
+}
+
 void DatabaseFile::Execute(const QString& statement, int) {
     const Operation operation(*this);
     Attachments::Use use;

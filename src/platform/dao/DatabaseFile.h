@@ -25,6 +25,7 @@ public:
     QString Name() const override { return location_.path; }
     bool readOnly() const override { return readOnly_; }
     RecordsetPtr OpenRecordset(const QString& source, int type) override;
+    RecordsetPtr OpenColumns(const QString& source, const QStringList& columns) override;
     void Execute(const QString& statement, int options) override;
     int RecordsAffected() const override { return recordsAffected_; }
     bool isUnique(const QString& table, const QString& field) override;

@@ -16,14 +16,15 @@ bool Recordset::hasField(const QString& name) const {
     return false;
 }
 
-FileRecordset::FileRecordset(DatabaseFilePtr file, const QString& source, int type, const QString& sort)
-    : file_(std::move(file)), source_(source), type_(type), appliedSort_(sort), sort_(sort) {
+FileRecordset::FileRecordset(DatabaseFilePtr file, const QString& source, int type, const QString& sort,
+                             const QStringList& columns)
+    : file_(std::move(file)), source_(source), type_(type), appliedSort_(sort), sort_(sort), columns_(columns) {
     reopen();
 }
 
 void FileRecordset::reopen() {
     const bool editable = type_ != dbOpenSnapshot;
-    auto cursor = std::make_unique<RowCursor>(RowCursor::Source{file_, source_, editable, appliedSort_});
+    auto cursor = std::make_unique<RowCursor>(RowCursor::Source{file_, source_, editable, appliedSort_, columns_});
     fields_.clear();
     for (const ColumnInfo& column : cursor->statement().columns) {
         fields_.push_back(
@@ -115,7 +116,7 @@ qint64 FileRecordset::LastModified() const {
 std::shared_ptr<Recordset> FileRecordset::OpenRecordset() {
     (void)cursor();
     const DatabaseFile::Operation operation(*file_);
-    return std::make_shared<FileRecordset>(file_, source_, type_, sort_);
+    return std::make_shared<FileRecordset>(file_, source_, type_, sort_, columns_);
 }
 
 void FileRecordset::Requery() {

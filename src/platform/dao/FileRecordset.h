@@ -8,7 +8,9 @@ namespace dao {
 /// A recordset over an open file: a cursor, and the row in edit.
 class FileRecordset final : public Recordset {
 public:
-    FileRecordset(DatabaseFilePtr file, const QString& source, int type, const QString& sort);
+    /// @param columns that are read; empty for all
+    FileRecordset(DatabaseFilePtr file, const QString& source, int type, const QString& sort,
+                  const QStringList& columns = {});
 
     bool Bof() const override { return cursor().isBefore(); }
     bool Eof() const override { return cursor().isBehind(); }
@@ -64,6 +66,7 @@ private:
     int type_;
     QString appliedSort_;
     QString sort_;
+    QStringList columns_;
     std::unique_ptr<RowCursor> cursor_;
     std::vector<Field> fields_;
     bool canEdit_ = false;

@@ -19,7 +19,8 @@ public:
         DatabaseFilePtr file;
         QString text; ///< the statement or name it was opened with
         bool editable = false;
-        QString sort; ///< an ORDER BY list for rows in memory, or empty
+        QString sort;             ///< an ORDER BY list for rows in memory, or empty
+        QStringList columns = {}; ///< of the result, by name, that are read; empty for all. Not of rows to be edited
     };
 
     /// Reads the rows, or finds out that they can wait. @throws Error as Database::OpenRecordset()
@@ -82,6 +83,7 @@ private:
     };
 
     void open();
+    void narrow();
     void endUnlessOwn(Reading& reading) const;
     Seen seenNow() const;
     void readAll(const QString& sql);

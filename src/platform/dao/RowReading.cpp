@@ -5,6 +5,7 @@
 #include "platform/dao/SqlText.h"
 #include "platform/dao/SqliteValue.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -19,6 +20,29 @@ void RowCursor::endUnlessOwn(Reading& reading) const {
     }
 }
 
+/// SQLite flattens the SELECT around the statement's own: what it leaves out is not even read.
+void RowCursor::narrow() {
+    if (source_.columns.isEmpty()) {
+        return;
+    }
+    QStringList list;
+    std::vector<ColumnInfo> kept;
+    for (const QString& name : source_.columns) {
+        const auto is = [&](const ColumnInfo& column) { return sameName(column.name, name); };
+        const auto found = std::find_if(bound_.columns.begin(), bound_.columns.end(), is);
+        if (found == bound_.columns.end()) {
+            raiseEngineError(3061, name);
+        }
+        if (std::none_of(kept.begin(), kept.end(), is)) {
+            list += quotedName(found->name);
+            kept.push_back(*found);
+        }
+    }
+    bound_.sql = u"SELECT "_s + list.join(u", "_s) + u" FROM ("_s + bound_.sql + u')';
+    bound_.columns = std::move(kept);
+    bound_.editable.reset();
+}
+
 void RowCursor::open() {
     Reading reading(source_.file->connection());
     Attachments::Use use;
@@ -27,6 +51,7 @@ void RowCursor::open() {
         raiseEngineError(3219);
     }
     endUnlessOwn(reading);
+    narrow();
     source_.editable = source_.editable && bound_.editable.has_value();
     const bool wholeTable = source_.editable && source_.sort.isEmpty() && bound_.whereSql.endsWith(u" WHERE 1"_s);
     if (!wholeTable) {
