@@ -24,7 +24,7 @@ public:
 
     /// Shows contents in English.
     bool bEL() const { return bEL_; }
-    /// The description as it is stored; see shownText().
+    /// The description as it is stored; see textRuns().
     const QString& txtText() const { return txtText_; }
     /// Key of the entry in view; empty for the catalogue, and where there is none.
     const QString& txtStudyNo() const { return txtStudyNo_; }

@@ -177,7 +177,7 @@ void frmDocument::showText() {
     txtText_->clear();
     QTextCursor cursor(txtText_->document());
     cursor.beginEditBlock();
-    for (const TextRun& run : shownText(shown_)) {
+    for (const TextRun& run : textRuns(shown_)) {
         QTextCharFormat style;
         if (run.bold)
             style.setFontWeight(QFont::Bold);

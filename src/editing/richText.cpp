@@ -328,7 +328,7 @@ std::optional<std::vector<TextRun>> readRtf(const QString& document) {
     return runs;
 }
 
-std::vector<TextRun> shownText(const QString& description) {
+std::vector<TextRun> textRuns(const QString& description) {
     if (std::optional<std::vector<TextRun>> runs = readRtf(description))
         return *runs;
     return {{description}};

@@ -20,4 +20,4 @@ struct TextRun {
 std::optional<std::vector<TextRun>> readRtf(const QString& document);
 
 /// A description as it is shown: a document in the Rich Text Format by its text, anything else as it stands.
-std::vector<TextRun> shownText(const QString& description);
+std::vector<TextRun> textRuns(const QString& description);

@@ -61,7 +61,6 @@ bool ExplorerModel::select(const QString& key, bool force) {
     return true;
 }
 
-/// A row that was found in the view is shown as one of the entry where it stands.
 const CatalogueNode* ExplorerModel::nodeOf(const VariableRow& row) const {
     return searchesView() ? search_.nodeOf(row.Position) : selectedNode();
 }

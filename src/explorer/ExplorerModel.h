@@ -36,6 +36,8 @@ public:
 
     /// Begins with a view, in the contents' language that is in force, and builds its tree.
     void open(int view);
+    /// The node that a row of the list is of: the selected one, or where the filter found it in the view.
+    const CatalogueNode* nodeOf(const VariableRow& row) const;
     /// Shows the variables of a node. @return false if the tree has no node of that key
     bool select(const QString& key, bool force = false);
     /// Node whose variables are shown; null before the first.
@@ -80,7 +82,6 @@ private:
     QString filter_;
     QString filteredId_;
 
-    const CatalogueNode* nodeOf(const VariableRow& row) const;
     void searchView();
     void nodeShown(const CatalogueNode& node) override { host_->nodeShown(node); }
     void listFilled() override;
