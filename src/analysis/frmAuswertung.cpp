@@ -27,6 +27,7 @@
 #include "widgets/PageArea.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
+#include "widgets/textFields.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -47,19 +48,6 @@ namespace {
 /// Of gWindowSerials.
 constexpr size_t analysisSerial = 3;
 constexpr int tableTab = 1, chartTab = 2;
-
-QString selectedText(const QWidget* widget) {
-    // An editable list has the focus in place of its line.
-    if (const auto* list = qobject_cast<const QComboBox*>(widget))
-        return selectedText(list->lineEdit());
-    if (const auto* line = qobject_cast<const QLineEdit*>(widget))
-        return line->selectedText();
-    if (const auto* label = qobject_cast<const QLabel*>(widget))
-        return label->selectedText();
-    if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget))
-        return text->textCursor().selectedText().replace(QChar::ParagraphSeparator, u'\n');
-    return {};
-}
 
 /// @param last takes what room is left
 QWidget* columnOf(std::initializer_list<QWidget*> groups, QWidget* last = nullptr) {

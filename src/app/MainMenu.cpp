@@ -23,7 +23,7 @@ void addFileMenu(Entries& all) {
 void addViewMenu(Entries& all) {
     const QString menu = u"mnuView"_s;
     all.push_back({{}, menu, u"&Ansicht"_s});
-    all.push_back({menu, u"mnuDBBeschreibung"_s, u"Datenbank&beschreibung"_s, {}, u"catalogue-description"_s});
+    all.push_back({menu, u"mnuDBBeschreibung"_s, u"&Datenbankbeschreibung"_s, {}, u"catalogue-description"_s});
     // Not Alt: that belongs to the captions, here and in the windows.
     for (int i = 1; i <= MainMenu::views; ++i)
         all.push_back({menu, u"mnuViewExplorers(%1)"_s.arg(i), {}, u"Ctrl+%1"_s.arg(i), {}, false, i == 1});
@@ -36,8 +36,8 @@ void addViewMenu(Entries& all) {
                        false,
                        i == 1});
     all.push_back({menu, u"mnuAuswertungsansicht"_s, u"&Auswertung"_s, u"Ctrl+Shift+A"_s, u"analysis"_s, false, true});
-    all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen..."_s, {}, u"questionnaire"_s});
-    all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz..."_s, {}, u"dataset"_s});
+    all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen"_s, {}, u"questionnaire"_s});
+    all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz"_s, {}, u"dataset"_s});
     all.push_back({menu, u"mnuFilePrint"_s, u"&Drucken..."_s, u"Ctrl+P"_s, u"print"_s, false, true});
     all.push_back({menu, u"mnuFileClose"_s, u"Fenster ausb&lenden"_s, u"Ctrl+W"_s, {}, false, true});
 }
@@ -45,17 +45,27 @@ void addViewMenu(Entries& all) {
 void addEditMenu(Entries& all) {
     const QString menu = u"mnuEdit"_s;
     all.push_back({{}, menu, u"&Bearbeiten"_s});
-    all.push_back({menu, u"mnuEditCut"_s, u"&Ausschneiden"_s, u"Ctrl+X"_s, u"cut"_s});
+    all.push_back({menu, u"mnuEditUndo"_s, u"Rü&ckgängig"_s, u"Ctrl+Z"_s, u"undo"_s});
+    all.push_back({menu, u"mnuEditRedo"_s, u"Wieder&herstellen"_s, u"Ctrl+Shift+Z"_s, u"redo"_s});
+    all.push_back({menu, u"mnuEditCut"_s, u"&Ausschneiden"_s, u"Ctrl+X"_s, u"cut"_s, false, true});
     all.push_back({menu, u"mnuEditCopy"_s, u"&Kopieren"_s, u"Ctrl+C"_s, u"copy"_s});
     all.push_back({menu, u"mnuEditPaste"_s, u"&Einfügen"_s, u"Ctrl+V"_s, u"paste"_s});
     all.push_back({menu, u"mnuLöschen"_s, u"&Löschen"_s, u"Del"_s, u"delete"_s});
-    all.push_back({menu, u"mnuSuchen"_s, u"&Suchen..."_s, {}, u"search"_s, false, true});
+    all.push_back({menu, u"mnuSuchen"_s, u"&Suchen"_s, {}, u"search"_s, false, true});
     all.push_back({menu, u"mnuWeitersuchen"_s, u"&Weitersuchen"_s, u"F3"_s, u"search-next"_s});
-    all.push_back({menu, u"mnuErweiterteSuche"_s, u"Erweiterte Su&che..."_s, u"Ctrl+Shift+S"_s, u"search-extended"_s});
-    all.push_back({menu, u"mnuNeueKategorie"_s, u"&Neue Kategorie..."_s, {}, u"new"_s, false, true});
-    all.push_back({menu, u"mnuKategorieUmbenennen"_s, u"Kategorie &umbenennen..."_s, u"F2"_s, u"rename"_s});
-    all.push_back({menu, u"mnuBeschreibungBearbeiten"_s, u"&Beschreibung bearbeiten..."_s, {}, u"description"_s});
-    all.push_back({menu, u"mnuEditShowPosition"_s, u"&Position anzeigen"_s});
+    all.push_back({menu, u"mnuErweiterteSuche"_s, u"E&rweiterte Suche"_s, u"Ctrl+Shift+S"_s, u"search-extended"_s});
+    all.push_back({menu, u"mnuNeueKategorie"_s, u"&Neuen Eintrag"_s, u"Ctrl+N"_s, u"new"_s, false, true});
+    all.push_back({menu, u"mnuKategorieUmbenennen"_s, u"Eintrag &umbenennen"_s, u"F2"_s, u"rename"_s});
+    all.push_back(
+        {menu, u"mnuBeschreibungBearbeiten"_s, u"&Beschreibung bearbeiten"_s, u"Shift+F2"_s, u"description"_s});
+    all.push_back({menu, u"mnuEditShowPosition"_s, u"&Position einstellen"_s});
+    all.push_back({menu, u"mnuEditCopyTo"_s, u"K&opieren nach..."_s, {}, {}, false, true});
+    all.push_back({menu, u"mnuEditMoveTo"_s, u"Versch&ieben nach..."_s});
+    for (const auto& [name, caption] : {std::pair{u"mnuEditCopyHere"_s, u"&Hierher kopieren"_s},
+                                        std::pair{u"mnuEditMoveHere"_s, u"Hierher vers&chieben"_s}}) {
+        all.push_back({menu, name, caption});
+        all.back().contextOnly = true;
+    }
 }
 
 void addOptionsMenu(Entries& all) {
@@ -99,6 +109,57 @@ bool isToolbarKey(const QString& name) {
     return !name.startsWith(u"mn");
 }
 
+/// Entries whose use depends on what may be changed where the keyboard is.
+bool isEditing(const QString& name) {
+    static const QSet<QString> all = {u"mnuEditCut"_s,
+                                      u"mnuEditCopy"_s,
+                                      u"mnuEditPaste"_s,
+                                      u"mnuLöschen"_s,
+                                      u"mnuNeueKategorie"_s,
+                                      u"mnuKategorieUmbenennen"_s,
+                                      u"mnuBeschreibungBearbeiten"_s,
+                                      u"mnuEditShowPosition"_s,
+                                      u"mnuEditCopyTo"_s,
+                                      u"mnuEditMoveTo"_s,
+                                      u"mnuEditCopyHere"_s,
+                                      u"mnuEditMoveHere"_s};
+    return all.contains(name);
+}
+
+/// Whether what is selected in the active explorer may be changed at all: its entries, and what its list shows of them.
+/// Variables go from a study to a category without a change of the study.
+bool mayChange(const QString& name, const MainState& state) {
+    const bool fromStudy = name == u"mnuEditCopyTo" && state.focus == MainState::Focus::List;
+    return !state.readOnly && (!state.studies || state.editStudies || fromStudy);
+}
+
+/// Whether an editing entry has something to work on where the keyboard is in an explorer.
+bool hasSubject(const QString& name, const MainState& state) {
+    using Focus = MainState::Focus;
+    const bool tree = state.focus == Focus::Tree, list = state.focus == Focus::List;
+    if (name == u"mnuKategorieUmbenennen" || name == u"mnuBeschreibungBearbeiten" || name == u"mnuEditShowPosition")
+        return tree;
+    if (name == u"mnuLöschen" || name == u"mnuEditCopyTo")
+        return tree || list;
+    if (name == u"mnuEditMoveTo") // from a study's list it would be a copy
+        return tree || (list && !state.studies);
+    if (name == u"mnuEditCopyHere" || name == u"mnuEditMoveHere")
+        return (tree || list) && state.source;
+    return true;
+}
+
+bool enabledForEditing(const QString& name, const MainState& state) {
+    using Active = MainState::Active;
+    if (state.active == Active::Explorer) {
+        // A text that can be selected can be copied.
+        const bool text = name == u"mnuEditCopy" && state.focus == MainState::Focus::Text;
+        return text || (mayChange(name, state) && hasSubject(name, state));
+    }
+    if (state.active == Active::Analysis)
+        return name == u"mnuEditCopy" || (name == u"mnuEditShowPosition" && state.tableOrder);
+    return false;
+}
+
 bool enabledInIdleMenu(const QString& name, const MainState& state) {
     using Active = MainState::Active;
     const bool known = state.active == Active::Explorer || state.active == Active::Analysis;
@@ -109,8 +170,12 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
     // Where the folder of the cases is not set, the command leads to it.
     if (name == u"mnuFilePrint" || name == u"mnuAuswertungsansicht")
         return known;
-    if (name == u"mnuEditCopy")
-        return state.active == Active::Analysis;
+    if (isEditing(name))
+        return enabledForEditing(name, state);
+    if (name == u"mnuSuchen" || name == u"mnuWeitersuchen")
+        return state.active == Active::Explorer;
+    if (name == u"mnuEditUndo" || name == u"mnuEditRedo")
+        return name == u"mnuEditUndo" ? state.canUndo : state.canRedo;
     if (name == u"mnuViewGraphicOptions")
         return state.active == Active::Analysis && state.chart;
     if (name == u"mnuVVEL" || name == u"mnuChangeFont")
@@ -157,6 +222,14 @@ bool MainMenu::enabled(const QString& name, const MainState& state) {
     return enabledInIdleMenu(name, state);
 }
 
+QString MainMenu::reasonOff(const QString& name, const MainState& state) {
+    const bool explorer = state.catalogueOpen && !state.busy && state.active == MainState::Active::Explorer;
+    if (!explorer || !isEditing(name) || enabled(name, state) || mayChange(name, state))
+        return {};
+    return state.readOnly ? u"Der Katalog ist schreibgeschützt."_s
+                          : u"Studien lassen sich nur mit der Option EditStudiesMode ändern."_s;
+}
+
 bool MainMenu::checked(const QString& name, const MainState& state) {
     if (name == u"mnu1VarWindow" || name == u"V")
         return state.panels == 1;
@@ -170,4 +243,16 @@ bool MainMenu::checked(const QString& name, const MainState& state) {
 int MainMenu::panelsAfter(const QString& name, int panels) {
     const int wanted = name == u"mnu2VarWindow" ? 2 : 1;
     return panels == wanted ? 0 : wanted;
+}
+
+QString MainMenu::historyCaption(const QString& caption, const QString& step) {
+    constexpr int longest = 60;
+    QString shown = step.simplified();
+    if (shown.size() > longest) {
+        shown.truncate(longest - 1);
+        // No half of a character.
+        shown.chop(shown.back().isHighSurrogate() ? 1 : 0);
+        shown += u'…';
+    }
+    return step.isEmpty() ? caption : caption + u": "_s + shown.replace(u'&', u"&&"_s);
 }

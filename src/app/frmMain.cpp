@@ -21,10 +21,12 @@
 #include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
 #include "widgets/notBuilt.h"
+#include "widgets/textFields.h"
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QLabel>
@@ -76,9 +78,12 @@ frmMain::frmMain()
     buildStatusBar();
     connectCommands();
     setDesktop(this);
+    keepKeysOfTextFields();
+    connect(qApp, &QApplication::focusChanged, this, [this] { applyState(); });
 }
 
 frmMain::~frmMain() {
+    disconnect(qApp, nullptr, this, nullptr);
     area_->onActivated = nullptr;
     if (&desktop() == this)
         setDesktop(nullptr);
@@ -103,7 +108,9 @@ void frmMain::buildMenus() {
         }
         if (entry.separatorBefore)
             parent->addSeparator();
-        QAction* action = parent->addAction(Icons::get(entry.icon), entry.caption);
+        auto* action = new QAction(Icons::get(entry.icon), entry.caption, parent);
+        if (!entry.contextOnly)
+            parent->addAction(action);
         action->setObjectName(entry.name);
         if (!entry.shortcut.isEmpty())
             action->setShortcuts(QKeySequence::listFromString(entry.shortcut));
@@ -111,6 +118,8 @@ void frmMain::buildMenus() {
         if (entry.caption.isEmpty()) {
             madeAtRunTime(action);
             action->setVisible(false);
+        } else if (entry.name == u"mnuEditUndo" || entry.name == u"mnuEditRedo") {
+            madeAtRunTime(action); // it has the name of a step
         }
         connect(action, &QAction::triggered, this, [this, name = entry.name] { perform(name); });
         actions_[entry.name] = action;
@@ -218,7 +227,6 @@ void frmMain::addButton(const ToolbarButton& button) {
     action->setObjectName(button.key);
     action->setCheckable(button.check);
     action->setChecked(button.pressed);
-    action->setToolTip(asToolTip(button.tooltip));
     action->setProperty("ownToolTip", button.tooltip);
     madeAtRunTime(action);
     if (QWidget* widget = tbToolBar_->widgetForAction(action))
@@ -254,7 +262,7 @@ void frmMain::InitFileMenu() {
         entry->setText(
             u'&' + QString::number(i) + u' ' +
             asCaption(fontMetrics().elidedText(file, Qt::ElideMiddle, 60 * fontMetrics().averageCharWidth())));
-        entry->setToolTip(asToolTip(file));
+        entry->setProperty("ownToolTip", file);
     }
 }
 
@@ -293,26 +301,6 @@ frmExplorer* frmMain::activeExplorer() const {
     return dynamic_cast<frmExplorer*>(activeForm());
 }
 
-MainState frmMain::state() const {
-    MainState now;
-    now.catalogueOpen = stateOpen_;
-    now.busy = gBusy > 0 || AnalysisModel::running();
-    now.englishContents = gOptions.EnglishLanguage;
-    now.language = gLanguage;
-    const Form* form = activeForm();
-    if (const frmExplorer* explorer = activeExplorer()) {
-        now.active = MainState::Active::Explorer;
-        now.panels = explorer->model().state.lVarWindow;
-        now.panelEnglish = explorer->model().state.bVarWindowForEnglishLanguage;
-    } else if (const auto* analysis = dynamic_cast<const frmAuswertung*>(form)) {
-        now.active = MainState::Active::Analysis;
-        now.chart = analysis->showsChart();
-    } else if (form) {
-        now.active = MainState::Active::Other;
-    }
-    return now;
-}
-
 void frmMain::setChecked(const QString& name, bool checked) {
     if (QAction* action = actions_.value(name))
         action->setChecked(checked);
@@ -326,7 +314,8 @@ void frmMain::applyState() {
     for (auto menu = menus_.cbegin(); menu != menus_.cend(); ++menu)
         menu.value()->setEnabled(MainMenu::enabled(menu.key(), now));
     for (auto action = actions_.cbegin(); action != actions_.cend(); ++action)
-        action.value()->setEnabled(MainMenu::enabled(action.key(), now));
+        enable(action.key(), *action.value(), now);
+    showHistory(now);
     for (const QString& name : {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s, u"mnuVVEL"_s, u"mnuEnglishLanguage"_s, u"EL"_s})
         setChecked(name, MainMenu::checked(name, now));
     if (now.active == MainState::Active::Explorer) {
@@ -339,11 +328,20 @@ void frmMain::applyState() {
         setChecked(name, gOptions.ShowCards);
     setChecked(u"mnuViewToolBar"_s, !tbToolBar_->isHidden());
     setChecked(u"mnuViewStatusBar"_s, !statusBar()->isHidden());
-    applyNotBuilt(*this);
-    // Copying from an explorer belongs to its gestures.
-    actions_[u"mnuEditCopy"_s]->setToolTip(now.active == MainState::Active::Explorer
-                                               ? TranslateText(u"In dieser Version noch nicht enthalten."_s)
-                                               : QString());
+}
+
+/// What cannot be used says why, where one would ask.
+void frmMain::enable(const QString& name, QAction& action, const MainState& now) {
+    const bool built = !isNotBuilt(windowName(), name);
+    action.setEnabled(built && MainMenu::enabled(name, now));
+    QString off = MainMenu::reasonOff(name, now);
+    if (off.isEmpty() && !built)
+        off = u"In dieser Version noch nicht enthalten."_s;
+    const QString reason = off.isEmpty() ? QString() : TranslateText(off);
+    QStringList tips = {action.property("ownToolTip").toString(), reason};
+    tips.removeAll(QString());
+    action.setToolTip(asToolTip(tips.join(u'\n')));
+    action.setStatusTip(reason);
 }
 
 void frmMain::adopt(Form& child) {

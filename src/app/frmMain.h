@@ -58,6 +58,7 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -89,6 +90,9 @@ private:
     void buildStatusBar();
     void connectCommands();
     void addWindowCommands();
+    void addEditingCommands();
+    void addSearchCommands();
+    void addDocumentCommands();
     void InitializeForm();
     void placeWindow();
     void buildToolbar();
@@ -120,6 +124,9 @@ private:
 
     frmExplorer* activeExplorer() const;
     MainState state() const;
+    void stateOfExplorer(MainState& now, const frmExplorer& explorer) const;
     void applyState();
+    void showHistory(const MainState& now);
+    void enable(const QString& name, QAction& action, const MainState& now);
     void setChecked(const QString& name, bool checked);
 };

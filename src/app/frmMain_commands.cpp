@@ -40,10 +40,6 @@ void frmMain::connectCommands() {
     for (int view = 1; view <= MainMenu::views; ++view)
         commands_[arrayName(u"mnuViewExplorers"_s, view)] = [this, view] { mnuViewExplorers_Click(view); };
     commands_[u"mnuAuswertungsansicht"_s] = [this] { mnuAuswertungsansicht_Click(); };
-    commands_[u"mnuEditCopy"_s] = [this] {
-        if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
-            analysis->copy();
-    };
     commands_[u"mnuViewGraphicOptions"_s] = [this] {
         if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
             analysis->showChartOptions();
@@ -63,6 +59,9 @@ void frmMain::connectCommands() {
     commands_[u"mnLngG"_s] = [this] { switchLanguage(0); };
     commands_[u"mnLngE"_s] = [this] { switchLanguage(1); };
     addWindowCommands();
+    addEditingCommands();
+    addSearchCommands();
+    addDocumentCommands();
 }
 
 void frmMain::addWindowCommands() {

@@ -112,6 +112,7 @@ void frmExplorer::connectControls() {
         place_ = now == tree_->view()                             ? Place::Tree
                  : now == list_->view() || now == list_->filter() ? Place::List
                                                                   : Place::Elsewhere;
+        desktop().panelsChanged(); // the frame's entries follow the keyboard
         // The texts are read before the first key needs them.
         if (now == list_->filter())
             onGesture([this] {
@@ -146,20 +147,25 @@ void frmExplorer::addShortcuts() {
 }
 
 void frmExplorer::addContextMenus() {
-    const QString panels[] = {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s};
-    new ContextMenu(*tree_->view(), [this, panels](QMenu& menu) {
-        ContextMenu::addCommands(menu, {u"mnuAuswertungsansicht"_s, QString(), u"mnuNeueKategorie"_s,
-                                        u"mnuKategorieUmbenennen"_s, u"mnuBeschreibungBearbeiten"_s, u"mnuLöschen"_s,
-                                        QString(), u"mnuErweiterteSuche"_s});
+    const QStringList panels = {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s};
+    const QStringList start = {u"mnuAuswertungsansicht"_s, QString()};
+    const QStringList places = {
+        QString(), u"mnuEditCopyTo"_s, u"mnuEditMoveTo"_s,     u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s,
+        QString(), u"mnuSuchen"_s,     u"mnuErweiterteSuche"_s};
+    new ContextMenu(*tree_->view(), [=, this](QMenu& menu) {
+        ContextMenu::addCommands(menu, start +
+                                           QStringList{u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s,
+                                                       u"mnuBeschreibungBearbeiten"_s, u"mnuEditShowPosition"_s,
+                                                       u"mnuLöschen"_s, QString(), u"mnuEditCopy"_s} +
+                                           places.mid(1));
         menu.addAction(toFilter_);
-        ContextMenu::addCommands(menu, {QString(), panels[0], panels[1]});
+        ContextMenu::addCommands(menu, QStringList{QString()} + panels);
     });
-    new ContextMenu(*list_->view(), [this, panels](QMenu& menu) {
-        ContextMenu::addCommands(menu, {u"mnuAuswertungsansicht"_s, QString(), u"mnuEditCut"_s, u"mnuEditPaste"_s,
-                                        u"mnuLöschen"_s, u"mnuEditShowPosition"_s, QString(), u"mnuErweiterteSuche"_s});
+    new ContextMenu(*list_->view(), [=, this](QMenu& menu) {
+        ContextMenu::addCommands(menu, start + QStringList{u"mnuLöschen"_s} + places);
         menu.addAction(toFilter_);
-        ContextMenu::addCommands(
-            menu, {QString(), panels[0], panels[1], u"mnuVVEL"_s, u"mnuChangeFont"_s, QString(), u"mnuFilePrint"_s});
+        ContextMenu::addCommands(menu, QStringList{QString()} + panels +
+                                           QStringList{u"mnuVVEL"_s, u"mnuChangeFont"_s, QString(), u"mnuFilePrint"_s});
     });
 }
 

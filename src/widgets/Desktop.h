@@ -14,8 +14,8 @@ public:
     virtual void activate(Form& child) { child.widget().show(); }
     /// The child window in front; null without one.
     virtual Form* activeForm() const { return nullptr; }
-    /// The panels of an explorer were opened or closed, a chart came into view or left it: buttons and check marks
-    /// follow.
+    /// The panels of an explorer were opened or closed, its tree or list has got the keyboard, a chart came into view
+    /// or left it: entries, buttons and check marks follow.
     virtual void panelsChanged() {}
     /// The entry of the main menu of that name, as enabled and checked as it is now; null without one.
     virtual QAction* command(const QString&) { return nullptr; }

@@ -338,6 +338,9 @@ bool VariableListView::viewportEvent(QEvent* event) {
 
 void VariableListView::keyPressEvent(QKeyEvent* event) {
     const int key = event->key();
+    // The frame's entry for copying has no effect in a list, and a cell's text is not put in its place.
+    if (event->matches(QKeySequence::Copy))
+        return;
     if ((key == Qt::Key_Return || key == Qt::Key_Enter) && opened) {
         opened();
     } else if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 &&

@@ -272,7 +272,7 @@ TEST_F(MainWindow, AContextMenuOffersTheMenusOwnEntriesWhereTheKeyboardIs) {
         EXPECT_EQ(menuOf(list)->pos().y(), list->viewport()->mapToGlobal(row.bottomLeft()).y());
         for (const QString& name : {u"mnuAuswertungsansicht"_s, u"mnu1VarWindow"_s, u"mnuVVEL"_s})
             EXPECT_TRUE(menuOf(list)->actions().contains(action(name))) << qPrintable(name);
-        EXPECT_FALSE(menuOf(list)->actions().contains(action(u"mnuEditCut"_s))) << "has no function yet";
+        EXPECT_FALSE(menuOf(list)->actions().contains(action(u"mnuEditCut"_s))) << "it does nothing";
         EXPECT_TRUE(closed(list));
     }
     QContextMenuEvent right(QContextMenuEvent::Mouse, {5, 5}, tree->viewport()->mapToGlobal(QPoint(5, 5)));

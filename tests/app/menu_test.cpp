@@ -54,19 +54,87 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
     struct Case {
         Active active;
         QStringList enabled;
-        bool copy, panelLanguage;
+        bool panelLanguage;
     };
-    for (const Case& c :
-         {Case{Active::None, {}, false, false}, Case{Active::Explorer, three, false, true},
-          Case{Active::Analysis, three, true, false}, Case{Active::Other, three.mid(2), false, false}}) {
+    for (const Case& c : {Case{Active::None, {}, false}, Case{Active::Explorer, three, true},
+                          Case{Active::Analysis, three, false}, Case{Active::Other, three.mid(2), false}}) {
         const MainState open{.catalogueOpen = true, .active = c.active};
         EXPECT_EQ(menuEnabledOf(menus, open), menus);
         EXPECT_EQ(menuEnabledOf(keys, open), keys) << "a button does not wait for the view menu's rules";
         EXPECT_EQ(menuEnabledOf(three, open), c.enabled) << int(c.active);
-        EXPECT_EQ(MainMenu::enabled(u"mnuEditCopy"_s, open), c.copy) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuVVEL"_s, open), c.panelLanguage) << int(c.active);
         EXPECT_FALSE(MainMenu::enabled(u"mnuViewGraphicOptions"_s, open)) << "no chart is in view";
     }
+}
+
+// Each entry by a letter: New, rename (U), description (B), delete (L), Position; cut (X), Copy, paste (V); copy to
+// (O), move to (I), copy and move Here; find (S), find next (W).
+TEST(MainMenuRules, WhatEditsAndSearchesFollowsTheWindowTheKeyboardTheModeAndTheMedium) {
+    const std::pair<char, QString> entries[] = {
+        {'N', u"mnuNeueKategorie"_s}, {'U', u"mnuKategorieUmbenennen"_s}, {'B', u"mnuBeschreibungBearbeiten"_s},
+        {'L', u"mnuLöschen"_s},       {'P', u"mnuEditShowPosition"_s},    {'X', u"mnuEditCut"_s},
+        {'C', u"mnuEditCopy"_s},      {'V', u"mnuEditPaste"_s},           {'O', u"mnuEditCopyTo"_s},
+        {'I', u"mnuEditMoveTo"_s},    {'H', u"mnuEditCopyHere"_s},        {'H', u"mnuEditMoveHere"_s},
+        {'S', u"mnuSuchen"_s},        {'W', u"mnuWeitersuchen"_s}};
+    using Focus = MainState::Focus;
+    const MainState topics{.catalogueOpen = true, .active = Active::Explorer, .editStudies = true, .source = true};
+    MainState studies = topics, closed = topics, medium = topics, analysis = topics, table = topics;
+    studies.studies = closed.studies = medium.readOnly = table.tableOrder = true;
+    closed.editStudies = false;
+    analysis.active = table.active = Active::Analysis;
+    const QString readOnly = u"Der Katalog ist schreibgeschützt."_s,
+                  mode = u"Studien lassen sich nur mit der Option EditStudiesMode ändern."_s;
+    struct Case {
+        const char* what;
+        MainState state;
+        Focus focus;
+        std::string enabled;
+        QString whyNoNew = {}, whyNoCopyTo = {};
+    };
+    for (Case c : {Case{"topics", topics, Focus::Tree, "NUBLPXCVOIHHSW"},
+                   Case{"their variables", topics, Focus::List, "NLXCVOIHHSW"},
+                   Case{"a text beside them", topics, Focus::Text, "NXCVSW"},
+                   Case{"a panel beside them", topics, Focus::Elsewhere, "NXCVSW"},
+                   Case{"studies", studies, Focus::Tree, "NUBLPXCVOIHHSW"},
+                   Case{"variables of a study", studies, Focus::List, "NLXCVOHHSW"},
+                   Case{"studies that stay as they are", closed, Focus::Tree, "SW", mode, mode},
+                   Case{"their variables", closed, Focus::List, "OSW", mode},
+                   Case{"a text beside them", closed, Focus::Text, "CSW", mode, mode},
+                   Case{"a medium", medium, Focus::Tree, "SW", readOnly, readOnly},
+                   Case{"a list on a medium", medium, Focus::List, "SW", readOnly, readOnly},
+                   Case{"an analysis", analysis, Focus::Tree, "C"}, Case{"a table", table, Focus::Elsewhere, "PC"},
+                   Case{"another window", {.catalogueOpen = true, .active = Active::Other}, Focus::Text, ""},
+                   Case{"no window", {.catalogueOpen = true}, Focus::Tree, ""},
+                   Case{"no catalogue", {.active = Active::Explorer}, Focus::Tree, ""},
+                   Case{"a run", {.catalogueOpen = true, .busy = true, .active = Active::Explorer}, Focus::Tree, ""}}) {
+        c.state.focus = c.focus;
+        std::string enabled;
+        for (const auto& [letter, name] : entries)
+            if (MainMenu::enabled(name, c.state))
+                enabled += letter;
+        EXPECT_EQ(enabled, c.enabled) << c.what << ' ' << int(c.focus);
+        EXPECT_EQ(MainMenu::reasonOff(u"mnuNeueKategorie"_s, c.state), c.whyNoNew) << c.what;
+        EXPECT_EQ(MainMenu::reasonOff(u"mnuEditCopyTo"_s, c.state), c.whyNoCopyTo) << c.what;
+        EXPECT_EQ(MainMenu::enabled(u"mnuErweiterteSuche"_s, c.state), c.state.catalogueOpen && !c.state.busy);
+    }
+    MainState nothing = topics;
+    nothing.source = false;
+    nothing.focus = Focus::Tree;
+    EXPECT_FALSE(MainMenu::enabled(u"mnuEditCopyHere"_s, nothing)) << "nothing was copied";
+}
+
+TEST(MainMenuRules, TheHistoryNamesTheStepThatItTakesBackOrDoesAgain) {
+    const auto enabled = [](bool undo, bool redo, Active active) {
+        const MainState state{.catalogueOpen = true, .active = active, .canUndo = undo, .canRedo = redo};
+        return menuEnabledOf({u"mnuEditUndo"_s, u"mnuEditRedo"_s}, state).size();
+    };
+    for (const Active active : {Active::None, Active::Explorer, Active::Analysis, Active::Other})
+        EXPECT_EQ(enabled(true, false, active) * 10 + enabled(true, true, active) + enabled(false, false, active), 12);
+    const QString undo = u"&Rück"_s;
+    EXPECT_EQ(MainMenu::historyCaption(undo, {}), undo);
+    EXPECT_EQ(MainMenu::historyCaption(undo, u"Löschen \"A & B\""_s), u"&Rück: Löschen \"A && B\""_s);
+    const QString cut = MainMenu::historyCaption(undo, u"Neu\r\n\"x"_s + QString(52, u'y') + u"\U0001F600\U0001F600"_s);
+    EXPECT_EQ(cut, u"&Rück: Neu \"x"_s + QString(52, u'y') + u'…') << "on one line, no half character at its end";
 }
 
 TEST(MainMenuRules, WhileSomethingRunsOnlyOtherWindowsAndTheWayOutAreLeft) {

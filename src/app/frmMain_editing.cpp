@@ -1,0 +1,95 @@
+#include "analysis/AnalysisModel.h"
+#include "analysis/frmAuswertung.h"
+#include "app/frmMain.h"
+#include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
+#include "explorer/frmExplorer.h"
+#include "platform/ui/Asker.h"
+#include "widgets/textFields.h"
+
+#include <QAction>
+#include <QKeyEvent>
+#include <algorithm>
+
+// What the menus do to the catalogue and find in it, and on what of the active window that depends.
+
+using namespace Qt::StringLiterals;
+
+MainState frmMain::state() const {
+    MainState now;
+    now.catalogueOpen = stateOpen_;
+    const dao::DatabasePtr catalogue = gDatabase.CurrentDatabase();
+    now.readOnly = stateOpen_ && catalogue && catalogue->readOnly();
+    now.editStudies = gOptions.EditStudiesMode;
+    now.busy = gBusy > 0 || AnalysisModel::running();
+    now.englishContents = gOptions.EnglishLanguage;
+    now.language = gLanguage;
+    const Form* form = activeForm();
+    if (const frmExplorer* explorer = activeExplorer()) {
+        stateOfExplorer(now, *explorer);
+    } else if (const auto* analysis = dynamic_cast<const frmAuswertung*>(form)) {
+        now.active = MainState::Active::Analysis;
+        now.chart = analysis->showsChart();
+    } else if (form) {
+        now.active = MainState::Active::Other;
+    }
+    return now;
+}
+
+void frmMain::stateOfExplorer(MainState& now, const frmExplorer& explorer) const {
+    using Place = frmExplorer::Place;
+    using Focus = MainState::Focus;
+    now.active = MainState::Active::Explorer;
+    now.panels = explorer.model().state.lVarWindow;
+    now.panelEnglish = explorer.model().state.bVarWindowForEnglishLanguage;
+    now.studies = explorer.model().state.bIsStudy;
+    if (isTextField(explorer.focusWidget()))
+        now.focus = Focus::Text;
+    else if (explorer.place() != Place::Elsewhere)
+        now.focus = explorer.place() == Place::Tree ? Focus::Tree : Focus::List;
+}
+
+/// The entries of the history name the step that they take back or do again.
+void frmMain::showHistory(const MainState& /*now*/) {
+    for (const auto& [name, step] : {std::pair{u"mnuEditUndo"_s, QString()}, std::pair{u"mnuEditRedo"_s, QString()}}) {
+        const auto entry = std::ranges::find(MainMenu::entries(), name, &MenuEntry::name);
+        actions_[name]->setText(MainMenu::historyCaption(TranslateText(entry->caption), step));
+    }
+}
+
+void frmMain::addEditingCommands() {
+    const auto nothing = [] {};
+    commands_[u"mnuEditCut"_s] = nothing;
+    commands_[u"mnuEditPaste"_s] = nothing;
+    commands_[u"mnuEditCopy"_s] = [this] {
+        if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
+            analysis->copy();
+        else if (const QString text = selectedText(activeForm() ? activeForm()->widget().focusWidget() : nullptr);
+                 !text.isEmpty())
+            ui::asker().setClipboard(text, QString());
+    };
+}
+
+void frmMain::addSearchCommands() {}
+
+void frmMain::addDocumentCommands() {}
+
+/// The shortcut of an entry that is off comes here as a plain key. The one that deletes gets its answer even so; others
+/// are told what they miss.
+void frmMain::keyPressEvent(QKeyEvent* event) {
+    using Focus = MainState::Focus;
+    const QKeySequence keys(event->keyCombination());
+    const MainState now = state();
+    const auto off = std::ranges::find_if(MainMenu::entries(), [&](const MenuEntry& entry) {
+        const QAction* action = actions_.value(entry.name);
+        return action && !action->isEnabled() && action->shortcuts().contains(keys);
+    });
+    if (off == MainMenu::entries().end() || now.focus == Focus::Text)
+        return QMainWindow::keyPressEvent(event);
+    const QString reason = MainMenu::reasonOff(off->name, now);
+    if (off->name == u"mnuLöschen" && now.studies && !now.readOnly && now.focus != Focus::Elsewhere)
+        perform(off->name);
+    else if (!reason.isEmpty())
+        mention(TranslateText(reason));
+}

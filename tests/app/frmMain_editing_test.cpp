@@ -1,0 +1,82 @@
+#include "app/MainWindow.h"
+
+#include "catalogue/CDaoDatabase.h"
+#include "config/Options.h"
+#include "explorer/frmExplorer.h"
+#include "platform/dao/DBEngine.h"
+
+#include <QLineEdit>
+#include <QStatusBar>
+#include <QTreeView>
+
+namespace {
+
+/// The frame window with an explorer of a view in front, and the keyboard where a test wants it.
+class EditingKeys : public MainWindow {
+protected:
+    frmExplorer* explorer = nullptr;
+    int studyView = 0, topicView = 0;
+
+    void openWith(bool editStudies) {
+        openWithArchive();
+        gOptions.EditStudiesMode = editStudies;
+        main->optionsApplied();
+        for (int view = gCatalogueOptions.NumberOfFrmExplorers; view > 0; --view)
+            (gViews.at(view, ViewTable::Type) == u"1" ? studyView : topicView) = view;
+        main->activateWindow();
+    }
+    void show(int view, const QString& place) {
+        unloadChildWindows();
+        main->mnuViewExplorers_Click(view);
+        explorer = dynamic_cast<frmExplorer*>(main->activeForm());
+        ASSERT_TRUE(explorer);
+        const auto& nodes = explorer->model().tree.nodes();
+        explorer->showNode(nodes.back().Key);
+        explorer->setPanels(1);
+        in(place)->setFocus();
+        EXPECT_TRUE(in(place)->hasFocus()) << qPrintable(place);
+    }
+    QWidget* in(const QString& place) const { return explorer->findChild<QWidget*>(place); }
+};
+
+} // namespace
+
+TEST_F(EditingKeys, OnAMediumThatCannotBeWrittenTheEntriesAreOffAndSayWhy) {
+    openWith(true);
+    const QString path = gDatabase.Database();
+    unloadChildWindows();
+    gDatabase.CloseDatabase();
+    gDatabase.setDatabase(path);
+    gDatabase.OpenQXDatabase(true);
+    ASSERT_TRUE(gDatabase.CurrentDatabase()->readOnly());
+    for (const auto& [language, reason] : {std::pair{u"mnLngG"_s, u"Der Katalog ist schreibgeschützt."_s},
+                                           std::pair{u"mnLngE"_s, u"The catalogue is read-only."_s}}) {
+        main->perform(language);
+        show(topicView, u"tvTreeView"_s);
+        for (const QString& name : {u"mnuNeueKategorie"_s, u"mnuLöschen"_s, u"mnuEditShowPosition"_s}) {
+            EXPECT_FALSE(enabled(name));
+            EXPECT_EQ(action(name)->toolTip(), reason);
+            EXPECT_EQ(action(name)->statusTip(), reason);
+        }
+        main->statusBar()->clearMessage();
+        QTest::keyClick(in(u"tvTreeView"_s), Qt::Key_F2);
+        EXPECT_EQ(main->statusBar()->currentMessage(), reason) << "a key that does nothing says why";
+    }
+    EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(EditingKeys, ADeleteInTheFilterLineTakesALetterAndNothingOfTheCatalogue) {
+    openWith(true);
+    for (const int view : {studyView, topicView}) {
+        show(view, u"txtQuickFilter"_s);
+        auto* line = qobject_cast<QLineEdit*>(in(u"txtQuickFilter"_s));
+        const size_t nodes = explorer->model().tree.nodes().size();
+        QTest::keyClicks(line, u"ab"_s);
+        line->home(false);
+        for (int i = 0; i < 3; ++i) // once more than there are letters
+            QTest::keyClick(line, Qt::Key_Delete);
+        EXPECT_EQ(line->text(), QString());
+        EXPECT_EQ(explorer->model().tree.nodes().size(), nodes);
+        EXPECT_TRUE(asker.boxes.empty());
+    }
+}
