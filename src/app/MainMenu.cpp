@@ -179,7 +179,7 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
     if (name == u"mnuViewGraphicOptions")
         return state.active == Active::Analysis && state.chart;
     if (name == u"mnuVVEL" || name == u"mnuChangeFont")
-        return state.active == Active::Explorer;
+        return state.active == Active::Explorer || (state.active == Active::Document && name == u"mnuChangeFont");
     if (name == u"mnLngG")
         return state.language != 0;
     if (name == u"mnLngE")

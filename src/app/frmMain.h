@@ -36,6 +36,7 @@ public:
     void mnuAuswertungsansicht_Click();
     void mnuOptions_Click() { applyState(); }
     void mnuViewExplorers_Click(int view);
+    void mnuViewDescriptions_Click(int index);
     void mnuViewOptions_Click();
     void mnuHelpContents_Click();
     void ChangeFont();

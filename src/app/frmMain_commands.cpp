@@ -9,6 +9,7 @@
 #include "config/frmOptions.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
+#include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
@@ -228,6 +229,8 @@ void frmMain::mnuViewOptions_Click() {
 void frmMain::ChangeFont() {
     if (frmExplorer* explorer = activeExplorer())
         explorer->ChangeFont();
+    else if (auto* document = dynamic_cast<frmDocument*>(activeForm()))
+        document->ChangeFont();
 }
 
 QString frmMain::helpFile() const {

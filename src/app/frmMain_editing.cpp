@@ -4,6 +4,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
 #include "widgets/textFields.h"
@@ -32,7 +33,7 @@ MainState frmMain::state() const {
         now.active = MainState::Active::Analysis;
         now.chart = analysis->showsChart();
     } else if (form) {
-        now.active = MainState::Active::Other;
+        now.active = dynamic_cast<const frmDocument*>(form) ? MainState::Active::Document : MainState::Active::Other;
     }
     return now;
 }
@@ -73,7 +74,17 @@ void frmMain::addEditingCommands() {
 
 void frmMain::addSearchCommands() {}
 
-void frmMain::addDocumentCommands() {}
+void frmMain::addDocumentCommands() {
+    commands_[u"mnuDBBeschreibung"_s] = [this] { mnuViewDescriptions_Click(0); };
+    for (int view = 1; view <= MainMenu::views; ++view)
+        commands_[arrayName(u"mnuViewDescriptions"_s, view)] = [this, view] { mnuViewDescriptions_Click(view); };
+}
+
+/// @param index 0 for the description of the catalogue
+void frmMain::mnuViewDescriptions_Click(int index) {
+    if (index >= 0 && index <= gCatalogueOptions.NumberOfFrmExplorers)
+        frmDocument::openView(index);
+}
 
 /// The shortcut of an entry that is off comes here as a plain key. The one that deletes gets its answer even so; others
 /// are told what they miss.

@@ -2,6 +2,7 @@
 
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "platform/dao/DBEngine.h"
 
@@ -79,4 +80,29 @@ TEST_F(EditingKeys, ADeleteInTheFilterLineTakesALetterAndNothingOfTheCatalogue) 
         EXPECT_EQ(explorer->model().tree.nodes().size(), nodes);
         EXPECT_TRUE(asker.boxes.empty());
     }
+}
+
+TEST_F(EditingKeys, DescriptionsOpenByMenuAndButtonTheirOwnView) {
+    openWith(false);
+    unloadChildWindows();
+    const auto opens = [&](int view) {
+        const auto* document = dynamic_cast<frmDocument*>(main->activeForm());
+        return document && document->viewNumber() == view && enabled(u"mnuChangeFont"_s);
+    };
+    press(u"DBD"_s);
+    EXPECT_TRUE(opens(0));
+    main->perform(u"mnuDBBeschreibung"_s);
+    EXPECT_TRUE(opens(0));
+    int button = 0;
+    for (int view = 1; view <= gCatalogueOptions.NumberOfFrmExplorers; ++view) {
+        if (gViews.at(view, ViewTable::DescName).isEmpty())
+            continue;
+        press(u"DESC"_s + QString::number(++button));
+        EXPECT_TRUE(opens(view)) << view;
+        unloadChildWindows();
+        QTest::keyClick(main.get(), static_cast<Qt::Key>(Qt::Key_0 + view), Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_TRUE(opens(view)) << view;
+    }
+    EXPECT_GT(button, 0);
+    EXPECT_TRUE(asker.boxes.empty());
 }
