@@ -127,6 +127,8 @@ private:
     MainState state() const;
     void stateOfExplorer(MainState& now, const frmExplorer& explorer) const;
     void applyState();
+    void onExplorer(const std::function<void(frmExplorer&)>& operation);
+    static void deleteSelected(frmExplorer& explorer);
     void showHistory(const MainState& now);
     void enable(const QString& name, QAction& action, const MainState& now);
     void setChecked(const QString& name, bool checked);

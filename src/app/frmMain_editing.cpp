@@ -4,6 +4,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "editing/Entries.h"
 #include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
@@ -59,7 +60,24 @@ void frmMain::showHistory(const MainState& /*now*/) {
     }
 }
 
+/// An operation on what is selected in the explorer in front, if one is.
+void frmMain::onExplorer(const std::function<void(frmExplorer&)>& operation) {
+    if (frmExplorer* explorer = activeExplorer())
+        operation(*explorer);
+}
+
 void frmMain::addEditingCommands() {
+    const std::pair<QString, bool (*)(ExplorerModel&)> onEntry[] = {{u"mnuNeueKategorie"_s, newEntry},
+                                                                    {u"mnuKategorieUmbenennen"_s, renameEntry},
+                                                                    {u"mnuBeschreibungBearbeiten"_s, editDescription}};
+    for (const auto& [name, operation] : onEntry)
+        commands_[name] = [this, operation = operation] {
+            onExplorer([&](frmExplorer& explorer) { operation(explorer.model()); });
+        };
+    commands_[u"mnuEditShowPosition"_s] = [this] {
+        onExplorer([](frmExplorer& explorer) { showPosition(explorer.model()); });
+    };
+    commands_[u"mnuLöschen"_s] = [this] { onExplorer(deleteSelected); };
     const auto nothing = [] {};
     commands_[u"mnuEditCut"_s] = nothing;
     commands_[u"mnuEditPaste"_s] = nothing;
@@ -70,6 +88,14 @@ void frmMain::addEditingCommands() {
                  !text.isEmpty())
             ui::asker().setClipboard(text, QString());
     };
+}
+
+/// What is deleted goes by where the keyboard is.
+void frmMain::deleteSelected(frmExplorer& explorer) {
+    if (explorer.place() == frmExplorer::Place::Tree)
+        deleteEntry(explorer.model());
+    else if (explorer.place() == frmExplorer::Place::List)
+        deleteRows(explorer.model(), explorer.selectedRows());
 }
 
 void frmMain::addSearchCommands() {}

@@ -38,9 +38,41 @@ protected:
         EXPECT_TRUE(in(place)->hasFocus()) << qPrintable(place);
     }
     QWidget* in(const QString& place) const { return explorer->findChild<QWidget*>(place); }
+    QString enabledOf(const QStringList& names) const {
+        QStringList found;
+        for (const QString& name : names)
+            if (enabled(name))
+                found << name;
+        return found.join(u' ');
+    }
 };
 
 } // namespace
+
+TEST_F(EditingKeys, EntriesAreRightAtTheMomentTheKeyboardIsSomewhereElse) {
+    openWith(true);
+    show(topicView, u"tvTreeView"_s);
+    const QStringList entries = {u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s, u"mnuLöschen"_s};
+    for (const auto& [place, expected] :
+         {std::pair{u"lvListView"_s, u"mnuNeueKategorie mnuLöschen"_s},
+          std::pair{u"txtQuickFilter"_s, u"mnuNeueKategorie"_s}, std::pair{u"txtQuestion"_s, u"mnuNeueKategorie"_s},
+          std::pair{u"tvTreeView"_s, entries.join(u' ')}, std::pair{u"DBList1"_s, u"mnuNeueKategorie"_s}}) {
+        in(place)->setFocus();
+        EXPECT_EQ(enabledOf(entries), expected) << qPrintable(place);
+    }
+    in(u"tvTreeView"_s)->setFocus();
+    main->mnuViewExplorers_Click(studyView);
+    EXPECT_EQ(enabledOf(entries), entries.join(u' '));
+    gOptions.EditStudiesMode = false;
+    main->optionsApplied();
+    EXPECT_EQ(enabledOf(entries), QString());
+    EXPECT_TRUE(action(entries[0])->toolTip().contains(u"EditStudiesMode"_s));
+    main->activate(*explorer);
+    EXPECT_EQ(enabledOf(entries), entries.join(u' ')) << "categories do not wait for the mode";
+    EXPECT_EQ(action(entries[0])->toolTip(), u"Neuen Eintrag"_s);
+    addChild(u"eins"_s);
+    EXPECT_EQ(enabledOf(entries), QString());
+}
 
 TEST_F(EditingKeys, OnAMediumThatCannotBeWrittenTheEntriesAreOffAndSayWhy) {
     openWith(true);
