@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/dao/ChangeSet.h"
 #include "platform/dao/Recordset.h"
 #include "platform/dao/Types.h"
 
@@ -191,6 +192,21 @@ public:
     virtual std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) = 0;
     /// Opens (or makes) a file beside this one for common transactions. Not inside a transaction.
     virtual std::unique_ptr<Companion> openCompanion(const QString& path) = 0;
+
+    /// Those of the tables whose changes can't be recorded, because they have no declared key, hold rows without a key
+    /// or are links.
+    virtual QStringList unrecordable(const QStringList& tables) = 0;
+    /// Records what is written to tables from now on, to be called at the beginning of a transaction. Makes the
+    /// transaction a writer of this file at once, waiting for another's lock: none who writes later can have read what
+    /// this transaction reads. Linked files stay unlocked. One at a time; rows written by another way than this
+    /// engine's recordsets, statements and appenders are recorded too, but not missed.
+    /// @throws Error 3260 another writes, 3027, 3219 outside of a transaction
+    virtual std::unique_ptr<ChangeRecorder> record(const QStringList& tables) = 0;
+    /// Takes a change set back, or applies it again, inside a transaction, which it makes a writer as record() does.
+    /// `each` hears of every row that was written: first the removed, then the changed, then the added. After a failure
+    /// the transaction is to be rolled back.
+    /// @throws Error 3197 a row isn't, to the letter, what the change set leads from; 3260, 3026, 3043 ...
+    virtual void apply(const ChangeSet& changes, ChangeWay way, const std::function<void(const ChangedRow&)>& each) = 0;
 
     /// Saves definitions, closes linked files and then the database. Recordsets in memory stay readable.
     virtual void Close() = 0;

@@ -1,6 +1,7 @@
 #include "platform/dao/DatabaseFile.h"
 
 #include "platform/dao/Appending.h"
+#include "platform/dao/ChangeRecording.h"
 #include "platform/dao/EngineSettings.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/FileRecordset.h"
@@ -360,6 +361,9 @@ void DatabaseFile::Close() {
 void DatabaseFile::closeNow() {
     if (connection_ == nullptr) {
         return;
+    }
+    if (recorder_ != nullptr) {
+        recorder_->end();
     }
     if (level_ > 0) {
         sqlite3_exec(connection_->handle(), "ROLLBACK", nullptr, nullptr, nullptr);

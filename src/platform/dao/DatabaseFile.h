@@ -13,6 +13,8 @@
 
 namespace dao {
 
+class FileRecorder;
+
 /// One open file: its connection, the files that its links reach, its definitions; and where the binder finds names.
 class DatabaseFile final : public Database, private WatchedSchema, public std::enable_shared_from_this<DatabaseFile> {
 public:
@@ -40,6 +42,9 @@ public:
     void saveDefinitions() override;
     std::unique_ptr<Appender> openAppender(const QString& table, const QStringList& fields) override;
     std::unique_ptr<Companion> openCompanion(const QString& path) override;
+    QStringList unrecordable(const QStringList& tables) override;
+    std::unique_ptr<ChangeRecorder> record(const QStringList& tables) override;
+    void apply(const ChangeSet& changes, ChangeWay way, const std::function<void(const ChangedRow&)>& each) override;
     void Close() override;
     bool isOpen() const override { return connection_ != nullptr && !closing_; }
 
@@ -73,8 +78,9 @@ public:
     const QStringList& ownTables();
     void requireWritable() const;
     /// Counts what this engine has written to a table, by its name for SQLite: rows in memory may be older.
-    void noteWrite(const QString& sqlName) { ++writes_[sqlName]; }
+    void noteWrite(const QString& sqlName);
     quint64 writesTo(const QString& sqlName) { return writes_[sqlName]; }
+    void recorderGone(const FileRecorder* recorder) { recorder_ = recorder == recorder_ ? nullptr : recorder_; }
     /// After a change of tables, links or queries.
     void definitionsChanged();
     void trace(const QString& jet, const QString& sqlite) const;
@@ -121,6 +127,7 @@ private:
     void open(Opening opening, bool exclusive, bool readOnly);
     void closeNow();
     void requireOutsideHook() const;
+    void takeWritersPlace(const QStringList& tables);
     int lossNumber() const;
 
     DatabaseLocation location_;
@@ -139,6 +146,7 @@ private:
     quint64 structures_ = 0;
     StatementMemory memory_;
     std::map<QString, quint64> writes_;
+    FileRecorder* recorder_ = nullptr;
     QStringList ownTables_;
     qint64 ownTablesVersion_ = -1;
     class TableDefs tableDefs_;

@@ -85,6 +85,9 @@ constexpr std::array engineDescriptions = {
     Description{3170, "Could not find installable ISAM. ('|')"},
     Description{3190, "Too many fields defined."},
     Description{3191, "Cannot define field '|' more than once."},
+    Description{3197,
+                "The database engine stopped the process because you and another user are attempting to change the "
+                "same data at the same time ('|')."},
     Description{3204, "Database '|' already exists."},
     Description{3219, "Invalid operation."},
     Description{3246, "Operation not supported in transactions."},

@@ -31,10 +31,10 @@ constexpr std::array limits = {
     Limit{SQLITE_LIMIT_WORKER_THREADS, 0},
 };
 
-constexpr std::array<std::string_view, 16> pragmas = {
-    "application_id", "cache_size",   "cell_size_check", "data_version", "index_list", "index_xinfo",
-    "journal_mode",   "locking_mode", "mmap_size",       "page_count",   "page_size",  "query_only",
-    "schema_version", "synchronous",  "table_list",      "table_xinfo",
+constexpr std::array<std::string_view, 17> pragmas = {
+    "application_id", "cache_size",   "cell_size_check", "data_version", "index_list",  "index_xinfo",
+    "journal_mode",   "locking_mode", "mmap_size",       "page_count",   "page_size",   "query_only",
+    "schema_version", "synchronous",  "table_info",      "table_list",   "table_xinfo",
 };
 
 /// Kinds of virtual tables of which SQLite must know what other tables their content lies in; no statement reaches one.
