@@ -5,6 +5,7 @@
 #include "catalogue/StudyRows.h"
 #include "catalogue/schema.h"
 #include "explorer/CatalogueTree.h"
+#include "explorer/EntryColumns.h"
 #include "platform/dao/TextOrder.h"
 
 #include <QCryptographicHash>
@@ -17,21 +18,21 @@ namespace {
 
 /// The entries of a view as a table.
 struct EntryTable {
-    QString name, key;
-    QStringList texts; ///< names, then descriptions, each in both languages
+    QString name;
     bool study;
+    EntryColumns original, english;
 
     explicit EntryTable(int view)
-        : name(schema::entryTableName(gViews.at(view, ViewTable::Table))),
-          study(gViews.at(view, ViewTable::Type) == u"1") {
-        key = study ? u"id_StudyNo"_s : u"id"_s;
-        texts = study ? QStringList{u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s, u"dt_StudyDescription"_s,
-                                    u"dt_EnStudyDescription"_s}
-                      : QStringList{u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s, u"dt_IndicatorDescription"_s,
-                                    u"dt_EnIndicatorDescription"_s};
-    }
+        : name(schema::entryTableName(gViews.at(view, ViewTable::Table))), study(isStudyView(view)),
+          original(study, false), english(study, true) {}
+    const QString& key() const { return original.key; }
+    QStringList names() const { return {original.text, english.text}; }
+    QStringList texts() const { return names() + QStringList{original.description, english.description}; }
     /// The key goes into the statement as it stands, so nothing but a number may get there.
     QString literal(const QString& id) const { return study || !dao::textToNumber(id) ? quoted(id) : id; }
+    QString row(const QString& id) const {
+        return u"SELECT * FROM "_s + name + u" WHERE "_s + key() + u" = "_s + literal(id);
+    }
 };
 
 class Digest {
@@ -74,10 +75,10 @@ QByteArray digestOf(const QString& statement, const QStringList& columns = {}) {
 }
 
 QByteArray digestOfSubtree(const EntryTable& table, const QString& top) {
-    const dao::RecordsetPtr rows = opened(u"SELECT * FROM "_s + table.name + u" ORDER BY "_s + table.key);
-    const int key = rows->indexOf(table.key), parent = rows->indexOf(u"fid"_s);
+    const dao::RecordsetPtr rows = opened(u"SELECT * FROM "_s + table.name + u" ORDER BY "_s + table.key());
+    const int key = rows->indexOf(table.key()), parent = rows->indexOf(u"fid"_s);
     std::vector<int> places{key, parent};
-    for (const int place : placesOf(*rows, table.texts))
+    for (const int place : placesOf(*rows, table.texts()))
         places.push_back(place);
     QHash<QString, std::vector<QString>> below; // by folded key, as the engine compares
     QHash<QString, std::vector<dao::Value>> cells;
@@ -117,8 +118,7 @@ EditBasis& EditBasis::entry(const QString& key) {
         return *this;
     const EntryTable table(viewOfKey(key));
     return keep([table, id = key.mid(1)] {
-        return digestOf(u"SELECT * FROM "_s + table.name + u" WHERE "_s + table.key + u" = "_s + table.literal(id),
-                        QStringList{table.key, u"fid"_s} + table.texts);
+        return digestOf(table.row(id), QStringList{table.key(), u"fid"_s} + table.texts());
     });
 }
 
@@ -127,7 +127,7 @@ EditBasis& EditBasis::children(const QString& key) {
     return keep([table, id = key.mid(1)] {
         return digestOf(u"SELECT * FROM "_s + table.name + u" WHERE fid = "_s + table.literal(id) +
                             u" ORDER BY [order]"_s,
-                        QStringList{table.key, u"order"_s} + table.texts.first(2));
+                        QStringList{table.key(), u"order"_s} + table.names());
     });
 }
 
@@ -142,11 +142,10 @@ EditBasis& EditBasis::shown(const CatalogueNode& node, bool english) {
     const EntryTable table(viewOfKey(node.Key));
     const QByteArray asShown = "as shown";
     const auto read = [table, english, asShown, id = node.id(), text = node.Text, above = node.Parent->id()] {
-        const dao::RecordsetPtr rows =
-            opened(u"SELECT * FROM "_s + table.name + u" WHERE "_s + table.key + u" = "_s + table.literal(id));
+        const dao::RecordsetPtr rows = opened(table.row(id));
         if (rows->Eof())
             return QByteArray();
-        const QString parent = rows->text(u"fid"_s), name = rows->text(table.texts[english ? 1 : 0]);
+        const QString parent = rows->text(u"fid"_s), name = rows->text(table.names().at(english ? 1 : 0));
         const bool sameParent = dao::compareTexts(parent.isEmpty() ? u"0"_s : parent, above) == 0;
         return sameParent && (text.isEmpty() || text == name || (name.isEmpty() && text == id)) ? asShown
                                                                                                 : QByteArray();

@@ -3,6 +3,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/schema.h"
 #include "config/Options.h"
+#include "editing/EditRun.h"
 #include "explorer/CatalogueTree.h"
 #include "platform/dao/TextOrder.h"
 
@@ -120,11 +121,8 @@ std::vector<EntryRow> ViewEntries::subtree(const QString& key) const {
 }
 
 QString whyNotEditable(int view) {
-    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
-    if (!database)
-        return TranslateText(u"Es ist keine Datenbank geöffnet."_s);
-    if (database->readOnly())
-        return TranslateText(u"Die Datenbank ist schreibgeschützt."_s);
+    if (const QString why = whyNotEditable(); !why.isEmpty())
+        return why;
     if (isStudyView(view) && !gOptions.EditStudiesMode)
         return TranslateText(u"Studien lassen sich nur ändern, wenn die Option EditStudiesMode gesetzt ist."_s);
     return {};
