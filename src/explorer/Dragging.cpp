@@ -1,0 +1,6 @@
+#include "explorer/Dragging.h"
+
+DragFollower*& dragFollower() {
+    static DragFollower* follower = nullptr;
+    return follower;
+}
