@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "platform/system/ApplicationInfo.h"
+#include "platform/system/DesktopApplications.h"
 #include "widgets/RunGuard.h"
 #include "widgets/StandardTexts.h"
 
@@ -223,7 +224,12 @@ std::optional<unsigned> QtAsker::chooseColor(const QString& title, unsigned prop
 }
 
 bool QtAsker::openFile(const QString& path) {
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+#else
+    // Qt says that it has opened a file here as soon as it knows a way to ask, whether or not anything answers.
+    return DesktopApplications::open(path);
+#endif
 }
 
 void QtAsker::setClipboard(const QString& text, const QString& html) {

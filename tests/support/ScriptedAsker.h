@@ -44,6 +44,7 @@ public:
     std::function<void(const QImage& picture, const QByteArray& svg)> onPicture;
     std::optional<bool> checks; ///< what the user leaves the check boxes of boxes at
     QStringList opened;         ///< files handed to other applications
+    bool opens = true;          ///< there is an application for them
 
     QStringList texts() const;
     /// Text of the last box, empty if none was shown.
@@ -58,7 +59,7 @@ public:
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     bool openFile(const QString& path) override {
         opened << path;
-        return true;
+        return opens;
     }
     std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
     void setClipboard(const QString& text, const QString& html) override;

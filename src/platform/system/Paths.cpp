@@ -178,6 +178,17 @@ QString Paths::chooseApplicationFolder(const QString& programFolder, const QStri
     return prepareUserFolder(userFolder, source) ? userFolder : source;
 }
 
+QString Paths::fileWithin(const QString& folder, const QString& name) {
+    if (folder.isEmpty() || name.isEmpty() || name.contains(QChar::Null))
+        return {};
+    const QString whole = QFileInfo(folder).canonicalFilePath();
+    const QString file = QFileInfo(onDisk(join(whole, name))).canonicalFilePath();
+    const QString inside = whole.endsWith(u'/') ? whole : whole + u'/';
+    if (whole.isEmpty() || !file.startsWith(inside) || !QFileInfo(file).isFile())
+        return {};
+    return file;
+}
+
 QString Paths::userDataFolder() {
     const QString home = qEnvironmentVariable("VARIDEX_HOME");
     return home.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/varidex"_s

@@ -27,6 +27,11 @@ QString onDisk(const QString& path);
 /// The same with links followed, so that what lies beside a file is looked for beside the file itself.
 QString resolved(const QString& path);
 
+/// The file of that name, with either separator, below a folder as it is spelled on disk, links followed. Names are
+/// found without regard to case. Empty where there is no such file, and for one that lies outside the folder, whether
+/// the name leads there or a link does.
+QString fileWithin(const QString& folder, const QString& name);
+
 /// Folder of what the program makes for the user: VARIDEX_HOME if set, else the platform's.
 QString userDataFolder();
 /// Application folder: VARIDEX_HOME if set, else the program's own folder when it may be written, else the user's data
