@@ -26,7 +26,7 @@ struct CatalogueChange {
     int view = 0;
     QString key = QString();
     QString parentKey = QString(); ///< Added, Moved: the parent from now on
-    int place = -1;                ///< Added, Moved: among the siblings, from 0; -1 behind the last
+    int place = -1;                ///< Added, Moved: among the siblings as they are then, from 0; -1 behind the last
     /// Added: without a text for its language a window shows the entry with an empty one. Renamed: a language without
     /// a text has not changed.
     std::optional<EntryText> original = std::nullopt, english = std::nullopt;

@@ -1,48 +1,14 @@
 #include "explorer/CatalogueTree.h"
 
 #include "app/globals.h"
-#include "catalogue/CDaoDatabase.h"
-#include "catalogue/CDaoPersistance.h"
-#include "catalogue/schema.h"
-#include "config/Options.h"
-#include "diagnostics/errors.h"
-#include "explorer/EntryColumns.h"
-#include "explorer/iconNames.h"
-#include "explorer/missingFolder.h"
+#include "platform/dao/Error.h"
 #include "platform/dao/TextOrder.h"
-#include "platform/ui/Asker.h"
+
+#include <QSet>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Deeper than any real tree; what goes beyond is damaged or made to do harm.
-constexpr int maxDepth = 500;
-
-struct TreeEntry {
-    QString key, parentKey, text, description;
-};
-
-/// Reads entries from a recordset, its columns looked up once.
-class EntryReader {
-public:
-    EntryReader(const dao::Recordset& recordset, const EntryColumns& columns)
-        : recordset_(recordset), key_(recordset.indexOf(columns.key)), parent_(recordset.indexOf(columns.parent)),
-          text_(recordset.indexOf(columns.text)), description_(recordset.indexOf(columns.description)) {}
-
-    TreeEntry current() const { return {cell(key_), cell(parent_), cell(text_), cell(description_)}; }
-
-private:
-    const dao::Recordset& recordset_;
-    int key_, parent_, text_, description_;
-
-    QString cell(int column) const { return recordset_.value(column).toText(); }
-};
-
-void reportTreeError(const dao::Error& error) {
-    if (!reportMissingFolder(error))
-        reportError(error);
-}
 
 /// True if the key is that of a node or of one of those above it.
 bool isOnWayToRoot(const CatalogueNode* node, const QString& key) {
@@ -52,97 +18,73 @@ bool isOnWayToRoot(const CatalogueNode* node, const QString& key) {
     return false;
 }
 
-class TreeBuilder {
-public:
-    TreeBuilder(CatalogueTree& tree, int view, bool english)
-        : tree_(tree), view_(view), study_(isStudyView(view)), columns_(study_, english),
-          table_(schema::entryTableName(gViews.at(view, ViewTable::Table))) {}
+void numberChildren(CatalogueNode& parent, size_t from) {
+    for (size_t place = from; place < parent.Children.size(); ++place)
+        parent.Children[place]->Place = static_cast<int>(place);
+}
 
-    /// Adds the entries below a parent and, in a category view, what stands below them.
-    void addBelow(const QString& parent, int depth) {
-        const ProcedureScope scope(u"[Module1.Update_TreeView]"_s);
-        attempt(
-            [&] {
-                ui::asker().eventTurn();
-                CDaoPersistance persistance;
-                // Every description is read: one by one from the file would take many times as long.
-                const dao::RecordsetPtr recordset = persistance.GetRecordset(
-                    gDatabase.CurrentDatabase(), statement(parent), dao::dbOpenSnapshot, isMissingFolder);
-                if (!recordset)
-                    return;
-                const EntryReader reader(*recordset, columns_);
-                for (; !recordset->Eof() && goesOn(); recordset->MoveNext())
-                    addEntry(reader.current(), depth);
-                recordset->Close();
-            },
-            reportTreeError);
-    }
+void putInto(CatalogueNode& parent, CatalogueNode& node, int place) {
+    parent.Children.insert(parent.Children.begin() + place, &node);
+    node.Parent = &parent;
+    numberChildren(parent, static_cast<size_t>(place));
+}
 
-private:
-    CatalogueTree& tree_;
-    int view_;
-    bool study_;
-    EntryColumns columns_;
-    QString table_;
-    QString reading_ = TranslateText(u"Die Einträge werden gelesen:"_s) + u' ' + viewName(view_);
-    ui::Progress progress_{ui::Progress::Stop::Allowed, [this] { return countEntries(); }};
+void takeOut(CatalogueNode& node) {
+    CatalogueNode& parent = *node.Parent;
+    parent.Children.erase(parent.Children.begin() + node.Place);
+    numberChildren(parent, static_cast<size_t>(node.Place));
+}
 
-    bool goesOn() {
-        tree_.CutShort = !progress_.next(reading_);
-        return !tree_.CutShort;
-    }
-
-    int countEntries() const {
-        try {
-            const QString statement = u"SELECT Count(*) AS n FROM "_s + table_;
-            return static_cast<int>(
-                gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenSnapshot)->value(0).toInteger());
-        } catch (const dao::Error&) {
-            return 0; // The reading itself will say what is wrong.
-        }
-    }
-
-    QString statement(const QString& parent) const {
-        return study_ ? u"SELECT * FROM "_s + table_ + u" ORDER BY [fid], [order] ASC;"_s
-                      : u"SELECT * FROM "_s + table_ + u" WHERE [fid]="_s + parent + u" ORDER BY [order] ASC;"_s;
-    }
-
-    void addEntry(const TreeEntry& entry, int depth) {
-        const bool added =
-            Update_TreeViewAddnode(tree_, entry.key, entry.parentKey, entry.text, entry.description, view_);
-        if (!added || study_)
-            return;
-        attempt(
-            [&] {
-                // The key goes into the statement as it stands, so nothing but a number may get there.
-                if (!dao::textToNumber(entry.key))
-                    dao::raiseRuntimeError(13);
-                if (depth >= maxDepth)
-                    throw dao::Error(28, TranslateText(u"Der Baum ist tiefer als %1 Stufen beim Eintrag \"%2\"."_s)
-                                             .arg(maxDepth)
-                                             .arg(entry.key));
-                addBelow(entry.key, depth + 1);
-            },
-            reportTreeError);
-    }
-};
+std::vector<const CatalogueNode*> subtree(const CatalogueNode& top) {
+    std::vector<const CatalogueNode*> nodes;
+    for (const CatalogueNode* node = &top; node; node = nextWithin(top, *node))
+        nodes.push_back(node);
+    return nodes;
+}
 
 } // namespace
 
+void CatalogueNode::setDescribed(bool described) {
+    Image = 2 * viewOfKey(Key) + (described ? 23 : 4);
+    SelectedImage = ExpandedImage = Image + 1;
+}
+
+bool CatalogueNode::isWithin(const CatalogueNode& other) const {
+    const CatalogueNode* node = this;
+    while (node && node != &other)
+        node = node->Parent;
+    return node;
+}
+
+CatalogueTree::~CatalogueTree() {
+    tell([](CatalogueTreeWatcher& watcher) { watcher.treeGone(); });
+}
+
+template<class Call>
+void CatalogueTree::tell(Call&& call) {
+    for (CatalogueTreeWatcher* watcher : watchers_)
+        call(*watcher);
+}
+
 void CatalogueTree::clear() {
+    tell([](CatalogueTreeWatcher& watcher) { watcher.resetting(); });
     byKey_.clear();
     nodes_.clear();
     lastParentKey_.clear();
     lastParent_ = nullptr;
+    CutShort = false;
+    Faults.clear();
+    tell([](CatalogueTreeWatcher& watcher) { watcher.reset(); });
 }
 
 CatalogueNode& CatalogueTree::addRoot(const QString& key, const QString& text) {
-    return append(key, text, nullptr);
+    return append(key, text, nullptr, 0);
 }
 
-CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, const QString& text) {
+CatalogueNode& CatalogueTree::insert(const QString& parentKey, const QString& key, const QString& text, bool described,
+                                     int place) {
     // Entries come in the order of their parents: most have the one of the entry before.
-    CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : byKey_.value(dao::foldedText(parentKey));
+    CatalogueNode* parent = parentKey == lastParentKey_ ? lastParent_ : at(parentKey);
     if (!parent)
         throw dao::Error(
             35601,
@@ -150,38 +92,141 @@ CatalogueNode& CatalogueTree::add(const QString& parentKey, const QString& key, 
                 .arg(key.mid(1), parentKey.mid(1)));
     lastParentKey_ = parentKey;
     lastParent_ = parent;
-    return append(key, text, parent);
+    CatalogueNode& node = append(key, text, parent, place);
+    node.setDescribed(described);
+    return node;
 }
 
-CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent) {
-    CatalogueNode*& place = byKey_[dao::foldedText(key)];
-    if (place) {
+CatalogueNode& CatalogueTree::append(const QString& key, const QString& text, CatalogueNode* parent, int place) {
+    const QString folded = dao::foldedText(key);
+    if (byKey_.contains(folded)) {
         throw dao::Error(
             35602, (isOnWayToRoot(parent, key)
                         ? TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht unter sich selbst."_s)
                         : TranslateText(u"Schlüssel nicht eindeutig: Der Eintrag \"%1\" steht schon im Baum."_s))
                        .arg(key.mid(1)));
     }
+    const int count = parent ? static_cast<int>(parent->Children.size()) : 0;
+    if (place < 0 || place > count)
+        place = count;
+    tell([&](CatalogueTreeWatcher& watcher) { watcher.inserting(parent, place); });
     CatalogueNode& node = nodes_.emplace_back();
+    byKey_.insert(folded, std::prev(nodes_.end()));
     node.Key = key;
     node.Text = text;
-    node.Parent = parent;
-    node.Index = static_cast<int>(nodes_.size());
-    if (parent) {
-        node.Place = static_cast<int>(parent->Children.size());
-        parent->Children.push_back(&node);
-    }
-    place = &node;
+    node.setDescribed(false);
+    if (parent)
+        putInto(*parent, node, place);
+    tell([](CatalogueTreeWatcher& watcher) { watcher.inserted(); });
     return node;
+}
+
+bool CatalogueTree::remove(const QString& key) {
+    CatalogueNode* top = at(key);
+    if (!top)
+        return false;
+    if (!top->Parent) {
+        clear();
+        return true;
+    }
+    tell([&](CatalogueTreeWatcher& watcher) { watcher.removing(*top); });
+    takeOut(*top);
+    lastParentKey_.clear();
+    lastParent_ = nullptr;
+    for (const CatalogueNode* node : subtree(*top))
+        nodes_.erase(byKey_.take(dao::foldedText(node->Key)));
+    tell([](CatalogueTreeWatcher& watcher) { watcher.removed(); });
+    return true;
+}
+
+bool CatalogueTree::move(const QString& key, const QString& parentKey, int place) {
+    CatalogueNode* node = at(key);
+    CatalogueNode* parent = at(parentKey);
+    if (!node || !parent || !node->Parent || parent->isWithin(*node))
+        return false;
+    const bool here = node->Parent == parent;
+    const int others = static_cast<int>(parent->Children.size()) - (here ? 1 : 0);
+    if (place < 0 || place > others)
+        place = others;
+    if (!here || place != node->Place) {
+        const int before = here && place > node->Place ? place + 1 : place;
+        tell([&](CatalogueTreeWatcher& watcher) { watcher.moving(*node, *parent, before); });
+        takeOut(*node);
+        putInto(*parent, *node, place);
+        tell([](CatalogueTreeWatcher& watcher) { watcher.moved(); });
+    }
+    for (const CatalogueNode* moved : subtree(*node))
+        nodes_.splice(nodes_.end(), nodes_, byKey_.value(dao::foldedText(moved->Key)));
+    return true;
+}
+
+bool CatalogueTree::change(const QString& key, const QString& text, bool described) {
+    CatalogueNode* node = at(key);
+    if (!node)
+        return false;
+    node->Text = text;
+    node->setDescribed(described);
+    tell([&](CatalogueTreeWatcher& watcher) { watcher.changed(*node); });
+    return true;
 }
 
 void CatalogueTree::setRootText(const QString& text) {
     if (!nodes_.empty())
-        nodes_.front().Text = text;
+        change(nodes_.front().Key, text, false);
+}
+
+bool CatalogueTree::setExpanded(const QString& key, bool expanded) {
+    CatalogueNode* node = at(key);
+    if (!node)
+        return false;
+    if (node->Expanded != expanded) {
+        node->Expanded = expanded;
+        tell([&](CatalogueTreeWatcher& watcher) { watcher.expandedChanged(*node); });
+    }
+    return true;
+}
+
+void CatalogueTree::replaceBy(CatalogueTree& fresh) {
+    for (CatalogueNode& node : fresh.nodes_)
+        if (const CatalogueNode* before = find(node.Key))
+            node.Expanded = before->Expanded;
+    tell([](CatalogueTreeWatcher& watcher) { watcher.resetting(); });
+    nodes_.swap(fresh.nodes_);
+    byKey_.swap(fresh.byKey_);
+    lastParentKey_.clear();
+    lastParent_ = nullptr;
+    CutShort = fresh.CutShort;
+    Faults = fresh.Faults;
+    fresh.clear();
+    tell([](CatalogueTreeWatcher& watcher) { watcher.reset(); });
+}
+
+CatalogueNode* CatalogueTree::at(const QString& key) const {
+    const auto found = byKey_.constFind(dao::foldedText(key));
+    return found == byKey_.constEnd() ? nullptr : &**found;
 }
 
 const CatalogueNode* CatalogueTree::find(const QString& key) const {
-    return byKey_.value(dao::foldedText(key));
+    return at(key);
+}
+
+int CatalogueTree::Index(const CatalogueNode& node) const {
+    int index = 1;
+    for (const CatalogueNode& other : nodes_) {
+        if (&other == &node)
+            return index;
+        ++index;
+    }
+    return 0;
+}
+
+const CatalogueNode* nextWithin(const CatalogueNode& top, const CatalogueNode& node) {
+    if (!node.Children.empty())
+        return node.Children.front();
+    for (const CatalogueNode* from = &node; from != &top; from = from->Parent)
+        if (const auto next = static_cast<size_t>(from->Place) + 1; next < from->Parent->Children.size())
+            return from->Parent->Children[next];
+    return nullptr;
 }
 
 QChar viewLetter(int view) {
@@ -192,63 +237,10 @@ int viewOfKey(const QString& key) {
     return key.isEmpty() ? 0 : key.front().unicode() - viewLetter(0).unicode();
 }
 
-void Update_TreeView(CatalogueTree& tree, int view, bool english) {
-    const ui::WaitPointer wait;
-    const ProcedureScope scope(u"[Module1.Update_TreeView]"_s);
-    ui::asker().eventTurn();
-    tree.clear();
-    tree.CutShort = false;
-    const auto name = gLanguage == 0 ? ViewTable::Name : ViewTable::NameEnglish;
-    CatalogueNode& root = tree.addRoot(viewLetter(view) + u"0"_s, gViews.at(view, name));
-    root.Image = 2 * view + 4;
-    root.SelectedImage = 2 * view + 5;
-    root.ExpandedImage = root.Image + 1;
-    root.Expanded = true;
-    TreeBuilder(tree, view, english).addBelow(u"0"_s, 1);
+QString shownText(const QString& id, const QString& name, bool described) {
+    return name.isEmpty() && !described ? id : name;
 }
 
-bool Update_TreeViewAddnode(CatalogueTree& tree, const QString& key, const QString& parentKey, const QString& text,
-                            const QString& description, int view) {
-    const ProcedureScope scope(u"[Module1.Update_TreeViewAddnode]"_s);
-    return attempt(
-        [&] {
-            const QChar letter = viewLetter(view);
-            const bool described = !description.isEmpty() && description != u" ";
-            // An entry with a description keeps an empty name and fails without a parent; only a plain one
-            // falls back.
-            CatalogueNode& node = described ? tree.add(letter + parentKey, letter + key, text)
-                                            : tree.add(letter + (parentKey.isEmpty() ? u"0"_s : parentKey),
-                                                       letter + key, text.isEmpty() ? key : text);
-            node.Image = 2 * view + (described ? 23 : 4);
-            node.SelectedImage = node.Image + 1;
-            node.ExpandedImage = node.Image + 1;
-        },
-        reportTreeError);
-}
-
-std::vector<UnreachedEntry> unreachedEntries(const CatalogueTree& tree, int view, bool english) {
-    const EntryColumns columns(isStudyView(view), english);
-    std::vector<UnreachedEntry> unreached;
-    const QString statement = u"SELECT * FROM "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
-                              u" ORDER BY [fid], [order];"_s;
-    // What fails here has failed when the tree was built, and was reported then.
-    const auto silent = [](const dao::Error&) {};
-    if (!gDatabase.CurrentDatabase())
-        return unreached;
-    attempt(
-        [&] {
-            const dao::RecordsetPtr recordset =
-                gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenDynaset);
-            const EntryReader reader(*recordset, columns);
-            for (; !recordset->Eof(); recordset->MoveNext()) {
-                const TreeEntry entry = reader.current();
-                // An entry of the root's own key is never in the tree, though the key is.
-                const CatalogueNode* node = tree.find(viewLetter(view) + entry.key);
-                if (!node || node == tree.root())
-                    unreached.push_back({entry.key, entry.parentKey, entry.text});
-            }
-            recordset->Close();
-        },
-        silent);
-    return unreached;
+bool isDescription(const QString& text) {
+    return !text.isEmpty() && text != u" ";
 }

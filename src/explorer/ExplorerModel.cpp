@@ -12,12 +12,6 @@ std::vector<ExplorerModel*>& living() {
 
 } // namespace
 
-void announce(const CatalogueChanges& changes) {
-    for (const CatalogueChange& change : changes)
-        for (ExplorerModel* model : ExplorerModel::open())
-            model->take(change);
-}
-
 ExplorerModel::ExplorerModel(ListviewHost* host) : host_(host ? host : &none_) {
     living().push_back(this);
 }
@@ -30,15 +24,6 @@ const std::vector<ExplorerModel*>& ExplorerModel::open() {
     return living();
 }
 
-void ExplorerModel::take(const CatalogueChange& change) {
-    if (change.view != state.ltreetype)
-        return;
-    if (change.kind != CatalogueChange::Kind::Rows)
-        Update_TreeView(tree, state.ltreetype, state.bELTree);
-    if (!state.selectedKey.isEmpty())
-        select(state.selectedKey, true);
-}
-
 void ExplorerModel::open(int view) {
     state = ExplorerState();
     state.ltreetype = static_cast<qint16>(view);
@@ -48,7 +33,12 @@ void ExplorerModel::open(int view) {
     ownRows_ = false;
     search_.clear();
     list.makeColumns(state.bELTree);
-    Update_TreeView(tree, view, state.bELTree);
+    // Beside the tree that may be in view: reading gives event turns.
+    CatalogueTree fresh;
+    Update_TreeView(fresh, view, state.bELTree);
+    tree.clear();
+    tree.replaceBy(fresh);
+    readUnreached();
 }
 
 bool ExplorerModel::select(const QString& key, bool force) {
@@ -62,7 +52,7 @@ bool ExplorerModel::select(const QString& key, bool force) {
 }
 
 const CatalogueNode* ExplorerModel::nodeOf(const VariableRow& row) const {
-    return searchesView() ? search_.nodeOf(row.Position) : selectedNode();
+    return searchesView() ? tree.find(search_.nodeOf(row.Position)) : selectedNode();
 }
 
 bool ExplorerModel::showRow(int row, bool assignments) {
@@ -77,8 +67,10 @@ bool ExplorerModel::showRow(int row, bool assignments) {
         showRowInB(row);
     if (assignments)
         fillA();
-    else
+    else {
+        assignmentsShown_ = false;
         pagesA.empty();
+    }
     return true;
 }
 
@@ -105,6 +97,7 @@ bool ExplorerModel::moveB(Step step) {
 void ExplorerModel::fillA() {
     if (!panelA.isFilled())
         return;
+    assignmentsShown_ = true;
     Fill(DBList1, panelA.study(), panelA.variable(), state.bELTree);
     pagesA.fill(panelA.study(), panelA.variable(), state.bVarWindowForEnglishLanguage);
 }
@@ -179,16 +172,30 @@ void ExplorerModel::listFilled() {
     setFilter(filteredId_ == state.sel_id ? filter_ : QString());
     filteredId_ = state.sel_id;
     list.selectedRow = list.shown.empty() ? -1 : list.shown.front();
+    if (standing_ && !standing_->wasEmpty()) {
+        const std::vector<int> selected = standing_->in(list).selected;
+        list.selectedRow = selected.empty() ? -1 : list.shown[static_cast<size_t>(selected.front())];
+    }
     host_->listFilled();
 }
 
+void ExplorerModel::itemClick() {
+    if (!standing_)
+        host_->itemClick();
+}
+
 void ExplorerModel::clearPanelA() {
+    if (standing_)
+        return;
     panelA.clear();
     pagesA.empty();
     host_->clearPanelA();
 }
 
 void ExplorerModel::clearAssignmentList() {
+    if (standing_)
+        return;
+    assignmentsShown_ = false;
     DBList1.clear();
     host_->clearAssignmentList();
 }

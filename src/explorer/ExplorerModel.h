@@ -4,11 +4,14 @@
 #include "explorer/CatalogueChange.h"
 #include "explorer/CatalogueTree.h"
 #include "explorer/ExplorerState.h"
+#include "explorer/ListStanding.h"
 #include "explorer/PanelPages.h"
 #include "explorer/QuickFilter.h"
 #include "explorer/VariableList.h"
 #include "explorer/VariablePanel.h"
 #include "explorer/ViewSearch.h"
+
+#include <optional>
 
 /// One view of the open catalogue as an explorer shows it, without the window: its state, its tree, its list and its
 /// two panels.
@@ -31,8 +34,20 @@ public:
 
     /// The models that live, in the order of their making.
     static const std::vector<ExplorerModel*>& open();
-    /// Takes over a change of the catalogue, if it is one of this view's.
-    void take(const CatalogueChange& change);
+    /// Takes over changes of the catalogue that were written, as far as they concern what is shown here: the tree in
+    /// place where that gives what reading it anew would, list and panels where their rows may be others. What is
+    /// expanded and selected, and where one stands in tree and list, stays so, by key. Where the selected node has
+    /// gone, the next of its siblings is selected, else the one before, else the parent.
+    void take(const CatalogueChanges& changes);
+    /// Reads the tree anew; else as take().
+    void rebuild();
+    /// Reads the rows of the list and the result sets of the panels anew; else as take().
+    void refreshPanels();
+    /// Selects a node after an edit: in view, with the keyboard on the tree, its variables read anew.
+    /// @return false if the tree has no node of that key
+    bool reveal(const QString& key);
+    /// Entries of the view that no way leads to, as of the last reading of the tree.
+    const std::vector<UnreachedEntry>& unreached() const { return unreached_; }
 
     /// Begins with a view, in the contents' language that is in force, and builds its tree.
     void open(int view);
@@ -55,6 +70,8 @@ public:
     void fillB();
     /// Inverts the contents' language of panel B and what it shows. @return false if it shows nothing
     bool switchLanguageB();
+    /// Whether fillA() has filled what panel A shows beside the variable itself.
+    bool assignmentsShown() const { return assignmentsShown_; }
     /// Place among the rows in view where a step of panel A leads, -1 if it leads nowhere.
     /// @param current place of the list's current row, -1 without one
     int stepInList(Step step, int current) const;
@@ -81,11 +98,37 @@ private:
     int found_ = 0;        ///< in the view
     QString filter_;
     QString filteredId_;
+    std::vector<UnreachedEntry> unreached_;
+    bool assignmentsShown_ = false;        ///< of the variable in panel A
+    int changing_ = 0;                     ///< changes in place under way
+    std::optional<ListStanding> standing_; ///< in the list, while its rows are read anew
+
+    /// What is still to be done once all changes were taken over.
+    struct Pending {
+        bool tree = false, left = false, rows = false, panels = false, assignments = false, title = false;
+    };
+    class Change;
+    void apply(const CatalogueChange& change, Pending& pending);
+    bool changesInPlace() const;
+    bool readsInPlace(const CatalogueNode& parent, const CatalogueNode* top) const;
+    bool insert(const CatalogueChange& change);
+    bool rename(const CatalogueChange& change, Pending& pending);
+    bool move(const CatalogueChange& change);
+    bool remove(const QString& key, Pending& pending);
+    void standAt(const QString& key, Pending& pending);
+    void finish(Pending pending);
+    void readTree(Pending& pending);
+    void readUnreached();
+    void refreshList();
+    void refreshA();
+    void refreshB();
+    void refreshAssignments();
+    void refreshTitles();
 
     void searchView();
     void nodeShown(const CatalogueNode& node) override { host_->nodeShown(node); }
     void listFilled() override;
     void clearPanelA() override;
-    void itemClick() override { host_->itemClick(); }
+    void itemClick() override;
     void clearAssignmentList() override;
 };

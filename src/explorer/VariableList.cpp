@@ -183,7 +183,7 @@ void Update_Listview(const CatalogueNode& node, bool force, ExplorerState& state
             return;
         state.selectionTitle = node.Text;
         state.selectedKey = node.Key;
-        list.Tag = QString::number(node.Index);
+        list.Tag = node.Key;
         host.nodeShown(node);
         list.recordset.reset();
 

@@ -32,7 +32,7 @@ class VariableList {
 public:
     std::vector<ListColumn> columns;
     std::vector<VariableRow> rows;
-    QString Tag;          ///< Index of the node whose variables are shown
+    QString Tag;          ///< key of the node whose variables are shown
     int selectedRow = -1; ///< -1 without a row
     /// Rows in view, as indexes into rows, in their order: all of them, or those that a filter leaves.
     std::vector<int> shown;
@@ -90,6 +90,11 @@ public:
     virtual void clearPanelA() {}
     virtual void itemClick() {}
     virtual void clearAssignmentList() {}
+    /// Tree, list and panels change in place until changed(): where one stands in them is where one stands afterwards.
+    virtual void changing() {}
+    virtual void changed() {}
+    /// The node is to be in view and selected, with the keyboard on the tree.
+    virtual void nodeRevealed(const CatalogueNode&) {}
 };
 
 /// Fills the list with the variables of a node and remembers the node in the state. Without `force` a node

@@ -47,12 +47,33 @@ bool VariablePanel::show(const CatalogueNode& node, const QString& study, const 
         ui::asker().messageBox({.text = TranslateText(u"Keine Variablen gefunden!"_s)});
         return false;
     }
-    recordset_->MoveLast();
-    recordset_->FindFirst(u"fi_StudyNo="_s + quoted(study) + u" AND fi_VariableNo="_s + quoted(variable));
-    if (recordset_->NoMatch())
-        recordset_->MoveFirst();
+    find(study, variable);
     fill(isEnglish(state));
     return true;
+}
+
+bool VariablePanel::find(const QString& study, const QString& variable) {
+    recordset_->MoveLast();
+    recordset_->FindFirst(u"fi_StudyNo="_s + quoted(study) + u" AND fi_VariableNo="_s + quoted(variable));
+    if (!recordset_->NoMatch())
+        return true;
+    recordset_->MoveFirst();
+    return false;
+}
+
+VariablePanel::Again VariablePanel::showAgain(const CatalogueNode* node, const ExplorerState& state,
+                                              const dao::RecordsetPtr& ofList) {
+    fid.clear();
+    recordset_.reset();
+    if (node && filled_)
+        bind(*node, state, ofList);
+    if (!recordset_ || recordset_->RecordCount() == 0) {
+        clear();
+        return Again::Nothing;
+    }
+    const bool same = find(VariablePanel::study(), VariablePanel::variable());
+    fill(isEnglish(state));
+    return same ? Again::Same : Again::Other;
 }
 
 bool VariablePanel::move(Step step, const ExplorerState& state) {

@@ -34,6 +34,10 @@ public:
     /// @return false if there is nothing to show; a node without variables says so in a box
     bool show(const CatalogueNode& node, const QString& study, const QString& variable, const ExplorerState& state,
               const dao::RecordsetPtr& ofList = {});
+    enum class Again { Same, Other, Nothing };
+    /// Makes the result set anew and shows the same variable, or the first where that has gone. Without a node, or
+    /// where nothing was shown, nothing is, and the next show() makes the result set.
+    Again showAgain(const CatalogueNode* node, const ExplorerState& state, const dao::RecordsetPtr& ofList = {});
     /// Moves in the result set, not beyond its ends, and fills. @return false without a record
     bool move(Step step, const ExplorerState& state);
     /// Fills question and facts anew from the current record. @return false if they show none
@@ -57,6 +61,7 @@ private:
     bool isEnglish(const ExplorerState& state) const;
     void bind(const CatalogueNode& node, const ExplorerState& state, const dao::RecordsetPtr& ofList);
     QString statement(const ExplorerState& state) const;
+    bool find(const QString& study, const QString& variable);
     void fill(bool english);
     void fillGroup(bool english);
     void readValues();

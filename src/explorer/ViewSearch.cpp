@@ -17,13 +17,6 @@ namespace {
 /// Separates the cells of a row; no text of a catalogue has it.
 constexpr char cellEnd = 0;
 
-/// The nodes as they stand below each other.
-void collect(const CatalogueNode& node, std::vector<const CatalogueNode*>& nodes) {
-    nodes.push_back(&node);
-    for (const CatalogueNode* child : node.Children)
-        collect(*child, nodes);
-}
-
 QByteArray cellsOf(const VariableRow& row) {
     QByteArray cells = row.Text.toUtf8();
     for (const QString& cell : row.SubItems)
@@ -55,20 +48,21 @@ void ViewSearch::read(const CatalogueTree& tree, const ExplorerState& state, con
 
 ViewSearch::Outcome ViewSearch::readAll(const CatalogueTree& tree, const ExplorerState& state,
                                         const VariableList& list) {
-    std::vector<const CatalogueNode*> nodes;
-    if (tree.root())
-        for (const CatalogueNode* child : tree.root()->Children)
-            collect(*child, nodes);
+    // By key: the reading gives event turns.
+    std::vector<std::pair<QString, QString>> nodes;
+    for (const CatalogueNode* node = tree.root(); node; node = nextWithin(*tree.root(), *node))
+        if (node != tree.root())
+            nodes.emplace_back(node->Key, node->Text);
     ui::Progress progress(ui::Progress::Stop::Allowed, [&] { return static_cast<int>(nodes.size()); });
     const bool varGroups = gDatabase.TableExist(u"tkey_VarGroups"_s);
     CDaoPersistance persistance;
     QSet<QByteArray> met;
-    for (const CatalogueNode* node : nodes) {
-        if (!progress.next(TranslateText(u"Die Variablen der Sicht werden gelesen:"_s) + u' ' + node->Text))
+    for (const auto& [node, name] : nodes) {
+        if (!progress.next(TranslateText(u"Die Variablen der Sicht werden gelesen:"_s) + u' ' + name))
             return Outcome::Stopped;
         const dao::RecordsetPtr records = persistance.GetRecordset(
             gDatabase.CurrentDatabase(),
-            searchedVariablesStatement(state.bIsStudy, state.ltreetype, node->id(), varGroups), dao::dbOpenSnapshot);
+            searchedVariablesStatement(state.bIsStudy, state.ltreetype, node.mid(1), varGroups), dao::dbOpenSnapshot);
         // It has been reported, and would be that of every node.
         if (!records)
             return Outcome::Failed;
@@ -114,7 +108,7 @@ VariableRow ViewSearch::rowAt(int position) const {
     return row;
 }
 
-const CatalogueNode* ViewSearch::nodeOf(int position) const {
+QString ViewSearch::nodeOf(int position) const {
     const auto found = std::ranges::upper_bound(stretches_, position, {}, &Stretch::end);
-    return found == stretches_.end() ? nullptr : found->node;
+    return found == stretches_.end() ? QString() : found->node;
 }

@@ -27,13 +27,13 @@ public:
     /// Position is its place in the view.
     /// @return how many have
     int find(const QString& words, std::vector<VariableRow>& rows) const;
-    /// The node in which a row was found. @param position of the row
-    const CatalogueNode* nodeOf(int position) const;
+    /// Key of the node in which a row was found; empty if there is none. @param position of the row
+    QString nodeOf(int position) const;
 
 private:
     struct Stretch {
-        int end; ///< one beyond the last row of the node
-        const CatalogueNode* node;
+        int end;      ///< one beyond the last row of the node
+        QString node; ///< its key
     };
 
     QuickFilter texts_;

@@ -148,16 +148,31 @@ void frmExplorer::clearAssignmentList() {
     rowShown_ = false;
 }
 
+void frmExplorer::changing() {
+    tree_->changing();
+    list_->changing();
+}
+
+void frmExplorer::changed() {
+    tree_->changed();
+    list_->changed();
+    showA();
+    showB();
+    rowShown_ = model_.assignmentsShown();
+}
+
+void frmExplorer::nodeRevealed(const CatalogueNode& node) {
+    const BusyScope busy;
+    tree_->selectNode(node);
+    tree_->scrollToSelected();
+    tree_->view()->setFocus();
+}
+
 bool frmExplorer::showNode(const QString& key) {
     const CatalogueNode* node = model_.tree.find(key);
     if (!node)
         return false;
-    {
-        const BusyScope busy;
-        tree_->selectNode(*node);
-        tree_->scrollToSelected();
-    }
-    tree_->view()->setFocus();
+    nodeRevealed(*node);
     return model_.select(key);
 }
 

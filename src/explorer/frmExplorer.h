@@ -90,6 +90,9 @@ private:
     void clearPanelA() override;
     void itemClick() override { lvListView_ItemClick(false); }
     void clearAssignmentList() override;
+    void changing() override;
+    void changed() override;
+    void nodeRevealed(const CatalogueNode& node) override;
 
     void lvListView_ItemClick(bool assignments);
     void lvListView_DblClick();

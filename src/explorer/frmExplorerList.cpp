@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QSet>
 
 using namespace Qt::StringLiterals;
@@ -76,11 +77,34 @@ void frmExplorerList::setTitle(const QString& title) {
 }
 
 void frmExplorerList::fill() {
-    txtQuickFilter_->setText(model_.filter());
+    // Who is typing there while another window edits goes on typing.
+    if (txtQuickFilter_->text().trimmed() != model_.filter().trimmed())
+        txtQuickFilter_->setText(model_.filter());
     lvListView_->listChanged();
     lvListView_->fitColumns();
-    if (const int place = model_.list.placeOf(model_.list.selectedRow); place >= 0)
+    if (standing_ && !standing_->wasEmpty() && standingIn_ == model_.list.Tag)
+        standAgain();
+    else if (const int place = model_.list.placeOf(model_.list.selectedRow); place >= 0)
         lvListView_->selectOnly(place);
+    showRowCount();
+}
+
+void frmExplorerList::changing() {
+    across_ = lvListView_->horizontalScrollBar()->value();
+    standingIn_ = model_.list.Tag;
+    standing_.emplace(model_.list, lvListView_->selectedPlaces(), lvListView_->currentPlace(), lvListView_->rowAt(0));
+}
+
+void frmExplorerList::standAgain() {
+    const ListStanding::Places places = standing_->in(model_.list);
+    lvListView_->selectPlaces(places.selected, places.current);
+    if (places.top >= 0)
+        lvListView_->scrollTo(lvListView_->model()->index(places.top, 0), QAbstractItemView::PositionAtTop);
+    lvListView_->horizontalScrollBar()->setValue(across_);
+}
+
+void frmExplorerList::changed() {
+    standing_.reset();
     showRowCount();
 }
 

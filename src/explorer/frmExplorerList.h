@@ -4,6 +4,7 @@
 
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 class ElidedLabel;
@@ -28,6 +29,9 @@ public:
     void setTitle(const QString& title);
     /// Shows the model's list, which is another one.
     void fill();
+    /// Until changed() the list may be read anew: what is selected in it and in view stays so.
+    void changing();
+    void changed();
     void focusFilter();
     /// The selected rows in the order of the list, as indexes into the model's rows.
     std::vector<int> selectedRows() const;
@@ -45,12 +49,16 @@ private:
     QLabel* lblRowCount_;
     QLineEdit* txtQuickFilter_;
     VariableListView* lvListView_;
+    std::optional<ListStanding> standing_; ///< until the change under way has ended
+    QString standingIn_;                   ///< key of the node whose rows they are
+    int across_ = 0;
 
     void build();
     void connectControls();
     void headerChosen(int column);
     void filterChanged();
     void orderChanged(const std::vector<int>& selectedPositions, int currentPosition);
+    void standAgain();
     void showRowCount();
     void showHints();
     std::vector<int> selectedPositions() const;

@@ -8,6 +8,7 @@
 #include "widgets/toolTips.h"
 
 #include <QLabel>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -26,15 +27,32 @@ QString allEntriesTitle(int view, bool english) {
 
 frmExplorerTree::frmExplorerTree(ExplorerModel& model) : model_(model) {
     build();
+    connectTree();
+}
+
+void frmExplorerTree::connectTree() {
     const auto nodeChosen = [this] {
         onGesture([this] {
             if (const QModelIndex node = tvTreeView_->currentIndex();
                 node.isValid() && tvTreeView_->selectionModel()->isSelected(node))
-                onChosen(CatalogueTreeModel::nodeOf(node)->Key);
+                // The key's own copy: the node may go while its variables are listed.
+                onChosen(QString(CatalogueTreeModel::nodeOf(node)->Key));
         });
     };
     connect(tvTreeView_->selectionModel(), &QItemSelectionModel::selectionChanged, this, nodeChosen);
     connect(tvTreeView_, &QTreeView::clicked, this, nodeChosen);
+    // The tree itself knows what is expanded, so that it is kept whatever becomes of the view's own rows.
+    const auto opened = [this](bool expanded) {
+        return [this, expanded](const QModelIndex& node) {
+            model_.tree.setExpanded(CatalogueTreeModel::nodeOf(node)->Key, expanded);
+        };
+    };
+    connect(tvTreeView_, &QTreeView::expanded, this, opened(true));
+    connect(tvTreeView_, &QTreeView::collapsed, this, opened(false));
+    treeModel_->onExpanded = [this](const CatalogueNode& node) {
+        tvTreeView_->setExpanded(treeModel_->indexOf(&node), node.Expanded);
+    };
+    connect(treeModel_, &CatalogueTreeModel::modelReset, this, [this] { nodesReset(); });
 }
 
 void frmExplorerTree::build() {
@@ -65,13 +83,49 @@ void frmExplorerTree::build() {
 }
 
 void frmExplorerTree::open(int view) {
-    treeModel_->beginRebuilding();
     model_.open(view);
-    treeModel_->endRebuilding();
-    tvTreeView_->expand(treeModel_->indexOf(model_.tree.root()));
-    tvTreeView_->setCurrentIndex({});
-    if (!model_.tree.CutShort)
-        unreached_ = unreachedEntries(model_.tree, view, model_.state.bELTree);
+}
+
+void frmExplorerTree::nodesReset() {
+    const CatalogueTree& tree = model_.tree;
+    for (const CatalogueNode& node : tree.nodes())
+        if (node.Expanded)
+            tvTreeView_->expand(treeModel_->indexOf(&node));
+    const BusyScope busy;
+    tvTreeView_->setCurrentIndex(treeModel_->indexOf(model_.selectedNode()));
+}
+
+void frmExplorerTree::changing() {
+    const bool perPixel = tvTreeView_->verticalScrollMode() == QAbstractItemView::ScrollPerPixel;
+    scrolled_ = {.across = tvTreeView_->horizontalScrollBar()->value()};
+    const int end = tvTreeView_->viewport()->height();
+    QModelIndex node = tvTreeView_->indexAt({0, 0});
+    if (node.isValid() && perPixel)
+        scrolled_.above = -tvTreeView_->visualRect(node).top();
+    for (; node.isValid() && tvTreeView_->visualRect(node).top() < end; node = tvTreeView_->indexBelow(node))
+        scrolled_.keys << CatalogueTreeModel::nodeOf(node)->Key;
+    tvTreeView_->setAutoScroll(false);
+}
+
+void frmExplorerTree::changed() {
+    if (const CatalogueNode* selected = model_.selectedNode())
+        selectNode(*selected);
+    for (const QString& key : scrolled_.keys) {
+        const CatalogueNode* node = model_.tree.find(key);
+        const auto isClosed = [](const CatalogueNode* above) { return above && !above->Expanded; };
+        bool hidden = !node;
+        for (const CatalogueNode* above = node; above && !hidden; above = above->Parent)
+            hidden = isClosed(above->Parent);
+        if (hidden)
+            continue;
+        tvTreeView_->scrollTo(treeModel_->indexOf(node), QAbstractItemView::PositionAtTop);
+        if (key == scrolled_.keys.front() && scrolled_.above > 0)
+            tvTreeView_->verticalScrollBar()->setValue(tvTreeView_->verticalScrollBar()->value() + scrolled_.above);
+        break;
+    }
+    tvTreeView_->horizontalScrollBar()->setValue(scrolled_.across);
+    tvTreeView_->setAutoScroll(true);
+    reportUnreached();
 }
 
 void frmExplorerTree::selectNode(const CatalogueNode& node) {
@@ -90,14 +144,13 @@ void frmExplorerTree::refreshTitles() {
     const int view = model_.state.ltreetype;
     lblTitle0_->setText(allEntriesTitle(view, model_.state.bELTree));
     model_.tree.setRootText(viewName(view));
-    treeModel_->rootChanged();
     tvTreeView_->setAccessibleName(lblTitle0_->text());
     reportUnreached();
 }
 
 void frmExplorerTree::reportUnreached() {
     constexpr size_t named = 20;
-    const std::vector<UnreachedEntry>& entries = unreached_;
+    const std::vector<UnreachedEntry>& entries = model_.unreached();
     QStringList texts;
     for (size_t i = 0; i < entries.size() && i < named; ++i)
         texts << u"%1 (%2)"_s.arg(entries[i].text.left(60), entries[i].key.left(60));

@@ -22,6 +22,9 @@ public:
     /// Has the model read the tree of a view, and shows it with nothing selected.
     void open(int view);
     void selectNode(const CatalogueNode& node);
+    /// Until changed() the tree changes in place, or is another: whatever is in view stays there.
+    void changing();
+    void changed();
     void scrollToSelected();
     QTreeView* view() const { return tvTreeView_; }
     /// Titles beside each other stand on one line.
@@ -34,8 +37,14 @@ private:
     QLabel *lblTitle0_, *lblUnreached_;
     QTreeView* tvTreeView_;
     CatalogueTreeModel* treeModel_;
-    std::vector<UnreachedEntry> unreached_; ///< read once, with the tree
+    /// Where the tree is scrolled to: keys of the nodes from the first one in view.
+    struct Scrolled {
+        QStringList keys = {};
+        int above = 0, across = 0; ///< pixels of the first one that are out of view; the horizontal bar
+    } scrolled_;
 
     void build();
+    void connectTree();
+    void nodesReset();
     void reportUnreached();
 };

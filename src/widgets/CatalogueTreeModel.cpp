@@ -3,27 +3,40 @@
 #include "explorer/iconNames.h"
 #include "widgets/Icons.h"
 
-CatalogueTreeModel::CatalogueTreeModel(const CatalogueTree& tree, QObject* parent)
-    : QAbstractItemModel(parent), tree_(tree), root_(tree.root()) {}
-
-void CatalogueTreeModel::beginRebuilding() {
-    beginResetModel();
-    root_ = nullptr;
-    endResetModel();
+CatalogueTreeModel::CatalogueTreeModel(CatalogueTree& tree, QObject* parent)
+    : QAbstractItemModel(parent), tree_(&tree) {
+    tree.watch(*this);
 }
 
-void CatalogueTreeModel::endRebuilding() {
-    beginResetModel();
-    root_ = tree_.root();
-    endResetModel();
+CatalogueTreeModel::~CatalogueTreeModel() {
+    if (tree_)
+        tree_->unwatch(*this);
 }
 
-void CatalogueTreeModel::rootChanged() {
-    Q_EMIT dataChanged(indexOf(root_), indexOf(root_));
+void CatalogueTreeModel::inserting(const CatalogueNode* parent, int place) {
+    beginInsertRows(indexOf(parent), place, place);
+}
+
+void CatalogueTreeModel::removing(const CatalogueNode& node) {
+    beginRemoveRows(indexOf(node.Parent), node.Place, node.Place);
+}
+
+void CatalogueTreeModel::moving(const CatalogueNode& node, const CatalogueNode& parent, int before) {
+    beginMoveRows(indexOf(node.Parent), node.Place, node.Place, indexOf(&parent), before);
+}
+
+void CatalogueTreeModel::changed(const CatalogueNode& node) {
+    const QModelIndex index = indexOf(&node);
+    Q_EMIT dataChanged(index, index);
+}
+
+void CatalogueTreeModel::expandedChanged(const CatalogueNode& node) {
+    if (onExpanded)
+        onExpanded(node);
 }
 
 QModelIndex CatalogueTreeModel::indexOf(const CatalogueNode* node) const {
-    return node && root_ ? createIndex(node->Place, 0, node) : QModelIndex();
+    return node ? createIndex(node->Place, 0, node) : QModelIndex();
 }
 
 const CatalogueNode* CatalogueTreeModel::nodeOf(const QModelIndex& index) {
@@ -38,7 +51,7 @@ QIcon CatalogueTreeModel::icon(int number) const {
 QModelIndex CatalogueTreeModel::index(int row, int column, const QModelIndex& parent) const {
     if (!hasIndex(row, column, parent))
         return {};
-    return indexOf(parent.isValid() ? nodeOf(parent)->Children[static_cast<size_t>(row)] : root_);
+    return indexOf(parent.isValid() ? nodeOf(parent)->Children[static_cast<size_t>(row)] : root());
 }
 
 QModelIndex CatalogueTreeModel::parent(const QModelIndex& index) const {
@@ -47,7 +60,7 @@ QModelIndex CatalogueTreeModel::parent(const QModelIndex& index) const {
 
 int CatalogueTreeModel::rowCount(const QModelIndex& parent) const {
     if (!parent.isValid())
-        return root_ ? 1 : 0;
+        return root() ? 1 : 0;
     return static_cast<int>(nodeOf(parent)->Children.size());
 }
 

@@ -6,19 +6,18 @@
 #include <QHash>
 #include <QIcon>
 #include <QStyledItemDelegate>
+#include <functional>
 
-/// The tree of a view's entries for a tree view.
-class CatalogueTreeModel : public QAbstractItemModel {
+/// The tree of a view's entries for a tree view, which hears of every change in place.
+class CatalogueTreeModel : public QAbstractItemModel, private CatalogueTreeWatcher {
 public:
-    /// @param tree not owned
-    explicit CatalogueTreeModel(const CatalogueTree& tree, QObject* parent = nullptr);
+    /// @param tree not owned; once it is gone the model is empty
+    explicit CatalogueTreeModel(CatalogueTree& tree, QObject* parent = nullptr);
+    ~CatalogueTreeModel() override;
 
-    /// Shows nothing while the tree is being built; it may be painted meanwhile.
-    void beginRebuilding();
-    /// The tree is new.
-    void endRebuilding();
-    /// The root has another text.
-    void rootChanged();
+    /// A node of the tree is to be shown with its children, or without.
+    std::function<void(const CatalogueNode&)> onExpanded;
+
     QModelIndex indexOf(const CatalogueNode* node) const;
     static const CatalogueNode* nodeOf(const QModelIndex& index);
     /// Icon of a number, read once.
@@ -31,9 +30,21 @@ public:
     QVariant data(const QModelIndex& index, int role) const override;
 
 private:
-    const CatalogueTree& tree_;
-    const CatalogueNode* root_ = nullptr;
+    CatalogueTree* tree_;
     mutable QHash<int, QIcon> icons_;
+
+    const CatalogueNode* root() const { return tree_ ? tree_->root() : nullptr; }
+    void resetting() override { beginResetModel(); }
+    void reset() override { endResetModel(); }
+    void inserting(const CatalogueNode* parent, int place) override;
+    void inserted() override { endInsertRows(); }
+    void removing(const CatalogueNode& node) override;
+    void removed() override { endRemoveRows(); }
+    void moving(const CatalogueNode& node, const CatalogueNode& parent, int before) override;
+    void moved() override { endMoveRows(); }
+    void changed(const CatalogueNode& node) override;
+    void expandedChanged(const CatalogueNode& node) override;
+    void treeGone() override { tree_ = nullptr; }
 };
 
 /// Draws a node with its icon for a selected or expanded one.

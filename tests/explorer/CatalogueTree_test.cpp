@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "config/Options.h"
+#include "support/SameTree.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
@@ -11,16 +12,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// One line a node: its depth as blanks, key, text and the three icons.
-QString drawn(const CatalogueNode& node, int depth = 0) {
-    QString text =
-        QString(depth, u' ') +
-        u"%1 %2 %3/%4/%5\n"_s.arg(node.Key, node.Text).arg(node.Image).arg(node.SelectedImage).arg(node.ExpandedImage);
-    for (const CatalogueNode* child : node.Children)
-        text += drawn(*child, depth + 1);
-    return text;
-}
 
 class Tree : public testing::Test {
 protected:
@@ -34,7 +25,7 @@ protected:
     std::string build(int view, bool english = false) {
         EXPECT_EQ(catalogue.open(), 1);
         Update_TreeView(tree, view, english);
-        return drawn(*tree.root()).toStdString();
+        return drawn(tree).toStdString();
     }
 
     QStringList unreached(int view) {
@@ -52,7 +43,7 @@ TEST_F(Tree, StudiesStandBelowTheirGroupsInBothLanguages) {
                         " AQX2020 Erhebung 2020 6/7/7\n");
     EXPECT_TRUE(tree.root()->Expanded);
     EXPECT_EQ(tree.find(u"AQX1919"_s)->Parent, tree.find(u"Ag001"_s));
-    EXPECT_EQ(tree.find(u"AQX2020"_s)->Index, 3) << "nodes are numbered as the statement brings them";
+    EXPECT_EQ(tree.Index(*tree.find(u"AQX2020"_s)), 3) << "nodes are numbered as the statement brings them";
     gLanguage = 1;
     // The description exists in German only, so the English icon is the plain one.
     EXPECT_EQ(build(1, true), "A0 Studies 6/7/7\n"
