@@ -54,7 +54,7 @@ void reportFilling(const dao::Error& error) {
         reportError(error);
 }
 
-bool say(const QString& text, ui::Icon icon = ui::Icon::Exclamation) {
+bool tellOfFile(const QString& text, ui::Icon icon = ui::Icon::Exclamation) {
     ui::asker().messageBox({.text = text, .icon = icon});
     return false;
 }
@@ -109,7 +109,7 @@ int DocumentList::lineOf(const QString& study) const {
 
 bool DocumentList::open(int line) const {
     if (line < 0 || line >= static_cast<int>(lines_.size()))
-        return say(TranslateText(u"Bitte einen Eintrag aus der Liste auswählen"_s));
+        return tellOfFile(TranslateText(u"Bitte einen Eintrag aus der Liste auswählen"_s));
     const QString folder = kind_ == Kind::Questionnaires ? gOptions.QuestionnairePath : gOptions.SPSSPath;
     if (folder.isEmpty())
         return true;
@@ -118,11 +118,11 @@ bool DocumentList::open(int line) const {
     // The number comes from the catalogue, which may be a stranger's: it names a file and never a way to one.
     const bool isName = Paths::fileOf(name) == name && !name.contains(QChar::Null);
     if (isName && !QFileInfo(Paths::onDisk(path)).isFile())
-        return say(TranslateText(u"Datei"_s) + u' ' + path + u' ' + TranslateText(u"nicht gefunden!"_s));
+        return tellOfFile(TranslateText(u"Datei"_s) + u' ' + path + u' ' + TranslateText(u"nicht gefunden!"_s));
     const QString file = isName ? Paths::fileWithin(folder, name) : QString();
     if (file.isEmpty())
-        return say(TranslateText(u"Die Datei liegt nicht im eingestellten Ordner und wird nicht geöffnet:"_s) + u' ' +
-                   path);
+        return tellOfFile(TranslateText(u"Die Datei liegt nicht im eingestellten Ordner und wird nicht geöffnet:"_s) +
+                          u' ' + path);
     const ui::WaitPointer wait;
     if (!ui::asker().openFile(file)) {
         ui::asker().setPointer(ui::Pointer::Default);

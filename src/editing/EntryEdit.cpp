@@ -48,7 +48,7 @@ void tellNotFound() {
 }
 
 void goTo(ExplorerModel& model, const QString& nodeKey) {
-    model.select(nodeKey, true);
+    model.reveal(nodeKey);
 }
 
 } // namespace entryEdit
