@@ -5,6 +5,8 @@
 #include "app/globals.h"
 #include "app/start.h"
 #include "diagnostics/errors.h"
+#include "editing/frmEdit.h"
+#include "editing/frmPosition.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
 #include "platform/ui/Asker.h"
@@ -55,6 +57,8 @@ int main(int, char** arguments) {
 
     QtAsker dialogs;
     dialogs.progressWindow = frmProcess::open;
+    dialogs.textEditor = frmEdit::ask;
+    dialogs.lineOrderer = frmPosition::ask;
     ui::setAsker(&dialogs);
     mdLanguage::showStartWindow = frmSplash::showModal;
     gUnloadWindows = unloadChildWindows;

@@ -14,7 +14,9 @@
 #include <QFileDialog>
 #include <QImage>
 #include <QInputDialog>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPushButton>
@@ -26,6 +28,9 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A name may be longer than a field takes by itself, and must come back whole.
+constexpr int longestInput = 1 << 20;
 
 struct Button {
     QMessageBox::StandardButton standard;
@@ -121,12 +126,35 @@ private:
     bool waiting_;
 };
 
+/// A box that only its buttons close.
+class MustAnswer : public QMessageBox {
+public:
+    using QMessageBox::QMessageBox;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (!event->matches(QKeySequence::Cancel))
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
+
+std::unique_ptr<QMessageBox> messageWindow(const ui::Box& box) {
+    const QString title = box.title.isEmpty() ? ApplicationInfo::title : box.title;
+    QWidget* parent = QApplication::activeWindow();
+    if (!box.mustAnswer)
+        return std::make_unique<QMessageBox>(iconOf(box.icon), title, QString(), QMessageBox::NoButton, parent);
+    auto window = std::make_unique<MustAnswer>(iconOf(box.icon), title, QString(), QMessageBox::NoButton, parent);
+    window->setWindowFlag(Qt::WindowCloseButtonHint, false);
+    return window;
+}
+
 } // namespace
 
 ui::Answer QtAsker::messageBox(const ui::Box& box) {
     const PlainPointer plain;
-    QMessageBox window(iconOf(box.icon), box.title.isEmpty() ? ApplicationInfo::title : box.title, QString(),
-                       QMessageBox::NoButton, QApplication::activeWindow());
+    const std::unique_ptr<QMessageBox> owned = messageWindow(box);
+    QMessageBox& window = *owned;
     window.setTextFormat(Qt::PlainText);
     window.setText(QString(box.text).replace(u"\r\n"_s, u"\n"_s));
     window.setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -141,7 +169,7 @@ ui::Answer QtAsker::messageBox(const ui::Box& box) {
         shown->setIcon({});
     }
     for (const Button& button : buttons)
-        if (button.answer == ui::safeAnswer(box.buttons) && buttons.size() > 1)
+        if (button.answer == ui::safeAnswer(box.buttons) && buttons.size() > 1 && !box.mustAnswer)
             window.setEscapeButton(button.standard);
     for (const Button& button : buttons)
         if (button.answer == box.defaultButton.value_or(buttons.front().answer))
@@ -165,17 +193,37 @@ std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& t
     QInputDialog window(QApplication::activeWindow());
     window.setWindowTitle(title.isEmpty() ? ApplicationInfo::title : title);
     window.setLabelText(prompt);
+    window.setInputMode(QInputDialog::TextInput);
+    if (auto* line = window.findChild<QLineEdit*>())
+        line->setMaxLength(longestInput);
     window.setTextValue(proposal);
     window.setOkButtonText(captionOf(ui::Answer::Ok));
     window.setCancelButtonText(captionOf(ui::Answer::Cancel));
     // A long question goes on below.
-    if (auto* question = window.findChild<QLabel*>())
+    if (auto* question = window.findChild<QLabel*>()) {
+        question->setTextFormat(Qt::PlainText);
         question->setWordWrap(true);
+    }
     const int width = window.fontMetrics().averageCharWidth() * 60;
     window.resize(width, std::max(window.sizeHint().height(), window.heightForWidth(width)));
     if (window.exec() != QDialog::Accepted)
         return std::nullopt;
     return window.textValue();
+}
+
+std::optional<QString> QtAsker::editText(const QString& caption, const QString& text) {
+    const PlainPointer plain;
+    return textEditor ? textEditor(caption, text) : std::nullopt;
+}
+
+std::optional<std::vector<int>> QtAsker::orderLines(const ui::LineOrder& order) {
+    const PlainPointer plain;
+    return lineOrderer ? lineOrderer(order) : std::nullopt;
+}
+
+std::optional<int> QtAsker::chooseFromTree(const ui::TreeChoice& choice) {
+    const PlainPointer plain;
+    return treeChooser ? treeChooser(choice) : std::nullopt;
 }
 
 std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {

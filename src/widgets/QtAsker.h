@@ -12,15 +12,9 @@ public:
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
-    std::optional<QString> editText(const QString& caption, const QString& text) override {
-        return textEditor ? textEditor(caption, text) : std::nullopt;
-    }
-    std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override {
-        return lineOrderer ? lineOrderer(order) : std::nullopt;
-    }
-    std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override {
-        return treeChooser ? treeChooser(choice) : std::nullopt;
-    }
+    std::optional<QString> editText(const QString& caption, const QString& text) override;
+    std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override;
+    std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override;
     bool openFile(const QString& path) override;
     void setClipboard(const QString& text, const QString& html) override;
     void copyPicture(const QImage& picture, const QByteArray& svg) override;

@@ -16,6 +16,8 @@
 #include "config/CProfile.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
+#include "editing/frmEdit.h"
+#include "editing/frmPosition.h"
 #include "explorer/frmExplorer.h"
 #include "language/SystemTable.h"
 #include "language/mdLanguage.h"
@@ -133,6 +135,18 @@ Form* textsImport() {
     return window;
 }
 
+Form* textsEdit() {
+    auto* window = new frmEdit(u"Beschreibung eingeben für 'Person'"_s, QString(), nullptr);
+    window->QDialog::show();
+    return window;
+}
+
+Form* textsPosition() {
+    auto* window = new frmPosition({.lines = {u"Person"_s, u"Haushalt"_s}}, nullptr);
+    window->QDialog::show();
+    return window;
+}
+
 const TextsWindow textsWindows[] = {
     {u"frmMain"_s, textsMain},
     {u"frmSplash"_s, textsShown<frmSplash>},
@@ -147,6 +161,8 @@ const TextsWindow textsWindows[] = {
     {u"frmNewCalculation"_s, textsNewCalculation},
     {u"frmGraphicOptions"_s, textsGraphicOptions},
     {u"frmSaveChart"_s, textsSaveChart},
+    {u"frmEdit"_s, textsEdit},
+    {u"frmPosition"_s, textsPosition},
 };
 
 /// Texts that are the same word in both languages.
@@ -182,6 +198,7 @@ const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s,
 const QStringList textsByRule = {
     u"frmMain Form frmMain"_s,              // the product's name, and the catalogue before it
     u"frmStatus Form frmStatus"_s,          // the product's name
+    u"frmEdit Form frmEdit"_s,              // the entry that it is about
     u"frmExplorer Form frmExplorer"_s,      // the view's name and the window's number
     u"frmExplorer ListView lvListView("_s,  // headings set in code
     u"frmExplorer Statusbar sbStatusBarV"_s // facts carry their names and what they tell

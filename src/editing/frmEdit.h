@@ -1,0 +1,33 @@
+#pragma once
+
+#include "widgets/Form.h"
+
+#include <QDialog>
+#include <optional>
+
+class QPlainTextEdit;
+
+/// The editor of a plain text, such as a description. What is left as it was keeps its line breaks.
+class frmEdit : public QDialog, public Form {
+public:
+    frmEdit(const QString& caption, const QString& text, QWidget* parent);
+    ~frmEdit() override;
+
+    /// Shows the window until it is closed. @return the text; nothing on Cancel
+    static std::optional<QString> ask(const QString& caption, const QString& text);
+
+    void cmdOK_Click();
+    /// Asks first where something was typed.
+    void cmdCancel_Click();
+    /// The text as it is to be stored.
+    QString text() const;
+
+    void refreshTitles() override;
+    void reject() override { cmdCancel_Click(); }
+
+private:
+    QString caption_, before_;
+    QPlainTextEdit* txtText_;
+
+    void build();
+};
