@@ -77,7 +77,7 @@ struct EntryTransfer::Rest {
     bool crosses() const { return dao::compareTexts(from.entries, to.entries) != 0; }
     QString nameOf(const EntryRow& row) const { return row.name.isEmpty() ? row.key : row.name; }
     QString label(const EntryRow& row) const {
-        return u" '"_s + nameOf(row) + u"'"_s + TranslateText(moves() ? u" verschieben..."_s : u" kopieren..."_s);
+        return u" '"_s + nameOf(row) + u"' "_s + TranslateText(moves() ? u"verschieben..."_s : u"kopieren..."_s);
     }
 
     bool askForNumbers();
