@@ -46,6 +46,12 @@ public:
     /// Selects a node after an edit: in view, with the keyboard on the tree, its variables read anew.
     /// @return false if the tree has no node of that key
     bool reveal(const QString& key);
+    /// Selects a row of the list alone, in view, with the keyboard on the list, and shows its variable.
+    /// @param row index into the rows @return false if it is none of those in view
+    bool revealRow(int row);
+    /// Puts the keyboard on the tree or the list.
+    void focusTree() override { host_->focusTree(); }
+    void focusList() override { host_->focusList(); }
     /// Entries of the view that no way leads to, as of the last reading of the tree.
     const std::vector<UnreachedEntry>& unreached() const { return unreached_; }
 

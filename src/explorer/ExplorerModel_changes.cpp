@@ -169,6 +169,14 @@ bool ExplorerModel::reveal(const QString& key) {
     return true;
 }
 
+bool ExplorerModel::revealRow(int row) {
+    if (list.placeOf(row) < 0)
+        return false;
+    list.selectedRow = row;
+    host_->rowRevealed(row);
+    return true;
+}
+
 // ---- one change
 
 void ExplorerModel::apply(const CatalogueChange& change, Pending& pending) {

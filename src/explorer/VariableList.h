@@ -95,6 +95,10 @@ public:
     virtual void changed() {}
     /// The node is to be in view and selected, with the keyboard on the tree.
     virtual void nodeRevealed(const CatalogueNode&) {}
+    /// The row alone is to be selected, in view and in panel A, with the keyboard on the list.
+    virtual void rowRevealed(int /*row*/) {}
+    virtual void focusTree() {}
+    virtual void focusList() {}
 };
 
 /// Fills the list with the variables of a node and remembers the node in the state. Without `force` a node

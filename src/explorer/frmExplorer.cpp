@@ -165,7 +165,25 @@ void frmExplorer::nodeRevealed(const CatalogueNode& node) {
     const BusyScope busy;
     tree_->selectNode(node);
     tree_->scrollToSelected();
+    focusTree();
+}
+
+void frmExplorer::rowRevealed(int row) {
+    {
+        const BusyScope busy;
+        list_->view()->selectOnly(model_.list.placeOf(row));
+        focusList();
+    }
+    lvListView_ItemClick(true);
+    openPanelsSoon();
+}
+
+void frmExplorer::focusTree() {
     tree_->view()->setFocus();
+}
+
+void frmExplorer::focusList() {
+    list_->view()->setFocus();
 }
 
 bool frmExplorer::showNode(const QString& key) {

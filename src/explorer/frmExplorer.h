@@ -93,6 +93,9 @@ private:
     void changing() override;
     void changed() override;
     void nodeRevealed(const CatalogueNode& node) override;
+    void rowRevealed(int row) override;
+    void focusTree() override;
+    void focusList() override;
 
     void lvListView_ItemClick(bool assignments);
     void lvListView_DblClick();
