@@ -226,8 +226,8 @@ QString MainMenu::reasonOff(const QString& name, const MainState& state) {
     const bool explorer = state.catalogueOpen && !state.busy && state.active == MainState::Active::Explorer;
     if (!explorer || !isEditing(name) || enabled(name, state) || mayChange(name, state))
         return {};
-    return state.readOnly ? u"Der Katalog ist schreibgeschützt."_s
-                          : u"Studien lassen sich nur mit der Option EditStudiesMode ändern."_s;
+    return state.readOnly ? u"Die Datenbank ist schreibgeschützt."_s
+                          : u"Studien lassen sich nur ändern, wenn die Option EditStudiesMode gesetzt ist."_s;
 }
 
 bool MainMenu::checked(const QString& name, const MainState& state) {

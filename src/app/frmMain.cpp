@@ -11,6 +11,7 @@
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
+#include "editing/History.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
@@ -84,6 +85,7 @@ frmMain::frmMain()
 
 frmMain::~frmMain() {
     disconnect(qApp, nullptr, this, nullptr);
+    history().onChange = nullptr;
     area_->onActivated = nullptr;
     if (&desktop() == this)
         setDesktop(nullptr);
@@ -315,7 +317,7 @@ void frmMain::applyState() {
         menu.value()->setEnabled(MainMenu::enabled(menu.key(), now));
     for (auto action = actions_.cbegin(); action != actions_.cend(); ++action)
         enable(action.key(), *action.value(), now);
-    showHistory(now);
+    showHistory();
     for (const QString& name : {u"mnu1VarWindow"_s, u"mnu2VarWindow"_s, u"mnuVVEL"_s, u"mnuEnglishLanguage"_s, u"EL"_s})
         setChecked(name, MainMenu::checked(name, now));
     if (now.active == MainState::Active::Explorer) {

@@ -129,7 +129,7 @@ private:
     void applyState();
     void onExplorer(const std::function<void(frmExplorer&)>& operation);
     static void deleteSelected(frmExplorer& explorer);
-    void showHistory(const MainState& now);
+    void showHistory();
     void enable(const QString& name, QAction& action, const MainState& now);
     void setChecked(const QString& name, bool checked);
 };

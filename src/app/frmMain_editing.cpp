@@ -5,6 +5,7 @@
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 #include "editing/Entries.h"
+#include "editing/History.h"
 #include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
@@ -24,6 +25,8 @@ MainState frmMain::state() const {
     const dao::DatabasePtr catalogue = gDatabase.CurrentDatabase();
     now.readOnly = stateOpen_ && catalogue && catalogue->readOnly();
     now.editStudies = gOptions.EditStudiesMode;
+    now.canUndo = history().canUndo();
+    now.canRedo = history().canRedo();
     now.busy = gBusy > 0 || AnalysisModel::running();
     now.englishContents = gOptions.EnglishLanguage;
     now.language = gLanguage;
@@ -53,8 +56,9 @@ void frmMain::stateOfExplorer(MainState& now, const frmExplorer& explorer) const
 }
 
 /// The entries of the history name the step that they take back or do again.
-void frmMain::showHistory(const MainState& /*now*/) {
-    for (const auto& [name, step] : {std::pair{u"mnuEditUndo"_s, QString()}, std::pair{u"mnuEditRedo"_s, QString()}}) {
+void frmMain::showHistory() {
+    for (const auto& [name, step] :
+         {std::pair{u"mnuEditUndo"_s, history().undoName()}, std::pair{u"mnuEditRedo"_s, history().redoName()}}) {
         const auto entry = std::ranges::find(MainMenu::entries(), name, &MenuEntry::name);
         actions_[name]->setText(MainMenu::historyCaption(TranslateText(entry->caption), step));
     }
@@ -67,6 +71,9 @@ void frmMain::onExplorer(const std::function<void(frmExplorer&)>& operation) {
 }
 
 void frmMain::addEditingCommands() {
+    history().onChange = [this] { applyState(); };
+    commands_[u"mnuEditUndo"_s] = [] { history().undo(); };
+    commands_[u"mnuEditRedo"_s] = [] { history().redo(); };
     const std::pair<QString, bool (*)(ExplorerModel&)> onEntry[] = {{u"mnuNeueKategorie"_s, newEntry},
                                                                     {u"mnuKategorieUmbenennen"_s, renameEntry},
                                                                     {u"mnuBeschreibungBearbeiten"_s, editDescription}};

@@ -6,6 +6,7 @@
 #include "explorer/frmExplorer.h"
 #include "platform/dao/DBEngine.h"
 
+#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QStatusBar>
 #include <QTreeView>
@@ -33,7 +34,13 @@ protected:
         ASSERT_TRUE(explorer);
         const auto& nodes = explorer->model().tree.nodes();
         explorer->showNode(nodes.back().Key);
+        for (const CatalogueNode& node : nodes)
+            if (explorer->model().list.rows.empty())
+                explorer->showNode(node.Key);
         explorer->setPanels(1);
+        auto* list = qobject_cast<QAbstractItemView*>(in(u"lvListView"_s));
+        for (int row = 0; row < 20 && !in(u"txtQuestion"_s)->isVisible(); ++row)
+            list->setCurrentIndex(list->model()->index(row, 0));
         in(place)->setFocus();
         EXPECT_TRUE(in(place)->hasFocus()) << qPrintable(place);
     }
@@ -82,8 +89,8 @@ TEST_F(EditingKeys, OnAMediumThatCannotBeWrittenTheEntriesAreOffAndSayWhy) {
     gDatabase.setDatabase(path);
     gDatabase.OpenQXDatabase(true);
     ASSERT_TRUE(gDatabase.CurrentDatabase()->readOnly());
-    for (const auto& [language, reason] : {std::pair{u"mnLngG"_s, u"Der Katalog ist schreibgeschützt."_s},
-                                           std::pair{u"mnLngE"_s, u"The catalogue is read-only."_s}}) {
+    for (const auto& [language, reason] : {std::pair{u"mnLngG"_s, u"Die Datenbank ist schreibgeschützt."_s},
+                                           std::pair{u"mnLngE"_s, u"The database is write-protected."_s}}) {
         main->perform(language);
         show(topicView, u"tvTreeView"_s);
         for (const QString& name : {u"mnuNeueKategorie"_s, u"mnuLöschen"_s, u"mnuEditShowPosition"_s}) {
@@ -137,4 +144,20 @@ TEST_F(EditingKeys, DescriptionsOpenByMenuAndButtonTheirOwnView) {
     }
     EXPECT_GT(button, 0);
     EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(EditingKeys, DelInAStudyViewThatStaysAsItIsSaysSoAndOnlyWhereItWouldDelete) {
+    openWith(false);
+    show(studyView, u"tvTreeView"_s);
+    for (const auto& [place, told] : {std::pair{u"tvTreeView"_s, 1},
+                                      {u"lvListView"_s, 2},
+                                      {u"txtQuestion"_s, 2},
+                                      {u"txtQuickFilter"_s, 2},
+                                      {u"DBList1"_s, 2}}) {
+        in(place)->setFocus();
+        EXPECT_TRUE(in(place)->hasFocus()) << qPrintable(place);
+        QTest::keyClick(in(place), Qt::Key_Delete);
+        EXPECT_EQ(asker.boxes.size(), told) << qPrintable(place);
+    }
+    EXPECT_EQ(asker.texts().value(1), u"Studien und deren Variablen können nicht gelöscht werden"_s);
 }

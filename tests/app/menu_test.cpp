@@ -82,8 +82,8 @@ TEST(MainMenuRules, WhatEditsAndSearchesFollowsTheWindowTheKeyboardTheModeAndThe
     studies.studies = closed.studies = medium.readOnly = table.tableOrder = true;
     closed.editStudies = false;
     analysis.active = table.active = Active::Analysis;
-    const QString readOnly = u"Der Katalog ist schreibgeschützt."_s,
-                  mode = u"Studien lassen sich nur mit der Option EditStudiesMode ändern."_s;
+    const QString readOnly = u"Die Datenbank ist schreibgeschützt."_s,
+                  mode = u"Studien lassen sich nur ändern, wenn die Option EditStudiesMode gesetzt ist."_s;
     struct Case {
         const char* what;
         MainState state;
