@@ -144,7 +144,7 @@ bool hasSubject(const QString& name, const MainState& state) {
     if (name == u"mnuEditMoveTo") // from a study's list it would be a copy
         return tree || (list && !state.studies);
     if (name == u"mnuEditCopyHere" || name == u"mnuEditMoveHere")
-        return (tree || list) && state.source;
+        return (tree || list) && state.whyNotHere.isEmpty();
     return true;
 }
 
@@ -224,8 +224,10 @@ bool MainMenu::enabled(const QString& name, const MainState& state) {
 
 QString MainMenu::reasonOff(const QString& name, const MainState& state) {
     const bool explorer = state.catalogueOpen && !state.busy && state.active == MainState::Active::Explorer;
-    if (!explorer || !isEditing(name) || enabled(name, state) || mayChange(name, state))
+    if (!explorer || !isEditing(name) || enabled(name, state))
         return {};
+    if (mayChange(name, state))
+        return name.endsWith(u"Here") ? state.whyNotHere : QString();
     return state.readOnly ? u"Die Datenbank ist schreibgeschützt."_s
                           : u"Studien lassen sich nur ändern, wenn die Option EditStudiesMode gesetzt ist."_s;
 }

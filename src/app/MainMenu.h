@@ -14,12 +14,12 @@ struct MainState {
     bool busy = false;     ///< a run or a refilling goes on: commands are refused
     Active active = Active::None;
     Focus focus = Focus::Elsewhere;
-    bool studies = false;     ///< the active explorer shows a study view
-    bool editStudies = false; ///< the option EditStudiesMode
-    bool source = false;      ///< an entry was copied that can be put below the selected one of the active explorer
-    int panels = 0;           ///< of the active explorer
-    bool chart = false;       ///< the active analysis shows one
-    bool tableOrder = false;  ///< the active analysis has columns or rows that can change places
+    bool studies = false;           ///< the active explorer shows a study view
+    bool editStudies = false;       ///< the option EditStudiesMode
+    QString whyNotHere = QString(); ///< why nothing that was copied can be put below the selected entry, to be told
+    int panels = 0;                 ///< of the active explorer
+    bool chart = false;             ///< the active analysis shows one
+    bool tableOrder = false;        ///< the active analysis has columns or rows that can change places
     bool canUndo = false, canRedo = false;
     bool panelEnglish = false;
     bool englishContents = false;

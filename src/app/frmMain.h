@@ -129,6 +129,8 @@ private:
     void applyState();
     void onExplorer(const std::function<void(frmExplorer&)>& operation);
     static void deleteSelected(frmExplorer& explorer);
+    static void transferSelected(frmExplorer& explorer, bool move);
+    void addTransferCommands();
     void showHistory();
     void enable(const QString& name, QAction& action, const MainState& now);
     void setChecked(const QString& name, bool checked);

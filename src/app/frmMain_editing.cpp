@@ -4,11 +4,15 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
+#include "editing/CopyCommands.h"
 #include "editing/Entries.h"
 #include "editing/History.h"
+#include "editing/frmDatensatz.h"
 #include "editing/frmDocument.h"
+#include "editing/frmFragebogen.h"
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
+#include "search/QuickSearch.h"
 #include "widgets/textFields.h"
 
 #include <QAction>
@@ -49,6 +53,7 @@ void frmMain::stateOfExplorer(MainState& now, const frmExplorer& explorer) const
     now.panels = explorer.model().state.lVarWindow;
     now.panelEnglish = explorer.model().state.bVarWindowForEnglishLanguage;
     now.studies = explorer.model().state.bIsStudy;
+    now.whyNotHere = whyNotHere(explorer.model());
     if (isTextField(explorer.focusWidget()))
         now.focus = Focus::Text;
     else if (explorer.place() != Place::Elsewhere)
@@ -88,9 +93,12 @@ void frmMain::addEditingCommands() {
     const auto nothing = [] {};
     commands_[u"mnuEditCut"_s] = nothing;
     commands_[u"mnuEditPaste"_s] = nothing;
+    addTransferCommands();
     commands_[u"mnuEditCopy"_s] = [this] {
         if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
             analysis->copy();
+        else if (state().focus == MainState::Focus::Tree)
+            onExplorer([](frmExplorer& explorer) { rememberSource(explorer.model()); });
         else if (const QString text = selectedText(activeForm() ? activeForm()->widget().focusWidget() : nullptr);
                  !text.isEmpty())
             ui::asker().setClipboard(text, QString());
@@ -105,10 +113,41 @@ void frmMain::deleteSelected(frmExplorer& explorer) {
         deleteRows(explorer.model(), explorer.selectedRows());
 }
 
-void frmMain::addSearchCommands() {}
+/// The entry or the rows, by where the keyboard is, go to one that is chosen from a tree.
+void frmMain::transferSelected(frmExplorer& explorer, bool move) {
+    if (explorer.place() == frmExplorer::Place::Tree)
+        move ? moveTo(explorer.model()) : copyTo(explorer.model());
+    else if (const std::vector<int> rows = explorer.selectedRows(); explorer.place() == frmExplorer::Place::List)
+        move ? moveTo(explorer.model(), rows) : copyTo(explorer.model(), rows);
+}
+
+void frmMain::addTransferCommands() {
+    commands_[u"mnuEditCopyTo"_s] = [this] {
+        onExplorer([](frmExplorer& explorer) { transferSelected(explorer, false); });
+    };
+    commands_[u"mnuEditMoveTo"_s] = [this] {
+        onExplorer([](frmExplorer& explorer) { transferSelected(explorer, true); });
+    };
+    commands_[u"mnuEditCopyHere"_s] = [this] { onExplorer([](frmExplorer& explorer) { copyHere(explorer.model()); }); };
+    commands_[u"mnuEditMoveHere"_s] = [this] { onExplorer([](frmExplorer& explorer) { moveHere(explorer.model()); }); };
+}
+
+void frmMain::addSearchCommands() {
+    const std::pair<QString, decltype(&QuickSearch::mnuSuchen_Click)> quick[] = {
+        {u"mnuSuchen"_s, QuickSearch::mnuSuchen_Click}, {u"mnuWeitersuchen"_s, QuickSearch::mnuWeitersuchen_Click}};
+    for (const auto& [name, search] : quick)
+        commands_[name] = [this, search = search] {
+            onExplorer([&](frmExplorer& explorer) {
+                const bool list = explorer.place() == frmExplorer::Place::List;
+                search(explorer.model(), list ? QuickSearch::In::List : QuickSearch::In::Tree, explorer.selectedRows());
+            });
+        };
+}
 
 void frmMain::addDocumentCommands() {
     commands_[u"mnuDBBeschreibung"_s] = [this] { mnuViewDescriptions_Click(0); };
+    commands_[u"mnuFragebogenansicht"_s] = [this] { frmFragebogen::showPicker(this, activeExplorer()); };
+    commands_[u"mnuSPSSAnsicht"_s] = [this] { frmDatensatz::showPicker(this, activeExplorer()); };
     for (int view = 1; view <= MainMenu::views; ++view)
         commands_[arrayName(u"mnuViewDescriptions"_s, view)] = [this, view] { mnuViewDescriptions_Click(view); };
 }

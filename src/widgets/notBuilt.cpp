@@ -13,10 +13,7 @@ namespace {
 
 /// By window, the controls without a function yet.
 const QHash<QString, QSet<QString>> controlsNotBuilt = {
-    {u"frmMain"_s,
-     {u"mnuFragebogenansicht"_s, u"mnuSPSSAnsicht"_s, u"mnuFilePrint"_s, u"mnuEditUndo"_s, u"mnuEditRedo"_s,
-      u"mnuEditCopyTo"_s, u"mnuEditMoveTo"_s, u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s, u"mnuSuchen"_s,
-      u"mnuWeitersuchen"_s, u"mnuErweiterteSuche"_s, u"F"_s, u"SPSS"_s, u"D"_s, u"E"_s}},
+    {u"frmMain"_s, {u"mnuFilePrint"_s, u"D"_s, u"mnuErweiterteSuche"_s, u"E"_s}},
     {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s}},
 };
 

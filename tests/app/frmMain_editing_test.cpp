@@ -146,6 +146,57 @@ TEST_F(EditingKeys, DescriptionsOpenByMenuAndButtonTheirOwnView) {
     EXPECT_TRUE(asker.boxes.empty());
 }
 
+TEST_F(EditingKeys, KeysMakeRenameDeleteAndTakeBackAnEntryAndTheKeyboardStaysInTheTree) {
+    openWith(true);
+    show(topicView, u"lvListView"_s);
+    const auto& tree = explorer->model().tree;
+    const auto texts = [&] {
+        QStringList all;
+        for (const CatalogueNode& node : tree.nodes())
+            all << node.Text;
+        return all;
+    };
+    const QStringList before = texts();
+    const auto selected = [&] {
+        return explorer->model().selectedNode() ? explorer->model().selectedNode()->Text : u"-"_s;
+    };
+    const auto presses = [&](Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), key, modifiers);
+        EXPECT_TRUE(in(u"tvTreeView"_s)->hasFocus()) << key;
+    };
+    const QString parent = selected();
+    asker.input(u"A & B"_s).edited(u"Was darunter steht."_s);
+    presses(Qt::Key_N, Qt::ControlModifier);
+    EXPECT_EQ(selected(), u"A & B"_s);
+    EXPECT_EQ(explorer->model().selectedNode()->Parent->Text, parent);
+    EXPECT_TRUE(action(u"mnuEditUndo"_s)->text().contains(u"A && B"_s)) << qPrintable(action(u"mnuEditUndo"_s)->text());
+    asker.input(u"C"_s).edited(std::nullopt);
+    presses(Qt::Key_F2);
+    EXPECT_EQ(selected(), u"C"_s);
+    asker.edited(u"anders"_s);
+    presses(Qt::Key_F2, Qt::ShiftModifier);
+    EXPECT_EQ(asker.editors.back().second, u"Was darunter steht."_s);
+    asker.answer(ui::Answer::Ok);
+    presses(Qt::Key_Delete);
+    EXPECT_EQ(selected(), parent) << "it was the only one below";
+    EXPECT_EQ(texts(), before);
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_TRUE(enabled(u"mnuEditUndo"_s));
+        presses(Qt::Key_Z, Qt::ControlModifier);
+    }
+    EXPECT_FALSE(enabled(u"mnuEditUndo"_s));
+    EXPECT_EQ(action(u"mnuEditUndo"_s)->text(), u"Rü&ckgängig"_s);
+    EXPECT_EQ(texts(), before);
+    presses(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_TRUE(texts().contains(u"A & B"_s));
+    main->perform(u"mnLngE"_s);
+    EXPECT_TRUE(action(u"mnuEditRedo"_s)->text().startsWith(u"&Redo: "_s))
+        << qPrintable(action(u"mnuEditRedo"_s)->text());
+    asker.answer(ui::Answer::Yes);
+    main->perform(u"mnFileClose"_s);
+    EXPECT_FALSE(enabled(u"mnuEditUndo"_s) || enabled(u"mnuEditRedo"_s)) << "the history ends with the catalogue";
+}
+
 TEST_F(EditingKeys, DelInAStudyViewThatStaysAsItIsSaysSoAndOnlyWhereItWouldDelete) {
     openWith(false);
     show(studyView, u"tvTreeView"_s);

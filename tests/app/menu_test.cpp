@@ -77,7 +77,7 @@ TEST(MainMenuRules, WhatEditsAndSearchesFollowsTheWindowTheKeyboardTheModeAndThe
         {'I', u"mnuEditMoveTo"_s},    {'H', u"mnuEditCopyHere"_s},        {'H', u"mnuEditMoveHere"_s},
         {'S', u"mnuSuchen"_s},        {'W', u"mnuWeitersuchen"_s}};
     using Focus = MainState::Focus;
-    const MainState topics{.catalogueOpen = true, .active = Active::Explorer, .editStudies = true, .source = true};
+    const MainState topics{.catalogueOpen = true, .active = Active::Explorer, .editStudies = true};
     MainState studies = topics, closed = topics, medium = topics, analysis = topics, table = topics;
     studies.studies = closed.studies = medium.readOnly = table.tableOrder = true;
     closed.editStudies = false;
@@ -118,9 +118,11 @@ TEST(MainMenuRules, WhatEditsAndSearchesFollowsTheWindowTheKeyboardTheModeAndThe
         EXPECT_EQ(MainMenu::enabled(u"mnuErweiterteSuche"_s, c.state), c.state.catalogueOpen && !c.state.busy);
     }
     MainState nothing = topics;
-    nothing.source = false;
+    nothing.whyNotHere = u"Es ist kein Eintrag kopiert."_s;
     nothing.focus = Focus::Tree;
-    EXPECT_FALSE(MainMenu::enabled(u"mnuEditCopyHere"_s, nothing)) << "nothing was copied";
+    EXPECT_FALSE(MainMenu::enabled(u"mnuEditCopyHere"_s, nothing));
+    EXPECT_EQ(MainMenu::reasonOff(u"mnuEditMoveHere"_s, nothing), nothing.whyNotHere);
+    EXPECT_EQ(MainMenu::reasonOff(u"mnuEditMoveTo"_s, nothing), QString());
 }
 
 TEST(MainMenuRules, TheHistoryNamesTheStepThatItTakesBackOrDoesAgain) {
