@@ -19,5 +19,9 @@ SampleArchive SampleArchive::find(const QString& programFolder) {
         if (found.description.isEmpty() && QFileInfo(file).isFile())
             found.description = Paths::native(file);
     }
+    if (!found.description.isEmpty()) {
+        found.questionnaires = Paths::join(Paths::folderOf(found.description), u"fragebogen"_s);
+        found.dataSets = Paths::join(Paths::folderOf(found.description), u"daten"_s);
+    }
     return found;
 }

@@ -7,6 +7,8 @@
 struct SampleArchive {
     QString description; ///< empty where none lies with the program
     QString catalogue;   ///< the user's own, to be built if it is not there yet
+    /// Folders beside the description.
+    QString questionnaires, dataSets;
 
     bool isThere() const { return !description.isEmpty() || isBuilt(); }
     bool isBuilt() const;

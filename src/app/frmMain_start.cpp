@@ -164,5 +164,7 @@ void frmMain::openSample() {
         }
     }
     Main::proposeDataFolder(sample.catalogue);
+    Main::proposeFolder(&Options::QuestionnairePath, sample.questionnaires);
+    Main::proposeFolder(&Options::SPSSPath, sample.dataSets);
     openFile(sample.catalogue);
 }

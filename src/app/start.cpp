@@ -10,6 +10,7 @@
 #include "platform/ui/Asker.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -102,10 +103,14 @@ void Main::rememberCatalogue(const QString& file) {
 }
 
 void Main::proposeDataFolder(const QString& catalogue) {
-    if (!gOptions.DataPath.isEmpty())
+    proposeFolder(&Options::DataPath, Paths::folderOf(catalogue));
+}
+
+void Main::proposeFolder(QString Options::*path, const QString& folder) {
+    if (!(gOptions.*path).isEmpty() || !QFileInfo(folder).isDir())
         return;
-    gOptions.DataPath = Paths::native(Paths::folderOf(catalogue));
-    store(optionOf(&Options::DataPath).key.toString(), gOptions.DataPath);
+    gOptions.*path = Paths::native(folder);
+    store(optionOf(path).key.toString(), gOptions.*path);
 }
 
 bool Main::openingStep(const std::function<void()>& step) {

@@ -5,6 +5,8 @@
 #include <functional>
 #include <optional>
 
+struct Options;
+
 /// From the start of the process to the open catalogue, and its stop; windows are asked for through hooks
 /// only.
 namespace Main {
@@ -27,6 +29,8 @@ void rememberCatalogue(const QString& file);
 /// Takes the folder of a catalogue that the program has made as that of the case data, where none is set: it has put
 /// them there.
 void proposeDataFolder(const QString& catalogue);
+/// Sets a folder that is not set yet, and keeps it; one that is not there is none.
+void proposeFolder(QString Options::*path, const QString& folder);
 
 /// Runs a step of the main window's opening: a path that is not valid (3044) gets a box of its own, every other failure
 /// the standard error box. @return false if the opening is to be left

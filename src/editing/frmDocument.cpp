@@ -69,6 +69,7 @@ void frmDocument::buildControls() {
     txtText_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     txtText_->document()->setDocumentMargin(fontMetrics().height());
     txtStudyNo_ = withOwnText(new QLineEdit(this), u"txtStudyNo"_s);
+    txtStudyNo_->setFocusPolicy(Qt::NoFocus);
     txtStudyNo_->hide();
     auto* column = new QVBoxLayout(this);
     column->setSpacing(qMax(3, fontMetrics().height() / 4));

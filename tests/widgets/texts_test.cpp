@@ -16,7 +16,10 @@
 #include "config/CProfile.h"
 #include "config/Options.h"
 #include "config/frmOptions.h"
+#include "editing/frmDatensatz.h"
+#include "editing/frmDocument.h"
 #include "editing/frmEdit.h"
+#include "editing/frmFragebogen.h"
 #include "editing/frmPosition.h"
 #include "explorer/frmExplorer.h"
 #include "language/SystemTable.h"
@@ -98,6 +101,13 @@ Form* textsExplorer() {
     return window;
 }
 
+/// The descriptions of the archive's studies.
+Form* textsDocument() {
+    if (gDatabase.State() != 1)
+        mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
+    return frmDocument::openView(1);
+}
+
 Form* textsDescriptives() {
     auto* window = new frmDescriptives(nullptr, nullptr);
     window->QDialog::show();
@@ -157,6 +167,9 @@ const TextsWindow textsWindows[] = {
     {u"frmAuswertung"_s, textsShown<frmAuswertung>},
     {u"frmExplorer"_s, textsExplorer},
     {u"frmDescriptives"_s, textsDescriptives},
+    {u"frmDocument"_s, textsDocument},
+    {u"frmFragebogen"_s, textsShown<frmFragebogen>},
+    {u"frmDatensatz"_s, textsShown<frmDatensatz>},
     {u"frmImport"_s, textsImport},
     {u"frmNewCalculation"_s, textsNewCalculation},
     {u"frmGraphicOptions"_s, textsGraphicOptions},
@@ -200,6 +213,7 @@ const QStringList textsByRule = {
     u"frmStatus Form frmStatus"_s,          // the product's name
     u"frmEdit Form frmEdit"_s,              // the entry that it is about
     u"frmExplorer Form frmExplorer"_s,      // the view's name and the window's number
+    u"frmDocument Form frmDocument"_s,      // the same of its descriptions
     u"frmExplorer ListView lvListView("_s,  // headings set in code
     u"frmExplorer Statusbar sbStatusBarV"_s // facts carry their names and what they tell
 };
