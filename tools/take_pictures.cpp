@@ -487,7 +487,7 @@ private:
             window.perform(u"EXPL"_s + QString::number(view));
             settle();
             frmExplorer& trends = explorer();
-            trends.showNode(trends.model().tree.nodes().at(1).Key);
+            trends.showNode(std::next(trends.model().tree.nodes().begin())->Key);
             in<QAbstractItemView>(trends, u"tvTreeView"_s).setFocus();
             settle();
             Form& opened = analysis(window);
