@@ -162,7 +162,7 @@ bool EntryTransfer::Rest::keepsNumbers() {
 bool EntryTransfer::Rest::askForNumbers() {
     for (const EntryRow& row : walk) {
         const std::optional<QString> number = ui::asker().inputBox(
-            TranslateText(u"Bitte geben Sie eine neue Studiennummer für "_s) + askedName(nameOf(row)),
+            TranslateText(u"Bitte geben Sie eine neue Studiennummer für"_s) + u' ' + askedName(nameOf(row)),
             TranslateText(u"Studie kopieren"_s), row.key);
         if (!number || number->isEmpty())
             return false;

@@ -177,9 +177,9 @@ Step VariableTransfer::Rest::stepOf(const MovedVariable& variable, SearchedRows&
 }
 
 void VariableTransfer::Rest::askAboutDuplicate(const MovedVariable& variable) const {
-    const QString text = TranslateText(u"Variable"_s) + u' ' + askedName(variable.name) +
-                         said(u" aus Studie "_s, u" from study  "_s) + askedName(variable.study) +
-                         TranslateText(u" ist bereits in "_s) + askedName(target.text) + u' ' +
+    const QString text = u"Variable "_s + askedName(variable.name) + said(u" aus Studie "_s, u" from study  "_s) +
+                         askedName(variable.study) + said(u" ist bereits in "_s, u" is already in "_s) +
+                         askedName(target.text) + u' ' +
                          TranslateText(u"Kategorie vorhanden und wird übersprungen!"_s) + u"\r\n"_s +
                          TranslateText(u"Möchten Sie für jede weitere doppelte Variable diese Meldung bekommen?"_s);
     if (ui::asker().messageBox({.text = text, .icon = ui::Icon::Question, .buttons = ui::Buttons::YesNo}) ==
@@ -192,7 +192,7 @@ void VariableTransfer::Rest::tellOfMissing(const MovedVariable& variable, bool f
         return;
     bool noMore = false;
     ui::Box box{.text = fromStudy ? TranslateText(u"Variable nicht gefunden!"_s)
-                                  : TranslateText(u"Variable"_s) + u' ' + askedName(variable.name) + u' ' +
+                                  : u"Variable "_s + askedName(variable.name) + u' ' +
                                         TranslateText(u"nicht gefunden!"_s) + u' ',
                 .icon = ui::Icon::Exclamation};
     if (variables.size() > 1) {
