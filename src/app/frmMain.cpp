@@ -11,6 +11,7 @@
 #include "config/Options.h"
 #include "diagnostics/GestureScope.h"
 #include "diagnostics/errors.h"
+#include "editing/Gesture.h"
 #include "editing/History.h"
 #include "explorer/frmExplorer.h"
 #include "language/mdLanguage.h"
@@ -58,8 +59,8 @@ QString asCaption(QString text) {
 } // namespace
 
 frmMain::frmMain()
-    : Form(*this, u"frmMain"_s), area_(new ChildArea(this)), centre_(new QStackedWidget(this)),
-      tbToolBar_(new QToolBar(this)) {
+    : Form(*this, u"frmMain"_s), gesture_(new Gesture(QApplication::startDragDistance())), area_(new ChildArea(this)),
+      centre_(new QStackedWidget(this)), tbToolBar_(new QToolBar(this)) {
     setWindowTitle(ApplicationInfo::title);
     centre_->addWidget(area_);
     setCentralWidget(centre_);
@@ -79,6 +80,7 @@ frmMain::frmMain()
     buildStatusBar();
     connectCommands();
     setDesktop(this);
+    dragFollower() = gesture_.get();
     keepKeysOfTextFields();
     connect(qApp, &QApplication::focusChanged, this, [this] { applyState(); });
 }
@@ -89,6 +91,8 @@ frmMain::~frmMain() {
     area_->onActivated = nullptr;
     if (&desktop() == this)
         setDesktop(nullptr);
+    if (dragFollower() == gesture_.get())
+        dragFollower() = nullptr;
     delete area_;
 }
 

@@ -9,8 +9,10 @@
 #include <QHash>
 #include <QMainWindow>
 #include <functional>
+#include <memory>
 
 class ChildArea;
+class DragFollower;
 class QLabel;
 class QMenu;
 class QToolBar;
@@ -66,6 +68,7 @@ protected:
     QMenu* createPopupMenu() override { return nullptr; }
 
 private:
+    std::unique_ptr<DragFollower> gesture_; ///< what is dragged between explorers
     ChildArea* area_;
     frmStartPage* startPage_ = nullptr; ///< made when it is first to be seen
 

@@ -15,17 +15,18 @@ bool isOpen(const ExplorerModel* model) {
 } // namespace
 
 /// Notes where the button went down; on a node that is the entry that is dragged.
-void Gesture::press(const DragPlace& place, Button button, QPoint where) {
+bool Gesture::press(const DragPlace& place, Button button, QPoint where) {
     cancel();
     pressed_ = place.part != DragPlace::Part::Elsewhere && place.model;
     place_ = place;
     begun_ = where;
     mode_ = button == Button::Right ? TransferMode::Move : TransferMode::Copy;
-    if (place.part != DragPlace::Part::Tree)
-        return;
-    pressed_ = pressed_ && !place.key.isEmpty();
-    if (pressed_)
-        SourceNode.set(place.key, place.model->state.bELTree);
+    if (place.part == DragPlace::Part::Tree) {
+        pressed_ = pressed_ && !place.key.isEmpty();
+        if (pressed_)
+            SourceNode.set(place.key, place.model->state.bELTree);
+    }
+    return pressed_;
 }
 
 bool Gesture::move(QPoint where) {

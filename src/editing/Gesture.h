@@ -15,7 +15,7 @@ public:
     /// @param distance that the mouse has to go, in pixels
     explicit Gesture(int distance) : distance_(distance) {}
 
-    void press(const DragPlace& place, Button button, QPoint where) override;
+    bool press(const DragPlace& place, Button button, QPoint where) override;
     bool move(QPoint where) override;
     DragView hover(const DragPlace& place, int edge, bool closed, qint64 now) override;
     bool release(const DragPlace& place) override;

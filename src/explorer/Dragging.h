@@ -33,7 +33,8 @@ public:
     enum class Button { Left, Right };
 
     virtual ~DragFollower() = default;
-    virtual void press(const DragPlace& place, Button button, QPoint where) = 0;
+    /// @return true if something there can be dragged
+    virtual bool press(const DragPlace& place, Button button, QPoint where) = 0;
     /// The mouse has moved with the button held. @return true while something is dragged
     virtual bool move(QPoint where) = 0;
     /// Every few milliseconds while something is dragged. @param edge -1 near the upper edge of a place that has more

@@ -9,6 +9,7 @@
 #include "widgets/ExplorerPages.h"
 #include "widgets/ExplorerPanel.h"
 #include "widgets/FactsStrip.h"
+#include "widgets/MouseDrag.h"
 #include "widgets/ValueList.h"
 #include "widgets/VariableListView.h"
 #include "widgets/gestures.h"
@@ -152,6 +153,8 @@ void frmExplorer::addContextMenus() {
     const QStringList places = {
         QString(), u"mnuEditCopyTo"_s, u"mnuEditMoveTo"_s,     u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s,
         QString(), u"mnuSuchen"_s,     u"mnuErweiterteSuche"_s};
+    new MouseDrag(*tree_->view(), DragPlace::Part::Tree, model_);
+    new MouseDrag(*list_->view(), DragPlace::Part::List, model_, [this] { return selectedRows(); });
     new ContextMenu(*tree_->view(), [=, this](QMenu& menu) {
         ContextMenu::addCommands(menu, start +
                                            QStringList{u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s,

@@ -7,8 +7,11 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QAction>
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QMouseEvent>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -35,19 +38,41 @@ bool ContextMenu::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::ContextMenu: {
         const auto* wanted = static_cast<QContextMenuEvent*>(event);
-        if (wanted->reason() == QContextMenuEvent::Mouse)
-            open(wanted->globalPos());
-        else
+        if (wanted->reason() != QContextMenuEvent::Mouse)
             openAtCurrent();
+        else if (right_ == Right::Up)
+            open(wanted->globalPos());
         return true;
     }
     case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
     case QEvent::MouseButtonRelease:
-        return selection_ == Selection::Stays && view_ && watched == &widget_ &&
-               static_cast<QMouseEvent*>(event)->button() == Qt::RightButton;
+        return view_ && watched == &widget_ && click(*event);
     default:
         return false;
     }
+}
+
+/// @return true if the view is to hear nothing of it
+bool ContextMenu::click(QEvent& event) {
+    const auto& mouse = static_cast<const QMouseEvent&>(event);
+    const QPoint where = mouse.globalPosition().toPoint();
+    if (event.type() == QEvent::MouseMove) {
+        if (right_ == Right::Down && (where - pressedAt_).manhattanLength() >= QApplication::startDragDistance())
+            right_ = Right::Moved;
+        return false;
+    }
+    if (mouse.button() != Qt::RightButton)
+        return false;
+    if (selection_ == Selection::Stays)
+        return true;
+    if (event.type() == QEvent::MouseButtonPress) {
+        right_ = Right::Down;
+        pressedAt_ = where;
+    } else if (std::exchange(right_, Right::Up) == Right::Down) {
+        open(where);
+    }
+    return false;
 }
 
 void ContextMenu::openAtCurrent() {

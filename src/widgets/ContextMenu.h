@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
 #include <functional>
 
@@ -13,7 +14,8 @@ class QWidget;
 /// menus and buttons offer elsewhere, by their own actions.
 class ContextMenu : public QObject {
 public:
-    /// What a right click does to the selection before.
+    /// What a right click does to the selection before. Where the selection follows the click something may be dragged
+    /// by the button, so that the menu opens once it is let go, if the mouse has not moved meanwhile.
     enum class Selection { FollowsClick, Stays };
 
     /// @param view owns the menu @param fill puts the entries in, each time anew
@@ -37,7 +39,10 @@ private:
     std::function<void(QMenu&)> fill_;
     Selection selection_;
     QPointer<QMenu> open_;
+    enum class Right { Up, Down, Moved } right_ = Right::Up; ///< the right button, and what the mouse did with it
+    QPoint pressedAt_;
 
+    bool click(QEvent& event);
     void open(const QPoint& place);
     void openAtCurrent();
 };
