@@ -1,3 +1,6 @@
+#include "PictureWalk.h"
+#include "editingPictures.h"
+
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
 #include "app/RecentFiles.h"
@@ -52,13 +55,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-struct Wanted {
-    std::string catalogue, data, folder, language = "de";
-    bool dark = false;
-    double scale = 1;
-    int fontSize = 0;
-};
 
 void useDarkPalette() {
     QPalette dark(QColor(53, 55, 59));
@@ -119,15 +115,9 @@ public:
 };
 
 /// Takes the pictures of one run of the program.
-class Walk {
+class Walk : public PictureWalk {
 public:
-    Walk(const Wanted& wanted, const QString& folder) : folder_(folder) {
-        suffix_ = u'-' + QString::fromLatin1(wanted.language) + (wanted.dark ? u"-dark"_s : u"-light"_s);
-        if (wanted.scale != 1)
-            suffix_ += u'-' + QString::number(qRound(wanted.scale * 100));
-        if (wanted.fontSize > 0)
-            suffix_ += u"-pt"_s + QString::number(wanted.fontSize);
-    }
+    using PictureWalk::PictureWalk;
 
     void startWindow() {
         frmSplash window;
@@ -237,80 +227,6 @@ public:
     }
 
 private:
-    QString folder_, suffix_;
-
-    /// Takes the picture of what a step shows modally, and leaves it.
-    template<class Step>
-    void modal(const QString& name, Step&& step) {
-        // A dialog gives event turns while it is being made.
-        QTimer watch;
-        QObject::connect(&watch, &QTimer::timeout, qApp, [&] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-            if (!dialog)
-                return;
-            watch.stop();
-            take(*dialog, name);
-            dialog->reject();
-        });
-        watch.start(10);
-        step();
-    }
-
-    static void settle() {
-        for (int i = 0; i < 5; ++i) {
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            QCoreApplication::processEvents();
-        }
-    }
-
-    static void waitUntil(const std::function<bool()>& done, int milliseconds) {
-        for (QDeadlineTimer end(milliseconds); !done() && !end.hasExpired();)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-
-    void take(QWidget& window, const QString& name) {
-        settle();
-        const QString file = QDir(folder_).filePath(name + suffix_ + u".png"_s);
-        if (!window.grab().save(file))
-            throw std::runtime_error(qPrintable(file + u" cannot be written"_s));
-    }
-
-    template<class Widget>
-    static Widget& in(Form& form, const QString& name) {
-        auto* widget = form.widget().findChild<Widget*>(name);
-        if (!widget)
-            throw std::runtime_error(qPrintable(u"no control "_s + name));
-        return *widget;
-    }
-
-    static frmExplorer& explorer() {
-        auto* window = dynamic_cast<frmExplorer*>(desktop().activeForm());
-        if (!window)
-            throw std::runtime_error("no explorer in front");
-        return *window;
-    }
-
-    /// Presses a key on a widget, or types a text.
-    static void press(QWidget& widget, int key, const QString& text = QString()) {
-        QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier, text);
-        QCoreApplication::sendEvent(&widget, &down);
-        QKeyEvent up(QEvent::KeyRelease, key, Qt::NoModifier, text);
-        QCoreApplication::sendEvent(&widget, &up);
-        settle();
-    }
-
-    /// Selects the row of the list that shows a variable.
-    static bool selectVariable(frmExplorer& window, const QString& name) {
-        auto& list = in<QAbstractItemView>(window, u"lvListView"_s);
-        const QModelIndexList found = list.model()->match(list.model()->index(0, 0), Qt::DisplayRole, name);
-        if (found.isEmpty())
-            return false;
-        list.setFocus();
-        list.setCurrentIndex(found.first());
-        settle();
-        return true;
-    }
-
     /// A study with a variable of it selected and both panels filled.
     frmExplorer& study(frmMain& window) {
         frmExplorer& first = explorer();
@@ -579,6 +495,7 @@ int main(int count, char** arguments) {
         walk.options();
         walk.dialogs();
         walk.mainWindow();
+        EditingWalk(wanted, folder).documents();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {

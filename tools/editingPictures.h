@@ -1,0 +1,12 @@
+#pragma once
+
+#include "PictureWalk.h"
+
+/// The walk through the windows that the catalogue's entries and documents are seen and edited in.
+class EditingWalk : public PictureWalk {
+public:
+    using PictureWalk::PictureWalk;
+
+    /// Descriptions of a view and of the catalogue, words looked for in them, and the pickers of documents.
+    void documents();
+};
