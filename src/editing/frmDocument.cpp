@@ -192,7 +192,9 @@ void frmDocument::showText() {
 }
 
 void frmDocument::showPosition() {
-    lblPosition_->setVisible(viewNumber() > 0);
+    for (QWidget* walking :
+         {static_cast<QWidget*>(lblPosition_), static_cast<QWidget*>(back_), static_cast<QWidget*>(next_)})
+        walking->setVisible(viewNumber() > 0); // the catalogue has one description
     lblPosition_->setText(QString::number(model_.position() + 1) + u' ' + TranslateText(u"von"_s) + u' ' +
                           QString::number(model_.count()));
 }

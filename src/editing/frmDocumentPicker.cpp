@@ -74,7 +74,7 @@ void frmDocumentPicker::buildControls() {
     connect(txtFilter_, &QLineEdit::textChanged, this, [this](const QString& words) { narrow(words); });
     lstAuswahl_ = withOwnText(new DocumentLines(this), u"lstAuswahl"_s);
     lstAuswahl_->setUniformItemSizes(true);
-    lstAuswahl_->setTextElideMode(Qt::ElideRight);
+    lstAuswahl_->setTextElideMode(Qt::ElideMiddle); // parts differ at the end
     lstAuswahl_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     lstAuswahl_->installEventFilter(this);
     connect(lstAuswahl_, &QListWidget::itemDoubleClicked, this, [this] {

@@ -24,7 +24,7 @@ TextFindBar::TextFindBar(QTextEdit& text, QWidget* parent) : QWidget(parent), te
     row->addWidget(lblNotFound_);
     row->addWidget(cmdBack_ = button(u"cmdSuchenBack"_s, u"go-back"_s));
     row->addWidget(cmdNext_ = button(u"cmdSuchenNext"_s, u"go-next"_s));
-    row->addWidget(cmdClose_ = button(u"cmdSuchenClose"_s, u"close"_s));
+    row->addWidget(cmdClose_ = button(u"cmdSuchenClose"_s, u"dismiss"_s));
     connect(cmdBack_, &QToolButton::clicked, this, [this] { find(true, false); });
     connect(cmdNext_, &QToolButton::clicked, this, [this] { find(false, false); });
     connect(cmdClose_, &QToolButton::clicked, this, [this] { close(); });

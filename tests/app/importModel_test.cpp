@@ -101,10 +101,13 @@ TEST_F(ImportChoice, TheSampleArchiveIsFoundWhereABuildAndWhereAnInstallationHas
     QDir().mkpath(home.path(u"p/bin"_s));
     const auto found = [&] { return SampleArchive::find(home.path(u"p/bin"_s)); };
     EXPECT_FALSE(found().isThere());
+    EXPECT_TRUE(found().questionnaires.isEmpty());
     for (const QString& folder : {u"p/samples"_s, u"p/share/varidex/samples"_s}) {
         QDir().mkpath(home.path(folder));
         file(folder + u"/archive.json"_s);
         EXPECT_EQ(found().description, home.path(folder + u"/archive.json"_s));
+        EXPECT_EQ(found().questionnaires, home.path(folder + u"/fragebogen"_s));
+        EXPECT_EQ(found().dataSets, home.path(folder + u"/daten"_s));
     }
     EXPECT_FALSE(found().isBuilt());
     EXPECT_TRUE(found().catalogue.startsWith(home.path(u"home"_s))) << "the user's own folder";

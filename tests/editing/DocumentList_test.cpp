@@ -78,6 +78,22 @@ TEST_F(Documents, SeveralStudyViewsFollowEachOtherAndAnUnreadableOneHidesNone) {
     EXPECT_EQ(asker.boxes.size(), 1u);
 }
 
+TEST_F(Documents, StudiesInAFolderThatIsGoneSendTheUserToTheOptions) {
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    database->TableDefs().Delete(u"tkey_Parts"_s);
+    const dao::TableDefPtr link = database->CreateTableDef(u"tkey_Parts"_s);
+    link->setConnect(u";DATABASE="_s + home.path(u"gone/parts.mdb"_s));
+    link->setSourceTableName(u"tkey_Parts"_s);
+    database->TableDefs().Append(link);
+    database->Close();
+    ASSERT_EQ(catalogue.open(), 1);
+    gOptions.DatabasePath = u"C:\\archive"_s;
+    gOptions.DatabaseName = u"survey.mdb"_s;
+    EXPECT_EQ(filled(Kind::Questionnaires).lines().size(), 2u) << "the studies are there all the same";
+    EXPECT_EQ(asker.texts(), QStringList{u"Pfad zur Datenbank C:\\archive\\survey.mdb nicht gefunden!\r\n"
+                                         "Geben Sie in den Optionen den korrekten Pfad an."_s});
+}
+
 TEST_F(Documents, TheLineOfAStudyIsTheFirstThatBeginsWithItsNumber) {
     catalogue.addStudy(u"QX19"_s, u"Neunzehn"_s, {{"fid", u"0"_s}});
     ASSERT_EQ(catalogue.open(), 1);

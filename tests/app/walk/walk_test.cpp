@@ -40,12 +40,30 @@ protected:
         QFile defaults(home(u"machine.ini"_s));
         ASSERT_TRUE(defaults.open(QIODevice::WriteOnly));
         defaults.write(u"[Software\\Norvik\\Varidex\\3.6\\Default]\nDatabasePath=1:%1\nDatabaseName=1:solvarden.mdb\n"
-                       "DataPath=1:%2\n"_s.arg(folder.path(), archive)
+                       "DataPath=1:%2\nQuestionnairePath=1:%2/fragebogen\n"_s.arg(folder.path(), archive)
                            .toUtf8());
+        prepareDesktop();
         qputenv("VARIDEX_HOME", QFile::encodeName(folder.path()));
         qputenv("VARIDEX_CONFIG", QFile::encodeName(folder.path()));
         // In a build that looks for leaks: what the desktop's libraries keep to their end is not the program's.
         qputenv("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":detect_leaks=0");
+    }
+
+    /// A desktop with one application, which tells what it was started with.
+    void prepareDesktop() {
+        ASSERT_TRUE(QDir(folder.path()).mkpath(u"applications"_s));
+        const QByteArray reader = QFile::encodeName(home(u"reader"_s));
+        const std::pair<QString, QByteArray> files[] = {
+            {u"reader"_s, "#!/bin/sh\nprintf '%s' \"$*\" > \"$0.new\" && mv \"$0.new\" \"$0.told\"\n"},
+            {u"applications/reader.desktop"_s, "[Desktop Entry]\nType=Application\nExec=" + reader + " %f\n"},
+            {u"mimeapps.list"_s, "[Default Applications]\napplication/pdf=reader.desktop\n"}};
+        for (const auto& [name, content] : files) {
+            QFile file(home(name));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(content) > 0);
+            file.setPermissions(file.permissions() | QFileDevice::ExeOwner);
+        }
+        qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
+        qputenv("XDG_DATA_HOME", QFile::encodeName(folder.path()));
     }
 
     ~Walk() override {
@@ -117,6 +135,7 @@ protected:
     void browse();
     void analyse();
     void chart();
+    void documents();
     void leave();
 };
 
@@ -248,9 +267,31 @@ void Walk::chart() {
     ASSERT_TRUE(take(u"9-grafik"_s));
 }
 
+void Walk::documents() {
+    // The descriptions of the studies: the last one, copied.
+    screen->press({u"ctrl+shift+1"_s});
+    ASSERT_TRUE(Screen::until([&] {
+        screen->press({u"alt+End"_s, u"ctrl+a"_s, u"ctrl+c"_s});
+        return soon([&] { return clipboard()->text().startsWith(u"Dritte Welle. 1.200 mündliche Interviews"_s); });
+    })) << clipboard()->text().toStdString();
+    ASSERT_TRUE(take(u"10-beschreibung"_s));
+    // Its questionnaire, by the menu, found by typing, in the desktop's application.
+    ASSERT_TRUE(Screen::until([&] {
+        screen->press({u"alt+a"_s, u"f"_s});
+        return soon([&] { return screen->activeTitle() == u"Fragebogen"; });
+    }));
+    screen->type(u"2022"_s);
+    ASSERT_TRUE(take(u"11-fragebogen"_s));
+    screen->press({u"Return"_s});
+    QFile told(home(u"reader.told"_s));
+    ASSERT_TRUE(Screen::until([&] { return told.exists() && screen->activeWindow() == mainWindow; }));
+    ASSERT_TRUE(told.open(QIODevice::ReadOnly));
+    EXPECT_EQ(QString::fromUtf8(told.readAll()), QStringLiteral(VARIDEX_SAMPLES "/fragebogen/SV2022.pdf"));
+}
+
 void Walk::leave() {
     screen->press({u"ctrl+F6"_s, u"alt+o"_s, u"s"_s, u"e"_s});
-    ASSERT_TRUE(optionsAreCalled(u"Options"_s, u"10-options"_s));
+    ASSERT_TRUE(optionsAreCalled(u"Options"_s, u"12-options"_s));
     ASSERT_TRUE(Screen::until([&] {
         screen->press({u"ctrl+q"_s});
         return program.state() == QProcess::NotRunning || program.waitForFinished(2000);
@@ -284,6 +325,8 @@ TEST_F(Walk, APersonWithAKeyboardBrowsesAnalysesAndLeavesTheProgram) {
         analyse();
     if (!HasFailure())
         chart();
+    if (!HasFailure())
+        documents();
     if (!HasFailure())
         leave();
 }
