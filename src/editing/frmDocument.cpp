@@ -9,6 +9,7 @@
 #include "widgets/Icons.h"
 #include "widgets/TextFindBar.h"
 #include "widgets/gestures.h"
+#include "widgets/oneLine.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -157,13 +158,14 @@ void frmDocument::setEnglish(bool english) {
 void frmDocument::showModel() {
     QStringList titles;
     for (const DescriptionModel::Line& line : model_.cmbAuswahl)
-        titles << line.title;
+        titles << inOneLine(line.title);
     cmbAuswahl_->setChoices(titles);
     const int line = model_.line();
     cmbAuswahl_->showChoice(line);
     // The title of an entry without a line is seen all the same.
+    cmbAuswahl_->setPrompt(line < 0 ? inOneLine(model_.title()) : QString());
     if (line < 0)
-        cmbAuswahl_->setEditText(model_.title());
+        cmbAuswahl_->setEditText(inOneLine(model_.title()));
     english_->setChecked(model_.bEL());
     mono_->setChecked(font_ == fixedFont_);
     showText();

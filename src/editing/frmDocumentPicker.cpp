@@ -7,6 +7,7 @@
 #include "widgets/Desktop.h"
 #include "widgets/emptyList.h"
 #include "widgets/okCancelRow.h"
+#include "widgets/oneLine.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -60,7 +61,7 @@ frmDocumentPicker::frmDocumentPicker(const QString& windowName, DocumentList::Ki
     refreshTitles();
     list_.fill();
     for (const DocumentList::Line& line : list_.lines())
-        lstAuswahl_->addItem(line.text);
+        lstAuswahl_->addItem(inOneLine(line.text));
     lstAuswahl_->setCurrentRow(list_.lines().empty() ? -1 : 0);
     lstAuswahl_->setFocus();
 }

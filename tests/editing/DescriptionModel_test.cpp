@@ -152,16 +152,13 @@ TEST_F(Descriptions, AfterAnEditTheNextMoveFollows) {
         EXPECT_EQ(model.txtStudyNo() + u' ' + model.title(), c.shown) << qPrintable(c.statement);
     }
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
-}
-
-TEST_F(Descriptions, WhatCannotBeReadLeavesTextAndLanguageAsTheyAre) {
-    ASSERT_EQ(catalogue.open(), 1);
-    DescriptionModel model(2);
-    model.FillDescriptionForm(1);
-    gViews.set(2, ViewTable::Table, u"Gone"_s);
-    model.setEnglish(true);
-    EXPECT_FALSE(model.bEL());
-    EXPECT_EQ(shown(model), u"1/5 11: Elf: elf\r\n<b>HTML</b>"_s);
+    // What cannot be read leaves text and language as they are.
+    DescriptionModel study(1);
+    study.FillDescriptionForm(Move::First);
+    gViews.set(1, ViewTable::Table, u"Gone"_s);
+    study.setEnglish(true);
+    EXPECT_FALSE(study.bEL());
+    EXPECT_EQ(shown(study), u"0/1 QX1919: Erhebung 1919: Beschreibung"_s);
     EXPECT_EQ(asker.boxes.size(), 1u);
 }
 
