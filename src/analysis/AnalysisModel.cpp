@@ -231,7 +231,7 @@ void AnalysisModel::optionsApplied() {
 
 /// An instruction may have named another weight than the study's own; a command then names it too.
 TableResult AnalysisModel::withWeightByName() const {
-    TableResult shown = result_;
+    TableResult shown = result_.asMade();
     AnalysisRequest& r = shown.facts->request;
     RequestEditor now;
     now.open();
@@ -322,6 +322,38 @@ void AnalysisModel::chooseValues(int view) {
     editor_.change(RequestPart::Values, [view](AnalysisRequest& r) { r.cbValues = view; });
     result_.showView(view);
     rebuildChart();
+}
+
+bool AnalysisModel::canOrder() const {
+    return !running() && tab_ == tableTab &&
+           (result_.orderable(TableLines::Rows).size() > 1 || result_.orderable(TableLines::Columns).size() > 1);
+}
+
+bool AnalysisModel::order(TableLines lines) {
+    const QStringList heads = running() ? QStringList() : result_.orderable(lines);
+    if (heads.size() < 2)
+        return false;
+    const std::optional<std::vector<int>> order = ui::asker().orderLines({.lines = heads, .current = 0});
+    if (!order || isInOrder(*order))
+        return false;
+    result_.order(lines, *order);
+    rebuildChart();
+    return true;
+}
+
+bool AnalysisModel::showPosition() {
+    const bool rows = result_.orderable(TableLines::Rows).size() > 1;
+    const bool columns = result_.orderable(TableLines::Columns).size() > 1;
+    if (!canOrder())
+        return false;
+    if (!rows || !columns)
+        return order(rows ? TableLines::Rows : TableLines::Columns);
+    const ui::Answer answer = ui::asker().messageBox(
+        {.text = TranslateText(u"Wählen Sie 'ja' für die Zeilen und 'nein' für die Spalten der Tabelle:"_s),
+         .title = TranslateText(u"Position einstellen"_s),
+         .icon = ui::Icon::Question,
+         .buttons = ui::Buttons::YesNoCancel});
+    return answer != ui::Answer::Cancel && order(answer == ui::Answer::Yes ? TableLines::Rows : TableLines::Columns);
 }
 
 bool AnalysisModel::chartMarksOffered() const {

@@ -93,6 +93,14 @@ public:
     /// The click on one selected cell of a frequency table or comparison; for a larger selection nothing.
     ClickEffect cmdSetMissing(const GridSelection& selection);
 
+    /// Whether rows or columns of the table in view can be put into another order.
+    bool canOrder() const;
+    /// Asks for the order of the rows or of the columns, and puts them into it. What follows from the table, its chart
+    /// and its other views, follows; a new calculation brings the table's own order back. @return whether it is another
+    bool order(TableLines lines);
+    /// The same, after asking which of the two where both are possible.
+    bool showPosition();
+
     /// Gives a column or row of the table another size in twips, in every view of it.
     void setColWidth(int column, int twips);
     void setRowHeight(int row, int twips);

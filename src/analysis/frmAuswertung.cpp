@@ -407,6 +407,20 @@ void frmAuswertung::copy() {
     });
 }
 
+void frmAuswertung::showPosition() {
+    act([this] {
+        if (model_.showPosition())
+            resultChanged();
+    });
+}
+
+void frmAuswertung::order(TableLines lines) {
+    act([this, lines] {
+        if (model_.order(lines))
+            resultChanged();
+    });
+}
+
 void frmAuswertung::copyChart() {
     trapped([this] {
         if (gBusy == 0 && chart_->copy())
@@ -436,7 +450,9 @@ void frmAuswertung::copyCommand() {
             return;
         }
         ui::asker().setClipboard(*command, QString());
-        tellOfCopy(u"Befehl in Zwischenablage kopiert."_s);
+        tellOfCopy(model_.result().made
+                       ? u"Befehl in Zwischenablage kopiert. Er gibt die Tabelle in ihrer eigenen Reihenfolge wieder."_s
+                       : u"Befehl in Zwischenablage kopiert."_s);
     });
 }
 

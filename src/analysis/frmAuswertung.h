@@ -48,6 +48,10 @@ public:
     void copyCommand();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
     void saveTableAs();
+    /// Whether the table in front has rows or columns that can be put into another order, and asks for it.
+    bool canOrder() const { return model_.canOrder(); }
+    void showPosition();
+    void order(TableLines lines);
     /// True if there is a chart in front.
     bool showsChart() const;
     void showChartOptions();

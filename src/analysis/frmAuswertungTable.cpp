@@ -83,6 +83,12 @@ void frmAuswertungTable::addContextMenu() {
         for (QPushButton* button : {cmdCopyTable_, cmdCopyCommand_, cmdSaveTableAs_})
             ContextMenu::addButton(menu, *button);
         menu.addSeparator();
+        const std::pair<TableLines, QString> orders[] = {{TableLines::Rows, u"Zeilen ordnen..."_s},
+                                                         {TableLines::Columns, u"Spalten ordnen..."_s}};
+        for (const auto& [lines, caption] : orders)
+            menu.addAction(TranslateText(caption), &window_, [this, lines = lines] { window_.order(lines); })
+                ->setEnabled(model_.canOrder() && model_.result().orderable(lines).size() > 1);
+        menu.addSeparator();
         for (QPushButton* button : {cmdSetMissing_, state_->cmdComputeAnew(), cmdCalculate_})
             ContextMenu::addButton(menu, *button);
         ContextMenu::addCommands(menu, {QString(), u"mnuFilePrint"_s});

@@ -40,6 +40,7 @@ MainState frmMain::state() const {
     } else if (const auto* analysis = dynamic_cast<const frmAuswertung*>(form)) {
         now.active = MainState::Active::Analysis;
         now.chart = analysis->showsChart();
+        now.tableOrder = analysis->canOrder();
     } else if (form) {
         now.active = dynamic_cast<const frmDocument*>(form) ? MainState::Active::Document : MainState::Active::Other;
     }
@@ -87,7 +88,10 @@ void frmMain::addEditingCommands() {
             onExplorer([&](frmExplorer& explorer) { operation(explorer.model()); });
         };
     commands_[u"mnuEditShowPosition"_s] = [this] {
-        onExplorer([](frmExplorer& explorer) { showPosition(explorer.model()); });
+        if (auto* analysis = dynamic_cast<frmAuswertung*>(activeForm()))
+            analysis->showPosition();
+        else
+            onExplorer([](frmExplorer& explorer) { showPosition(explorer.model()); });
     };
     commands_[u"mnuLöschen"_s] = [this] { onExplorer(deleteSelected); };
     const auto nothing = [] {};

@@ -306,3 +306,24 @@ BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input
     });
     return outcome;
 }
+
+void cumulateAnew(ResultTable& table, bool commaInPercent) {
+    if (table.Cols() <= KumulProzent)
+        return;
+    const auto number = [&](int row) { return dao::leadingNumber(table.Cell(Anzahl, row), true); };
+    // What was missing has a blank there.
+    const auto counted = [&](int row) { return table.Cell(GueltProzent, row) != u" "; };
+    const Span& rows = table.shape.rows;
+    double valid = 0, cumulated = 0;
+    for (int row = rows.first; row <= rows.last; ++row)
+        valid += counted(row) ? number(row) : 0;
+    for (int row = rows.first; row <= rows.last; ++row) {
+        if (!counted(row))
+            continue;
+        cumulated += number(row);
+        if (table.Cell(KumulProzent, row).isEmpty() || valid == 0)
+            continue;
+        const QString text = NumberFormat::fixed(cumulated / valid * 100.0, 1);
+        table.setCell(KumulProzent, row, commaInPercent ? text : exchangedSeparators(text));
+    }
+}

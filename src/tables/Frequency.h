@@ -42,3 +42,8 @@ constexpr int maxFrequencyRows = 25000;
 /// The table's `markedBy` says whether the marks of the input decided. A row that they mark keeps the cumulated percent
 /// that it had. Warnings and failures are shown; see BuildOutcome.
 BuildOutcome BuildFrequencyTable(ResultTable& table, const FrequencyInput& input);
+
+/// Computes the cumulated percentages for the rows as they stand now, on the counts as displayed; those of values that
+/// were missing when the table was made stay.
+/// @param commaInPercent the option of that name that the table was made with
+void cumulateAnew(ResultTable& table, bool commaInPercent);

@@ -76,6 +76,25 @@ void ResultTable::orderRows(int first, const std::vector<int>& order) {
     std::move(moved.begin(), moved.end(), cells_.begin() + static_cast<std::ptrdiff_t>(index(0, first)));
 }
 
+void ResultTable::moveRows(int first, const std::vector<int>& order) {
+    orderRows(first, order);
+    const std::vector<int> before = heights_;
+    for (size_t i = 0; i < order.size(); ++i)
+        heights_[static_cast<size_t>(first) + i] = before[static_cast<size_t>(first + order[i])];
+}
+
+void ResultTable::moveCols(int first, const std::vector<int>& order) {
+    const ResultTable before = *this;
+    for (size_t i = 0; i < order.size(); ++i) {
+        const int from = first + order[i], to = first + static_cast<int>(i);
+        for (int row = 0; row < rows_; ++row)
+            cells_[index(to, row)] = before.cells_[index(from, row)];
+        widths_[static_cast<size_t>(to)] = before.widths_[static_cast<size_t>(from)];
+        colAlignments_[static_cast<size_t>(to)] = before.colAlignments_[static_cast<size_t>(from)];
+        givenWidths_[static_cast<size_t>(to)] = before.givenWidths_[static_cast<size_t>(from)];
+    }
+}
+
 void ResultTable::removeCol(int column) {
     for (int row = 0; row < rows_; ++row)
         for (int later = column + 1; later < cols_; ++later)
@@ -100,6 +119,14 @@ void ResultTable::removeRow(int row) {
 void ResultTable::addNote(const TableNote& note) {
     if (std::ranges::find(notes, note) == notes.end())
         notes.push_back(note);
+}
+
+void ResultTable::removeNote(const TableNote& note) {
+    std::erase(notes, note);
+}
+
+TableNote TableNote::ofOrder() {
+    return {u"Die Reihenfolge der Zeilen oder Spalten wurde von Hand geändert."_s, {}};
 }
 
 TableNote TableNote::ofLookAlikes() {

@@ -13,6 +13,8 @@ struct TableNote {
 
     /// Several values look alike and differ in the data.
     static TableNote ofLookAlikes();
+    /// The user has put rows or columns into another order.
+    static TableNote ofOrder();
 
     /// In the language in force.
     QString text() const;
@@ -88,11 +90,15 @@ public:
 
     /// Rearranges rows: row `first + i` becomes what row `first + order[i]` was. Heights stay.
     void orderRows(int first, const std::vector<int>& order);
+    /// The same for rows or columns with their sizes.
+    void moveRows(int first, const std::vector<int>& order);
+    void moveCols(int first, const std::vector<int>& order);
     /// Takes a column or row out, with its width or height; the shape follows, groups and short heads don't.
     void removeCol(int column);
     void removeRow(int row);
     /// Adds a note once.
     void addNote(const TableNote& note);
+    void removeNote(const TableNote& note);
     /// Exchanges comma and point in every cell from a row and column on.
     void exchangeSeparators(int firstColumn, int firstRow);
 

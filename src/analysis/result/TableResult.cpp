@@ -1,16 +1,89 @@
 #include "analysis/result/TableResult.h"
 
 #include "app/globals.h"
+#include "tables/Frequency.h"
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The places of a table that is as it was made.
+std::vector<int> placesAsMade(const ResultTable& table, TableLines lines) {
+    std::vector<int> places(static_cast<size_t>(headsOf(table, lines).size()));
+    std::iota(places.begin(), places.end(), 0);
+    return places;
+}
+
+} // namespace
+
+QStringList TableResult::orderable(TableLines lines) const {
+    return facts && facts->complete ? headsOf(mfgGrid, lines) : QStringList();
+}
+
+void TableResult::order(TableLines lines, const std::vector<int>& order) {
+    const QStringList heads = headsOf(mfgGrid, lines), ofMarked = headsOf(marked(), lines);
+    auto now = std::make_shared<Made>();
+    if (made)
+        *now = *made;
+    else
+        *now = {{mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5},
+                facts,
+                placesAsMade(marked(), TableLines::Rows),
+                placesAsMade(marked(), TableLines::Columns)};
+    std::vector<int>& places = lines == TableLines::Rows ? now->rows : now->columns;
+    if (!places.empty()) {
+        const std::vector<int> before = places, change = orderLike(heads, order, ofMarked);
+        std::ranges::transform(change, places.begin(), [&](int place) { return before[static_cast<size_t>(place)]; });
+    }
+    const bool byHand = !isInOrder(now->rows) || !isInOrder(now->columns);
+    for (ResultTable* table : tables()) {
+        orderLines(*table, lines, orderLike(heads, order, headsOf(*table, lines)));
+        if (table->Tag == TableKind::Frequency && lines == TableLines::Rows)
+            cumulateAnew(*table, facts->origin.options.CommaInPercent);
+        if (byHand)
+            table->addNote(TableNote::ofOrder());
+        else
+            table->removeNote(TableNote::ofOrder());
+    }
+    if (facts->origin.cases.size() == mfgGrid.shape.cases.size())
+        facts->origin.cases = mfgGrid.shape.cases;
+    made = byHand ? std::move(now) : nullptr;
+}
+
+TableResult TableResult::asMade() const {
+    TableResult result = *this;
+    if (!made)
+        return result;
+    for (size_t i = 0; i < made->tables.size(); ++i)
+        *result.tables()[i] = made->tables[i];
+    result.facts = made->facts;
+    result.made.reset();
+    const bool crosstab = mfgGrid.Tag == TableKind::Crosstab;
+    ResultTable& then = crosstab ? result.mfgGrid5 : result.mfgGrid;
+    if (mfgGrid.Tag == TableKind::Descriptives)
+        return result;
+    const TableShape& shape = marked().shape;
+    for (int i = 0; i < shape.rows.count(); ++i)
+        then.setCell(markColumn, shape.rows.first + made->rows[static_cast<size_t>(i)],
+                     marked().Cell(markColumn, shape.rows.first + i));
+    for (int i = 0; crosstab && i < shape.columns.count(); ++i)
+        then.setCell(shape.columns.first + made->columns[static_cast<size_t>(i)], markRow,
+                     marked().Cell(shape.columns.first + i, markRow));
+    return result;
+}
+
+Marks TableResult::shownMarks() const {
+    return made ? Marks::of(asMade().marked()) : Marks::of(marked());
+}
 
 Marks TableResult::marksInForce() const {
     if (!facts || !facts->complete)
         return marks;
-    Marks now = Marks::of(marked());
+    Marks now = shownMarks();
     now.subject = marks.subject;
     now.by = marks.by == Marks::By::Hand || !now.sameValues(marks) ? Marks::By::Hand : Marks::By::Definition;
     return now;
@@ -54,6 +127,7 @@ void TableResult::clear() {
     facts.reset();
     stored.reset();
     marks = {};
+    made.reset();
 }
 
 QStringList TableResult::notes() const {
@@ -87,5 +161,5 @@ TableState tableState(const TableResult& result, const AnalysisRequest& request,
     }
     if (!showsTheSame(request.mode, facts.origin.options, options) || result.computation.place != place)
         return TableState::OtherOptions;
-    return Marks::of(result.marked()).sameValues(result.marks) ? TableState::Current : TableState::OtherMarks;
+    return result.shownMarks().sameValues(result.marks) ? TableState::Current : TableState::OtherMarks;
 }

@@ -4,8 +4,10 @@
 #include "analysis/result/tableClick.h"
 #include "catalogue/fileStamp.h"
 #include "platform/dao/Database.h"
+#include "tables/lineOrder.h"
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -85,6 +87,13 @@ struct TableResult {
     bool stopped = false; ///< the last run that got as far as the data was stopped
     /// Catalogue or case files were written while they were read: the numbers may be of both states.
     bool changedMeanwhile = false;
+    /// The tables as they were made, while the user has them in another order.
+    struct Made {
+        std::array<ResultTable, 5> tables;
+        std::optional<TableFacts> facts;
+        std::vector<int> rows, columns; ///< for each place of the marked table the place of then
+    };
+    std::shared_ptr<const Made> made;
     /// How the catalogue's file lay for the fields of the request, with what the run itself has stored in it since.
     FileStamp catalogue;
 
@@ -94,6 +103,17 @@ struct TableResult {
     std::array<ResultTable*, 5> tables() { return {&mfgGrid, &mfgGrid2, &mfgGrid3, &mfgGrid4, &mfgGrid5}; }
     /// The table that bears the marks: of a crosstab the absolute values, whatever view is shown.
     const ResultTable& marked() const { return mfgGrid.Tag == TableKind::Crosstab ? mfgGrid5 : mfgGrid; }
+    /// What can be put into another order in the table in view; empty where nothing can, and in a table that is not
+    /// whole.
+    QStringList orderable(TableLines lines) const;
+    /// Puts rows or columns of the table in view into another order, and those of its other views with them. What is
+    /// cumulated is so in the new order; the table's notes say so.
+    /// @param order for each place, from 0, the place that the line stands at now
+    void order(TableLines lines, const std::vector<int>& order);
+    /// With rows and columns as they were when the tables were made; marks are those of now.
+    TableResult asMade() const;
+    /// The marks that the table shows, by the places that its values were made in.
+    Marks shownMarks() const;
     /// The marks that are to hold at a new calculation: what the user has clicked, else those that the run took.
     Marks marksInForce() const;
     /// True if the table that is shown takes clicks on marks: statistics have none, a crosstab only in absolute values.

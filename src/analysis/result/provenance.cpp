@@ -21,7 +21,7 @@ QString optionsLine(const TableFacts& facts) {
 QString stateLine(const TableResult& result) {
     if (!result.facts->complete)
         return stateText(TableState::CutShort);
-    return Marks::of(result.marked()).sameValues(result.marks) ? QString() : stateText(TableState::OtherMarks);
+    return result.shownMarks().sameValues(result.marks) ? QString() : stateText(TableState::OtherMarks);
 }
 
 QJsonValue orNull(const QString& text) {

@@ -29,6 +29,7 @@ bool Run::build() {
     if (r_.mode == AnalysisMode::Descriptives && options_.IncludeMissingDesc)
         r_.sMissing.clear();
     computed_ = true;
+    out_.made.reset();
     const BuildOutcome built = buildTable();
     for (ResultTable* table : {&out_.mfgGrid, &out_.mfgGrid2, &out_.mfgGrid3, &out_.mfgGrid4, &out_.mfgGrid5})
         for (const TableNote& note : notes_)
