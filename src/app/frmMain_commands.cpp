@@ -249,9 +249,14 @@ void frmMain::mnuHelpContents_Click() {
              ui::Buttons::Ok});
         return;
     }
-    if (!Paths::exists(file) || !ui::asker().openFile(Paths::onDisk(file)))
-        ui::asker().messageBox({TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) +
-                                u" ("_s + file + u')'});
+    const bool there = Paths::exists(file);
+    if (there && ui::asker().openFile(Paths::onDisk(file)))
+        return;
+    ui::Box box{TranslateText(u"Hilfeinhalt konnte nicht angezeigt werden. Datei nicht gefunden."_s) + u" ("_s + file +
+                u')'};
+    if (there)
+        box.details = TranslateText(u"Kein Programm ist dafür eingerichtet, die Datei zu öffnen:"_s) + u' ' + file;
+    ui::asker().messageBox(box);
 }
 
 void frmMain::listWindows() {

@@ -72,6 +72,10 @@ TEST_F(HelpPages, OpenInTheProgramsLanguageElseTheAssignedFileElseABox) {
     main.mnuHelpContents_Click();
     EXPECT_EQ(asker.opened, (QStringList{folder.filePath(u"Varidex-de.html"_s), folder.filePath(u"Varidex-en.html"_s),
                                          folder.filePath(u"Varidex.chm"_s)}));
+    EXPECT_TRUE(asker.boxes.back().details.isEmpty());
+    asker.opens = false;
+    main.mnuHelpContents_Click();
+    EXPECT_TRUE(asker.boxes.back().details.startsWith(u"No program is set up to open the file:"_s));
 }
 
 // Captions change; a page that sends a reader to a button that is called otherwise is worse than none.
