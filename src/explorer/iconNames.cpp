@@ -6,7 +6,8 @@
 using namespace Qt::StringLiterals;
 
 QString iconName(int number) {
-    if (number == VariableRow::smallIcon)
+    constexpr int variableFound = 5;
+    if (number == VariableRow::smallIcon || number == variableFound)
         return u"variable"_s;
     // Plain pairs begin at 6, described ones at 25, two numbers a view.
     const bool described = number > VariableRow::smallIcon;

@@ -26,6 +26,7 @@ std::unique_ptr<Command> makeStudiesCommand();
 std::unique_ptr<Command> makeVariablesCommand();
 std::unique_ptr<Command> makeTreeCommand();
 std::unique_ptr<Command> makeListCommand();
+std::unique_ptr<Command> makeSearchCommand();
 std::unique_ptr<Command> makeFrequencyCommand();
 std::unique_ptr<Command> makeCrosstabCommand();
 std::unique_ptr<Command> makeDescriptivesCommand();

@@ -17,6 +17,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeVariablesCommand());
     commands.push_back(makeTreeCommand());
     commands.push_back(makeListCommand());
+    commands.push_back(makeSearchCommand());
     commands.push_back(makeFrequencyCommand());
     commands.push_back(makeCrosstabCommand());
     commands.push_back(makeDescriptivesCommand());
