@@ -20,6 +20,7 @@
 #include "language/mdLanguage.h"
 #include "platform/system/NumberFormat.h"
 #include "platform/system/Paths.h"
+#include "search/frmFind.h"
 #include "widgets/ProgramStyle.h"
 #include "widgets/QtAsker.h"
 #include "widgets/StandardTexts.h"
@@ -146,6 +147,7 @@ public:
         comparison(window);
         desktop().activate(first);
         search(window, first);
+        find(window, first);
     }
 
     /// The ways to a catalogue where none is open: the start page and the import.
@@ -292,6 +294,28 @@ private:
             throw std::runtime_error("no menu opened");
         take(*menu, u"menu"_s);
         menu->close();
+    }
+
+    /// The extended search with its hits, and where one of them leads. The other windows come back as they were.
+    void find(frmMain& window, frmExplorer& study) {
+        frmFind::showFind();
+        Form& found = *desktop().activeForm();
+        take(window, u"find-empty"_s);
+        in<QComboBox>(found, u"txtFind"_s).setEditText(u"zufrieden"_s);
+        in<QComboBox>(found, u"txtFind2"_s).setEditText(u"arbeit"_s);
+        in<QComboBox>(found, u"cmbAndOr"_s).setCurrentIndex(1);
+        in<QPushButton>(found, u"cmd_Find"_s).click();
+        waitUntil([&] { return in<QPushButton>(found, u"cmd_Find"_s).isEnabled(); }, 5000);
+        take(window, u"find"_s);
+        auto& hits = in<QAbstractItemView>(found, u"lstHits"_s);
+        hits.setCurrentIndex(hits.model()->index(hits.model()->rowCount() - 1, 0));
+        press(hits, Qt::Key_Return);
+        take(window, u"find-hit"_s);
+        in<QPushButton>(found, u"cmd_Close"_s).click();
+        settle();
+        desktop().activate(study);
+        study.widget().parentWidget()->showMaximized();
+        settle();
     }
 
     /// Opens an analysis of what is selected in the explorer in front.

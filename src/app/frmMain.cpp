@@ -361,6 +361,13 @@ void frmMain::activate(Form& child) {
     area_->activate(child.widget());
 }
 
+void frmMain::arrangeBeside(const std::vector<Form*>& kept) {
+    QList<QWidget*> windows;
+    for (const Form* form : kept)
+        windows << &form->widget();
+    area_->arrangeBeside(windows);
+}
+
 Form* frmMain::activeForm() const {
     const QWidget* window = area_->current();
     for (Form* form : Form::open())

@@ -50,6 +50,7 @@ public:
 
     void adopt(Form& child) override;
     void activate(Form& child) override;
+    void arrangeBeside(const std::vector<Form*>& kept) override;
     Form* activeForm() const override;
     void panelsChanged() override { applyState(); }
     QAction* command(const QString& name) override;

@@ -10,6 +10,7 @@
 class ExplorerPages;
 class ExplorerPanel;
 class QAction;
+class QPlainTextEdit;
 class QSplitter;
 class frmExplorerList;
 class frmExplorerTree;
@@ -39,6 +40,13 @@ public:
     /// Selects a node, scrolled into view, gives the tree the focus and lists the node's variables.
     /// @return false if the tree has no node of that key
     bool showNode(const QString& key);
+
+    /// Shows a variable of the selected node in panel A, in a language of the contents, and gives the list the focus.
+    /// The quick filter is emptied where it hides the row; a panel is opened where none is.
+    /// @return false if the node has no such variable
+    bool showVariable(const QString& study, const QString& variable, bool english);
+    /// The text of panel A.
+    QPlainTextEdit* questionText() const;
 
     /// Shows 0, 1 or 2 panels.
     void setPanels(int lVarWindow);

@@ -289,6 +289,26 @@ void ChildArea::comeToRest(QMdiSubWindow* front) {
     restoreFocus(*front);
 }
 
+void ChildArea::arrangeBeside(const QList<QWidget*>& kept) {
+    const QPointer<QMdiSubWindow> front = frontFrame();
+    const QPointer<QWidget> focus = QApplication::focusWidget();
+    // As long as one fills the area, every other one that comes to the front would.
+    for (QMdiSubWindow* frame : framesInView())
+        if (frame->isMaximized())
+            frame->showNormal();
+    for (QMdiSubWindow* frame : framesInView())
+        if (frame->widget() && !kept.contains(frame->widget()) && !frame->isMinimized())
+            frame->showMinimized();
+    if (front)
+        setActiveSubWindow(front);
+    arrangeIcons();
+    tileVertically();
+    comeToRest(front);
+    // The window may have been given another place for the keyboard just before.
+    if (front && focus && front->isAncestorOf(focus))
+        focus->setFocus();
+}
+
 void ChildArea::cascade() {
     QMdiSubWindow* front = frontFrame();
     const QRect room = roomForWindows();

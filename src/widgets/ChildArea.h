@@ -31,6 +31,8 @@ public:
     void hideCurrent();
     static bool isHiddenChild(const QWidget& child);
 
+    /// Minimises all windows in view but these, which then stand side by side.
+    void arrangeBeside(const QList<QWidget*>& kept);
     void cascade();
     /// Side by side, and one above the other; many windows go into a grid.
     void tileVertically();

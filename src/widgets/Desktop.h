@@ -12,6 +12,8 @@ public:
     virtual void adopt(Form& child) { child.widget().show(); }
     /// Brings a child window to the front, restored if it was minimised, shown if it was hidden.
     virtual void activate(Form& child) { child.widget().show(); }
+    /// Minimises all child windows but these, which stand side by side from then on.
+    virtual void arrangeBeside(const std::vector<Form*>&) {}
     /// The child window in front; null without one.
     virtual Form* activeForm() const { return nullptr; }
     /// The panels of an explorer were opened or closed, its tree or list has got the keyboard, a chart came into view

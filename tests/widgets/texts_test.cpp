@@ -26,6 +26,7 @@
 #include "language/mdLanguage.h"
 #include "platform/dao/DBEngine.h"
 #include "platform/system/Paths.h"
+#include "search/frmFind.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
 #include "widgets/ChildArea.h"
@@ -108,6 +109,12 @@ Form* textsDocument() {
     return frmDocument::openView(1);
 }
 
+Form* textsFind() {
+    if (gDatabase.State() != 1)
+        mdDataBase::OpenLastDataBase(Paths::join(gOptions.DatabasePath, gOptions.DatabaseName));
+    return textsShown<frmFind>();
+}
+
 Form* textsDescriptives() {
     auto* window = new frmDescriptives(nullptr, nullptr);
     window->QDialog::show();
@@ -170,6 +177,7 @@ const TextsWindow textsWindows[] = {
     {u"frmDocument"_s, textsDocument},
     {u"frmFragebogen"_s, textsShown<frmFragebogen>},
     {u"frmDatensatz"_s, textsShown<frmDatensatz>},
+    {u"frmFind"_s, textsFind},
     {u"frmImport"_s, textsImport},
     {u"frmNewCalculation"_s, textsNewCalculation},
     {u"frmGraphicOptions"_s, textsGraphicOptions},
@@ -201,6 +209,7 @@ const QSet<QString> textsEqual = {u"Varidex Creation Mode"_s,
                                   u"Quartiles"_s,
                                   u"Missing Values"_s,
                                   u"Filter"_s,
+                                  u"Labels"_s,
                                   u"ShowCards"_s,
                                   u"AaBbCc ÄäÖöÜüß 0123456789"_s,
                                   u"Varidex"_s,
