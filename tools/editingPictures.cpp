@@ -18,6 +18,7 @@ void EditingWalk::documents() {
     first.showNode(u"ASV2018"_s);
     settle();
     modal(u"questionnaires"_s, [&] { window.perform(u"F"_s); });
+    modal(u"datasets"_s, [&] { window.perform(u"SPSS"_s); });
     window.perform(u"DESC1"_s);
     settle();
     auto* document = dynamic_cast<frmDocument*>(desktop().activeForm());
