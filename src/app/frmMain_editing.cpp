@@ -13,6 +13,7 @@
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
 #include "search/QuickSearch.h"
+#include "search/frmFind.h"
 #include "widgets/textFields.h"
 
 #include <QAction>
@@ -137,6 +138,7 @@ void frmMain::addTransferCommands() {
 }
 
 void frmMain::addSearchCommands() {
+    commands_[u"mnuErweiterteSuche"_s] = [] { frmFind::showFind(); };
     const std::pair<QString, decltype(&QuickSearch::mnuSuchen_Click)> quick[] = {
         {u"mnuSuchen"_s, QuickSearch::mnuSuchen_Click}, {u"mnuWeitersuchen"_s, QuickSearch::mnuWeitersuchen_Click}};
     for (const auto& [name, search] : quick)

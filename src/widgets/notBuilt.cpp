@@ -13,7 +13,7 @@ namespace {
 
 /// By window, the controls without a function yet.
 const QHash<QString, QSet<QString>> controlsNotBuilt = {
-    {u"frmMain"_s, {u"mnuFilePrint"_s, u"D"_s, u"mnuErweiterteSuche"_s, u"E"_s}},
+    {u"frmMain"_s, {u"mnuFilePrint"_s, u"D"_s}},
     {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s}},
 };
 

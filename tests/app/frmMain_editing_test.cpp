@@ -212,3 +212,32 @@ TEST_F(EditingKeys, DelInAStudyViewThatStaysAsItIsSaysSoAndOnlyWhereItWouldDelet
     }
     EXPECT_EQ(asker.texts().value(1), u"Studien und deren Variablen können nicht gelöscht werden"_s);
 }
+
+TEST_F(EditingKeys, SearchesByMenuKeyAndButtonAndInItsFieldsNoKeyEdits) {
+    openWith(true);
+    show(topicView, u"tvTreeView"_s);
+    const QString first = explorer->model().tree.root()->Key;
+    explorer->showNode(first);
+    asker.input(u"person"_s);
+    main->perform(u"mnuSuchen"_s);
+    const QString found = explorer->model().state.selectedKey;
+    EXPECT_NE(found, first);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F3);
+    EXPECT_NE(explorer->model().state.selectedKey, found);
+    EXPECT_TRUE(in(u"tvTreeView"_s)->hasFocus());
+    const size_t nodes = explorer->model().tree.nodes().size();
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+    const Form* find = main->activeForm();
+    ASSERT_EQ(find->windowName(), u"frmFind"_s);
+    for (const QString& name : {u"mnuLöschen"_s, u"mnuNeueKategorie"_s, u"mnuEditCopyTo"_s, u"mnuWeitersuchen"_s})
+        EXPECT_FALSE(enabled(name)) << qPrintable(name);
+    EXPECT_TRUE(enabled(u"mnuErweiterteSuche"_s));
+    for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F2})
+        QTest::keyClick(QApplication::focusWidget(), key);
+    EXPECT_EQ(explorer->model().tree.nodes().size(), nodes);
+    main->activate(*explorer);
+    press(u"E"_s);
+    EXPECT_EQ(main->activeForm(), find) << "there is one";
+    EXPECT_TRUE(asker.boxes.empty());
+}
