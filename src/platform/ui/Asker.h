@@ -51,8 +51,8 @@ struct LineOrder {
 struct TreeChoice {
     struct Entry {
         QString text;
-        int parent = -1;        ///< place of its parent, which stands before it; -1 for a root
-        bool selectable = true; ///< else it is shown but cannot be chosen
+        int parent = -1;          ///< place of its parent, which stands before it; -1 for a root
+        bool selectable = true;   ///< else it is shown but cannot be chosen
         QString why = QString();  ///< not selectable: what the user is told of it
         QString icon = QString(); ///< name of its picture; empty for none
     };
