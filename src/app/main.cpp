@@ -7,6 +7,7 @@
 #include "diagnostics/errors.h"
 #include "editing/frmEdit.h"
 #include "editing/frmPosition.h"
+#include "editing/frmTreeChoice.h"
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
 #include "platform/ui/Asker.h"
@@ -59,6 +60,7 @@ int main(int, char** arguments) {
     dialogs.progressWindow = frmProcess::open;
     dialogs.textEditor = frmEdit::ask;
     dialogs.lineOrderer = frmPosition::ask;
+    dialogs.treeChooser = frmTreeChoice::ask;
     ui::setAsker(&dialogs);
     mdLanguage::showStartWindow = frmSplash::showModal;
     gUnloadWindows = unloadChildWindows;

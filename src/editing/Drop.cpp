@@ -69,10 +69,12 @@ bool isWanted(const DropSource& source, const QString& target, TransferMode mode
 }
 
 /// The node that was dropped on is opened and selected, and what is new there is in view.
-void show(const DropTarget& target, const QString& /*newKey*/) {
-    if (!target.window || target.isList)
+void show(const DropTarget& target, const QString& newKey) {
+    if (!target.window)
         return;
-    target.window->select(target.key, true);
+    target.window->reveal(target.key);
+    target.window->tree.setExpanded(target.key, true);
+    target.window->bringIntoView(newKey);
 }
 
 } // namespace

@@ -46,6 +46,8 @@ public:
     /// Selects a node after an edit: in view, with the keyboard on the tree, its variables read anew.
     /// @return false if the tree has no node of that key
     bool reveal(const QString& key);
+    /// Scrolls a node into view. @return false if the tree has no node of that key
+    bool bringIntoView(const QString& key);
     /// Selects a row of the list alone, in view, with the keyboard on the list, and shows its variable.
     /// @param row index into the rows @return false if it is none of those in view
     bool revealRow(int row);

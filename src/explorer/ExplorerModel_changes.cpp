@@ -169,6 +169,13 @@ bool ExplorerModel::reveal(const QString& key) {
     return true;
 }
 
+bool ExplorerModel::bringIntoView(const QString& key) {
+    const CatalogueNode* node = tree.find(key);
+    if (node)
+        host_->nodeBroughtIntoView(*node);
+    return node;
+}
+
 bool ExplorerModel::revealRow(int row) {
     if (list.placeOf(row) < 0)
         return false;

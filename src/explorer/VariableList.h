@@ -95,6 +95,8 @@ public:
     virtual void changed() {}
     /// The node is to be in view and selected, with the keyboard on the tree.
     virtual void nodeRevealed(const CatalogueNode&) {}
+    /// The node is to be in view, and nothing else is to change.
+    virtual void nodeBroughtIntoView(const CatalogueNode&) {}
     /// The row alone is to be selected, in view and in panel A, with the keyboard on the list.
     virtual void rowRevealed(int /*row*/) {}
     virtual void focusTree() {}

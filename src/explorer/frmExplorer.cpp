@@ -168,6 +168,10 @@ void frmExplorer::nodeRevealed(const CatalogueNode& node) {
     focusTree();
 }
 
+void frmExplorer::nodeBroughtIntoView(const CatalogueNode& node) {
+    tree_->scrollTo(node);
+}
+
 void frmExplorer::rowRevealed(int row) {
     {
         const BusyScope busy;

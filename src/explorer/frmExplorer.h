@@ -101,6 +101,7 @@ private:
     void changing() override;
     void changed() override;
     void nodeRevealed(const CatalogueNode& node) override;
+    void nodeBroughtIntoView(const CatalogueNode& node) override;
     void rowRevealed(int row) override;
     void focusTree() override;
     void focusList() override;

@@ -132,6 +132,10 @@ void frmExplorerTree::selectNode(const CatalogueNode& node) {
     tvTreeView_->setCurrentIndex(treeModel_->indexOf(&node));
 }
 
+void frmExplorerTree::scrollTo(const CatalogueNode& node) {
+    tvTreeView_->scrollTo(treeModel_->indexOf(&node));
+}
+
 void frmExplorerTree::scrollToSelected() {
     tvTreeView_->scrollTo(tvTreeView_->currentIndex());
 }

@@ -26,6 +26,7 @@ public:
     void changing();
     void changed();
     void scrollToSelected();
+    void scrollTo(const CatalogueNode& node);
     QTreeView* view() const { return tvTreeView_; }
     /// Titles beside each other stand on one line.
     void setTitleHeight(int height);

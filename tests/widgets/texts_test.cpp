@@ -21,6 +21,7 @@
 #include "editing/frmEdit.h"
 #include "editing/frmFragebogen.h"
 #include "editing/frmPosition.h"
+#include "editing/frmTreeChoice.h"
 #include "explorer/frmExplorer.h"
 #include "language/SystemTable.h"
 #include "language/mdLanguage.h"
@@ -164,6 +165,13 @@ Form* textsPosition() {
     return window;
 }
 
+Form* textsTreeChoice() {
+    static const ui::TreeChoice choice{.title = u"Kopieren nach"_s, .entries = {{.text = u"Person"_s}}};
+    auto* window = new frmTreeChoice(choice, nullptr);
+    window->show();
+    return window;
+}
+
 const TextsWindow textsWindows[] = {
     {u"frmMain"_s, textsMain},
     {u"frmSplash"_s, textsShown<frmSplash>},
@@ -184,6 +192,7 @@ const TextsWindow textsWindows[] = {
     {u"frmSaveChart"_s, textsSaveChart},
     {u"frmEdit"_s, textsEdit},
     {u"frmPosition"_s, textsPosition},
+    {u"frmTreeChoice"_s, textsTreeChoice},
 };
 
 /// Texts that are the same word in both languages.
@@ -221,6 +230,7 @@ const QStringList textsByRule = {
     u"frmMain Form frmMain"_s,              // the product's name, and the catalogue before it
     u"frmStatus Form frmStatus"_s,          // the product's name
     u"frmEdit Form frmEdit"_s,              // the entry that it is about
+    u"frmTreeChoice Form frmTreeChoice"_s,  // what is to be done with the entry
     u"frmExplorer Form frmExplorer"_s,      // the view's name and the window's number
     u"frmDocument Form frmDocument"_s,      // the same of its descriptions
     u"frmExplorer ListView lvListView("_s,  // headings set in code
