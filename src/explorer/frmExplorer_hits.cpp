@@ -1,4 +1,6 @@
 #include "explorer/frmExplorer.h"
+
+#include "app/globals.h"
 #include "explorer/frmExplorerList.h"
 #include "platform/dao/Value.h"
 #include "widgets/Desktop.h"
