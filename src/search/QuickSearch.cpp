@@ -65,7 +65,7 @@ void setText(const QString& text) {
 void mnuSuchen_Click(ExplorerModel& model, In in, const std::vector<int>& selectedRows) {
     const QString title = in == In::List ? TranslateText(u"In Variablen suchen"_s)
                                          : said(u"Suchen in "_s, u"Find in "_s) + viewName(model.state.ltreetype);
-    searched = ui::asker().inputBox(TranslateText(u"Suchtext: "_s), title, searched).value_or(QString());
+    searched = ui::asker().inputBox(TranslateText(u"Suchtext:"_s) + u' ', title, searched).value_or(QString());
     mnuWeitersuchen_Click(model, in, selectedRows);
 }
 
@@ -82,9 +82,9 @@ void mnuWeitersuchen_Click(ExplorerModel& model, In in, const std::vector<int>& 
     }
     if (found)
         return;
-    ui::asker().messageBox(
-        {.text = TranslateText(u"Keine weiteren Elemente mit"_s) + u' ' + searched + TranslateText(u" gefunden!"_s),
-         .icon = ui::Icon::Exclamation});
+    ui::asker().messageBox({.text = TranslateText(u"Keine weiteren Elemente mit"_s) + u' ' + searched + u' ' +
+                                    TranslateText(u"gefunden!"_s),
+                            .icon = ui::Icon::Exclamation});
     if (in == In::List)
         model.focusList();
     else

@@ -65,6 +65,28 @@ TEST_F(Tree, CategoriesFollowTheirOrderAndFallBackOnlyWithoutADescription) {
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 }
 
+TEST_F(Tree, SiblingsStandAsTheStatementOfTheirParentBringsThem) {
+    const dao::Value places[] = {{}, 2, 1, {}, 2, 1, 2, {}};
+    int id = 40;
+    for (const dao::Value& place : places) {
+        catalogue.addCategory(u"Category"_s, --id, 3, 1, u"x"_s);
+        catalogue.execute(u"UPDATE tkey_Category SET [Order] = %1 WHERE id = %2"_s.arg(
+            place.isNull() ? u"Null"_s : place.toText(), QString::number(id)));
+    }
+    build(2);
+    const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    const dao::RecordsetPtr rows =
+        database->OpenRecordset(u"SELECT * FROM tkey_Category WHERE [fid]=3 ORDER BY [order] ASC;"_s);
+    QStringList asked, shown;
+    for (; !rows->Eof(); rows->MoveNext())
+        asked << rows->text(u"id"_s);
+    for (const CatalogueNode* node : tree.find(u"B3"_s)->Children)
+        shown << node->id();
+    EXPECT_EQ(shown, asked);
+    EXPECT_EQ(shown, u"32 36 39 34 37 33 35 38"_s.split(u' '));
+    database->Close();
+}
+
 TEST_F(Tree, AReadingThatTakesLongTellsHowFarItIsAndEndsWhereTheUserStopsIt) {
     struct View : ui::ProgressView {
         QStringList& seen;
