@@ -1,7 +1,12 @@
 #include "editingPictures.h"
 
 #include "app/frmMain.h"
+#include "config/Options.h"
+#include "editing/Entries.h"
 #include "editing/frmDocument.h"
+#include "editing/frmEdit.h"
+#include "editing/frmPosition.h"
+#include "widgets/QtAsker.h"
 
 #include <QLineEdit>
 #include <QTextEdit>
@@ -31,4 +36,28 @@ void EditingWalk::documents() {
     take(window, u"document-find"_s);
     window.perform(u"DBD"_s);
     take(window, u"document-catalogue"_s);
+}
+
+void EditingWalk::entries() {
+    QtAsker asker;
+    asker.textEditor = frmEdit::ask;
+    asker.lineOrderer = frmPosition::ask;
+    ui::Asker* walk = ui::setAsker(&asker);
+    gOptions.EditStudiesMode = true;
+    ExplorerModel model;
+    model.open(1);
+    model.select(u"ASV2018"_s);
+    modal(u"edit"_s, [&] { editDescription(model); });
+    modal(u"position"_s, [&] { showPosition(model); });
+    modal(u"entry"_s, [&] { newEntry(model); });
+    modal(u"entry-delete"_s, [&] { deleteEntry(model); });
+    modal(u"entry-kind"_s, [&] {
+        // It is left by its buttons only; the walk's way out counts as "No".
+        asker.messageBox({.text = TranslateText(u"Wählen Sie 'ja', wenn es eine Studie und keine Gruppe ist:"_s),
+                          .title = TranslateText(u"Neue Studie"_s),
+                          .icon = ui::Icon::Question,
+                          .buttons = ui::Buttons::YesNo,
+                          .mustAnswer = true});
+    });
+    ui::setAsker(walk);
 }

@@ -9,4 +9,6 @@ public:
 
     /// Descriptions of a view and of the catalogue, words looked for in them, and the pickers of documents.
     void documents();
+    /// The questions for an entry, the editor of its description, and the order of lines.
+    void entries();
 };

@@ -519,7 +519,9 @@ int main(int count, char** arguments) {
         walk.options();
         walk.dialogs();
         walk.mainWindow();
-        EditingWalk(wanted, folder).documents();
+        EditingWalk editing(wanted, folder);
+        editing.documents();
+        editing.entries();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {
