@@ -135,3 +135,31 @@ TEST_F(AnalysisGrid, GroupsOfStatisticsStandThereWithTheirLabels) {
     window->copy();
     EXPECT_TRUE(asker.clipboardHtml.contains(u">1 sehr gut</th>"_s));
 }
+
+TEST_F(AnalysisGrid, ShowsTheOrderThatTheUserGivesAndSaysSo) {
+    open();
+    EXPECT_FALSE(window->canOrder());
+    chooseStudy(u"SV2018"_s);
+    type(u"dbcVariableUni"_s, u"GESCHL"_s);
+    goTo(1);
+    ASSERT_TRUE(window->canOrder());
+    const QString first = table().Cell(1, 1), second = table().Cell(1, 2);
+    std::vector<int> order{1, 0};
+    for (int i = 2; i < table().shape.rows.count(); ++i)
+        order.push_back(i);
+    asker.order(order);
+    window->showPosition();
+    settle();
+    EXPECT_EQ(table().Cell(1, 1), second);
+    EXPECT_EQ(table().Cell(1, 2), first);
+    const QString note = u"Die Reihenfolge der Zeilen oder Spalten wurde von Hand geändert."_s;
+    EXPECT_TRUE(the<QLabel>(u"lblFacts"_s)->text().contains(note));
+    gOptions.TellOfCopies = false;
+    window->copy();
+    EXPECT_LT(asker.clipboardText.indexOf(second), asker.clipboardText.indexOf(first));
+    EXPECT_TRUE(asker.clipboardHtml.contains(note));
+    goTo(0);
+    EXPECT_FALSE(window->canOrder());
+    goTo(1);
+    EXPECT_EQ(table().Cell(1, 1), second) << "the same request keeps its table";
+}
