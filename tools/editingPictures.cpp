@@ -9,6 +9,7 @@
 #include "widgets/QtAsker.h"
 
 #include <QLineEdit>
+#include <QMenu>
 #include <QTextEdit>
 
 using namespace Qt::StringLiterals;
@@ -60,4 +61,38 @@ void EditingWalk::entries() {
                           .mustAnswer = true});
     });
     ui::setAsker(walk);
+}
+
+void EditingWalk::takePopup(const QString& name) {
+    QWidget* menu = QApplication::activePopupWidget();
+    if (!menu)
+        throw std::runtime_error("no menu opened");
+    take(*menu, name);
+    menu->close();
+    settle();
+}
+
+void EditingWalk::menus() {
+    frmMain window;
+    window.load();
+    window.show();
+    window.resize(1280, 800);
+    window.activateWindow();
+    auto* edit = window.findChild<QMenu*>(u"mnuEdit"_s);
+    for (const auto& [view, mode, name] :
+         {std::tuple{2, true, u"menu-edit"_s}, std::tuple{1, false, u"menu-edit-off"_s}}) {
+        gOptions.EditStudiesMode = mode;
+        window.mnuViewExplorers_Click(view);
+        settle();
+        explorer().showNode(explorer().model().tree.nodes().back().Key);
+        edit->popup(window.mapToGlobal(QPoint(0, 0)));
+        takePopup(name);
+        for (const auto& [place, ending] :
+             {std::pair{u"tvTreeView"_s, u"-tree"_s}, std::pair{u"lvListView"_s, u"-list"_s}}) {
+            auto& list = in<QAbstractItemView>(explorer(), place);
+            list.setFocus();
+            press(list, Qt::Key_Menu);
+            takePopup(name + ending);
+        }
+    }
 }

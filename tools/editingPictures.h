@@ -11,4 +11,9 @@ public:
     void documents();
     /// The questions for an entry, the editor of its description, and the order of lines.
     void entries();
+    /// What the menus offer for an entry and for the variables of one, and for a study that stays as it is.
+    void menus();
+
+private:
+    void takePopup(const QString& name);
 };

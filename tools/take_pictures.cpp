@@ -522,6 +522,7 @@ int main(int count, char** arguments) {
         EditingWalk editing(wanted, folder);
         editing.documents();
         editing.entries();
+        editing.menus();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {

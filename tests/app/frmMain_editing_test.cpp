@@ -5,6 +5,7 @@
 #include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "platform/dao/DBEngine.h"
+#include "widgets/ContextMenu.h"
 
 #include <QAbstractItemView>
 #include <QLineEdit>
@@ -240,4 +241,43 @@ TEST_F(EditingKeys, SearchesByMenuKeyAndButtonAndInItsFieldsNoKeyEdits) {
     press(u"E"_s);
     EXPECT_EQ(main->activeForm(), find) << "there is one";
     EXPECT_TRUE(asker.boxes.empty());
+}
+
+TEST_F(EditingKeys, AContextMenuHasTheEntriesForItsPlaceEachWithItsOwnMnemonic) {
+    openWith(true);
+    for (const QString& language : {u"mnLngE"_s, u"mnLngG"_s}) {
+        main->perform(language);
+        for (const auto& [place, entries] :
+             {std::pair{u"tvTreeView"_s,
+                        QStringList{u"mnuNeueKategorie"_s, u"mnuKategorieUmbenennen"_s, u"mnuBeschreibungBearbeiten"_s,
+                                    u"mnuEditShowPosition"_s, u"mnuLöschen"_s, u"mnuEditCopy"_s, u"mnuEditCopyTo"_s,
+                                    u"mnuEditMoveTo"_s, u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s}},
+              std::pair{u"lvListView"_s, QStringList{u"mnuLöschen"_s, u"mnuEditCopyTo"_s, u"mnuEditMoveTo"_s,
+                                                     u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s}}}) {
+            show(topicView, place);
+            QTest::keyClick(in(place), Qt::Key_Menu);
+            auto* menu = in(place)->findChild<QMenu*>(u"mnuContext"_s);
+            ASSERT_TRUE(menu);
+            QStringList offered;
+            QString letters;
+            for (const QAction* entry : menu->actions()) {
+                offered << entry->objectName();
+                const QString letter = QKeySequence::mnemonic(entry->text()).toString();
+                EXPECT_TRUE(letter.isEmpty() || !letters.contains(letter))
+                    << qPrintable(entry->text() + u" in "_s + place);
+                letters += letter;
+            }
+            for (const QString& entry : entries)
+                EXPECT_TRUE(offered.contains(entry)) << qPrintable(entry + u" in "_s + place);
+            menu->close();
+            settle();
+        }
+    }
+    EXPECT_FALSE(enabled(u"mnuEditCopyHere"_s)) << "nothing was copied";
+    show(topicView, u"tvTreeView"_s);
+    QTest::keyClick(in(u"tvTreeView"_s), Qt::Key_C, Qt::ControlModifier);
+    explorer->showNode(explorer->model().tree.root()->Key);
+    ContextMenu::addCommands(*new QMenu(explorer), {u"mnuEditCopyHere"_s});
+    EXPECT_TRUE(enabled(u"mnuEditCopyHere"_s));
+    EXPECT_EQ(asker.clipboardText, QString()) << "the entry is remembered, and no text copied";
 }
