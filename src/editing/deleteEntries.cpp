@@ -30,13 +30,6 @@ bool confirmed(const QString& question, const QString& title) {
                                    .defaultButton = ui::Answer::Cancel}) == ui::Answer::Ok;
 }
 
-/// The variables of a study are listed in other views too.
-void addRowsOfOtherViews(CatalogueChanges& changes, int view) {
-    for (int other = 1; other <= gViews.lastRow(); ++other)
-        if (other != view)
-            changes.push_back({.kind = CatalogueChange::Kind::Rows, .view = other});
-}
-
 int countBelow(const CatalogueNode& node) {
     int count = 1;
     for (const CatalogueNode* child : node.Children)
@@ -92,8 +85,6 @@ bool deleteWithAllBelow(const ViewTables& tables, const std::vector<EntryRow>& e
         }
         changes.push_back(
             {.kind = CatalogueChange::Kind::Removed, .view = tables.view, .key = tables.nodeKey(first.key)});
-        if (tables.study)
-            addRowsOfOtherViews(changes, tables.view);
         return true;
     };
     return perform({.name = editName(TranslateText(u"Löschen"_s), first.name.isEmpty() ? first.key : first.name),
@@ -205,8 +196,6 @@ bool writeDeletion(const ViewTables& tables, const DoomedRows& doomed, int count
                 return false;
             changes.push_back({.kind = CatalogueChange::Kind::Rows, .view = tables.view, .key = tables.nodeKey(key)});
         }
-        if (tables.study)
-            addRowsOfOtherViews(changes, tables.view);
         return progress.next(TranslateText(u"Ansicht aktualisieren..."_s));
     };
     return perform({.name = editName(TranslateText(u"Variablen löschen"_s), title),

@@ -372,4 +372,26 @@ TEST_F(Entries, GoWithAllThatCanBeReachedAlsoWhereEntriesStandBelowThemselves) {
     EXPECT_EQ(model.state.selectedKey, u"B2"_s);
 }
 
+TEST_F(Entries, RowsThatTheFilterFoundGoWhereTheyWereFound) {
+    ExplorerModel category;
+    category.open(2);
+    category.select(u"B1"_s);
+    open(u"B0"_s);
+    model.setFilter(u"V6"_s);
+    ASSERT_EQ(model.list.rows.size(), 1);
+    asker.answer(ui::Answer::Ok);
+    EXPECT_TRUE(deleteRows(model, {0}));
+    EXPECT_EQ(rows(u"SELECT fid, fi_VariableNo FROM trel_VariableCategory ORDER BY id"_s), u"1|V5;1|V5;2|V7"_s);
+    EXPECT_EQ(model.list.rows.size(), 0);
+    // A variable of a study goes from the lists of categories too, its assignment stays.
+    open(u"AQX2020"_s);
+    asker.answer(ui::Answer::Ok);
+    EXPECT_EQ(category.list.rows.size(), 2);
+    EXPECT_TRUE(deleteRows(model, {0}));
+    EXPECT_EQ(category.list.rows.size(), 1);
+    EXPECT_EQ(rows(u"SELECT fid FROM trel_VariableCategory WHERE fi_StudyNo = 'QX2020'"_s), u"1"_s);
+    EXPECT_TRUE(history().undo());
+    EXPECT_EQ(category.list.rows.size(), 2);
+}
+
 } // namespace
