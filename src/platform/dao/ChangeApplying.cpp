@@ -6,6 +6,7 @@
 
 #include <QIODevice>
 #include <algorithm>
+#include <cmath>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -113,6 +114,8 @@ public:
     RowWriter(Connection& connection, TableInfo table) : connection_(connection), table_(std::move(table)) {}
 
     const TableInfo& table() const { return table_; }
+    /// A row that another program had made has come back with something else in a field of numbers.
+    bool hasWrittenOther() const { return hasWrittenOther_; }
 
     /// @throws Error 3197 the row is another by now
     void write(const ChangeReader& row) {
@@ -141,9 +144,16 @@ public:
 private:
     Connection& connection_;
     TableInfo table_;
+    bool hasWrittenOther_ = false;
     std::map<QByteArray, std::unique_ptr<Statement>> statements_; ///< by kind and the columns that differ
 
     const QString& name(int column) const { return table_.columns[static_cast<size_t>(column)].name; }
+
+    static bool isOther(sqlite3_value* value) {
+        const int type = sqlite3_value_type(value);
+        return type == SQLITE_TEXT || type == SQLITE_BLOB ||
+               (type == SQLITE_FLOAT && !std::isfinite(sqlite3_value_double(value)));
+    }
 
     [[noreturn]] void raiseConflict(const ChangeReader& row) const {
         constexpr int conflict = 3197;
@@ -197,15 +207,17 @@ private:
         return *statement;
     }
 
-    void bind(Statement& statement, const ChangeReader& row) const {
+    void bind(Statement& statement, const ChangeReader& row) {
         int place = 0;
         const auto bindNext = [&](sqlite3_value* value) {
             if (const int result = sqlite3_bind_value(statement.handle(), ++place, value); result != SQLITE_OK)
                 connection_.raise(result, Purpose::Write);
         };
         for (int column = 0; column < row.columns(); ++column)
-            if (sqlite3_value* const value = row.to(column))
+            if (sqlite3_value* const value = row.to(column)) {
                 bindNext(value);
+                hasWrittenOther_ |= isNumericType(table_.columns[static_cast<size_t>(column)].type) && isOther(value);
+            }
         for (int column = 0; column < row.columns(); ++column)
             if (sqlite3_value* const value = row.from(column))
                 for (int times = row.isKey(column) ? 2 : 1; times > 0; --times)
@@ -235,8 +247,6 @@ void DatabaseFile::apply(const ChangeSet& changes, ChangeWay way, const std::fun
             raiseEngineError(3078, table);
         writers.try_emplace(table, *connection_, *info);
         noteWrite(info->sqlName);
-        // What was known of its fields may come back with a stranger's rows.
-        cachedTable(attachments_->main(), table).contents.clear();
     }
     // A key that one row gives up may be another's afterwards.
     for (const Kind kind : kinds)
@@ -247,6 +257,9 @@ void DatabaseFile::apply(const ChangeSet& changes, ChangeWay way, const std::fun
                 row.describe(&writer.table().columns);
                 each(row);
             }
+    for (const auto& [table, writer] : writers)
+        if (writer.hasWrittenOther())
+            cachedTable(attachments_->main(), table).contents.clear();
 }
 
 } // namespace dao

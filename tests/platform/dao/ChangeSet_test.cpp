@@ -162,4 +162,15 @@ TEST_F(Changes, OfTablesWithoutAKeyOfTheirOwnAreNamedBeforehand) {
     EXPECT_EQ(file->unrecordable(tables), QStringList({u"bare"_s, u"nullable"_s, u"cases"_s}));
 }
 
+TEST_F(Changes, BringBackWhatAnotherProgramHasPutAmongNumbers) {
+    Stranger(path(u"catalogue.mdb"_s)).run("UPDATE study SET year = 'lange her' WHERE rowid = 2");
+    const QString found = u"SELECT no FROM study WHERE year = 'lange her'"_s;
+    const QString before = rows(*file, found);
+    const dao::ChangeSet changes = recorded({u"DELETE FROM study WHERE no = 'b2'"_s});
+    EXPECT_EQ(rows(*file, u"SELECT Count(*) FROM study WHERE year > 1000"_s), u"1"_s); // what is known of the field
+    apply(changes, dao::ChangeWay::Back);
+    EXPECT_EQ(rows(*file, u"SELECT Count(*) FROM study WHERE year > 1000"_s), u"1"_s);
+    EXPECT_EQ(rows(*file, found), before);
+}
+
 } // namespace
