@@ -100,7 +100,7 @@ QString numberFault(const QString& number) {
 }
 
 EntryText entryText(const QString& name, const QString& description) {
-    return {.name = name, .described = isDescribed(description)};
+    return {.name = name, .described = isDescription(description)};
 }
 
 CatalogueChange changeOf(CatalogueChange::Kind kind, const ViewTables& tables, const QString& key,
@@ -257,7 +257,7 @@ EditOutcome writeChange(const ViewTables& tables, const QString& what, const Cha
 /// Asks for the description of an entry and writes it with what else is to change.
 bool describeEntry(ExplorerModel& model, const ViewTables& tables, const QString& what, const QString& name,
                    Change change) {
-    const QString offered = isDescribed(change.before.description) ? change.before.description : QString();
+    const QString offered = isDescription(change.before.description) ? change.before.description : QString();
     QString text = offered;
     const Written written = describeAndWrite(name, text, [&](const std::optional<QString>& edited, bool again) {
         change.description = edited && *edited != offered ? std::optional(storedDescription(*edited)) : std::nullopt;

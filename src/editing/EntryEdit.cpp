@@ -26,10 +26,6 @@ QString storedDescription(const QString& text) {
     return text.isEmpty() ? u" "_s : text;
 }
 
-bool isDescribed(const QString& description) {
-    return !description.isEmpty() && description != u" ";
-}
-
 bool isAsShown(const CatalogueNode& node, const ViewTables& tables) {
     const bool asShown = EditBasis().shown(node, tables.english).stillSo();
     if (!asShown)

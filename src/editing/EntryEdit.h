@@ -37,7 +37,6 @@ bool isRefused(int view);
 
 /// What is stored of a description: an empty one is a blank.
 QString storedDescription(const QString& text);
-bool isDescribed(const QString& description);
 
 /// Whether a tree that was read before shows an entry as it is now; else the user is told, and the windows are read
 /// anew.

@@ -60,8 +60,8 @@ private:
 
 /// What a tree shows that is built anew.
 EntryText treeText(const QString& id, const QString& name, const QString& description) {
-    const bool described = !description.isEmpty() && description != u" ";
-    return {name.isEmpty() && !described ? id : name, described};
+    const bool described = isDescription(description);
+    return {shownText(id, name, described), described};
 }
 
 /// An entry's text as it stands in the catalogue; nothing if the entry is gone.

@@ -58,15 +58,6 @@ bool isTold(const std::vector<EntryRow>& entries) {
     return false;
 }
 
-/// The node that takes over the selection.
-QString successorOf(const CatalogueNode& node) {
-    const auto& siblings = node.Parent->Children;
-    const auto place = static_cast<size_t>(node.Place);
-    if (place + 1 < siblings.size())
-        return siblings[place + 1]->Key;
-    return place > 0 ? siblings[place - 1]->Key : node.Parent->Key;
-}
-
 void deleteOne(const ViewTables& tables, const QString& key) {
     gDatabase.CurrentDatabase()->Execute(u"DELETE FROM "_s + tables.assignments + u" WHERE "_s +
                                          (tables.study ? u"fi_StudyNo"_s : u"fid"_s) + u" = "_s + tables.literal(key));
@@ -109,7 +100,7 @@ bool deleteNode(ExplorerModel& model, const CatalogueNode& node, const ViewTable
         tellChanged();
         return false;
     }
-    const QString next = successorOf(node);
+    const QString next = successorOf(node)->Key;
     const QString question = TranslateText(u"Möchten Sie löschen:"_s) + u"\r\n '"_s + askedName(node.Text) +
                              u"'\r\n"_s +
                              TranslateText(u"(Achtung! Alle Unterkategorien und Variablenzuordnungen werden "

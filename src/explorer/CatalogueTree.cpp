@@ -229,6 +229,16 @@ const CatalogueNode* nextWithin(const CatalogueNode& top, const CatalogueNode& n
     return nullptr;
 }
 
+const CatalogueNode* successorOf(const CatalogueNode& node) {
+    if (!node.Parent)
+        return nullptr;
+    const std::vector<CatalogueNode*>& siblings = node.Parent->Children;
+    const auto place = static_cast<size_t>(node.Place);
+    if (place + 1 < siblings.size())
+        return siblings[place + 1];
+    return place > 0 ? siblings[place - 1] : node.Parent;
+}
+
 QChar viewLetter(int view) {
     return QChar(static_cast<char16_t>(64 + view));
 }

@@ -116,12 +116,15 @@ private:
 /// the end. The walk begins with `top`.
 const CatalogueNode* nextWithin(const CatalogueNode& top, const CatalogueNode& node);
 
+/// The node that takes over what a removed one has been to the user: the next of its siblings, else the one before,
+/// else the parent; null for the root.
+const CatalogueNode* successorOf(const CatalogueNode& node);
+
 /// Letter of a view in the keys of its nodes: "A" for view 1.
 QChar viewLetter(int view);
 /// The view that a node's or assignment's key belongs to; 0 or less for none.
 int viewOfKey(const QString& key);
 /// What a tree shows of an entry: an entry with a description keeps an empty name, one without shows its key.
-/// @param key the node's or the entry's own
 QString shownText(const QString& id, const QString& name, bool described);
 /// Whether a description's text counts as one: neither empty nor one blank.
 bool isDescription(const QString& text);

@@ -42,17 +42,6 @@ bool isReadBeforeItsMembers(const CatalogueNode& node) {
     return !node.Parent || dao::compareTexts(node.Parent->id(), node.id()) < 0;
 }
 
-/// Next of the siblings, else the one before, else the parent; null for the root.
-const CatalogueNode* successorOf(const CatalogueNode& node) {
-    if (!node.Parent)
-        return nullptr;
-    const std::vector<CatalogueNode*>& siblings = node.Parent->Children;
-    const auto place = static_cast<size_t>(node.Place);
-    if (place + 1 < siblings.size())
-        return siblings[place + 1];
-    return place > 0 ? siblings[place - 1] : node.Parent;
-}
-
 /// Where one stands in a tree that was read anew: at the node itself, or at the nearest that is there.
 QString standingIn(const CatalogueTree& fresh, const CatalogueNode& node) {
     for (const CatalogueNode* at = &node; at->Parent; at = at->Parent) {

@@ -56,7 +56,8 @@ ExplorerPanel::ExplorerPanel(const QString& suffix, QWidget* parent) : QWidget(p
 void ExplorerPanel::show(const VariablePanel& panel) {
     // Above nothing stands nothing, though the result set may wait for the next variable.
     fidName->setText(panel.isFilled() ? panel.fidName : QString());
-    if (txtQuestion->toPlainText() != panel.question) {
+    if (question_ != panel.question) {
+        question_ = panel.question;
         const QTextCursor before = txtQuestion->textCursor();
         txtQuestion->setPlainText(panel.question);
         const int last = txtQuestion->document()->characterCount() - 1;
@@ -83,6 +84,16 @@ void ExplorerPanel::show(const VariablePanel& panel) {
 }
 
 void ExplorerPanel::showAssignments(const std::vector<Assignment>& assignments) {
+    // The same list stays where its user is in it.
+    const auto isShown = [&](size_t line) {
+        const QListWidgetItem& item = *DBList1->item(static_cast<int>(line));
+        return item.data(Qt::UserRole) == assignments[line].key && item.text() == assignments[line].text;
+    };
+    size_t same = 0;
+    while (same < assignments.size() && static_cast<int>(same) < DBList1->count() && isShown(same))
+        ++same;
+    if (same == assignments.size() && static_cast<int>(same) == DBList1->count())
+        return;
     DBList1->clear();
     for (const Assignment& assignment : assignments) {
         auto* item = new QListWidgetItem(Icons::withNumber(iconName(assignment.icon), viewOfKey(assignment.key)),

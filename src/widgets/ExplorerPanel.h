@@ -47,6 +47,7 @@ protected:
 private:
     QVBoxLayout* column_;
     QString questionFont_;
+    QString question_; ///< as the panel gave it; the control has other line ends
 
     void applyQuestionFont();
     void jump();
