@@ -51,6 +51,7 @@ private:
         mark.format.setForeground(markColour(edit_.palette()));
         mark.format.setFontWeight(QFont::Bold);
         auto place = places_.begin();
+        int first = -1, behind = 0; // of what changes: laid out once, not paragraph by paragraph
         for (QTextBlock block = document_.begin(); block.isValid(); block = block.next()) {
             QList<QTextLayout::FormatRange> marks;
             const int begin = block.position(), end = begin + block.length();
@@ -62,8 +63,11 @@ private:
             if (marks.isEmpty() && block.layout()->formats().isEmpty())
                 continue;
             block.layout()->setFormats(marks);
-            document_.markContentsDirty(begin, block.length());
+            first = first < 0 ? begin : first;
+            behind = end;
         }
+        if (first >= 0)
+            document_.markContentsDirty(first, behind - first);
     }
 };
 
