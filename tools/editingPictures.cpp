@@ -2,17 +2,59 @@
 
 #include "app/frmMain.h"
 #include "config/Options.h"
+#include "editing/CopyCommands.h"
 #include "editing/Entries.h"
 #include "editing/frmDocument.h"
 #include "editing/frmEdit.h"
 #include "editing/frmPosition.h"
+#include "editing/frmTreeChoice.h"
 #include "widgets/QtAsker.h"
+#include "widgets/dragPointers.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTextEdit>
 
 using namespace Qt::StringLiterals;
+
+void EditingWalk::targets() {
+    frmMain window;
+    window.load();
+    window.show();
+    window.resize(1280, 800);
+    settle();
+    window.perform(u"mnuViewExplorers(2)"_s);
+    settle();
+    frmExplorer& categories = explorer();
+    const CatalogueNode* root = categories.model().tree.root();
+    if (!root || root->Children.empty())
+        throw std::runtime_error("no category");
+    categories.showNode(root->Children.front()->Key);
+    settle();
+    QtAsker dialogs;
+    dialogs.treeChooser = frmTreeChoice::ask;
+    ui::Asker* const before = ui::setAsker(&dialogs);
+    modal(u"copy-to"_s, [&] { copyTo(categories.model()); });
+    ui::setAsker(before);
+    dragPointers();
+}
+
+/// The pointers of a drag on the grounds that they are seen on.
+void EditingWalk::dragPointers() {
+    using Pointer = DragView::Pointer;
+    QWidget ground;
+    QHBoxLayout row(&ground);
+    for (const bool variables : {false, true})
+        for (const Pointer pointer : {Pointer::Copy, Pointer::Move, Pointer::No}) {
+            auto* label = new QLabel(&ground);
+            label->setPixmap(dragPointer(pointer, variables, ground).pixmap());
+            row.addWidget(label);
+        }
+    ground.show();
+    take(ground, u"drag-pointers"_s);
+}
 
 void EditingWalk::documents() {
     frmMain window;

@@ -13,7 +13,10 @@ public:
     void entries();
     /// What the menus offer for an entry and for the variables of one, and for a study that stays as it is.
     void menus();
+    /// The choice of where an entry is to go, and the pointers of a drag.
+    void targets();
 
 private:
     void takePopup(const QString& name);
+    void dragPointers();
 };

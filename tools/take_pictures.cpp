@@ -523,6 +523,7 @@ int main(int count, char** arguments) {
         editing.documents();
         editing.entries();
         editing.menus();
+        editing.targets();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {

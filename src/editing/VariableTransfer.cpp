@@ -41,9 +41,9 @@ public:
 
     void add(const Assigned& row, const dao::Value& id = {}) {
         if (!row.study.isNull() && !row.variable.isNull()) {
-            const QString name = dao::foldedText(row.variable.toText());
-            byName_[name].push_back(rows_.size());
-            byBoth_[{name, dao::foldedText(row.study.toText())}].push_back(rows_.size());
+            byBoth_[keyOf(row.variable.toText(), row.study.toText())].push_back(rows_.size());
+            if (!byName_.isEmpty())
+                byName_[dao::foldedText(row.variable.toText())].push_back(rows_.size());
         }
         rows_.push_back({row, id, false});
     }
@@ -51,7 +51,7 @@ public:
 
     /// The first row of that name.
     std::optional<size_t> find(const QString& name) const {
-        for (const size_t place : byName_.value(dao::foldedText(name)))
+        for (const size_t place : named(name))
             if (!rows_[place].gone)
                 return place;
         return std::nullopt;
@@ -61,9 +61,7 @@ public:
         static const QString wildcards = u"*?#["_s;
         const bool isPattern =
             std::any_of(study.begin(), study.end(), [](QChar letter) { return wildcards.contains(letter); });
-        const QString folded = dao::foldedText(name);
-        const std::vector<size_t> places =
-            isPattern ? byName_.value(folded) : byBoth_.value({folded, dao::foldedText(study)});
+        const std::vector<size_t> places = isPattern ? named(name) : byBoth_.value(keyOf(name, study));
         for (const size_t place : places)
             if (!rows_[place].gone && (!isPattern || dao::matchesPattern(rows_[place].content.study.toText(), study)))
                 return place;
@@ -79,8 +77,19 @@ private:
         bool gone;
     };
     std::vector<Row> rows_;
-    QHash<QString, std::vector<size_t>> byName_; ///< folded
-    QHash<std::pair<QString, QString>, std::vector<size_t>> byBoth_;
+    QHash<QString, std::vector<size_t>> byBoth_;
+    mutable QHash<QString, std::vector<size_t>> byName_; ///< folded; made when it is first asked
+
+    static QString keyOf(const QString& name, const QString& study) {
+        return dao::foldedText(name + QChar::Null + study);
+    }
+    std::vector<size_t> named(const QString& name) const {
+        if (byName_.isEmpty())
+            for (size_t place = 0; place < rows_.size(); ++place)
+                if (!rows_[place].content.study.isNull() && !rows_[place].content.variable.isNull())
+                    byName_[dao::foldedText(rows_[place].content.variable.toText())].push_back(place);
+        return byName_.value(dao::foldedText(name));
+    }
 };
 
 /// What becomes of one variable.
@@ -107,7 +116,8 @@ struct VariableTransfer::Rest {
     bool moves() const { return mode == TransferMode::Move; }
 
     /// What becomes of the variables, one after the other, each in what those before it leave.
-    std::vector<Step> pass(bool asking);
+    std::vector<Step> pass();
+    void ask();
     Step stepOf(const MovedVariable& variable, SearchedRows& source, SearchedRows& there, bool fromStudy);
     void askAboutDuplicate(const MovedVariable& variable) const;
     void tellOfMissing(const MovedVariable& variable, bool fromStudy);
@@ -117,7 +127,7 @@ struct VariableTransfer::Rest {
     PlannedEdit edit() const;
 };
 
-std::vector<Step> VariableTransfer::Rest::pass(bool asking) {
+std::vector<Step> VariableTransfer::Rest::pass() {
     const ViewTables to(view(), target.english);
     SearchedRows there(u"SELECT * from "_s + to.assignments + u" WHERE fid = "_s + to.literal(target.key.mid(1)) +
                            u" ;"_s,
@@ -144,14 +154,16 @@ std::vector<Step> VariableTransfer::Rest::pass(bool asking) {
                             from.study ? u"id_VarName"_s : u"fi_VariableNo"_s, !from.study)
                         .first;
         all.push_back(stepOf(variable, known->second, there, from.study));
-        if (!asking)
-            continue;
-        if (all.back().kind == Step::Kind::Missing)
-            tellOfMissing(variable, from.study);
-        else if (all.back().kind == Step::Kind::Duplicate && ShowDuplicateMessage)
-            askAboutDuplicate(variable);
     }
     return all;
+}
+
+void VariableTransfer::Rest::ask() {
+    for (size_t i = 0; i < steps.size(); ++i)
+        if (steps[i].kind == Step::Kind::Missing)
+            tellOfMissing(variables[i], isStudyView(viewOfKey(variables[i].entry)));
+        else if (steps[i].kind == Step::Kind::Duplicate && ShowDuplicateMessage)
+            askAboutDuplicate(variables[i]);
 }
 
 Step VariableTransfer::Rest::stepOf(const MovedVariable& variable, SearchedRows& source, SearchedRows& there,
@@ -266,26 +278,18 @@ VariableTransfer::VariableTransfer(std::vector<MovedVariable> variables, const S
                                    EditBasis basis)
     : rest_(new Rest{std::move(variables), target, mode, std::move(basis), {}}) {
     rest_->basis.entry(target.key);
-    rest_->steps = rest_->pass(false);
+    rest_->steps = rest_->pass();
 }
 
 VariableTransfer::~VariableTransfer() = default;
 
 EditOutcome VariableTransfer::run() {
-    // The answers rest on what was read before the user was asked whether it is wanted at all.
-    if (rest_->variables.empty())
-        return EditOutcome::Stopped;
-    EditOutcome outcome = EditOutcome::Failed;
-    std::vector<Step> asked;
-    if (!attempt([&] { asked = rest_->pass(true); }))
-        return outcome;
-    const bool sameAsBefore = asked == rest_->steps;
-    const bool writes =
-        std::ranges::any_of(asked, [](const Step& step) { return step.kind == Step::Kind::Added || step.leaves; });
-    if (sameAsBefore && !writes)
+    rest_->ask();
+    const auto writes = [](const Step& step) { return step.kind == Step::Kind::Added || step.leaves; };
+    if (std::ranges::none_of(rest_->steps, writes))
         return EditOutcome::Stopped;
     PlannedEdit edit = rest_->edit();
-    edit.stillSo = [&] { return sameAsBefore && rest_->basis.stillSo() && rest_->pass(false) == rest_->steps; };
+    edit.stillSo = [&] { return rest_->basis.stillSo() && rest_->pass() == rest_->steps; };
     edit.write = [&](CatalogueChanges& changes) { return rest_->write(changes); };
     return perform(edit);
 }
