@@ -54,6 +54,9 @@ public:
         // The way begins where the user is.
         const auto here = std::ranges::find(targets_, model.state.selectedKey, &DropTarget::key);
         choice_.current = here == targets_.end() ? 0 : static_cast<int>(here - targets_.begin());
+        const auto current = [this] { return choice_.entries[static_cast<size_t>(choice_.current)]; };
+        while (!choice_.entries.empty() && !current().selectable && current().parent >= 0)
+            choice_.current = current().parent;
     }
 
     /// @return nothing if the user wants none
