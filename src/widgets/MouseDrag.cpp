@@ -76,7 +76,10 @@ MouseDrag* MouseDrag::under(const QPoint& where) {
 QModelIndex MouseDrag::nodeAt(const QPoint& where) const {
     const QPoint here = view_.viewport()->mapFromGlobal(where);
     const QModelIndex node = view_.indexAt(here);
-    return node.isValid() && view_.visualRect(node).contains(here) ? node : QModelIndex();
+    const auto* tree = qobject_cast<const QTreeView*>(&view_);
+    const int fromText = node.isValid() ? view_.visualRect(node).left() - here.x() : 0;
+    const bool onMark = tree && fromText > 0 && fromText <= tree->indentation() && node.model()->hasChildren(node);
+    return onMark ? QModelIndex() : node;
 }
 
 DragPlace MouseDrag::placeAt(const QPoint& where) const {

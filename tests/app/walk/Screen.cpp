@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
+#include <QPalette>
 #include <QPixmap>
 #include <QScreen>
 #include <QStandardPaths>
@@ -107,6 +108,39 @@ void Screen::press(const QStringList& keys) {
 
 void Screen::type(const QString& text) {
     xdotool({u"type"_s, u"--delay"_s, u"5"_s, text});
+}
+
+QImage Screen::seen() {
+    return QGuiApplication::primaryScreen()->grabWindow(0).toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+std::optional<QPoint> Screen::selectedBy(const QStringList& keys) {
+    const QRgb selection = QGuiApplication::palette().color(QPalette::Highlight).rgb();
+    const QImage before = seen();
+    press(keys);
+    std::optional<QPoint> found;
+    until([&] {
+        const QImage now = seen();
+        for (int x = 0; x < now.width() && !found; ++x)
+            for (int y = 0; y + 6 < now.height() && !found; ++y)
+                if (now.pixel(x, y) == selection && now.pixel(x, y + 6) == selection &&
+                    now.pixel(x + 4, y) == selection && before.pixel(x, y) != selection)
+                    found = QPoint(x + 80, y + 6);
+        return found.has_value();
+    });
+    return found;
+}
+
+void Screen::dragRight(const QPoint& from, const QPoint& to, const std::function<void()>& beforeRelease) {
+    const auto moveTo = [](const QPoint& where) {
+        xdotool({u"mousemove"_s, QString::number(where.x()), QString::number(where.y())});
+    };
+    moveTo(from);
+    xdotool({u"mousedown"_s, u"3"_s});
+    for (int step = 1; step <= 5; ++step)
+        moveTo(from + (to - from) * step / 5);
+    beforeRelease();
+    xdotool({u"mouseup"_s, u"3"_s});
 }
 
 QString Screen::activeWindow() const {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <QGuiApplication>
+#include <QImage>
+#include <QPoint>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// A screen of its own with a window manager, and one person's hands and eyes before it: keys pressed as the X server
 /// passes them on, titles of windows, the clipboard, pictures. What is waited for is asked for until it is so; nothing
@@ -31,6 +34,11 @@ public:
     /// ASCII only.
     void type(const QString& text);
 
+    /// Presses keys and waits for a line of a tree that they select. @return a point within its text
+    std::optional<QPoint> selectedBy(const QStringList& keys);
+    /// Drags with the right button, and lets it go once the picture is taken.
+    void dragRight(const QPoint& from, const QPoint& to, const std::function<void()>& beforeRelease);
+
     QString activeWindow() const;
     QString activeTitle() const;
     /// Width of a window in pixels.
@@ -46,5 +54,6 @@ private:
     std::unique_ptr<QGuiApplication> application_;
     bool stands_ = false;
 
+    static QImage seen();
     static QString xdotool(const QStringList& arguments);
 };

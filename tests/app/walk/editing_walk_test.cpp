@@ -97,3 +97,26 @@ TEST_F(EditingWalk, KeysMakeRenameDeleteAndTakeBackAndInAFieldTheyAreTheFields) 
     }));
     EXPECT_FALSE(QFile::exists(home(u"Error.log"_s)));
 }
+
+TEST_F(EditingWalk, TheRightButtonMovesAnEntryFromOneWindowToAnother) {
+    if (const QStringList missing = Screen::missingPrograms(); !missing.isEmpty())
+        GTEST_SKIP() << "not installed: " << missing.join(u", ").toStdString();
+    begin();
+    ASSERT_FALSE(HasFailure());
+    const QStringList before = topics();
+    // Two windows on the topics, side by side: the first topic goes behind the last, below the other window's heading.
+    screen->press({u"ctrl+2"_s, u"ctrl+2"_s, u"alt+f"_s, u"n"_s});
+    const std::optional<QPoint> target = screen->selectedBy({u"Home"_s});
+    screen->press({u"ctrl+shift+F6"_s});
+    const std::optional<QPoint> source = screen->selectedBy({u"Home"_s, u"Down"_s});
+    ASSERT_TRUE(target && source && take(u"20-nebeneinander"_s));
+    screen->dragRight(*source, *target, [&] { take(u"21-ziehen"_s); });
+    ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() != mainWindow; })) << "a question comes";
+    ASSERT_TRUE(take(u"22-verschieben"_s));
+    EXPECT_EQ(topics(), before);
+    screen->press({u"Return"_s});
+    EXPECT_TRUE(becomes(before.mid(1) + before.first(1))) << topics().join(u", "_s).toStdString();
+    ASSERT_TRUE(isBack() && take(u"23-verschoben"_s));
+    screen->press({u"ctrl+z"_s});
+    EXPECT_TRUE(becomes(before));
+}
