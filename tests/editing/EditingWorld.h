@@ -23,7 +23,11 @@ public:
     int given = 0;
     QStringList questions; ///< with OK and Cancel
 
+    std::function<void()> meanwhile; ///< what happens while the first question is open
+
     ui::Answer messageBox(const ui::Box& box) override {
+        if (box.buttons != ui::Buttons::Ok)
+            happen();
         switch (box.buttons) {
         case ui::Buttons::YesNo:
         case ui::Buttons::YesNoCancel:
@@ -41,19 +45,28 @@ public:
         }
     }
     std::optional<QString> inputBox(const QString& prompt, const QString&, const QString&) override {
+        happen();
         if (prompt.contains(QStringLiteral("Studiennummer")))
             return QStringLiteral("N%1").arg(++given);
         return next.isEmpty() ? QStringLiteral("Name %1").arg(++given) : next;
     }
     /// An editor that comes back after a failure is left.
     std::optional<QString> editText(const QString&, const QString& text) override {
+        happen();
         return boxes.empty() ? std::optional(text + QStringLiteral(" mehr")) : std::nullopt;
     }
     std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override {
+        happen();
         std::vector<int> places(order.lines.size());
         for (size_t i = 0; i < places.size(); ++i)
             places[i] = static_cast<int>(places.size() - 1 - i);
         return places;
+    }
+
+private:
+    void happen() {
+        if (const auto once = std::exchange(meanwhile, {}))
+            once();
     }
 };
 
