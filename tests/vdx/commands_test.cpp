@@ -67,6 +67,30 @@ TEST_F(Commands, listsShowWhatTheWindowsWillShow) {
                     u"V5;QX2020;;2020;Zufriedenheit;Satisfaction\r\n"_s);
 }
 
+TEST_F(Commands, searchFindsATermWhereItIsTold) {
+    const QString head = u"key;view;study;variable;text\r\n"_s;
+    const auto found = [&](const QStringList& more) {
+        const VdxResult result = run(QStringList{u"search"_s, u"@"_s} + more + QStringList{u"--format"_s, u"csv"_s});
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(result.err, QString());
+        return result.out;
+    };
+    EXPECT_EQ(found({u"v7"_s, u"--in"_s, u"variables"_s}), head + u"VAV7@@QX1919;1;QX1919;V7;QX1919, V7, V7\r\n"
+                                                                  "VAV7@@QX2020;1;QX2020;V7;QX2020, V7, V7\r\n"_s);
+    EXPECT_EQ(found({u"v*"_s, u"--and"_s, u"?6"_s, u"--in"_s, u"variables"_s}),
+              head + u"VAV6@@QX1919;1;QX1919;V6;QX1919, V6, V6\r\n"_s);
+    EXPECT_EQ(found({u"v8"_s, u"--or"_s, u"v9"_s, u"--in"_s, u"names,variables"_s}).count(u"\r\n"_s), 3);
+    EXPECT_EQ(found({u"v7"_s, u"--in"_s, u"names,descriptions"_s}), head);
+
+    const VdxResult refused = run({u"search"_s, u"@"_s, u"O'Neill"_s});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, QString());
+    EXPECT_TRUE(refused.err.contains(u"Anführungszeichen (')"_s)) << refused.err.toStdString();
+    EXPECT_EQ(run({u"search"_s, u"@"_s, u""_s}).status, 2);
+    EXPECT_EQ(run({u"search"_s, u"@"_s, u"a"_s, u"--and"_s, u"b"_s, u"--or"_s, u"c"_s}).status, 2);
+    EXPECT_EQ(run({u"search"_s, u"@"_s, u"a"_s, u"--in"_s, u"titles"_s}).status, 2);
+}
+
 TEST_F(Commands, badInputIsRefusedInTheSystemsWords) {
     QFile noDatabase(home_.path(u"text.mdb"_s));
     ASSERT_TRUE(noDatabase.open(QIODevice::WriteOnly));
