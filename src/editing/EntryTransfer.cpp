@@ -376,7 +376,9 @@ EditOutcome EntryTransfer::run() {
     const EditOutcome outcome = perform(edit);
     if (outcome != EditOutcome::Done)
         rest_->newKey.clear();
-    else if (rest_->moves() && rest_->crosses() && isSameEntry(SourceNode.key(), rest_->source.key))
-        SourceNode.set(rest_->newKey, SourceNode.english());
+    else if (rest_->moves() && rest_->crosses())
+        for (RememberedEntry* remembered : {&SourceNode, &ClipboardNode})
+            if (isSameEntry(remembered->key(), rest_->source.key))
+                remembered->set(rest_->newKey, remembered->english());
     return outcome;
 }

@@ -124,7 +124,7 @@ bool MouseDrag::eventFilter(QObject* watched, QEvent* event) {
 }
 
 /// Keys go to whoever has the keyboard, and a window may be lost that is none of ours.
-bool MouseDrag::ofProgram(QObject* watched, const QEvent& event) {
+bool MouseDrag::ofProgram(QObject* watched, QEvent& event) {
     if (!shown_)
         return false;
     switch (event.type()) {
@@ -132,7 +132,9 @@ bool MouseDrag::ofProgram(QObject* watched, const QEvent& event) {
     case QEvent::KeyPress:
         if (static_cast<const QKeyEvent&>(event).key() != Qt::Key_Escape)
             return false;
-        giveUp();
+        event.accept(); // it is nobody's shortcut
+        if (event.type() == QEvent::KeyPress)
+            giveUp();
         return true;
     case QEvent::WindowDeactivate:
     case QEvent::WindowBlocked:
@@ -192,6 +194,8 @@ bool MouseDrag::release(const QMouseEvent& event) {
     where_ = event.globalPosition().toPoint();
     const MouseDrag* target = under(where_);
     const DragPlace place = target ? target->placeAt(where_) : DragPlace();
+    if (gBusy > 0 && dragFollower())
+        dragFollower()->cancel();
     onGesture([&] {
         if (dragFollower())
             dragFollower()->release(place);

@@ -43,7 +43,7 @@ private:
     bool press(const QMouseEvent& event);
     bool move(const QMouseEvent& event);
     bool release(const QMouseEvent& event);
-    bool ofProgram(QObject* watched, const QEvent& event);
+    bool ofProgram(QObject* watched, QEvent& event);
     void begin();
     void follow();
     void markTarget(MouseDrag* target);

@@ -11,6 +11,7 @@
 
 #include <QFile>
 #include <gtest/gtest.h>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using ui::Answer;
@@ -253,6 +254,45 @@ TEST_F(CopyMove, ANumberThatCannotBeTakenLeavesEverythingAsItWas) {
     asker.answer(Answer::Cancel);
     EXPECT_FALSE(dropEntry(studies, u"AG001"_s, studies, u"A0"_s, copying));
     EXPECT_EQ(everything(), before);
+}
+
+/// A progress window whose user has seen enough at a certain step.
+class Stopping : public ui::ProgressView {
+public:
+    Stopping(int after, QStringList& labels) : after_(after), labels_(labels) {}
+    bool show(const QString& text, int, int) override {
+        labels_ << text;
+        return --after_ > 0;
+    }
+
+private:
+    int after_;
+    QStringList& labels_;
+};
+
+TEST_F(CopyMove, WhateverStepItIsStoppedAtNothingIsWritten) {
+    open();
+    const QStringList before = everything();
+    const int patience = std::exchange(ui::Progress::patience, 0);
+    QStringList labels;
+    for (int after = 1; after <= 3; ++after) {
+        labels.clear();
+        asker.onProgress = [&](bool) { return std::make_unique<Stopping>(after, labels); };
+        asker.answer(Answer::Ok);
+        EXPECT_FALSE(dropEntry(categories, u"B1"_s, trends, u"C1"_s, moving));
+        EXPECT_EQ(everything(), before);
+        EXPECT_TRUE(categories.tree.find(u"B3"_s));
+        EXPECT_FALSE(trends.tree.find(u"C2"_s));
+        EXPECT_EQ(labels, (QStringList{u" 'Einstellungen' verschieben..."_s, u" 'Vertrauen' verschieben..."_s,
+                                       u"Ansicht aktualisieren..."_s})
+                              .first(after));
+        labels.clear();
+        asker.answer(Answer::Ok);
+        EXPECT_FALSE(dropRows(categories, u"B1"_s, categories, u"B2"_s, copying));
+        EXPECT_EQ(everything(), before);
+        EXPECT_EQ(labels.front(), u"Variable 'V5' aus Studie 'QX1919' kopieren..."_s);
+    }
+    ui::Progress::patience = patience;
 }
 
 TEST_F(CopyMove, WhatAnotherProgramHasChangedMeanwhileIsNotWritten) {
