@@ -46,7 +46,7 @@ bool isHeld(Qt::MouseButtons buttons) {
 
 MouseDrag::MouseDrag(QAbstractItemView& view, DragPlace::Part part, ExplorerModel& model,
                      std::function<std::vector<int>()> selectedRows)
-    : QObject(&view), view_(view), place_{part, &model, {}, std::move(selectedRows)} {
+    : QObject(&view), view_(view), port_(view.viewport()), place_{part, &model, {}, std::move(selectedRows)} {
     view.viewport()->installEventFilter(this);
     ticks_.setInterval(interval);
     connect(&ticks_, &QTimer::timeout, this, [this] { follow(); });
@@ -101,7 +101,7 @@ int MouseDrag::edgeAt(const QPoint& where) const {
 }
 
 bool MouseDrag::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != view_.viewport())
+    if (watched != port_)
         return ofProgram(watched, *event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:

@@ -26,6 +26,7 @@ protected:
 
 private:
     QAbstractItemView& view_;
+    const QObject* const port_; ///< the viewport, which outlives what makes the view one
     DragPlace place_;
     bool pressed_ = false; ///< the button that went down here is held, whatever has become of the drag
     bool shown_ = false;   ///< something is being dragged from here
