@@ -71,7 +71,7 @@ TEST_F(Undo, GoesStepByStepUntilSomethingNewIsDoneOrTheCatalogueCloses) {
 }
 
 TEST_F(Undo, LiesInAFileOnceItIsLarge) {
-    const qint64 before = std::exchange(HistoryStore::mostInMemory, 4000);
+    const qint64 before = std::exchange(HistoryStore::mostInMemory, 1000);
     const QString first = digest();
     QStringList after;
     for (int i = 0; i < 12; ++i) {
@@ -91,6 +91,20 @@ TEST_F(Undo, LiesInAFileOnceItIsLarge) {
     EXPECT_EQ(digest(), first);
     for (const QString& one : after)
         EXPECT_TRUE(history().redo() && digest() == one);
+    // No room for it is known before anything is in the catalogue.
+    while (history().undo())
+        ;
+    history().clear();
+    HistoryStore::mostInMemory = 10;
+    const QByteArray folder = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/dev/null");
+    ASSERT_TRUE(categories.select(u"B50"_s));
+    EXPECT_FALSE(deleteEntry(categories));
+    qputenv("TMPDIR", folder);
+    EXPECT_EQ(asker.texts().filter(u"Not enough space"_s).size(), 1);
+    EXPECT_EQ(digest(), first);
+    EXPECT_EQ(differences(), QString());
+    EXPECT_TRUE(deleteEntry(categories) && history().undo());
     HistoryStore::mostInMemory = before;
 }
 

@@ -2,8 +2,8 @@
 
 #include "platform/dao/Error.h"
 #include "platform/dao/SqlText.h"
-#include "platform/dao/SqliteError.h"
 
+#include <QDir>
 #include <QIODevice>
 #include <QScopedValueRollback>
 
@@ -63,7 +63,7 @@ ChangeSet FileRecorder::take(QIODevice& device) {
     const int result = sqlite3session_changeset_strm(session_, write, &device);
     if (result == SQLITE_FULL)
         raiseEngineErrorInWords(
-            noRoom, u"Not enough space on disk in '%1', the folder for temporary files."_s.arg(temporaryFolder()));
+            noRoom, u"Not enough space on disk in '%1', the folder for temporary files."_s.arg(QDir::tempPath()));
     if (result != SQLITE_OK)
         file_->connection().raise(result, Purpose::Write);
     changes.size = device.size() - changes.begin;
