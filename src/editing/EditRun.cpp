@@ -8,6 +8,7 @@
 #include "platform/dao/Transaction.h"
 #include "platform/ui/Asker.h"
 
+#include <QScopedValueRollback>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -36,8 +37,9 @@ void requireComplete(const dao::ChangeRecorder& recorder) {
 } // namespace
 
 EditOutcome perform(const PlannedEdit& edit) {
-    if (!mayEdit())
+    if (history().isWriting || !mayEdit())
         return EditOutcome::Stopped;
+    const QScopedValueRollback writing(history().isWriting, true);
     const dao::DatabasePtr catalogue = gDatabase.CurrentDatabase();
     QStringList unrecordable;
     if (!attempt([&] { unrecordable = catalogue->unrecordable(edit.tables); }))

@@ -8,6 +8,8 @@
 #include "platform/dao/Transaction.h"
 #include "platform/ui/Asker.h"
 
+#include <QScopedValueRollback>
+
 using namespace Qt::StringLiterals;
 
 History& history() {
@@ -83,8 +85,9 @@ void History::add(Step step) {
 
 bool History::go(dao::ChangeWay way) {
     const Step* const step = next(way);
-    if (!step || !mayEdit())
+    if (isWriting || !step || !mayEdit())
         return false;
+    const QScopedValueRollback writing(isWriting, true);
     const ui::WaitPointer wait;
     const BusyScope busy;
     const bool back = way == dao::ChangeWay::Back;

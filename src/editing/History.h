@@ -41,6 +41,9 @@ public:
     /// After the commit: what could be done again no longer can.
     void add(Step step);
     bool isInMemory() const { return store_.isInMemory(); }
+    /// True while an edit is being written, taken back or done again: its progress gives event turns, in which no other
+    /// may begin.
+    bool isWriting = false;
 
 private:
     std::vector<Step> steps_;

@@ -2,6 +2,7 @@
 
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
+#include "editing/History.h"
 #include "explorer/ExplorerModel.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
@@ -72,6 +73,21 @@ TEST_F(Edit, IsInTheCatalogueAndInOpenExplorersOrInNeither) {
     EXPECT_EQ(perform(rename), EditOutcome::Done);
     EXPECT_EQ(inCatalogue(), u"Neu"_s);
     EXPECT_EQ(model.tree.find(u"B1"_s)->Text, u"Neu"_s);
+    // Its progress gives event turns: nothing begins in one.
+    PlannedEdit turns = rename;
+    turns.write = [this](CatalogueChanges&) {
+        EXPECT_EQ(perform(rename), EditOutcome::Stopped);
+        EXPECT_FALSE(history().undo());
+        return false;
+    };
+    EXPECT_EQ(perform(turns), EditOutcome::Stopped);
+    EXPECT_EQ(inCatalogue(), u"Neu"_s);
+    // What is written but not named could not be taken back with the rest.
+    PlannedEdit incomplete = rename;
+    incomplete.tables = {u"tkey_Study"_s};
+    EXPECT_EQ(perform(incomplete), EditOutcome::Failed);
+    EXPECT_TRUE(history().undo());
+    EXPECT_EQ(inCatalogue(), before);
 }
 
 } // namespace
