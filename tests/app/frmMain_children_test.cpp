@@ -301,6 +301,8 @@ TEST_F(MainWindow, TheOptionsOfTheChartAreThereWhileOneIsInView) {
         tabs->setCurrentIndex(tab);
         settle();
         EXPECT_EQ(enabled(options), tab == 2) << tab;
+        Q_EMIT main->findChild<QMenu*>(u"mnuEdit"_s)->aboutToShow();
+        EXPECT_EQ(enabled(u"mnuEditShowPosition"_s), tab == 1) << "rows of the table in front";
         if (tab != 2)
             continue;
         QTimer::singleShot(0, analysis, [] {
