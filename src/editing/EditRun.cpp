@@ -70,7 +70,7 @@ EditOutcome perform(const PlannedEdit& edit) {
             history().add(std::move(step));
         else
             history().clear();
-        announce(changes);
+        attempt([&] { announce(changes); }); // what cannot be shown is written all the same
     } else if (outcome == EditOutcome::Changed) {
         ui::asker().messageBox({.text = TranslateText(u"Der Eintrag wurde inzwischen von einem anderen Programm "
                                                       "geändert. Es wurde nichts geschrieben."_s),

@@ -262,13 +262,13 @@ bool describeEntry(ExplorerModel& model, const ViewTables& tables, const QString
     const Written written = describeAndWrite(name, text, [&](const std::optional<QString>& edited, bool again) {
         change.description = edited && *edited != offered ? std::optional(storedDescription(*edited)) : std::nullopt;
         if (again) {
+            change.basis = EditBasis().entry(tables.nodeKey(change.key));
             const std::optional<Content> now = contentOf(tables, change.key);
             if (!now) {
                 tellNotFound();
                 return Written::No;
             }
             change.before = *now;
-            change.basis = EditBasis().entry(tables.nodeKey(change.key));
         }
         if (change.isNone())
             return Written::Yes;
@@ -282,11 +282,11 @@ bool describeEntry(ExplorerModel& model, const ViewTables& tables, const QString
 
 bool rename(ExplorerModel& model, const CatalogueNode& node, const ViewTables& tables) {
     const QString key = node.id(), text = node.Text, title = TranslateText(u"Umbenennen"_s);
+    Change change{
+        .key = key, .before = {}, .basis = EditBasis().entry(node.Key), .name = {}, .description = {}, .group = {}};
     const std::optional<Content> before = contentOf(tables, key);
     if (before && !isAsShown(node, tables))
         return false;
-    Change change{
-        .key = key, .before = {}, .basis = EditBasis().entry(node.Key), .name = {}, .description = {}, .group = {}};
     const QString name =
         ask(u'\'' + askedName(text) + u"'\r\n"_s + TranslateText(u"Bitte geben Sie den neuen Namen ein:"_s) + u' ',
             title, text);
@@ -338,6 +338,7 @@ bool editDescription(ExplorerModel& model) {
         if (isRefused(tables.view))
             return false;
         const QString key = node.id(), name = node.Text;
+        const EditBasis basis = EditBasis().entry(node.Key);
         const std::optional<Content> before = contentOf(tables, key);
         if (!before) {
             tellNotFound();
@@ -345,12 +346,8 @@ bool editDescription(ExplorerModel& model) {
         }
         if (!isAsShown(node, tables))
             return false;
-        return describeEntry(model, tables, TranslateText(u"Beschreibung bearbeiten"_s), name,
-                             {.key = key,
-                              .before = *before,
-                              .basis = EditBasis().entry(tables.nodeKey(key)),
-                              .name = {},
-                              .description = {},
-                              .group = {}});
+        return describeEntry(
+            model, tables, TranslateText(u"Beschreibung bearbeiten"_s), name,
+            {.key = key, .before = *before, .basis = basis, .name = {}, .description = {}, .group = {}});
     });
 }

@@ -44,7 +44,7 @@ void tellNotFound() {
 }
 
 void goTo(ExplorerModel& model, const QString& nodeKey) {
-    model.reveal(nodeKey);
+    attempt([&] { model.reveal(nodeKey); }); // the edit is written, whatever can be shown of it
 }
 
 } // namespace entryEdit

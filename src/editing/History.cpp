@@ -124,7 +124,7 @@ bool History::go(dao::ChangeWay way) {
     if (!finished)
         return false;
     done_ = back ? done_ - 1 : done_ + 1;
-    announce(changes);
+    attempt([&] { announce(changes); }); // what cannot be shown is written all the same
     if (onChange)
         onChange();
     return true;
