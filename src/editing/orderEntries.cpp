@@ -23,7 +23,8 @@ struct Line {
 std::vector<Line> linesOf(const CatalogueNode& parent) {
     std::vector<Line> lines;
     for (const CatalogueNode* sibling : parent.Children)
-        lines.push_back({sibling->id(), sibling->Text});
+        // What a window of the other language shows without a text is told by its key.
+        lines.push_back({sibling->id(), sibling->Text.isEmpty() ? sibling->id() : sibling->Text});
     return lines;
 }
 

@@ -300,6 +300,21 @@ TEST_F(Entries, AreOrderedByTitleInAStudyView) {
     EXPECT_EQ(rows(u"SELECT id_StudyNo, [Order] FROM tkey_Study WHERE fid = '0' ORDER BY id_StudyNo"_s),
               u"G001|2;QX2020|1;QX3000|1;QX4000|1;QX5000|4"_s);
     EXPECT_EQ(model.state.selectedKey, u"AQX3000"_s);
+    // Those that a window of the other language shows without a text yet are no studies of one title.
+    ExplorerModel other;
+    gOptions.EnglishLanguage = true;
+    other.open(1);
+    gOptions.EnglishLanguage = false;
+    asker.input(u"Eins"_s).input(u"N1"_s).answer(ui::Answer::Yes).edited({});
+    asker.input(u"Zwei"_s).input(u"N2"_s).answer(ui::Answer::Yes).edited({});
+    open(u"AG001"_s);
+    EXPECT_TRUE(newEntry(model));
+    EXPECT_TRUE(model.select(u"AG001"_s, true) && newEntry(model));
+    asker.order(std::vector{0, 2, 1});
+    EXPECT_TRUE(other.select(u"AN1"_s, true) && showPosition(other));
+    EXPECT_EQ(asker.orders.back().lines.join(u'|'), u"Survey 1919|N1|N2"_s);
+    EXPECT_EQ(rows(u"SELECT id_StudyNo, [Order] FROM tkey_Study WHERE fid = 'G001' ORDER BY id_StudyNo"_s),
+              u"N1|3;N2|2;QX1919|1"_s);
 }
 
 TEST_F(Entries, SayWhyTheyStayAsTheyAre) {
