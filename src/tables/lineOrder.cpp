@@ -21,8 +21,10 @@ QString headOf(const ResultTable& table, TableLines lines, int line) {
     if (lines == TableLines::Columns)
         return table.Tag == TableKind::Crosstab ? joined(table.Cell(line, 0), table.Cell(line, 1))
                                                 : table.Cell(line, 0);
-    return table.Tag == TableKind::Descriptives ? table.shownCell(0, line)
-                                                : joined(table.Cell(0, line), table.Cell(1, line));
+    if (table.Tag != TableKind::Descriptives)
+        return joined(table.Cell(0, line), table.Cell(1, line));
+    // Without groups a row is a statistic, whose title stands before its value.
+    return table.shownCell(std::max(0, table.shape.columns.first - 1), line);
 }
 
 /// Place that a line at `index` comes to. @param first line of the data
