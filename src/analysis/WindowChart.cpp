@@ -4,6 +4,7 @@
 #include "app/globals.h"
 
 #include <algorithm>
+#include <numeric>
 #include <tuple>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +36,16 @@ bool drawsTheSame(const Options& a, const Options& b) {
         return std::tuple(o.IncludeMissing, o.MaxItems, o.TakeAbsolutValues, o.GraphColor, o.TrendGraphLine);
     };
     return drawn(a) == drawn(b);
+}
+
+/// Whatever order the user has put them in. A view of a crosstab may lack rows: they count as they stand.
+std::vector<int> placesAsMade(const TableResult& result) {
+    const bool columns = result.mfgGrid.Tag == TableKind::Comparison;
+    if (result.mfgGrid.Tag != TableKind::Crosstab)
+        return result.placesAsMade(columns ? TableLines::Columns : TableLines::Rows);
+    std::vector<int> places(static_cast<size_t>(result.mfgGrid.shape.rows.count()));
+    std::iota(places.begin(), places.end(), 0);
+    return places;
 }
 
 /// "(N=...)" in the title of a result; empty without it.
@@ -122,7 +133,7 @@ void WindowChart::drawWith(Build makeChart, const TableResult& result, int view,
         return;
     }
     forgetOthers(result, options);
-    source_ = Source{result.mfgGrid, result.lblLabel, view, options, gLanguage};
+    source_ = Source{result.mfgGrid, result.lblLabel, view, options, gLanguage, placesAsMade(result)};
     model_ = automatic_ = makeChart({source_->table, source_->caption, view, result.facts->origin, options}, prompt);
     if (automatic_.isEmpty())
         state_ = State::NoValues;
@@ -188,7 +199,9 @@ WindowChart::ItemKey WindowChart::keyOf(int place) const {
     const int null = columns ? table.shape.nullColumn : table.shape.nullRow;
     const auto codeAt = [&](int i) { return columns ? table.Cell(i, 0) : table.Cell(0, i); };
     ItemKey key{codeAt(place), place == null, 0};
-    for (int i = data.first; i < place; ++i)
-        key.nth += codeAt(i) == key.code && (i == null) == key.null;
+    const std::vector<int>& places = source_->places;
+    const auto madeAt = [&](int i) { return places[static_cast<size_t>(i - data.first)]; };
+    for (int i = data.first; i <= data.last; ++i)
+        key.nth += madeAt(i) < madeAt(place) && codeAt(i) == key.code && (i == null) == key.null;
     return key;
 }

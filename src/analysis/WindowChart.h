@@ -58,7 +58,7 @@ public:
     Picture picture;
 
 private:
-    /// By what an item is found again: its value, and which it is of those that look alike.
+    /// By what an item is found again: its value, and which it is of those that look alike, as they were made.
     struct ItemKey {
         QString code;
         bool null = false; ///< system-missing
@@ -88,6 +88,7 @@ private:
         int view = 0;
         Options options;
         qint16 language = 0;
+        std::vector<int> places; ///< for each row, in a comparison column, of data the place that it was made at
     };
     using Build = ChartModel (*)(const ChartSource&, const StartPrompt&);
 

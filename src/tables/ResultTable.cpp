@@ -121,12 +121,12 @@ void ResultTable::addNote(const TableNote& note) {
         notes.push_back(note);
 }
 
-void ResultTable::removeNote(const TableNote& note) {
-    std::erase(notes, note);
-}
-
-TableNote TableNote::ofOrder() {
-    return {u"Die Reihenfolge der Zeilen oder Spalten wurde von Hand geändert."_s, {}};
+void ResultTable::noteOrder(bool byHand, const QString& first) {
+    const QString ofLines = u"Die Reihenfolge der Zeilen oder Spalten wurde von Hand geändert."_s;
+    const QString ofEntries = u"Die Reihenfolge der Einträge wurde von Hand geändert; der erste ist: %1"_s;
+    std::erase_if(notes, [&](const TableNote& note) { return note.sentence == ofLines || note.sentence == ofEntries; });
+    if (byHand)
+        notes.push_back(first.isEmpty() ? TableNote{ofLines, {}} : TableNote{ofEntries, first});
 }
 
 TableNote TableNote::ofLookAlikes() {

@@ -13,8 +13,6 @@ struct TableNote {
 
     /// Several values look alike and differ in the data.
     static TableNote ofLookAlikes();
-    /// The user has put rows or columns into another order.
-    static TableNote ofOrder();
 
     /// In the language in force.
     QString text() const;
@@ -98,7 +96,9 @@ public:
     void removeRow(int row);
     /// Adds a note once.
     void addNote(const TableNote& note);
-    void removeNote(const TableNote& note);
+    /// Notes that the user has put rows or columns into another order, or that they stand as they were made.
+    /// @param first head of the entry that a comparison was begun with; empty while it stands first
+    void noteOrder(bool byHand, const QString& first);
     /// Exchanges comma and point in every cell from a row and column on.
     void exchangeSeparators(int firstColumn, int firstRow);
 

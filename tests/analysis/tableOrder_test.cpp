@@ -205,6 +205,36 @@ TEST_F(TableOrder, TheEntriesOfAComparisonTakeTheirNumbersAlong) {
     EXPECT_EQ(model.tableState(), TableState::Current);
 }
 
+/// Two entries of one head are told apart by what the user calls them in the chart.
+TEST_F(TableOrder, WhatTheChartCallsAnEntryGoesWithItsNumbers) {
+    gOptions.HeaderAddFilter = false;
+    model.edit().chooseMode(AnalysisMode::Comparison);
+    for (const QString& filter : {QString(), u"V7=1"_s}) {
+        ASSERT_TRUE(model.edit().StudyClick(u"QX1919"_s));
+        ASSERT_TRUE(model.edit().chooseVariable(u"V5"_s));
+        if (!filter.isEmpty())
+            model.edit().chooseFilterText(filter);
+        model.comparison().cmd_AddTrend();
+    }
+    model.changeTab(1);
+    ASSERT_EQ(grid().Cell(3, 0), grid().Cell(4, 0));
+    const QString all = grid().Cell(3, grid().shape.sumRow);
+    ASSERT_NE(grid().Cell(4, grid().shape.sumRow), all);
+    model.changeTab(2);
+    LabelTable labels = model.chart().labelTable();
+    labels.items.at(0).label = u"Alle"_s;
+    model.changeChart(labels);
+    model.changeTab(1);
+    ASSERT_TRUE(order(TableLines::Columns, {1, 0}));
+    EXPECT_EQ(result().notes().last(),
+              u"Die Reihenfolge der Einträge wurde von Hand geändert; der erste ist: "_s + grid().Cell(3, 0));
+    model.changeTab(2);
+    labels = model.chart().labelTable();
+    EXPECT_EQ(grid().Cell(labels.items.at(1).place, grid().shape.sumRow), all);
+    EXPECT_EQ(labels.items.at(1).label, u"Alle"_s);
+    EXPECT_NE(labels.items.at(0).label, u"Alle"_s);
+}
+
 TEST_F(TableOrder, IsOfferedWhereThereIsSomethingToOrder) {
     EXPECT_FALSE(model.canOrder());
     table(AnalysisMode::Frequency, u"V6"_s);
@@ -226,6 +256,7 @@ TEST_F(TableOrder, IsOfferedWhereThereIsSomethingToOrder) {
     for (int i = static_cast<int>(result().orderable(TableLines::Rows).size()) - 1; i >= 0; --i)
         turned.push_back(i);
     ASSERT_TRUE(order(TableLines::Rows, turned));
+    EXPECT_TRUE(asker.orders.back().lines.contains(u"ArithmeticMean"_s));
     EXPECT_EQ(rows(grid()).at(1), statistics.at(static_cast<qsizetype>(turned.size())));
     EXPECT_EQ(model.tableState(), TableState::Current);
 }

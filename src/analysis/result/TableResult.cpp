@@ -9,19 +9,16 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// The places of a table that is as it was made.
-std::vector<int> placesAsMade(const ResultTable& table, TableLines lines) {
-    std::vector<int> places(static_cast<size_t>(headsOf(table, lines).size()));
-    std::iota(places.begin(), places.end(), 0);
-    return places;
-}
-
-} // namespace
-
 QStringList TableResult::orderable(TableLines lines) const {
     return facts && facts->complete ? headsOf(mfgGrid, lines) : QStringList();
+}
+
+std::vector<int> TableResult::placesAsMade(TableLines lines) const {
+    if (made)
+        return lines == TableLines::Rows ? made->rows : made->columns;
+    std::vector<int> places(static_cast<size_t>(headsOf(marked(), lines).size()));
+    std::iota(places.begin(), places.end(), 0);
+    return places;
 }
 
 void TableResult::order(TableLines lines, const std::vector<int>& order) {
@@ -31,27 +28,44 @@ void TableResult::order(TableLines lines, const std::vector<int>& order) {
         *now = *made;
     else
         *now = {{mfgGrid, mfgGrid2, mfgGrid3, mfgGrid4, mfgGrid5},
-                facts,
-                placesAsMade(marked(), TableLines::Rows),
-                placesAsMade(marked(), TableLines::Columns)};
+                facts->origin.cases,
+                placesAsMade(TableLines::Rows),
+                placesAsMade(TableLines::Columns)};
     std::vector<int>& places = lines == TableLines::Rows ? now->rows : now->columns;
     if (!places.empty()) {
         const std::vector<int> before = places, change = orderLike(heads, order, ofMarked);
         std::ranges::transform(change, places.begin(), [&](int place) { return before[static_cast<size_t>(place)]; });
     }
+    // Notes and lines below a comparison speak of its first entry, which need not stand first any more.
+    const bool entries = mfgGrid.Tag == TableKind::Comparison && !isInOrder(now->columns);
     const bool byHand = !isInOrder(now->rows) || !isInOrder(now->columns);
+    const QString first = entries ? headsOf(now->tables[0], TableLines::Columns).value(0) : QString();
     for (ResultTable* table : tables()) {
         orderLines(*table, lines, orderLike(heads, order, headsOf(*table, lines)));
         if (table->Tag == TableKind::Frequency && lines == TableLines::Rows)
             cumulateAnew(*table, facts->origin.options.CommaInPercent);
-        if (byHand)
-            table->addNote(TableNote::ofOrder());
-        else
-            table->removeNote(TableNote::ofOrder());
+        table->noteOrder(byHand, first);
     }
     if (facts->origin.cases.size() == mfgGrid.shape.cases.size())
         facts->origin.cases = mfgGrid.shape.cases;
     made = byHand ? std::move(now) : nullptr;
+}
+
+ResultTable TableResult::markedAsMade() const {
+    if (!made)
+        return marked();
+    const bool crosstab = mfgGrid.Tag == TableKind::Crosstab;
+    ResultTable then = made->tables[crosstab ? 4 : 0];
+    if (mfgGrid.Tag == TableKind::Descriptives)
+        return then;
+    const TableShape& shape = marked().shape;
+    for (int i = 0; i < shape.rows.count(); ++i)
+        then.setCell(markColumn, shape.rows.first + made->rows[static_cast<size_t>(i)],
+                     marked().Cell(markColumn, shape.rows.first + i));
+    for (int i = 0; crosstab && i < shape.columns.count(); ++i)
+        then.setCell(shape.columns.first + made->columns[static_cast<size_t>(i)], markRow,
+                     marked().Cell(shape.columns.first + i, markRow));
+    return then;
 }
 
 TableResult TableResult::asMade() const {
@@ -60,24 +74,15 @@ TableResult TableResult::asMade() const {
         return result;
     for (size_t i = 0; i < made->tables.size(); ++i)
         *result.tables()[i] = made->tables[i];
-    result.facts = made->facts;
+    (mfgGrid.Tag == TableKind::Crosstab ? result.mfgGrid5 : result.mfgGrid) = markedAsMade();
+    if (result.facts)
+        result.facts->origin.cases = made->cases;
     result.made.reset();
-    const bool crosstab = mfgGrid.Tag == TableKind::Crosstab;
-    ResultTable& then = crosstab ? result.mfgGrid5 : result.mfgGrid;
-    if (mfgGrid.Tag == TableKind::Descriptives)
-        return result;
-    const TableShape& shape = marked().shape;
-    for (int i = 0; i < shape.rows.count(); ++i)
-        then.setCell(markColumn, shape.rows.first + made->rows[static_cast<size_t>(i)],
-                     marked().Cell(markColumn, shape.rows.first + i));
-    for (int i = 0; crosstab && i < shape.columns.count(); ++i)
-        then.setCell(shape.columns.first + made->columns[static_cast<size_t>(i)], markRow,
-                     marked().Cell(shape.columns.first + i, markRow));
     return result;
 }
 
 Marks TableResult::shownMarks() const {
-    return made ? Marks::of(asMade().marked()) : Marks::of(marked());
+    return made ? Marks::of(markedAsMade()) : Marks::of(marked());
 }
 
 Marks TableResult::marksInForce() const {

@@ -90,7 +90,7 @@ struct TableResult {
     /// The tables as they were made, while the user has them in another order.
     struct Made {
         std::array<ResultTable, 5> tables;
-        std::optional<TableFacts> facts;
+        std::vector<StatedCases> cases; ///< of the facts' origin
         std::vector<int> rows, columns; ///< for each place of the marked table the place of then
     };
     std::shared_ptr<const Made> made;
@@ -112,6 +112,10 @@ struct TableResult {
     void order(TableLines lines, const std::vector<int>& order);
     /// With rows and columns as they were when the tables were made; marks are those of now.
     TableResult asMade() const;
+    /// The table that bears the marks, likewise.
+    ResultTable markedAsMade() const;
+    /// For each row or column of data of the table that bears the marks the place that it was made at.
+    std::vector<int> placesAsMade(TableLines lines) const;
     /// The marks that the table shows, by the places that its values were made in.
     Marks shownMarks() const;
     /// The marks that are to hold at a new calculation: what the user has clicked, else those that the run took.
