@@ -18,6 +18,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTextBlock>
 #include <QTextEdit>
@@ -276,6 +277,33 @@ TEST_F(frmFindTest, StopsByKeyAndWaitsForARefillingAndForADialog) {
     wait();
     EXPECT_EQ(status(), u"(abgebrochen)"_s);
     EXPECT_TRUE(find<QPushButton>(u"cmd_Find"_s)->isEnabled());
+}
+
+TEST_F(frmFindTest, LetsOnlyStopAndClosingThroughWhileAStatementRuns) {
+    gDatabase.CurrentDatabase()->Execute(
+        u"UPDATE tkey_Variable SET dt_QuestionText = '%1'"_s.arg(QString(100'000, u'q')));
+    only({20});
+    const QString slow = u"q?"_s.repeated(20) + u'x';
+    const QPointer<QWidget> alive = window;
+    int turns = 0;
+    asker.onEventTurn = [&] {
+        EXPECT_TRUE(RunGuard::running());
+        if (++turns > 1)
+            return;
+        QTest::keyClick(find<QComboBox>(u"txtFind"_s)->lineEdit(), Qt::Key_X);
+        EXPECT_EQ(find<QComboBox>(u"txtFind"_s)->currentText(), slow);
+        QTest::mouseClick(find<QPushButton>(u"cmd_Close"_s), Qt::LeftButton);
+        EXPECT_TRUE(alive) << "closed under its own statement";
+    };
+    type(u"txtFind"_s, slow);
+    QTest::keyClick(find<QComboBox>(u"txtFind"_s)->lineEdit(), Qt::Key_Return);
+    for (QDeadlineTimer end(10000); alive && !end.hasExpired();)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    settle();
+    EXPECT_GE(turns, 1);
+    EXPECT_FALSE(alive);
+    EXPECT_FALSE(RunGuard::running());
+    EXPECT_EQ(gBusy, 0);
 }
 
 TEST_F(frmFindTest, OffersTheLastTermsAgain) {

@@ -97,6 +97,30 @@ TEST_F(MemoTest, MemosStayInTheFileUntilTheyAreRead) {
     dao::engineSettings().mostResultBytes = limit;
 }
 
+TEST_F(MemoTest, ColumnsThatNobodyAskedForAreNotRead) {
+    database_->Execute(u"UPDATE v SET graph = '%1'"_s.arg(QString(80'000, u'ä')));
+    const auto limit = std::exchange(dao::engineSettings().mostResultBytes, 100'000);
+    const QString statement = u"SELECT * FROM v WHERE graph LIKE '*ä*' ORDER BY place DESC;"_s;
+    const auto names = [](dao::Recordset& rows) {
+        QStringList all;
+        for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
+            all << rows.text(u"Name"_s);
+        return all.join(u',');
+    };
+    const auto rows = database_->OpenColumns(statement, {u"PLACE"_s, u"name"_s, u"Name"_s});
+    ASSERT_EQ(rows->Fields().size(), 2u);
+    EXPECT_EQ(rows->Fields()[0].Name, u"place"_s);
+    EXPECT_EQ(names(*rows), u"V1,V2,V3,V4"_s);
+    EXPECT_FALSE(rows->Updatable());
+    database_->Execute(u"DELETE FROM v WHERE name = 'V2'"_s);
+    EXPECT_EQ(names(*rows), u"V1,V2,V3,V4"_s);
+    rows->Requery();
+    EXPECT_EQ(names(*rows), u"V1,V3,V4"_s);
+    EXPECT_EQ(errorOf([&] { database_->OpenColumns(statement, {u"name"_s, u"graph"_s}); }), 3035);
+    EXPECT_EQ(errorOf([&] { database_->OpenColumns(statement, {u"nobody"_s}); }), 3061);
+    dao::engineSettings().mostResultBytes = limit;
+}
+
 TEST_F(MemoTest, AMemoIsReadAsTheFileHasItByThen) {
     const auto rows = variables();
     EXPECT_EQ(graphs(*rows), u"graph 4,~,graph 2,graph 1"_s);
