@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
 #include "catalogue/mdDataBase.h"
+#include "config/Options.h"
 #include "platform/dao/DBEngine.h"
 #include "search/hitTarget.h"
 #include "support/PrintQt.h"
@@ -165,6 +166,24 @@ TEST_F(ExtendedSearchTest, ReportsARefusedStatementOnceAndEnds) {
     find(QString(70000, u'x')); // three times in one statement
     EXPECT_LE(asker.boxes.size(), 1u);
     EXPECT_FALSE(search.isRunning());
+}
+
+TEST_F(ExtendedSearchTest, TellsOfAFolderThatIsGoneWhereThePathIsPutRight) {
+    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
+    const dao::TableDefPtr link = database->CreateTableDef(u"tkey_Gone"_s);
+    link->setConnect(u";DATABASE="_s + home.path() + u"/nowhere/away.mdb"_s);
+    link->setSourceTableName(u"tkey_Gone"_s);
+    database->TableDefs().Append(link);
+    gViews.set(2, ViewTable::Table, u"Gone"_s);
+    gOptions.DatabasePath = u"C:\\Daten"_s;
+    gOptions.DatabaseName = u"away.mdb"_s;
+    only({1, 18});
+    find(u"V"_s);
+    EXPECT_EQ(asker.texts(), QStringList{u"Pfad zur Datenbank C:\\Daten\\away.mdb nicht gefunden!\r\n"
+                                         "Geben Sie in den Optionen den korrekten Pfad an."_s});
+    EXPECT_EQ(search.state(), ExtendedSearch::State::Failed);
+    EXPECT_EQ(search.status(), u"(nicht zu Ende geführt)"_s);
+    gOptions = {};
 }
 
 TEST_F(ExtendedSearchTest, SurvivesAnEditAndTheEndOfTheCatalogueBetweenTwoSlices) {
