@@ -49,13 +49,14 @@ bool askIsGroup(const QString& title, bool isGroup) {
 
 /// Asks for a description and writes with it. After a write that failed the dialog comes back with what was typed,
 /// until it is written or the user cancels.
+/// @param kept what the entry has anyway
 /// @param text that the dialog begins with, and what the user leaves it at
 /// @param write gets the text, nothing where the dialog was cancelled, and whether a write has failed before
-Written describeAndWrite(const QString& name, QString& text,
+Written describeAndWrite(const QString& name, const QString& kept, QString& text,
                          const std::function<Written(const std::optional<QString>&, bool again)>& write) {
     const QString caption = TranslateText(u"Beschreibung eingeben für"_s) + u" '"_s + askedName(name) + u'\'';
     for (bool again = false;; again = true) {
-        const std::optional<QString> edited = ui::asker().editText(caption, text);
+        const std::optional<QString> edited = ui::asker().editText(caption, text, kept);
         if (!edited && again)
             return Written::No;
         const bool typed = again || (edited && *edited != text);
@@ -168,7 +169,7 @@ EditOutcome writeNew(const ViewTables& tables, const NewEntry& entry, const Edit
 }
 
 Written makeEntry(ExplorerModel& model, const ViewTables& tables, NewEntry entry, Above above, QString& text) {
-    return describeAndWrite(entry.name, text, [&](const std::optional<QString>& edited, bool again) {
+    return describeAndWrite(entry.name, QString(), text, [&](const std::optional<QString>& edited, bool again) {
         // After a refusal the text is the one typed before, and Cancel leaves the entry without.
         entry.description = edited.value_or(QString());
         const QString fault = tables.study ? numberFault(entry.number) : QString();
@@ -259,21 +260,23 @@ bool describeEntry(ExplorerModel& model, const ViewTables& tables, const QString
                    Change change) {
     const QString offered = isDescription(change.before.description) ? change.before.description : QString();
     QString text = offered;
-    const Written written = describeAndWrite(name, text, [&](const std::optional<QString>& edited, bool again) {
-        change.description = edited && *edited != offered ? std::optional(storedDescription(*edited)) : std::nullopt;
-        if (again) {
-            change.basis = EditBasis().entry(tables.nodeKey(change.key));
-            const std::optional<Content> now = contentOf(tables, change.key);
-            if (!now) {
-                tellNotFound();
-                return Written::No;
+    const Written written =
+        describeAndWrite(name, offered, text, [&](const std::optional<QString>& edited, bool again) {
+            change.description =
+                edited && *edited != offered ? std::optional(storedDescription(*edited)) : std::nullopt;
+            if (again) {
+                change.basis = EditBasis().entry(tables.nodeKey(change.key));
+                const std::optional<Content> now = contentOf(tables, change.key);
+                if (!now) {
+                    tellNotFound();
+                    return Written::No;
+                }
+                change.before = *now;
             }
-            change.before = *now;
-        }
-        if (change.isNone())
-            return Written::Yes;
-        return writeChange(tables, what, change) == EditOutcome::Done ? Written::Yes : Written::No;
-    });
+            if (change.isNone())
+                return Written::Yes;
+            return writeChange(tables, what, change) == EditOutcome::Done ? Written::Yes : Written::No;
+        });
     if (written != Written::Yes || change.isNone())
         return false;
     goTo(model, tables.nodeKey(change.key));

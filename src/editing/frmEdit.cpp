@@ -13,8 +13,9 @@
 
 using namespace Qt::StringLiterals;
 
-frmEdit::frmEdit(const QString& caption, const QString& text, QWidget* parent)
-    : QDialog(parent), Form(*this, u"frmEdit"_s), caption_(caption), before_(text), txtText_(new QPlainTextEdit(this)) {
+frmEdit::frmEdit(const QString& caption, const QString& text, const QString& kept, QWidget* parent)
+    : QDialog(parent), Form(*this, u"frmEdit"_s), caption_(caption), before_(text), kept_(kept),
+      txtText_(new QPlainTextEdit(this)) {
     build();
     mdLanguage::SetCtrlProps(*this);
     refreshTitles();
@@ -24,8 +25,8 @@ frmEdit::frmEdit(const QString& caption, const QString& text, QWidget* parent)
 
 frmEdit::~frmEdit() = default;
 
-std::optional<QString> frmEdit::ask(const QString& caption, const QString& text) {
-    frmEdit window(caption, text, QApplication::activeWindow());
+std::optional<QString> frmEdit::ask(const QString& caption, const QString& text, const QString& kept) {
+    frmEdit window(caption, text, kept, QApplication::activeWindow());
     if (window.exec() != QDialog::Accepted)
         return std::nullopt;
     return window.text();
@@ -62,7 +63,7 @@ void frmEdit::cmdOK_Click() {
 }
 
 void frmEdit::cmdCancel_Click() {
-    if (text() != before_ &&
+    if (text() != kept_ &&
         ui::asker().messageBox({.text = TranslateText(u"Wollen Sie den geänderten Text verwerfen?"_s),
                                 .icon = ui::Icon::Question,
                                 .buttons = ui::Buttons::YesNo,

@@ -211,9 +211,9 @@ std::optional<QString> QtAsker::inputBox(const QString& prompt, const QString& t
     return window.textValue();
 }
 
-std::optional<QString> QtAsker::editText(const QString& caption, const QString& text) {
+std::optional<QString> QtAsker::editText(const QString& caption, const QString& text, const QString& kept) {
     const PlainPointer plain;
-    return textEditor ? textEditor(caption, text) : std::nullopt;
+    return textEditor ? textEditor(caption, text, kept) : std::nullopt;
 }
 
 std::optional<std::vector<int>> QtAsker::orderLines(const ui::LineOrder& order) {

@@ -12,7 +12,7 @@ public:
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;
     std::optional<QString> chooseFolder(const QString& title, const QString& folder) override;
     std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
-    std::optional<QString> editText(const QString& caption, const QString& text) override;
+    std::optional<QString> editText(const QString& caption, const QString& text, const QString& kept) override;
     std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override;
     std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override;
     bool openFile(const QString& path) override;
@@ -27,7 +27,7 @@ public:
     /// Makes the window that shows progress; without one nothing is shown of it.
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> progressWindow;
     /// Show the windows for a text, an order and a choice from a tree; without one the answer is that of Cancel.
-    std::function<std::optional<QString>(const QString& caption, const QString& text)> textEditor;
+    std::function<std::optional<QString>(const QString& caption, const QString& text, const QString& kept)> textEditor;
     std::function<std::optional<std::vector<int>>(const ui::LineOrder& order)> lineOrderer;
     std::function<std::optional<int>(const ui::TreeChoice& choice)> treeChooser;
 

@@ -51,7 +51,7 @@ public:
         return next.isEmpty() ? QStringLiteral("Name %1").arg(++given) : next;
     }
     /// An editor that comes back after a failure is left.
-    std::optional<QString> editText(const QString&, const QString& text) override {
+    std::optional<QString> editText(const QString&, const QString& text, const QString&) override {
         happen();
         return boxes.empty() ? std::optional(text + QStringLiteral(" mehr")) : std::nullopt;
     }

@@ -102,7 +102,7 @@ std::optional<QString> ScriptedAsker::inputBox(const QString& prompt, const QStr
     return next(inputs_, prompt);
 }
 
-std::optional<QString> ScriptedAsker::editText(const QString& caption, const QString& text) {
+std::optional<QString> ScriptedAsker::editText(const QString& caption, const QString& text, const QString& /*kept*/) {
     editors.emplace_back(caption, text);
     return nextAfter(edited_, caption);
 }

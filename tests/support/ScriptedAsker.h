@@ -52,7 +52,7 @@ public:
 
     ui::Answer messageBox(const ui::Box& box) override;
     std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) override;
-    std::optional<QString> editText(const QString& caption, const QString& text) override;
+    std::optional<QString> editText(const QString& caption, const QString& text, const QString& kept) override;
     std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override;
     std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override;
     std::optional<QString> chooseFile(const ui::FileChoice& choice) override;

@@ -154,7 +154,7 @@ Form* textsImport() {
 }
 
 Form* textsEdit() {
-    auto* window = new frmEdit(u"Beschreibung eingeben für 'Person'"_s, QString(), nullptr);
+    auto* window = new frmEdit(u"Beschreibung eingeben für 'Person'"_s, QString(), QString(), nullptr);
     window->QDialog::show();
     return window;
 }

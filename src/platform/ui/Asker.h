@@ -71,8 +71,11 @@ public:
     virtual Answer messageBox(const Box& box) = 0;
     /// Nothing on Cancel.
     virtual std::optional<QString> inputBox(const QString& prompt, const QString& title, const QString& proposal) = 0;
-    /// A text of several lines. Nothing on Cancel.
-    virtual std::optional<QString> editText(const QString& /*caption*/, const QString& /*text*/) { return {}; }
+    /// A text of several lines. Nothing on Cancel, which needs no thought while the text is `kept`, what is stored.
+    virtual std::optional<QString> editText(const QString& /*caption*/, const QString& /*text*/,
+                                            const QString& /*kept*/) {
+        return {};
+    }
     /// The places of the lines in the order that is wanted; nothing on Cancel.
     virtual std::optional<std::vector<int>> orderLines(const LineOrder& /*order*/) { return {}; }
     /// Place of the entry that was chosen; nothing on Cancel.
