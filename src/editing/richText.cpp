@@ -1,6 +1,7 @@
 #include "editing/richText.h"
 
 #include <QByteArray>
+#include <QHash>
 #include <QSet>
 #include <algorithm>
 #include <array>
@@ -14,6 +15,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t deepest = 200;
+
+/// Changes of style in one paragraph. To lay it out takes time by their square; what comes behind them is plain.
+constexpr int mostChanges = 2000;
 
 /// Groups whose content is no text of the document.
 bool isApart(const QString& word) {
@@ -92,6 +96,15 @@ private:
     bool isOpen() const { return converter_ != iconv_t(-1); }
 };
 
+/// The code page of a font that is for another script than the document's; empty for any other.
+QByteArray pageOfCharset(int charset) {
+    static const QHash<int, QByteArray> pages = {
+        {77, "MACINTOSH"}, {128, "CP932"},  {129, "CP949"},  {130, "JOHAB"},  {134, "CP936"},  {136, "CP950"},
+        {161, "CP1253"},   {162, "CP1254"}, {163, "CP1258"}, {177, "CP1255"}, {178, "CP1256"}, {186, "CP1257"},
+        {204, "CP1251"},   {222, "CP874"},  {238, "CP1250"}, {254, "CP437"},  {255, "CP850"}};
+    return pages.value(charset);
+}
+
 class RtfReader {
 public:
     explicit RtfReader(const QString& document) : document_(document) {}
@@ -114,8 +127,9 @@ public:
 
 private:
     struct State {
-        bool bold = false, italic = false, hidden = false, apart = false;
+        bool bold = false, italic = false, hidden = false, apart = false, fonts = false;
         int unicodeSkip = 1;
+        int font = -1; ///< -1: that of the document
     };
 
     const QString& document_;
@@ -125,8 +139,13 @@ private:
     std::vector<TextRun> runs_;
     QString text_;     ///< in the style of now_
     QByteArray bytes_; ///< given by their codes, one behind the other
-    std::unique_ptr<CodePage> page_ = std::make_unique<CodePage>("CP1252");
-    int skip_ = 0; ///< characters that stand for the one before where Unicode is not known
+    QByteArray page_ = "CP1252";
+    QHash<int, QByteArray> fontPages_; ///< of fonts that are for another script
+    QByteArray opened_;                ///< name of the page that was needed last
+    std::unique_ptr<CodePage> codePage_;
+    int defaultFont_ = -1;
+    int changes_ = 0; ///< of style in the paragraph
+    int skip_ = 0;    ///< characters that stand for the one before where Unicode is not known
     bool star_ = false, ended_ = false, tooDeep_ = false;
 
     bool isRestEmpty() const {
@@ -175,7 +194,11 @@ private:
     void flushBytes() {
         if (bytes_.isEmpty())
             return;
-        for (const QChar c : page_->decode(std::exchange(bytes_, {})))
+        if (const QByteArray page = fontPages_.value(now_.font, page_); page != opened_) {
+            codePage_ = std::make_unique<CodePage>(page);
+            opened_ = page;
+        }
+        for (const QChar c : codePage_->decode(std::exchange(bytes_, {})))
             if (c >= u' ' || c == u'\t')
                 text_ += c;
     }
@@ -184,10 +207,16 @@ private:
     void flush() {
         if (text_.isEmpty())
             return;
-        if (!runs_.empty() && runs_.back().bold == now_.bold && runs_.back().italic == now_.italic)
+        const bool styled = changes_ < mostChanges;
+        const bool bold = styled && now_.bold, italic = styled && now_.italic;
+        if (!runs_.empty() && runs_.back().bold == bold && runs_.back().italic == italic) {
             runs_.back().text += text_;
-        else
-            runs_.push_back({text_, now_.bold, now_.italic});
+        } else {
+            runs_.push_back({text_, bold, italic});
+            ++changes_;
+        }
+        if (text_.contains(u'\n'))
+            changes_ = 0;
         text_.clear();
     }
 
@@ -259,6 +288,7 @@ private:
         if (std::exchange(star_, false) || isApart(word)) {
             flushBytes();
             now_.apart = true;
+            now_.fonts = word == u"fonttbl";
         } else if (const QChar c = characterOf(word); !c.isNull()) {
             put(c);
         } else if (word == u"u") {
@@ -272,7 +302,16 @@ private:
 
     void usePage(const QByteArray& name) {
         flushBytes();
-        page_ = std::make_unique<CodePage>(name);
+        page_ = name;
+    }
+
+    /// Within the table of fonts what it says is kept for the text that is written in one.
+    void applyFont(const QString& word, int number) {
+        flushBytes();
+        if (word == u"f")
+            now_.font = number;
+        else if (const QByteArray page = pageOfCharset(number); now_.fonts && !page.isEmpty())
+            fontPages_.insert(now_.font, page);
     }
 
     void putUnicode(int number) {
@@ -292,6 +331,10 @@ private:
             usePage(*number == 10000 ? "MACINTOSH" : *number == 65001 ? "UTF-8" : "CP" + QByteArray::number(*number));
         } else if (word == u"mac" || word == u"pc" || word == u"pca") {
             usePage(word == u"mac" ? "MACINTOSH" : word == u"pc" ? "CP437" : "CP850");
+        } else if (word == u"deff") {
+            now_.font = defaultFont_ = number.value_or(0);
+        } else if (word == u"f" || word == u"fcharset") {
+            applyFont(word, number.value_or(0));
         } else if (word == u"b" || word == u"i" || word == u"v" || word == u"plain") {
             flushBytes();
             flush();
@@ -301,6 +344,8 @@ private:
                 now_.italic = word == u"i" && on;
             if (word == u"v" || word == u"plain")
                 now_.hidden = word == u"v" && on;
+            if (word == u"plain")
+                now_.font = defaultFont_;
         }
     }
 };

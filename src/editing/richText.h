@@ -13,7 +13,8 @@ struct TextRun {
 
 /// The text of a document in the Rich Text Format with its paragraphs and what is bold or italic in it; pictures,
 /// fonts, notes on the document and instructions of fields are left out. Characters given by their code are those of
-/// the code page that the document names. Takes time by the length of the document, whatever it holds.
+/// the code page that the document, or its table of fonts, names. Takes time by the length of the document, whatever it
+/// holds.
 /// @return nothing if it is none: it does not begin "{\rtf", its groups go deeper than any real document's, text
 /// follows
 ///         behind it, or it is broken off before its first text

@@ -48,6 +48,9 @@ TEST(RichText, CharactersByCodeAreThoseOfTheDocumentsCodePage) {
         {uR"({\rtf1\ansi\ansicpg1251 \'cc\'e8\'f0})"_s, u"Мир"_s},
         {uR"({\rtf1\ansi\ansicpg1250 \'b9\'9c})"_s, u"ąś"_s},
         {uR"({\rtf1\ansi\ansicpg932 \'93\'fa\'96\'7b})"_s, u"日本"_s},
+        {uR"({\rtf1\ansi\ansicpg1252\deff0{\fonttbl{\f0\fcharset0 A;}{\f1\fnil\fcharset204{\*\falt B}C;}}\'fc{\f1 \'cc\b\'e8\plain\'fc}\'fc\f1\'f0})"_s,
+         u"üМ<b>и</b>üüр"_s},
+        {uR"({\rtf1\deff3{\fonttbl\f3\fcharset238 A;\f4 B;}\'e8\f4\'e8\fcharset204\plain\'e8})"_s, u"čèč"_s},
         {uR"({\rtf1\mac \'8a})"_s, u"ä"_s},
         {uR"({\rtf1\pc \'84})"_s, u"ä"_s},
         {uR"({\rtf1\ansi\ansicpg99999 \'e4})"_s, u"ä"_s},
@@ -97,6 +100,10 @@ TEST(RichText, NoDamageStopsTheReading) {
     }
     const QString many = u"{\\rtf1 "_s + QString(u"{\\b\\'e4\\u228?}"_s).repeated(200'000) + u'}';
     EXPECT_EQ(readRtf(many)->front().text.size(), 400'000);
+    // A paragraph of nothing but changes would be laid out for minutes.
+    const std::vector<TextRun> runs = *readRtf(u"{\\rtf1 "_s + u"{\\b x}y"_s.repeated(100'000) + u"\\par\\b z}"_s);
+    EXPECT_LT(runs.size(), 3'000u);
+    EXPECT_EQ(runs.back(), (TextRun{u"z"_s, true}));
 }
 
 } // namespace
