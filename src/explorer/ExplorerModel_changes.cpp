@@ -360,6 +360,9 @@ void ExplorerModel::refreshA() {
     }
     if (read && list.selectedRow >= 0)
         host_->itemClick();
+    // The row that takes over shows as much as the one before it did.
+    if (assignments)
+        fillA();
 }
 
 void ExplorerModel::refreshB() {
