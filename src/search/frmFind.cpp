@@ -105,6 +105,7 @@ void frmFind::cmd_Find_Click() {
         SearchTerms::remember(term);
     offerTerms();
     search_.begin(wanted);
+    led_ = false;
     hits_->begin(search_.hits(), wanted.terms());
     list_->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     // The button goes off with the search; the keyboard is where it can be ended.

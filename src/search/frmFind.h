@@ -63,6 +63,7 @@ private:
     HitListView* list_;
     QLabel *status_, *count_;
     QPointer<QShortcut> nextHit_, previousHit_;
+    bool led_ = false; ///< a hit of this search has been opened
 
     void build();
     QWidget* buildTerms();

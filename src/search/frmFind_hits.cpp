@@ -36,6 +36,7 @@ void frmFind::openHit() {
     const int hit = hits_->hitAt(list_->currentRow());
     if (hit < 0)
         return;
+    led_ = true;
     if (const std::optional<HitTarget> target = hitTarget(search_.hits().at(hit).key)) {
         try {
             lead(*target);
@@ -47,7 +48,10 @@ void frmFind::openHit() {
 }
 
 void frmFind::openNextHit(bool backwards) {
-    const int row = list_->currentRow() + (backwards ? -1 : 1);
+    const int current = list_->currentRow();
+    // A search leaves the first hit current, which is the next one as long as none was looked at.
+    const bool isFirst = !led_ && !backwards && current == 0;
+    const int row = isFirst ? current : current + (backwards ? -1 : 1);
     if (row < 0 || row >= hits_->rowCount()) {
         desktop().mention(
             TranslateText(backwards ? u"Das ist der erste Treffer."_s : u"Das ist der letzte Treffer."_s));
