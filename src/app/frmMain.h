@@ -13,6 +13,7 @@
 
 class ChildArea;
 class DragFollower;
+class History;
 class QLabel;
 class QMenu;
 class QToolBar;
@@ -136,6 +137,7 @@ private:
     static void transferSelected(frmExplorer& explorer, bool move);
     void addTransferCommands();
     void showHistory();
+    void takeStep(const QString& entry, bool (History::*step)());
     void enable(const QString& name, QAction& action, const MainState& now);
     void setChecked(const QString& name, bool checked);
 };

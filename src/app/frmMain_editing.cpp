@@ -18,6 +18,7 @@
 
 #include <QAction>
 #include <QKeyEvent>
+#include <QRegularExpression>
 #include <algorithm>
 
 // What the menus do to the catalogue and find in it, and on what of the active window that depends.
@@ -62,6 +63,14 @@ void frmMain::stateOfExplorer(MainState& now, const frmExplorer& explorer) const
         now.focus = explorer.place() == Place::Tree ? Focus::Tree : Focus::List;
 }
 
+/// A step of the history may change what no window has in view, so what was done is said.
+void frmMain::takeStep(const QString& entry, bool (History::*step)()) {
+    QString done = actions_[entry]->text();
+    done.replace(QRegularExpression(u"&(.)"_s), u"\\1"_s); // its mnemonic, and "&&" for "&"
+    if ((history().*step)())
+        mention(done);
+}
+
 /// The entries of the history name the step that they take back or do again.
 void frmMain::showHistory() {
     for (const auto& [name, step] :
@@ -79,8 +88,8 @@ void frmMain::onExplorer(const std::function<void(frmExplorer&)>& operation) {
 
 void frmMain::addEditingCommands() {
     history().onChange = [this] { applyState(); };
-    commands_[u"mnuEditUndo"_s] = [] { history().undo(); };
-    commands_[u"mnuEditRedo"_s] = [] { history().redo(); };
+    commands_[u"mnuEditUndo"_s] = [this] { takeStep(u"mnuEditUndo"_s, &History::undo); };
+    commands_[u"mnuEditRedo"_s] = [this] { takeStep(u"mnuEditRedo"_s, &History::redo); };
     const std::pair<QString, bool (*)(ExplorerModel&)> onEntry[] = {{u"mnuNeueKategorie"_s, newEntry},
                                                                     {u"mnuKategorieUmbenennen"_s, renameEntry},
                                                                     {u"mnuBeschreibungBearbeiten"_s, editDescription}};
