@@ -114,8 +114,11 @@ TEST_F(EditingWalk, TheRightButtonMovesAnEntryFromOneWindowToAnother) {
     ASSERT_TRUE(Screen::until([&] { return screen->activeWindow() != mainWindow; })) << "a question comes";
     ASSERT_TRUE(take(u"22-verschieben"_s));
     EXPECT_EQ(topics(), before);
-    screen->press({u"Return"_s});
-    EXPECT_TRUE(becomes(before.mid(1) + before.first(1))) << topics().join(u", "_s).toStdString();
+    // A box that has just opened may not have the keyboard yet; in the tree behind it the key does nothing.
+    EXPECT_TRUE(Screen::until([&] {
+        screen->press({u"Return"_s});
+        return soon([&] { return topics() == before.mid(1) + before.first(1); });
+    })) << topics().join(u", "_s).toStdString();
     ASSERT_TRUE(isBack() && take(u"23-verschoben"_s));
     screen->press({u"ctrl+z"_s});
     EXPECT_TRUE(becomes(before));
