@@ -115,7 +115,9 @@ void frmFind::followKeys() {
     };
     nextHit_ = add(QKeyCombination(Qt::Key_F4), false);
     previousHit_ = add(Qt::SHIFT | Qt::Key_F4, true);
-    const auto follow = [this](const QWidget*, const QWidget* now) {
+    // While windows come and go the focus wanders, and who tells of it last need not tell of the last place.
+    const auto follow = [this] {
+        const QWidget* now = QApplication::focusWidget();
         bool taken = false;
         for (const Form* form : Form::open())
             if (dynamic_cast<const frmFind*>(form) || dynamic_cast<const frmExplorer*>(form) ||
@@ -125,6 +127,6 @@ void frmFind::followKeys() {
             if (shortcut)
                 shortcut->setEnabled(taken);
     };
-    connect(qApp, &QApplication::focusChanged, this, follow);
-    follow(nullptr, QApplication::focusWidget());
+    connect(qApp, &QApplication::focusChanged, this, follow, Qt::QueuedConnection);
+    follow();
 }

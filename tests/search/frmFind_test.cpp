@@ -165,6 +165,17 @@ TEST_F(frmFindTest, GoesToTheNextHitAlsoFromTheExplorer) {
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4, Qt::ShiftModifier); // there is none before
     settle();
     EXPECT_EQ(study(), u"SV2014"_s);
+    // Also from one that was away.
+    gOptions.SortByPosition = true;
+    explorer()->parentWidget()->showMinimized();
+    settle();
+    desktop().activate(*window);
+    openHit(u"SV2014"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4);
+    settle();
+    EXPECT_EQ(study(), u"SV2018"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F4, Qt::ShiftModifier);
+    settle();
     // A window that hits don't lead to keeps its own key.
     auto* plain = new MainChild(u"sample"_s);
     auto* field = new QLineEdit(plain);
