@@ -331,7 +331,12 @@ void HitListView::changeEvent(QEvent* event) {
     }
 }
 
+/// The hit that was opened stays in sight where windows are arranged anew for it.
 void HitListView::resizeEvent(QResizeEvent* event) {
+    const int top = currentIndex().isValid() ? rowViewportPosition(currentRow()) : -1;
+    const bool inSight = top >= 0 && top < event->oldSize().height();
     QTableView::resizeEvent(event);
     fitColumns();
+    if (inSight)
+        scrollTo(currentIndex().siblingAtColumn(0));
 }
