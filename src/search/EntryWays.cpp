@@ -5,16 +5,12 @@
 #include "explorer/EntryColumns.h"
 #include "explorer/iconNames.h"
 #include "platform/dao/TextOrder.h"
+#include "search/cleanedText.h"
 
+#include <QSet>
 #include <QStringList>
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-constexpr qsizetype mostSteps = 500; ///< entries may stand below themselves
-
-} // namespace
 
 const QHash<QString, EntryWays::Entry>& EntryWays::entriesOf(int view) {
     const auto known = views_.constFind(view);
@@ -27,9 +23,11 @@ const QHash<QString, EntryWays::Entry>& EntryWays::entriesOf(int view) {
             u"SELECT "_s + columns.key + u", "_s + columns.parent + u", "_s + columns.text + u" FROM tkey_"_s +
                 gViews.at(view, ViewTable::Table) + u';',
             {columns.key, columns.parent, columns.text});
-        for (; !rows->Eof(); rows->MoveNext())
-            entries.insert(dao::foldedText(rows->value(0).toText()),
-                           {rows->value(1).toText(), rows->value(2).toText()});
+        for (; !rows->Eof(); rows->MoveNext()) {
+            const QString key = rows->value(0).toText();
+            const QString name = cleanedText(rows->value(2).toText());
+            entries.insert(dao::foldedText(key), {rows->value(1).toText(), name.isEmpty() ? key : name});
+        }
     } catch (const dao::Error&) {
         // The hit itself is what was looked for; whoever opens it hears of the fault.
     }
@@ -39,10 +37,13 @@ const QHash<QString, EntryWays::Entry>& EntryWays::entriesOf(int view) {
 QString EntryWays::way(int view, const QString& key, bool whole) {
     const QHash<QString, Entry>& entries = entriesOf(view);
     QStringList names;
-    QString at = dao::foldedText(key);
-    for (auto entry = entries.constFind(at); entry != entries.constEnd() && names.size() < mostSteps;
-         entry = entries.constFind(at)) {
-        names.prepend(entry->name.isEmpty() ? at : entry->name);
+    QSet<QString> passed; // an entry may stand below itself
+    for (QString at = dao::foldedText(key); !passed.contains(at);) {
+        const auto entry = entries.constFind(at);
+        if (entry == entries.constEnd())
+            break;
+        names.prepend(entry->name);
+        passed.insert(at);
         at = dao::foldedText(entry->parent);
     }
     if (!whole && !names.isEmpty())

@@ -15,7 +15,7 @@ public:
 
 private:
     struct Entry {
-        QString parent, name;
+        QString parent, name; ///< the key where it has no name
     };
     bool english_;
     QHash<int, QHash<QString, Entry>> views_; ///< keys folded
