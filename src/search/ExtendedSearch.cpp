@@ -11,6 +11,7 @@
 #include "search/cleanedText.h"
 
 #include <QElapsedTimer>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +29,12 @@ public:
     StatementTurns& operator=(const StatementTurns&) = delete;
 };
 
+/// True where the words of the statement are at fault, and not a file, a lock or the room there is.
+bool isRefusal(const dao::Error& error) {
+    constexpr int numbers[] = {93, 3061, 3070, 3075, 3077, 3079, 3085, 3464};
+    return std::ranges::find(numbers, error.number()) != std::end(numbers);
+}
+
 } // namespace
 
 ExtendedSearch::~ExtendedSearch() {
@@ -44,6 +51,7 @@ void ExtendedSearch::begin(const SearchRequest& request) {
     ways_.emplace(request.english);
     studies_.clear();
     status_.clear();
+    hint_.clear();
     bContinueSearch_ = true;
     state_ = State::Running;
 }
@@ -185,8 +193,9 @@ void ExtendedSearch::fail(const dao::Error& error) {
         return;
     }
     end(State::Failed);
-    const QString hint = isMissingFolder(error) ? QString() : refusalHint(request_);
-    status_ += TranslateText(u"(nicht zu Ende geführt)"_s) + (hint.isEmpty() ? QString() : u' ' + hint);
+    if (isRefusal(error))
+        hint_ = refusalHint(request_);
+    status_ += TranslateText(u"(nicht zu Ende geführt)"_s) + (hint_.isEmpty() ? QString() : u' ' + hint_);
     if (!reportMissingFolder(error))
         reportError(error);
 }

@@ -40,10 +40,14 @@ public:
 
     State state() const { return state_; }
     bool isRunning() const { return state_ == State::Running; }
+    /// Whether goOn() would run a statement next.
+    bool isAtStatement() const { return isRunning() && !rows_; }
     const SearchRequest& request() const { return request_; }
     const HitList& hits() const { return hits_; }
     /// What the status panel says: counts of the passes that are through, and how the search has ended.
     const QString& status() const { return status_; }
+    /// Why its statement was most likely refused; empty for any other end, or if nothing in the terms explains it.
+    const QString& hint() const { return hint_; }
 
 private:
     SearchRequest request_;
@@ -59,7 +63,7 @@ private:
         int way;  ///< of its variables
     };
     QHash<QString, Study> studies_;
-    QString status_;
+    QString status_, hint_;
     State state_ = State::Idle;
     bool bContinueSearch_ = false;
 

@@ -127,7 +127,9 @@ void frmFind::cmd_Close_Click() {
 
 /// One slice; the next one comes when the event loop has had its turn.
 void frmFind::work() {
-    if (gBusy > 0 || QApplication::activeModalWidget()) {
+    // A statement would take from a drag or a menu the release that ends it.
+    const bool held = QApplication::mouseButtons() != Qt::NoButton || QApplication::activePopupWidget();
+    if (gBusy > 0 || QApplication::activeModalWidget() || (held && search_.isAtStatement())) {
         slice_.start(waitMilliseconds);
         return;
     }
@@ -142,11 +144,11 @@ void frmFind::work() {
         slice_.start(0);
     } else {
         hits_->settle();
-        const bool held = cmd_Stop_->hasFocus();
+        const bool stopHeld = cmd_Stop_->hasFocus();
         cmd_Find_->setEnabled(true);
-        if (held && search_.hits().size() > 0)
+        if (stopHeld && search_.hits().size() > 0)
             list_->setFocus();
-        else if (held)
+        else if (stopHeld)
             txtFind_->setFocus();
     }
     if (list_->currentRow() < 0 && hits_->rowCount() > 0)

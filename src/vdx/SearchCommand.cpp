@@ -69,8 +69,8 @@ int SearchCommand::run(Session& session) {
     while (search.goOn()) {
     }
     if (search.state() != ExtendedSearch::State::Done) {
-        if (const QString hint = refusalHint(search.request()); !hint.isEmpty())
-            session.say(hint);
+        if (!search.hint().isEmpty())
+            session.say(search.hint());
         return 1;
     }
     std::vector<QStringList> rows;
