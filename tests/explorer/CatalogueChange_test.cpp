@@ -368,6 +368,12 @@ TEST_F(Changes, AssignmentsInViewFollowTheCategoriesOfOtherViews) {
     announce({{.kind = Kind::Renamed, .view = 2, .key = u"B12"_s, .original = named}});
     EXPECT_TRUE(names().contains(u"Neu"_s));
     EXPECT_FALSE(names().contains(u"Blatt 12"_s));
+    // The variable that takes a deleted one's place shows its own.
+    execute(u"DELETE FROM tkey_Variable WHERE fi_StudyNo = 'QX1919' AND id_VarName = 'V7'"_s);
+    announce({{.kind = Kind::Rows, .view = 1, .key = u"AQX1919"_s}});
+    EXPECT_TRUE(studies.panelA.isFilled());
+    EXPECT_NE(studies.panelA.variable(), u"V7"_s);
+    EXPECT_TRUE(studies.assignmentsShown());
 }
 
 TEST_F(Changes, RevealListsANodeAndLeavesOneThatIsListedWhereOneStands) {
