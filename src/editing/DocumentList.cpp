@@ -15,6 +15,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -65,29 +66,37 @@ void DocumentList::fill() {
     const ProcedureScope scope(kind_ == Kind::Questionnaires ? u"[frmFragebogen.Form_Load]"_s
                                                              : u"[frmDatensatz.Form_Load]"_s);
     lines_.clear();
+    bool told = false; // of a folder that is gone, whatever lies in it
+    const auto reading = [&told](const auto& step) {
+        const auto once = [&] {
+            try {
+                step();
+            } catch (const dao::Error& error) {
+                if (!isMissingFolder(error) || !std::exchange(told, true))
+                    throw;
+            }
+        };
+        attempt(once, reportFilling);
+    };
     StudyParts parts;
     if (kind_ == Kind::Questionnaires)
-        attempt([&] { parts.read(); }, reportFilling);
+        reading([&] { parts.read(); });
     for (int view = 1; view <= gCatalogueOptions.NumberOfFrmExplorers; ++view) {
         if (!isStudyView(view))
             continue;
-        attempt(
-            [&] {
-                const QString statement = u"Select * from "_s +
-                                          schema::entryTableName(gViews.at(view, ViewTable::Table)) +
-                                          u" Where dt_IsGroup = 0;"_s;
-                const dao::RecordsetPtr rows = CDaoPersistance().GetRecordset(gDatabase.CurrentDatabase(), statement,
-                                                                              dao::dbOpenDynaset, isMissingFolder);
-                if (!rows)
-                    return;
-                // A questionnaire is in the language in which it was asked, whatever the contents' is.
-                const EntryColumns columns(true, kind_ == Kind::DataSets && gOptions.EnglishLanguage);
-                const int key = rows->indexOf(columns.key), title = rows->indexOf(columns.text);
-                for (; !rows->Eof(); rows->MoveNext())
-                    addStudy(rows->value(key).toText(), rows->value(title).toText(),
-                             parts.of(rows->value(key).toText()));
-            },
-            reportFilling);
+        reading([&] {
+            const QString statement = u"Select * from "_s + schema::entryTableName(gViews.at(view, ViewTable::Table)) +
+                                      u" Where dt_IsGroup = 0;"_s;
+            const dao::RecordsetPtr rows = CDaoPersistance().GetRecordset(gDatabase.CurrentDatabase(), statement,
+                                                                          dao::dbOpenDynaset, isMissingFolder);
+            if (!rows)
+                return;
+            // A questionnaire is in the language in which it was asked, whatever the contents' is.
+            const EntryColumns columns(true, kind_ == Kind::DataSets && gOptions.EnglishLanguage);
+            const int key = rows->indexOf(columns.key), title = rows->indexOf(columns.text);
+            for (; !rows->Eof(); rows->MoveNext())
+                addStudy(rows->value(key).toText(), rows->value(title).toText(), parts.of(rows->value(key).toText()));
+        });
     }
 }
 

@@ -81,17 +81,22 @@ TEST_F(Documents, SeveralStudyViewsFollowEachOtherAndAnUnreadableOneHidesNone) {
 TEST_F(Documents, StudiesInAFolderThatIsGoneSendTheUserToTheOptions) {
     const dao::DatabasePtr database = dao::DBEngine::instance().OpenDatabase(catalogue.path());
     database->TableDefs().Delete(u"tkey_Parts"_s);
-    const dao::TableDefPtr link = database->CreateTableDef(u"tkey_Parts"_s);
-    link->setConnect(u";DATABASE="_s + home.path(u"gone/parts.mdb"_s));
-    link->setSourceTableName(u"tkey_Parts"_s);
-    database->TableDefs().Append(link);
+    for (const QString& table : {u"tkey_Parts"_s, u"tkey_Other"_s}) {
+        const dao::TableDefPtr link = database->CreateTableDef(table);
+        link->setConnect(u";DATABASE="_s + home.path(u"gone/parts.mdb"_s));
+        link->setSourceTableName(table);
+        database->TableDefs().Append(link);
+    }
+    catalogue.addOption(u"frmExplorer3Type"_s, u"1"_s);
+    catalogue.execute(u"UPDATE tsys_Options SET dt_OptionValue = 'Other' WHERE dt_OptionName = 'frmExplorer3Table'"_s);
     database->Close();
     ASSERT_EQ(catalogue.open(), 1);
     gOptions.DatabasePath = u"C:\\archive"_s;
     gOptions.DatabaseName = u"survey.mdb"_s;
     EXPECT_EQ(filled(Kind::Questionnaires).lines().size(), 2u) << "the studies are there all the same";
     EXPECT_EQ(asker.texts(), QStringList{u"Pfad zur Datenbank C:\\archive\\survey.mdb nicht gefunden!\r\n"
-                                         "Geben Sie in den Optionen den korrekten Pfad an."_s});
+                                         "Geben Sie in den Optionen den korrekten Pfad an."_s})
+        << "once, however much lies there";
 }
 
 TEST_F(Documents, TheLineOfAStudyIsTheFirstThatBeginsWithItsNumber) {
