@@ -21,7 +21,8 @@ History& history() {
 /// What was done in another catalogue is over.
 void History::settle() {
     const dao::DatabasePtr known = catalogue_.lock();
-    if (known == gDatabase.CurrentDatabase() && (!known || known->isOpen()))
+    // Nobody may have held on to one that was closed: then nothing is known, and nothing is open.
+    if (known && known == gDatabase.CurrentDatabase() && known->isOpen())
         return;
     clear();
     catalogue_ = gDatabase.CurrentDatabase();
@@ -99,6 +100,7 @@ bool History::go(dao::ChangeWay way) {
         try {
             gDatabase.CurrentDatabase()->apply({&store_, step->begin, step->size}, way,
                                                [&](const dao::ChangedRow& row) { entries.add(row); });
+            entries.requireWhole();
         } catch (const dao::Error& error) {
             constexpr int changedByOther = 3197;
             if (error.number() != changedByOther)

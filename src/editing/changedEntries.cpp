@@ -43,6 +43,7 @@ public:
             byKey_.insert(dao::foldedText(rows->value(0).toText()), {parent.isEmpty() ? u"0"_s : parent, place});
             ++place;
         }
+        parents_ = QSet<QString>(siblings.keyBegin(), siblings.keyEnd());
     }
 
     struct Where {
@@ -51,12 +52,43 @@ public:
     };
     bool has(const QString& id) const { return id == u"0" || byKey_.contains(dao::foldedText(id)); }
     Where where(const QString& id) const { return byKey_.value(dao::foldedText(id)); }
+    bool isParent(const QString& id) const { return parents_.contains(dao::foldedText(id)); }
+    /// Whether the parents of an entry lead to the top.
+    bool isReached(QString id) const {
+        for (qsizetype steps = 0; id != u"0"; ++steps) {
+            if (!has(id) || steps > byKey_.size())
+                return false;
+            id = where(id).parent;
+        }
+        return true;
+    }
 
 private:
     bool study_;
     QString table_;
-    QHash<QString, Where> byKey_;
+    QHash<QString, Where> byKey_; ///< folded
+    QSet<QString> parents_;       ///< folded
 };
+
+/// One of the entries on which variables hang, which studies have and categories name; empty if there is none.
+QString withVariables(int view, const QStringList& ids) {
+    const bool study = isStudyView(view);
+    const QString field = study ? u"fi_StudyNo"_s : u"fid"_s;
+    const QString table = study ? u"tkey_Variable"_s : schema::assignmentTableName(gViews.at(view, ViewTable::Table));
+    constexpr qsizetype together = 500; // keep a statement short
+    for (qsizetype from = 0; from < ids.size(); from += together) {
+        QStringList list;
+        for (const QString& id : ids.mid(from, together))
+            list += study ? quoted(id) : id;
+        const dao::RecordsetPtr rows =
+            gDatabase.CurrentDatabase()->OpenRecordset(u"SELECT TOP 1 "_s + field + u" FROM "_s + table + u" WHERE "_s +
+                                                           field + u" In ("_s + list.join(u", "_s) + u')',
+                                                       dao::dbOpenSnapshot);
+        if (!rows->Eof())
+            return rows->value(0).toText();
+    }
+    return {};
+}
 
 /// What a tree shows that is built anew.
 EntryText treeText(const QString& id, const QString& name, const QString& description) {
@@ -116,6 +148,26 @@ void ChangedEntries::add(const dao::ChangedRow& row) {
             if (after)
                 views_[view].assigned.insert(textOf(after));
         }
+    }
+}
+
+void ChangedEntries::requireWhole() const {
+    constexpr int conflict = 3197;
+    for (const auto& [view, of] : views_) {
+        const auto leaves = [](const Entry& entry) { return entry.kind == Kind::Removed; };
+        const auto comes = [](const Entry& entry) { return entry.kind == Kind::Added || entry.moved; };
+        if (std::ranges::none_of(of.entries, [&](const Entry& entry) { return leaves(entry) || comes(entry); }))
+            continue;
+        const EntriesNow now(view);
+        QStringList gone;
+        for (const Entry& entry : of.entries) {
+            if (leaves(entry) && !now.has(entry.id))
+                gone += entry.id;
+            if (leaves(entry) ? !now.has(entry.id) && now.isParent(entry.id) : comes(entry) && !now.isReached(entry.id))
+                dao::raiseEngineError(conflict, entry.id);
+        }
+        if (const QString entry = withVariables(view, gone); !entry.isEmpty())
+            dao::raiseEngineError(conflict, entry);
     }
 }
 

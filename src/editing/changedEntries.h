@@ -11,6 +11,10 @@
 class ChangedEntries {
 public:
     void add(const dao::ChangedRow& row);
+    /// What another program has written meanwhile may hang on an entry that is gone now, or an entry may have come back
+    /// to where nothing leads any more: no tree would show either. Reads the catalogue as changes() does.
+    /// @throws dao::Error 3197 such a row, and others
+    void requireWhole() const;
     /// Reads texts and places from the catalogue, which must hold the rows by now. @throws dao::Error
     CatalogueChanges changes() const;
 

@@ -112,4 +112,42 @@ TEST_F(EditRivals, KeepAStepFromBeingTakenBackAndTheFileFromBeingWritten) {
     EXPECT_EQ(differences(), QString());
 }
 
+TEST_F(EditRivals, KeepAStepFromBeingTakenBackThatWouldLeaveTheirRowsOutOfEveryTree) {
+    const struct {
+        const char *operation, *change, *back;
+        bool redone;
+    } cases[] = {
+        {"new category", "INSERT INTO tkey_Category (id, fid) SELECT 900, max(id) FROM tkey_Category",
+         "DELETE FROM tkey_Category WHERE id = 900", false},
+        {"new category",
+         "INSERT INTO trel_VariableCategory (fid, fi_StudyNo, fi_VariableNo) SELECT max(id), 'H1', 'rival' FROM "
+         "tkey_Category",
+         "DELETE FROM trel_VariableCategory WHERE fi_VariableNo = 'rival'", false},
+        {"new study", "INSERT INTO tkey_Variable (fi_StudyNo, id_VarName) VALUES ('n2', 'rival')",
+         "DELETE FROM tkey_Variable WHERE id_VarName = 'rival'", false},
+        {"delete category", "INSERT INTO tkey_Category (id, fid) VALUES (901, 56)",
+         "DELETE FROM tkey_Category WHERE id = 901", true},
+        {"move category", "UPDATE tkey_Category SET fid = 50 WHERE id = 52",
+         "UPDATE tkey_Category SET fid = 0 WHERE id = 52", true},
+    };
+    for (const auto& [name, change, back, redone] : cases) {
+        SCOPED_TRACE(std::string(name) + ": " + change);
+        asker.boxes.clear();
+        asker.given = 0;
+        ASSERT_TRUE(operation(name).run());
+        if (redone) {
+            ASSERT_TRUE(history().undo());
+        }
+        other.run(change);
+        const QString rivals = digest();
+        EXPECT_FALSE(redone ? history().redo() : history().undo());
+        EXPECT_EQ(digest(), rivals);
+        EXPECT_EQ(asker.texts().filter(u"ist nicht möglich"_s).size(), 1);
+        EXPECT_EQ(differences(), QString());
+        other.run(back);
+        refreshExplorers();
+        EXPECT_TRUE(redone ? history().redo() && history().undo() : history().undo());
+    }
+}
+
 } // namespace
