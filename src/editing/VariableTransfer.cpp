@@ -24,19 +24,21 @@ struct Assigned {
 };
 
 /// The rows of a list in which a variable is looked for by its name and a pattern of its study's number, read once.
+/// Most rows of a large list have other names than those that are looked for: they are not kept.
 class SearchedRows {
 public:
     /// @param name the field that has the variable's name @param hasKeys whether its rows are named by their id
-    SearchedRows(const QString& statement, const QString& name, bool hasKeys) {
+    /// @param wanted names that are looked for, folded
+    SearchedRows(const QString& statement, const QString& name, bool hasKeys, const QSet<QString>& wanted) {
         const dao::RecordsetPtr rows = openCatalogue().OpenRecordset(statement, dao::dbOpenSnapshot);
         const auto place = [&](const QString& field) { return rows->hasField(field) ? rows->indexOf(field) : -1; };
         const auto cell = [&](int at) { return at < 0 ? dao::Value() : rows->value(at); };
         const int id = hasKeys ? rows->indexOf(u"id"_s) : -1, study = rows->indexOf(u"fi_StudyNo"_s),
                   variable = rows->indexOf(name), question = place(u"dt_QuestionNo"_s),
                   print = place(u"dt_PrintSelect"_s);
-        rows_.reserve(static_cast<size_t>(rows->RecordCount()));
         for (; !rows->Eof(); rows->MoveNext())
-            add({cell(study), cell(variable), cell(question), cell(print)}, cell(id));
+            if (const dao::Value is = cell(variable); wanted.contains(dao::foldedText(is.toText())))
+                add({cell(study), is, cell(question), cell(print)}, cell(id));
     }
 
     void add(const Assigned& row, const dao::Value& id = {}) {
@@ -110,6 +112,7 @@ struct VariableTransfer::Rest {
     TransferMode mode;
     EditBasis basis;
     std::vector<Step> steps;
+    std::vector<qint64> version = {}; ///< of what they rest on
     bool tellMissing = true;
 
     int view() const { return viewOfKey(target.key); }
@@ -117,6 +120,7 @@ struct VariableTransfer::Rest {
 
     /// What becomes of the variables, one after the other, each in what those before it leave.
     std::vector<Step> pass();
+    QStringList passed() const;
     void ask();
     Step stepOf(const MovedVariable& variable, SearchedRows& source, SearchedRows& there, bool fromStudy);
     void askAboutDuplicate(const MovedVariable& variable) const;
@@ -127,11 +131,24 @@ struct VariableTransfer::Rest {
     PlannedEdit edit() const;
 };
 
+/// The tables that pass() reads.
+QStringList VariableTransfer::Rest::passed() const {
+    QStringList tables{ViewTables(view(), target.english).assignments};
+    for (const MovedVariable& variable : variables)
+        if (const QString table = ViewTables(viewOfKey(variable.entry), target.english).assignments;
+            !tables.contains(table))
+            tables << table;
+    return tables;
+}
+
 std::vector<Step> VariableTransfer::Rest::pass() {
+    QSet<QString> names;
+    for (const MovedVariable& variable : variables)
+        names.insert(dao::foldedText(variable.name));
     const ViewTables to(view(), target.english);
     SearchedRows there(u"SELECT * from "_s + to.assignments + u" WHERE fid = "_s + to.literal(target.key.mid(1)) +
                            u" ;"_s,
-                       u"fi_VariableNo"_s, true);
+                       u"fi_VariableNo"_s, true, names);
     std::map<std::pair<QString, QString>, SearchedRows> sources; // by entry; of a study view by study
     std::vector<Step> all;
     all.reserve(variables.size());
@@ -151,7 +168,7 @@ std::vector<Step> VariableTransfer::Rest::pass() {
                                              quoted(variable.study) + u" ;"_s
                                        : u"SELECT * FROM "_s + from.assignments + u" WHERE fid = "_s +
                                              from.literal(variable.entry.mid(1)) + u" ;"_s,
-                            from.study ? u"id_VarName"_s : u"fi_VariableNo"_s, !from.study)
+                            from.study ? u"id_VarName"_s : u"fi_VariableNo"_s, !from.study, names)
                         .first;
         all.push_back(stepOf(variable, known->second, there, from.study));
     }
@@ -250,11 +267,16 @@ bool VariableTransfer::Rest::write(CatalogueChanges& changes) const {
         deleteNamedRows(ViewTables(from, target.english).assignments, u"id"_s, ids);
     if (!progress.next(TranslateText(u"Ansicht aktualisieren..."_s)))
         return false;
-    QSet<int> views = viewsOf(view());
-    for (const auto& [from, ids] : leaving)
-        views |= viewsOf(from);
-    for (const int changed : views)
-        changes.push_back({.kind = CatalogueChange::Kind::Rows, .view = changed});
+    // Lists of other entries stay as they are: one of many thousand rows takes longer to read than a drop to write.
+    std::map<QString, int> touched{{target.key, view()}};
+    if (!leaving.empty())
+        for (size_t i = 0; i < steps.size(); ++i)
+            if (steps[i].leaves)
+                touched.emplace(variables[i].entry, viewOfKey(variables[i].entry));
+    for (const auto& [entry, of] : touched)
+        for (const int shown : viewsOf(of))
+            changes.push_back(
+                {.kind = CatalogueChange::Kind::Rows, .view = shown, .key = viewLetter(shown) + entry.mid(1)});
     return true;
 }
 
@@ -278,6 +300,7 @@ VariableTransfer::VariableTransfer(std::vector<MovedVariable> variables, const S
                                    EditBasis basis)
     : rest_(new Rest{std::move(variables), target, mode, std::move(basis), {}}) {
     rest_->basis.entry(target.key);
+    rest_->version = openCatalogue().contentVersion(rest_->passed());
     rest_->steps = rest_->pass();
 }
 
@@ -289,7 +312,11 @@ EditOutcome VariableTransfer::run() {
     if (std::ranges::none_of(rest_->steps, writes))
         return EditOutcome::Stopped;
     PlannedEdit edit = rest_->edit();
-    edit.stillSo = [&] { return rest_->basis.stillSo() && rest_->pass() == rest_->steps; };
+    // Reading a large entry again is worth its time only if somebody has written meanwhile.
+    const auto isSame = [&] {
+        return openCatalogue().contentVersion(rest_->passed()) == rest_->version || rest_->pass() == rest_->steps;
+    };
+    edit.stillSo = [&] { return rest_->basis.stillSo() && isSame(); };
     edit.write = [&](CatalogueChanges& changes) { return rest_->write(changes); };
     return perform(edit);
 }

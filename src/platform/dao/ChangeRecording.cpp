@@ -95,6 +95,20 @@ QStringList DatabaseFile::unrecordable(const QStringList& tables) {
     return names;
 }
 
+std::vector<qint64> DatabaseFile::contentVersion(const QStringList& tables) {
+    const Operation operation(*this);
+    const Reading reading(*connection_);
+    std::vector<qint64> version{sqlite3_total_changes64(connection_->handle())};
+    for (const QString& table : tables) {
+        Attachments::Use use;
+        const QScopedValueRollback binding(bindingUse_, &use);
+        const QString schema = placeOf(table).file->schema;
+        version.push_back(attachments_->generation(schema));
+        version.push_back(dataVersion(*connection_, schema));
+    }
+    return version;
+}
+
 /// A transaction that begins with a read could not wait for another's lock later: SQLite refuses it at once. One that
 /// begins as a writer of every file would lock the linked files too. A write that changes nothing does neither.
 void DatabaseFile::takeWritersPlace(const QStringList& tables) {

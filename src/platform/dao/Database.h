@@ -208,6 +208,11 @@ public:
     /// @throws Error 3197 a row isn't, to the letter, what the change set leads from; 3260, 3026, 3043 ...
     virtual void apply(const ChangeSet& changes, ChangeWay way, const std::function<void(const ChangedRow&)>& each) = 0;
 
+    /// As long as what this gives stays equal, nobody has changed a row of the tables, this program included. The
+    /// reverse isn't said: it may differ though they are as they were. Costs no more than a look at the files.
+    /// @throws Error 3011, 3024, 3044 a link's file or table is gone
+    virtual std::vector<qint64> contentVersion(const QStringList& tables) = 0;
+
     /// Saves definitions, closes linked files and then the database. Recordsets in memory stay readable.
     virtual void Close() = 0;
     virtual bool isOpen() const = 0;

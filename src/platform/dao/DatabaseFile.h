@@ -45,6 +45,7 @@ public:
     QStringList unrecordable(const QStringList& tables) override;
     std::unique_ptr<ChangeRecorder> record(const QStringList& tables) override;
     void apply(const ChangeSet& changes, ChangeWay way, const std::function<void(const ChangedRow&)>& each) override;
+    std::vector<qint64> contentVersion(const QStringList& tables) override;
     void Close() override;
     bool isOpen() const override { return connection_ != nullptr && !closing_; }
 
