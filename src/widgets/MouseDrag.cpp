@@ -155,7 +155,10 @@ bool MouseDrag::press(const QMouseEvent& event) {
     const bool held = pressed_ && event.buttons() != event.button();
     giveUp();
     pressed_ = false;
-    if (held || !dragFollower() || gBusy > 0 || !isHeld(event.button()))
+    // With Shift the mouse goes on drawing a selection over the rows.
+    const bool selects = place_.part == DragPlace::Part::List && event.button() == Qt::LeftButton &&
+                         event.modifiers().testFlag(Qt::ShiftModifier);
+    if (held || selects || !dragFollower() || gBusy > 0 || !isHeld(event.button()))
         return held;
     where_ = event.globalPosition().toPoint();
     pressed_ = dragFollower()->press(

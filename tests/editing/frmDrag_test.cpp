@@ -61,8 +61,8 @@ protected:
     }
 
     static void send(QAbstractItemView* view, QEvent::Type type, const QPoint& where, Qt::MouseButton button,
-                     Qt::MouseButtons held) {
-        QMouseEvent event(type, view->viewport()->mapFromGlobal(QPointF(where)), QPointF(where), button, held, {});
+                     Qt::MouseButtons held, Qt::KeyboardModifiers keys = {}) {
+        QMouseEvent event(type, view->viewport()->mapFromGlobal(QPointF(where)), QPointF(where), button, held, keys);
         QApplication::sendEvent(view->viewport(), &event);
     }
     /// The mouse goes down in a view, and on in steps, as its window hears of it.
@@ -121,6 +121,17 @@ TEST_F(Drag, SelectedRowsStaySelectedWhileTheyAreDraggedToAnotherWindow) {
     EXPECT_EQ(rowsOf(u"trel_VariableTrend"_s, u"fid = 0"_s), 2);
     EXPECT_EQ(categories->selectedRows().size(), 2u);
     EXPECT_FALSE(tree(trends)->viewport()->findChild<QWidget*>(u"dropMark"_s));
+}
+
+TEST_F(Drag, WithShiftTheMouseDrawsASelectionOverTheRows) {
+    categories->showNode(u"B1"_s);
+    drag(list(categories), row(categories, 0), row(categories, 0), Qt::LeftButton);
+    const std::pair<QEvent::Type, int> steps[] = {
+        {QEvent::MouseButtonPress, 0}, {QEvent::MouseMove, 1}, {QEvent::MouseButtonRelease, 1}};
+    for (const auto& [type, place] : steps)
+        send(list(categories), type, row(categories, place), Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
+    EXPECT_FALSE(gesture.isDragging());
+    EXPECT_EQ(categories->selectedRows().size(), 2u);
 }
 
 TEST_F(Drag, WhatIsCancelledDropsNothing) {
