@@ -67,7 +67,8 @@ struct EntryTransfer::Rest {
     EditBasis basis;
     ViewTables from, to;
     std::vector<EntryRow> walk;      ///< the entry and what stands below it, child before next sibling
-    bool targetGone = false;         ///< or stands below the entry by now
+    bool otherwise = false;          ///< than the windows show: the entry has another name, or the target is gone or
+                                     ///< stands below the entry by now
     QHash<QString, QString> numbers; ///< of copied studies, by folded old number
     QString newKey;
 
@@ -112,11 +113,13 @@ EntryTransfer::Rest::Rest(const ShownEntry& sourceEntry, const ShownEntry& targe
     const QString place = target.key.mid(1);
     const bool isRoot = place == u"0";
     if (crosses())
-        targetGone = !isRoot && !ViewEntries(to).find(place);
+        otherwise = !isRoot && !ViewEntries(to).find(place);
     else
-        targetGone = !isRoot && (!entries.find(place) || std::ranges::any_of(walk, [&](const EntryRow& row) {
+        otherwise = !isRoot && (!entries.find(place) || std::ranges::any_of(walk, [&](const EntryRow& row) {
             return dao::compareTexts(row.key, place) == 0;
         }));
+    // A node that was shown without text is as good as any.
+    otherwise |= !walk.empty() && !source.text.isEmpty() && source.text != nameOf(walk.front());
 }
 
 /// Why a study cannot get a number, empty if it can.
@@ -365,13 +368,13 @@ EditOutcome EntryTransfer::run() {
         return EditOutcome::Stopped;
     }
     bool wanted = true;
-    if (rest_->from.study && !rest_->targetGone && (!rest_->moves() || rest_->crosses()) &&
+    if (rest_->from.study && !rest_->otherwise && (!rest_->moves() || rest_->crosses()) &&
         !attempt([&] { wanted = rest_->moves() ? rest_->keepsNumbers() : rest_->askForNumbers(); }))
         return EditOutcome::Failed;
     if (!wanted)
         return EditOutcome::Stopped;
     PlannedEdit edit = rest_->edit();
-    edit.stillSo = [&] { return !rest_->targetGone && rest_->basis.stillSo() && rest_->numbersAreFree(); };
+    edit.stillSo = [&] { return !rest_->otherwise && rest_->basis.stillSo() && rest_->numbersAreFree(); };
     edit.write = [&](CatalogueChanges& changes) { return rest_->write(changes); };
     const EditOutcome outcome = perform(edit);
     if (outcome != EditOutcome::Done)

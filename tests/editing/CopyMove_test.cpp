@@ -329,6 +329,12 @@ TEST_F(CopyMove, WhatAnotherProgramHasChangedMeanwhileIsNotWritten) {
         ASSERT_TRUE(QFile::copy(kept, catalogue.path()));
         open();
     }
+    // What the user is asked about has had another name for some time.
+    gDatabase.CurrentDatabase()->Execute(u"UPDATE tkey_Category SET dt_IndicatorName = 'x' WHERE id = 1"_s);
+    asker.answer(Answer::Ok);
+    EXPECT_FALSE(dropEntry(categories, u"B1"_s, categories, u"B2"_s, moving));
+    EXPECT_EQ(asker.lastText(), changed);
+    EXPECT_EQ(categories.tree.find(u"B1"_s)->Text, u"x"_s);
 }
 
 } // namespace
