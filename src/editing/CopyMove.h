@@ -61,8 +61,9 @@ struct MovedVariable {
 /// still when it is written.
 class VariableTransfer {
 public:
-    /// @param basis what else the user's answers rest on @throws dao::Error if the catalogue cannot be read
-    VariableTransfer(std::vector<MovedVariable> variables, const ShownEntry& target, TransferMode mode,
+    /// @param listed rows of the list that they come from, over which the progress goes @param basis what else the
+    /// user's answers rest on @throws dao::Error if the catalogue cannot be read
+    VariableTransfer(std::vector<MovedVariable> variables, int listed, const ShownEntry& target, TransferMode mode,
                      EditBasis basis);
     ~VariableTransfer();
     VariableTransfer(const VariableTransfer&) = delete;

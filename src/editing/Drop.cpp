@@ -90,7 +90,12 @@ std::optional<DropSource> DropSource::rows(const ExplorerModel& model, const std
     const CatalogueNode* listed = model.selectedNode();
     if (!listed)
         return std::nullopt;
-    DropSource source{listed->Key, true, model.state.bELTree, model.state.selectionTitle, {}};
+    DropSource source{listed->Key,
+                      true,
+                      model.state.bELTree,
+                      model.state.selectionTitle,
+                      {},
+                      static_cast<int>(model.list.shown.size())};
     for (const int row : rows) {
         const VariableRow& variable = model.list.rows[static_cast<size_t>(row)];
         if (const CatalogueNode* node = model.nodeOf(variable))
@@ -134,7 +139,7 @@ bool drop(const DropSource& source, const DropTarget& target, TransferMode mode)
     bool written = false;
     attempt([&] {
         if (source.isList) {
-            VariableTransfer transfer(source.variables, to, mode, std::move(basis));
+            VariableTransfer transfer(source.variables, source.listed, to, mode, std::move(basis));
             ShowDuplicateMessage = true;
             written = isWanted(source, to.text, mode) && transfer.run() == EditOutcome::Done;
             return;

@@ -12,6 +12,7 @@ struct DropSource {
     bool english = false;
     QString text;                         ///< of the entry, or the title above the list
     std::vector<MovedVariable> variables; ///< of a list
+    int listed = 0;                       ///< rows that the list shows, selected or not
 
     /// @return nothing if the tree has no such node
     static std::optional<DropSource> entry(const CatalogueTree& tree, const QString& key, bool english);

@@ -108,6 +108,7 @@ struct Step {
 
 struct VariableTransfer::Rest {
     std::vector<MovedVariable> variables;
+    int listed;
     ShownEntry target;
     TransferMode mode;
     EditBasis basis;
@@ -256,7 +257,8 @@ bool VariableTransfer::Rest::append(ui::Progress& progress) const {
 }
 
 bool VariableTransfer::Rest::write(CatalogueChanges& changes) const {
-    ui::Progress progress(ui::Progress::Stop::Allowed, [this] { return static_cast<int>(variables.size()); });
+    ui::Progress progress(ui::Progress::Stop::Allowed,
+                          [this] { return std::max(listed, static_cast<int>(variables.size())); });
     if (!append(progress))
         return false;
     std::map<int, std::vector<dao::Value>> leaving; // by view
@@ -296,9 +298,9 @@ PlannedEdit VariableTransfer::Rest::edit() const {
     return edit;
 }
 
-VariableTransfer::VariableTransfer(std::vector<MovedVariable> variables, const ShownEntry& target, TransferMode mode,
-                                   EditBasis basis)
-    : rest_(new Rest{std::move(variables), target, mode, std::move(basis), {}}) {
+VariableTransfer::VariableTransfer(std::vector<MovedVariable> variables, int listed, const ShownEntry& target,
+                                   TransferMode mode, EditBasis basis)
+    : rest_(new Rest{std::move(variables), listed, target, mode, std::move(basis), {}}) {
     rest_->basis.entry(target.key);
     rest_->version = openCatalogue().contentVersion(rest_->passed());
     rest_->steps = rest_->pass();
