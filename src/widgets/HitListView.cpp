@@ -256,14 +256,7 @@ HitListView::HitListView(HitListModel& model, QWidget* parent) : QTableView(pare
         if (opened)
             opened();
     });
-    fitRowHeight();
-}
-
-void HitListView::fitRowHeight() {
-    const int line = qMax(16, fontMetrics().height());
-    setIconSize({line, line});
-    verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + qMax(4, fontMetrics().height() / 3));
+    fitRowHeight(*this);
 }
 
 /// Until the user has other wishes the columns share the room: what was found, where, and most to what is around it.
@@ -326,7 +319,7 @@ void HitListView::paintEvent(QPaintEvent* event) {
 void HitListView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        fitRowHeight();
+        fitRowHeight(*this);
         fitColumns();
     }
 }

@@ -82,6 +82,5 @@ private:
     QString hint_;
     bool widthsByUser_ = false, settingWidths_ = false;
 
-    void fitRowHeight();
     void fitColumns();
 };

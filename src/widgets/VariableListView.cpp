@@ -120,20 +120,13 @@ VariableListView::VariableListView(VariableList& list, QWidget* parent)
         set.Width = pixelsToTwips(*this, qRound((width - iconRoom(column)) / fontScale()));
         set.widthBy = ListColumn::By::User;
     });
-    fitRowHeight();
-}
-
-void VariableListView::fitRowHeight() {
-    const int line = qMax(16, fontMetrics().height());
-    setIconSize({line, line});
-    verticalHeader()->setMinimumSectionSize(1);
-    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + qMax(4, fontMetrics().height() / 3));
+    fitRowHeight(*this);
 }
 
 void VariableListView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange) {
-        fitRowHeight();
+        fitRowHeight(*this);
         fitColumns();
     }
 }

@@ -79,7 +79,6 @@ private:
     };
     std::vector<Need> needs_; ///< of each column; none before the first rows
 
-    void fitRowHeight();
     /// Widths are meant for small letters; larger ones take as many more.
     double fontScale() const;
     Need needOf(int column) const;

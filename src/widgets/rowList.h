@@ -15,3 +15,11 @@ inline void showAsRows(QTableView& table) {
     table.verticalHeader()->hide();
     table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
 }
+
+/// Gives the rows, and the icons in them, the height that the table's font needs; to be asked again where that changes.
+inline void fitRowHeight(QTableView& table) {
+    const int line = table.fontMetrics().height();
+    table.setIconSize({qMax(16, line), qMax(16, line)});
+    table.verticalHeader()->setMinimumSectionSize(1);
+    table.verticalHeader()->setDefaultSectionSize(line + qMax(4, line / 3));
+}
