@@ -36,31 +36,44 @@ public:
         const QStyle* style = item.widget ? item.widget->style() : QApplication::style();
         style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
 
-        const auto& context = static_cast<const HitListModel*>(index.model())->contextAt(index.row());
-        QList<QTextLayout::FormatRange> bold;
-        for (const TermPlace& place : context.places) {
-            QTextLayout::FormatRange range;
-            range.start = static_cast<int>(place.start);
-            range.length = static_cast<int>(place.length);
-            range.format.setFontWeight(QFont::Bold);
-            bold << range;
-        }
-        QTextLayout layout(context.text, item.font);
-        layout.setCacheEnabled(false);
-        layout.setFormats(bold);
-        layout.beginLayout();
-        QTextLine line = layout.createLine();
-        line.setLineWidth(1e6);
-        layout.endLayout();
         const QRect room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
                                .adjusted(item.fontMetrics.averageCharWidth() / 2, 0, 0, 0);
+        const TermContext& context = static_cast<const HitListModel*>(index.model())->contextAt(index.row());
+        QTextLayout layout(context.text, item.font);
+        layout.setCacheEnabled(false);
+        layOut(layout, context);
+        if (layout.lineAt(0).naturalTextWidth() > room.width()) {
+            const int end = layout.lineAt(0).xToCursor(room.width() - item.fontMetrics.horizontalAdvance(u'…') - 1,
+                                                       QTextLine::CursorOnCharacter);
+            layout.setText(context.text.left(end) + u'…');
+            layOut(layout, context);
+        }
         // A selection without the keyboard is drawn pale, and its text as any other.
         const bool lit = (item.state & QStyle::State_Selected) && item.widget && item.widget->hasFocus();
         painter->save();
         painter->setClipRect(room);
         painter->setPen(item.palette.color(lit ? QPalette::HighlightedText : QPalette::Text));
-        layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - line.height()) / 2));
+        layout.draw(painter, QPointF(room.left(), room.top() + (room.height() - layout.lineAt(0).height()) / 2));
         painter->restore();
+    }
+
+private:
+    /// On one line, which may hold less than the whole text.
+    static void layOut(QTextLayout& layout, const TermContext& context) {
+        const qsizetype length = layout.text().size();
+        QList<QTextLayout::FormatRange> bold;
+        for (const TermPlace& place : context.places) {
+            QTextLayout::FormatRange range;
+            range.start = static_cast<int>(std::min(place.start, length));
+            range.length = static_cast<int>(std::min(place.start + place.length, length)) - range.start;
+            range.format.setFontWeight(QFont::Bold);
+            if (range.length > 0)
+                bold << range;
+        }
+        layout.setFormats(bold);
+        layout.beginLayout();
+        layout.createLine().setLineWidth(1e6);
+        layout.endLayout();
     }
 };
 
@@ -324,10 +337,12 @@ void HitListView::changeEvent(QEvent* event) {
     }
 }
 
-/// The hit that was opened stays in sight where windows are arranged anew for it.
+/// The hit that was opened stays in sight where windows are arranged anew for it. The event of a view that was hidden
+/// meanwhile doesn't know the size before.
 void HitListView::resizeEvent(QResizeEvent* event) {
     const int top = currentIndex().isValid() ? rowViewportPosition(currentRow()) : -1;
-    const bool inSight = top >= 0 && top < event->oldSize().height();
+    const bool inSight = top >= 0 && top < heightBefore_;
+    heightBefore_ = event->size().height();
     QTableView::resizeEvent(event);
     fitColumns();
     if (inSight)

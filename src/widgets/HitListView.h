@@ -81,6 +81,7 @@ private:
     HitListModel& model_;
     QString hint_;
     bool widthsByUser_ = false, settingWidths_ = false;
+    int heightBefore_ = 0;
 
     void fitColumns();
 };

@@ -149,6 +149,20 @@ TEST_F(frmFindTest, ListsHitsThatEnterOpensWithTheTermsMarked) {
     EXPECT_EQ(window->parentWidget()->y(), before->parentWidget()->y());
 }
 
+TEST_F(frmFindTest, KeepsTheHitInSightThatWindowsAreArrangedFor) {
+    gOptions.SortByPosition = true;
+    search(u"e"_s);
+    frmExplorer::OpenExplorerView(2)->parentWidget()->showMaximized();
+    desktop().activate(*window);
+    const int last = hits->model()->rowCount() - 1;
+    hits->goTo(last);
+    QTest::keyClick(hits, Qt::Key_Return);
+    settle();
+    const QRect row = hits->visualRect(hits->model()->index(last, 0));
+    ASSERT_LT(hits->viewport()->height(), last * row.height());
+    EXPECT_TRUE(hits->viewport()->rect().contains(row.center())) << row.top() << ' ' << hits->viewport()->height();
+}
+
 TEST_F(frmFindTest, GoesToTheNextHitAlsoFromTheExplorer) {
     gOptions.SortByPosition = false;
     only({18});
