@@ -14,6 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr char accent[] = "#3f86c6";
+constexpr char accentOnDark[] = "#6cb0ea"; ///< thin lines of the other would sink into a dark ground
 
 /// Draws an SVG text whose "currentColor" stands for the colour of text. Each size and colour is drawn once.
 class LineDrawing : public QIconEngine {
@@ -69,6 +70,8 @@ private:
         // On a selection, which has the accent's own colour, all is drawn in that of selected text.
         if (mode == QIcon::Selected)
             drawn.replace(accent, colour.toLatin1());
+        else if (palette.color(QPalette::Window).lightness() < 128)
+            drawn.replace(accent, accentOnDark);
         QSvgRenderer renderer(drawn);
         renderer.setAspectRatioMode(Qt::KeepAspectRatio);
         renderer.render(&painter);

@@ -59,14 +59,34 @@ void outlineOnDark(QPainter& painter, const QStyleOption& option, bool round) {
     painter.restore();
 }
 
+/// As is the line between the parts of a menu, which is drawn darker than its ground.
+void separateOnDark(QPainter& painter, const QStyleOptionMenuItem& item) {
+    if (!isDark(item.palette) || item.menuItemType != QStyleOptionMenuItem::Separator || !item.text.isEmpty())
+        return;
+    QColor line = item.palette.color(QPalette::WindowText);
+    line.setAlphaF(0.25F);
+    constexpr int margin = 5;
+    painter.fillRect(QRect(item.rect.left() + margin, item.rect.center().y(), item.rect.width() - 2 * margin, 1), line);
+}
+
 } // namespace
 
-/// Half of the text's colour, as which a prompt is drawn elsewhere, is too little on most grounds.
+/// Half of the text's colour, as which a prompt is drawn elsewhere, is too little on most grounds. What is out of use
+/// stands back further, but one wants to read what there would be.
 void ProgramStyle::polish(QPalette& palette) {
     QProxyStyle::polish(palette);
     for (const auto group : {QPalette::Active, QPalette::Inactive})
         palette.setColor(group, QPalette::PlaceholderText,
                          faintText(palette.color(group, QPalette::Text), palette.color(group, QPalette::Base)));
+    constexpr double outOfUse = 3;
+    for (const auto& [role, ground] :
+         {std::pair(QPalette::Text, QPalette::Base), std::pair(QPalette::WindowText, QPalette::Window),
+          std::pair(QPalette::ButtonText, QPalette::Button)}) {
+        const QColor behind = palette.color(QPalette::Disabled, ground);
+        if (contrast(palette.color(QPalette::Disabled, role), behind) < outOfUse)
+            palette.setColor(QPalette::Disabled, role,
+                             faintText(palette.color(QPalette::Active, role), behind, outOfUse));
+    }
     palette.setColor(QPalette::Disabled, QPalette::PlaceholderText, palette.color(QPalette::Disabled, QPalette::Text));
 }
 
@@ -132,6 +152,8 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption* optio
         return;
     }
     QProxyStyle::drawControl(element, option, painter, widget);
+    if (const auto* entry = qstyleoption_cast<const QStyleOptionMenuItem*>(option); element == CE_MenuItem && entry)
+        separateOnDark(*painter, *entry);
     if (element == CE_ShapedFrame && qobject_cast<const QAbstractScrollArea*>(widget) && widget->hasFocus()) {
         painter->setPen(option->palette.color(QPalette::Highlight));
         painter->setBrush(Qt::NoBrush);

@@ -17,13 +17,14 @@ inline double contrast(const QColor& a, const QColor& b) {
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
-/// The colour of a text that stands back: as near to its ground as it can be read, in full where even that is too near.
-inline QColor faintText(const QColor& text, const QColor& ground) {
-    for (int percent = 50; percent < 100; percent += 5) {
+/// The colour of a text that stands back: as near to its ground as the contrast allows, in full where even that is too
+/// near.
+inline QColor faintText(const QColor& text, const QColor& ground, double least = 4.6) {
+    for (int percent = least < 4.5 ? 25 : 50; percent < 100; percent += 5) {
         const auto mixed = [percent](int of, int with) { return (of * percent + with * (100 - percent)) / 100; };
         const QColor faint(mixed(text.red(), ground.red()), mixed(text.green(), ground.green()),
                            mixed(text.blue(), ground.blue()));
-        if (contrast(faint, ground) >= 4.6)
+        if (contrast(faint, ground) >= least)
             return faint;
     }
     return text;

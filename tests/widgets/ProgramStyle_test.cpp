@@ -1,5 +1,7 @@
 #include "widgets/ProgramStyle.h"
 
+#include "widgets/contrast.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QStyleOption>
@@ -40,4 +42,16 @@ TEST(ProgramStyle, setsATitleOffFromItsBarByAShadowOnLightAndDark) {
         EXPECT_GT(lighter, 0) << "paper " << paper;
         EXPECT_GT(darker, 0) << "paper " << paper;
     }
+}
+
+TEST(ProgramStyle, leavesWhatIsOutOfUseReadableAndPalerThanTheRest) {
+    for (const auto& [paper, ink] : {std::pair{Qt::white, Qt::black}, std::pair{Qt::black, Qt::white}})
+        for (const QColor& given : {QColor(paper), QColor(Qt::gray)}) {
+            QPalette palette(ink, paper, paper, paper, paper, ink, ink, paper, paper);
+            palette.setColor(QPalette::Disabled, QPalette::ButtonText, given);
+            ProgramStyle(QStringLiteral("Fusion")).polish(palette);
+            const double seen = contrast(palette.color(QPalette::Disabled, QPalette::ButtonText), paper);
+            EXPECT_GE(seen, 3) << "paper " << paper;
+            EXPECT_LT(seen, 10) << "paper " << paper;
+        }
 }
