@@ -12,10 +12,28 @@
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
 #include <QStandardItemModel>
+#include <QStyledItemDelegate>
 #include <QTreeView>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Such an entry leads to those below it and says why it cannot be chosen itself, so it is not disabled, but looks so.
+class PaleWhereNotSelectable : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (!(index.flags() & Qt::ItemIsSelectable))
+            option->state &= ~QStyle::State_Enabled;
+    }
+};
+
+} // namespace
 
 frmTreeChoice::frmTreeChoice(const ui::TreeChoice& choice, QWidget* parent)
     : QDialog(parent), Form(*this, u"frmTreeChoice"_s), choice_(choice), entries_(new QStandardItemModel(this)),
@@ -40,7 +58,6 @@ std::optional<int> frmTreeChoice::ask(const ui::TreeChoice& choice) {
 
 void frmTreeChoice::fill() {
     std::vector<QStandardItem*> items;
-    const QColor grey = palette().color(QPalette::Disabled, QPalette::Text);
     for (const ui::TreeChoice::Entry& entry : choice_.entries) {
         auto* item = new QStandardItem(entry.text.simplified());
         item->setData(static_cast<int>(items.size()), Qt::UserRole);
@@ -49,7 +66,6 @@ void frmTreeChoice::fill() {
         if (!entry.icon.isEmpty())
             item->setIcon(Icons::get(entry.icon));
         if (!entry.selectable) {
-            item->setForeground(grey);
             item->setToolTip(plainToolTip(entry.why));
             item->setData(entry.why, Qt::AccessibleDescriptionRole);
         }
@@ -75,6 +91,7 @@ void frmTreeChoice::build() {
     tvChoice_->setHeaderHidden(true);
     tvChoice_->setUniformRowHeights(true);
     tvChoice_->setExpandsOnDoubleClick(false);
+    tvChoice_->setItemDelegate(new PaleWhereNotSelectable(tvChoice_));
     lblWhy_ = withOwnText(new QLabel(this), u"lblWhy"_s);
     lblWhy_->setTextFormat(Qt::PlainText);
     lblWhy_->setWordWrap(true);
