@@ -176,7 +176,7 @@ void frmExplorer::addContextMenus() {
 
 void frmExplorer::refreshTitles() {
     setWindowTitle(viewName(viewNumber()) + u' ' + Tag);
-    toFilter_->setText(TranslateText(u"Zum Schnellfilter"_s));
+    toFilter_->setText(TranslateText(u"&Zum Schnellfilter"_s));
     tree_->refreshTitles();
     list_->refreshTitles();
     for (ExplorerPanel* panel : {panelA_, panelB_}) {
