@@ -193,7 +193,6 @@ void addGeneral(QTabWidget* tabs) {
     page.option(&Options::DataOnCD);
     page.group(u"fraStart"_s, u"Programmstart"_s);
     page.check(u"chkbSys"_s, u"&Begrüßungsdialog beim Start anzeigen"_s);
-    page.note(0, u"Noch ohne Wirkung: Ordner für Fragebögen und SPSS"_s);
     page.end();
 }
 
@@ -210,7 +209,7 @@ void addExplorer(QTabWidget* tabs) {
     page.group(u"fraSkin"_s, u"Hintergrundbild"_s);
     page.option(&Options::Skin);
     page.option(&Options::SkinPath);
-    page.note(1, u"Noch ohne Wirkung: Hintergrundbild, Anordnen"_s);
+    page.note(0, u"Noch ohne Wirkung: Hintergrundbild"_s);
     page.end();
 }
 
@@ -302,7 +301,7 @@ void addReport(QTabWidget* tabs) {
     page.option(&Options::ReportIncludeGraphs);
     page.option(&Options::ReportIncludeShowCards);
     page.option(&Options::PrintMaxLevels);
-    page.note(2, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
+    page.note(1, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
     page.end();
 }
 
