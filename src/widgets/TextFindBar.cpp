@@ -21,6 +21,7 @@ TextFindBar::TextFindBar(QTextEdit& text, QWidget* parent) : QWidget(parent), te
     txtSuchen_->setClearButtonEnabled(true);
     row->addWidget(txtSuchen_, 1);
     lblNotFound_ = withOwnText(new QLabel(this), u"lblNotFound"_s);
+    lblNotFound_->hide();
     row->addWidget(lblNotFound_);
     row->addWidget(cmdBack_ = button(u"cmdSuchenBack"_s, u"go-back"_s));
     row->addWidget(cmdNext_ = button(u"cmdSuchenNext"_s, u"go-next"_s));
@@ -46,7 +47,7 @@ void TextFindBar::open() {
     if (!selected.isEmpty() && !selected.contains(QChar::ParagraphSeparator) &&
         !selected.contains(QChar::LineSeparator))
         txtSuchen_->setText(selected);
-    lblNotFound_->clear();
+    sayFound(true);
     show();
     txtSuchen_->setFocus();
     txtSuchen_->selectAll();
@@ -55,7 +56,7 @@ void TextFindBar::open() {
 /// @param fromHere what is found already may be found again, as it grows under the typing
 void TextFindBar::find(bool backward, bool fromHere) {
     const QString wanted = txtSuchen_->text();
-    lblNotFound_->clear();
+    sayFound(true);
     if (wanted.isEmpty())
         return;
     const QTextDocument::FindFlags flags = backward ? QTextDocument::FindBackward : QTextDocument::FindFlags();
@@ -67,10 +68,15 @@ void TextFindBar::find(bool backward, bool fromHere) {
         from.movePosition(backward ? QTextCursor::End : QTextCursor::Start);
         found = text_.document()->find(wanted, from, flags);
     }
-    if (found.isNull())
-        lblNotFound_->setText(TranslateText(u"Nicht gefunden"_s));
-    else
+    sayFound(!found.isNull());
+    if (!found.isNull())
         text_.setTextCursor(found);
+}
+
+/// Empty it takes no place: it would stand as a gap between the field and its buttons.
+void TextFindBar::sayFound(bool found) {
+    lblNotFound_->setText(found ? QString() : said(u"Nicht gefunden"_s, u"Not found"_s));
+    lblNotFound_->setVisible(!found);
 }
 
 void TextFindBar::close() {
@@ -97,6 +103,5 @@ void TextFindBar::refreshTexts() {
     name(*cmdBack_, TranslateText(u"Vorige Stelle (Umschalt+Eingabe)"_s));
     name(*cmdNext_, TranslateText(u"Nächste Stelle (Eingabe)"_s));
     name(*cmdClose_, TranslateText(u"Suchzeile schließen (Esc)"_s));
-    if (!lblNotFound_->text().isEmpty())
-        lblNotFound_->setText(TranslateText(u"Nicht gefunden"_s));
+    sayFound(lblNotFound_->text().isEmpty());
 }

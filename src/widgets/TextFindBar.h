@@ -28,5 +28,6 @@ private:
 
     QToolButton* button(const QString& name, const QString& icon);
     void find(bool backward, bool fromHere);
+    void sayFound(bool found);
     void close();
 };

@@ -194,8 +194,11 @@ TEST_F(frmDocumentTest, WordsAreFoundInTheText) {
         QTest::keyClick(line, Qt::Key_Return, keys);
         EXPECT_EQ(at(), place);
     }
+    auto* notFound = find<QLabel>(u"lblNotFound"_s);
+    EXPECT_FALSE(notFound->isVisible());
     QTest::keyClicks(line, u"x"_s);
-    EXPECT_FALSE(find<QLabel>(u"lblNotFound"_s)->text().isEmpty());
+    EXPECT_TRUE(notFound->isVisible());
+    EXPECT_FALSE(notFound->text().isEmpty());
     QTest::keyClick(line, Qt::Key_Escape);
     EXPECT_FALSE(line->isVisible());
     EXPECT_EQ(id(), u"SV2014"_s);

@@ -62,7 +62,7 @@ TEST_F(EntryWords, AreThoseOfTheLanguage) {
          {u"Bitte geben Sie den Namen für die neue Studie oder Gruppe in 'Gruppe' ein:|Neue Studie|Neue Studie/Gruppe"_s,
           u"Welche Studiennummer soll diese Studie haben?|Neue Studie|G001"_s, u"Beschreibung eingeben für 'N'"_s,
           u"Wählen Sie 'ja', wenn es eine Studie und keine Gruppe ist:|Neue Studie"_s},
-         {u"Please enter the name of the new study or group in Gruppe|New Study|New Study/Group"_s,
+         {u"Please enter the name of the new study or group in: Gruppe|New Study|New Study/Group"_s,
           u"Which study number shall this study have?|New Study|G001"_s, u"Enter the description of 'N'"_s,
           u"Choose 'yes' if it is a study and not a group:|New Study"_s}},
         {u"B3"_s,
