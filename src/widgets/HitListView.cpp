@@ -38,14 +38,19 @@ public:
 
         const QRect room = style->subElementRect(QStyle::SE_ItemViewItemText, &item, item.widget)
                                .adjusted(item.fontMetrics.averageCharWidth() / 2, 0, 0, 0);
-        const TermContext& context = static_cast<const HitListModel*>(index.model())->contextAt(index.row());
+        TermContext context = static_cast<const HitListModel*>(index.model())->contextAt(index.row());
         QTextLayout layout(context.text, item.font);
         layout.setCacheEnabled(false);
         layOut(layout, context);
+        const qreal end = room.width() - item.fontMetrics.horizontalAdvance(u'…') - 1;
         if (layout.lineAt(0).naturalTextWidth() > room.width()) {
-            const int end = layout.lineAt(0).xToCursor(room.width() - item.fontMetrics.horizontalAdvance(u'…') - 1,
-                                                       QTextLine::CursorOnCharacter);
-            layout.setText(context.text.left(end) + u'…');
+            comeToTerm(context, layout, end - item.fontMetrics.horizontalAdvance(u'…'));
+            layout.setText(context.text);
+            layOut(layout, context);
+        }
+        if (layout.lineAt(0).naturalTextWidth() > room.width()) {
+            const int last = layout.lineAt(0).xToCursor(end, QTextLine::CursorOnCharacter);
+            layout.setText(context.text.left(last) + u'…');
             layOut(layout, context);
         }
         // A selection without the keyboard is drawn pale, and its text as any other.
@@ -58,6 +63,23 @@ public:
     }
 
 private:
+    /// What stands before the first term gives way where that would end behind `end`.
+    static void comeToTerm(TermContext& context, const QTextLayout& layout, qreal end) {
+        if (context.places.empty())
+            return;
+        const QTextLine line = layout.lineAt(0);
+        const TermPlace first = context.places.front();
+        const qreal beyond = line.cursorToX(static_cast<int>(first.start + first.length)) - end;
+        if (beyond <= 0)
+            return;
+        const int covered = line.xToCursor(beyond, QTextLine::CursorOnCharacter);
+        const qsizetype cut = std::min<qsizetype>(first.start, layout.nextCursorPosition(covered));
+        const QString dots = u"…"_s;
+        context.text = dots + context.text.mid(cut);
+        for (TermPlace& place : context.places)
+            place.start += dots.size() - cut;
+    }
+
     /// On one line, which may hold less than the whole text.
     static void layOut(QTextLayout& layout, const TermContext& context) {
         const qsizetype length = layout.text().size();
