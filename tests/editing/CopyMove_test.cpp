@@ -335,6 +335,11 @@ TEST_F(CopyMove, WhatAnotherProgramHasChangedMeanwhileIsNotWritten) {
     EXPECT_FALSE(dropEntry(categories, u"B1"_s, categories, u"B2"_s, moving));
     EXPECT_EQ(asker.lastText(), changed);
     EXPECT_EQ(categories.tree.find(u"B1"_s)->Text, u"x"_s);
+    // What is to be copied has gone.
+    gDatabase.CurrentDatabase()->Execute(u"DELETE FROM tkey_Category WHERE id = 1"_s);
+    asker.answer(Answer::Ok);
+    EXPECT_FALSE(dropEntry(categories, u"B1"_s, categories, u"B2"_s, copying));
+    EXPECT_TRUE(asker.texts().contains(u"Kann nicht kopiert werden! (B1)"_s)) << qPrintable(asker.lastText());
 }
 
 } // namespace
