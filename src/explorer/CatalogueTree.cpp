@@ -3,6 +3,7 @@
 #include "app/globals.h"
 #include "platform/dao/Error.h"
 #include "platform/dao/TextOrder.h"
+#include "platform/dao/Value.h"
 
 #include <QSet>
 
