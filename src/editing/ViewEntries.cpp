@@ -4,6 +4,7 @@
 #include "catalogue/schema.h"
 #include "config/Options.h"
 #include "editing/EditRun.h"
+#include "editing/tableRows.h"
 #include "explorer/CatalogueTree.h"
 #include "platform/dao/TextOrder.h"
 
@@ -14,13 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype longestInMenu = 40, longestInQuestion = 200;
-
-dao::Database& catalogue() {
-    const dao::DatabasePtr database = gDatabase.CurrentDatabase();
-    if (!database)
-        dao::raiseRuntimeError(91);
-    return *database;
-}
 
 QString cut(const QString& text, qsizetype longest) {
     if (text.size() <= longest)
@@ -59,21 +53,21 @@ QString ViewTables::nodeKey(const QString& key) const {
 }
 
 dao::RecordsetPtr ViewTables::row(const QString& key) const {
-    return catalogue().OpenRecordset(u"SELECT * FROM "_s + entries + u" WHERE "_s + columns.key + u" = "_s +
-                                     literal(key) + u" ORDER BY [fid], [order];"_s);
+    return openCatalogue().OpenRecordset(u"SELECT * FROM "_s + entries + u" WHERE "_s + columns.key + u" = "_s +
+                                         literal(key) + u" ORDER BY [fid], [order];"_s);
 }
 
 dao::RecordsetPtr ViewTables::rowsBelow(const QString& parent) const {
-    return catalogue().OpenRecordset(u"SELECT * FROM "_s + entries + u" WHERE fid = "_s + literal(parent) +
-                                     u" ORDER BY [fid], [order];"_s);
+    return openCatalogue().OpenRecordset(u"SELECT * FROM "_s + entries + u" WHERE fid = "_s + literal(parent) +
+                                         u" ORDER BY [fid], [order];"_s);
 }
 
 ViewEntries::ViewEntries(const ViewTables& tables) {
     const EntryColumns& columns = tables.columns;
     const dao::RecordsetPtr all =
-        catalogue().OpenRecordset(u"SELECT "_s + columns.key + u", fid, "_s + columns.text + u", [order] FROM "_s +
-                                      tables.entries + u" ORDER BY [fid], [order];"_s,
-                                  dao::dbOpenSnapshot);
+        openCatalogue().OpenRecordset(u"SELECT "_s + columns.key + u", fid, "_s + columns.text + u", [order] FROM "_s +
+                                          tables.entries + u" ORDER BY [fid], [order];"_s,
+                                      dao::dbOpenSnapshot);
     for (; !all->Eof(); all->MoveNext()) {
         const QString parent = all->value(1).toText();
         rows_.push_back({all->value(0).toText(), parent.isEmpty() ? u"0"_s : parent, all->value(2).toText(),
