@@ -1,8 +1,8 @@
 #include "editing/Entries.h"
 
 #include "catalogue/CDaoDatabase.h"
-#include "catalogue/importNames.h"
 #include "editing/EntryEdit.h"
+#include "editing/studyNumbers.h"
 #include "platform/dao/TextOrder.h"
 
 using namespace Qt::StringLiterals;
@@ -69,37 +69,6 @@ Written describeAndWrite(const QString& name, const QString& kept, QString& text
     }
 }
 
-bool hasRow(const QString& statement) {
-    const dao::RecordsetPtr rows = gDatabase.CurrentDatabase()->OpenRecordset(statement, dao::dbOpenSnapshot);
-    return !rows->Eof();
-}
-
-/// A number belongs to one study of the catalogue, whichever view has it.
-bool isTaken(const QString& number) {
-    for (int view = 1; view <= gViews.lastRow(); ++view) {
-        if (!isStudyView(view))
-            continue;
-        const ViewTables tables(view, false);
-        if (hasRow(u"SELECT id_StudyNo FROM "_s + tables.entries + u" WHERE id_StudyNo = "_s + quoted(number)))
-            return true;
-    }
-    return false;
-}
-
-/// Why a study cannot have a number; empty if it can.
-QString numberFault(const QString& number) {
-    if (isTaken(number))
-        return TranslateText(u"Die Studiennummer ist bereits vergeben."_s);
-    if (const QString fault = studyNumberFault(number); !fault.isEmpty())
-        return fault;
-    // The new study would have them at once.
-    if (gDatabase.TableExist(u"tkey_Variable"_s) &&
-        hasRow(u"SELECT fi_StudyNo FROM tkey_Variable WHERE fi_StudyNo = "_s + quoted(number)))
-        return TranslateText(
-            u"Unter dieser Studiennummer stehen noch Variablen einer Studie, die es nicht mehr gibt."_s);
-    return {};
-}
-
 EntryText entryText(const QString& name, const QString& description) {
     return {.name = name, .described = isDescription(description)};
 }
@@ -156,7 +125,7 @@ EditOutcome writeNew(const ViewTables& tables, const NewEntry& entry, const Edit
     const QString what = TranslateText(tables.study ? u"Neue Studie"_s : u"Neuer Eintrag"_s);
     return perform({.name = editName(what, entry.name),
                     .tables = {tables.entries},
-                    .stillSo = [&] { return basis.stillSo() && (!tables.study || !isTaken(entry.number)); },
+                    .stillSo = [&] { return basis.stillSo() && (!tables.study || !isStudyNumberTaken(entry.number)); },
                     .write =
                         [&](CatalogueChanges& changes) {
                             key = add(tables, entry);
@@ -172,7 +141,7 @@ Written makeEntry(ExplorerModel& model, const ViewTables& tables, NewEntry entry
     return describeAndWrite(entry.name, QString(), text, [&](const std::optional<QString>& edited, bool again) {
         // After a refusal the text is the one typed before, and Cancel leaves the entry without.
         entry.description = edited.value_or(QString());
-        const QString fault = tables.study ? numberFault(entry.number) : QString();
+        const QString fault = tables.study ? whyNotStudyNumber(entry.number) : QString();
         if (!fault.isEmpty()) {
             ui::asker().messageBox({.text = fault, .icon = ui::Icon::Exclamation});
             return Written::NumberRefused;

@@ -1,9 +1,9 @@
 #include "app/globals.h"
 #include "catalogue/CDaoDatabase.h"
-#include "catalogue/importNames.h"
 #include "diagnostics/errors.h"
 #include "editing/CopyMove.h"
 #include "editing/ViewEntries.h"
+#include "editing/studyNumbers.h"
 #include "editing/tableRows.h"
 #include "explorer/CatalogueTree.h"
 #include "platform/dao/TextOrder.h"
@@ -38,8 +38,7 @@ const QStringList& variableFields() {
 }
 
 EntryText shownText(const dao::Value& name, const dao::Value& description) {
-    const QString described = description.toText();
-    return {name.toText(), !described.isEmpty() && described != u" "};
+    return {name.toText(), isDescription(description.toText())};
 }
 
 /// Cells of a row by the names of fields; Null where the table has none of that name.
@@ -83,7 +82,6 @@ struct EntryTransfer::Rest {
 
     bool askForNumbers();
     bool keepsNumbers();
-    bool isUsed(const QString& number, const QString& table, const QString& field) const;
     bool numbersAreFree() const;
     QString faultOf(const QString& number) const;
     PlannedEdit edit() const;
@@ -122,32 +120,17 @@ EntryTransfer::Rest::Rest(const ShownEntry& sourceEntry, const ShownEntry& targe
     otherwise |= !walk.empty() && !source.text.isEmpty() && source.text != nameOf(walk.front());
 }
 
-/// Why a study cannot get a number, empty if it can.
+/// Why a study cannot get a number, empty if it can: one that was chosen before it in this copy is taken too.
 QString EntryTransfer::Rest::faultOf(const QString& number) const {
-    if (const QString fault = studyNumberFault(number); !fault.isEmpty())
-        return fault;
     const bool chosen =
         std::ranges::any_of(numbers, [&](const QString& other) { return dao::compareTexts(other, number) == 0; });
-    if (chosen || isUsed(number, to.entries, u"id_StudyNo"_s))
-        return TranslateText(u"Die Studiennummer ist bereits vergeben."_s);
-    // Variables that a study of that number has left would be the new one's.
-    if (isUsed(number, u"tkey_Variable"_s, u"fi_StudyNo"_s))
-        return TranslateText(
-            u"Unter dieser Studiennummer stehen noch Variablen einer Studie, die es nicht mehr gibt."_s);
-    return {};
+    return chosen ? TranslateText(u"Die Studiennummer ist bereits vergeben."_s) : whyNotStudyNumber(number);
 }
 
-/// Without regard to case, as the engine compares.
-bool EntryTransfer::Rest::isUsed(const QString& number, const QString& table, const QString& field) const {
-    const QString statement =
-        u"SELECT "_s + field + u" FROM "_s + table + u" WHERE "_s + field + u" = "_s + quoted(number) + u';';
-    return !openCatalogue().OpenRecordset(statement, dao::dbOpenSnapshot)->Eof();
-}
-
+/// A study that moves to another view has its number in its own until then.
 bool EntryTransfer::Rest::numbersAreFree() const {
     return std::ranges::none_of(numbers, [&](const QString& number) {
-        return isUsed(number, to.entries, u"id_StudyNo"_s) ||
-               (!moves() && isUsed(number, u"tkey_Variable"_s, u"fi_StudyNo"_s));
+        return moves() ? !to.row(number)->Eof() : isStudyNumberTaken(number) || hasStudyVariables(number);
     });
 }
 
