@@ -5,11 +5,11 @@ set -euo pipefail
 packages=(
     g++ cmake ninja-build ccache pkg-config
     qt6-base-dev qt6-svg-dev qt6-image-formats-plugins qt6-translations-l10n
-    fonts-dejavu-core fonts-liberation fonts-wqy-microhei
-    libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev
+    fonts-dejavu-core fonts-liberation2 fonts-wqy-microhei
+    libsqlite3-dev libreadstat-dev libsimpleini-dev libcli11-dev libqpdf-dev
     clang-format-14
     libgtest-dev libbenchmark-dev
-    xvfb openbox xdotool
+    xvfb openbox xdotool poppler-utils cups-daemon cups-client
 )
 
 missing=()

@@ -3,6 +3,7 @@
 #include "app/MainMenu.h"
 #include "app/RecentFiles.h"
 #include "app/ToolbarModel.h"
+#include "printing/PrinterCTL.h"
 #include "widgets/Desktop.h"
 #include "widgets/Form.h"
 
@@ -57,6 +58,7 @@ public:
     QAction* command(const QString& name) override;
     void mention(const QString& text) override;
     void showProgress(const QString& text) override;
+    PrinterCTL* PrinterCTL1() override { return &printerCTL1_; }
 
     void optionsApplied() override;
     void refreshTitles() override { applyState(); }
@@ -78,6 +80,7 @@ private:
     QToolBar* tbToolBar_;
     QLabel* panel1_;
     QLabel* clock_;
+    PrinterCTL printerCTL1_;
     ToolbarModel toolbar_;
     RecentFiles recent_;
     QStringList recentFiles_;

@@ -2,6 +2,7 @@
 
 #include "widgets/Form.h"
 
+class PrinterCTL;
 class QAction;
 
 /// The frame window as its child windows know it. Without a frame (a test of one window) a plain one stands in.
@@ -25,6 +26,8 @@ public:
     virtual void mention(const QString&) {}
     /// Says where the catalogue is named how far something is that takes long; an empty text brings the catalogue back.
     virtual void showProgress(const QString&) {}
+    /// The report writer of the main window; null without one.
+    virtual PrinterCTL* PrinterCTL1() { return nullptr; }
 };
 
 /// The desktop of the process; never null.

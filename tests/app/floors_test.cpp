@@ -50,6 +50,7 @@ const QSet<std::pair<QString, QString>> pairsOfRooms = {
     {u"analysis"_s, u"analysis/request"_s},
     {u"analysis"_s, u"analysis/result"_s},
     {u"analysis"_s, u"analysis/run"_s},
+    {u"printing"_s, u"editing"_s},
 };
 
 /// Rooms of which a window of the first opens windows of the second.
@@ -57,7 +58,8 @@ const QSet<std::pair<QString, QString>> pairsOfWindows = {
     {u"analysis"_s, u"explorer"_s}, {u"analysis"_s, u"charts"_s}, {u"config"_s, u"analysis"_s},
     {u"app"_s, u"analysis"_s},      {u"app"_s, u"config"_s},      {u"app"_s, u"explorer"_s},
     {u"search"_s, u"explorer"_s},   {u"search"_s, u"editing"_s},  {u"editing"_s, u"explorer"_s},
-    {u"app"_s, u"search"_s},        {u"app"_s, u"editing"_s},
+    {u"app"_s, u"search"_s},        {u"app"_s, u"editing"_s},     {u"app"_s, u"printing"_s},
+    {u"printing"_s, u"config"_s},
 };
 
 const QString entry = u"app/main.cpp"_s;

@@ -9,6 +9,7 @@
 #include <vector>
 
 class QImage;
+class QPagedPaintDevice;
 
 /// What code below the windows may ask of a user. One implementation each for Qt dialogs, a terminal and tests.
 namespace ui {
@@ -61,6 +62,24 @@ struct TreeChoice {
     int current = 0;
 };
 
+/// A printer of the system, as it is set up.
+struct Printer {
+    QString name;
+    QString place; ///< where it stands, else its queue
+    int paper = 0; ///< code of the paper that it takes by default, 1 to 41; 0 for any other
+    bool color = false, landscape = false, isDefault = false;
+};
+
+/// What of a report is to be printed, on what.
+struct PrintJob {
+    QString printer; ///< by name
+    QString title;
+    int firstPage = 1, pageCount = 99999; ///< pages of the report, from 1
+    int firstPageNumber = 1;              ///< number that stands on the report's first page
+    int copies = 1;
+    bool color = true;
+};
+
 /// The answer that changes nothing: No, Cancel, Abort, or Ok where there is nothing else.
 Answer safeAnswer(Buttons buttons);
 
@@ -94,7 +113,11 @@ public:
     /// Hands a file to the application that the desktop has for it.
     /// @return whether one took it
     virtual bool openFile(const QString& /*path*/) { return false; }
-    virtual QStringList printers() const { return {}; }
+    virtual std::vector<Printer> printers() const { return {}; }
+    /// What of a report to print, and on what; nothing on Cancel. @param pages that the report has
+    virtual std::optional<PrintJob> choosePrintJob(const PrintJob& /*proposal*/, int /*pages*/) { return {}; }
+    /// A printer ready to be painted on; its page layout is the caller's to set. Null where it is not there any more.
+    virtual std::shared_ptr<QPagedPaintDevice> openPrinter(const PrintJob& /*job*/) { return {}; }
     /// A view of a step that takes long; null where nothing is shown of it.
     virtual std::unique_ptr<ProgressView> openProgress(bool /*mayStop*/) { return nullptr; }
     /// Lets pending window events run once.
