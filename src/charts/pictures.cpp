@@ -156,6 +156,24 @@ Picture readPictureFile(const QString& path) {
     return file.error() == QFileDevice::NoError ? readPicture(bytes) : Picture{{}, PictureFault::Missing};
 }
 
+QString faultWords(PictureFault fault) {
+    switch (fault) {
+    case PictureFault::None:
+        return {};
+    case PictureFault::Missing:
+        return u"Das Bild ist nicht da."_s;
+    case PictureFault::Unknown:
+        return u"Das ist kein Bild in einem Format, das gelesen wird."_s;
+    case PictureFault::Unsupported:
+        return u"Diesem System fehlt, was das Format des Bildes liest."_s;
+    case PictureFault::Damaged:
+        return u"Das Bild ist beschädigt."_s;
+    case PictureFault::TooLarge:
+        return u"Das Bild ist zu groß: Es hat mehr als 50 Megapixel."_s;
+    }
+    return {};
+}
+
 PictureSupport::PictureSupport(bool (*available)()) : available_(available ? available : &jpegSupported) {}
 
 void PictureSupport::start() {

@@ -28,6 +28,9 @@ Picture readPicture(const QByteArray& bytes);
 /// The same of a file. A folder, a pipe or anything else that is no file counts as missing.
 Picture readPictureFile(const QString& path);
 
+/// Why a picture is not shown, in German, as the texts are kept; empty for none.
+QString faultWords(PictureFault fault);
+
 /// Whether charts can be kept as pictures; a window asks when it opens.
 class PictureSupport {
 public:

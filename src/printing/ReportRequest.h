@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// What a report is of.
 enum class ReportKind : qint16 {
@@ -40,6 +41,7 @@ struct ReportRequest {
     QString sourceTable;    ///< suffix of the tables of the view that the selection is of
     QString TableRawString; ///< a table in its stored form, "<TableEnd>", its layout: it alone is the report then
     QString GraphRawString; ///< layout of a graph, "<GraphEnd>", its picture: likewise
+    QStringList RawNotes;   ///< what the numbers of such a table or graph stand on; stands below it
     /// The report is a table or graph that was handed over: no catalogue is read.
     bool isRaw() const { return !TableRawString.isEmpty() || !GraphRawString.isEmpty(); }
 

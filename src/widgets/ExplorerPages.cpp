@@ -196,23 +196,7 @@ QString ExplorerPages::emptyWords() const {
 QString ExplorerPages::faultWords() const {
     if (pages_.page() == PanelPages::Table && pages_.fault() != PictureFault::None)
         return TranslateText(u"Die gespeicherte Tabelle ist beschädigt."_s);
-    const auto words = [this]() -> QString {
-        switch (pages_.fault()) {
-        case PictureFault::None:
-            return {};
-        case PictureFault::Missing:
-            return TranslateText(u"Das Bild ist nicht da."_s);
-        case PictureFault::Unknown:
-            return TranslateText(u"Das ist kein Bild in einem Format, das gelesen wird."_s);
-        case PictureFault::Unsupported:
-            return TranslateText(u"Diesem System fehlt, was das Format des Bildes liest."_s);
-        case PictureFault::Damaged:
-            return TranslateText(u"Das Bild ist beschädigt."_s);
-        case PictureFault::TooLarge:
-            return TranslateText(u"Das Bild ist zu groß: Es hat mehr als 50 Megapixel."_s);
-        }
-        return {};
-    }();
+    const QString words = TranslateText(::faultWords(pages_.fault()));
     const bool named = !words.isEmpty() && pages_.page() == PanelPages::ShowCard;
     return named ? words + u'\n' + Paths::fileOf(pages_.Tag()) : words;
 }
