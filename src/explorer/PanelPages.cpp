@@ -110,7 +110,7 @@ void PanelPages::clear() {
     title_.clear();
     explanation_.clear();
     table_.reset();
-    values_ = -1;
+    viewWords_.clear();
     fault_ = PictureFault::None;
     picture_ = {};
     pictureFile_.clear();
@@ -174,19 +174,13 @@ void PanelPages::showTable(const Row& row) {
         return;
     }
     title_ = stored->title;
-    if (stored->kind == TableKind::Crosstab) {
-        // The marks stay in view with the codes here.
-        stored->table.FixedRows = std::min(2, stored->table.Rows());
-        stored->table.FixedCols = std::min(2, stored->table.Cols());
-        values_ = stored->values;
-    }
+    fixHeads(*stored); // the marks stay in view with the codes here
+    viewWords_ = storedViewWords(*stored);
     table_ = std::move(stored->table);
 }
 
 QString PanelPages::lblTableValues() const {
-    static const QString words[] = {u"absolute Werte"_s, u"Spaltenprozente"_s, u"Zeilenprozente"_s,
-                                    u"Gesamtprozente"_s};
-    return values_ < 0 ? QString() : TranslateText(words[values_]);
+    return viewWords_.isEmpty() ? QString() : TranslateText(viewWords_);
 }
 
 void PanelPages::showGraph(const Row& row) {

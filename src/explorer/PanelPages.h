@@ -70,7 +70,7 @@ private:
     Row row_;
     QString tag_, title_, explanation_;
     std::optional<ResultTable> table_;
-    int values_ = -1; ///< view of a crosstab; -1 for other tables
+    QString viewWords_; ///< for the view of a crosstab, as the texts are kept; empty for other tables
     ScaledPicture picture_;
     QString pictureFile_; ///< file that the picture was read from, with its time and size; empty of a stored graph
     PictureFault fault_ = PictureFault::None;

@@ -50,6 +50,19 @@ QString storedKind(TableKind kind) {
     return kind == TableKind::Crosstab ? u"Xtab"_s : kind == TableKind::Descriptives ? u"Desc"_s : u"Freq"_s;
 }
 
+QString storedViewWords(const StoredTable& stored) {
+    static const QString words[] = {u"absolute Werte"_s, u"Spaltenprozente"_s, u"Zeilenprozente"_s,
+                                    u"Gesamtprozente"_s};
+    return stored.kind == TableKind::Crosstab ? words[std::clamp(stored.values, 0, 3)] : QString();
+}
+
+void fixHeads(StoredTable& stored) {
+    if (stored.kind != TableKind::Crosstab)
+        return;
+    stored.table.FixedRows = std::min(2, stored.table.Rows());
+    stored.table.FixedCols = std::min(2, stored.table.Cols());
+}
+
 QString BuildTableString(const StoredTable& stored) {
     const ResultTable& table = stored.table;
     // The last field has no quotes: a name that would end it early can't be kept.

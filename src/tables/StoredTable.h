@@ -20,6 +20,11 @@ struct StoredTable {
 
 /// The word by which a stored text names the kind of its table: "Freq", "Xtab" or "Desc".
 QString storedKind(TableKind kind);
+/// The words for the view of a crosstab, in German as the texts are kept; empty for another table.
+QString storedViewWords(const StoredTable& stored);
+/// Where a table that was read is only looked at, a crosstab's codes and labels stand fixed: two rows and two columns,
+/// as far as it has them. Others keep their one.
+void fixHeads(StoredTable& stored);
 
 /// The text form of a table, without its layout; "Fehler" for a table without a cell, and for one with a weight of a
 /// name that it cannot hold (with ";", or a quote in front).

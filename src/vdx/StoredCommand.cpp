@@ -70,17 +70,14 @@ int StoredCommand::printTable(Session& session, const AnalysisRequest& request) 
         return refuse(session, TranslateText(u"Die gespeicherte Tabelle ist beschädigt."_s));
     ResultTable& table = stored->table;
     const bool crosstab = stored->kind == TableKind::Crosstab;
-    if (crosstab && table.Rows() > 1 && table.Cols() > 1)
-        table.FixedRows = table.FixedCols = 2;
+    fixHeads(*stored);
     TableResult shown;
     shown.stored = StoredOrigin{request.dbcStudy.value, request.dbcVariable.value, request.dbcVariableUni,
                                 stored->weight, QString()};
     QStringList lines = linesBelow(shown);
-    static const QString views[] = {u"absolute Werte"_s, u"Spaltenprozente"_s, u"Zeilenprozente"_s,
-                                    u"Gesamtprozente"_s};
     static const QString names[] = {u"absolute"_s, u"column"_s, u"row"_s, u"total"_s};
     if (crosstab)
-        lines << TranslateText(views[stored->values]);
+        lines << TranslateText(storedViewWords(*stored));
     QJsonObject facts{{u"stored"_s, true},
                       {u"study"_s, request.dbcStudy.value},
                       {u"variable"_s, request.dbcVariable.value},

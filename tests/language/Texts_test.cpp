@@ -97,14 +97,15 @@ bool isName(const QString& literal) {
     return name.match(literal).hasMatch();
 }
 
-/// Every literal that reaches TranslateText in the sources of a folder: in the call itself, as the argument
-/// of a function that hands its parameter on, or in a constant.
+/// Every literal that reaches TranslateText or reportWord in the sources of a folder: in the call itself, as the
+/// argument of a function that hands its parameter on, or in a constant.
 QStringList translatedLiterals(const QString& source) {
     static const QRegularExpression variable(u"\\bTranslateText\\((\\w+)[\\[)]"_s);
     static const QRegularExpression kept(u"\\b(?:Refusal|TableNote)\\{([^}]*)\\}"_s);
     QStringList found;
-    for (const QString& arguments : callsOf(u"TranslateText"_s, source))
-        found << literalsIn(arguments);
+    for (const QString& function : {u"TranslateText"_s, u"reportWord"_s})
+        for (const QString& arguments : callsOf(function, source))
+            found << literalsIn(arguments);
     // What is kept in these is translated when it is shown.
     for (auto sentences = kept.globalMatch(source); sentences.hasNext();)
         found << literalsIn(sentences.next().captured(1));
