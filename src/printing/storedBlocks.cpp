@@ -41,6 +41,6 @@ PictureBlock storedGraphBlock(const QString& memo, const QString& layout, int la
     if (std::optional<QByteArray> bytes = bytesOf(memo); bytes && !bytes->isEmpty())
         block.bytes = std::move(*bytes);
     else
-        block.fault = reportWord(faultSentence(bytes ? PictureFault::Missing : PictureFault::Damaged), language);
+        block.fault = reportWord(faultWords(bytes ? PictureFault::Missing : PictureFault::Damaged), language);
     return block;
 }
