@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <QMarginsF>
+#include <QRectF>
 #include <QSizeF>
 #include <QString>
 
@@ -16,7 +17,7 @@ struct PageSetup {
     QSizeF page;       ///< twips, as it is read (landscape is wide)
     QMarginsF margins; ///< twips; what stands at the foot and at the head lies within the page's text area
     QString fontFamily;
-    QString fixedFamily;                    ///< for what must stand in columns
+    QString tableFamily;                    ///< for tables, values and texts that somebody has written
     double fontSize = 11;                   ///< points
     int pageNumberPlace = 2, datePlace = 2; ///< 1 to 7 as in the request
     int language = 1;                       ///< of our words: 1 German, 2 English
