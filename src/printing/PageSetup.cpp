@@ -1,8 +1,8 @@
 #include "printing/PageSetup.h"
 
 #include "printing/ReportRequest.h"
+#include "printing/paperNames.h"
 
-#include <QLocale>
 #include <QPageSize>
 #include <algorithm>
 #include <cmath>
@@ -17,14 +17,10 @@ constexpr double leastRoom = 50;
 constexpr double usualMargin = 15;
 
 QSizeF paperOf(qint16 code) {
-    QPageSize::PageSizeId id = QPageSize::Custom;
-    if (code >= 1 && code <= 41)
-        id = code == 14 ? QPageSize::Folio : QPageSize::id(code); // Qt does not know this one by its code
-    if (id == QPageSize::Custom)
-        id = QLocale().measurementSystem() == QLocale::ImperialUSSystem ? QPageSize::Letter : QPageSize::A4;
-    const QSizeF millimetres =
-        QPageSize(id).definitionSize().isEmpty() ? QSizeF(210, 297) : QPageSize(id).size(QPageSize::Millimeter);
-    return millimetres * twipsPerMillimetre;
+    QPageSize paper = Paper::size(code);
+    if (!paper.isValid())
+        paper = Paper::size(Paper::byLocale());
+    return paper.size(QPageSize::Millimeter) * twipsPerMillimetre;
 }
 
 /// Two margins as they leave some room between them.

@@ -80,10 +80,11 @@ QPageSize Paper::size(int code) {
 int Paper::code(const QPageSize& paper) {
     if (!paper.isValid())
         return 0;
+    // A sheet of this size is the better guess than endless paper.
+    if (paper.sizePoints() == size(folio).sizePoints())
+        return folio;
     const int known = QPageSize::windowsId(paper.id());
-    if (known >= 1 && known <= names().size())
-        return known;
-    return paper.sizePoints() == size(folio).sizePoints() ? folio : 0;
+    return known <= names().size() ? std::max(known, 0) : 0;
 }
 
 int Paper::byLocale(const QLocale& locale) {
