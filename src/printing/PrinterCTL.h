@@ -15,6 +15,9 @@ public:
     /// Asks what to print it on, and prints it without showing it.
     void PrintReport();
 
+    /// Name of the printer that was chosen last; empty: the system's. It stays when a request is forgotten.
+    QString Printer;
+
     /// Carry out the two commands; the windowed program sets them.
     std::function<void(const ReportRequest&)> show, print;
 };

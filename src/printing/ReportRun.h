@@ -5,10 +5,13 @@
 
 #include <memory>
 
-/// A report from its request to its pages, in slices between which events can be handled.
+/// A report from its request to its pages, in slices between which events can be handled. What fails within a slice
+/// ends the run with a fault; nothing is thrown.
 class ReportRun {
 public:
     explicit ReportRun(const ReportRequest& request);
+    /// @param content of the request, where it is not to be made from it
+    ReportRun(const ReportRequest& request, std::unique_ptr<ReportContent> content);
     ~ReportRun();
     ReportRun(const ReportRun&) = delete;
     ReportRun& operator=(const ReportRun&) = delete;
@@ -20,7 +23,7 @@ public:
     /// All pages are there.
     bool complete() const;
     /// What kept it from completing; empty if nothing did.
-    QString fault() const;
+    QString fault() const { return fault_; }
     /// Share done by now, 0 to 1.
     double done() const;
 
@@ -33,4 +36,9 @@ private:
     ReportRequest request_;
     std::unique_ptr<ReportContent> content_;
     std::unique_ptr<ReportLayout> layout_;
+    bool reading_ = true;
+    int laid_ = 0; ///< entries from the first on whose page is known
+    QString fault_;
+
+    bool stepOnce(int milliseconds);
 };

@@ -226,6 +226,11 @@ std::optional<int> QtAsker::chooseFromTree(const ui::TreeChoice& choice) {
     return treeChooser ? treeChooser(choice) : std::nullopt;
 }
 
+std::optional<ui::PrintJob> QtAsker::choosePrintJob(const ui::PrintJob& proposal, int pages) {
+    const PlainPointer plain;
+    return printJobChooser ? printJobChooser(proposal, pages) : std::nullopt;
+}
+
 std::optional<QString> QtAsker::chooseFile(const ui::FileChoice& choice) {
     const PlainPointer plain;
     StandardTexts::followLanguage();

@@ -21,15 +21,18 @@ public:
     void setPointer(ui::Pointer pointer) override;
     ui::Pointer pointer() const override { return pointer_; }
     void beep() override;
+    std::optional<ui::PrintJob> choosePrintJob(const ui::PrintJob& proposal, int pages) override;
     std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override;
     void eventTurn() override;
 
     /// Makes the window that shows progress; without one nothing is shown of it.
     std::function<std::unique_ptr<ui::ProgressView>(bool mayStop)> progressWindow;
-    /// Show the windows for a text, an order and a choice from a tree; without one the answer is that of Cancel.
+    /// Show the windows for a text, an order, a choice from a tree and a printout; without one the answer is that of
+    /// Cancel.
     std::function<std::optional<QString>(const QString& caption, const QString& text, const QString& kept)> textEditor;
     std::function<std::optional<std::vector<int>>(const ui::LineOrder& order)> lineOrderer;
     std::function<std::optional<int>(const ui::TreeChoice& choice)> treeChooser;
+    std::function<std::optional<ui::PrintJob>(const ui::PrintJob& proposal, int pages)> printJobChooser;
 
 private:
     ui::Pointer pointer_ = ui::Pointer::Default;

@@ -78,6 +78,7 @@ struct PrintJob {
     int firstPageNumber = 1;              ///< number that stands on the report's first page
     int copies = 1;
     bool color = true;
+    int paper = 0; ///< code of the paper that the report is laid out for; 0 for none
 };
 
 /// The answer that changes nothing: No, Cancel, Abort, or Ok where there is nothing else.
