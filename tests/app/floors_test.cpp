@@ -96,6 +96,8 @@ QString faultOfLibrary(const QString& file, const QString& header) {
     const QString room = roomOf(file);
     if (header == u"sqlite3.h")
         return room == u"platform/dao" && !isWindow(file) ? QString() : u"only platform/dao knows SQLite"_s;
+    if (header.startsWith(u"qpdf/"))
+        return room == u"printing" && !isWindow(file) ? QString() : u"only printing knows QPDF"_s;
     static const QRegularExpression widgetLibrary(u"^Qt(\\w*Widgets|PrintSupport)(/|$)"_s);
     const bool ofWidgets = widgetHeaders().contains(header) || widgetLibrary.match(header).hasMatch();
     if (ofWidgets && !isWindow(file) && room != u"widgets" && file != entry)
@@ -182,6 +184,10 @@ TEST(Floors, AnIncludeIsAllowedFromBelowAndFromADeclaredPairOnly) {
         {u"platform/dao/Connection.cpp"_s, u"<sqlite3.h>"_s, true},
         {u"catalogue/views.cpp"_s, u"<sqlite3.h>"_s, false},
         {u"widgets/Form.cpp"_s, u"<sqlite3.h>"_s, false},
+        {u"printing/finishPdf.cpp"_s, u"<qpdf/QPDF.hh>"_s, true},
+        {u"printing/frmPreview.cpp"_s, u"<qpdf/QPDF.hh>"_s, false},
+        {u"charts/chartFile.cpp"_s, u"<qpdf/QPDFWriter.hh>"_s, false},
+        {u"printing/ReportPages.h"_s, u"<QtPrintSupport/QPrinter>"_s, false},
         // ways around
         {u"tables/ResultTable.cpp"_s, u"\"../analysis/AnalysisModel.h\""_s, false},
         {u"tables/ResultTable.cpp"_s, u"\"tables/../analysis/AnalysisModel.h\""_s, false},

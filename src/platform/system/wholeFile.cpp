@@ -7,16 +7,36 @@
 
 using namespace Qt::StringLiterals;
 
-QString saveBytes(const QString& path, const QByteArray& content) {
+bool writeAll(QIODevice& to, const char* bytes, qint64 size) {
+    while (size > 0) {
+        const qint64 written = to.write(bytes, size);
+        if (written <= 0)
+            return false;
+        bytes += written;
+        size -= written;
+    }
+    return true;
+}
+
+QString saveWhole(const QString& path, const std::function<bool(QIODevice&)>& write) {
     // A file that is written beside it and renamed would take the place of a device or a pipe.
     if (const QFileInfo there(path); there.exists() && !there.isFile() && !there.isDir())
         return said(u"keine gewöhnliche Datei"_s, u"not an ordinary file"_s);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
-    const qint64 written = file.write(content);
-    // A disk that is full takes a part; only who goes on hears why.
-    if (written >= 0 && written < content.size())
-        file.write(content.mid(written));
-    return written == content.size() && file.commit() ? QString() : file.errorString();
+    if (!write(file))
+        return {};
+    return file.commit() ? QString() : file.errorString();
+}
+
+QString saveBytes(const QString& path, const QByteArray& content) {
+    QString reason;
+    const QString end = saveWhole(path, [&](QIODevice& file) {
+        const bool written = writeAll(file, content.constData(), content.size());
+        if (!written)
+            reason = file.errorString();
+        return written;
+    });
+    return end.isEmpty() ? reason : end;
 }

@@ -1,0 +1,214 @@
+#include "printing/finishPdf.h"
+
+#include "printing/PageSetup.h"
+#include "printing/toUnicode.h"
+
+#include <QIODevice>
+#define POINTERHOLDER_TRANSITION 4 // the library's old pointer is not used here
+#include <algorithm>
+#include <qpdf/Buffer.hh>
+#include <qpdf/InputSource.hh>
+#include <qpdf/Pl_Function.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+#include <set>
+#include <stdexcept>
+
+namespace {
+
+using Handle = QPDFObjectHandle;
+
+/// What the library reads from: a file of ours that may have no name.
+class Input : public InputSource {
+public:
+    explicit Input(QIODevice& device) : device_(device) {}
+
+    qpdf_offset_t findAndSkipNextEOL() override {
+        char c = 0;
+        while (device_.getChar(&c) && c != '\n' && c != '\r') {
+        }
+        const qpdf_offset_t found = device_.pos() - (c == '\n' || c == '\r' ? 1 : 0);
+        while (device_.getChar(&c))
+            if (c != '\n' && c != '\r') {
+                device_.ungetChar(c);
+                break;
+            }
+        return found;
+    }
+    std::string const& getName() const override { return name_; }
+    qpdf_offset_t tell() override { return device_.pos(); }
+    void seek(qpdf_offset_t offset, int whence) override {
+        const qint64 from = whence == SEEK_CUR ? device_.pos() : whence == SEEK_END ? device_.size() : 0;
+        device_.seek(from + offset);
+    }
+    void rewind() override { device_.seek(0); }
+    size_t read(char* bytes, size_t length) override {
+        last_offset = device_.pos();
+        return static_cast<size_t>(std::max<qint64>(0, device_.read(bytes, static_cast<qint64>(length))));
+    }
+    void unreadCh(char) override { device_.seek(device_.pos() - 1); }
+
+private:
+    QIODevice& device_;
+    std::string name_ = "report";
+};
+
+class Finisher {
+public:
+    Finisher(QPDF& pdf, const PdfMarks& marks) : pdf_(pdf), marks_(marks), pages_(pdf.getAllPages()) {
+        if (pages_.size() != marks.numbers.size())
+            throw std::logic_error("pages are missing");
+    }
+
+    void finish() {
+        for (Handle& page : pages_)
+            page.replaceKey("/MediaBox", box(QRectF(QPointF(), marks_.page)));
+        addLinks();
+        mendFonts();
+        Handle root = pdf_.getRoot();
+        root.replaceKey("/Lang", Handle::newString(marks_.language.toStdString()));
+        root.replaceKey("/ViewerPreferences", Handle::parse("<< /DisplayDocTitle true >>"));
+        root.replaceKey("/PageLabels", labels());
+        if (Handle outlines = bookmarks(); !outlines.isNull()) {
+            root.replaceKey("/Outlines", outlines);
+            root.replaceKey("/PageMode", Handle::newName("/UseOutlines"));
+        }
+    }
+
+private:
+    static Handle number(double points) { return Handle::newReal(points, 2, false); }
+    /// From the lower edge, as the file has it.
+    double upwards(double y) const { return marks_.drawnHeight - y / twipsPerPoint; }
+    Handle box(const QRectF& rect) const {
+        return Handle::newArray({number(rect.left() / twipsPerPoint), number(upwards(rect.bottom())),
+                                 number(rect.right() / twipsPerPoint), number(upwards(rect.top()))});
+    }
+    static bool isThere(const PdfMarks::Place& place) { return place.page >= 0; }
+    Handle destination(const PdfMarks::Place& place) const {
+        return Handle::newArray({pages_.at(static_cast<size_t>(place.page)), Handle::newName("/XYZ"), number(0),
+                                 number(upwards(place.y)), Handle::newNull()});
+    }
+
+    void addLinks() {
+        for (const PdfMarks::Link& link : marks_.links) {
+            const PdfMarks::Place& place = marks_.places.at(static_cast<size_t>(link.place));
+            if (!isThere(place))
+                continue;
+            // Flag 4: it is printed, as all that is part of such a file must be.
+            Handle annotation = Handle::parse("<< /Type /Annot /Subtype /Link /Border [ 0 0 0 ] /F 4 >>");
+            annotation.replaceKey("/Rect", box(link.rect));
+            annotation.replaceKey("/Dest", destination(place));
+            Handle& page = pages_.at(static_cast<size_t>(link.page));
+            if (!page.getKey("/Annots").isArray())
+                page.replaceKey("/Annots", Handle::newArray());
+            page.getKey("/Annots").appendItem(pdf_.makeIndirectObject(annotation));
+        }
+    }
+
+    void mendFonts() {
+        std::set<QPDFObjGen> seen;
+        for (Handle& page : pages_)
+            for (auto& [name, font] : page.getKey("/Resources").getKey("/Font").getDictAsMap()) {
+                if (!seen.insert(font.getObjGen()).second || !font.getKey("/ToUnicode").isStream())
+                    continue;
+                Handle table = font.getKey("/ToUnicode");
+                const auto bytes = table.getStreamData();
+                const QByteArray plain = plainToUnicode(QByteArray(reinterpret_cast<const char*>(bytes->getBuffer()),
+                                                                   static_cast<qsizetype>(bytes->getSize())));
+                table.replaceStreamData(plain.toStdString(), Handle::newNull(), Handle::newNull());
+            }
+    }
+
+    /// A tree of numbers: where they go on by one, a page says nothing of its own.
+    Handle labels() const {
+        Handle list = Handle::newArray();
+        for (size_t i = 0; i < marks_.numbers.size(); ++i) {
+            const int own = marks_.numbers[i];
+            if (i > 0 && own > 1 && own == marks_.numbers[i - 1] + 1)
+                continue;
+            list.appendItem(Handle::newInteger(static_cast<long long>(i)));
+            // The format counts from 1; what lies below is text.
+            const std::string text = std::to_string(own);
+            list.appendItem(Handle::parse(own > 0 ? "<< /S /D /St " + text + " >>" : "<< /P (" + text + ") >>"));
+        }
+        Handle tree = Handle::newDictionary();
+        tree.replaceKey("/Nums", list);
+        return tree;
+    }
+
+    /// A bookmark while the tree is built.
+    struct Node {
+        Handle item;
+        int level = -1;
+        bool shown = false; ///< what stands below it
+        std::vector<Handle> children = {};
+        int lines = 0; ///< that stand below it when it is opened
+    };
+
+    static void close(std::vector<Node>& open) {
+        Node node = std::move(open.back());
+        open.pop_back();
+        if (!node.children.empty()) {
+            node.item.replaceKey("/First", node.children.front());
+            node.item.replaceKey("/Last", node.children.back());
+            node.item.replaceKey("/Count", Handle::newInteger(node.shown ? node.lines : -node.lines));
+        }
+        for (size_t i = 0; i + 1 < node.children.size(); ++i) {
+            node.children[i].replaceKey("/Next", node.children[i + 1]);
+            node.children[i + 1].replaceKey("/Prev", node.children[i]);
+        }
+        if (!open.empty()) {
+            open.back().children.push_back(node.item);
+            open.back().lines += 1 + (node.shown ? node.lines : 0);
+        }
+    }
+
+    /// The tree of all bookmarks; null if there are none.
+    Handle bookmarks() const {
+        std::vector<Node> open;
+        open.push_back({pdf_.makeIndirectObject(Handle::parse("<< /Type /Outlines >>")), -1, true});
+        // A long report's variables would push its own chapters out of sight.
+        const auto isTop = [](const PdfMarks::Bookmark& mark) { return mark.level <= 0; };
+        const bool allShown = marks_.bookmarks.size() <= 50,
+                   topShown = std::ranges::count_if(marks_.bookmarks, isTop) <= 1;
+        Handle root = open.front().item;
+        for (const PdfMarks::Bookmark& mark : marks_.bookmarks) {
+            const PdfMarks::Place& place = marks_.places.at(static_cast<size_t>(mark.place));
+            if (!isThere(place))
+                continue;
+            while (open.back().level >= mark.level)
+                close(open);
+            Handle item = Handle::newDictionary();
+            item.replaceKey("/Title", Handle::newUnicodeString(mark.title.toStdString()));
+            item.replaceKey("/Dest", destination(place));
+            item.replaceKey("/Parent", open.back().item);
+            open.push_back(
+                {pdf_.makeIndirectObject(item), std::max(0, mark.level), allShown || (topShown && isTop(mark))});
+        }
+        while (!open.empty())
+            close(open);
+        return root.hasKey("/First") ? root : Handle::newNull();
+    }
+
+    QPDF& pdf_;
+    const PdfMarks& marks_;
+    std::vector<Handle> pages_;
+};
+
+} // namespace
+
+void finishPdf(QIODevice& written, const PdfMarks& marks,
+               const std::function<void(const unsigned char*, size_t)>& write) {
+    QPDF pdf;
+    pdf.setSuppressWarnings(true);
+    pdf.setAttemptRecovery(false); // we have written it: what can't be read is incomplete
+    pdf.processInputSource(std::make_shared<Input>(written));
+    Finisher(pdf, marks).finish();
+
+    Pl_Function out("report", nullptr, write);
+    QPDFWriter writer(pdf);
+    writer.setOutputPipeline(&out);
+    writer.setStreamDataMode(qpdf_s_preserve);
+    writer.setObjectStreamMode(qpdf_o_disable);
+    writer.write();
+}
