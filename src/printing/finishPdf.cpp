@@ -76,7 +76,7 @@ public:
     }
 
 private:
-    static Handle number(double points) { return Handle::newReal(points, 2, false); }
+    static Handle number(double points) { return Handle::newReal(points, 2); }
     /// From the lower edge, as the file has it.
     double upwards(double y) const { return marks_.drawnHeight - y / twipsPerPoint; }
     Handle box(const QRectF& rect) const {

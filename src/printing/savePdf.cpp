@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int twipsPerInch = 1440;
-constexpr qsizetype longestTitle = 300;
+constexpr qsizetype longestTitle = 300, blockSize = 16384;
 using GoOn = std::function<bool(int, int)>;
 
 /// A text of the catalogue as a line that every reader can show: it may hold breaks, controls and halves of characters.
@@ -107,17 +107,25 @@ bool paint(const ReportPages& report, Guarded& to, PdfMarks& marks, const GoOn& 
 Outcome finish(QIODevice& written, const PdfMarks& marks, QIODevice& to, const std::function<bool()>& goOn) {
     std::atomic<bool> stopped = false;
     QString fault;
-    const auto write = [&](const unsigned char* bytes, size_t size) {
+    QByteArray pending; // it comes word by word
+    const auto writePending = [&] {
         if (stopped)
             throw std::runtime_error("stopped");
-        if (writeAll(to, reinterpret_cast<const char*>(bytes), static_cast<qint64>(size)))
-            return;
-        fault = to.errorString();
-        throw std::runtime_error("not written");
+        if (!writeAll(to, pending.constData(), pending.size())) {
+            fault = to.errorString();
+            throw std::runtime_error("not written");
+        }
+        pending.truncate(0);
+    };
+    const auto write = [&](const unsigned char* bytes, size_t size) {
+        pending.append(reinterpret_cast<const char*>(bytes), static_cast<qsizetype>(size));
+        if (pending.size() >= blockSize)
+            writePending();
     };
     auto work = std::async(std::launch::async, [&] {
         try {
             finishPdf(written, marks, write);
+            writePending();
             return true;
         } catch (const std::exception& error) {
             if (fault.isEmpty())
@@ -156,7 +164,7 @@ Outcome writePdf(const ReportPages& report, QIODevice& to, const GoOn& goOn) {
         return noDraft(guarded.fault());
     if (!painted)
         return {};
-    if (!draft.flush())
+    if (!flushAll(draft))
         return noDraft(draft.errorString());
     const Outcome outcome = finish(draft, marks, to, [&] { return goOn(report.count, report.count); });
     return outcome;

@@ -18,6 +18,10 @@ bool writeAll(QIODevice& to, const char* bytes, qint64 size) {
     return true;
 }
 
+bool flushAll(QFileDevice& file) {
+    return file.flush() || file.flush();
+}
+
 QString saveWhole(const QString& path, const std::function<bool(QIODevice&)>& write) {
     // A file that is written beside it and renamed would take the place of a device or a pipe.
     if (const QFileInfo there(path); there.exists() && !there.isFile() && !there.isDir())
@@ -27,7 +31,7 @@ QString saveWhole(const QString& path, const std::function<bool(QIODevice&)>& wr
         return file.errorString();
     if (!write(file))
         return {};
-    return file.commit() ? QString() : file.errorString();
+    return flushAll(file) && file.commit() ? QString() : file.errorString();
 }
 
 QString saveBytes(const QString& path, const QByteArray& content) {

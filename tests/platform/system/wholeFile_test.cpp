@@ -1,5 +1,7 @@
 #include "platform/system/wholeFile.h"
 
+#include "support/FullDisk.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -22,4 +24,15 @@ TEST(WholeFile, TakesThePlaceOfAFileAndOfNothingElse) {
     EXPECT_NE(saveBytes(pipe, "third"), QString());
     EXPECT_FALSE(QFileInfo(pipe).isFile()) << "the pipe is still one";
     EXPECT_NE(saveBytes(folder.path(), "third"), QString());
+}
+
+TEST(WholeFile, ADiskThatTakesAPartTakesNothing) {
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(u"a.csv"_s);
+    ASSERT_EQ(saveBytes(file, "first"), QString());
+    for (const int size : {100, 50000}) {
+        const FullDisk full(size - 50);
+        EXPECT_NE(saveBytes(file, QByteArray(size, 'x')), QString()) << size;
+        EXPECT_EQ(QFileInfo(file).size(), 5) << size;
+    }
 }
