@@ -111,36 +111,85 @@ bool isTooLarge(const QSize& size) {
 
 } // namespace
 
+namespace {
+
+/// A picture whose head was read.
+class Opened {
+public:
+    explicit Opened(const QByteArray& bytes) : format_(formatOf(bytes)) {
+        static const bool limitSet = [] {
+            QImageReader::setAllocationLimit(std::max(QImageReader::allocationLimit(), allocationMegabytes));
+            return true;
+        }();
+        (void)limitSet;
+        if (format_.isEmpty())
+            fault_ = PictureFault::Unknown;
+        else if (!QImageReader::supportedImageFormats().contains(format_))
+            fault_ = PictureFault::Unsupported;
+        if (fault_ != PictureFault::None)
+            return;
+        buffer_.setData(bytes);
+        buffer_.open(QIODevice::ReadOnly);
+        reader_.setDevice(&buffer_);
+        reader_.setFormat(format_);
+        reader_.setAutoDetectImageFormat(false);
+        reader_.setAutoTransform(true);
+        size_ = reader_.size();
+        if (size_.isValid() && isTooLarge(size_))
+            fault_ = PictureFault::TooLarge;
+        else if (!isWhole(bytes, format_, size_))
+            fault_ = PictureFault::Damaged;
+    }
+
+    PictureFault fault() const { return fault_; }
+    /// As the picture is shown; invalid where the head doesn't say.
+    QSize size() const { return isTurned() ? size_.transposed() : size_; }
+
+    Picture read(const QSize& most = {}) {
+        if (fault_ != PictureFault::None)
+            return {{}, fault_};
+        const QSize room = isTurned() ? most.transposed() : most;
+        if (room.isValid() && size_.isValid() && (size_.width() > room.width() || size_.height() > room.height()))
+            reader_.setScaledSize(size_.scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1}));
+        QImage image = reader_.read();
+        if (image.isNull())
+            return {{}, PictureFault::Damaged};
+        if (isTooLarge(image.size()))
+            return {{}, PictureFault::TooLarge};
+        // Other formats take many times as long to paint.
+        image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+        return {image, PictureFault::None};
+    }
+
+private:
+    QByteArray format_;
+    QBuffer buffer_;
+    QImageReader reader_;
+    QSize size_;
+    PictureFault fault_ = PictureFault::None;
+
+    bool isTurned() const {
+        return fault_ == PictureFault::None &&
+               reader_.transformation().testFlag(QImageIOHandler::TransformationRotate90);
+    }
+};
+
+} // namespace
+
 Picture readPicture(const QByteArray& bytes) {
-    static const bool limitSet = [] {
-        QImageReader::setAllocationLimit(std::max(QImageReader::allocationLimit(), allocationMegabytes));
-        return true;
-    }();
-    (void)limitSet;
-    const QByteArray format = formatOf(bytes);
-    if (format.isEmpty())
-        return {{}, PictureFault::Unknown};
-    if (!QImageReader::supportedImageFormats().contains(format))
-        return {{}, PictureFault::Unsupported};
-    QBuffer buffer;
-    buffer.setData(bytes);
-    buffer.open(QIODevice::ReadOnly);
-    QImageReader reader(&buffer, format);
-    reader.setAutoDetectImageFormat(false);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.isValid() && isTooLarge(size))
-        return {{}, PictureFault::TooLarge};
-    if (!isWhole(bytes, format, size))
-        return {{}, PictureFault::Damaged};
-    QImage image = reader.read();
-    if (image.isNull())
-        return {{}, PictureFault::Damaged};
-    if (isTooLarge(image.size()))
-        return {{}, PictureFault::TooLarge};
-    // Other formats take many times as long to paint.
-    image.convertTo(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
-    return {image, PictureFault::None};
+    return Opened(bytes).read();
+}
+
+Picture readPicture(const QByteArray& bytes, const QSize& most) {
+    return Opened(bytes).read(most);
+}
+
+PictureHead readPictureHead(const QByteArray& bytes) {
+    Opened opened(bytes);
+    if (opened.fault() != PictureFault::None || !opened.size().isEmpty())
+        return {opened.size(), opened.fault()};
+    const Picture picture = opened.read();
+    return {picture.image.size(), picture.fault};
 }
 
 Picture readPictureFile(const QString& path) {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QImage>
+#include <QSize>
 #include <QString>
 
 /// Why a picture cannot be shown.
@@ -25,7 +26,16 @@ struct Picture {
 /// Reads a picture that may come from a stranger: JPEG, PNG, GIF, BMP or TIFF, told apart by content alone, of a file
 /// with several the first. Nothing that could load other files.
 Picture readPicture(const QByteArray& bytes);
-/// The same of a file. A folder, a pipe or anything else that is no file counts as missing.
+/// The same, made smaller where it is larger than a size, in proportion; of what can be read so no more is held.
+Picture readPicture(const QByteArray& bytes, const QSize& most);
+/// Size of a picture, turned as its file says, as its head gives it; where that can't be had the picture is read.
+/// Damage behind the head is seen by readPicture() only.
+struct PictureHead {
+    QSize size;
+    PictureFault fault = PictureFault::None;
+};
+PictureHead readPictureHead(const QByteArray& bytes);
+/// A picture in a file. A folder, a pipe or anything else that is no file counts as missing.
 Picture readPictureFile(const QString& path);
 
 /// Why a picture is not shown, in German, as the texts are kept; empty for none.
