@@ -150,7 +150,7 @@ void BatchRun::workOn(const QString& variable) {
         fail(variable, lines(said_->take()));
         return;
     }
-    Entry values;
+    EntryFields values;
     if (instruction.isEmpty()) {
         if (hasKept())
             pending_.push_back({{variable, emptied()}, {}, true});
@@ -174,7 +174,7 @@ void BatchRun::workOn(const QString& variable) {
 }
 
 /// Makes what is to be kept with a variable. @return why it can't be made, in words
-QString BatchRun::make(const QString& variable, const QString& instruction, Entry& values) {
+QString BatchRun::make(const QString& variable, const QString& instruction, EntryFields& values) {
     if (QString lack = loadInstruction(editor_, Instruction::read(instruction)); !lack.isEmpty())
         return lack;
     // Nobody sees that a filter has got lost with the end of its text, and that all cases would be counted.
@@ -218,7 +218,7 @@ TableResult BatchRun::runTable() {
     return runRequest(editor_, gOptions, hooks, {});
 }
 
-QString BatchRun::makeTable(TableResult& result, Entry& values) {
+QString BatchRun::makeTable(TableResult& result, EntryFields& values) {
     if (request_.preserveLayout)
         if (const QString layout = keptLayout(editor_.request().dbcVariable.value); !layout.isEmpty())
             layLayoutOn(result.mfgGrid, layout);
@@ -230,7 +230,7 @@ QString BatchRun::makeTable(TableResult& result, Entry& values) {
 }
 
 /// What is shown of a table that has no chart is none either: nothing is left of an older one.
-QString BatchRun::makeGraph(const TableResult& result, Entry& values) {
+QString BatchRun::makeGraph(const TableResult& result, EntryFields& values) {
     // Whoever turns to the chart reads the title of the view, in which percentages have no N.
     AnalysisRequest shown = editor_.request();
     shown.cbValues = shown.cbValuesInstruct;
@@ -259,7 +259,7 @@ bool BatchRun::hasKept() const {
     return request_.kind == BatchKind::Tables ? editor_.kept().table : editor_.kept().graph;
 }
 
-Entry BatchRun::emptied() const {
+EntryFields BatchRun::emptied() const {
     if (request_.kind == BatchKind::Tables)
         return {{u"dt_Table"_s, {}}, {u"dt_TableLayout"_s, {}}};
     return {{u"dt_Graph"_s, {}}, {u"dt_GraphLayout"_s, {}}};

@@ -67,11 +67,11 @@ private:
 
     void workOn(const QString& variable);
     void prepare();
-    QString make(const QString& variable, const QString& instruction, Entry& values);
+    QString make(const QString& variable, const QString& instruction, EntryFields& values);
     TableResult runTable();
-    QString makeTable(TableResult& result, Entry& values);
-    QString makeGraph(const TableResult& result, Entry& values);
-    Entry emptied() const;
+    QString makeTable(TableResult& result, EntryFields& values);
+    QString makeGraph(const TableResult& result, EntryFields& values);
+    EntryFields emptied() const;
     bool hasKept() const;
     QString keptLayout(const QString& variable);
     void showProgress(const QString& variable, int done, int total);

@@ -52,7 +52,7 @@ QStringList StudyReferences::updateComparisons(const std::vector<VariableEntry>&
             }
             continue;
         }
-        Entry entry{{u"dt_Table"_s, variable->table}, {u"dt_Field"_s, variable->field}};
+        EntryFields entry{{u"dt_Table"_s, variable->table}, {u"dt_Field"_s, variable->field}};
         if (variable->missing.size() <= longestMissing)
             entry.emplace_back(u"dt_Missing"_s, orNull(variable->missing));
         else

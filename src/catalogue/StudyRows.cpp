@@ -4,7 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-void setFields(dao::Recordset& rows, const Entry& entry) {
+void setFields(dao::Recordset& rows, const EntryFields& entry) {
     for (const auto& [name, value] : entry)
         if (rows.hasField(name))
             rows.setValue(name, value);

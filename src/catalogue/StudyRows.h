@@ -11,9 +11,9 @@ inline dao::Value orNull(const QString& text) {
 }
 
 /// The fields of an entry; an older catalogue may lack some of them.
-using Entry = std::vector<std::pair<QString, dao::Value>>;
+using EntryFields = std::vector<std::pair<QString, dao::Value>>;
 
-void setFields(dao::Recordset& rows, const Entry& entry);
+void setFields(dao::Recordset& rows, const EntryFields& entry);
 
 /// A text as statements write it.
 QString quoted(const QString& text);

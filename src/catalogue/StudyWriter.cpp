@@ -17,7 +17,7 @@ namespace {
 const QString variableTable = u"tkey_Variable"_s;
 const QString valueTable = u"tkey_Value"_s;
 
-Entry fieldsOf(const QString& study, const VariableEntry& variable) {
+EntryFields fieldsOf(const QString& study, const VariableEntry& variable) {
     return {{u"fi_StudyNo"_s, study},
             {u"id_VarName"_s, variable.name},
             {u"dt_Position"_s, variable.position},
@@ -28,7 +28,7 @@ Entry fieldsOf(const QString& study, const VariableEntry& variable) {
             {u"dt_Missing"_s, orNull(variable.missing)}};
 }
 
-Entry fieldsOf(const QString& study, const LabelEntry& label) {
+EntryFields fieldsOf(const QString& study, const LabelEntry& label) {
     return {{u"fi_StudyNo"_s, study},
             {u"fi_VarName"_s, label.variable},
             {u"dt_Value"_s, label.code},
@@ -199,12 +199,12 @@ QStringList StudyWriter::writeStudy(const SurveyFile& file, const ImportSettings
     const QString group = settings.group          ? (settings.group->isEmpty() ? u"0"_s : *settings.group)
                           : groupBefore.isEmpty() ? u"0"_s
                                                   : groupBefore;
-    Entry entry{{u"id_StudyNo"_s, study_},
-                {u"fid"_s, group},
-                {u"dt_IsGroup"_s, false},
-                {u"dt_StudyTitle"_s, orNull(title)},
-                {u"dt_WeightRE"_s, orNull(weightRe)},
-                {u"dt_WeightHH"_s, orNull(weightHh)}};
+    EntryFields entry{{u"id_StudyNo"_s, study_},
+                      {u"fid"_s, group},
+                      {u"dt_IsGroup"_s, false},
+                      {u"dt_StudyTitle"_s, orNull(title)},
+                      {u"dt_WeightRE"_s, orNull(weightRe)},
+                      {u"dt_WeightHH"_s, orNull(weightHh)}};
     if (!exists_ || group.compare(groupBefore, Qt::CaseInsensitive) != 0)
         entry.emplace_back(u"Order"_s, nextOrder(group));
     if (descriptionBefore.isEmpty())

@@ -92,10 +92,10 @@ qint64 nextOrder(dao::Recordset& siblings) {
 /// @return key of the new entry
 QString add(const ViewTables& tables, const NewEntry& entry) {
     const dao::RecordsetPtr rows = tables.rowsBelow(entry.parent);
-    Entry fields{{u"fid"_s, tables.stored(entry.parent)},
-                 {u"Order"_s, nextOrder(*rows)},
-                 {tables.columns.text, entry.name},
-                 {tables.columns.description, storedDescription(entry.description)}};
+    EntryFields fields{{u"fid"_s, tables.stored(entry.parent)},
+                       {u"Order"_s, nextOrder(*rows)},
+                       {tables.columns.text, entry.name},
+                       {tables.columns.description, storedDescription(entry.description)}};
     if (tables.study) {
         fields.emplace_back(tables.columns.key, entry.number);
         fields.emplace_back(u"dt_IsGroup"_s, entry.group);
@@ -196,7 +196,7 @@ bool newStudy(ExplorerModel& model, const ViewTables& tables, const Above& above
 
 void update(const ViewTables& tables, const Change& change) {
     const dao::RecordsetPtr row = tables.row(change.key);
-    Entry fields;
+    EntryFields fields;
     if (change.name)
         fields.emplace_back(tables.columns.text, *change.name);
     if (change.description)

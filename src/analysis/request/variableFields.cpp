@@ -19,7 +19,7 @@ dao::RecordsetPtr rowsOf(const QString& study, const QStringList& fields, const 
 }
 
 /// @return false for a row that is not there, or no more
-bool writeRow(dao::Recordset& row, const Entry& values) {
+bool writeRow(dao::Recordset& row, const EntryFields& values) {
     if (row.Eof())
         return false;
     try {

@@ -11,7 +11,7 @@
 /// New values of some fields of a variable.
 struct VariableFields {
     QString variable;
-    Entry values;
+    EntryFields values;
 };
 
 /// The row of a variable with some of its fields, to be read and edited; at no row where the study has none of that
