@@ -97,6 +97,8 @@ AnalysisView AnalysisModel::view() const {
     v.cbValuesShown = tab_ != 0 && result_.views;
     v.cbValuesEnabled = v.cbValuesShown && !result_.stored;
     v.cmd_ClearTrend = v.cmd_SaveTrend = !r.lst_TrendVars.isEmpty();
+    v.tableCommands = result_.hasTable();
+    v.chartCommands = stored_.shownGraph() || chart_.state() == WindowChart::State::Drawn;
     return v;
 }
 

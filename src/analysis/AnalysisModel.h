@@ -25,6 +25,7 @@ struct AnalysisView {
     bool cbValuesShown = false;      ///< on the tabs of table and chart
     bool cbValuesEnabled = false;    ///< whenever it is shown, but for a table that was stored in one view
     bool cmd_ClearTrend = false, cmd_SaveTrend = false; ///< enabled
+    bool tableCommands = false, chartCommands = false;  ///< what prints the table, the chart that is shown: enabled
 };
 
 /// The model of the analysis window: its request, the last result, the tab in front, and the run that goes on.
@@ -126,6 +127,7 @@ public:
     void chooseFirstValue();
     /// Whether charts can be kept as pictures; a window starts it when it opens.
     PictureSupport& pictures() { return pictures_; }
+    const PictureSupport& pictures() const { return pictures_; }
 
 private:
     RequestEditor editor_;

@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+class PrinterCTL;
 class QPushButton;
 class QTabWidget;
 class frmAuswertungCases;
@@ -23,6 +24,9 @@ class frmExplorer;
 /// through to the model and has the parts show what came of it.
 class frmAuswertung : public QWidget, public Form {
 public:
+    /// What of the window is printed.
+    enum class Printed { Table, Chart };
+
     /// Opens a window; what is selected in an explorer is chosen in it.
     /// @param explorer null without one in front
     static frmAuswertung* openFrom(const frmExplorer* explorer);
@@ -48,6 +52,10 @@ public:
     void copyCommand();
     /// Asks for a file and writes the table to it, as csv or as an HTML page.
     void saveTableAs();
+    /// Shows the table, or the chart, as it looks on paper.
+    void cmdPreview(Printed what);
+    /// Prints it, after asking on what.
+    void cmdPrint(Printed what);
     /// Whether the table in front has rows or columns that can be put into another order, and asks for it.
     bool canOrder() const { return model_.canOrder(); }
     void showPosition();
@@ -94,6 +102,7 @@ private:
     void resultChanged();
     void changeTab(int tab);
     static void tellOfCopy(const QString& text);
+    void handToReport(Printed what, void (PrinterCTL::*outlet)());
     void finishTyping();
     void compute();
 };

@@ -122,6 +122,10 @@ QWidget* frmAuswertungChart::buildCommands() {
     for (QPushButton* button : {cmd_ShowOptions_, cmdFirstValue_, cmdCopyChart_, cmdSaveChartAs_})
         row->add(button);
     row->addStretch();
+    cmdPreview_ = control<QPushButton>(u"cmdChartPreview"_s, u"&Vorschau"_s, bar);
+    cmdPrint_ = control<QPushButton>(u"cmdChartPrint"_s, u"Dr&ucken..."_s, bar);
+    row->add(cmdPreview_);
+    row->add(cmdPrint_);
     return bar;
 }
 
@@ -133,6 +137,8 @@ void frmAuswertungChart::connectControls() {
     onClick(cmdFirstValue_, [this] { act([this] { model_.chooseFirstValue(); }); });
     onClick(cmdCopyChart_, [this] { window_.copyChart(); });
     onClick(cmdSaveChartAs_, [this] { saveAs(); });
+    onClick(cmdPreview_, [this] { window_.cmdPreview(frmAuswertung::Printed::Chart); });
+    onClick(cmdPrint_, [this] { window_.cmdPrint(frmAuswertung::Printed::Chart); });
     onClick(state_->cmdComputeAnew(), [this] { run([this] { model_.computeAnew(); }); });
     onClick(state_->cmdStop(), [this] { model_.stop(); });
     connect(cbChartValues_, &QComboBox::activated, this, [this](int view) { act([&] { model_.chooseValues(view); }); });
@@ -144,6 +150,9 @@ void frmAuswertungChart::connectControls() {
             ContextMenu::addButton(menu, *button);
         menu.addSeparator();
         for (QPushButton* button : {cmd_ShowOptions_, cmdFirstValue_, state_->cmdComputeAnew()})
+            ContextMenu::addButton(menu, *button);
+        menu.addSeparator();
+        for (QPushButton* button : {cmdPreview_, cmdPrint_})
             ContextMenu::addButton(menu, *button);
     });
 }
@@ -165,6 +174,8 @@ void frmAuswertungChart::showRunning() {
 void frmAuswertungChart::showChanges(const Changes& changes) {
     if (model_.tab() == 2 && (changes.touched() || changes.has(RequestPart::Values)))
         showChart();
+    for (QPushButton* button : {cmdPreview_, cmdPrint_})
+        button->setEnabled(model_.view().chartCommands);
     stored_->showOffered();
     state_->showState(model_, model_.stored().shownGraph()
                                   ? TranslateText(u"Das ist die gespeicherte Grafik; sie wurde nicht neu gezeichnet."_s)

@@ -49,7 +49,7 @@ private:
     ChartView* picChart_;
     frmAuswertungState* state_;
     frmAuswertungStored* stored_;
-    QPushButton *cmd_ShowOptions_, *cmdFirstValue_, *cmdCopyChart_, *cmdSaveChartAs_;
+    QPushButton *cmd_ShowOptions_, *cmdFirstValue_, *cmdCopyChart_, *cmdSaveChartAs_, *cmdPreview_, *cmdPrint_;
 
     QWidget* build();
     QWidget* buildPicture();

@@ -67,13 +67,13 @@ QWidget* frmAuswertungTable::buildCommands() {
     cmdCopyTable_ = control<QPushButton>(u"cmdCopyTable"_s, u"Tabelle kop&ieren"_s, bar);
     cmdCopyCommand_ = control<QPushButton>(u"cmdCopyCommand"_s, u"Als Befehl kopieren"_s, bar);
     cmdSaveTableAs_ = control<QPushButton>(u"cmdSaveTableAs"_s, u"Tabelle s&peichern unter..."_s, bar);
-    auto* cmdPreview = control<QPushButton>(u"cmdPreview"_s, u"Vorschau"_s, bar);
-    auto* cmdPrint = control<QPushButton>(u"cmdPrint"_s, u"Drucken..."_s, bar);
+    cmdPreview_ = control<QPushButton>(u"cmdPreview"_s, u"&Vorschau"_s, bar);
+    cmdPrint_ = control<QPushButton>(u"cmdPrint"_s, u"Dr&ucken..."_s, bar);
     for (QPushButton* button : {cmdCalculate_, cmdSetMissing_, cmdCopyTable_, cmdCopyCommand_, cmdSaveTableAs_})
         row->add(button);
     row->addStretch();
-    row->add(cmdPreview);
-    row->add(cmdPrint);
+    row->add(cmdPreview_);
+    row->add(cmdPrint_);
     return bar;
 }
 
@@ -91,7 +91,9 @@ void frmAuswertungTable::addContextMenu() {
         menu.addSeparator();
         for (QPushButton* button : {cmdSetMissing_, state_->cmdComputeAnew(), cmdCalculate_})
             ContextMenu::addButton(menu, *button);
-        ContextMenu::addCommands(menu, {QString(), u"mnuFilePrint"_s});
+        menu.addSeparator();
+        for (QPushButton* button : {cmdPreview_, cmdPrint_})
+            ContextMenu::addButton(menu, *button);
     };
     // What is marked by a click is that of the left button.
     new ContextMenu(*mfgGrid_, fill, ContextMenu::Selection::Stays);
@@ -116,6 +118,8 @@ void frmAuswertungTable::connectControls() {
     onClick(cmdCopyTable_, [this] { window_.copy(); });
     onClick(cmdCopyCommand_, [this] { window_.copyCommand(); });
     onClick(cmdSaveTableAs_, [this] { window_.saveTableAs(); });
+    onClick(cmdPreview_, [this] { window_.cmdPreview(frmAuswertung::Printed::Table); });
+    onClick(cmdPrint_, [this] { window_.cmdPrint(frmAuswertung::Printed::Table); });
 }
 
 /// The user goes on marking where the hand was.
@@ -165,6 +169,8 @@ void frmAuswertungTable::showTable() {
     showFacts();
     for (QPushButton* button : {cmdCopyTable_, cmdSaveTableAs_})
         button->setEnabled(model_.result().hasTable());
+    for (QPushButton* button : {cmdPreview_, cmdPrint_})
+        button->setEnabled(model_.view().tableCommands);
     cmdCopyCommand_->setEnabled(facts && facts->complete);
     cmdSetMissing_->setEnabled(marks && !crosstab);
 }

@@ -39,7 +39,7 @@ private:
     ResultTableView* mfgGrid_;
     frmAuswertungStored* stored_;
     frmAuswertungState* state_;
-    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_;
+    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_, *cmdPreview_, *cmdPrint_;
 
     QWidget* build();
     QWidget* buildCommands();

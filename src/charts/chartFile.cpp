@@ -93,13 +93,13 @@ ChartLayout plotLayout(const ChartModel& model, const QSizeF& millimetres) {
     return layOut(model, QSizeF(chartTwips(millimetres)) * (perInch / twipsPerInch), ChartParts::Plot);
 }
 
-QByteArray plotJpeg(const ChartLayout& layout, const QSizeF& millimetres, int quality) {
+QByteArray plotJpeg(const ChartLayout& layout, const QSizeF& millimetres, int quality, int dpi = storedPlotDpi) {
     if (!jpegSupported()) {
         ui::asker().messageBox({TranslateText(u"Konnte keinen passenden Encoder ermitteln."_s), u"Encoder Error"_s});
         return {};
     }
-    const QSize pixels = (QSizeF(chartTwips(millimetres)) * storedPlotDpi / twipsPerInch).toSize();
-    return encoded(paintedImage(layout, pixels, storedPlotDpi), "jpeg", std::clamp(quality, 0, 100));
+    const QSize pixels = (QSizeF(chartTwips(millimetres)) * dpi / twipsPerInch).toSize();
+    return encoded(paintedImage(layout, pixels, dpi), "jpeg", std::clamp(quality, 0, 100));
 }
 
 } // namespace
@@ -117,11 +117,11 @@ QByteArray plotJpeg(const ChartModel& model, const QSizeF& millimetres, int qual
     return plotJpeg(plotLayout(model, millimetres), millimetres, quality);
 }
 
-StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres) {
+StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres, int dpi) {
     const ChartLayout layout = plotLayout(model, millimetres);
     const QSize twips = chartTwips(millimetres);
     return {model.caption, static_cast<float>(twips.width()), static_cast<float>(twips.height()), layout.explanation,
-            plotJpeg(layout, millimetres, 100)};
+            plotJpeg(layout, millimetres, 100, dpi)};
 }
 
 QImage chartImage(const ChartLayout& layout, int dpi) {

@@ -21,8 +21,9 @@ QSize chartTwips(const QSizeF& millimetres);
 /// @return empty where it cannot be made; without JPEG in Qt a box has said so
 QByteArray plotJpeg(const ChartModel& model, const QSizeF& millimetres = defaultChartSize, int quality = 100);
 /// What is stored of a chart: this picture, and what it has no room for beside it. Without bytes where plotJpeg() has
-/// none.
-StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres = defaultChartSize);
+/// none. @param dpi of one that is for paper, where more of them are seen
+StoredGraph storedGraphOf(const ChartModel& model, const QSizeF& millimetres = defaultChartSize,
+                          int dpi = storedPlotDpi);
 
 /// A chart as a picture on white. Null where there is no memory for it.
 QImage chartImage(const ChartLayout& layout, int dpi);

@@ -14,7 +14,6 @@ namespace {
 /// By window, the controls without a function yet.
 const QHash<QString, QSet<QString>> controlsNotBuilt = {
     {u"frmMain"_s, {u"mnuFilePrint"_s, u"D"_s}},
-    {u"frmAuswertung"_s, {u"cmdPreview"_s, u"cmdPrint"_s}},
 };
 
 } // namespace

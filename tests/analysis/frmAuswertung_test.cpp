@@ -81,14 +81,9 @@ TEST_F(AnalysisWindow, TheFirstKeyOfAnotherSearchReplacesWhatIsShown) {
     }
 }
 
-TEST_F(AnalysisWindow, WhatIsNotBuiltIsDisabledAndSaysWhy) {
+TEST_F(AnalysisWindow, WithoutAStudyNothingIsComputed) {
     open();
-    for (const QString& name : {u"cmdPreview"_s, u"cmdPrint"_s}) {
-        EXPECT_FALSE(the<QWidget>(name)->isEnabled()) << name.toStdString();
-        EXPECT_EQ(the<QWidget>(name)->toolTip(), u"In dieser Version noch nicht enthalten.");
-    }
     EXPECT_TRUE(the<QRadioButton>(u"Option1"_s)->isChecked());
-    // Without a study there is nothing to compute.
     for (const int tab : {1, 2}) {
         goTo(tab);
         EXPECT_EQ(asker.lastText(), u"Bitte eine Variable auswählen") << tab;
