@@ -17,6 +17,10 @@ QString makeWaves(const QString& folder, int studies, int cases);
 /// longer texts, the second a single one.
 QString makeCatalogue(const QString& folder, int studies, int variablesEach);
 
+/// The catalogue of one study S0001 as a codebook shows it: each variable with ten values, of which two are missing, a
+/// stored frequency table and, if asked for, a stored graph of its own.
+QString makeCodebook(const QString& folder, int variables, bool graphs);
+
 /// One study "B1" of so many variables V1, V2, ... with 8 values, in one case table, and a weight W; each V has an
 /// instruction for a weighted frequency.
 QString makeInstructions(const QString& folder, int variables, int cases);

@@ -6,12 +6,12 @@
 #include <QIODevice>
 #define POINTERHOLDER_TRANSITION 4 // the library's old pointer is not used here
 #include <algorithm>
+#include <map>
 #include <qpdf/Buffer.hh>
 #include <qpdf/InputSource.hh>
 #include <qpdf/Pl_Function.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFWriter.hh>
-#include <set>
 #include <stdexcept>
 
 namespace {
@@ -105,18 +105,39 @@ private:
         }
     }
 
+    static QByteArray bytesOf(Handle& stream) {
+        const auto bytes = stream.getStreamData();
+        return {reinterpret_cast<const char*>(bytes->getBuffer()), static_cast<qsizetype>(bytes->getSize())};
+    }
+
     void mendFonts() {
-        std::set<QPDFObjGen> seen;
-        for (Handle& page : pages_)
+        std::map<QPDFObjGen, QMap<QByteArray, QByteArray>> splits; // of each font that was seen
+        for (Handle& page : pages_) {
+            QMap<QByteArray, QMap<QByteArray, QByteArray>> ofPage;
             for (auto& [name, font] : page.getKey("/Resources").getKey("/Font").getDictAsMap()) {
-                if (!seen.insert(font.getObjGen()).second || !font.getKey("/ToUnicode").isStream())
-                    continue;
-                Handle table = font.getKey("/ToUnicode");
-                const auto bytes = table.getStreamData();
-                const QByteArray plain = plainToUnicode(QByteArray(reinterpret_cast<const char*>(bytes->getBuffer()),
-                                                                   static_cast<qsizetype>(bytes->getSize())));
-                table.replaceStreamData(plain.toStdString(), Handle::newNull(), Handle::newNull());
+                const auto [seen, isNew] = splits.try_emplace(font.getObjGen());
+                if (Handle table = font.getKey("/ToUnicode"); isNew && table.isStream()) {
+                    const PlainFont plain = plainFont(bytesOf(table));
+                    table.replaceStreamData(plain.table.toStdString(), Handle::newNull(), Handle::newNull());
+                    seen->second = plain.splits;
+                }
+                if (!seen->second.isEmpty())
+                    ofPage[QByteArray::fromStdString(name).mid(1)] = seen->second;
             }
+            if (!ofPage.isEmpty())
+                splitLigatures(page, ofPage);
+        }
+    }
+
+    static void splitLigatures(Handle& page, const QMap<QByteArray, QMap<QByteArray, QByteArray>>& splits) {
+        Handle contents = page.getKey("/Contents");
+        if (!contents.isStream())
+            return;
+        const QByteArray before = bytesOf(contents), after = withSplits(before, splits);
+        constexpr int lengthInFront = 4; // that Qt's packing adds
+        if (after != before)
+            contents.replaceStreamData(qCompress(after).mid(lengthInFront).toStdString(),
+                                       Handle::newName("/FlateDecode"), Handle::newNull());
     }
 
     /// A tree of numbers: where they go on by one, a page says nothing of its own.

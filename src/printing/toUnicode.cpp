@@ -33,6 +33,10 @@ QByteArray codeOf(const QString& text) {
     return '<' + code + '>';
 }
 
+QByteArray glyphCode(uint glyph) {
+    return codeOf(QString(QChar(glyph)));
+}
+
 /// Characters of each glyph; those that no character leads to are not in it.
 QMap<uint, QString> readTable(const QByteArray& table) {
     static const QRegularExpression range(
@@ -68,7 +72,7 @@ QByteArray section(const QMap<uint, QString>& characters) {
             room = std::min(left, entriesOfSection);
             text += (text.isEmpty() ? "" : "endbfchar\n") + QByteArray::number(room) + " beginbfchar\n";
         }
-        text += codeOf(QString(QChar(entry.key()))) + ' ' + codeOf(entry.value()) + '\n';
+        text += glyphCode(entry.key()) + ' ' + codeOf(entry.value()) + '\n';
     }
     return text + "endbfchar\n";
 }
@@ -85,22 +89,50 @@ QString plainLetters(const QString& text) {
     return plain;
 }
 
-QByteArray plainToUnicode(const QByteArray& table) {
+PlainFont plainFont(const QByteArray& table) {
     QMap<uint, QString> characters = readTable(table);
     if (characters.isEmpty())
-        return table;
-    for (QString& text : characters) {
+        return {table, {}};
+    QMap<QString, uint> glyphs; // of single letters
+    for (auto entry = characters.begin(); entry != characters.end(); ++entry) {
         // Qt names the first character that leads to a glyph; the space's is often the tabulator's too.
-        if (text == u'\t')
-            text = u' ';
-        const QString plain = plainLetters(text);
-        // Readers turn right-to-left text round glyph by glyph: a ligature of two letters would come out reversed, and
-        // as the one sign that it has they know it.
+        const QString plain = *entry == u'\t' ? u" "_s : plainLetters(*entry);
+        if (plain.size() == 1)
+            glyphs.insert(plain, entry.key());
         if (plain.size() == 1 || !isRightToLeft(plain.front()))
-            text = plain;
+            *entry = plain;
     }
-    // Qt says how many sections there are in front of the first, where it has written the line.
-    qsizetype begin = table.lastIndexOf('\n', table.indexOf("beginbfrange")) + 1;
+    PlainFont font;
+    for (auto entry = characters.begin(); entry != characters.end(); ++entry) {
+        const QString plain = plainLetters(*entry);
+        // Without a glyph for the second letter it keeps its own sign, which some readers know.
+        if (plain.size() != 2 || plain == *entry || !glyphs.contains(plain.last(1)))
+            continue;
+        font.splits[glyphCode(entry.key())] = glyphCode(glyphs[plain.last(1)]);
+        *entry = plain.first(1);
+    }
+    // Qt says how many sections there are in front of the first.
+    const qsizetype begin = table.lastIndexOf('\n', table.indexOf("beginbfrange")) + 1;
     const qsizetype end = table.lastIndexOf("endbfrange") + qsizetype(sizeof("endbfrange"));
-    return table.left(begin) + section(characters) + table.mid(end);
+    font.table = table.left(begin) + section(characters) + table.mid(end);
+    return font;
+}
+
+QByteArray withSplits(const QByteArray& content, const QMap<QByteArray, QMap<QByteArray, QByteArray>>& splits) {
+    QByteArray result;
+    QMap<QByteArray, QByteArray> ofFont;
+    for (const QByteArray& line : content.split('\n')) {
+        if (!result.isEmpty())
+            result += '\n';
+        result += line;
+        if (const qsizetype end = line.indexOf(' '); line.startsWith('/') && line.contains(" Tf "))
+            ofFont = splits.value(line.mid(1, end - 1));
+        if (ofFont.isEmpty() || !line.endsWith(" Tj"))
+            continue;
+        const QByteArray second = ofFont.value(line.mid(line.lastIndexOf('<')).chopped(3).toLower());
+        // Narrow, out of sight and a hair to the left, where what is read next lies.
+        if (!second.isEmpty())
+            result += " 3 Tr 5 Tz -2 0 Td " + second + " Tj 2 0 Td 100 Tz 0 Tr";
+    }
+    return result;
 }

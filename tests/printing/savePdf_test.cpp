@@ -191,8 +191,12 @@ TEST(SavePdf, TextIsFoundAsItIsTyped) {
     SKIP_WITHOUT_POPPLER();
     const TestHome home;
     MadeReport report;
-    const QStringList texts = {u"Wie zufrieden sind Sie, alles in allem?"_s, u"office café 5 µg"_s, u"مرحبا بكم"_s,
-                               u"北京大学 一二三 人"_s, u"שלום עולם"_s};
+    const QStringList texts = {u"Wie zufrieden sind Sie, alles in allem?"_s,
+                               u"office café 5 µg"_s,
+                               u"مرحبا بكم"_s,
+                               u"السلام عليكم ولا"_s,
+                               u"北京大学 一二三 人"_s,
+                               u"שלום עולם"_s};
     for (const QString& text : texts)
         report.add({}, text);
     const QString file = report.save(home);
@@ -209,19 +213,23 @@ TEST(SavePdf, AFontsTableNamesPlainLetters) {
                               "<0000> <0000> <0000>\n"
                               "<0001> <0006> [<0009> <FEE3> <FB01> <2F00> <FEFB> <FF21> ]\n"
                               "<0010> <0012> <0041>\nendbfrange\nendcmap\n";
-    EXPECT_EQ(plainToUnicode(before), QByteArray("1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n"
-                                                 "9 beginbfchar\n<0001> <0020>\n<0002> <0645>\n<0003> <00660069>\n"
-                                                 "<0004> <4e00>\n<0005> <fefb>\n<0006> <ff21>\n<0010> <0041>\n"
-                                                 "<0011> <0042>\n<0012> <0043>\nendbfchar\nendcmap\n"));
+    EXPECT_EQ(plainFont(before).table, QByteArray("1 begincodespacerange\n<0000> <FFFF>\nendcodespacerange\n"
+                                                  "9 beginbfchar\n<0001> <0020>\n<0002> <0645>\n<0003> <00660069>\n"
+                                                  "<0004> <4e00>\n<0005> <fefb>\n<0006> <ff21>\n<0010> <0041>\n"
+                                                  "<0011> <0042>\n<0012> <0043>\nendbfchar\nendcmap\n"));
+    // With a glyph for the second letter a ligature of two gets one for each.
+    const PlainFont split = plainFont("1 beginbfrange\n<0001> <0003> [<FEFC> <0627> <FEF7> ]\nendbfrange\n");
+    EXPECT_TRUE(split.table.contains("<0001> <0644>") && split.table.contains("<0003> <fef7>"));
+    EXPECT_EQ(split.splits, (QMap<QByteArray, QByteArray>{{"<0001>", "<0002>"}}));
     QByteArray many = "1 beginbfrange\n<0001> <0100> [";
     for (int i = 0; i < 256; ++i)
         many += "<4E" + QByteArray::number(i, 16).rightJustified(2, '0') + "> ";
-    many = plainToUnicode(many + "]\nendbfrange\n");
+    many = plainFont(many + "]\nendbfrange\n").table;
     EXPECT_TRUE(many.startsWith("100 beginbfchar\n") && many.count("endbfchar\n") == 3);
     EXPECT_TRUE(many.contains("endbfchar\n56 beginbfchar\n"));
     for (const QByteArray& damaged :
          {"", "beginbfrange", "endbfrange beginbfrange", "1 beginbfrange\n<zz>\nendbfrange"})
-        EXPECT_EQ(plainToUnicode(damaged), damaged);
+        EXPECT_EQ(plainFont(damaged).table, damaged);
 }
 
 TEST(SavePdf, AWritingThatFailsLeavesTheReasonAndNoFile) {
