@@ -15,7 +15,7 @@ struct ReportEntry {
     };
     Kind kind = Kind::Text;
     int level = 0;        ///< depth in contents and bookmarks; a variable stands one below its chapter
-    QString name;         ///< of a variable, for index and running heads; empty else
+    QString name;         ///< of a variable, for index and running heads; of a study's chapter its number; empty else
     QString title;        ///< a chapter's heading or a variable's label; empty: not in contents and bookmarks
     bool newPage = false; ///< begins a page
     bool operator==(const ReportEntry&) const = default;

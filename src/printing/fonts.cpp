@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// A width that comes from the text itself holds the text.
-constexpr double tolerance = 0.5;
+constexpr double widthTolerance = 0.5;
 
 bool isFixed(const QString& family) {
     static const QStringList marks = {u"courier"_s, u"mono"_s, u"consol"_s, u"fixed"_s, u"terminal"_s, u"typewriter"_s};
@@ -141,7 +141,7 @@ SetText setText(QString text, const QFont& font, double width, Qt::Alignment ali
     double top = 0;
     layout->beginLayout();
     for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine()) {
-        line.setLineWidth(width > 0 ? width + tolerance : 1e7);
+        line.setLineWidth(width > 0 ? width + widthTolerance : 1e7);
         const double height = std::max(step, line.ascent() + line.descent());
         line.setPosition({0, top + (height - line.ascent() - line.descent()) / 2});
         result.tops.push_back(top);

@@ -45,7 +45,7 @@ inline double labelColumn(const PageSetup& setup) {
 }
 /// Width of a line of running text at most: about 95 characters.
 inline double measure(const PageSetup& setup) {
-    return 44 * em(setup);
+    return 42 * em(setup);
 }
 
 } // namespace look

@@ -1,0 +1,42 @@
+#include "printing/LinesFlow.h"
+#include "printing/flows.h"
+#include "printing/look.h"
+
+#include <algorithm>
+
+namespace {
+
+/// As many lines stay together: what is said of a variable begins no page with its last word.
+constexpr size_t togetherLines = 5;
+
+void addFact(LinesFlow& flow, const std::pair<QString, QString>& fact, double width, const PageSetup& setup) {
+    const double em = look::em(setup), x = std::min(look::labelColumn(setup), width / 3);
+    const QFont font = reportFont(setup.fontFamily, setup.fontSize);
+    const SetText word = setText(printableLine(fact.first), font, x - 0.5 * em, Qt::AlignLeft, textSpacing);
+    const double before = flow.lines.empty() ? 0 : 0.1 * em;
+    const size_t first = flow.lines.size();
+    flow.add(setText(printable(fact.second).trimmed(), font, std::min(width - x, look::measure(setup)), Qt::AlignLeft,
+                     textSpacing),
+             x, before);
+    const auto shared = std::make_shared<const SetText>(word);
+    for (int line = 0; line < word.lines(); ++line) {
+        const size_t row = first + static_cast<size_t>(line);
+        const double gap = line == 0 ? before : 0;
+        if (row == flow.lines.size()) // more words than answer
+            flow.lines.emplace_back().height = textSpacing * font.pixelSize();
+        flow.lines[row].bits.push_back({shared, line, {0, gap}, look::quietColor});
+    }
+}
+
+} // namespace
+
+std::unique_ptr<Flowable> factsFlow(const FactsBlock& block, double width, const PageSetup& setup) {
+    auto flow = std::make_unique<LinesFlow>();
+    for (const auto& fact : block.facts)
+        addFact(*flow, fact, width, setup);
+    if (flow->lines.size() <= togetherLines)
+        for (LinesFlow::Row& row : flow->lines)
+            row.mayEnd = false;
+    flow->space = 0.3 * look::em(setup);
+    return flow;
+}
