@@ -1,6 +1,5 @@
 #include "printing/RawReport.h"
 
-#include "charts/StoredGraph.h"
 #include "config/Options.h"
 #include "printing/rawRequest.h"
 #include "support/TestHome.h"
@@ -28,9 +27,9 @@ ReportRequest ofGraph(const QString& raw) {
     return request;
 }
 
-// Two columns of three rows; a cell has the mark that stands behind the cells.
-const QString cells = u"\"Familie \"neu\"\";Xtab;S;;2;3;\"\";\"a<TableEnd>2;\";\"b\";\"x\";\"270\";\"12,5\";V3;"_s;
-const QString layout = u"2;3;1500;0;-1;-1;300;0;0;0;6;6;6;0;9;"_s;
+// Two columns of three rows; a cell has the mark that stands behind the cellTexts.
+const QString cellTexts = u"\"Familie \"neu\"\";Xtab;S;;2;3;\"\";\"a<TableEnd>2;\";\"b\";\"x\";\"270\";\"12,5\";V3;"_s;
+const QString sizes = u"2;3;1500;0;-1;-1;300;0;0;0;6;6;6;0;9;"_s;
 
 ui::Printer printer(int paper, bool landscape, bool isDefault) {
     ui::Printer one;
@@ -53,7 +52,7 @@ QByteArray jpeg() {
 
 TEST(RawReport, ATableWhoseCellHasTheMarkIsReadToItsLastOne) {
     const TestHome home;
-    ReportRequest request = ofTable(cells + u"<TableEnd>"_s + layout);
+    ReportRequest request = ofTable(cellTexts + u"<TableEnd>"_s + sizes);
     RawReport report(request);
     ASSERT_EQ(report.open(), QString());
     EXPECT_EQ(report.outline().title, u"Familie"_s) << "up to the first quote, as everywhere";
@@ -79,8 +78,8 @@ TEST(RawReport, ATableWhoseCellHasTheMarkIsReadToItsLastOne) {
 
 TEST(RawReport, ATableCutAnywhereSaysWhatIsDamagedAndNeverShowsOtherNumbers) {
     const TestHome home;
-    const QString raw = cells + u"<TableEnd>"_s + layout;
-    const qsizetype whole = raw.size() - layout.size();
+    const QString raw = cellTexts + u"<TableEnd>"_s + sizes;
+    const qsizetype whole = raw.size() - sizes.size();
     for (qsizetype length = 1; length < raw.size(); ++length) {
         RawReport report(ofTable(raw.left(length)));
         const QString reason = report.open();
@@ -99,7 +98,7 @@ TEST(RawReport, ATableCutAnywhereSaysWhatIsDamagedAndNeverShowsOtherNumbers) {
 TEST(RawReport, AGraphIsReadFieldByFieldAndCutAnywhereItSaysSo) {
     const TestHome home;
     const QString beside = u"\"A <GraphEnd> B\";2880;1440,5;\"1 <GraphEnd>\";"_s;
-    const QString raw = beside + u"<GraphEnd>"_s + memoOf(jpeg());
+    const QString raw = beside + u"<GraphEnd>"_s + QString::fromLatin1(jpeg());
     ReportRequest request = ofGraph(raw);
     request.RawNotes = QStringList{u"Study: S1"_s};
     RawReport report(request);
