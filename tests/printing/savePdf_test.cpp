@@ -227,8 +227,7 @@ TEST(SavePdf, AFontsTableNamesPlainLetters) {
     many = plainFont(many + "]\nendbfrange\n").table;
     EXPECT_TRUE(many.startsWith("100 beginbfchar\n") && many.count("endbfchar\n") == 3);
     EXPECT_TRUE(many.contains("endbfchar\n56 beginbfchar\n"));
-    for (const QByteArray& damaged :
-         {"", "beginbfrange", "endbfrange beginbfrange", "1 beginbfrange\n<zz>\nendbfrange"})
+    for (const char* damaged : {"", "beginbfrange", "endbfrange beginbfrange", "1 beginbfrange\n<zz>\nendbfrange"})
         EXPECT_EQ(plainFont(damaged).table, damaged);
 }
 
