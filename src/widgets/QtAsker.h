@@ -16,12 +16,14 @@ public:
     std::optional<std::vector<int>> orderLines(const ui::LineOrder& order) override;
     std::optional<int> chooseFromTree(const ui::TreeChoice& choice) override;
     bool openFile(const QString& path) override;
+    std::vector<ui::Printer> printers() const override;
+    std::optional<ui::PrintJob> choosePrintJob(const ui::PrintJob& proposal, int pages) override;
+    std::shared_ptr<QPagedPaintDevice> openPrinter(const ui::PrintJob& job) override;
     void setClipboard(const QString& text, const QString& html) override;
     void copyPicture(const QImage& picture, const QByteArray& svg) override;
     void setPointer(ui::Pointer pointer) override;
     ui::Pointer pointer() const override { return pointer_; }
     void beep() override;
-    std::optional<ui::PrintJob> choosePrintJob(const ui::PrintJob& proposal, int pages) override;
     std::unique_ptr<ui::ProgressView> openProgress(bool mayStop) override;
     void eventTurn() override;
 

@@ -13,7 +13,6 @@ namespace {
 
 /// By window, the controls without a function yet.
 const QHash<QString, QSet<QString>> controlsNotBuilt = {
-    {u"frmMain"_s, {u"mnuFilePrint"_s, u"D"_s}},
 };
 
 } // namespace

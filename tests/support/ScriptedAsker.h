@@ -42,6 +42,12 @@ public:
     ui::FileChoice lastChoice; ///< what was last asked of a file; of a folder its title and where it begins
     /// Hears of every picture that is copied.
     std::function<void(const QImage& picture, const QByteArray& svg)> onPicture;
+    std::vector<ui::Printer> systemPrinters;
+    mutable int printersAsked = 0;
+    /// Chooses what is printed; without one the answer is that of Cancel.
+    std::function<std::optional<ui::PrintJob>(const ui::PrintJob& proposal, int pages)> onPrintJob;
+    /// Opens a printer; without one it is not there any more.
+    std::function<std::shared_ptr<QPagedPaintDevice>(const ui::PrintJob& job)> onOpenPrinter;
     std::optional<bool> checks; ///< what the user leaves the check boxes of boxes at
     QStringList opened;         ///< files handed to other applications
     bool opens = true;          ///< there is an application for them
@@ -62,6 +68,16 @@ public:
         return opens;
     }
     std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
+    std::vector<ui::Printer> printers() const override {
+        ++printersAsked;
+        return systemPrinters;
+    }
+    std::optional<ui::PrintJob> choosePrintJob(const ui::PrintJob& proposal, int pages) override {
+        return onPrintJob ? onPrintJob(proposal, pages) : std::nullopt;
+    }
+    std::shared_ptr<QPagedPaintDevice> openPrinter(const ui::PrintJob& job) override {
+        return onOpenPrinter ? onOpenPrinter(job) : nullptr;
+    }
     void setClipboard(const QString& text, const QString& html) override;
     void copyPicture(const QImage& picture, const QByteArray& svg) override {
         if (onPicture)

@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -114,6 +115,7 @@ public:
     /// Hands a file to the application that the desktop has for it.
     /// @return whether one took it
     virtual bool openFile(const QString& /*path*/) { return false; }
+    /// The printers of the system as they are now; it may take a while to ask a server for them.
     virtual std::vector<Printer> printers() const { return {}; }
     /// What of a report to print, and on what; nothing on Cancel. @param pages that the report has
     virtual std::optional<PrintJob> choosePrintJob(const PrintJob& /*proposal*/, int /*pages*/) { return {}; }

@@ -25,6 +25,8 @@ public:
     std::optional<unsigned> chooseColor(const QString& title, unsigned proposal) override;
     void setClipboard(const QString&, const QString&) override {}
     void copyPicture(const QImage&, const QByteArray&) override {}
+    std::vector<Printer> printers() const override { return outer_.printers(); }
+    std::shared_ptr<QPagedPaintDevice> openPrinter(const PrintJob& job) override { return outer_.openPrinter(job); }
     void setPointer(Pointer pointer) override { outer_.setPointer(pointer); }
     Pointer pointer() const override { return outer_.pointer(); }
     void eventTurn() override { outer_.eventTurn(); }
