@@ -39,6 +39,7 @@ void addViewMenu(Entries& all) {
     all.push_back({menu, u"mnuFragebogenansicht"_s, u"&Fragebogen"_s, {}, u"questionnaire"_s});
     all.push_back({menu, u"mnuSPSSAnsicht"_s, u"&SPSS Datensatz"_s, {}, u"dataset"_s});
     all.push_back({menu, u"mnuFilePrint"_s, u"&Drucken..."_s, u"Ctrl+P"_s, u"print"_s, false, true});
+    all.push_back({menu, u"mnuFilePreview"_s, u"Vorschau und &PDF..."_s, u"Ctrl+Shift+P"_s, u"preview"_s});
     all.push_back({menu, u"mnuFileClose"_s, u"Fenster ausb&lenden"_s, u"Ctrl+W"_s, {}, false, true});
 }
 
@@ -168,8 +169,10 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
     if (name == u"mnuFileClose")
         return state.active != Active::None;
     // Where the folder of the cases is not set, the command leads to it.
-    if (name == u"mnuFilePrint" || name == u"mnuAuswertungsansicht")
+    if (name == u"mnuAuswertungsansicht")
         return known;
+    if (name == u"mnuFilePrint" || name == u"mnuFilePreview")
+        return known || state.active == Active::Document;
     if (isEditing(name))
         return enabledForEditing(name, state);
     if (name == u"mnuSuchen" || name == u"mnuWeitersuchen")

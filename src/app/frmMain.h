@@ -21,6 +21,7 @@ class QToolBar;
 class QStackedWidget;
 class frmExplorer;
 class frmStartPage;
+struct PrintSource;
 
 /// The frame window: menus, toolbar, status bar, and the area of the child windows, for which it is the desktop.
 ///
@@ -43,6 +44,9 @@ public:
     void mnuViewDescriptions_Click(int index);
     void mnuViewOptions_Click();
     void mnuHelpContents_Click();
+    void mnuFilePrint_Click() { print(true); }
+    /// The same without asking for a printer.
+    void mnuFilePreview_Click() { print(false); }
     void ChangeFont();
 
     /// Runs a command by the control name of its entry or the key of its button. While something runs that it would
@@ -102,6 +106,7 @@ private:
     void addEditingCommands();
     void addSearchCommands();
     void addDocumentCommands();
+    void addPrintingCommands();
     void InitializeForm();
     void placeWindow();
     void buildToolbar();
@@ -139,6 +144,8 @@ private:
     static void deleteSelected(frmExplorer& explorer);
     static void transferSelected(frmExplorer& explorer, bool move);
     void addTransferCommands();
+    PrintSource printSource() const;
+    void print(bool withPrinter);
     void showHistory();
     void takeStep(const QString& entry, bool (History::*step)());
     void enable(const QString& name, QAction& action, const MainState& now);

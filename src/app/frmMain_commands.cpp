@@ -63,6 +63,7 @@ void frmMain::connectCommands() {
     addEditingCommands();
     addSearchCommands();
     addDocumentCommands();
+    addPrintingCommands();
 }
 
 void frmMain::addWindowCommands() {

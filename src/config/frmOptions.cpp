@@ -61,8 +61,17 @@ QPushButton* addButton(QHBoxLayout* row, const QString& name, const QString& tex
 
 } // namespace
 
-void frmOptions::showOptions(QWidget* parent) {
-    showOptionsAt(parent, nullptr, {});
+void frmOptions::showOptions(QWidget* parent, const std::optional<OptionDescriptor::Member>& option) {
+    std::optional<frmOptions> window;
+    {
+        const BusyScope building;
+        window.emplace(parent);
+    }
+    if (option) {
+        window->turnToPageOf(OptionsModel::controlOf(*option));
+        window->led_ = true;
+    }
+    window->exec();
 }
 
 void frmOptions::showOptionsAt(QWidget* parent, QString Options::*path, const QString& proposal) {
@@ -71,13 +80,11 @@ void frmOptions::showOptionsAt(QWidget* parent, QString Options::*path, const QS
         const BusyScope building;
         window.emplace(parent);
     }
-    if (path) {
-        const QString field = OptionsModel::controlOf(path);
-        if (window->model_.value(field).isEmpty())
-            window->take(field, proposal);
-        window->goTo(field);
-        window->led_ = true;
-    }
+    const QString field = OptionsModel::controlOf(path);
+    if (window->model_.value(field).isEmpty())
+        window->take(field, proposal);
+    window->goTo(field);
+    window->led_ = true;
     window->exec();
 }
 
@@ -256,11 +263,16 @@ void frmOptions::showFaults() {
     }
 }
 
-void frmOptions::goTo(const QString& field) {
-    auto* line = findChild<QLineEdit*>(field);
+void frmOptions::turnToPageOf(const QString& field) {
+    const auto* control = findChild<QWidget*>(field);
     for (int i = 0; i < tbsOptions_->count(); ++i)
-        if (tbsOptions_->widget(i)->isAncestorOf(line))
+        if (tbsOptions_->widget(i)->isAncestorOf(control))
             tbsOptions_->setCurrentIndex(i);
+}
+
+void frmOptions::goTo(const QString& field) {
+    turnToPageOf(field);
+    auto* line = findChild<QLineEdit*>(field);
     line->selectAll();
     line->setFocus();
 }

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 #include <QHash>
+#include <optional>
 
 class QAbstractButton;
 class QTabWidget;
@@ -12,8 +13,8 @@ class QTabWidget;
 /// The options dialog: shows an OptionsModel on the tabs of tbsOptions and hands every gesture on to it.
 class frmOptions : public QDialog, public Form {
 public:
-    /// Shows the dialog modally over the main window.
-    static void showOptions(QWidget* parent);
+    /// Shows the dialog modally over the main window, on the page of an option or on the one that it was left on.
+    static void showOptions(QWidget* parent, const std::optional<OptionDescriptor::Member>& option = {});
     /// The same with the page of a path in front and its field ready to be typed in; a path that is not set has the
     /// proposal as its text, which holds once it is applied.
     static void showOptionsAt(QWidget* parent, QString Options::*path, const QString& proposal);
@@ -57,6 +58,7 @@ private:
     void showSamples();
     void showFaults();
     void goTo(const QString& field);
+    void turnToPageOf(const QString& field);
     void done(int result) override;
     void take(const QString& control, const QString& value);
     void browse(const QString& field, bool byDoubleClick);

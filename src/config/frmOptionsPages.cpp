@@ -301,7 +301,7 @@ void addReport(QTabWidget* tabs) {
     page.option(&Options::ReportIncludeGraphs);
     page.option(&Options::ReportIncludeShowCards);
     page.option(&Options::PrintMaxLevels);
-    page.note(1, u"Noch ohne Wirkung: alle Angaben zum Bericht"_s);
+    page.note(1, u"Ohne Wirkung: Schriftart. Tabellen stehen in einer der Schriften der Seite \"Schrift\"."_s);
     page.end();
 }
 

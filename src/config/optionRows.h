@@ -92,7 +92,7 @@ OPTION(bool, ReportIncludeQuestionText, true, true, InOrder, check(51, u"chkIncl
 OPTION(bool, ReportIncludeTables, true, true, InOrder, check(52, u"chkIncludeTables", u"&Gespeicherte Tabellen"))
 OPTION(bool, ReportIncludeGraphs, true, true, InOrder, check(53, u"chkIncludeGraphs", u"Ges&peicherte Grafiken"))
 OPTION(bool, ReportIncludeShowCards, true, true, InOrder, check(54, u"chkIncludeShowCards", u"S&howCards"))
-OPTION(int, ZoomFactor, 100, 100, InOrder, number(48, u"zoomfactor", u"&Vergrößerung der Vorschau (%):", 10, 1000))
+OPTION(int, ZoomFactor, 100, 100, InOrder, number(48, u"zoomfactor", u"&Vergrößerung von Tabellen, Bildern, Vorschau (%):", 10, 1000))
 OPTION(int, FontSize, 11, 11, InOrder, sizeList(50, u"cmbFontSize", u"Sch&riftgröße (Punkt):"))
 OPTION(bool, AskMissing, true, true, AtEnd,
        check(45, u"chkAskMissing", u"&Vor der Auswertung nach fehlenden Werten fragen"))

@@ -31,6 +31,7 @@ public:
     bool showEntry(const QString& id);
     void setEnglish(bool english);
     QTextEdit* textEdit() const { return txtText_; }
+    bool showsFixedFont() const { return font_ == fixedFont_; }
     /// Shows the text in "Courier New", or where it is in it already in "MS Sans Serif".
     void ChangeFont();
 

@@ -442,6 +442,10 @@ void frmExplorer::pageTurned(bool panelB, int page) {
     }
 }
 
+bool frmExplorer::showsFixedFont() const {
+    return panelA_->questionFont() == fixedFont_;
+}
+
 void frmExplorer::ChangeFont() {
     const QString fixed = u"Courier New"_s;
     QFont font;

@@ -56,6 +56,8 @@ public:
     void Form_Resize();
     /// Shows show card, stored table and stored graph anew where the catalogue has others meanwhile.
     void refreshPages();
+    /// Whether panel A shows its text in the fixed font.
+    bool showsFixedFont() const;
     /// Exchanges the fixed font and the proportional one in question texts, lists and names.
     void ChangeFont();
 

@@ -153,6 +153,7 @@ void frmExplorer::addContextMenus() {
     const QStringList places = {
         QString(), u"mnuEditCopyTo"_s, u"mnuEditMoveTo"_s,     u"mnuEditCopyHere"_s, u"mnuEditMoveHere"_s,
         QString(), u"mnuSuchen"_s,     u"mnuErweiterteSuche"_s};
+    const QStringList print = {QString(), u"mnuFilePrint"_s, u"mnuFilePreview"_s};
     new MouseDrag(*tree_->view(), DragPlace::Part::Tree, model_);
     new MouseDrag(*list_->view(), DragPlace::Part::List, model_, [this] { return selectedRows(); });
     new ContextMenu(*tree_->view(), [=, this](QMenu& menu) {
@@ -162,13 +163,13 @@ void frmExplorer::addContextMenus() {
                                                        u"mnuLöschen"_s, QString(), u"mnuEditCopy"_s} +
                                            places.mid(1));
         menu.addAction(toFilter_);
-        ContextMenu::addCommands(menu, QStringList{QString()} + panels);
+        ContextMenu::addCommands(menu, QStringList{QString()} + panels + print);
     });
     new ContextMenu(*list_->view(), [=, this](QMenu& menu) {
         ContextMenu::addCommands(menu, start + QStringList{u"mnuLöschen"_s} + places);
         menu.addAction(toFilter_);
-        ContextMenu::addCommands(menu, QStringList{QString()} + panels +
-                                           QStringList{u"mnuVVEL"_s, u"mnuChangeFont"_s, QString(), u"mnuFilePrint"_s});
+        ContextMenu::addCommands(menu, QStringList{QString()} + panels + QStringList{u"mnuVVEL"_s, u"mnuChangeFont"_s} +
+                                           print);
     });
 }
 

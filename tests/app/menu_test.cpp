@@ -42,7 +42,8 @@ QStringList menuKeys(const ToolbarModel& toolbar) {
 
 TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
     const QStringList menus = {u"mnFile"_s, u"mnuView"_s, u"mnuEdit"_s, u"mnuOptions"_s, u"mnuWindow"_s, u"mnuHelp"_s};
-    const QStringList three = {u"mnuAuswertungsansicht"_s, u"mnuFilePrint"_s, u"mnuFileClose"_s};
+    const QStringList ofWindows = {u"mnuAuswertungsansicht"_s, u"mnuFilePrint"_s, u"mnuFilePreview"_s,
+                                   u"mnuFileClose"_s};
     const QStringList keys = {u"ODB"_s, u"EXPL1"_s, u"A"_s, u"V"_s, u"EL"_s, u"O"_s, u"H"_s};
     const MainState none;
     EXPECT_EQ(menuEnabledOf(menus, none), (QStringList{u"mnFile"_s, u"mnuOptions"_s, u"mnuHelp"_s}));
@@ -56,12 +57,13 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
         QStringList enabled;
         bool panelLanguage;
     };
-    for (const Case& c : {Case{Active::None, {}, false}, Case{Active::Explorer, three, true},
-                          Case{Active::Analysis, three, false}, Case{Active::Other, three.mid(2), false}}) {
+    for (const Case& c : {Case{Active::None, {}, false}, Case{Active::Explorer, ofWindows, true},
+                          Case{Active::Analysis, ofWindows, false}, Case{Active::Document, ofWindows.mid(1), false},
+                          Case{Active::Other, ofWindows.mid(3), false}}) {
         const MainState open{.catalogueOpen = true, .active = c.active};
         EXPECT_EQ(menuEnabledOf(menus, open), menus);
         EXPECT_EQ(menuEnabledOf(keys, open), keys) << "a button does not wait for the view menu's rules";
-        EXPECT_EQ(menuEnabledOf(three, open), c.enabled) << int(c.active);
+        EXPECT_EQ(menuEnabledOf(ofWindows, open), c.enabled) << int(c.active);
         EXPECT_EQ(MainMenu::enabled(u"mnuVVEL"_s, open), c.panelLanguage) << int(c.active);
         EXPECT_FALSE(MainMenu::enabled(u"mnuViewGraphicOptions"_s, open)) << "no chart is in view";
     }

@@ -27,6 +27,7 @@
 #include "language/mdLanguage.h"
 #include "platform/dao/DBEngine.h"
 #include "platform/system/Paths.h"
+#include "printing/frmPrint.h"
 #include "search/frmFind.h"
 #include "support/PrintQt.h"
 #include "support/WindowTest.h"
@@ -165,6 +166,19 @@ Form* textsPosition() {
     return window;
 }
 
+/// With the longest of its words and a printer.
+Form* textsPrint() {
+    PrintSource source{.window = PrintSource::Window::Explorer, .language = gLanguage == 0 ? 1 : 2, .view = 1};
+    source.study = source.nodeId = u"SV2018"_s;
+    source.variable = u"LZUFR"_s;
+    source.nodeText = u"Leben in Solvarden 2018"_s;
+    source.viewName = u"Studien"_s;
+    auto* window = new frmPrint(source, PrinterChoice({{.name = u"Büro"_s, .place = u"Flur"_s, .paper = 9}}),
+                                frmPrint::For::Printing);
+    window->QDialog::show();
+    return window;
+}
+
 Form* textsTreeChoice() {
     static const ui::TreeChoice choice{.title = u"Kopieren nach"_s, .entries = {{.text = u"Person"_s}}};
     auto* window = new frmTreeChoice(choice, nullptr);
@@ -193,6 +207,7 @@ const TextsWindow textsWindows[] = {
     {u"frmEdit"_s, textsEdit},
     {u"frmPosition"_s, textsPosition},
     {u"frmTreeChoice"_s, textsTreeChoice},
+    {u"frmPrint"_s, textsPrint},
 };
 
 /// Texts that are the same word in both languages.
