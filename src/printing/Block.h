@@ -13,7 +13,7 @@
 /// A text that wraps: a heading, a paragraph, a line of a list of names.
 struct TextBlock {
     enum class Style {
-        Chapter,  ///< heading of a chapter, by level
+        Chapter,  ///< heading of a chapter, by level; -1 the title on the cover
         Entry,    ///< heading of a variable: its name, then its label
         Caption,  ///< heading of a part within an entry
         Body,     ///< running text

@@ -52,12 +52,17 @@ ContentsPages::ContentsPages(const ReportOutline& outline, const PageSetup& setu
 }
 
 void ContentsPages::chooseEntries() {
+    const QFont font = reportFont(setup_.fontFamily, setup_.fontSize);
     const bool variables = outline_.variables() < chaptersOnly;
     for (size_t i = 0; i < outline_.entries.size(); ++i) {
         const ReportEntry& entry = outline_.entries[i];
         const bool variable = entry.kind == ReportEntry::Kind::Variable;
         if (variable ? variables : !entry.title.isEmpty())
             rows_.push_back({static_cast<int>(i)});
+        if (variable && variables) // beyond a usual width a name moves its own label only
+            nameColumn_ =
+                std::max(nameColumn_, std::min(textWidth(printableLine(entry.name), font) + 0.8 * look::em(setup_),
+                                               8 * look::em(setup_)));
     }
 }
 
@@ -86,7 +91,7 @@ ContentsPages::Text ContentsPages::textOf(const ReportEntry& entry) const {
     row.textX = row.x;
     if (!row.chapter) {
         row.name = setLine(printableLine(entry.name), reportFont(setup_.fontFamily, setup_.fontSize), width / 2);
-        row.textX += std::max(row.name.width + 0.8 * em, std::min(6 * em, width / 3));
+        row.textX += std::max(row.name.width + 0.8 * em, std::min(nameColumn_, width / 3));
     }
     const QString title = printableLine(entry.title);
     row.text = wraps_ ? setText(title, font, std::max(width - row.textX, em)) : setLine(title, font, width - row.textX);

@@ -32,6 +32,7 @@ private:
     std::vector<Row> rows_;
     int pages_ = 0;
     bool wraps_ = true;
+    double nameColumn_ = 0; ///< of names in front of their labels
 
     double columnWidth() const;
     int columns() const;

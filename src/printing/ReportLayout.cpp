@@ -31,6 +31,7 @@ struct ReportLayout::State {
     std::vector<int> pages;        ///< of each entry, from that of the first one; -1: not known
     std::shared_ptr<EntryFlows> coverFlows;
     std::vector<PageStart> coverStarts;
+    double coverTop = 0; ///< what is left above it
     bool complete = false;
     std::list<std::pair<int, std::shared_ptr<EntryFlows>>> kept; ///< used last in front
 
@@ -53,7 +54,7 @@ struct ReportLayout::State {
     void fillCover();
     bool fillNext();
     void settle();
-    void placeRows(ReportPage& page, const FilledPage& filledPage) const;
+    void placeRows(ReportPage& page, const FilledPage& filledPage, double top = 0) const;
     void bodyPage(ReportPage& page, int index);
     RunningHead runningHead(const FilledPage& filledPage) const;
     QString chapterOf(int entry) const;
@@ -86,10 +87,20 @@ EntryAccess ReportLayout::State::coverAccess() const {
 void ReportLayout::State::fillCover() {
     if (outline.cover.empty())
         return;
-    coverFlows = std::make_shared<EntryFlows>(ReportEntry::Kind::Text, outline.cover, setup, frame.body().size());
+    std::vector<Block> blocks = outline.cover;
+    for (Block& block : blocks)
+        if (auto* text = std::get_if<TextBlock>(&block); text && text->style == TextBlock::Style::Chapter)
+            text->level = -1;
+    coverFlows = std::make_shared<EntryFlows>(ReportEntry::Kind::Text, std::move(blocks), setup, frame.body().size());
+    const double height = frame.body().height();
     for (PageStart start; start.entry == 0;) {
+        const FilledPage filledPage = fillPage(coverAccess(), start, height);
+        if (filledPage.next.entry > 0 && start == PageStart()) { // it is all of the cover
+            const PlacedRow& last = filledPage.rows.back();
+            coverTop = std::min(height * 0.2, height - last.y - last.flow->height(last.row));
+        }
         coverStarts.push_back(start);
-        start = fillPage(coverAccess(), start, frame.body().height()).next;
+        start = filledPage.next;
     }
 }
 
@@ -115,8 +126,8 @@ bool ReportLayout::State::fillNext() {
     return true;
 }
 
-void ReportLayout::State::placeRows(ReportPage& page, const FilledPage& filledPage) const {
-    const QPointF corner = frame.body().topLeft();
+void ReportLayout::State::placeRows(ReportPage& page, const FilledPage& filledPage, double top) const {
+    const QPointF corner = frame.body().topLeft() + QPointF(0, top);
     for (const PlacedRow& row : filledPage.rows) {
         const QPointF at = corner + QPointF(0, row.y);
         if (row.head > 0)
@@ -227,7 +238,8 @@ ReportPage ReportLayout::page(int index) const {
               last = body - state_->bodyPages();
     if (contents < 0) {
         const PageStart& start = state_->coverStarts[static_cast<size_t>(index)];
-        state_->placeRows(page, fillPage(state_->coverAccess(), start, state_->frame.body().height()));
+        state_->placeRows(page, fillPage(state_->coverAccess(), start, state_->frame.body().height()),
+                          state_->coverTop);
     } else if (body < 0) {
         state_->contents.place(page, contents, number);
         head.range = reportWord(u"Inhalt"_s, state_->setup.language);

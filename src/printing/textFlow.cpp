@@ -69,21 +69,21 @@ void addParagraphs(LinesFlow& flow, const TextBlock& block, const QFont& font, d
 }
 
 void addHeading(LinesFlow& flow, const TextBlock& block, double width, const PageSetup& setup) {
-    static constexpr double sizes[] = {1.6, 1.3, 1.12};
-    const int level = std::clamp(block.level, 0, 2);
-    const QFont font = reportFont(setup.fontFamily, setup.fontSize * sizes[level], true);
+    static constexpr double sizes[] = {2.2, 1.6, 1.3, 1.12};
+    const int level = std::clamp(block.level, -1, 2);
+    const QFont font = reportFont(setup.fontFamily, setup.fontSize * sizes[level + 1], true);
     QString text = inOneLine(block.runs);
     if (!block.name.isEmpty())
         text = (printableLine(block.name) + u"  "_s + text).trimmed();
     flow.add(setText(text, font, width), 0, 0);
-    flow.space = (level == 0 ? 1.8 : 1.4) * look::em(setup);
+    flow.space = (level > 0 ? 1.4 : level == 0 ? 1.8 : 0.6) * look::em(setup);
     flow.keeps = true;
     LinesFlow::Row& last = flow.lines.back();
-    if (level == 0) {
-        last.height += 0.35 * look::em(setup);
+    if (level <= 0) {
+        last.height += (level == 0 ? 0.35 : 0.8) * look::em(setup);
         last.rule = ReportPage::Rule{{0, last.height, width, last.height}, look::firmLine, Qt::black};
     }
-    last.height += 0.25 * look::em(setup);
+    last.height += (level >= 0 ? 0.25 : 1.2) * look::em(setup);
 }
 
 /// A variable's name and label below a line across the page: what a reader who leafs through it looks for.
