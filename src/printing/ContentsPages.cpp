@@ -99,7 +99,7 @@ ContentsPages::Text ContentsPages::textOf(const ReportEntry& entry) const {
         row.text = setLine(title, font, std::max(width - row.textX, em));
     row.lines = row.text.lines();
     row.height = row.text.height();
-    row.before = strong ? 0.6 * em : row.chapter ? 0.3 * em : 0;
+    row.before = strong ? 0.6 * em : row.chapter && nameColumn_ > 0 ? 0.3 * em : 0;
     return row;
 }
 

@@ -3,6 +3,7 @@
 #include <QFontDatabase>
 #include <QFontMetricsF>
 #include <QGlyphRun>
+#include <QHash>
 #include <QRawFont>
 #include <QTextBoundaryFinder>
 #include <algorithm>
@@ -21,6 +22,33 @@ bool isFixed(const QString& family) {
     const bool named =
         std::ranges::any_of(marks, [&](const QString& mark) { return family.contains(mark, Qt::CaseInsensitive); });
     return named || (QFontDatabase::hasFamily(family) && QFontDatabase::isFixedPitch(family));
+}
+
+/// A font as it is asked for. One that is asked for again is the same, so that it is looked for once.
+struct FontKey {
+    QString family;
+    int twips = 0;
+    bool bold = false, italic = false;
+    bool operator==(const FontKey&) const = default;
+};
+
+size_t qHash(const FontKey& key, size_t seed = 0) {
+    return qHashMulti(seed, key.family, key.twips, key.bold, key.italic);
+}
+
+QFont madeFont(const FontKey& key) {
+    QFont font;
+    const bool fixed = isFixed(key.family);
+    // Families that are as wide as those that everybody names; the last ones are there in any case.
+    static const QStringList fixedOnes = {u"Courier New"_s, u"Liberation Mono"_s, u"Cousine"_s, u"DejaVu Sans Mono"_s};
+    static const QStringList others = {u"Arial"_s, u"Liberation Sans"_s, u"Helvetica"_s, u"Arimo"_s};
+    font.setFamilies(QStringList(key.family) + (fixed ? fixedOnes : others));
+    font.setStyleHint(fixed ? QFont::Monospace : QFont::SansSerif);
+    font.setHintingPreference(QFont::PreferNoHinting);
+    font.setPixelSize(key.twips);
+    font.setBold(key.bold);
+    font.setItalic(key.italic);
+    return font;
 }
 
 /// Whether some font has a picture for a character.
@@ -78,18 +106,10 @@ bool isPlain(QChar sign) {
 } // namespace
 
 QFont reportFont(const QString& family, double points, bool bold, bool italic) {
-    QFont font;
-    const bool fixed = isFixed(family);
-    // Families that are as wide as those that everybody names; the last ones are there in any case.
-    static const QStringList fixedOnes = {u"Courier New"_s, u"Liberation Mono"_s, u"Cousine"_s, u"DejaVu Sans Mono"_s};
-    static const QStringList others = {u"Arial"_s, u"Liberation Sans"_s, u"Helvetica"_s, u"Arimo"_s};
-    font.setFamilies(QStringList(family) + (fixed ? fixedOnes : others));
-    font.setStyleHint(fixed ? QFont::Monospace : QFont::SansSerif);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround(points * 20))));
-    font.setBold(bold);
-    font.setItalic(italic);
-    return font;
+    static QHash<FontKey, QFont> known;
+    const FontKey key{family, std::max(1, static_cast<int>(std::lround(points * 20))), bold, italic};
+    const auto found = known.constFind(key);
+    return found != known.cend() ? *found : *known.insert(key, madeFont(key));
 }
 
 QString printable(const QString& text) {

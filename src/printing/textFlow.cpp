@@ -120,7 +120,7 @@ void addQuestion(LinesFlow& flow, const TextBlock& block, double width, const Pa
     addParagraphs(flow, block, reportFont(setup.tableFamily, setup.fontSize), x,
                   std::min(width - x, look::measure(setup)));
     if (!block.mark.isEmpty() && !flow.lines.empty()) {
-        const QFont font = reportFont(setup.fontFamily, look::captionSize(setup));
+        const QFont font = reportFont(setup.fontFamily, setup.fontSize);
         flow.addBeside(0, setLine(printableLine(block.mark), font, x - 0.5 * look::em(setup)), 0, look::quietColor);
     }
     flow.space = 0.4 * look::em(setup);
