@@ -26,7 +26,6 @@
 #include "widgets/Icons.h"
 #include "widgets/PageArea.h"
 #include "widgets/RunGuard.h"
-#include "widgets/notBuilt.h"
 #include "widgets/textFields.h"
 
 #include <QCloseEvent>
@@ -232,7 +231,6 @@ void frmAuswertung::refreshTitles() {
         part->nameForReaders();
     alignCaptions();
     showParts(&frmAuswertungPart::showAll);
-    applyNotBuilt(*this);
 }
 
 void frmAuswertung::optionsApplied() {

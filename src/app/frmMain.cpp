@@ -22,7 +22,6 @@
 #include "widgets/ElidedLabel.h"
 #include "widgets/Icons.h"
 #include "widgets/RunGuard.h"
-#include "widgets/notBuilt.h"
 #include "widgets/textFields.h"
 #include "widgets/toolTips.h"
 #include "widgets/twips.h"
@@ -338,11 +337,8 @@ void frmMain::applyState() {
 
 /// What cannot be used says why, where one would ask.
 void frmMain::enable(const QString& name, QAction& action, const MainState& now) {
-    const bool built = !isNotBuilt(windowName(), name);
-    action.setEnabled(built && MainMenu::enabled(name, now));
-    QString off = MainMenu::reasonOff(name, now);
-    if (off.isEmpty() && !built)
-        off = u"In dieser Version noch nicht enthalten."_s;
+    action.setEnabled(MainMenu::enabled(name, now));
+    const QString off = MainMenu::reasonOff(name, now);
     const QString reason = off.isEmpty() ? QString() : TranslateText(off);
     QStringList tips = {action.property("ownToolTip").toString(), reason};
     tips.removeAll(QString());

@@ -10,7 +10,6 @@
 #include "platform/ui/Asker.h"
 #include "widgets/Desktop.h"
 #include "widgets/faultMark.h"
-#include "widgets/notBuilt.h"
 #include "widgets/radioGroup.h"
 
 #include <QCheckBox>
@@ -214,7 +213,6 @@ void frmOptions::showModel() {
     showing_ = false;
     showSamples();
     showFaults();
-    applyNotBuilt(*this);
 }
 
 void frmOptions::showValue(QObject* object, const QString& name) {

@@ -15,7 +15,6 @@
 #include "widgets/ValueList.h"
 #include "widgets/VariableListView.h"
 #include "widgets/gestures.h"
-#include "widgets/notBuilt.h"
 #include "widgets/twips.h"
 
 #include <QApplication>
@@ -76,7 +75,6 @@ frmExplorer::frmExplorer(int view) : Form(*this, u"frmExplorer"_s) {
     showSwitches();
     refreshTitles();
     Form_Resize();
-    applyNotBuilt(*this);
     // Whoever opens a view looks for an entry of its tree first.
     tree_->view()->setFocus();
 }

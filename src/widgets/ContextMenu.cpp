@@ -2,7 +2,6 @@
 
 #include "app/globals.h"
 #include "widgets/Desktop.h"
-#include "widgets/notBuilt.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -103,7 +102,7 @@ void ContextMenu::addCommands(QMenu& menu, const QStringList& names) {
     for (const QString& name : names)
         if (name.isEmpty())
             menu.addSeparator();
-        else if (QAction* command = isNotBuilt(u"frmMain"_s, name) ? nullptr : desktop().command(name))
+        else if (QAction* command = desktop().command(name))
             menu.addAction(command);
 }
 

@@ -284,10 +284,8 @@ QString textsPlaceOf(const Form& form, const ControlText& control) {
 }
 
 bool textsSkipped(const ControlText& control) {
-    const QString notBuilt = TranslateText(u"In dieser Version noch nicht enthalten."_s);
     return control.text.isEmpty() || control.type == u"TextBox" ||
-           (control.type == u"ComboBox" && control.tag == u"user_defined") ||
-           (control.property == u"ToolTipText" && control.text == notBuilt);
+           (control.type == u"ComboBox" && control.tag == u"user_defined");
 }
 
 /// What is wrong with a widget's room for its text; empty if nothing is.
