@@ -1,6 +1,7 @@
 #pragma once
 
 #include "explorer/CatalogueTree.h"
+#include "platform/dao/Database.h"
 
 #include <QString>
 #include <functional>
@@ -13,9 +14,15 @@ struct Assignment {
     int icon = 0;
 };
 
-/// Lists the categories of a variable in every category view. Failures are reported.
+/// Lists the categories of a variable in every category view of a catalogue. Failures are reported.
 /// @param english names of the categories in English
-void Fill(std::vector<Assignment>& list, const QString& study, const QString& variable, bool english);
+void Fill(std::vector<Assignment>& list, const dao::DatabasePtr& catalogue, const QString& study,
+          const QString& variable, bool english);
+
+/// The statement for the categories that variables of a study have in a view, in the order of their siblings:
+/// fi_VariableNo, dt_IndicatorName, dt_EnIndicatorName.
+/// @param table suffix of the view's tables
+QString categoriesStatement(const QString& table, const QString& study, const QStringList& variables);
 
 /// Where a double-click on an assignment leads.
 struct Jump {

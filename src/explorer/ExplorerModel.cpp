@@ -1,6 +1,7 @@
 #include "explorer/ExplorerModel.h"
 
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "config/Options.h"
 
 namespace {
@@ -98,14 +99,14 @@ void ExplorerModel::fillA() {
     if (!panelA.isFilled())
         return;
     assignmentsShown_ = true;
-    Fill(DBList1, panelA.study(), panelA.variable(), state.bELTree);
+    Fill(DBList1, gDatabase.CurrentDatabase(), panelA.study(), panelA.variable(), state.bELTree);
     pagesA.fill(panelA.study(), panelA.variable(), state.bVarWindowForEnglishLanguage);
 }
 
 void ExplorerModel::fillB() {
     if (!panelB.isFilled())
         return;
-    Fill(DBList1_B, panelB.study(), panelB.variable(), state.bELTree);
+    Fill(DBList1_B, gDatabase.CurrentDatabase(), panelB.study(), panelB.variable(), state.bELTree);
     pagesB.fill(panelB.study(), panelB.variable(), state.bELVV);
 }
 

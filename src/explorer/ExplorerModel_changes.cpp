@@ -1,6 +1,7 @@
 #include "explorer/ExplorerModel.h"
 
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "catalogue/schema.h"
 #include "explorer/EntryColumns.h"
 #include "platform/dao/TextOrder.h"
@@ -378,9 +379,9 @@ void ExplorerModel::refreshB() {
 
 void ExplorerModel::refreshAssignments() {
     if (panelA.isFilled() && assignmentsShown_)
-        Fill(DBList1, panelA.study(), panelA.variable(), state.bELTree);
+        Fill(DBList1, gDatabase.CurrentDatabase(), panelA.study(), panelA.variable(), state.bELTree);
     if (panelB.isFilled())
-        Fill(DBList1_B, panelB.study(), panelB.variable(), state.bELTree);
+        Fill(DBList1_B, gDatabase.CurrentDatabase(), panelB.study(), panelB.variable(), state.bELTree);
 }
 
 void ExplorerModel::refreshTitles() {

@@ -80,13 +80,25 @@ void applyDefinition(VariableValues& found) {
         found.values.push_back({NumberFormat::plain(number), QString(), true});
 }
 
+void arrange(VariableValues& found) {
+    applyDefinition(found);
+    std::ranges::stable_sort(found.values, {}, placeOf);
+}
+
 } // namespace
 
 VariableValues VariableValues::of(dao::Database& catalogue, const QString& study, const QString& variable) {
     VariableValues found;
     readVariable(found, catalogue, study, variable);
     readLabels(found, catalogue, study, variable);
-    applyDefinition(found);
-    std::ranges::stable_sort(found.values, {}, placeOf);
+    arrange(found);
+    return found;
+}
+
+VariableValues VariableValues::from(std::vector<DocumentedValue> labelled, const QString& missing) {
+    VariableValues found;
+    found.values = std::move(labelled);
+    found.missing = missing;
+    arrange(found);
     return found;
 }

@@ -34,6 +34,8 @@ struct VariableValues {
     /// fields in question likewise.
     /// @throws dao::Error whatever else keeps the catalogue from being read
     static VariableValues of(dao::Database& catalogue, const QString& study, const QString& variable);
+    /// The same from what was read elsewhere: codes with their labels, and the definition.
+    static VariableValues from(std::vector<DocumentedValue> labelled, const QString& missing);
 
     bool operator==(const VariableValues&) const = default;
 };

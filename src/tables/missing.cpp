@@ -6,6 +6,7 @@
 
 #include <QScopedValueRollback>
 #include <algorithm>
+#include <cmath>
 
 using namespace Qt::StringLiterals;
 
@@ -130,6 +131,43 @@ bool MissingDefinition::contains(double number) const {
         return inRange || number == d3_;
     }
     return false;
+}
+
+namespace {
+
+/// The words "lowest" and "highest" became the ends of what a number can be.
+bool isExtreme(double number) {
+    return std::abs(number) > 1e308;
+}
+
+} // namespace
+
+QString MissingDefinition::inWords(QString (*word)(const QString&, int), int language) const {
+    const auto said = [&](const QString& german) { return word(german, language); };
+    const auto one = [&](double number) {
+        return !isExtreme(number) ? NumberFormat::plain(number)
+               : number < 0       ? said(u"kleinster Wert"_s)
+                                  : said(u"größter Wert"_s);
+    };
+    if (!isRange()) {
+        QStringList values;
+        for (const double number : numbers())
+            if (const QString text = one(number); !values.contains(text))
+                values << text;
+        if (values.size() < 2)
+            return values.join(QString());
+        const QString last = values.takeLast();
+        return said(u"%1 und %2"_s).arg(values.join(u", "_s), last);
+    }
+    const double low = std::min(d1_, d2_), high = std::max(d1_, d2_);
+    const bool open = isExtreme(low) && low < 0, endless = isExtreme(high) && high > 0;
+    QString range = low == high       ? one(low)
+                    : open && endless ? said(u"alle Werte"_s)
+                    : open            ? said(u"bis %1"_s).arg(one(high))
+                    : endless         ? said(u"ab %1"_s).arg(one(low))
+                                      : said(u"%1 bis %2"_s).arg(one(low), one(high));
+    const bool apart = kind_ == Kind::RangeAndOne && (d3_ < low || d3_ > high);
+    return apart ? said(u"%1 sowie %2"_s).arg(range, one(d3_)) : range;
 }
 
 QString MissingDefinition::validCondition(const QString& fieldExpression) const {

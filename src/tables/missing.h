@@ -24,6 +24,9 @@ public:
     bool isRange() const { return kind_ == Kind::Range || kind_ == Kind::RangeAndOne; }
     /// True when the number falls under the definition.
     bool contains(double number) const;
+    /// What counts as missing, as people say it ("9", "8 und 9", "90 bis 99 sowie 0", "ab 97"); empty for one under
+    /// which nothing is. @param word gives the words in the language wanted, from the German ones
+    QString inWords(QString (*word)(const QString&, int), int language) const;
     /// The condition that is true for valid values; see MissingToSql().
     QString validCondition(const QString& fieldExpression) const;
 

@@ -1,6 +1,7 @@
 #include "explorer/ExplorerModel.h"
 
 #include "app/globals.h"
+#include "catalogue/CDaoDatabase.h"
 #include "explorer/ExplorerLayout.h"
 #include "explorer/iconNames.h"
 #include "support/PrintQt.h"
@@ -130,12 +131,12 @@ TEST_F(Explorer, TheFilterFindsWordsInAnyTextOfEitherLanguage) {
 
 TEST_F(Explorer, AssignmentsComeFromEveryCategoryViewInTheTreesLanguage) {
     std::vector<Assignment> list;
-    Fill(list, u"QX1919"_s, u"V5"_s, true);
+    Fill(list, gDatabase.CurrentDatabase(), u"QX1919"_s, u"V5"_s, true);
     QStringList drawn;
     for (const Assignment& one : list)
         drawn << u"%1 %2 %3"_s.arg(one.key, one.text).arg(one.icon);
     EXPECT_EQ(drawn, (QStringList{u"B1 Attitudes 8"_s, u"C1 Satisfaction 10"_s}));
-    Fill(list, u"QX3"_s, u"C"_s, true);
+    Fill(list, gDatabase.CurrentDatabase(), u"QX3"_s, u"C"_s, true);
     EXPECT_TRUE(list.empty());
     EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
 

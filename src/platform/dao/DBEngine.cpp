@@ -189,6 +189,10 @@ void DBEngine::setLockWait(int milliseconds) {
     engineSettings().lockWait = milliseconds;
 }
 
+int DBEngine::lockWait() const {
+    return engineSettings().lockWait;
+}
+
 void DBEngine::setProgress(std::function<bool()> hook) {
     engineSettings().progress = std::move(hook);
 }

@@ -57,6 +57,7 @@ public:
 
     /// How long a statement waits for another process's lock before error 3050 or 3260, in milliseconds.
     void setLockWait(int milliseconds);
+    int lockWait() const;
 
     /// Called every few milliseconds while a statement runs, also inside a function that takes long; returning true
     /// ends the statement with error 3059 (operation cancelled). The analysis processes events here. An empty function
