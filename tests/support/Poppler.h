@@ -40,6 +40,7 @@ struct Bookmark {
     QString title;
     bool operator==(const Bookmark&) const = default;
 };
+std::vector<Bookmark> bookmarks(const QString& file);
 
 /// A text that leads to a page.
 struct Link {
@@ -47,11 +48,7 @@ struct Link {
     QString text;
     bool operator==(const Link&) const = default;
 };
-struct Navigation {
-    std::vector<Bookmark> bookmarks;
-    std::vector<Link> links;
-};
-Navigation navigation(const QString& file);
+std::vector<Link> links(const QString& file);
 
 } // namespace poppler
 

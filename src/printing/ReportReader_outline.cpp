@@ -1,0 +1,513 @@
+#include "printing/ReportReader.h"
+
+#include "catalogue/StudyRows.h"
+#include "catalogue/schema.h"
+#include "explorer/CatalogueTree.h"
+#include "platform/dao/TextOrder.h"
+#include "platform/system/Paths.h"
+#include "printing/ReportSelection.h"
+
+#include <QDate>
+#include <QFileInfo>
+#include <QSet>
+#include <algorithm>
+
+// What is in a report and in which order: names and labels, read when it is opened.
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A list of a category's variables gets a cover where it gets contents.
+constexpr int variablesOfABook = 10;
+
+TextBlock heading(const QString& text, int level) {
+    TextBlock block = textBlock(TextBlock::Style::Chapter, text);
+    block.level = level;
+    return block;
+}
+
+QString titleOf(const ReportLanguages& languages, const QString& number, const BothTexts& title) {
+    const QString name = languages.name(title);
+    return name.isEmpty() ? number : name + u" ("_s + number + u')';
+}
+
+} // namespace
+
+QString ReportReader::makeOutline() {
+    readDatabaseTitle();
+    switch (request_.ReportType) {
+    case ReportKind::Variables:
+        return outlineVariables();
+    case ReportKind::Category:
+        return outlineCategory();
+    case ReportKind::Database:
+        return outlineDatabase();
+    case ReportKind::StudyDescription:
+        return outlineDescription(true);
+    case ReportKind::CategoryDescription:
+        return outlineDescription(false);
+    case ReportKind::CategoryNames:
+        return outlineNames(false);
+    case ReportKind::StudyNames:
+        return outlineNames(true);
+    }
+    return word(u"Diese Art von Bericht gibt es nicht."_s);
+}
+
+QString ReportReader::notThere(const QString& german, const QString& key) const {
+    return word(german).arg(key);
+}
+
+/// The table of studies: that of the selection's view if it is one of studies, else that of the first view.
+QString ReportReader::studyTable() const {
+    const bool own = request_.ReportType == ReportKind::Variables || request_.ReportType == ReportKind::StudyNames ||
+                     request_.ReportType == ReportKind::StudyDescription;
+    for (int view = 1; own && view <= views_.lastRow(); ++view)
+        if (views_.at(view, ViewTable::Type) == u"1" &&
+            views_.at(view, ViewTable::Table).compare(request_.sourceTable, Qt::CaseInsensitive) == 0)
+            return request_.sourceTable;
+    const QString first = views_.at(1, ViewTable::Table);
+    return first.isEmpty() ? u"Study"_s : first;
+}
+
+void ReportReader::readDatabaseTitle() {
+    const QString table = u"tkey_Database"_s;
+    const QStringList columns = catalogue_.present(table, {u"dt_DatabaseTitle"_s, u"dt_EnDatabaseTitle"_s});
+    if (columns.isEmpty())
+        return;
+    const dao::RecordsetPtr rows = catalogue_.rows(u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + table);
+    if (!rows->Eof())
+        databaseTitle_ =
+            languages_.name({textIn(*rows, u"dt_DatabaseTitle"_s), textIn(*rows, u"dt_EnDatabaseTitle"_s)});
+}
+
+void ReportReader::readGroups() {
+    const QString table = u"tkey_VarGroups"_s;
+    if (!catalogue_.has(table, {u"id_VarGroup"_s, u"dt_VarGroupName"_s}))
+        return;
+    const QStringList columns = catalogue_.present(table, {u"dt_VarGroupName"_s, u"dt_VarGroupNameEn"_s});
+    const dao::RecordsetPtr rows =
+        catalogue_.rows(u"SELECT id_VarGroup, "_s + columns.join(u", "_s) + u" FROM "_s + table);
+    for (; !rows->Eof(); rows->MoveNext())
+        if (const QString key = dao::foldedText(rows->value(0).toText()); !key.isEmpty())
+            wishes_.groups.insert(key, {textIn(*rows, u"dt_VarGroupName"_s), textIn(*rows, u"dt_VarGroupNameEn"_s)});
+}
+
+/// What is known of studies by their numbers; one that has no row is known by its number.
+void ReportReader::readStudies(const QString& suffix, const QStringList& numbers) {
+    const QString table = schema::entryTableName(suffix);
+    const QStringList columns = catalogue_.present(table, {u"id_StudyNo"_s, u"dt_StudyTitle"_s, u"dt_EnStudyTitle"_s,
+                                                           u"dt_Year"_s, u"dt_WeightHH"_s, u"dt_WeightRE"_s});
+    if (!columns.contains(u"id_StudyNo"_s))
+        return;
+    QString statement = u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + table;
+    if (numbers.size() == 1)
+        statement += u" WHERE id_StudyNo = "_s + quoted(numbers.front());
+    QSet<QString> wanted;
+    for (const QString& number : numbers)
+        wanted.insert(dao::foldedText(number));
+    const dao::RecordsetPtr rows = catalogue_.rows(statement);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        Study study{.number = textIn(*rows, u"id_StudyNo"_s),
+                    .year = textIn(*rows, u"dt_Year"_s),
+                    .weights = {},
+                    .title = {textIn(*rows, u"dt_StudyTitle"_s), textIn(*rows, u"dt_EnStudyTitle"_s)}};
+        QStringList weights{textIn(*rows, u"dt_WeightHH"_s), textIn(*rows, u"dt_WeightRE"_s)};
+        weights.removeAll(QString());
+        weights.removeDuplicates();
+        study.weights = weights.join(u", "_s);
+        if (const QString key = dao::foldedText(study.number); wanted.contains(key))
+            studies_.insert(key, study);
+    }
+}
+
+/// Everything that the variables need besides their own rows.
+void ReportReader::findAssignmentViews() {
+    wishes_.languages = languages_;
+    wishes_.catalogue = request_.DatabaseFile;
+    wishes_.question = request_.CompleteQuestionText;
+    wishes_.table = request_.AnalysisTable;
+    wishes_.graph = request_.AnalysisGraph;
+    wishes_.cards = request_.ShowCards;
+    const QString& groupName = languages_.words == 2 ? options_.VarGroupInfoNameEnglish : options_.VarGroupInfoName;
+    wishes_.groupWord = options_.ShowVarGroupInfo && !groupName.isEmpty() ? groupName : word(u"Gruppe"_s);
+    readGroups();
+    for (int view = 1; view <= views_.lastRow(); ++view) {
+        const QString table = views_.at(view, ViewTable::Table);
+        if (views_.at(view, ViewTable::Type) != u"1" &&
+            catalogue_.has(schema::assignmentTableName(table), {u"fid"_s, u"fi_StudyNo"_s, u"fi_VariableNo"_s}) &&
+            catalogue_.has(schema::entryTableName(table),
+                           {u"id"_s, u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s, u"Order"_s}))
+            wishes_.views.push_back(
+                {table, views_.at(view, languages_.words == 2 ? ViewTable::NameEnglish : ViewTable::Name)});
+    }
+}
+
+/// Leaves out variables with neither label nor question text, as the request says.
+QString ReportReader::emptyCondition(const QString& prefix) const {
+    const auto both = [&](const QString& label, const QString& question) {
+        return u" AND Trim("_s + prefix + label + u" & "_s + prefix + question + u") <> ''"_s;
+    };
+    return (request_.NoEmpty ? both(u"dt_VarLabel"_s, u"dt_QuestionText"_s) : QString()) +
+           (request_.NoEmptyEn ? both(u"dt_EnVarLabel"_s, u"dt_EnQuestionText"_s) : QString());
+}
+
+std::vector<ReportReader::Listed> ReportReader::listed(const QString& statement) {
+    const dao::RecordsetPtr rows = catalogue_.rows(statement);
+    const auto place = [&](const QString& column) { return rows->hasField(column) ? rows->indexOf(column) : -1; };
+    const int study = place(u"fi_StudyNo"_s), name = place(u"id_VarName"_s), group = place(u"dt_VarGroup"_s),
+              label = place(u"dt_VarLabel"_s), english = place(u"dt_EnVarLabel"_s);
+    const auto text = [&](int column) { return column < 0 ? QString() : rows->value(column).toText(); };
+    std::vector<Listed> found;
+    found.reserve(static_cast<size_t>(rows->RecordCount()));
+    for (; !rows->Eof(); rows->MoveNext())
+        found.push_back({text(study), text(name), dao::foldedText(text(group)), {text(label), text(english)}});
+    return found;
+}
+
+void ReportReader::addEntry(const ReportEntry& entry, const Source& source) {
+    outline_.entries.push_back(entry);
+    sources_.push_back(source);
+    labels_.emplace_back();
+}
+
+void ReportReader::addMade(const ReportEntry& entry, const std::vector<Block>& blocks) {
+    addEntry(entry, {.what = Source::What::Made, .key = {}, .place = spool_.put(toBytes(blocks))});
+}
+
+void ReportReader::addVariable(const Listed& variable, int level) {
+    addEntry({.kind = ReportEntry::Kind::Variable,
+              .level = level,
+              .name = variable.name,
+              .title = languages_.name(variable.label)},
+             {.what = Source::What::Variable, .key = variable.study});
+    labels_.back() = variable.label;
+}
+
+void ReportReader::addStudyChapter(const QString& number) {
+    const Study of = study(number);
+    addEntry({.kind = ReportEntry::Kind::Chapter,
+              .level = 0,
+              .name = {},
+              .title = titleOf(languages_, of.number, of.title),
+              .newPage = true},
+             {.what = Source::What::Study, .key = of.number});
+}
+
+/// The variables of a study below its chapter. Groups of variables get chapters of their own where each of them stands
+/// together in the order of the study.
+void ReportReader::addVariables(const std::vector<Listed>& variables, int level) {
+    QStringList runs;
+    for (const Listed& variable : variables)
+        if (runs.isEmpty() || runs.back() != variable.group)
+            runs << variable.group;
+    const bool chapters = runs.size() > 1 && runs.size() == QSet<QString>(runs.begin(), runs.end()).size() &&
+                          std::ranges::any_of(runs, [&](const QString& run) { return wishes_.groups.contains(run); });
+    const Listed* before = nullptr;
+    int below = level;
+    for (const Listed& variable : variables) {
+        const bool named = wishes_.groups.contains(variable.group);
+        if (chapters && (!before || before->group != variable.group) && (named || before)) {
+            const BothTexts group = wishes_.groups.value(variable.group);
+            QString title = named ? languages_.name(group) : word(u"Ohne Gruppe"_s);
+            if (title.isEmpty())
+                title = variable.group;
+            std::vector<Block> blocks{heading(title, level)};
+            addMade({.kind = ReportEntry::Kind::Chapter, .level = level, .name = {}, .title = title}, blocks);
+            below = level + 1;
+        }
+        addVariable(variable, below);
+        before = &variable;
+    }
+}
+
+QString ReportReader::outlineVariables() {
+    findAssignmentViews();
+    const QString suffix = studyTable(), key = selectedKey(request_), table = u"tkey_Variable"_s;
+    const QStringList columns = catalogue_.present(
+        table, {u"fi_StudyNo"_s, u"id_VarName"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s, u"dt_VarGroup"_s});
+    const QString select = u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + table + u" WHERE fi_StudyNo = "_s;
+    if (!request_.variable.isEmpty()) {
+        const std::vector<Listed> one =
+            listed(select + quoted(key) + u" AND id_VarName = "_s + quoted(request_.variable) + u';');
+        if (one.empty())
+            return word(u"Die Variable %1 der Studie %2 ist nicht mehr im Katalog."_s).arg(request_.variable, key);
+        readStudies(suffix, {key});
+        addVariable(one.front(), 0);
+        outline_.title = (one.front().name + u' ' + languages_.name(one.front().label)).trimmed() + u" – "_s +
+                         titleOf(languages_, study(key).number, study(key).title);
+        return {};
+    }
+    const EntryTree tree = EntryTree::read(catalogue_, suffix, true);
+    const int at = tree.find(key);
+    if (at < 0)
+        return notThere(u"Die Studie %1 ist nicht mehr im Katalog."_s, key);
+    QStringList numbers;
+    if (!tree.entry(at).isGroup)
+        numbers << tree.entry(at).key;
+    for (const EntryTree::Step& step : tree.below(at))
+        if (!tree.entry(step.entry).isGroup)
+            numbers << tree.entry(step.entry).key;
+    if (numbers.isEmpty())
+        return notThere(u"Zur Gruppe %1 gehört keine Studie."_s, key);
+    readStudies(suffix, numbers);
+    const QString order = columns.isEmpty() || !catalogue_.has(table, {u"dt_Position"_s})
+                              ? QString()
+                              : u" ORDER BY fi_StudyNo, dt_Position"_s;
+    for (const QString& number : numbers) {
+        const std::vector<Listed> variables =
+            listed(select + quoted(number) + emptyCondition(QString()) + order + u';');
+        if (variables.empty() && numbers.size() == 1)
+            return notThere(u"Die Studie %1 hat keine Variablen, die der Bericht zeigen kann."_s, number);
+        addStudyChapter(number);
+        if (variables.empty())
+            addMade({.kind = ReportEntry::Kind::Text, .level = 1, .name = {}, .title = {}},
+                    {textBlock(TextBlock::Style::Note, word(u"Diese Studie hat keine Variablen."_s))});
+        addVariables(variables, 1);
+    }
+    const EntryTree::Entry& of = tree.entry(at);
+    FactsBlock facts;
+    facts.facts.emplace_back(of.isGroup ? word(u"Gruppe"_s) : word(u"Studie"_s), of.key);
+    if (!of.year.isEmpty())
+        facts.facts.emplace_back(word(u"Jahr"_s), of.year);
+    if (of.isGroup)
+        facts.facts.emplace_back(word(u"Studien"_s), QString::number(numbers.size()));
+    const QString name = languages_.name(of.name);
+    makeCover(name.isEmpty() ? of.key : name, languages_.otherName(of.name), std::move(facts));
+    outline_.title = word(u"Codebuch"_s) + u' ' + titleOf(languages_, of.key, of.name);
+    return {};
+}
+
+QString ReportReader::outlineCategory() {
+    findAssignmentViews();
+    const QString key = selectedKey(request_), entries = schema::entryTableName(request_.sourceTable),
+                  relation = schema::assignmentTableName(request_.sourceTable);
+    const QStringList columns =
+        catalogue_.present(entries, {u"dt_IndicatorName"_s, u"dt_EnIndicatorName"_s, u"dt_IndicatorDescription"_s,
+                                     u"dt_EnIndicatorDescription"_s});
+    const QString gone = notThere(u"Die Kategorie %1 ist nicht mehr im Katalog."_s, key);
+    if (!dao::textToNumber(key) || columns.isEmpty())
+        return gone;
+    const dao::RecordsetPtr entry =
+        catalogue_.rows(u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + entries + u" WHERE id = "_s + key + u';');
+    if (entry->Eof())
+        return gone;
+    const BothTexts name{textIn(*entry, u"dt_IndicatorName"_s), textIn(*entry, u"dt_EnIndicatorName"_s)};
+    const QString title = languages_.name(name).isEmpty() ? key : languages_.name(name);
+    QStringList fields;
+    for (const QString& column : catalogue_.present(
+             u"tkey_Variable"_s, {u"fi_StudyNo"_s, u"id_VarName"_s, u"dt_VarLabel"_s, u"dt_EnVarLabel"_s}))
+        fields << u"tkey_Variable."_s + column;
+    std::vector<Listed> variables =
+        listed(u"SELECT "_s + fields.join(u", "_s) + u" FROM "_s + relation + u" INNER JOIN tkey_Variable ON ("_s +
+               relation + u".fi_VariableNo = tkey_Variable.id_VarName) AND ("_s + relation +
+               u".fi_StudyNo = tkey_Variable.fi_StudyNo) WHERE "_s + relation + u".fid = "_s + key +
+               emptyCondition(u"tkey_Variable."_s) + u" ORDER BY "_s + relation +
+               u".fi_StudyNo, tkey_Variable.dt_Position;"_s);
+    QSet<QString> met;
+    std::erase_if(variables, [&](const Listed& one) {
+        const QString both = dao::foldedText(one.study) + QChar(0) + dao::foldedText(one.name);
+        const bool again = met.contains(both);
+        met.insert(both);
+        return again;
+    });
+    if (variables.empty())
+        return notThere(u"Zu „%1“ gehört keine Variable."_s, title);
+    QStringList studies;
+    for (const Listed& variable : variables)
+        if (studies.isEmpty() || dao::foldedText(studies.back()) != dao::foldedText(variable.study))
+            studies << variable.study;
+    readStudies(studyTable(), studies);
+
+    std::vector<Block> blocks{heading(title, 0)};
+    if (const QString other = languages_.otherName(name); !other.isEmpty()) {
+        blocks.push_back(textBlock(TextBlock::Style::Body, other));
+        std::get<TextBlock>(blocks.back()).mark = languages_.markOf(true);
+    }
+    addTexts(blocks, TextBlock::Style::Body,
+             {textIn(*entry, u"dt_IndicatorDescription"_s), textIn(*entry, u"dt_EnIndicatorDescription"_s)},
+             languages_);
+    addMade({.kind = ReportEntry::Kind::Chapter, .level = 0, .name = {}, .title = title, .newPage = true}, blocks);
+    // A chapter for each study only where it holds more than the heading takes.
+    const bool chapters = studies.size() > 1 && variables.size() > 2 * static_cast<size_t>(studies.size());
+    const Listed* before = nullptr;
+    for (const Listed& variable : variables) {
+        if (chapters && (!before || dao::foldedText(before->study) != dao::foldedText(variable.study))) {
+            const QString chapter = titleOf(languages_, study(variable.study).number, study(variable.study).title);
+            addMade({.kind = ReportEntry::Kind::Chapter, .level = 1, .name = {}, .title = chapter},
+                    {heading(chapter, 1)});
+        }
+        addVariable(variable, chapters ? 2 : 1);
+        before = &variable;
+    }
+    outline_.title = title;
+    if (outline_.variables() >= variablesOfABook) {
+        FactsBlock facts;
+        facts.facts.emplace_back(word(u"Studien"_s), QString::number(studies.size()));
+        makeCover(title, languages_.otherName(name), std::move(facts));
+    }
+    return {};
+}
+
+/// What a codebook holds, in words.
+QString ReportReader::contentsWords() const {
+    QStringList parts{word(u"Werte"_s)};
+    const std::pair<bool, QString> wished[] = {{wishes_.question, u"Fragetexte"_s},
+                                               {wishes_.table, u"gespeicherte Tabellen"_s},
+                                               {wishes_.graph, u"gespeicherte Grafiken"_s},
+                                               {wishes_.cards, u"ShowCards"_s}};
+    for (const auto& [is, german] : wished)
+        if (is)
+            parts << word(german);
+    return parts.join(u", "_s);
+}
+
+void ReportReader::makeCover(const QString& title, const QString& other, FactsBlock facts) {
+    std::vector<Block>& cover = outline_.cover;
+    cover.push_back(textBlock(TextBlock::Style::Caption, word(u"Codebuch"_s)));
+    cover.push_back(heading(title, 0));
+    if (!other.isEmpty()) {
+        cover.push_back(textBlock(TextBlock::Style::Body, other));
+        std::get<TextBlock>(cover.back()).mark = languages_.markOf(true);
+    }
+    facts.facts.emplace_back(word(u"Variablen"_s), QString::number(outline_.variables()));
+    facts.facts.emplace_back(word(u"Inhalt"_s), contentsWords());
+    const bool both = languages_.original && languages_.english;
+    facts.facts.emplace_back(word(u"Sprache der Inhalte"_s),
+                             both ? word(u"Original und Englisch"_s) : languages_.markOf(languages_.english));
+    const QString file = Paths::fileOf(request_.DatabaseFile);
+    facts.facts.emplace_back(word(u"Katalog"_s),
+                             databaseTitle_.isEmpty() ? file : databaseTitle_ + u" ("_s + file + u')');
+    facts.facts.emplace_back(word(u"Datum"_s), reportDate(QDate::currentDate(), languages_.words));
+    cover.push_back(std::move(facts));
+    if (wishes_.table || wishes_.graph)
+        cover.push_back(textBlock(
+            TextBlock::Style::Note,
+            word(u"Gespeicherte Tabellen und Grafiken stehen da, wie sie im Katalog liegen. Wann sie gerechnet wurden, "
+                 "hält er nicht fest."_s)));
+}
+
+/// Names as the tree of the view shows them: each entry directly below the start is an entry of the report, with what
+/// stands below it.
+QString ReportReader::outlineNames(bool study) {
+    const QString suffix = request_.table.isEmpty() ? request_.sourceTable : request_.table;
+    const EntryTree tree = EntryTree::read(catalogue_, suffix.isEmpty() && study ? studyTable() : suffix, study);
+    const QString key = selectedKey(request_);
+    const int start = key.isEmpty() ? -1 : tree.find(key);
+    if (start < 0 && !key.isEmpty())
+        return notThere(study ? u"Die Studie %1 ist nicht mehr im Katalog."_s
+                              : u"Die Kategorie %1 ist nicht mehr im Katalog."_s,
+                        key);
+    QString view;
+    for (int i = 1; i <= views_.lastRow(); ++i)
+        if (views_.at(i, ViewTable::Table).compare(suffix, Qt::CaseInsensitive) == 0)
+            view = views_.at(i, languages_.words == 2 ? ViewTable::NameEnglish : ViewTable::Name);
+    const auto shown = [&](const EntryTree::Entry& entry) {
+        return shownText(entry.key, languages_.name(entry.name), false);
+    };
+    const QString title = start < 0 ? word(u"Namen der"_s).trimmed() + u' ' + view : shown(tree.entry(start));
+    outline_.title = start < 0 ? title : word(u"Namen der"_s).trimmed() + u' ' + view + u": "_s + title;
+
+    const auto lines = [&](std::vector<Block>& blocks, const EntryTree::Entry& entry, int level) {
+        TextBlock line{.style = TextBlock::Style::Name, .level = level, .runs = {{.text = shown(entry)}}};
+        if (study && line.runs.front().text != entry.key)
+            line.name = entry.key;
+        const QString other = languages_.otherName(entry.name);
+        if (!other.isEmpty())
+            line.runs.push_back({.text = u" / "_s + other, .italic = true});
+        if (!entry.year.isEmpty() && !line.runs.front().text.contains(entry.year))
+            line.runs.push_back({.text = u" ("_s + entry.year + u')'});
+        blocks.push_back(std::move(line));
+    };
+    const std::vector<EntryTree::Step> steps = tree.below(start, request_.MaxLevels > 0 ? request_.MaxLevels : 0);
+    FactsBlock facts;
+    if (study && start >= 0)
+        facts.facts.emplace_back(word(u"Nummer"_s), tree.entry(start).key);
+    facts.facts.emplace_back(word(u"Einträge"_s), QString::number(steps.size()));
+    facts.facts.emplace_back(word(u"Katalog"_s),
+                             databaseTitle_.isEmpty() ? Paths::fileOf(request_.DatabaseFile) : databaseTitle_);
+    std::vector<Block> head{heading(title, 0), facts};
+    if (steps.empty())
+        head.push_back(textBlock(TextBlock::Style::Note, word(u"Darunter steht kein Eintrag."_s)));
+    addMade({.kind = ReportEntry::Kind::Chapter, .level = 0, .name = {}, .title = outline_.title}, head);
+    for (size_t i = 0; i < steps.size();) {
+        const EntryTree::Entry& top = tree.entry(steps[i].entry);
+        std::vector<Block> blocks;
+        do {
+            lines(blocks, tree.entry(steps[i].entry), steps[i].depth);
+            ++i;
+        } while (i < steps.size() && steps[i].depth > 0);
+        addMade({.kind = ReportEntry::Kind::Text, .level = 1, .name = {}, .title = shown(top)}, blocks);
+    }
+    if (const std::vector<int> left = start < 0 ? tree.unreached() : std::vector<int>(); !left.empty()) {
+        const QString words = word(u"Einträge, zu denen kein Weg führt:"_s);
+        std::vector<Block> blocks{textBlock(TextBlock::Style::Caption, words)};
+        for (const int entry : left)
+            lines(blocks, tree.entry(entry), 1);
+        addMade({.kind = ReportEntry::Kind::Text, .level = 1, .name = {}, .title = {}}, blocks);
+    }
+    return {};
+}
+
+QString ReportReader::outlineDatabase() {
+    const QString table = u"tkey_Database"_s;
+    const QStringList columns = catalogue_.present(table, {u"dt_DatabaseTitle"_s, u"dt_EnDatabaseTitle"_s,
+                                                           u"dt_DatabaseDescription"_s, u"dt_EnDatabaseDescription"_s});
+    const QString none = word(u"Beschreibung nicht gefunden!"_s);
+    if (columns.isEmpty())
+        return none;
+    const dao::RecordsetPtr rows = catalogue_.rows(u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + table);
+    if (rows->Eof())
+        return none;
+    return addDescription({textIn(*rows, u"dt_DatabaseTitle"_s), textIn(*rows, u"dt_EnDatabaseTitle"_s)},
+                          word(u"Datenbankbeschreibung"_s), {},
+                          {textIn(*rows, u"dt_DatabaseDescription"_s), textIn(*rows, u"dt_EnDatabaseDescription"_s)});
+}
+
+QString ReportReader::outlineDescription(bool study) {
+    const QString suffix = study ? studyTable() : request_.sourceTable, key = selectedKey(request_);
+    const QString table = schema::entryTableName(suffix), of = study ? u"Study"_s : u"Indicator"_s;
+    const QString name = study ? u"StudyTitle"_s : u"IndicatorName"_s;
+    const QStringList columns =
+        catalogue_.present(table, {u"dt_"_s + name, u"dt_En"_s + name, u"dt_"_s + of + u"Description"_s,
+                                   u"dt_En"_s + of + u"Description"_s, u"dt_Year"_s});
+    const QString gone = notThere(
+        study ? u"Die Studie %1 ist nicht mehr im Katalog."_s : u"Die Kategorie %1 ist nicht mehr im Katalog."_s, key);
+    if (columns.isEmpty() || (!study && !dao::textToNumber(key)))
+        return gone;
+    const dao::RecordsetPtr rows =
+        catalogue_.rows(u"SELECT "_s + columns.join(u", "_s) + u" FROM "_s + table + u" WHERE "_s +
+                        (study ? u"id_StudyNo = "_s + quoted(key) : u"id = "_s + key) + u';');
+    if (rows->Eof())
+        return gone;
+    FactsBlock facts;
+    if (study) {
+        facts.facts.emplace_back(word(u"Nummer"_s), key);
+        if (const QString year = textIn(*rows, u"dt_Year"_s); !year.isEmpty())
+            facts.facts.emplace_back(word(u"Jahr"_s), year);
+    }
+    return addDescription(
+        {textIn(*rows, u"dt_"_s + name), textIn(*rows, u"dt_En"_s + name)}, key, std::move(facts),
+        {textIn(*rows, u"dt_"_s + of + u"Description"_s), textIn(*rows, u"dt_En"_s + of + u"Description"_s)});
+}
+
+/// @param key what an entry without a name is called
+QString ReportReader::addDescription(const BothTexts& name, const QString& key, FactsBlock facts,
+                                     const BothTexts& description) {
+    if (languages_.shown(description).empty())
+        return word(u"Beschreibung nicht gefunden!"_s);
+    const QString title = languages_.name(name).isEmpty() ? key : languages_.name(name);
+    std::vector<Block> blocks{heading(title, 0)};
+    if (const QString other = languages_.otherName(name); !other.isEmpty()) {
+        blocks.push_back(textBlock(TextBlock::Style::Body, other));
+        std::get<TextBlock>(blocks.back()).mark = languages_.markOf(true);
+    }
+    facts.facts.emplace_back(word(u"Katalog"_s),
+                             databaseTitle_.isEmpty() ? Paths::fileOf(request_.DatabaseFile) : databaseTitle_);
+    blocks.push_back(std::move(facts));
+    addTexts(blocks, TextBlock::Style::Body, description, languages_);
+    addMade({.kind = ReportEntry::Kind::Chapter, .level = 0, .name = {}, .title = title}, blocks);
+    outline_.title = title;
+    return {};
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "printing/Block.h"
+#include "printing/ReportLanguages.h"
+#include "tables/VariableValues.h"
+
+#include <QByteArray>
+
+class Spool;
+
+/// Everything that a report shows of a variable, as it was read: texts as they stand in the catalogue, pictures by
+/// their place in the spool.
+struct VariableRecord {
+    /// A file or a memo with a picture.
+    struct Picture {
+        QString name;      ///< of its file
+        QString mark;      ///< language, where there is one for each
+        qint64 bytes = -1; ///< place in the spool
+        QString fault;     ///< why it can't be shown, in words
+        bool operator==(const Picture&) const = default;
+    };
+    /// The categories of a view that it is assigned to.
+    struct Assigned {
+        QString view, categories;
+        bool operator==(const Assigned&) const = default;
+    };
+
+    QString name, study, year;
+    BothTexts title; ///< of the study
+    BothTexts label; ///< as it was when the report was asked for
+    QString groupWord;
+    BothTexts group;
+    BothTexts question;
+    std::vector<DocumentedValue> values; ///< codes with their labels
+    bool valuesCut = false;
+    QString missing;
+    std::vector<Assigned> assigned;
+    QString table, tableLayout, graphLayout;
+    bool hasGraph = false;
+    qint64 graph = -1; ///< place in the spool
+    std::vector<Picture> cards;
+    QString fault; ///< why nothing else is known of it, in words; empty if all is
+
+    QByteArray toBytes() const;
+    static VariableRecord fromBytes(const QByteArray& bytes);
+};
+
+/// What a report prints of a variable. @param catalogue name of its file, for where stored results come from
+std::vector<Block> blocksOf(const VariableRecord& variable, const ReportLanguages& languages, const QString& catalogue,
+                            const Spool& spool);
+
+/// Text blocks of one style for a text in the languages of the report, marked where there are several.
+void addTexts(std::vector<Block>& blocks, TextBlock::Style style, const BothTexts& text,
+              const ReportLanguages& languages);
+TextBlock textBlock(TextBlock::Style style, const QString& text);
+/// A study as it is named in the facts: number, title, year.
+QString studyName(const QString& number, const QString& title, const QString& year = QString());
+
+/// Blocks of headings, facts and texts, for the spool; others are no part of it.
+QByteArray toBytes(const std::vector<Block>& blocks);
+std::vector<Block> blocksFrom(const QByteArray& bytes);
