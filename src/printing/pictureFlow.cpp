@@ -183,8 +183,9 @@ void PictureFlow::placePicture(ReportPage& page, const QPointF& at) const {
     const QPointF corners[] = {rect.topLeft(), rect.topRight(), rect.bottomRight(), rect.bottomLeft()};
     for (size_t i = 0; i < 4; ++i)
         page.pieces.emplace_back(ReportPage::Rule{{corners[i], corners[(i + 1) % 4]}, look::hairline, look::ruleColor});
-    const SetText words = setText(printable(reportWord(faultWords(fault), setup_.language)),
-                                  reportFont(setup_.fontFamily, look::noteSize(setup_), false, true), size_.width());
+    const SetText words =
+        setText(printable(reportWord(faultWords(fault), setup_.language)),
+                reportFont(setup_.fontFamily, look::noteSize(setup_), false, true), size_.width(), Qt::AlignHCenter);
     const double room = std::max(0.0, (size_.height() - words.height()) / 2);
     words.place(page, at + QPointF(0, room), look::quietColor);
 }

@@ -57,6 +57,7 @@ private:
 
     PageSetup setup_;
     TableType type_;
+    TypeWidths &regular_, &bold_;
     ResultTable table_;
     TablePlan plan_;
     QString title_;
@@ -79,11 +80,10 @@ private:
         return plan_.parts.empty() ? 0 : plan_.parts[static_cast<size_t>(part)].width * plan_.scale;
     }
 
-    double step() const { return listSpacing * type_.em(); }
     double air() const { return cellAir * type_.em() * plan_.scale; }
-    double cellHeight(const QString& text, const QFont& font, double inner) const;
-    double lineOfCells(int part, int row, const QFont& font) const;
-    double addCell(SetRow& into, const TablePlan::Column& column, int row, const QFont& font, double top,
+    static double cellHeight(const QString& text, TypeWidths& type, double inner);
+    double lineOfCells(int part, int row, TypeWidths& type) const;
+    double addCell(SetRow& into, const TablePlan::Column& column, int row, TypeWidths& type, double top,
                    const QColor& color, double room = 0) const;
     Qt::Alignment alignment(const TablePlan::Column& column, int row) const;
     Qt::Alignment downwards(const TablePlan::Column& column, int row) const;
@@ -93,7 +93,8 @@ private:
 };
 
 TableFlow::TableFlow(const TableBlock& block, double room, const PageSetup& setup)
-    : setup_(setup), type_(TableType::of(setup)), table_(printableTable(block.table)),
+    : setup_(setup), type_(TableType::of(setup)), regular_(TypeWidths::in(type_.regular)),
+      bold_(TypeWidths::in(type_.bold)), table_(printableTable(block.table)),
       plan_(TablePlan::of(table_, type_, room, setup.tableZoom)), title_(printable(block.title).trimmed()) {
     for (int part = 0; part < static_cast<int>(plan_.parts.size()); ++part)
         width_ = std::max(width_, partWidth(part));
@@ -106,7 +107,7 @@ TableFlow::TableFlow(const TableBlock& block, double room, const PageSetup& setu
     for (int part = 0; part < partCount(); ++part) {
         double heads = 0;
         for (const int row : plan_.heads)
-            heads += lineOfCells(part, row, type_.bold);
+            heads += lineOfCells(part, row, bold_);
         partHeights_.push_back(plan_.parts.empty() ? 0 : heads);
     }
     heights_.assign(static_cast<size_t>(rows()), -1);
@@ -144,7 +145,7 @@ Qt::Alignment TableFlow::alignment(const TablePlan::Column& column, int row) con
         constexpr Qt::AlignmentFlag across[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
         return across[kept / 3];
     }
-    const bool head = row < table_.FixedRows && column.figures;
+    const bool head = column.figures && (row < table_.FixedRows || isRowOfMarks(table_, row));
     return head || figureOf(table_.Cell(column.index, row)) != Figure::None ? Qt::AlignRight : Qt::AlignLeft;
 }
 
@@ -160,13 +161,12 @@ Qt::Alignment TableFlow::downwards(const TablePlan::Column& column, int row) con
 }
 
 /// In units of the type.
-double TableFlow::cellHeight(const QString& text, const QFont& font, double inner) const {
+double TableFlow::cellHeight(const QString& text, TypeWidths& type, double inner) {
+    const double step = listSpacing * type.font().pixelSize();
     if (text.isEmpty())
-        return step();
-    const TextExtent extent = TypeWidths::in(font).of(text);
-    if (extent.plain && extent.width <= inner)
-        return step();
-    return heightOf(setStretches(text, font, inner));
+        return step;
+    const TextExtent extent = type.of(text);
+    return extent.plain && extent.width <= inner ? step : heightOf(setStretches(text, type.font(), inner));
 }
 
 double TableFlow::leastHeight(int row) const {
@@ -177,27 +177,27 @@ double TableFlow::leastHeight(int row) const {
 }
 
 /// Height of a row of cells.
-double TableFlow::lineOfCells(int part, int row, const QFont& font) const {
+double TableFlow::lineOfCells(int part, int row, TypeWidths& type) const {
     if (plan_.parts.empty())
         return 0;
-    double highest = step();
+    double highest = listSpacing * type_.em();
     for (const TablePlan::Column& column : plan_.parts[static_cast<size_t>(part)].columns)
-        highest = std::max(highest, cellHeight(table_.Cell(column.index, row), font, column.width));
+        highest = std::max(highest, cellHeight(table_.Cell(column.index, row), type, column.width));
     return std::max(highest * plan_.scale + 2 * air(), leastHeight(row));
 }
 
 /// @param room height that the cell has
-double TableFlow::addCell(SetRow& into, const TablePlan::Column& column, int row, const QFont& font, double top,
+double TableFlow::addCell(SetRow& into, const TablePlan::Column& column, int row, TypeWidths& type, double top,
                           const QColor& color, double room) const {
     const QString& text = table_.Cell(column.index, row);
     if (text.isEmpty())
         return 0;
     const double scale = plan_.scale;
     const Qt::Alignment across = alignment(column, row), down = downwards(column, row);
-    const TextExtent extent = TypeWidths::in(font).of(text);
+    const TextExtent extent = type.of(text);
     const bool line = extent.plain && extent.width <= column.width;
-    const std::vector<SetText> set =
-        line ? std::vector<SetText>{setText(text, font, 0)} : setStretches(text, font, column.width, across);
+    const std::vector<SetText> set = line ? std::vector<SetText>{setText(text, type.font(), 0)}
+                                          : setStretches(text, type.font(), column.width, across);
     double x = column.left;
     if (line && across != Qt::AlignLeft) {
         const double free = column.width - set.front().width;
@@ -248,9 +248,9 @@ SetRow TableFlow::buildHeads(int part, bool again) const {
     }
     addRule(row, part, y, look::firmLine, Qt::black);
     for (const int head : plan_.heads) {
-        const double high = lineOfCells(part, head, type_.bold);
+        const double high = lineOfCells(part, head, bold_);
         for (const TablePlan::Column& column : plan_.parts[static_cast<size_t>(part)].columns)
-            addCell(row, column, head, type_.bold, y, Qt::black, high);
+            addCell(row, column, head, bold_, y, Qt::black, high);
         y += high;
     }
     if (!plan_.heads.empty())
@@ -263,7 +263,7 @@ SetRow TableFlow::buildBody(const Place& place) const {
     SetRow row;
     const int index = plan_.body[static_cast<size_t>(place.body)];
     const bool missing = isMissingRow(table_, index);
-    row.height = lineOfCells(place.part, index, type_.regular);
+    row.height = lineOfCells(place.part, index, regular_);
     const double scale = plan_.scale;
     if (missing)
         row.boxes.push_back({QRectF(0, 0, partWidth(place.part), row.height), look::shade});
@@ -274,7 +274,7 @@ SetRow TableFlow::buildBody(const Place& place) const {
                                         (column.width + 2 * type_.padding()) * scale, row.height),
                                  look::shade});
         const bool apart = missing || missingColumn;
-        addCell(row, column, index, type_.regular, 0, apart ? look::quietColor : QColor(Qt::black), row.height);
+        addCell(row, column, index, regular_, 0, apart ? look::quietColor : QColor(Qt::black), row.height);
     }
     const bool last = place.body + 1 == bodyCount();
     addRule(row, place.part, row.height, last ? look::firmLine : rowRuleWidth, last ? QColor(Qt::black) : rowRule);
@@ -303,7 +303,7 @@ double TableFlow::height(int row) const {
     double& known = heights_[static_cast<size_t>(row)];
     if (known < 0) {
         const Place place = placeOf(row);
-        known = place.body >= 0 ? lineOfCells(place.part, plan_.body[static_cast<size_t>(place.body)], type_.regular)
+        known = place.body >= 0 ? lineOfCells(place.part, plan_.body[static_cast<size_t>(place.body)], regular_)
                                 : built(row).height;
     }
     return known;

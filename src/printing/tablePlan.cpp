@@ -37,6 +37,14 @@ bool isIdle(const ResultTable& table, bool column) {
     return true;
 }
 
+bool isBlank(const ResultTable& table, int firstColumn, int lastColumn, int firstRow, int lastRow) {
+    for (int row = firstRow; row <= lastRow; ++row)
+        for (int column = firstColumn; column <= lastColumn; ++column)
+            if (!table.Cell(column, row).trimmed().isEmpty())
+                return false;
+    return true;
+}
+
 /// What a column's cells need. Lengths without padding.
 struct Needs {
     int index = 0;
@@ -91,11 +99,15 @@ private:
         double whole = 0;
         for (const int row : plan_.body) {
             const QString& cell = table_.Cell(column, row);
-            if (cell.isEmpty() || (table_.Tag == TableKind::Crosstab && row == markRow))
+            if (cell.isEmpty())
                 continue;
+            const TextExtent extent = regular_.of(cell);
+            if (isRowOfMarks(table_, row)) {
+                word = std::max(word, extent.word);
+                continue;
+            }
             any = true;
             const Figure kind = figureOf(cell);
-            const TextExtent extent = regular_.of(cell);
             figures = figures && kind != Figure::None;
             numbers = numbers && kind == Figure::Number;
             if (kind == Figure::None) {
@@ -244,16 +256,22 @@ TablePlan TablePlan::of(const ResultTable& table, const TableType& type, double 
     const int fixedRows = std::clamp(table.FixedRows, 0, table.Rows());
     const int fixedColumns = table.FixedCols < table.Cols() ? std::max(0, table.FixedCols) : 0;
     const bool idleRow = isIdle(table, false), idleColumn = isIdle(table, true);
-    for (int row = 0; row < table.Rows(); ++row)
+    int rows = table.Rows();
+    while (rows > fixedRows + 1 && isBlank(table, 0, table.Cols() - 1, rows - 1, rows - 1))
+        --rows;
+    for (int row = 0; row < rows; ++row)
         if (table.RowHeight(row) != 0 && !(idleRow && row == markRow))
             (row < fixedRows ? plan.heads : plan.body).push_back(row);
     std::vector<Needs> needs;
     Measuring measuring(table, type, plan);
-    for (int column = 0; column < table.Cols(); ++column)
-        if (table.ColWidth(column) != 0 && !(idleColumn && column == markColumn)) {
-            needs.push_back(measuring.of(column));
-            needs.back().fixed = column < fixedColumns;
-        }
+    for (int column = 0; column < table.Cols(); ++column) {
+        const bool fixed = column < fixedColumns;
+        if (table.ColWidth(column) == 0 || (idleColumn && column == markColumn) ||
+            (fixed && isBlank(table, column, column, 0, table.Rows() - 1)))
+            continue;
+        needs.push_back(measuring.of(column));
+        needs.back().fixed = fixed;
+    }
     if (needs.empty())
         return {};
     const double smallest = look::smallestPoints / type.points;
@@ -267,6 +285,10 @@ TablePlan TablePlan::of(const ResultTable& table, const TableType& type, double 
     const bool whole = sum(needs, &Needs::least, padding) * plan.scale <= width * (1 + 1e-9);
     plan.parts = whole ? parting.whole() : parting.parted(leastColumn * type.em());
     return plan;
+}
+
+bool isRowOfMarks(const ResultTable& table, int row) {
+    return table.Tag == TableKind::Crosstab && row == markRow && row >= table.FixedRows;
 }
 
 bool isMissingRow(const ResultTable& table, int row) {

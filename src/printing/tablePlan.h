@@ -43,11 +43,13 @@ struct TablePlan {
     /// The rules in their order: a size of type by the zoom, from 6 points on; columns as wide as their texts, or as
     /// they were kept, if wider; where that is too wide, texts wrap; then the type gets smaller, down to 6 points; then
     /// the columns are parted, the fixed ones repeated. Rows and columns of no height or width are left out, and so are
-    /// the row and column of the marks where nothing is marked.
+    /// those that say nothing: of the marks where nothing is marked, fixed columns and last rows without a text.
     /// @param table with texts that can be printed @param width that is there, in twips
     static TablePlan of(const ResultTable& table, const TableType& type, double width, double zoom);
 };
 
+/// True for the row that marks the columns of a crosstab.
+bool isRowOfMarks(const ResultTable& table, int row);
 /// True for a row or column of data that is marked as missing; of a stored table too, which has no shape.
 bool isMissingRow(const ResultTable& table, int row);
 bool isMissingColumn(const ResultTable& table, int column);

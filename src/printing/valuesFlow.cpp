@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int unbrokenRows = 8;
-/// In ems of the type: widest code, between columns, above a missing value that follows a valid one.
-constexpr double widestCode = 9, gap = 0.8, beforeMissing = 0.35;
+/// In ems of the type: widest code, between columns, above a missing value that follows a valid one, of what is shaded.
+constexpr double widestCode = 9, gap = 0.8, beforeMissing = 0.35, edge = 0.3;
 
 /// Codes, labels and what is missing, in columns; the codes end where labels and answers of an entry begin.
 class ValuesFlow : public Flowable {
@@ -40,6 +40,7 @@ private:
     QFont font_, titleFont_, markFont_;
     QString title_, mark_;
     std::vector<ValuesBlock::Row> values_;
+    TypeWidths* type_ = nullptr; ///< of the codes and labels
     double em_, codeLeft_ = 0, codeWidth_ = 0, labelLeft_ = 0, labelWidth_ = 0, markLeft_ = 0, width_ = 0;
     bool titleAbove_ = false, numbers_ = true;
     double titleHeight_ = 0;
@@ -63,6 +64,7 @@ ValuesFlow::ValuesFlow(const ValuesBlock& block, double room, const PageSetup& s
       markFont_(reportFont(setup.fontFamily, look::noteSize(setup), false, true)), title_(printableLine(block.title)),
       values_(block.rows), em_(look::em(setup)) {
     font_.setKerning(false);
+    type_ = &TypeWidths::in(font_);
     for (ValuesBlock::Row& value : values_) {
         value.code = printable(value.code).trimmed();
         value.label = printable(value.label).trimmed();
@@ -76,7 +78,7 @@ ValuesFlow::ValuesFlow(const ValuesBlock& block, double room, const PageSetup& s
 }
 
 void ValuesFlow::measure(double room) {
-    TypeWidths& widths = TypeWidths::in(font_);
+    TypeWidths& widths = *type_;
     double codes = 0, labels = 0;
     for (const ValuesBlock::Row& value : values_) {
         codes = std::max(codes, widths.of(value.code).width);
@@ -89,7 +91,7 @@ void ValuesFlow::measure(double room) {
     labelLeft_ = std::max(codeWidth_ + gap * em_, beside ? column : 0);
     codeLeft_ = labelLeft_ - gap * em_ - codeWidth_;
     titleAbove_ = !title_.isEmpty() && titleWidth + gap * em_ > codeLeft_;
-    const double mark = mark_.isEmpty() ? 0 : textWidth(mark_, markFont_) + gap * em_;
+    const double mark = mark_.isEmpty() ? 0 : textWidth(mark_, markFont_) + (gap + edge) * em_;
     labelWidth_ = std::max({em_, std::min({labels, look::measure(setup_), room - labelLeft_ - mark})});
     markLeft_ = labelLeft_ + labelWidth_ + gap * em_;
     width_ = std::min(std::max(room, labelLeft_ + em_), labelLeft_ + labelWidth_ + mark);
@@ -98,13 +100,13 @@ void ValuesFlow::measure(double room) {
 }
 
 std::vector<SetText> ValuesFlow::set(const QString& text, double inner) const {
-    const TextExtent extent = TypeWidths::in(font_).of(text);
+    const TextExtent extent = type_->of(text);
     return extent.plain && extent.width <= inner ? std::vector<SetText>{setText(text, font_, 0)}
                                                  : setStretches(text, font_, inner);
 }
 
 double ValuesFlow::textHeight(const QString& text, double inner) const {
-    const TextExtent extent = TypeWidths::in(font_).of(text);
+    const TextExtent extent = type_->of(text);
     return text.isEmpty() || (extent.plain && extent.width <= inner) ? step()
                                                                      : heightOf(setStretches(text, font_, inner));
 }
@@ -114,7 +116,7 @@ double ValuesFlow::above(int row) const {
     if (row == 0)
         return titleHeight_;
     const auto i = static_cast<size_t>(row);
-    return values_[i].missing && !values_[i - 1].missing ? 2 * beforeMissing * em_ : 0;
+    return values_[i].missing && !values_[i - 1].missing ? beforeMissing * em_ : 0;
 }
 
 double ValuesFlow::height(int row) const {
@@ -141,10 +143,8 @@ SetRow ValuesFlow::build(int row) const {
     if (values_.empty())
         return made;
     const ValuesBlock::Row& value = values_[static_cast<size_t>(row)];
-    const double left = codeLeft_ - 0.3 * em_;
+    const double left = codeLeft_ - edge * em_;
     if (value.missing) {
-        if (row > 0 && y > 0)
-            made.rules.push_back({QLineF(left, y / 2, width_, y / 2), look::hairline, look::ruleColor});
         made.boxes.push_back({QRectF(left, y, width_ - left, made.height - y), look::shade});
     }
     const QColor color = value.missing ? look::quietColor : QColor(Qt::black);
