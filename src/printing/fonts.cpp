@@ -8,6 +8,7 @@
 #include <QTextBoundaryFinder>
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <unordered_map>
 
 using namespace Qt::StringLiterals;
@@ -18,10 +19,18 @@ namespace {
 constexpr double widthTolerance = 0.5;
 
 bool isFixed(const QString& family) {
-    static const QStringList marks = {u"courier"_s, u"mono"_s, u"consol"_s, u"fixed"_s, u"terminal"_s, u"typewriter"_s};
-    const bool named =
-        std::ranges::any_of(marks, [&](const QString& mark) { return family.contains(mark, Qt::CaseInsensitive); });
-    return named || (QFontDatabase::hasFamily(family) && QFontDatabase::isFixedPitch(family));
+    // Asking for a family goes through all that are installed.
+    static std::map<QString, bool> known;
+    const auto [found, isNew] = known.try_emplace(family, false);
+    if (isNew) {
+        static const QStringList marks = {u"courier"_s, u"mono"_s,     u"consol"_s,
+                                          u"fixed"_s,   u"terminal"_s, u"typewriter"_s};
+        found->second =
+            std::ranges::any_of(marks, [&](const QString& mark) { return family.contains(mark, Qt::CaseInsensitive); });
+        if (!found->second)
+            found->second = QFontDatabase::hasFamily(family) && QFontDatabase::isFixedPitch(family);
+    }
+    return found->second;
 }
 
 /// A font as it is asked for. One that is asked for again is the same, so that it is looked for once.

@@ -204,7 +204,9 @@ double PictureFlow::piece(int row, double from, double room) const {
         return 0;
     if (from + room >= height(0) - 0.01)
         return height(0) - from;
-    // Behind the title the picture goes whole onto the next page.
+    // Behind a title that goes on for pages the picture goes whole onto the next one; others stay with it.
+    if (pictureTop_ < setup_.textArea().height() / 4)
+        return 0;
     return from + room >= pictureTop_ ? std::max(0.0, pictureTop_ - from) : text_.piece(from, room);
 }
 

@@ -14,8 +14,9 @@ namespace {
 
 constexpr double largestPoints = 36;
 /// In ems: no line of a cell is longer as long as the table wraps at all; a text keeps that much before the type gets
-/// smaller; a word that is longer is broken.
-constexpr double widestText = 34, comfortableText = 14, longestWord = 12, shortHead = 7, leastColumn = 3;
+/// smaller, and so does the head of a column of figures; a word that is longer is broken.
+constexpr double widestText = 34, comfortableText = 14, comfortableHead = 4.5, longestWord = 12, shortHead = 7,
+                 leastColumn = 3;
 
 bool hasMarks(const ResultTable& table) {
     return table.Tag == TableKind::Frequency || table.Tag == TableKind::Crosstab || table.Tag == TableKind::Comparison;
@@ -78,7 +79,8 @@ public:
         }
         needs.least = std::max({figure, std::min(word, longestWord * em_), std::min(headWord, longestWord * em_)});
         needs.natural = std::max({needs.least, std::min(text, widestText * em_), std::min(head, widestText * em_)});
-        needs.comfort = std::max(needs.least, std::min(needs.natural, comfortableText * em_));
+        const double comfortable = (needs.figures ? comfortableHead : comfortableText) * em_;
+        needs.comfort = std::max(needs.least, std::min(needs.natural, comfortable));
         needs.wanted = needs.natural;
         if (table_.hasGivenWidth(column)) {
             const double kept = table_.ColWidth(column) * points_ / TableType::keptFor - 2 * padding_;
@@ -175,9 +177,10 @@ public:
     std::vector<TablePlan::Part> whole() const {
         const double room = room_ - 2 * padding_ * static_cast<double>(needs_.size());
         const auto fits = [&](double Needs::*length) { return sum(needs_, length, padding_) <= room_; };
-        const std::vector<double> widths = fits(&Needs::natural)
-                                               ? between(needs_, &Needs::natural, &Needs::wanted, room)
-                                               : between(needs_, &Needs::least, &Needs::natural, room);
+        const std::vector<double> widths =
+            fits(&Needs::natural)   ? between(needs_, &Needs::natural, &Needs::wanted, room)
+            : fits(&Needs::comfort) ? between(needs_, &Needs::comfort, &Needs::natural, room)
+                                    : between(needs_, &Needs::least, &Needs::comfort, room);
         return {part(needs_, widths)};
     }
 
