@@ -1,23 +1,22 @@
 #pragma once
 
 #include "printing/Block.h"
-#include "printing/Flowable.h"
 #include "printing/PageSetup.h"
 #include "printing/ReportOutline.h"
+#include "printing/fillPage.h"
 
 #include <optional>
 
 /// The blocks of an entry as they stand one below the other. Each is laid out when a page needs it: what one text takes
 /// does not depend on how much there is.
-class EntryFlows {
+class EntryFlows final : public EntryFlowList {
 public:
     /// @param body room that a page has for them, in twips
     EntryFlows(ReportEntry::Kind kind, std::vector<Block> blocks, const PageSetup& setup, const QSizeF& body);
 
-    int count() const { return static_cast<int>(items_.size()); }
-    std::shared_ptr<const Flowable> flow(int item);
-    /// Room in front of one, unless it begins a page.
-    double spaceBefore(int item);
+    int count() const override { return static_cast<int>(items_.size()); }
+    std::shared_ptr<const Flowable> flow(int item) override;
+    double spaceBefore(int item) override;
 
 private:
     /// A block, or the part of a long text, or what stands side by side.

@@ -41,7 +41,7 @@ private:
     PageStart at_;
     double height_, y_ = 0;
     FilledPage page_;
-    std::shared_ptr<EntryFlows> flows_;
+    std::shared_ptr<EntryFlowList> flows_;
     int entry_ = -1;
     bool heading_ = false; ///< the last row stands with the next, even if that wants a page of its own
     /// The last place at which the page may end, and how many rows it has then.

@@ -1,8 +1,18 @@
 #pragma once
 
-#include "printing/EntryFlows.h"
+#include "printing/Flowable.h"
 
 #include <functional>
+
+/// The flows of an entry, one below the other.
+class EntryFlowList {
+public:
+    virtual ~EntryFlowList() = default;
+    virtual int count() const = 0;
+    virtual std::shared_ptr<const Flowable> flow(int item) = 0;
+    /// Room in front of one, unless it begins a page.
+    virtual double spaceBefore(int item) = 0;
+};
 
 /// Where something begins in a report: a row of a flow of an entry, or a place within a row that needs several pages.
 struct PageStart {
@@ -32,7 +42,7 @@ struct FilledPage {
 struct EntryAccess {
     int count = 0, ready = 0;
     std::function<bool(int entry)> newPage;
-    std::function<std::shared_ptr<EntryFlows>(int entry)> flows;
+    std::function<std::shared_ptr<EntryFlowList>(int entry)> flows;
 };
 
 /// Fills a page from a place on: as many rows as there is room for, and then back to the last place at which a page may

@@ -99,7 +99,7 @@ void addEntry(LinesFlow& flow, const TextBlock& block, double width, const PageS
     const QFont labelFont = reportFont(setup.fontFamily, size, block.name.isEmpty());
     if (block.name.isEmpty()) {
         flow.add(setText(label, labelFont, std::min(width, look::measure(setup))), 0, above);
-    } else if (name.lines() > 1 || room < width / 3) {
+    } else if (name.lines() > 1 || width - x < width / 3) {
         flow.add(name, 0, above);
         if (!label.isEmpty())
             flow.add(setText(label, labelFont, std::min(width, look::measure(setup))), 0, 0);

@@ -5,12 +5,12 @@
 #include <random>
 
 /// A report whose content is made from a seed: chapters, variables with questions, values and tables of all sizes.
-class MadeReport : public BlockSource {
+class SeededReport : public BlockSource {
 public:
     ReportOutline made;
     int ready_ = 1 << 30;
 
-    explicit MadeReport(int variables, unsigned seed = 1, int studies = 2) : random_(seed) {
+    explicit SeededReport(int variables, unsigned seed = 1, int studies = 2) : random_(seed) {
         made.title = QStringLiteral("Codebook of a seed");
         for (int study = 0; study < studies; ++study) {
             chapter(0, QStringLiteral("%1").arg(4700 + study),
@@ -59,7 +59,7 @@ private:
     std::vector<std::vector<Block>> blocks_;
 };
 
-inline void MadeReport::variable(const QString& name) {
+inline void SeededReport::variable(const QString& name) {
     const QString label = words(3 + number(8));
     TextBlock heading = text(TextBlock::Style::Entry, label);
     heading.name = name;
@@ -92,7 +92,7 @@ inline void MadeReport::variable(const QString& name) {
     add({ReportEntry::Kind::Variable, 2, name, label, false}, std::move(blocks));
 }
 
-inline TableBlock MadeReport::table(int rows, int columns, const QString& title) {
+inline TableBlock SeededReport::table(int rows, int columns, const QString& title) {
     TableBlock block;
     block.title = title;
     block.table.setRows(rows);

@@ -1,0 +1,54 @@
+#include "printing/IndexPages.h"
+#include "printing/fonts.h"
+
+#include <QFontInfo>
+#include <QRawFont>
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+TEST(PrintedText, ShowsEveryCharacterOrItsCode) {
+    struct Case {
+        QString text, printed;
+    };
+    const Case cases[] = {
+        {u"plain – text, ß"_s, u"plain – text, ß"_s},
+        {u"a\r\nb\rc\u2029d"_s, u"a\nb\nc\nd"_s},
+        {u"a"_s + QChar(0) + QChar(7) + u'b', u"a[U+0000][U+0007]b"_s},
+        {u"x\U0010FFFD"_s, u"x[U+10FFFD]"_s},
+        {u"half "_s + QChar(0xD83D) + u" pair"_s, u"half [U+D83D] pair"_s},
+        {u"age\u202Egnorw\u202C 12"_s, u"agegnorw 12"_s},
+        {u"\uFEFFmark\u2066s\u2069"_s, u"marks"_s},
+        {u"a\uFFFCb"_s, u"a[U+FFFC]b"_s},
+    };
+    for (const Case& one : cases)
+        EXPECT_EQ(printable(one.text), one.printed) << one.printed.toStdString();
+    EXPECT_EQ(printableLine(u" a\r\n  b\t c"_s), u"a b c"_s);
+}
+
+TEST(PrintedText, BreaksAnywhereOnlyWhereAWordIsTooWide) {
+    const QFont font = reportFont(u"Arial"_s, 11);
+    const SetText words = setText(u"one two three four five six"_s, font, 1200);
+    for (int line = 0; line + 1 < words.lines(); ++line) {
+        const QTextLine set = words.layout->lineAt(line);
+        EXPECT_EQ(words.layout->text()[set.textStart() + set.textLength() - 1], u' ');
+    }
+    EXPECT_GT(words.lines(), 1);
+    for (const QString& text : {u"W"_s.repeated(300), u"one two three "_s.repeated(50)})
+        EXPECT_LE(setText(text, font, 1500).width, 1501);
+    EXPECT_LE(setLine(u"W"_s.repeated(300), font, 1500).width, 1500);
+    EXPECT_EQ(setText({}, font, 1500).lines(), 1);
+    // A family that nobody has is set like the usual one.
+    EXPECT_EQ(textWidth(u"Häufigkeit"_s, reportFont(u"MS Sans Serif"_s, 11)), textWidth(u"Häufigkeit"_s, font));
+    EXPECT_EQ(textWidth(u"iiii"_s, reportFont(u"Courier New"_s, 11)),
+              textWidth(u"WWWW"_s, reportFont(u"Courier New"_s, 11)));
+}
+
+TEST(IndexOfNames, IsSortedAsPeopleLookForNames) {
+    const QStringList sorted = {u"age"_s,  u"AGE2"_s, u"age10"_s, u"income"_s, u"V1"_s,
+                                u"v01a"_s, u"V2"_s,   u"v2_1"_s,  u"V10"_s,    u"Ä"_s};
+    for (qsizetype i = 0; i < sorted.size(); ++i)
+        for (qsizetype j = 0; j < sorted.size(); ++j)
+            EXPECT_EQ(namesInOrder(sorted[i], sorted[j]), i < j)
+                << sorted[i].toStdString() << ' ' << sorted[j].toStdString();
+}
