@@ -35,6 +35,7 @@ std::unique_ptr<Command> makeComparisonsCommand();
 std::unique_ptr<Command> makeChartCommand();
 std::unique_ptr<Command> makeInstructionsCommand();
 std::unique_ptr<Command> makeStoredCommand();
+std::unique_ptr<Command> makeReportCommand();
 
 /// True for arguments of vdx that have it draw: it needs fonts then, which it starts without otherwise.
 bool drawsPictures(const std::vector<std::string>& arguments);

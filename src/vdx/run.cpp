@@ -26,6 +26,7 @@ std::vector<std::unique_ptr<Command>> allCommands() {
     commands.push_back(makeChartCommand());
     commands.push_back(makeInstructionsCommand());
     commands.push_back(makeStoredCommand());
+    commands.push_back(makeReportCommand());
     return commands;
 }
 
@@ -33,7 +34,7 @@ bool drawsPictures(const std::vector<std::string>& arguments) {
     if (arguments.empty())
         return false;
     // A flag may also be typed as --graphs=true.
-    return arguments[0] == "chart" ||
+    return arguments[0] == "chart" || arguments[0] == "report" ||
            (arguments[0] == "run-instructions" &&
             std::ranges::any_of(arguments, [](const std::string& one) { return one.starts_with("--graphs"); }));
 }
@@ -58,9 +59,12 @@ struct TypedOptions {
             .add_option("--language", language, "language of headings and messages: de or en (default: the locale's)")
             ->check(CLI::IsMember({"de", "en"}))
             ->type_name("LANG");
-        command.add_option("--contents", contents, "labels and titles: original or english (default: the catalogue's)")
-            ->check(CLI::IsMember({"original", "english"}))
-            ->type_name("WHICH");
+        // A report has it in both, and says so itself.
+        if (!command.get_option_no_throw("--contents"))
+            command
+                .add_option("--contents", contents, "labels and titles: original or english (default: the catalogue's)")
+                ->check(CLI::IsMember({"original", "english"}))
+                ->type_name("WHICH");
         command.add_option("--set", set, "an option of the program for this run; may be repeated")
             ->type_name("KEY=VALUE")
             ->expected(1)
@@ -118,7 +122,7 @@ int carryOut(Command& command, const QString& name, const CommonOptions& options
 int runVdx(const std::vector<std::string>& arguments, std::FILE* out, std::FILE* err) {
     CLI::App program{"Survey catalogues from the command line: import survey files, look at what a catalogue holds, "
                      "print tables, draw "
-                     "charts.",
+                     "charts, write reports.",
                      "vdx"};
     program.require_subcommand(1);
     program.set_version_flag("--version", "vdx " + std::to_string(ApplicationInfo::majorVersion) + "." +
