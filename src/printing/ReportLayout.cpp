@@ -1,6 +1,7 @@
 #include "printing/ReportLayout.h"
 
 #include "printing/ContentsPages.h"
+#include "printing/EntryFlows.h"
 #include "printing/IndexPages.h"
 #include "printing/PageFrame.h"
 #include "printing/fillPage.h"
