@@ -100,3 +100,28 @@ TEST(MissingDefinitions, AskWhatToDoWithAPieceThatDoesntRead) {
     EXPECT_TRUE(asker.boxes[0].text.startsWith(u"13\r\n"_s));
     EXPECT_EQ(asker.boxes[0].title, u"Fehler"_s);
 }
+
+TEST(MissingDefinitions, AreSaidInWordsWithTheNumbersOfTheLocale) {
+    const TestHome home;
+    const struct {
+        QString definition, words;
+    } examples[] = {
+        {QString(), QString()},
+        {u"9"_s, u"9"_s},
+        {u"8;9"_s, u"8 und 9"_s},
+        {u"7, 8, 9.5"_s, u"7, 8 und 9,5"_s},
+        {u"9;9"_s, u"9"_s},
+        {u"90 thru 99"_s, u"90 bis 99"_s},
+        {u"99 thru 90;0"_s, u"90 bis 99 sowie 0"_s},
+        {u"90 thru 99, 95"_s, u"90 bis 99"_s},
+        {u"9 thru 9;0"_s, u"9 sowie 0"_s},
+        {u"97 thru highest"_s, u"ab 97"_s},
+        {u"lowest thru -1;99"_s, u"bis -1 sowie 99"_s},
+        {u"LOWEST thru Highest"_s, u"alle Werte"_s},
+        {u"highest"_s, u"größter Wert"_s},
+        {u"8;1,79769313486232E+308"_s, u"8 und größter Wert"_s},
+    };
+    const auto german = [](const QString& text, int) { return text; };
+    for (const auto& one : examples)
+        EXPECT_EQ(MissingDefinition(one.definition).inWords(german, 1), one.words) << one.definition.toStdString();
+}
