@@ -1,5 +1,6 @@
 #include "PictureWalk.h"
 #include "editingPictures.h"
+#include "printingPictures.h"
 
 #include "analysis/frmDescriptives.h"
 #include "analysis/frmNewCalculation.h"
@@ -524,6 +525,7 @@ int main(int count, char** arguments) {
         editing.entries();
         editing.menus();
         editing.targets();
+        PrintingWalk(wanted, folder).dialogs();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {

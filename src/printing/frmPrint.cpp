@@ -84,7 +84,8 @@ void frmPrint::build() {
     column->addWidget(buildChoices());
     column->addWidget(buildLanguages());
     column->addWidget(printerLine_ = buildPrinterLine());
-    auto* hint = new QLabel(u"Der Bericht erscheint zuerst in der Vorschau und wird von dort gedruckt."_s);
+    auto* hint =
+        new QLabel(u"Der Bericht erscheint in der Vorschau. Dort wird er gedruckt oder als PDF gespeichert."_s);
     hint->setObjectName(u"lblHint"_s);
     column->addWidget(hint);
     column->addStretch();
@@ -179,7 +180,9 @@ QWidget* frmPrint::buildPrinterLine() {
     cmbPrinter_->addItems(printers_.names());
     cmbPrinter_->setCurrentIndex(printers_.current());
     label->setBuddy(cmbPrinter_);
-    printername_ = withOwnText(new ElidedLabel(nullptr), u"printername"_s);
+    printername_ = withOwnText(new QLabel, u"printername"_s);
+    printername_->setTextFormat(Qt::PlainText);
+    printername_->setWordWrap(true);
     grid->addWidget(label, 0, 0);
     grid->addWidget(cmbPrinter_, 0, 1);
     grid->addWidget(printername_, 1, 1);
@@ -212,7 +215,6 @@ QRadioButton* frmPrint::radio(PrintChoice choice) const {
 void frmPrint::showPrinter() {
     const QString text = printers_.printername(TranslateText(u"auf"_s));
     printername_->setText(text);
-    printername_->setToolTip(plainToolTip(text));
     cmbPrinter_->setAccessibleDescription(text);
 }
 

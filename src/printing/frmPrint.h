@@ -7,10 +7,10 @@
 
 #include <QDialog>
 
-class ElidedLabel;
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QLabel;
 class QRadioButton;
 
 /// The print dialog: what of a window's selection is reported, in which languages of the contents, and for which
@@ -42,7 +42,7 @@ private:
     QCheckBox *original_ = nullptr, *english_ = nullptr;
     QWidget* printerLine_ = nullptr;
     QComboBox* cmbPrinter_ = nullptr;
-    ElidedLabel* printername_ = nullptr;
+    QLabel* printername_ = nullptr;
 
     void build();
     QWidget* buildChoices();
