@@ -61,6 +61,19 @@ EntryFlows::EntryFlows(ReportEntry::Kind kind, std::vector<Block> blocks, const 
         }
         add(std::move(blocks[i]), std::move(label));
     }
+    if (variable)
+        keepAboveValues();
+}
+
+/// What is said of a variable stands with its values, question included: a page that ends in between would have both
+/// looked for. What is long may stand for itself.
+void EntryFlows::keepAboveValues() {
+    const auto isOfValues = [](const Item& item) {
+        return item.pinned || std::holds_alternative<ValuesBlock>(item.block);
+    };
+    const auto values = std::ranges::find_if(items_, isOfValues);
+    if (values != items_.end())
+        std::for_each(items_.begin(), values, [](Item& item) { item.aboveValues = true; });
 }
 
 void EntryFlows::add(Block block, QString label) {
@@ -101,7 +114,9 @@ bool EntryFlows::addBeside(const std::vector<Block>& blocks, size_t first, size_
     std::vector<std::shared_ptr<const Flowable>> left;
     for (size_t i = first; i < last; ++i)
         left.push_back(flowOf(blocks[i], room, setup_));
-    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, room + gap);
+    // Near its values on a wide page, else at the right margin.
+    const double x = std::min(room, look::measure(setup_)) + gap;
+    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, x);
     if (!both || both->height(0) > 0.6 * body_.height() || both->width() > body_.width() + 1)
         return false;
     items_.push_back({TextBlock(), {}, false, {}, both, true});
@@ -133,6 +148,8 @@ std::shared_ptr<const Flowable> EntryFlows::flow(int item) {
             kept_ = 1;
         }
         wanted.made = laidOut(wanted);
+        if (wanted.aboveValues)
+            wanted.made = keptWithNext(std::move(wanted.made), body_.height() / 5);
     }
     return wanted.made;
 }

@@ -178,6 +178,8 @@ void ReportLayout::State::bodyPage(ReportPage& page, int number) {
     const FilledPage filledPage = fillPage(access(), start, frame.body().height());
     placeRows(page, filledPage);
     RunningHead head = runningHead(filledPage);
+    if (number == 0 && outline.entries.size() == 1)
+        head.chapter.clear(); // its title stands below
     head.number = front() + number + setup.firstPageNumber;
     frame.place(page, head);
     size_t row = 0;

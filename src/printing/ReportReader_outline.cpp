@@ -189,7 +189,7 @@ void ReportReader::addStudyChapter(const QString& number) {
     const Study of = study(number);
     addEntry({.kind = ReportEntry::Kind::Chapter,
               .level = 0,
-              .name = {},
+              .name = of.number,
               .title = titleOf(languages_, of.number, of.title),
               .newPage = true},
              {.what = Source::What::Study, .key = of.number});
@@ -334,8 +334,9 @@ QString ReportReader::outlineCategory() {
     const Listed* before = nullptr;
     for (const Listed& variable : variables) {
         if (chapters && (!before || dao::foldedText(before->study) != dao::foldedText(variable.study))) {
-            const QString chapter = titleOf(languages_, study(variable.study).number, study(variable.study).title);
-            addMade({.kind = ReportEntry::Kind::Chapter, .level = 1, .name = {}, .title = chapter},
+            const Study of = study(variable.study);
+            const QString chapter = titleOf(languages_, of.number, of.title);
+            addMade({.kind = ReportEntry::Kind::Chapter, .level = 1, .name = of.number, .title = chapter},
                     {heading(chapter, 1)});
         }
         addVariable(variable, chapters ? 2 : 1);

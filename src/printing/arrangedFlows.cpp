@@ -37,6 +37,13 @@ private:
     QPointF moved(const QPointF& at) const { return at + QPointF(x_, 0); }
 };
 
+class KeptWithNext final : public Shifted {
+public:
+    explicit KeptWithNext(Shared flow) : Shifted(std::move(flow), 0) {}
+    bool mayEndAfter(int /*row*/) const override { return false; }
+    bool keepsWithNext() const override { return true; }
+};
+
 class Labelled final : public Shifted {
 public:
     Labelled(Shared flow, double x, SetText label, double dy)
@@ -111,6 +118,10 @@ private:
 
 Shared shifted(Shared flow, double x) {
     return std::make_shared<Shifted>(std::move(flow), x);
+}
+
+Shared keptWithNext(Shared flow, double most) {
+    return flow->rows() > 0 && whole(*flow) <= most ? std::make_shared<KeptWithNext>(std::move(flow)) : flow;
 }
 
 Shared labelled(Shared flow, const QString& label, const PageSetup& setup, double x) {

@@ -6,6 +6,9 @@
 /// A flow that stands further to the right.
 std::shared_ptr<const Flowable> shifted(std::shared_ptr<const Flowable> flow, double x);
 
+/// A flow that stands with the first rows of the next one, and whole itself; as it is where it is higher than `most`.
+std::shared_ptr<const Flowable> keptWithNext(std::shared_ptr<const Flowable> flow, double most);
+
 /// A flow right of the column of labels, with its caption in that column.
 /// @param x how far it is shifted; less than 0: past the column
 std::shared_ptr<const Flowable> labelled(std::shared_ptr<const Flowable> flow, const QString& label,

@@ -68,7 +68,8 @@ PdfMarks marksOf(const ReportPages& report) {
     marks.places.resize(report.outline.entries.size());
     for (size_t i = 0; i < report.outline.entries.size(); ++i) {
         const ReportEntry& entry = report.outline.entries[i];
-        QString title = asLine(entry.name.isEmpty() ? entry.title : entry.name + u"  "_s + entry.title);
+        const bool variable = entry.kind == ReportEntry::Kind::Variable;
+        QString title = asLine(variable ? entry.name + u"  "_s + entry.title : entry.title);
         if (!title.isEmpty())
             marks.bookmarks.push_back({static_cast<int>(i), entry.level, std::move(title)});
     }

@@ -132,7 +132,7 @@ TEST_F(Reports, EachKindShowsWhatBelongsToIt) {
 
     const QStringList group = shown(of(ReportKind::Variables, u"@G001@"_s, u"Study"_s));
     EXPECT_EQ(group.filter(QRegularExpression(u"^\\d: "_s)),
-              (QStringList{u"0:  Erhebung 1919 (QX1919)"_s, u"1: V3 Gewicht"_s, u"1: V5 Zufriedenheit"_s,
+              (QStringList{u"0: QX1919 Erhebung 1919 (QX1919)"_s, u"1: V3 Gewicht"_s, u"1: V5 Zufriedenheit"_s,
                            u"1: V6 Vertrauen"_s, u"1: V7 Geschlecht"_s, u"1: V8 Beruf"_s, u"1: V9 Alter"_s}));
     EXPECT_EQ(group.mid(1, 3),
               (QStringList{u"C0 Erhebung 1919 (QX1919)"_s, u"= Studiennummer=QX1919 | Jahr=1919 | Gewichte=V3"_s,
@@ -300,7 +300,7 @@ TEST_F(Reports, GroupsOfVariablesThatStandTogetherAreChapters) {
     catalogue.execute(u"DELETE FROM tkey_Variable WHERE id_VarName = 'V5' AND fi_StudyNo = 'QX2020'"_s);
     ASSERT_EQ(catalogue.open(), 1);
     EXPECT_EQ(shown(of(ReportKind::Variables, u"@QX2020@"_s, u"Study"_s)).filter(QRegularExpression(u"^\\d: "_s)),
-              (QStringList{u"0:  Erhebung 2020 (QX2020)"_s, u"1: V7 Geschlecht"_s, u"1:  Welle 1"_s, u"2: A "_s,
+              (QStringList{u"0: QX2020 Erhebung 2020 (QX2020)"_s, u"1: V7 Geschlecht"_s, u"1:  Welle 1"_s, u"2: A "_s,
                            u"2: B "_s, u"1:  Welle 2"_s, u"2: C "_s}));
 }
 
