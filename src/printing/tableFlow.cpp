@@ -15,6 +15,7 @@ namespace {
 constexpr double cellAir = 0.14;     ///< above and below the text of a cell, in ems of its type
 constexpr double tallRow = 480;      ///< from that height on a row was made higher on purpose, in twips
 constexpr double mostForHeads = 0.3; ///< that heads may take where they are repeated, and that a kept height is
+constexpr double partingRow = 0.5;   ///< height of a row without a text, in ems
 constexpr int fewRows = 5;           ///< stay together
 const QColor rowRule(0xd4, 0xd4, 0xd4);
 constexpr double rowRuleWidth = 4;
@@ -88,6 +89,7 @@ private:
     Qt::Alignment alignment(const TablePlan::Column& column, int row) const;
     Qt::Alignment downwards(const TablePlan::Column& column, int row) const;
     double leastHeight(int row) const;
+    bool partsRows(int row) const;
     void addRule(SetRow& into, int part, double y, double ruleWidth, const QColor& color) const;
     void setBelow(const QStringList& notes, double room);
 };
@@ -169,6 +171,14 @@ double TableFlow::cellHeight(const QString& text, TypeWidths& type, double inner
     return extent.plain && extent.width <= inner ? step : heightOf(setStretches(text, type.font(), inner));
 }
 
+/// A row without a text parts those above it from those below.
+bool TableFlow::partsRows(int row) const {
+    for (int column = 0; column < table_.Cols(); ++column)
+        if (!table_.Cell(column, row).isEmpty())
+            return false;
+    return row >= table_.FixedRows && table_.RowHeight(row) < tallRow;
+}
+
 double TableFlow::leastHeight(int row) const {
     if (table_.RowHeight(row) < tallRow)
         return 0;
@@ -180,6 +190,8 @@ double TableFlow::leastHeight(int row) const {
 double TableFlow::lineOfCells(int part, int row, TypeWidths& type) const {
     if (plan_.parts.empty())
         return 0;
+    if (partsRows(row))
+        return partingRow * type_.em() * plan_.scale;
     double highest = listSpacing * type_.em();
     for (const TablePlan::Column& column : plan_.parts[static_cast<size_t>(part)].columns)
         highest = std::max(highest, cellHeight(table_.Cell(column.index, row), type, column.width));
@@ -277,7 +289,8 @@ SetRow TableFlow::buildBody(const Place& place) const {
         addCell(row, column, index, regular_, 0, apart ? look::quietColor : QColor(Qt::black), row.height);
     }
     const bool last = place.body + 1 == bodyCount();
-    addRule(row, place.part, row.height, last ? look::firmLine : rowRuleWidth, last ? QColor(Qt::black) : rowRule);
+    if (last || !partsRows(index))
+        addRule(row, place.part, row.height, last ? look::firmLine : rowRuleWidth, last ? QColor(Qt::black) : rowRule);
     return row;
 }
 

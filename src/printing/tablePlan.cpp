@@ -46,6 +46,12 @@ bool isBlank(const ResultTable& table, int firstColumn, int lastColumn, int firs
     return true;
 }
 
+/// A sum that a view of percentages has not: its word, and nothing below it. A category has a code above its label.
+bool isEmptySum(const ResultTable& table, int column, int fixedRows) {
+    return table.Tag == TableKind::Crosstab && column > markColumn && table.Rows() > fixedRows &&
+           isBlank(table, column, column, 0, 0) && isBlank(table, column, column, fixedRows, table.Rows() - 1);
+}
+
 /// What a column's cells need. Lengths without padding.
 struct Needs {
     int index = 0;
@@ -270,7 +276,7 @@ TablePlan TablePlan::of(const ResultTable& table, const TableType& type, double 
     for (int column = 0; column < table.Cols(); ++column) {
         const bool fixed = column < fixedColumns;
         if (table.ColWidth(column) == 0 || (idleColumn && column == markColumn) ||
-            (fixed && isBlank(table, column, column, 0, table.Rows() - 1)))
+            (fixed && isBlank(table, column, column, 0, table.Rows() - 1)) || isEmptySum(table, column, fixedRows))
             continue;
         needs.push_back(measuring.of(column));
         needs.back().fixed = fixed;

@@ -43,7 +43,8 @@ struct TablePlan {
     /// The rules in their order: a size of type by the zoom, from 6 points on; columns as wide as their texts, or as
     /// they were kept, if wider; where that is too wide, texts wrap; then the type gets smaller, down to 6 points; then
     /// the columns are parted, the fixed ones repeated. Rows and columns of no height or width are left out, and so are
-    /// those that say nothing: of the marks where nothing is marked, fixed columns and last rows without a text.
+    /// those that say nothing: of the marks where nothing is marked, a crosstab's sums without a figure, fixed columns
+    /// and last rows without a text.
     /// @param table with texts that can be printed @param width that is there, in twips
     static TablePlan of(const ResultTable& table, const TableType& type, double width, double zoom);
 };
