@@ -13,6 +13,8 @@ namespace {
 constexpr std::array steps = {0.1,  0.25, 0.33, 0.5, 0.67, 0.75, 0.9, 1.0, 1.1,
                               1.25, 1.5,  1.75, 2.0, 2.5,  3.0,  4.0, 5.0};
 constexpr size_t mostPlaces = 50;
+/// That stays in view above an entry that was gone to, in twips.
+constexpr double spaceAbove = 200;
 /// Two zooms that nobody can tell from each other.
 constexpr double hair = 0.001;
 
@@ -249,7 +251,7 @@ void PreviewModel::showEntry(int entry) {
     double y = 0;
     for (const ReportPage::Anchor& anchor : pictures_.page(run_->layout(), page).anchors)
         if (anchor.entry == entry)
-            y = anchor.y;
+            y = std::max(0.0, anchor.y - spaceAbove);
     showPage(page, y);
 }
 

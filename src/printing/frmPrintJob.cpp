@@ -32,6 +32,7 @@ frmPrintJob::frmPrintJob(const ui::PrintJob& proposal, int pages, QWidget* paren
     refreshTitles();
     for (QSpinBox* field : {txtFirst_, txtCount_, txtNumber_, txtCopies_})
         connect(field, &QSpinBox::valueChanged, this, [this] { showState(); });
+    connect(chkColor_, &QCheckBox::clicked, this, [this](bool color) { proposal_.color = color; });
     connect(cmbPrinter_, &QComboBox::currentIndexChanged, this, [this] { showState(); });
     cmbPrinter_->setFocus();
 }
@@ -109,7 +110,6 @@ void frmPrintJob::listPrinters() {
             chosen = i;
     }
     cmbPrinter_->setCurrentIndex(chosen);
-    chkColor_->setChecked(proposal_.color);
 }
 
 void frmPrintJob::refreshTitles() {
@@ -130,7 +130,7 @@ ui::PrintJob frmPrintJob::job() const {
     job.pageCount = txtCount_->value();
     job.firstPageNumber = txtNumber_->value();
     job.copies = txtCopies_->value();
-    job.color = chkColor_->isChecked() && chkColor_->isEnabled();
+    job.color = chkColor_->isChecked();
     return job;
 }
 
@@ -146,7 +146,9 @@ QString frmPrintJob::paperNote() const {
 
 void frmPrintJob::showState() {
     const int chosen = cmbPrinter_->currentIndex();
-    chkColor_->setEnabled(chosen >= 0 && printers_[static_cast<size_t>(chosen)].color);
+    const bool hasColor = chosen >= 0 && printers_[static_cast<size_t>(chosen)].color;
+    chkColor_->setEnabled(hasColor);
+    chkColor_->setChecked(hasColor && proposal_.color);
     lblTold_->setText(printJob::tell(job(), pages_).words);
     lblPaper_->setText(paperNote());
 }
