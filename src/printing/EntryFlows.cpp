@@ -116,12 +116,12 @@ bool EntryFlows::addBeside(const std::vector<Block>& blocks, size_t first, size_
     const double room = body_.width() - right->width() - gap;
     if (room < least)
         return false;
+    // Near its values on a wide page, else at the right margin.
+    const double width = std::min(room, look::measure(setup_));
     std::vector<std::shared_ptr<const Flowable>> left;
     for (size_t i = first; i < last; ++i)
-        left.push_back(flowOf(blocks[i], room, setup_));
-    // Near its values on a wide page, else at the right margin.
-    const double x = std::min(room, look::measure(setup_)) + gap;
-    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, x);
+        left.push_back(flowOf(blocks[i], width, setup_));
+    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, width + gap);
     if (!both || both->height(0) > 0.6 * body_.height() || both->width() > body_.width() + 1)
         return false;
     items_.push_back({TextBlock(), {}, false, {}, both, true});
