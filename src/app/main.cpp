@@ -11,7 +11,6 @@
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
 #include "platform/ui/Asker.h"
-#include "printing/frmPrintJob.h"
 #include "widgets/Desktop.h"
 #include "widgets/Icons.h"
 #include "widgets/ProgramStyle.h"
@@ -62,7 +61,6 @@ int main(int, char** arguments) {
     dialogs.textEditor = frmEdit::ask;
     dialogs.lineOrderer = frmPosition::ask;
     dialogs.treeChooser = frmTreeChoice::ask;
-    dialogs.printJobChooser = frmPrintJob::ask;
     ui::setAsker(&dialogs);
     mdLanguage::showStartWindow = frmSplash::showModal;
     gUnloadWindows = unloadChildWindows;

@@ -63,7 +63,7 @@ bool ReportReader::read(int milliseconds) {
     try {
         do {
             readNext();
-        } while (catalogue_.isOpen() && elapsed.elapsed() < milliseconds);
+        } while (catalogue_.isOpen() && spool_.fault().isEmpty() && elapsed.elapsed() < milliseconds);
         locked_.invalidate();
     } catch (const dao::Error& error) {
         if (!tryAgain(error))
@@ -168,11 +168,7 @@ void ReportReader::readStudyChapter(Source& source) {
     TextBlock heading = textBlock(TextBlock::Style::Chapter, outline_.entries[static_cast<size_t>(next_)].title);
     heading.level = level;
     blocks.push_back(std::move(heading));
-    if (const QString other = languages_.otherName(of.title); !other.isEmpty()) {
-        TextBlock second = textBlock(TextBlock::Style::Body, other);
-        second.mark = languages_.markOf(true);
-        blocks.push_back(std::move(second));
-    }
+    addOtherName(blocks, languages_.otherName(of.title), languages_);
     FactsBlock facts;
     facts.facts.emplace_back(word(u"Studiennummer"_s), of.number);
     if (!of.year.isEmpty())

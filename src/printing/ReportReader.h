@@ -82,7 +82,7 @@ private:
     void readStudies(const QString& table, const QStringList& numbers);
     void findAssignmentViews();
     std::vector<Listed> listed(const QString& statement);
-    QString emptyCondition(const QString& prefix) const;
+    QString emptyCondition(const QString& prefix);
     void addEntry(const ReportEntry& entry, const Source& source);
     void addMade(const ReportEntry& entry, const std::vector<Block>& blocks);
     void addStudyChapter(const QString& number);

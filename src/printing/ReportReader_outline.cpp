@@ -20,6 +20,8 @@ namespace {
 
 /// A list of a category's variables gets a cover where it gets contents.
 constexpr int variablesOfABook = 10;
+/// Variables that a group has on average, for chapters by groups.
+constexpr size_t leastOfAGroup = 3;
 
 TextBlock heading(const QString& text, int level) {
     TextBlock block = textBlock(TextBlock::Style::Chapter, text);
@@ -145,12 +147,15 @@ void ReportReader::findAssignmentViews() {
 }
 
 /// Leaves out variables with neither label nor question text, as the request says.
-QString ReportReader::emptyCondition(const QString& prefix) const {
-    const auto both = [&](const QString& label, const QString& question) {
-        return u" AND Trim("_s + prefix + label + u" & "_s + prefix + question + u") <> ''"_s;
+QString ReportReader::emptyCondition(const QString& prefix) {
+    const auto anyOf = [&](const QStringList& columns) {
+        QStringList texts{u"''"_s}; // an older catalogue may have neither
+        for (const QString& column : catalogue_.present(u"tkey_Variable"_s, columns))
+            texts << prefix + column;
+        return u" AND Trim("_s + texts.join(u" & "_s) + u") <> ''"_s;
     };
-    return (request_.NoEmpty ? both(u"dt_VarLabel"_s, u"dt_QuestionText"_s) : QString()) +
-           (request_.NoEmptyEn ? both(u"dt_EnVarLabel"_s, u"dt_EnQuestionText"_s) : QString());
+    return (request_.NoEmpty ? anyOf({u"dt_VarLabel"_s, u"dt_QuestionText"_s}) : QString()) +
+           (request_.NoEmptyEn ? anyOf({u"dt_EnVarLabel"_s, u"dt_EnQuestionText"_s}) : QString());
 }
 
 std::vector<ReportReader::Listed> ReportReader::listed(const QString& statement) {
@@ -195,15 +200,16 @@ void ReportReader::addStudyChapter(const QString& number) {
              {.what = Source::What::Study, .key = of.number});
 }
 
-/// The variables of a study below its chapter. Groups of variables get chapters of their own where each of them stands
-/// together in the order of the study.
+/// The variables of a study below its chapter. Groups of variables get chapters of their own where they follow one
+/// another in the order of the study; where they take turns a chapter would hold hardly more than its heading.
 void ReportReader::addVariables(const std::vector<Listed>& variables, int level) {
-    QStringList runs;
-    for (const Listed& variable : variables)
-        if (runs.isEmpty() || runs.back() != variable.group)
-            runs << variable.group;
-    const bool chapters = runs.size() > 1 && runs.size() == QSet<QString>(runs.begin(), runs.end()).size() &&
-                          std::ranges::any_of(runs, [&](const QString& run) { return wishes_.groups.contains(run); });
+    size_t runs = 0;
+    bool anyGroup = false;
+    for (size_t i = 0; i < variables.size(); ++i) {
+        runs += i == 0 || variables[i].group != variables[i - 1].group ? 1 : 0;
+        anyGroup = anyGroup || wishes_.groups.contains(variables[i].group);
+    }
+    const bool chapters = anyGroup && runs > 1 && variables.size() >= leastOfAGroup * runs;
     const Listed* before = nullptr;
     int below = level;
     for (const Listed& variable : variables) {
@@ -313,7 +319,7 @@ QString ReportReader::outlineCategory() {
         return again;
     });
     if (variables.empty())
-        return notThere(u"Zu „%1“ gehört keine Variable."_s, title);
+        return notThere(u"Der Kategorie „%1“ selbst ist keine Variable zugeordnet."_s, title);
     QStringList studies;
     for (const Listed& variable : variables)
         if (studies.isEmpty() || dao::foldedText(studies.back()) != dao::foldedText(variable.study))
@@ -321,10 +327,7 @@ QString ReportReader::outlineCategory() {
     readStudies(studyTable(), studies);
 
     std::vector<Block> blocks{heading(title, 0)};
-    if (const QString other = languages_.otherName(name); !other.isEmpty()) {
-        blocks.push_back(textBlock(TextBlock::Style::Body, other));
-        std::get<TextBlock>(blocks.back()).mark = languages_.markOf(true);
-    }
+    addOtherName(blocks, languages_.otherName(name), languages_);
     addTexts(blocks, TextBlock::Style::Body,
              {textIn(*entry, u"dt_IndicatorDescription"_s), textIn(*entry, u"dt_EnIndicatorDescription"_s)},
              languages_);
@@ -368,10 +371,7 @@ void ReportReader::makeCover(const QString& title, const QString& other, FactsBl
     std::vector<Block>& cover = outline_.cover;
     cover.push_back(textBlock(TextBlock::Style::Caption, word(u"Codebuch"_s)));
     cover.push_back(heading(title, 0));
-    if (!other.isEmpty()) {
-        cover.push_back(textBlock(TextBlock::Style::Body, other));
-        std::get<TextBlock>(cover.back()).mark = languages_.markOf(true);
-    }
+    addOtherName(cover, other, languages_);
     facts.facts.emplace_back(word(u"Variablen"_s), QString::number(outline_.variables()));
     facts.facts.emplace_back(word(u"Inhalt"_s), contentsWords());
     const bool both = languages_.original && languages_.english;
@@ -500,10 +500,7 @@ QString ReportReader::addDescription(const BothTexts& name, const QString& key, 
         return word(u"Beschreibung nicht gefunden!"_s);
     const QString title = languages_.name(name).isEmpty() ? key : languages_.name(name);
     std::vector<Block> blocks{heading(title, 0)};
-    if (const QString other = languages_.otherName(name); !other.isEmpty()) {
-        blocks.push_back(textBlock(TextBlock::Style::Body, other));
-        std::get<TextBlock>(blocks.back()).mark = languages_.markOf(true);
-    }
+    addOtherName(blocks, languages_.otherName(name), languages_);
     facts.facts.emplace_back(word(u"Katalog"_s),
                              databaseTitle_.isEmpty() ? Paths::fileOf(request_.DatabaseFile) : databaseTitle_);
     blocks.push_back(std::move(facts));

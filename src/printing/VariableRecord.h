@@ -52,6 +52,8 @@ std::vector<Block> blocksOf(const VariableRecord& variable, const ReportLanguage
 /// Text blocks of one style for a text in the languages of the report, marked where there are several.
 void addTexts(std::vector<Block>& blocks, TextBlock::Style style, const BothTexts& text,
               const ReportLanguages& languages);
+/// The English name below a heading in the original language; nothing of an empty one.
+void addOtherName(std::vector<Block>& blocks, const QString& name, const ReportLanguages& languages);
 TextBlock textBlock(TextBlock::Style style, const QString& text);
 /// A study as it is named in the facts: number, title, year.
 QString studyName(const QString& number, const QString& title, const QString& year = QString());

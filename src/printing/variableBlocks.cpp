@@ -27,6 +27,15 @@ void addTexts(std::vector<Block>& blocks, TextBlock::Style style, const BothText
     }
 }
 
+void addOtherName(std::vector<Block>& blocks, const QString& name, const ReportLanguages& languages) {
+    if (name.isEmpty())
+        return;
+    // Stands beside its mark, as questions do.
+    TextBlock block = textBlock(TextBlock::Style::Question, name);
+    block.mark = languages.markOf(true);
+    blocks.push_back(std::move(block));
+}
+
 QString studyName(const QString& number, const QString& title, const QString& year) {
     QString name = title.isEmpty() ? number : number + u", "_s + title;
     // A title that ends in its year says it already.
@@ -78,11 +87,7 @@ private:
         if (!other.isEmpty())
             heading.mark = languages_.markOf(false);
         blocks_.push_back(std::move(heading));
-        if (other.isEmpty())
-            return;
-        TextBlock second = textBlock(TextBlock::Style::Question, other);
-        second.mark = languages_.markOf(true);
-        blocks_.push_back(std::move(second));
+        addOtherName(blocks_, other, languages_);
     }
 
     void addOrigin() {

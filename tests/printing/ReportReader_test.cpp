@@ -5,12 +5,14 @@
 #include "language/mdLanguage.h"
 #include "platform/system/Paths.h"
 #include "printing/ReportContent.h"
+#include "support/FullDisk.h"
 #include "support/PrintQt.h"
 #include "support/ScriptedAsker.h"
 #include "support/TestCatalogue.h"
 #include "support/TestHome.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
@@ -294,14 +296,26 @@ TEST_F(Reports, VariablesWithoutTextAreLeftOutWhereAskedFor) {
     EXPECT_EQ(names(false, true), (QStringList{u"1: V5 Zufriedenheit"_s, u"1: V0 only"_s}));
 }
 
-TEST_F(Reports, GroupsOfVariablesThatStandTogetherAreChapters) {
-    for (const auto& [name, group] : {std::pair{u"A"_s, 1}, std::pair{u"B"_s, 1}, std::pair{u"C"_s, 2}})
-        catalogue.addVariable(u"QX2020"_s, name, u"T"_s, {{"dt_VarGroup", group}});
-    catalogue.execute(u"DELETE FROM tkey_Variable WHERE id_VarName = 'V5' AND fi_StudyNo = 'QX2020'"_s);
+TEST_F(Reports, GroupsOfVariablesThatFollowOneAnotherAreChapters) {
+    const auto chapters = [&](const QString& study) {
+        shown(of(ReportKind::Variables, u'@' + study + u'@', u"Study"_s));
+        QStringList titles;
+        for (const ReportEntry& entry : content->outline().entries)
+            if (entry.kind == ReportEntry::Kind::Chapter)
+                titles << QString::number(entry.level) + u' ' + entry.title;
+        return titles;
+    };
+    const auto add = [&](const QString& study, int count, int group) {
+        for (int i = 0; i < count; ++i)
+            catalogue.addVariable(study, u"%1_%2"_s.arg(group).arg(i), u"T"_s, {{"dt_VarGroup", group}});
+    };
+    add(u"QX2020"_s, 4, 1); // behind two variables without one
     ASSERT_EQ(catalogue.open(), 1);
-    EXPECT_EQ(shown(of(ReportKind::Variables, u"@QX2020@"_s, u"Study"_s)).filter(QRegularExpression(u"^\\d: "_s)),
-              (QStringList{u"0: QX2020 Erhebung 2020 (QX2020)"_s, u"1: V7 Geschlecht"_s, u"1:  Welle 1"_s, u"2: A "_s,
-                           u"2: B "_s, u"1:  Welle 2"_s, u"2: C "_s}));
+    EXPECT_EQ(chapters(u"QX2020"_s), (QStringList{u"0 Erhebung 2020 (QX2020)"_s, u"1 Welle 1"_s}));
+    EXPECT_EQ(content->outline().entries.back().level, 2);
+    add(u"QX2020"_s, 6, 99); // of a group that is not there
+    EXPECT_EQ(chapters(u"QX2020"_s), (QStringList{u"0 Erhebung 2020 (QX2020)"_s, u"1 Welle 1"_s, u"1 Ohne Gruppe"_s}));
+    EXPECT_EQ(chapters(u"QX1919"_s), (QStringList{u"0 Erhebung 1919 (QX1919)"_s})) << "its groups take turns";
 }
 
 /// Somebody writes through the program's own connection while a report is read between his events.
@@ -357,4 +371,47 @@ TEST_F(Reports, AClosedOrRemovedCatalogueEndsNoReadingAndTheBlocksStay) {
     EXPECT_TRUE(before.contains(u"= Fehlende Werte=9 | Kategorien=Einstellungen | Trends=Zufriedenheit"_s))
         << "the views are those of the moment when it was asked for";
     EXPECT_EQ(lines(), before);
+}
+
+TEST_F(Reports, AnotherProgramsLockIsWaitedForBetweenSlices) {
+    ASSERT_EQ(catalogue.open(), 1);
+    content = contentOf(of(ReportKind::Variables, u"@QX1919@"_s, u"Study"_s));
+    ASSERT_EQ(content->open(), QString());
+    mdDataBase::CloseDataBase();
+    dao::Workspace elsewhere;
+    const dao::DatabasePtr locked = elsewhere.OpenDatabase(catalogue.path(), true);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    EXPECT_TRUE(content->read(0));
+    EXPECT_TRUE(content->read(0));
+    EXPECT_LT(elapsed.elapsed(), 1000) << "the two seconds of a statement that waits";
+    EXPECT_EQ(content->fault(), QString());
+    locked->Close();
+    while (content->read(0)) {
+    }
+    EXPECT_TRUE(lines().contains(u"Q0 Wie zufrieden sind Sie?"_s));
+}
+
+TEST_F(Reports, ADiskThatIsFullAtAnyTimeEndsAReportWithTheReason) {
+    ASSERT_EQ(catalogue.open(), 1);
+    const ReportRequest asked = of(ReportKind::Variables, u"@QX1919@"_s, u"Study"_s);
+    const QStringList whole = shown(asked);
+    const QString words = u"Der Bericht kann nicht zwischengespeichert werden: "_s;
+    int failed = 0;
+    for (qint64 room = 0;; room += 100) {
+        content = contentOf(asked);
+        {
+            const FullDisk full(room);
+            ASSERT_EQ(content->open(), QString());
+            while (content->read(1000)) {
+            }
+        }
+        if (content->fault().isEmpty())
+            break;
+        ++failed;
+        EXPECT_TRUE(content->fault().startsWith(words)) << qPrintable(content->fault());
+        ASSERT_LT(content->ready(), static_cast<int>(content->outline().entries.size()));
+    }
+    EXPECT_GT(failed, 5);
+    EXPECT_EQ(lines(), whole);
 }

@@ -1,7 +1,7 @@
+#include "printing/MadeReport.h"
 #include "printing/PrinterChoice.h"
 #include "printing/ReportLayout.h"
 #include "printing/ReportRequest.h"
-#include "printing/SeededReport.h"
 #include "printing/outlets.h"
 #include "support/PrintQt.h"
 #include "support/TestHome.h"
@@ -114,7 +114,7 @@ TEST(SystemPrinters, AreAskedOfTheirServerTakeAReportAndMayBeGone) {
     EXPECT_TRUE(choice.printername(u"auf"_s).endsWith(u" auf Akte   Akte"_s)) << "it stands nowhere";
     EXPECT_TRUE(printers[1].color && !printers[1].landscape);
 
-    SeededReport report(60);
+    MadeReport report(60);
     ReportRequest request;
     request.PaperSize = 9;
     request.Orientation = 2;
