@@ -1,4 +1,4 @@
-#include "printing/MadeReport.h"
+#include "printing/HandmadeReport.h"
 #include "printing/PrinterChoice.h"
 #include "printing/ReportLayout.h"
 #include "printing/ReportRequest.h"
@@ -114,14 +114,13 @@ TEST(SystemPrinters, AreAskedOfTheirServerTakeAReportAndMayBeGone) {
     EXPECT_TRUE(choice.printername(u"auf"_s).endsWith(u" auf Akte   Akte"_s)) << "it stands nowhere";
     EXPECT_TRUE(printers[1].color && !printers[1].landscape);
 
-    MadeReport report(60);
-    ReportRequest request;
-    request.PaperSize = 9;
+    ReportRequest request = HandmadeReport::asked();
     request.Orientation = 2;
-    request.ReportFontSize = 10;
-    ReportLayout layout(report.made, report, PageSetup::of(request));
-    while (layout.step(1000))
+    const std::unique_ptr<ReportRun> run = HandmadeReport::run({.variables = 5}, request);
+    ASSERT_EQ(run->open(), QString());
+    while (run->step(1000))
         ;
+    const ReportLayout& layout = run->layout();
     ASSERT_GT(layout.pageCount(), 3);
     for (const QString& name : choice.names()) {
         const std::shared_ptr<QPagedPaintDevice> device = asker.openPrinter({.printer = name, .title = u"Bericht"_s});
