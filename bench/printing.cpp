@@ -40,6 +40,7 @@ void open(const QString& path) {
 ReportRequest codebook() {
     PrintSource source;
     source.window = PrintSource::Window::Explorer;
+    source.database = gDatabase.Database();
     source.view = 1;
     source.isStudy = true;
     source.sourceTable = source.viewName = u"Study"_s;

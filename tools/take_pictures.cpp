@@ -1,5 +1,6 @@
 #include "PictureWalk.h"
 #include "editingPictures.h"
+#include "previewPictures.h"
 #include "printingPictures.h"
 
 #include "analysis/frmDescriptives.h"
@@ -526,6 +527,9 @@ int main(int count, char** arguments) {
         editing.menus();
         editing.targets();
         PrintingWalk(wanted, folder).dialogs();
+        PreviewWalk previews(wanted, folder);
+        previews.preview();
+        previews.printJob();
         VdxProcess::programInTests = QCoreApplication::applicationDirPath() + u"/../bin/vdx"_s;
         walk.ways(samples + u"/daten/SV2022.sav"_s);
     } catch (const std::exception& error) {

@@ -171,6 +171,8 @@ bool enabledInIdleMenu(const QString& name, const MainState& state) {
     // Where the folder of the cases is not set, the command leads to it.
     if (name == u"mnuAuswertungsansicht")
         return known;
+    if (name == u"mnuFilePrint" && state.active == Active::Preview)
+        return true;
     if (name == u"mnuFilePrint" || name == u"mnuFilePreview")
         return known || state.active == Active::Document;
     if (isEditing(name))

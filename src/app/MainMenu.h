@@ -5,7 +5,7 @@
 
 /// What the main window's entries and buttons depend on.
 struct MainState {
-    enum class Active { None, Explorer, Analysis, Document, Other };
+    enum class Active { None, Explorer, Analysis, Document, Preview, Other };
     /// Where the keyboard is in the active window; a text field of an explorer is neither its tree nor its list.
     enum class Focus { Tree, List, Text, Elsewhere };
 

@@ -12,6 +12,7 @@
 #include "editing/frmFragebogen.h"
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
+#include "printing/frmPreview.h"
 #include "search/QuickSearch.h"
 #include "search/frmFind.h"
 #include "widgets/textFields.h"
@@ -44,7 +45,9 @@ MainState frmMain::state() const {
         now.chart = analysis->showsChart();
         now.tableOrder = analysis->canOrder();
     } else if (form) {
-        now.active = dynamic_cast<const frmDocument*>(form) ? MainState::Active::Document : MainState::Active::Other;
+        now.active = dynamic_cast<const frmDocument*>(form)  ? MainState::Active::Document
+                     : dynamic_cast<const frmPreview*>(form) ? MainState::Active::Preview
+                                                             : MainState::Active::Other;
     }
     return now;
 }

@@ -5,6 +5,7 @@
 #include "explorer/frmExplorer.h"
 #include "platform/ui/Asker.h"
 #include "printing/PrintChoices.h"
+#include "printing/frmPreview.h"
 #include "printing/frmPrint.h"
 #include "printing/windowSources.h"
 
@@ -31,6 +32,10 @@ PrintSource frmMain::printSource() const {
 }
 
 void frmMain::print(bool withPrinter) {
+    if (auto* preview = dynamic_cast<frmPreview*>(activeForm())) {
+        preview->cmdPrint_Click();
+        return;
+    }
     const PrintSource source = printSource();
     if (PrintChoices(source).P() < 0) {
         ui::asker().messageBox({TranslateText(u"Keine Ansicht gefunden!"_s)});
@@ -40,6 +45,8 @@ void frmMain::print(bool withPrinter) {
 }
 
 void frmMain::addPrintingCommands() {
+    printerCTL1_.show = frmPreview::Preview;
+    printerCTL1_.print = frmPreview::PrintReport;
     commands_[u"mnuFilePrint"_s] = [this] { mnuFilePrint_Click(); };
     commands_[u"mnuFilePreview"_s] = [this] { mnuFilePreview_Click(); };
 }

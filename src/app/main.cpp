@@ -11,6 +11,7 @@
 #include "language/mdLanguage.h"
 #include "platform/system/ApplicationInfo.h"
 #include "platform/ui/Asker.h"
+#include "printing/frmPrintJob.h"
 #include "widgets/Desktop.h"
 #include "widgets/Icons.h"
 #include "widgets/ProgramStyle.h"
@@ -61,6 +62,7 @@ int main(int, char** arguments) {
     dialogs.textEditor = frmEdit::ask;
     dialogs.lineOrderer = frmPosition::ask;
     dialogs.treeChooser = frmTreeChoice::ask;
+    dialogs.printJobChooser = frmPrintJob::ask;
     ui::setAsker(&dialogs);
     mdLanguage::showStartWindow = frmSplash::showModal;
     gUnloadWindows = unloadChildWindows;

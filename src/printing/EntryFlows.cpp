@@ -62,18 +62,23 @@ EntryFlows::EntryFlows(ReportEntry::Kind kind, std::vector<Block> blocks, const 
         add(std::move(blocks[i]), std::move(label));
     }
     if (variable)
-        keepAboveValues();
+        keepTogether();
 }
 
 /// What is said of a variable stands with its values, question included: a page that ends in between would have both
-/// looked for. What is long may stand for itself.
-void EntryFlows::keepAboveValues() {
+/// looked for. What is long may stand for itself. A picture stands with the note on where it is from.
+void EntryFlows::keepTogether() {
     const auto isOfValues = [](const Item& item) {
         return item.pinned || std::holds_alternative<ValuesBlock>(item.block);
     };
     const auto values = std::ranges::find_if(items_, isOfValues);
     if (values != items_.end())
-        std::for_each(items_.begin(), values, [](Item& item) { item.aboveValues = true; });
+        std::for_each(items_.begin(), values, [&](Item& item) { item.keptHeight = body_.height() / 5; });
+    for (size_t i = 1; i < items_.size(); ++i) {
+        const auto* text = std::get_if<TextBlock>(&items_[i].block);
+        if (text && text->style == TextBlock::Style::Note && std::holds_alternative<PictureBlock>(items_[i - 1].block))
+            items_[i - 1].keptHeight = body_.height();
+    }
 }
 
 void EntryFlows::add(Block block, QString label) {
@@ -111,12 +116,12 @@ bool EntryFlows::addBeside(const std::vector<Block>& blocks, size_t first, size_
     const double room = body_.width() - right->width() - gap;
     if (room < least)
         return false;
+    // Near its values on a wide page, else at the right margin.
+    const double width = std::min(room, look::measure(setup_));
     std::vector<std::shared_ptr<const Flowable>> left;
     for (size_t i = first; i < last; ++i)
-        left.push_back(flowOf(blocks[i], room, setup_));
-    // Near its values on a wide page, else at the right margin.
-    const double x = std::min(room, look::measure(setup_)) + gap;
-    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, x);
+        left.push_back(flowOf(blocks[i], width, setup_));
+    std::shared_ptr<const Flowable> both = sideBySide(std::move(left), right, width + gap);
     if (!both || both->height(0) > 0.6 * body_.height() || both->width() > body_.width() + 1)
         return false;
     items_.push_back({TextBlock(), {}, false, {}, both, true});
@@ -127,9 +132,7 @@ std::shared_ptr<const Flowable> EntryFlows::laidOut(const Item& item) const {
     const double column = look::labelColumn(setup_);
     if (!item.indented && item.label.isEmpty())
         return flowOf(item.block, body_.width(), setup_);
-    const bool table = std::holds_alternative<TableBlock>(item.block);
-    if (table || std::holds_alternative<PictureBlock>(item.block)) {
-        // These take the whole width before they are made smaller.
+    if (std::holds_alternative<TableBlock>(item.block)) { // takes the whole width before its type is made smaller
         std::shared_ptr<const Flowable> flow = flowOf(item.block, body_.width(), setup_);
         return flow->width() <= body_.width() - column ? shifted(flow, column) : flow;
     }
@@ -148,8 +151,8 @@ std::shared_ptr<const Flowable> EntryFlows::flow(int item) {
             kept_ = 1;
         }
         wanted.made = laidOut(wanted);
-        if (wanted.aboveValues)
-            wanted.made = keptWithNext(std::move(wanted.made), body_.height() / 5);
+        if (wanted.keptHeight > 0)
+            wanted.made = keptWithNext(std::move(wanted.made), wanted.keptHeight);
     }
     return wanted.made;
 }

@@ -27,7 +27,7 @@ private:
         std::optional<double> space;            ///< in front, where it is not the flow's own
         std::shared_ptr<const Flowable> made{}; ///< kept for a while
         bool pinned = false;                    ///< made has no block
-        bool aboveValues = false;               ///< said of a variable in front of its values
+        double keptHeight = 0;                  ///< stands with the next one if it is no higher than this
     };
 
     ReportEntry::Kind kind_;
@@ -38,7 +38,7 @@ private:
 
     void add(Block block, QString label);
     void addText(TextBlock block, QString label);
-    void keepAboveValues();
+    void keepTogether();
     /// Values and table of a variable in one row, if there is room.
     bool addBeside(const std::vector<Block>& blocks, size_t first, size_t last);
     std::shared_ptr<const Flowable> laidOut(const Item& item) const;

@@ -18,39 +18,58 @@ namespace {
 
 using Handle = QPDFObjectHandle;
 
-/// What the library reads from: a file of ours that may have no name.
+/// What the library reads from: a file of ours that may have no name. It goes to and fro by a few bytes, so a piece of
+/// the file is kept.
 class Input : public InputSource {
 public:
-    explicit Input(QIODevice& device) : device_(device) {}
+    explicit Input(QIODevice& device) : device_(device), size_(device.size()) {}
 
     qpdf_offset_t findAndSkipNextEOL() override {
-        char c = 0;
-        while (device_.getChar(&c) && c != '\n' && c != '\r') {
-        }
-        const qpdf_offset_t found = device_.pos() - (c == '\n' || c == '\r' ? 1 : 0);
-        while (device_.getChar(&c))
-            if (c != '\n' && c != '\r') {
-                device_.ungetChar(c);
-                break;
-            }
+        const auto isEnd = [](char c) { return c == '\n' || c == '\r'; };
+        while (at_ < size_ && !isEnd(here()))
+            ++at_;
+        const qpdf_offset_t found = at_;
+        while (at_ < size_ && isEnd(here()))
+            ++at_;
         return found;
     }
     std::string const& getName() const override { return name_; }
-    qpdf_offset_t tell() override { return device_.pos(); }
+    qpdf_offset_t tell() override { return at_; }
     void seek(qpdf_offset_t offset, int whence) override {
-        const qint64 from = whence == SEEK_CUR ? device_.pos() : whence == SEEK_END ? device_.size() : 0;
-        device_.seek(from + offset);
+        at_ = offset + (whence == SEEK_CUR ? at_ : whence == SEEK_END ? size_ : 0);
     }
-    void rewind() override { device_.seek(0); }
+    void rewind() override { at_ = 0; }
     size_t read(char* bytes, size_t length) override {
-        last_offset = device_.pos();
-        return static_cast<size_t>(std::max<qint64>(0, device_.read(bytes, static_cast<qint64>(length))));
+        last_offset = at_;
+        size_t done = 0;
+        while (done < length && at_ < size_) {
+            const char* from = &here();
+            const auto run = std::min(length - done, static_cast<size_t>(kept_.constEnd() - from));
+            std::copy_n(from, run, bytes + done);
+            done += run;
+            at_ += static_cast<qpdf_offset_t>(run);
+        }
+        return done;
     }
-    void unreadCh(char) override { device_.seek(device_.pos() - 1); }
+    void unreadCh(char) override { --at_; }
 
 private:
     QIODevice& device_;
+    const qpdf_offset_t size_;
+    qpdf_offset_t at_ = 0, keptFrom_ = 0;
+    QByteArray kept_;
     std::string name_ = "report";
+
+    /// The byte at the place that was reached, which is within the file.
+    const char& here() {
+        if (at_ < keptFrom_ || at_ >= keptFrom_ + kept_.size()) {
+            constexpr qint64 piece = 16384;
+            keptFrom_ = at_;
+            if (!device_.seek(at_) || (kept_ = device_.read(piece)).isEmpty())
+                throw std::runtime_error(device_.errorString().toStdString());
+        }
+        return kept_.constData()[at_ - keptFrom_];
+    }
 };
 
 class Finisher {

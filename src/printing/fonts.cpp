@@ -85,10 +85,16 @@ bool turnsDirection(char32_t character) {
     return (character >= 0x202A && character <= 0x202E) || (character >= 0x2066 && character <= 0x2069);
 }
 
+/// Other forms of the character in front of it, which a font has or has not.
+bool choosesForm(char32_t character) {
+    return (character >= 0xFE00 && character <= 0xFE0F) || (character >= 0xE0100 && character <= 0xE01EF) ||
+           (character >= 0x180B && character <= 0x180D) || character == 0x034F;
+}
+
 /// What a character is printed as; itself in most cases.
 QString printed(char32_t character) {
     using enum QChar::Category;
-    if (turnsDirection(character) || character == 0xFEFF)
+    if (turnsDirection(character) || choosesForm(character) || character == 0xFEFF)
         return {};
     switch (QChar::category(character)) {
     case Separator_Space:
@@ -160,7 +166,9 @@ SetText setText(QString text, const QFont& font, double width, Qt::Alignment ali
     const auto layout = std::make_shared<QTextLayout>(text, font);
     // Without this every line that is painted would have the whole text shaped again.
     layout->setCacheEnabled(true);
-    QTextOption option(alignment);
+    // What is not broken has no margin on the right to stand at, whatever its direction.
+    const bool absolute = width <= 0 || (alignment & (Qt::AlignRight | Qt::AlignHCenter));
+    QTextOption option(absolute ? alignment | Qt::AlignAbsolute : alignment);
     option.setWrapMode(width > 0 ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     option.setTabStopDistance(4 * font.pixelSize());
     layout->setTextOption(option);

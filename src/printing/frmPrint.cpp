@@ -246,6 +246,7 @@ void frmPrint::cmd_OK_Click() {
         // The options as they are now: they may have been changed from here.
         static_cast<ReportRequest&>(*control) = reportRequest(
             source_, {choices_.chosen(), original_->isChecked(), english_->isChecked(), paper()}, gOptions);
+        control->Printer = printers_.names().value(printers_.current());
     }
     accept();
 }

@@ -106,7 +106,7 @@ void addEntry(LinesFlow& flow, const TextBlock& block, double width, const PageS
     } else if (label.isEmpty()) {
         flow.add(name, 0, above);
     } else {
-        flow.add(setText(label, labelFont, room), x, above);
+        flow.add(setText(label, labelFont, room, Qt::AlignLeft | Qt::AlignAbsolute), x, above);
         flow.addBeside(0, name, 0, Qt::black);
     }
     flow.lines.front().rule = ReportPage::Rule{{0, 0, width, 0}, look::hairline * 1.5, Qt::black};

@@ -4,7 +4,7 @@
 
 #include <QFontMetricsF>
 #include <algorithm>
-#include <map>
+#include <deque>
 
 using namespace Qt::StringLiterals;
 
@@ -70,8 +70,9 @@ TextExtent TypeWidths::of(QStringView text) {
 }
 
 TypeWidths& TypeWidths::in(const QFont& font) {
-    static std::map<QString, TypeWidths> widths; // few: reports know six sizes in two families
-    return widths.try_emplace(font.key(), font).first->second;
+    static std::deque<std::pair<QFont, TypeWidths>> widths; // few: reports know six sizes in two families
+    const auto known = std::ranges::find(widths, font, &std::pair<QFont, TypeWidths>::first);
+    return known == widths.end() ? widths.emplace_back(font, TypeWidths(font)).second : known->second;
 }
 
 Figure figureOf(const QString& text) {

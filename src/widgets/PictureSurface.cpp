@@ -3,18 +3,16 @@
 #include "explorer/PictureView.h"
 #include "explorer/ScaledPicture.h"
 #include "widgets/Icons.h"
+#include "widgets/wheel.h"
 
 #include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
-#include <cmath>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double wheelStep = 120;    ///< of one notch
-constexpr double zoomOfNotch = 1.2;  ///< factor
 constexpr double panOfNotch = 60;    ///< pixels
 constexpr double zoomOfKey = 1.25;   ///< factor
 constexpr double panOfKey = 0.1;     ///< share of the surface
@@ -155,7 +153,7 @@ void PictureSurface::wheelEvent(QWheelEvent* event) {
         return QFrame::wheelEvent(event);
     event->accept();
     if (event->modifiers() & Qt::ControlModifier) {
-        view_.zoomAbout(inView(event->position()), std::pow(zoomOfNotch, event->angleDelta().y() / wheelStep));
+        view_.zoomAbout(inView(event->position()), zoomOfWheel(*event));
         viewChanged();
         return;
     }

@@ -118,7 +118,12 @@ TEST(ReportPages, HoldEverythingOnceInOrderWithinTheMargins) {
             const ReportPage page = layout.page(i);
             double lowest = 0;
             QString last;
-            for (const PageText& text : pageTexts(page)) {
+            const std::vector<PageText> texts = pageTexts(page);
+            for (const PageText& text : texts) {
+                for (const PageText& other : texts)
+                    EXPECT_TRUE(&text == &other ||
+                                !text.rect.adjusted(2, 60, -2, -60).intersects(other.rect.adjusted(2, 60, -2, -60)))
+                        << text.text.toStdString() << " over " << other.text.toStdString();
                 EXPECT_TRUE(setup.textArea().adjusted(-2, -2, 2, 2).contains(text.rect))
                     << i << ": " << text.text.toStdString();
                 if (text.rect.bottom() > lowest) {

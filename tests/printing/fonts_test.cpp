@@ -19,6 +19,7 @@ TEST(PrintedText, ShowsEveryCharacterOrItsCode) {
         {u"half "_s + QChar(0xD83D) + u" pair"_s, u"half [U+D83D] pair"_s},
         {u"age\u202Egnorw\u202C 12"_s, u"agegnorw 12"_s},
         {u"\uFEFFmark\u2066s\u2069"_s, u"marks"_s},
+        {u"\u2764\uFE0E"_s, u"\u2764"_s},
         {u"a\uFFFCb"_s, u"a[U+FFFC]b"_s},
     };
     for (const Case& one : cases)
@@ -38,6 +39,8 @@ TEST(PrintedText, BreaksAnywhereOnlyWhereAWordIsTooWide) {
         EXPECT_LE(setText(text, font, 1500).width, 1501);
     EXPECT_LE(setLine(u"W"_s.repeated(300), font, 1500).width, 1500);
     EXPECT_EQ(setText({}, font, 1500).lines(), 1);
+    for (const SetText& line : {setText(u"שלום"_s, font, 0), setLine(u"שלום"_s, font, 3000)})
+        EXPECT_NEAR(line.layout->lineAt(0).naturalTextRect().left(), 0, 1) << "left whatever its direction";
     // A family that nobody has is set like the usual one.
     EXPECT_EQ(textWidth(u"Häufigkeit"_s, reportFont(u"MS Sans Serif"_s, 11)), textWidth(u"Häufigkeit"_s, font));
     EXPECT_EQ(textWidth(u"iiii"_s, reportFont(u"Courier New"_s, 11)),

@@ -65,16 +65,16 @@ struct TreeChoice {
 
 /// A printer of the system, as it is set up.
 struct Printer {
-    QString name;
-    QString place; ///< where it stands, else its queue
-    int paper = 0; ///< code of the paper that it takes by default, 1 to 41; 0 for any other
+    QString name = QString();
+    QString place = QString(); ///< where it stands, else its queue
+    int paper = 0;             ///< code of the paper that it takes by default, 1 to 41; 0 for any other
     bool color = false, landscape = false, isDefault = false;
 };
 
 /// What of a report is to be printed, on what.
 struct PrintJob {
-    QString printer; ///< by name
-    QString title;
+    QString printer = QString(); ///< by name
+    QString title = QString();
     int firstPage = 1, pageCount = 99999; ///< pages of the report, from 1
     int firstPageNumber = 1;              ///< number that stands on the report's first page
     int copies = 1;
