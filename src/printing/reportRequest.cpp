@@ -111,22 +111,3 @@ ReportRequest reportRequest(const PrintSource& source, const PrintOrder& order, 
     request.sourceTable = source.sourceTable;
     return request;
 }
-
-QString selectedId(const ReportRequest& request) {
-    if (request.Studies.size() < 2)
-        return {};
-    const QString inside = request.Studies.mid(1).chopped(1);
-    switch (request.ReportType) {
-    case ReportKind::Category:
-    case ReportKind::CategoryDescription:
-    case ReportKind::CategoryNames:
-        return inside.section(u' ', 0, 0);
-    case ReportKind::StudyNames:
-        return inside.endsWith(u' ') ? inside.chopped(1) : inside;
-    case ReportKind::Variables:
-    case ReportKind::StudyDescription:
-    case ReportKind::Database:
-        break;
-    }
-    return inside;
-}

@@ -18,6 +18,3 @@ ReportRequest reportRequest(const PrintSource& source, const PrintOrder& order, 
 /// Code of a place on the page. The page number's "botmiddle" is the top middle.
 qint16 dateLocation(const QString& word);
 qint16 pageNumberLocation(const QString& word);
-
-/// The id in a request's selection, of whatever kind; empty where it holds none, as for all of a view.
-QString selectedId(const ReportRequest& request);

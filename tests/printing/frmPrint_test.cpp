@@ -6,6 +6,7 @@
 #include "editing/frmDocument.h"
 #include "explorer/frmExplorer.h"
 #include "printing/PrinterCTL.h"
+#include "printing/ReportSelection.h"
 #include "printing/frmPrint.h"
 #include "printing/paperNames.h"
 #include "widgets/VariableListView.h"
@@ -190,7 +191,7 @@ TEST_F(PrintDialog, OptionsThatAreAppliedFromItAreThoseOfTheReport) {
     ASSERT_EQ(shown.size(), 1u);
     EXPECT_EQ(shown[0].Orientation, 1);
     EXPECT_EQ(shown[0].ReportType, ReportKind::Category);
-    EXPECT_EQ(selectedId(shown[0]), id);
+    EXPECT_EQ(selectedKey(shown[0]), id);
     gOptions = {};
 }
 

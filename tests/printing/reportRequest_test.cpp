@@ -1,5 +1,6 @@
 #include "config/Options.h"
 #include "printing/PrintChoices.h"
+#include "printing/ReportSelection.h"
 #include "printing/reportRequest.h"
 #include "support/PrintQt.h"
 
@@ -258,17 +259,17 @@ TEST(ReportRequests, TheSelectedIdIsReadBackWhateverStandsInItsName) {
         const PrintSource ofStudy = row(node(studies, study, text(letters, 0)), study, {});
         const PrintSource ofTopic = node(topics, category, text(letters, 0));
         for (const PrintChoice choice : {NodeVariables, Description, Names}) {
-            EXPECT_EQ(selectedId(reportRequest(ofStudy, {.choice = choice}, {})), study);
-            EXPECT_EQ(selectedId(reportRequest(ofTopic, {.choice = choice}, {})), category);
+            EXPECT_EQ(selectedKey(reportRequest(ofStudy, {.choice = choice}, {})), study);
+            EXPECT_EQ(selectedKey(reportRequest(ofTopic, {.choice = choice}, {})), category);
         }
     }
-    EXPECT_EQ(selectedId(reportRequest(studies, {.choice = Names}, {})), QString());
+    EXPECT_EQ(selectedKey(reportRequest(studies, {.choice = Names}, {})), QString());
     ReportRequest damaged;
     for (const QString& selection : {u""_s, u"@"_s, u"@@"_s})
         for (const ReportKind kind : {ReportKind::Variables, ReportKind::CategoryNames, ReportKind::StudyNames}) {
             damaged.Studies = selection;
             damaged.ReportType = kind;
-            EXPECT_EQ(selectedId(damaged), QString());
+            EXPECT_EQ(selectedKey(damaged), QString());
         }
 }
 
