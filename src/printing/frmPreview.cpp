@@ -237,11 +237,18 @@ void frmPreview::closeEvent(QCloseEvent* event) {
     event->accept();
 }
 
+/// What was begun to be typed is forgotten.
+void frmPreview::leaveFields() {
+    for (QSpinBox* field : {txtPage_, txtZoom_})
+        field->setValue(field->value());
+    area_->setFocus();
+}
+
 void frmPreview::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && model_->state() == PreviewModel::State::Going)
         onGesture([this] { cmdStop_Click(); });
     else if (event->key() == Qt::Key_Escape)
-        area_->setFocus();
+        leaveFields();
     else if (event->key() == Qt::Key_F3)
         change([&] { model_->findNext(event->modifiers().testFlag(Qt::ShiftModifier)); });
     else

@@ -74,4 +74,5 @@ private:
     void showState();
     void showStop(PreviewModel::State state);
     void nameControls();
+    void leaveFields();
 };

@@ -95,7 +95,8 @@ QString reportOutput::print(ReportRun& run, const QString& printer) {
     if (!reason.isEmpty())
         say(TranslateText(u"Der Bericht konnte nicht gedruckt werden:"_s) + u"\r\n"_s + reason);
     if (!reason.isEmpty() || progress.stopped())
-        return reason.isEmpty() ? TranslateText(u"Der Druck wurde angehalten."_s) : QString();
+        return reason.isEmpty() ? TranslateText(u"Der Druck wurde angehalten; was der Drucker schon hat, druckt er."_s)
+                                : QString();
     return TranslateText(u"Gedruckt:"_s) + u' ' + titleOf(run);
 }
 

@@ -59,6 +59,7 @@ TEST(MainMenuRules, WhatCanBeUsedFollowsTheCatalogueAndTheActiveWindow) {
     };
     for (const Case& c : {Case{Active::None, {}, false}, Case{Active::Explorer, ofWindows, true},
                           Case{Active::Analysis, ofWindows, false}, Case{Active::Document, ofWindows.mid(1), false},
+                          Case{Active::Preview, {u"mnuFilePrint"_s, u"mnuFileClose"_s}, false},
                           Case{Active::Other, ofWindows.mid(3), false}}) {
         const MainState open{.catalogueOpen = true, .active = c.active};
         EXPECT_EQ(menuEnabledOf(menus, open), menus);

@@ -109,6 +109,10 @@ TEST_F(frmPreviewTest, ShowsTheFirstPageAtOnceAndIsLedByKeys) {
     press(Qt::Key_Return);
     EXPECT_EQ(page(), 7);
     EXPECT_TRUE(pages->hasFocus()) << "the keys are those of the pages again";
+    press(Qt::Key_G, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), u"2"_s);
+    press(Qt::Key_Escape);
+    EXPECT_TRUE(pages->hasFocus() && page() == 7) << "what was begun is forgotten";
     press(Qt::Key_Left, Qt::AltModifier);
     EXPECT_EQ(page(), 5);
 }
