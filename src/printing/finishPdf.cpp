@@ -92,6 +92,7 @@ public:
             root.replaceKey("/Outlines", outlines);
             root.replaceKey("/PageMode", Handle::newName("/UseOutlines"));
         }
+        partPages(root.getKey("/Pages"));
     }
 
 private:
@@ -157,6 +158,27 @@ private:
         if (after != before)
             contents.replaceStreamData(qCompress(after).mid(lengthInFront).toStdString(),
                                        Handle::newName("/FlateDecode"), Handle::newNull());
+    }
+
+    /// The format has arrays of 8,191 at most, and a reader finds a page of a tree sooner.
+    void partPages(Handle tree) {
+        constexpr size_t mostOfNode = 1000;
+        if (pages_.size() <= mostOfNode)
+            return;
+        Handle nodes = Handle::newArray();
+        for (size_t first = 0; first < pages_.size(); first += mostOfNode) {
+            const auto begin = pages_.begin() + static_cast<std::ptrdiff_t>(first);
+            std::vector<Handle> part(begin,
+                                     begin + static_cast<std::ptrdiff_t>(std::min(mostOfNode, pages_.size() - first)));
+            Handle node = pdf_.makeIndirectObject(Handle::parse("<< /Type /Pages >>"));
+            for (Handle& page : part)
+                page.replaceKey("/Parent", node);
+            node.replaceKey("/Parent", tree);
+            node.replaceKey("/Count", Handle::newInteger(static_cast<long long>(part.size())));
+            node.replaceKey("/Kids", Handle::newArray(part));
+            nodes.appendItem(node);
+        }
+        tree.replaceKey("/Kids", nodes);
     }
 
     /// A tree of numbers: where they go on by one, a page says nothing of its own.

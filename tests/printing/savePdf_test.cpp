@@ -49,7 +49,7 @@ struct MadeReport {
         outline.entries.push_back(entry);
         texts << text;
     }
-    double headingAt(int entry) const { return 1000 + 97 * entry; }
+    double headingAt(int entry) const { return 1000 + 97 * (entry % 90); }
     ReportPage page(int index) const {
         ReportPage page;
         page.size = setup.page;
@@ -206,6 +206,21 @@ TEST(SavePdf, TextIsFoundAsItIsTyped) {
     EXPECT_GE(poppler::fonts(file).size(), 2);
     for (const poppler::Font& font : poppler::fonts(file))
         EXPECT_TRUE(font.embedded && font.unicode) << qPrintable(font.name);
+}
+
+TEST(SavePdf, AThousandPagesAndMoreStandInATree) {
+    SKIP_WITHOUT_POPPLER();
+    const TestHome home;
+    const QString file = MadeReport(1100).save(home);
+    const QStringList pages = poppler::pages(file);
+    ASSERT_EQ(pages.size(), 1101);
+    for (const int entry : {0, 998, 999, 1099})
+        EXPECT_EQ(pages.at(entry + 1).trimmed(), u"Text %1"_s.arg(entry));
+    int kids = 0;
+    static const QRegularExpression list(u"/Kids \\[([^\\]]*)\\]"_s);
+    for (auto match = list.globalMatch(QString::fromLatin1(bytesOf(file))); match.hasNext(); ++kids)
+        EXPECT_LE(match.next().captured(1).count(u" R"_s), 1000);
+    EXPECT_EQ(kids, 3);
 }
 
 TEST(SavePdf, AFontsTableNamesPlainLetters) {
