@@ -12,11 +12,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr double cellAir = 0.14;     ///< above and below the text of a cell, in ems of its type
-constexpr double tallRow = 480;      ///< from that height on a row was made higher on purpose, in twips
-constexpr double mostForHeads = 0.3; ///< that heads may take where they are repeated, and that a kept height is
-constexpr double partingRow = 0.5;   ///< height of a row without a text, in ems
-constexpr int fewRows = 5;           ///< stay together
+constexpr double cellAir = 0.14;          ///< above and below the text of a cell, in ems of its type
+constexpr double tallRow = 480;           ///< from that height on a row was made higher on purpose, in twips
+constexpr double mostForHeads = 0.3;      ///< that heads may take where they are repeated, and that a kept height is
+constexpr double partingRow = 0.5;        ///< height of a row without a text, in ems
+constexpr int fewRows = 5, someRows = 16; ///< stay together; do so if they are low
 const QColor rowRule(0xd4, 0xd4, 0xd4);
 constexpr double rowRuleWidth = 4;
 
@@ -90,6 +90,7 @@ private:
     Qt::Alignment downwards(const TablePlan::Column& column, int row) const;
     double leastHeight(int row) const;
     bool partsRows(int row) const;
+    bool staysTogether(int part) const;
     void addRule(SetRow& into, int part, double y, double ruleWidth, const QColor& color) const;
     void setBelow(const QStringList& notes, double room);
 };
@@ -151,13 +152,13 @@ Qt::Alignment TableFlow::alignment(const TablePlan::Column& column, int row) con
     return head || figureOf(table_.Cell(column.index, row)) != Figure::None ? Qt::AlignRight : Qt::AlignLeft;
 }
 
-/// In a row of the usual height all cells begin on its first line.
+/// In a row of the usual height all cells begin on its first line, and all heads end on its last.
 Qt::Alignment TableFlow::downwards(const TablePlan::Column& column, int row) const {
     int kept = table_.CellAlignment(column.index, row);
     if (kept == 0)
         kept = table_.ColAlignment(column.index);
     if (table_.RowHeight(row) < tallRow || kept < 1 || kept > 8)
-        return Qt::AlignTop;
+        return row < table_.FixedRows ? Qt::AlignBottom : Qt::AlignTop;
     constexpr Qt::AlignmentFlag down[] = {Qt::AlignTop, Qt::AlignVCenter, Qt::AlignBottom};
     return down[kept % 3];
 }
@@ -336,7 +337,18 @@ bool TableFlow::mayEndAfter(int row) const {
         return true;
     if (height(row) > setup_.textArea().height() / 5)
         return true;
-    return count > fewRows && place.body > 0 && place.body + 2 != count;
+    return place.body > 0 && place.body + 2 != count && !staysTogether(place.part);
+}
+
+/// A small part of a page, or a few rows: two halves of it would be harder to read than a shorter page.
+bool TableFlow::staysTogether(int part) const {
+    const int count = bodyCount();
+    if (count <= fewRows || count > someRows)
+        return count <= fewRows;
+    double all = 0;
+    for (int body = 0; body < count; ++body)
+        all += height(part * (1 + count) + 1 + body);
+    return all < setup_.textArea().height() / 4;
 }
 
 double TableFlow::headHeight(int row) const {

@@ -15,7 +15,7 @@ namespace {
 constexpr double largestPoints = 36;
 /// In ems: no line of a cell is longer as long as the table wraps at all; a text keeps that much before the type gets
 /// smaller, and so does the head of a column of figures; a word that is longer is broken.
-constexpr double widestText = 34, comfortableText = 14, comfortableHead = 4.5, longestWord = 12, shortHead = 7,
+constexpr double widestText = 34, comfortableText = 14, comfortableHead = 4.5, longestWord = 12, shortHead = 9,
                  leastColumn = 3;
 
 bool hasMarks(const ResultTable& table) {
@@ -46,10 +46,16 @@ bool isBlank(const ResultTable& table, int firstColumn, int lastColumn, int firs
     return true;
 }
 
-/// A sum that a view of percentages has not: its word, and nothing below it. A category has a code above its label.
+/// A sum that a view of percentages has not: its word, and nothing below it. A category has a code that is a number, or
+/// a label too.
 bool isEmptySum(const ResultTable& table, int column, int fixedRows) {
-    return table.Tag == TableKind::Crosstab && column > markColumn && table.Rows() > fixedRows &&
-           isBlank(table, column, column, 0, 0) && isBlank(table, column, column, fixedRows, table.Rows() - 1);
+    if (table.Tag != TableKind::Crosstab || column <= markColumn || table.Rows() <= fixedRows)
+        return false;
+    int heads = 0;
+    for (int row = 0; row < fixedRows; ++row)
+        if (const QString& head = table.Cell(column, row); !head.trimmed().isEmpty())
+            heads += figureOf(head) == Figure::None ? 1 : 2;
+    return heads <= 1 && isBlank(table, column, column, fixedRows, table.Rows() - 1);
 }
 
 /// What a column's cells need. Lengths without padding.

@@ -295,7 +295,7 @@ TEST(TablePlan, LeavesOutWhatIsHiddenAndMarksWithoutAny) {
     EXPECT_EQ(shownOf(made(TableKind::Descriptives, {})), u"0/1234/01234"_s);
     ResultTable percents = made(TableKind::Crosstab, u"X"_s);
     for (int row = 0; row < 5; ++row)
-        percents.setCell(4, row, row == 1 ? u"Summe"_s : QString());
+        percents.setCell(4, row, row == 0 ? u"Summe"_s : QString());
     percents.FixedRows = percents.FixedCols = 2;
     EXPECT_EQ(shownOf(percents), u"01/234/0123"_s);
     percents.setCell(4, 0, u"4"_s);
