@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype longestStretch = 2000;
+constexpr qsizetype longestStretch = 2000, longestWordStretch = 400;
 constexpr double hair = 0.01; ///< of a twip: what sums of heights are exact to
 
 /// Where a stretch ends that begins at a place: behind a line's end, before a blank, at least between two letters.
@@ -18,11 +18,13 @@ qsizetype endOfStretch(const QString& text, qsizetype from) {
     for (const QChar sign : {u'\n', u' '})
         if (const qsizetype found = text.lastIndexOf(sign, most); found > from + longestStretch / 2)
             return found;
+    // A word without an end takes the most time of all.
+    const qsizetype middle = from + longestWordStretch;
     // A letter with all its marks is no longer than that; what is longer is none.
-    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, QStringView(text).mid(most - 50, 100).toString());
+    QTextBoundaryFinder letters(QTextBoundaryFinder::Grapheme, text.mid(middle - 50, 100));
     letters.setPosition(50);
     const qsizetype end = letters.isAtBoundary() ? 50 : letters.toPreviousBoundary();
-    return most - 50 + (end > 0 ? end : 50);
+    return middle - 50 + (end > 0 ? end : 50);
 }
 
 } // namespace

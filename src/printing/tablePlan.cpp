@@ -18,6 +18,9 @@ constexpr double largestPoints = 36;
 constexpr double widestText = 34, comfortableText = 14, comfortableHead = 4.5, longestWord = 12, shortHead = 9,
                  leastColumn = 3;
 
+/// So many texts of a column are shaped to find its width.
+constexpr int mostShaped = 300;
+
 bool hasMarks(const ResultTable& table) {
     return table.Tag == TableKind::Frequency || table.Tag == TableKind::Crosstab || table.Tag == TableKind::Comparison;
 }
@@ -111,10 +114,20 @@ private:
     void measureBody(int column, Needs& needs, double& text, double& word, double& figure) {
         bool figures = true, numbers = true, any = false;
         double whole = 0;
+        int shaped = 0;
+        qsizetype longest = 0;
         for (const int row : plan_.body) {
             const QString& cell = table_.Cell(column, row);
             if (cell.isEmpty())
                 continue;
+            // Of thousands of texts that must be shaped the longest ones tell enough: a wider one wraps.
+            if (!TypeWidths::isSimple(cell)) {
+                if (++shaped > mostShaped && cell.size() <= longest) {
+                    figures = numbers = false;
+                    continue;
+                }
+                longest = std::max(longest, cell.size());
+            }
             const TextExtent extent = regular_.of(cell);
             if (isRowOfMarks(table_, row)) {
                 word = std::max(word, extent.word);

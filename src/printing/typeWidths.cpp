@@ -42,6 +42,10 @@ double TypeWidths::letter(char16_t sign) {
     return known;
 }
 
+bool TypeWidths::isSimple(QStringView text) {
+    return std::ranges::all_of(text, [](QChar c) { return standsAlone(c.unicode()) || isIdeograph(c.unicode()); });
+}
+
 TextExtent TypeWidths::of(QStringView text) {
     TextExtent extent{.width = 0, .word = 0, .plain = true};
     double word = 0;

@@ -19,6 +19,8 @@ public:
     explicit TypeWidths(const QFont& font) : font_(font), known_(0x530, -1) {}
 
     TextExtent of(QStringView text);
+    /// Whether the widths of its letters tell that of a text; any other has to be shaped, which takes its time.
+    static bool isSimple(QStringView text);
     const QFont& font() const { return font_; }
 
     /// The one for a font, kept for the next table in it.
