@@ -3,6 +3,7 @@
 #include <QProcess>
 #include <QStandardPaths>
 #include <QXmlStreamReader>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -19,17 +20,12 @@ QString output(const QString& program, const QStringList& arguments) {
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
-/// Reads the elements of the pages' texts and of the outline. What stands in front of a page is no XML.
 QXmlStreamReader::Error read(const QString& xml, const std::function<void(QXmlStreamReader&)>& element) {
     QXmlStreamReader reader(xml);
     while (!reader.atEnd())
         if (reader.readNext(); reader.isStartElement() || reader.isEndElement())
             element(reader);
     return reader.error();
-}
-
-QString asXml(const QString& file) {
-    return output(u"pdftohtml"_s, {u"-xml"_s, u"-i"_s, u"-stdout"_s, file});
 }
 
 } // namespace
@@ -88,41 +84,24 @@ QMap<QString, QString> poppler::info(const QString& file) {
     return info;
 }
 
-std::vector<poppler::Bookmark> poppler::bookmarks(const QString& file) {
-    std::vector<Bookmark> marks;
-    int level = -1;
-    // The outline stands at the end; links into other pages have lines of their own before each page.
-    const QString xml = asXml(file);
-    const qsizetype begin = xml.indexOf(u"<outline>"_s), end = xml.lastIndexOf(u"</outline>"_s);
-    if (begin < 0)
-        return marks;
-    const auto error = read(xml.mid(begin, end + 10 - begin), [&](QXmlStreamReader& reader) {
+poppler::Navigation poppler::navigation(const QString& file) {
+    Navigation found;
+    const QString xml = output(u"pdftohtml"_s, {u"-xml"_s, u"-i"_s, u"-stdout"_s, file});
+    int level = -1, page = 0;
+    const auto error = read(xml, [&](QXmlStreamReader& reader) {
+        const bool begins = reader.isStartElement();
         if (reader.name() == u"outline")
-            level += reader.isStartElement() ? 1 : -1;
-        else if (reader.name() == u"item" && reader.isStartElement()) {
-            const int page = reader.attributes().value(u"page"_s).toInt();
-            marks.push_back({level, page, reader.readElementText()});
+            level += begins ? 1 : -1;
+        else if (begins && reader.name() == u"page")
+            ++page;
+        else if (begins && reader.name() == u"item") {
+            const int target = reader.attributes().value(u"page"_s).toInt();
+            found.bookmarks.push_back({level, target, reader.readElementText()});
+        } else if (begins && reader.name() == u"a") {
+            const int target = reader.attributes().value(u"href"_s).toString().section(u'#', 1).toInt();
+            found.links.push_back({page, target, reader.readElementText(QXmlStreamReader::IncludeChildElements)});
         }
     });
     EXPECT_EQ(error, QXmlStreamReader::NoError);
-    return marks;
-}
-
-std::vector<poppler::Link> poppler::links(const QString& file) {
-    std::vector<Link> links;
-    QString xml = asXml(file);
-    xml.truncate(xml.indexOf(u"<outline>"_s) < 0 ? xml.size() : xml.indexOf(u"<outline>"_s));
-    if (!xml.endsWith(u"</pdf2xml>\n"_s))
-        xml += u"</pdf2xml>"_s;
-    int page = 0;
-    read(xml, [&](QXmlStreamReader& reader) {
-        if (!reader.isStartElement())
-            return;
-        page += reader.name() == u"page" ? 1 : 0;
-        if (reader.name() == u"a") {
-            const int target = reader.attributes().value(u"href"_s).toString().section(u'#', 1).toInt();
-            links.push_back({page, target, reader.readElementText(QXmlStreamReader::IncludeChildElements)});
-        }
-    });
-    return links;
+    return found;
 }

@@ -40,7 +40,6 @@ struct Bookmark {
     QString title;
     bool operator==(const Bookmark&) const = default;
 };
-std::vector<Bookmark> bookmarks(const QString& file);
 
 /// A text that leads to a page.
 struct Link {
@@ -48,7 +47,11 @@ struct Link {
     QString text;
     bool operator==(const Link&) const = default;
 };
-std::vector<Link> links(const QString& file);
+struct Navigation {
+    std::vector<Bookmark> bookmarks;
+    std::vector<Link> links;
+};
+Navigation navigation(const QString& file);
 
 } // namespace poppler
 
