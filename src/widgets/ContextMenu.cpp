@@ -10,6 +10,7 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -103,7 +104,27 @@ void ContextMenu::addCommands(QMenu& menu, const QStringList& names) {
         if (name.isEmpty())
             menu.addSeparator();
         else if (QAction* command = desktop().command(name))
-            menu.addAction(command);
+            addCommand(menu, *command);
+}
+
+/// Letters are chosen for the menus of the frame. Where one is taken here the entry has none.
+void ContextMenu::addCommand(QMenu& menu, QAction& command) {
+    const auto letterOf = [](const QAction* entry) { return QKeySequence::mnemonic(entry->text()); };
+    const QKeySequence letter = letterOf(&command);
+    const QList<QAction*> entries = menu.actions();
+    if (letter.isEmpty() || std::ranges::find(entries, letter, letterOf) == entries.end()) {
+        menu.addAction(&command);
+        return;
+    }
+    QAction* entry = menu.addAction(command.icon(), command.text().remove(u'&'));
+    entry->setObjectName(command.objectName());
+    entry->setShortcut(command.shortcut());
+    entry->setShortcutContext(Qt::WidgetShortcut); // shown only: the key is the command's
+    entry->setEnabled(command.isEnabled());
+    entry->setCheckable(command.isCheckable());
+    entry->setChecked(command.isChecked());
+    entry->setToolTip(command.toolTip());
+    QObject::connect(entry, &QAction::triggered, &command, &QAction::trigger);
 }
 
 void ContextMenu::addButton(QMenu& menu, QAbstractButton& button) {

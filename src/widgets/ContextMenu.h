@@ -7,6 +7,7 @@
 
 class QAbstractButton;
 class QAbstractItemView;
+class QAction;
 class QMenu;
 class QWidget;
 
@@ -45,4 +46,5 @@ private:
     bool click(QEvent& event);
     void open(const QPoint& place);
     void openAtCurrent();
+    static void addCommand(QMenu& menu, QAction& command);
 };
