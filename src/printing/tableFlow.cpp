@@ -62,7 +62,7 @@ private:
     ResultTable table_;
     TablePlan plan_;
     QString title_;
-    double width_ = 0;
+    double width_ = 0, titleWidth_ = 0;
     std::vector<SetText> below_;
     std::vector<double> partHeights_; ///< of the heads of each part without title
     mutable std::vector<double> heights_;
@@ -101,8 +101,9 @@ TableFlow::TableFlow(const TableBlock& block, double room, const PageSetup& setu
       plan_(TablePlan::of(table_, type_, room, setup.tableZoom)), title_(printable(block.title).trimmed()) {
     for (int part = 0; part < static_cast<int>(plan_.parts.size()); ++part)
         width_ = std::max(width_, partWidth(part));
-    // A title is not broken more often than it must, however narrow the table.
-    const double beside = std::min(room, std::max(width_, 26 * look::em(setup)));
+    // A title is not broken more often than it must, however narrow the table, and its lines are no longer than others.
+    const double beside = std::min(room, std::clamp(width_, 26 * look::em(setup), look::measure(setup)));
+    titleWidth_ = beside;
     setBelow(block.notes, beside);
     if (!title_.isEmpty() || !below_.empty())
         width_ = std::max(width_, beside);
@@ -252,7 +253,7 @@ SetRow TableFlow::buildHeads(int part, bool again) const {
         row.texts.push_back({end, {title_.isEmpty() ? 0 : start.width + gap, y}, 1, look::quietColor});
         y += end.height() + 0.25 * em;
     } else if (!title_.isEmpty()) {
-        y += row.add(setStretches(title_, titleFont, width_), {0, y}) + 0.25 * em;
+        y += row.add(setStretches(title_, titleFont, titleWidth_), {0, y}) + 0.25 * em;
     }
     const bool heads = !again || partHeights_[static_cast<size_t>(part)] <= mostForHeads * setup_.textArea().height();
     if (plan_.parts.empty() || !heads) {

@@ -93,6 +93,28 @@ TEST(Pictures, FiftyMegapixelsAreReadAndNoMore) {
     EXPECT_FALSE(readPicture(bmp));
 }
 
+TEST(Pictures, AreReadNoLargerThanAskedAndTheirHeadTellsTheSameSize) {
+    // Behind the start of a JPEG file: a note that it is to be turned by a quarter (orientation 6).
+    const QByteArray turned =
+        QByteArray::fromHex("FFE100224578696600004949 2A0008000000 0100 1201 0300 01000000 06000000 00000000");
+    for (const QByteArray& format : {QByteArray("png"), QByteArray("jpeg")}) {
+        QByteArray bytes = fileOf(noise(400, 100), format);
+        for (const bool upright : {true, false}) {
+            if (!upright)
+                bytes.insert(2, turned);
+            if (!upright && format != "jpeg")
+                continue;
+            const QSize whole = upright ? QSize(400, 100) : QSize(100, 400);
+            EXPECT_EQ(readPictureHead(bytes).size, whole) << format.toStdString();
+            EXPECT_EQ(readPicture(bytes).image.size(), whole) << format.toStdString();
+            EXPECT_EQ(readPicture(bytes, {50, 50}).image.size(), whole.scaled(50, 50, Qt::KeepAspectRatio));
+            EXPECT_EQ(readPicture(bytes, {5000, 5000}).image.size(), whole) << "never enlarged";
+        }
+    }
+    EXPECT_EQ(readPictureHead("nothing").fault, PictureFault::Unknown);
+    EXPECT_EQ(readPictureHead(fileOf(noise(9, 9), "jpeg").left(99)).fault, PictureFault::Damaged);
+}
+
 TEST(Pictures, OfAFileOnlyWhatIsAFile) {
     const TestHome home;
     const QString path = home.path(u"card.PNG"_s);
