@@ -20,7 +20,7 @@ constexpr int openingWait = 300;
 /// Variables that may fail before the catalogue counts as unreadable.
 constexpr int mostFailures = 20;
 /// Variables that are read together at most, and characters of their long texts and pictures.
-constexpr size_t mostTogether = 64;
+constexpr size_t mostTogether = 64, mostWithGraphs = 16;
 constexpr qsizetype mostCharacters = 700'000;
 
 } // namespace
@@ -148,6 +148,11 @@ void ReportReader::beginBatch() {
 }
 
 void ReportReader::finishBatch() {
+    if (batch_->isTooLarge()) {
+        together_ = std::max<size_t>(1, batchEntries_.size() / 4);
+        batch_.reset();
+        return;
+    }
     for (size_t i = 0; i < batchEntries_.size(); ++i)
         keep(batchEntries_[i], batch_->variables()[i].toBytes());
     // As many next time as are short enough to be held together, by what these took.

@@ -19,8 +19,10 @@ namespace {
 const QString variableTable = u"tkey_Variable"_s, valueTable = u"tkey_Value"_s;
 /// How often what another program has written to meanwhile is read again.
 constexpr int mostTries = 5;
-/// Values that are read at a time of several variables.
-constexpr int mostValues = 100'000;
+/// Values that are read at a time of several variables: more would take longer than an event may wait.
+constexpr int mostValues = 20'000;
+/// Characters that a value counts for in what a batch takes.
+constexpr qsizetype charactersOfAValue = 30;
 /// A larger file is no show card; the whole of one is held while it is read.
 constexpr qint64 mostCardBytes = 64LL << 20;
 
@@ -33,10 +35,10 @@ VariableBatch::VariableBatch(ReportCatalogue& catalogue, Spool& spool, const Var
         byName_[dao::foldedText(asked_[i].name)].push_back(static_cast<int>(i));
 }
 
-QString VariableBatch::condition(const QString& nameColumn, size_t first, size_t count) const {
+QString VariableBatch::condition(const QString& nameColumn) const {
     QStringList names;
-    for (size_t i = first; i < first + count; ++i)
-        names << quoted(asked_[i].name);
+    for (const VariableRecord& variable : asked_)
+        names << quoted(variable.name);
     return u"fi_StudyNo = "_s + quoted(asked_.front().study) + u" AND "_s + nameColumn + u" IN ("_s +
            names.join(u", "_s) + u')';
 }
@@ -53,8 +55,10 @@ void VariableBatch::readCatalogue() {
         const std::vector<qint64> before = version();
         variables_ = asked_;
         characters_ = 0;
+        isTooLarge_ = !readValues();
+        if (isTooLarge_)
+            return;
         readRows();
-        readValues();
         for (const AssignmentView& view : wishes_.views)
             readAssignments(view);
         if (version() == before)
@@ -69,7 +73,7 @@ bool VariableBatch::step() {
     else if (nextCard_ < variables_.size())
         for (VariableRecord::Picture& picture : variables_[nextCard_++].cards)
             picture = card(picture.name, picture.mark);
-    return wishes_.cards && nextCard_ < variables_.size();
+    return !isTooLarge_ && wishes_.cards && nextCard_ < variables_.size();
 }
 
 /// The record that a row of this name is for: rows that share one, which only a damaged catalogue has, each take the
@@ -97,7 +101,7 @@ void VariableBatch::readRows() {
     const QStringList columns = catalogue_.present(variableTable, wanted);
     const dao::RecordsetPtr rows =
         catalogue_.rows(u"SELECT "_s + (QStringList{u"id_VarName"_s} + columns).join(u", "_s) + u" FROM "_s +
-                        variableTable + u" WHERE "_s + condition(u"id_VarName"_s, 0, asked_.size()) + u';');
+                        variableTable + u" WHERE "_s + condition(u"id_VarName"_s) + u';');
     QHash<QString, size_t> taken;
     for (; !rows->Eof(); rows->MoveNext()) {
         VariableRecord* const variable = next(taken, rows->value(0).toText());
@@ -128,32 +132,24 @@ void VariableBatch::readMemos(VariableRecord& variable, const dao::Recordset& ro
                    variable.tableLayout.size() + graph.size();
 }
 
-void VariableBatch::readValues() {
+/// @return false if there are too many
+bool VariableBatch::readValues() {
     if (!catalogue_.has(valueTable, {u"fi_StudyNo"_s, u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s}))
-        return;
-    const auto read = [&](size_t first, size_t count, int limit) {
-        const dao::RecordsetPtr rows = catalogue_.rows(
-            u"SELECT TOP %1 fi_VarName, dt_Value, dt_Label FROM %2 WHERE %3 ORDER BY fi_VarName, dt_Value;"_s
-                .arg(limit + 1)
-                .arg(valueTable, condition(u"fi_VarName"_s, first, count)));
-        if (rows->RecordCount() > limit && count > 1)
-            return false;
-        for (int row = 0; !rows->Eof() && row < limit; rows->MoveNext(), ++row)
-            for (const int at : byName_.value(dao::foldedText(rows->value(0).toText())))
-                variables_[static_cast<size_t>(at)].values.push_back(
-                    {rows->value(1).toText(), rows->value(2).toText()});
-        if (rows->RecordCount() > limit)
-            variables_[first].valuesCut = true;
         return true;
-    };
-    if (!read(0, asked_.size(), asked_.size() > 1 ? mostValues : VariableValues::most))
-        for (size_t i = 0; i < asked_.size(); ++i)
-            read(i, 1, VariableValues::most);
-    for (VariableRecord& variable : variables_)
-        if (variable.values.size() > static_cast<size_t>(VariableValues::most)) {
-            variable.values.resize(static_cast<size_t>(VariableValues::most));
-            variable.valuesCut = true;
-        }
+    const bool several = asked_.size() > 1;
+    const int limit = several ? mostValues : VariableValues::most;
+    const dao::RecordsetPtr rows = catalogue_.rows(
+        u"SELECT TOP %1 fi_VarName, dt_Value, dt_Label FROM %2 WHERE %3 ORDER BY fi_VarName, dt_Value;"_s.arg(limit + 1)
+            .arg(valueTable, condition(u"fi_VarName"_s)));
+    const bool cut = rows->RecordCount() > limit;
+    if (cut && several)
+        return false;
+    for (int row = 0; !rows->Eof() && row < limit; rows->MoveNext(), ++row)
+        for (const int at : byName_.value(dao::foldedText(rows->value(0).toText())))
+            variables_[static_cast<size_t>(at)].values.push_back({rows->value(1).toText(), rows->value(2).toText()});
+    variables_.front().valuesCut = cut;
+    characters_ += charactersOfAValue * rows->RecordCount();
+    return true;
 }
 
 void VariableBatch::readAssignments(const AssignmentView& view) {

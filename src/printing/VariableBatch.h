@@ -36,7 +36,9 @@ public:
     bool step();
     const std::vector<VariableRecord>& asked() const { return asked_; }
     const std::vector<VariableRecord>& variables() const { return variables_; }
-    /// Characters of what is long: question texts, tables, graphs.
+    /// Their values are too many for one step: nothing was read, fewer variables are to be tried.
+    bool isTooLarge() const { return isTooLarge_; }
+    /// Characters of what may be long: question texts, values, tables, graphs.
     qsizetype characters() const { return characters_; }
 
 private:
@@ -45,17 +47,17 @@ private:
     const VariableWishes& wishes_;
     std::vector<VariableRecord> asked_, variables_;
     QHash<QString, std::vector<int>> byName_; ///< folded
-    bool isRead_ = false;
+    bool isRead_ = false, isTooLarge_ = false;
     size_t nextCard_ = 0;
     qsizetype characters_ = 0;
 
     void readCatalogue();
     void readRows();
     void readMemos(VariableRecord& variable, const dao::Recordset& row);
-    void readValues();
+    bool readValues();
     void readAssignments(const AssignmentView& view);
     VariableRecord::Picture card(const QString& name, const QString& mark);
-    QString condition(const QString& nameColumn, size_t first, size_t count) const;
+    QString condition(const QString& nameColumn) const;
     std::vector<qint64> version();
     VariableRecord* next(QHash<QString, size_t>& taken, const QString& name);
 };

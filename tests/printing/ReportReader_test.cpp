@@ -256,6 +256,31 @@ TEST_F(Reports, ValuesStandAsNumbersTheMissingOnesBelowAndTheDefinitionInWords) 
         << "a study whose number is a pattern has its own values only";
 }
 
+TEST_F(Reports, LongListsOfValuesAreReadApartAndAreCutWhereNoTableWouldEnd) {
+    const dao::DatabasePtr open = dao::DBEngine::instance().OpenDatabase(catalogue.path());
+    dao::DBEngine::instance().Workspaces(0).BeginTrans();
+    const auto values =
+        open->openAppender(u"tkey_Value"_s, {u"fi_StudyNo"_s, u"fi_VarName"_s, u"dt_Value"_s, u"dt_Label"_s});
+    for (const auto& [variable, count] :
+         {std::pair{u"V3"_s, 15'000}, std::pair{u"V6"_s, 25'000}, std::pair{u"V8"_s, 25'001}})
+        for (int i = 0; i < count; ++i) {
+            values->setText(0, u"QX1919"_s);
+            values->setText(1, variable);
+            values->setText(2, QString::number(i));
+            values->setText(3, u"L"_s);
+            values->appendRow();
+        }
+    dao::DBEngine::instance().Workspaces(0).CommitTrans();
+    open->Close();
+    ASSERT_EQ(catalogue.open(), 1);
+    const QStringList found = shown(of(ReportKind::Variables, u"@QX1919@"_s, u"Study"_s));
+    QStringList sizes;
+    for (const QString& line : found.filter(QRegularExpression(u"^[#n]"_s)))
+        sizes << (line.startsWith(u'#') ? QString::number(line.count(u'|') + 1) : line);
+    EXPECT_EQ(sizes, (QStringList{u"15000"_s, u"3"_s, u"25000"_s, u"2"_s, u"25000"_s,
+                                  u"n0 Nur die ersten 25000 Werte werden gezeigt; der Katalog hat mehr."_s}));
+}
+
 TEST_F(Reports, AnOldOrDamagedCatalogueShowsWhatItHas) {
     catalogue.addStudy(u"A"_s, u"im Kreis"_s, {{"fid", u"B"_s}, {"Order", 1}, {"dt_IsGroup", true}});
     catalogue.addStudy(u"B"_s, u"im Kreis"_s, {{"fid", u"A"_s}, {"Order", 1}});
