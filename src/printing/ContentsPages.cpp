@@ -17,17 +17,14 @@ constexpr int leastForContents = 10, chaptersOnly = 300;
 constexpr size_t wrappedRows = 1000;
 constexpr int mostLines = 3;
 
-/// Dots from a text to its number, on one grid down the page.
+/// Dots from a text to its number; they end at one place, so they stand one below the other down the page.
 void placeLeader(ReportPage& page, const QFont& font, double left, double right, const QPointF& origin) {
-    const double step = font.pixelSize() * 0.6;
-    const double first = std::ceil(left / step) * step;
-    const int dots = static_cast<int>((right - first) / step);
+    const QString dot = u" ."_s;
+    const int dots = static_cast<int>((right - left) / textWidth(dot, font));
     if (dots < 2)
         return;
-    const double width = textWidth(u"."_s, font);
-    const SetText dot = setText(u"."_s, font, 0);
-    for (int i = 0; i < dots; ++i)
-        dot.place(page, origin + QPointF(first + i * step + (step - width) / 2, 0), look::ruleColor);
+    const SetText set = setText(dot.repeated(dots), font, 0);
+    set.place(page, origin + QPointF(right - set.width, 0), look::ruleColor);
 }
 
 } // namespace

@@ -87,13 +87,25 @@ IndexPages::IndexPages(const ReportOutline& outline, const PageSetup& setup, con
         const bool sameName = a.name.compare(b.name, Qt::CaseInsensitive) == 0;
         return sameName ? namesInOrder(a.study, b.study) : namesInOrder(a.name, b.name);
     });
-    columns_ = std::max(3, static_cast<int>(body.width() / (15 * look::em(setup))));
+    chooseColumns();
     onOthers_ = static_cast<size_t>(std::max(1.0, std::floor(body.height() / line())));
     onFirst_ = static_cast<size_t>(std::max(1.0, std::floor((body.height() - 3.2 * look::em(setup)) / line())));
     const size_t columns = static_cast<size_t>(columns_), first = onFirst_ * columns, others = onOthers_ * columns;
     pages_ = 1;
     if (rows_.size() > first)
         pages_ += static_cast<int>((rows_.size() - first + others - 1) / others);
+}
+
+/// At least three wherever names have room in them.
+void IndexPages::chooseColumns() {
+    const QFont font = reportFont(setup_.fontFamily, look::smaller(setup_, 0.9));
+    const double em = look::em(setup_);
+    double widest = 0;
+    for (const Row& row : rows_)
+        widest = std::max(widest, textWidth(row.name, font));
+    const double needed = std::min(widest, 18 * em) + 2.5 * em, gap = 2 * em;
+    const auto most = [&](double column) { return static_cast<int>((body_.width() + gap) / (column + gap)); };
+    columns_ = std::clamp(most(needed), 1, std::max(3, most(13 * em)));
 }
 
 double IndexPages::line() const {

@@ -25,6 +25,7 @@ private:
     size_t onFirst_ = 0, onOthers_ = 0; ///< rows of a column
 
     double line() const;
+    void chooseColumns();
     /// The rows of a page, from and to.
     std::pair<size_t, size_t> rowsOf(int index) const;
     void placeRow(ReportPage& page, const Row& row, const QRectF& place, const NumberOfEntry& number) const;

@@ -60,7 +60,7 @@ void finish(ReportLayout& layout) {
 QStringList textsIn(const std::vector<PageText>& texts, const QRectF& place) {
     QStringList found;
     for (const PageText& text : texts)
-        if (place.adjusted(-1, -1, 1, 1).contains(text.rect.center()) && text.text != u".")
+        if (place.adjusted(-1, -1, 1, 1).contains(text.rect.center()) && !text.text.startsWith(u" ."))
             found << text.text;
     return found;
 }
