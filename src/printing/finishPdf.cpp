@@ -6,6 +6,7 @@
 #include <QIODevice>
 #define POINTERHOLDER_TRANSITION 4 // the library's old pointer is not used here
 #include <algorithm>
+#include <bit>
 #include <map>
 #include <qpdf/Buffer.hh>
 #include <qpdf/InputSource.hh>
@@ -130,6 +131,27 @@ private:
         return {reinterpret_cast<const char*>(bytes->getBuffer()), static_cast<qsizetype>(bytes->getSize())};
     }
 
+    /// Number of a font's glyphs; 0 where it does not say.
+    static int glyphsOf(Handle& font) {
+        Handle of = font.getKey("/DescendantFonts");
+        Handle set = of.isArray() && of.getArrayNItems() > 0
+                         ? of.getArrayItem(0).getKey("/FontDescriptor").getKey("/CIDSet")
+                         : Handle::newNull();
+        int glyphs = 0;
+        if (set.isStream())
+            for (const char bits : bytesOf(set))
+                glyphs += std::popcount(static_cast<unsigned char>(bits));
+        return glyphs;
+    }
+
+    PlainFont plain(Handle& font, Handle& table) const {
+        Handle name = font.getKey("/BaseFont");
+        const auto rare =
+            marks_.rareCharacters.find(name.isName() ? QString::fromStdString(name.getName()).mid(1) : QString());
+        return rare == marks_.rareCharacters.end() ? plainFont(bytesOf(table))
+                                                   : plainFont(bytesOf(table), glyphsOf(font), rare->second);
+    }
+
     void mendFonts() {
         std::map<QPDFObjGen, QMap<QByteArray, QByteArray>> splits; // of each font that was seen
         for (Handle& page : pages_) {
@@ -137,9 +159,9 @@ private:
             for (auto& [name, font] : page.getKey("/Resources").getKey("/Font").getDictAsMap()) {
                 const auto [seen, isNew] = splits.try_emplace(font.getObjGen());
                 if (Handle table = font.getKey("/ToUnicode"); isNew && table.isStream()) {
-                    const PlainFont plain = plainFont(bytesOf(table));
-                    table.replaceStreamData(plain.table.toStdString(), Handle::newNull(), Handle::newNull());
-                    seen->second = plain.splits;
+                    const PlainFont letters = plain(font, table);
+                    table.replaceStreamData(letters.table.toStdString(), Handle::newNull(), Handle::newNull());
+                    seen->second = letters.splits;
                 }
                 if (!seen->second.isEmpty())
                     ofPage[QByteArray::fromStdString(name).mid(1)] = seen->second;

@@ -3,6 +3,7 @@
 #include <QRectF>
 #include <QString>
 #include <functional>
+#include <map>
 #include <vector>
 
 class QIODevice;
@@ -31,6 +32,8 @@ struct PdfMarks {
     std::vector<Place> places; ///< where links and bookmarks lead
     std::vector<Link> links;
     std::vector<Bookmark> bookmarks;
+    /// Characters beyond the first 65,536, in the order in which they were first drawn with a font; by its name
+    std::map<QString, std::vector<char32_t>> rareCharacters;
 };
 
 /// Takes what a PDF writer has written and writes it with its marks: links, bookmarks, page labels and sizes, and with

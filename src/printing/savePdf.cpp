@@ -6,9 +6,12 @@
 #include "platform/system/wholeFile.h"
 
 #include <QDir>
+#include <QGlyphRun>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QRawFont>
 #include <QTemporaryFile>
+#include <algorithm>
 #include <atomic>
 #include <future>
 
@@ -51,7 +54,40 @@ private:
     QString fault_;
 };
 
+/// A font's name as a PDF has it.
+QString nameOf(const QRawFont& font) {
+    const QString style = font.styleName().remove(u' ');
+    const bool plain = style == u"Book" || style == u"Regular" || style == u"Normal" || style.isEmpty();
+    return font.familyName().remove(u' ') + (plain ? QString() : u'-' + style);
+}
+
+/// The PDF writer doesn't say what such characters are, so that nobody could search or copy them.
+void rememberRare(PdfMarks& marks, const ReportPage::Line& line) {
+    const QString text = line.text->text();
+    if (std::ranges::none_of(text, [](QChar c) { return c.isHighSurrogate(); }) || line.line >= line.text->lineCount())
+        return;
+    const QTextLine set = line.text->lineAt(line.line);
+    for (const QGlyphRun& run : set.glyphRuns()) {
+        const QRawFont font = run.rawFont();
+        if (!font.isValid())
+            continue;
+        std::map<quint32, char32_t> characters; // by glyph
+        for (const char32_t c : text.mid(set.textStart(), set.textLength()).toUcs4())
+            if (QChar::requiresSurrogates(c))
+                if (const auto glyphs = font.glyphIndexesForString(QString::fromUcs4(&c, 1)); glyphs.size() == 1)
+                    characters.try_emplace(glyphs.front(), c);
+        for (const quint32 glyph : run.glyphIndexes())
+            if (const auto found = characters.find(glyph); glyph != 0 && found != characters.end())
+                if (auto& known = marks.rareCharacters[nameOf(font)];
+                    std::ranges::find(known, found->second) == known.end())
+                    known.push_back(found->second);
+    }
+}
+
 void remember(PdfMarks& marks, const ReportPage& page, int index) {
+    for (const ReportPage::Piece& piece : page.pieces)
+        if (const auto* line = std::get_if<ReportPage::Line>(&piece))
+            rememberRare(marks, *line);
     for (const ReportPage::Link& link : page.links)
         marks.links.push_back({index, link.rect, link.entry});
     for (const ReportPage::Anchor& anchor : page.anchors)

@@ -64,6 +64,17 @@ QMap<uint, QString> readTable(const QByteArray& table) {
     return characters;
 }
 
+/// Glyphs are numbered as they are first drawn.
+void addRare(QMap<uint, QString>& characters, uint glyphsOfFont, const std::vector<char32_t>& rare) {
+    std::vector<uint> unnamed;
+    for (uint glyph = 1; glyph < glyphsOfFont; ++glyph)
+        if (!characters.contains(glyph))
+            unnamed.push_back(glyph);
+    if (unnamed.size() == rare.size())
+        for (size_t i = 0; i < rare.size(); ++i)
+            characters[unnamed[i]] = QString::fromUcs4(&rare[i], 1);
+}
+
 QByteArray section(const QMap<uint, QString>& characters) {
     QByteArray text;
     int left = static_cast<int>(characters.size()), room = 0;
@@ -89,9 +100,10 @@ QString plainLetters(const QString& text) {
     return plain;
 }
 
-PlainFont plainFont(const QByteArray& table) {
+PlainFont plainFont(const QByteArray& table, int glyphsOfFont, const std::vector<char32_t>& rare) {
     QMap<uint, QString> characters = readTable(table);
-    if (characters.isEmpty())
+    addRare(characters, static_cast<uint>(glyphsOfFont), rare);
+    if (characters.isEmpty() || !table.contains("endbfrange"))
         return {table, {}};
     QMap<QString, uint> glyphs; // of single letters
     for (auto entry = characters.begin(); entry != characters.end(); ++entry) {

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QMap>
 #include <QString>
+#include <vector>
 
 /// A text as it is typed: ligatures, positional forms of Arabic letters and radicals taken for ideographs become the
 /// letters that they stand for. Full-width forms and all else stay.
@@ -16,7 +17,10 @@ struct PlainFont {
     QMap<QByteArray, QByteArray> splits;
 };
 /// @param table as Qt writes it; the same where it can't be read
-PlainFont plainFont(const QByteArray& table);
+/// @param glyphs number of the font's glyphs, 0 where it is not known
+/// @param rare characters beyond the first 65,536, which Qt leaves out of the table, in the order in which they were
+/// first drawn with the font; left out where others are missing as well
+PlainFont plainFont(const QByteArray& table, int glyphs = 0, const std::vector<char32_t>& rare = {});
 
 /// Puts the second letter of each ligature behind it, out of sight.
 /// @param content of a page, as Qt writes it @param splits by name of font

@@ -197,6 +197,7 @@ TEST(SavePdf, TextIsFoundAsItIsTyped) {
                                u"مرحبا بكم"_s,
                                u"السلام عليكم ولا"_s,
                                u"北京大学 一二三 人"_s,
+                               u"x 😀 und 𝔸, 😀"_s,
                                u"שלום עולם"_s};
     for (const QString& text : texts)
         report.add({}, text);
@@ -237,6 +238,10 @@ TEST(SavePdf, AFontsTableNamesPlainLetters) {
     const PlainFont split = plainFont("1 beginbfrange\n<0001> <0003> [<FEFC> <0627> <FEF7> ]\nendbfrange\n");
     EXPECT_TRUE(split.table.contains("<0001> <0644>") && split.table.contains("<0003> <fef7>"));
     EXPECT_EQ(split.splits, (QMap<QByteArray, QByteArray>{{"<0001>", "<0002>"}}));
+    // Glyphs without a name are the rare characters, unless others lack one as well.
+    const QByteArray gaps = "1 beginbfrange\n<0001> <0001> <0041>\nendbfrange\n";
+    EXPECT_TRUE(plainFont(gaps, 4, {U'😀', U'𝔸'}).table.contains("<0002> <d83dde00>\n<0003> <d835dd38>"));
+    EXPECT_FALSE(plainFont(gaps, 5, {U'😀', U'𝔸'}).table.contains("<0002>"));
     QByteArray many = "1 beginbfrange\n<0001> <0100> [";
     for (int i = 0; i < 256; ++i)
         many += "<4E" + QByteArray::number(i, 16).rightJustified(2, '0') + "> ";
