@@ -1,8 +1,10 @@
 #include "analysis/AnalysisWindow.h"
 #include "analysis/request/variableFields.h"
 #include "analysis/result/provenance.h"
+#include "app/frmMain.h"
 #include "printing/PrinterCTL.h"
 #include "printing/RawReport.h"
+#include "printing/frmPreview.h"
 #include "widgets/Desktop.h"
 
 #include <QMenu>
@@ -143,6 +145,32 @@ TEST_F(PrintedFromWindow, AChartIsHandedOverAsItIsShownAndAStoredOneInGreyWithou
     EXPECT_EQ(grey.size(), QImage::fromData(*bytesOf(kept(u"dt_Graph"_s))).size());
     EXPECT_TRUE(grey.allGray());
     gOptions.GraphColor = true;
+}
+
+TEST_F(AnalysisWindow, APreviewOfATableShowsItOnOnePageWithWhatItStandsOn) {
+    frmMain frame;
+    frame.load();
+    frame.show();
+    openTable();
+    for (const QString& button : {u"cmdPreview"_s, u"cmdChartPreview"_s}) {
+        frame.activate(*window);
+        goTo(button == u"cmdPreview" ? 1 : 2);
+        press(button);
+        auto* preview = dynamic_cast<frmPreview*>(frame.activeForm());
+        ASSERT_NE(preview, nullptr) << button.toStdString();
+        QTRY_COMPARE(preview->model().state(), PreviewModel::State::Complete);
+        EXPECT_EQ(preview->model().pageCount(), 1);
+        QString texts;
+        for (const ReportPage::Piece& piece : preview->model().run().layout().page(0).pieces)
+            if (const auto* line = std::get_if<ReportPage::Line>(&piece); line && line->line == 0)
+                texts += line->text->text() + u'\n';
+        EXPECT_TRUE(texts.contains(u"GESCHL: Geschlecht"_s)) << texts.toStdString();
+        EXPECT_TRUE(texts.contains(u"Filter: keiner · Gewicht: keines"_s)) << texts.toStdString();
+        EXPECT_EQ(texts.contains(u"männlich"_s), button == u"cmdPreview") << texts.toStdString();
+        preview->close();
+        settle();
+    }
+    delete std::exchange(window, nullptr);
 }
 
 TEST_F(PrintedFromWindow, AStoredTableThatIsShownIsPrintedWithItsOwnTextAndTheMenuOffersBoth) {
