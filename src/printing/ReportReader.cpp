@@ -5,6 +5,7 @@
 #include "diagnostics/engineWords.h"
 #include "platform/dao/TextOrder.h"
 #include "platform/system/Paths.h"
+#include "printing/textBlocks.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -157,8 +158,8 @@ void ReportReader::finishBatch() {
         keep(batchEntries_[i], batch_->variables()[i].toBytes());
     // As many next time as are short enough to be held together, by what these took.
     const qsizetype each = std::max<qsizetype>(1, batch_->characters() / static_cast<qsizetype>(batchEntries_.size()));
-    together_ =
-        std::clamp<size_t>(static_cast<size_t>(mostCharacters / each), 1, std::min(2 * together_, mostTogether));
+    const size_t most = std::min(2 * together_, wishes_.graph ? mostWithGraphs : mostTogether);
+    together_ = std::clamp<size_t>(static_cast<size_t>(mostCharacters / each), 1, most);
     batch_.reset();
 }
 
@@ -170,9 +171,7 @@ void ReportReader::readStudyChapter(Source& source) {
     const Study of = study(source.key);
     std::vector<Block> blocks;
     const int level = outline_.entries[static_cast<size_t>(next_)].level;
-    TextBlock heading = textBlock(TextBlock::Style::Chapter, outline_.entries[static_cast<size_t>(next_)].title);
-    heading.level = level;
-    blocks.push_back(std::move(heading));
+    blocks.push_back(headingBlock(outline_.entries[static_cast<size_t>(next_)].title, level));
     addOtherName(blocks, languages_.otherName(of.title), languages_);
     FactsBlock facts;
     facts.facts.emplace_back(word(u"Studiennummer"_s), of.number);

@@ -1,6 +1,9 @@
 #include "printing/VariableRecord.h"
 
+#include "printing/textBlocks.h"
+
 #include <QDataStream>
+#include <QIODevice>
 
 // The form in which a report keeps what it has read.
 

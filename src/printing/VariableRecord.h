@@ -48,16 +48,3 @@ struct VariableRecord {
 /// What a report prints of a variable. @param catalogue name of its file, for where stored results come from
 std::vector<Block> blocksOf(const VariableRecord& variable, const ReportLanguages& languages, const QString& catalogue,
                             const Spool& spool);
-
-/// Text blocks of one style for a text in the languages of the report, marked where there are several.
-void addTexts(std::vector<Block>& blocks, TextBlock::Style style, const BothTexts& text,
-              const ReportLanguages& languages);
-/// The English name below a heading in the original language; nothing of an empty one.
-void addOtherName(std::vector<Block>& blocks, const QString& name, const ReportLanguages& languages);
-TextBlock textBlock(TextBlock::Style style, const QString& text);
-/// A study as it is named in the facts: number, title, year.
-QString studyName(const QString& number, const QString& title, const QString& year = QString());
-
-/// Blocks of headings, facts and texts, for the spool; others are no part of it.
-QByteArray toBytes(const std::vector<Block>& blocks);
-std::vector<Block> blocksFrom(const QByteArray& bytes);
