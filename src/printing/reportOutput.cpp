@@ -102,7 +102,12 @@ QString reportOutput::print(ReportRun& run, const QString& printer) {
 
 QString reportOutput::print(const ReportRequest& request, const QString& printer) {
     ReportRun run(request);
-    if (const QString why = run.open(); !why.isEmpty()) {
+    QString why;
+    {
+        const ui::WaitPointer wait;
+        why = run.open();
+    }
+    if (!why.isEmpty()) {
         say(why);
         return {};
     }
