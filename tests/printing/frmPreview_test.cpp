@@ -216,6 +216,35 @@ TEST_F(frmPreviewTest, SavesAsPdfWholeOrSaysWhyNot) {
     EXPECT_FALSE(isPdf(request.DatabaseFile));
 }
 
+/// A progress window in which the user presses Stop when a step with these words is reached.
+class StopAt : public ui::ProgressView {
+public:
+    explicit StopAt(const QString& words) : words_(words) {}
+    bool show(const QString& text, int, int) override { return !text.contains(words_); }
+
+private:
+    QString words_;
+};
+
+TEST_F(frmPreviewTest, LeavesNoFileWhereSavingIsStopped) {
+    ui::Progress::patience = 0;
+    for (const QString& step : {u"gesetzt"_s, u"gespeichert"_s}) {
+        show({.variables = 60}, false);
+        const QString path = home.path(step + u".pdf"_s);
+        asker.file(path);
+        asker.onProgress = [&](bool mayStop) {
+            EXPECT_TRUE(mayStop);
+            return std::make_unique<StopAt>(step);
+        };
+        press(Qt::Key_S, Qt::ControlModifier);
+        EXPECT_FALSE(QFile::exists(path)) << qPrintable(step);
+        EXPECT_TRUE(asker.boxes.empty()) << qPrintable(asker.lastText());
+        wait();
+        EXPECT_EQ(model().state(), PreviewModel::State::Complete) << "the preview itself goes on";
+    }
+    ui::Progress::patience = 1000;
+}
+
 TEST_F(frmPreviewTest, PrintsWhatTheJobSaysFromThePreviewAndWithoutOne) {
     show({.variables = 9});
     press(Qt::Key_P, Qt::ControlModifier);
