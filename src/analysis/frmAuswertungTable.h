@@ -39,7 +39,8 @@ private:
     ResultTableView* mfgGrid_;
     frmAuswertungStored* stored_;
     frmAuswertungState* state_;
-    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_, *cmdPreview_, *cmdPrint_;
+    QPushButton *cmdCalculate_, *cmdSetMissing_, *cmdCopyTable_, *cmdCopyCommand_, *cmdSaveTableAs_, *cmdPreview_,
+        *cmdPrint_;
 
     QWidget* build();
     QWidget* buildCommands();
