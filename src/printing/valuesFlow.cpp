@@ -143,7 +143,7 @@ SetRow ValuesFlow::build(int row) const {
     if (values_.empty())
         return made;
     const ValuesBlock::Row& value = values_[static_cast<size_t>(row)];
-    const double left = codeLeft_ - edge * em_;
+    const double left = std::max(0.0, codeLeft_ - edge * em_);
     if (value.missing) {
         made.boxes.push_back({QRectF(left, y, width_ - left, made.height - y), look::shade});
     }
