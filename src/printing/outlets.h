@@ -11,7 +11,8 @@ class QPagedPaintDevice;
 /// Paints a page. The painter's unit is a twip, its origin the page's upper left corner.
 void paintPage(QPainter& painter, const ReportPage& page);
 
-/// Hears of each page that was written, from 0; false ends the writing. Called between pages, where it may turn events.
+/// Hears how many pages are written, of the last one again and again while a file is finished; false ends the writing.
+/// Called between pages, where it may turn events.
 using PageProgress = std::function<bool(int done, int total)>;
 
 /// Saves all pages of a complete layout as PDF: the file appears whole or not at all.
