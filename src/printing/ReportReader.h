@@ -88,7 +88,7 @@ private:
     void addStudyChapter(const QString& number);
     void addVariables(const std::vector<Listed>& variables, int level);
     void addVariable(const Listed& variable, int level);
-    void makeCover(const QString& title, const QString& other, FactsBlock facts);
+    void makeCover(const QString& kind, const QString& title, const QString& other, FactsBlock facts);
     QString contentsWords() const;
     QString notThere(const QString& german, const QString& key) const;
 

@@ -270,7 +270,7 @@ QString ReportReader::outlineVariables() {
     if (of.isGroup)
         facts.facts.emplace_back(word(u"Studien"_s), QString::number(numbers.size()));
     const QString name = languages_.name(of.name);
-    makeCover(name.isEmpty() ? of.key : name, languages_.otherName(of.name), std::move(facts));
+    makeCover(u"Codebuch"_s, name.isEmpty() ? of.key : name, languages_.otherName(of.name), std::move(facts));
     outline_.title = word(u"Codebuch"_s) + u' ' + studyTitle(languages_, of.key, of.name);
     return {};
 }
@@ -339,7 +339,7 @@ QString ReportReader::outlineCategory() {
     if (outline_.variables() >= variablesOfABook) {
         FactsBlock facts;
         facts.facts.emplace_back(word(u"Studien"_s), QString::number(studies.size()));
-        makeCover(title, languages_.otherName(name), std::move(facts));
+        makeCover(u"Variablen einer Kategorie"_s, title, languages_.otherName(name), std::move(facts));
     }
     return {};
 }
@@ -350,16 +350,17 @@ QString ReportReader::contentsWords() const {
     const std::pair<bool, QString> wished[] = {{wishes_.question, u"Fragetexte"_s},
                                                {wishes_.table, u"gespeicherte Tabellen"_s},
                                                {wishes_.graph, u"gespeicherte Grafiken"_s},
-                                               {wishes_.cards, u"ShowCards"_s}};
+                                               {wishes_.cards, u"ShowCards zu den Fragen"_s}};
     for (const auto& [is, german] : wished)
         if (is)
             parts << word(german);
     return parts.join(u", "_s);
 }
 
-void ReportReader::makeCover(const QString& title, const QString& other, FactsBlock facts) {
+/// @param kind what sort of report it is, in German
+void ReportReader::makeCover(const QString& kind, const QString& title, const QString& other, FactsBlock facts) {
     std::vector<Block>& cover = outline_.cover;
-    cover.push_back(textBlock(TextBlock::Style::Caption, word(u"Codebuch"_s)));
+    cover.push_back(textBlock(TextBlock::Style::Caption, word(kind)));
     cover.push_back(headingBlock(title, 0));
     addOtherName(cover, other, languages_);
     facts.facts.emplace_back(word(u"Variablen"_s), QString::number(outline_.variables()));
