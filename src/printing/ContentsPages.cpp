@@ -91,8 +91,7 @@ ContentsPages::Text ContentsPages::textOf(const ReportEntry& entry) const {
         row.textX += std::max(row.name.width + 0.8 * em, std::min(nameColumn_, width / 3));
     }
     const QString title = printableLine(entry.title);
-    row.text = wraps_ ? setText(title, font, std::max(width - row.textX, em), Qt::AlignLeft | Qt::AlignAbsolute)
-                      : setLine(title, font, width - row.textX);
+    row.text = wraps_ ? setText(title, font, std::max(width - row.textX, em)) : setLine(title, font, width - row.textX);
     if (row.text.lines() > mostLines)
         row.text = setLine(title, font, std::max(width - row.textX, em));
     row.lines = row.text.lines();

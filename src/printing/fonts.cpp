@@ -73,7 +73,9 @@ bool isShown(char32_t character) {
     bool shown = false;
     for (const QGlyphRun& run : layout.glyphRuns()) {
         const QList<quint32> glyphs = run.glyphIndexes();
-        shown = run.rawFont().isValid() && !glyphs.isEmpty() && !glyphs.contains(0u);
+        // Where no font can shape a script the run has an engine of empty boxes, which has no tables.
+        shown = run.rawFont().isValid() && !run.rawFont().fontTable("head").isEmpty() && !glyphs.isEmpty() &&
+                !glyphs.contains(0u);
         if (!shown)
             break;
     }
@@ -166,11 +168,10 @@ SetText setText(QString text, const QFont& font, double width, Qt::Alignment ali
     const auto layout = std::make_shared<QTextLayout>(text, font);
     // Without this every line that is painted would have the whole text shaped again.
     layout->setCacheEnabled(true);
-    // What is not broken has no margin on the right to stand at, whatever its direction.
-    const bool absolute = width <= 0 || (alignment & (Qt::AlignRight | Qt::AlignHCenter));
-    QTextOption option(absolute ? alignment | Qt::AlignAbsolute : alignment);
+    QTextOption option(alignment);
     option.setWrapMode(width > 0 ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
     option.setTabStopDistance(4 * font.pixelSize());
+    option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     layout->setTextOption(option);
     if (!formats.isEmpty())
         layout->setFormats(formats);

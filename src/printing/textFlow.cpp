@@ -63,7 +63,8 @@ void addParagraphs(LinesFlow& flow, const TextBlock& block, const QFont& font, d
             before = 0.8 * font.pixelSize(); // an empty line, or several
             continue;
         }
-        flow.add(setText(paragraph.text, font, width, Qt::AlignLeft, textSpacing, paragraph.formats), x, before, color);
+        const Qt::Alignment side = paragraph.text.isRightToLeft() ? Qt::AlignRight : Qt::AlignLeft;
+        flow.add(setText(paragraph.text, font, width, side, textSpacing, paragraph.formats), x, before, color);
         before = between;
     }
 }
@@ -106,7 +107,7 @@ void addEntry(LinesFlow& flow, const TextBlock& block, double width, const PageS
     } else if (label.isEmpty()) {
         flow.add(name, 0, above);
     } else {
-        flow.add(setText(label, labelFont, room, Qt::AlignLeft | Qt::AlignAbsolute), x, above);
+        flow.add(setText(label, labelFont, room), x, above);
         flow.addBeside(0, name, 0, Qt::black);
     }
     flow.lines.front().rule = ReportPage::Rule{{0, 0, width, 0}, look::hairline * 1.5, Qt::black};

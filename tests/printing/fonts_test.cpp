@@ -2,6 +2,7 @@
 #include "printing/fonts.h"
 
 #include <QFontInfo>
+#include <QGlyphRun>
 #include <QRawFont>
 #include <gtest/gtest.h>
 
@@ -39,8 +40,11 @@ TEST(PrintedText, BreaksAnywhereOnlyWhereAWordIsTooWide) {
         EXPECT_LE(setText(text, font, 1500).width, 1501);
     EXPECT_LE(setLine(u"W"_s.repeated(300), font, 1500).width, 1500);
     EXPECT_EQ(setText({}, font, 1500).lines(), 1);
-    for (const SetText& line : {setText(u"שלום"_s, font, 0), setLine(u"שלום"_s, font, 3000)})
-        EXPECT_NEAR(line.layout->lineAt(0).naturalTextRect().left(), 0, 1) << "left whatever its direction";
+    for (const SetText& line : {setText(u"שלום."_s, font, 0), setLine(u"שלום."_s, font, 3000)}) {
+        const QTextLine set = line.layout->lineAt(0);
+        EXPECT_NEAR(set.naturalTextRect().left(), 0, 1) << "left whatever its direction";
+        EXPECT_LT(set.cursorToX(5), set.cursorToX(0)) << "and read to the left, the full stop last";
+    }
     // A family that nobody has is set like the usual one.
     EXPECT_EQ(textWidth(u"Häufigkeit"_s, reportFont(u"MS Sans Serif"_s, 11)), textWidth(u"Häufigkeit"_s, font));
     EXPECT_EQ(textWidth(u"iiii"_s, reportFont(u"Courier New"_s, 11)),
@@ -54,4 +58,15 @@ TEST(IndexOfNames, IsSortedAsPeopleLookForNames) {
         for (qsizetype j = 0; j < sorted.size(); ++j)
             EXPECT_EQ(namesInOrder(sorted[i], sorted[j]), i < j)
                 << sorted[i].toStdString() << ' ' << sorted[j].toStdString();
+}
+
+TEST(PrintedText, NeverVanishesWhereNoFontHasItsScript) {
+    // Which scripts a machine has no font for differs: each is either there as it is, or there as codes.
+    for (const QString& text : {u"राष्ट्र"_s, u"ไทย"_s, u"ትግርኛ"_s, u"မြန်မာ"_s, u"ខ្មែរ"_s}) {
+        const QString shown = printable(text);
+        EXPECT_TRUE(shown == text || shown.contains(u"[U+"_s)) << shown.toStdString();
+        const SetText set = setText(shown, reportFont(u"Arial"_s, 11), 0);
+        for (const QGlyphRun& run : set.layout->glyphRuns())
+            EXPECT_FALSE(run.rawFont().fontTable("head").isEmpty()) << text.toStdString();
+    }
 }
