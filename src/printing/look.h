@@ -39,9 +39,10 @@ inline double blockSpace(const PageSetup& setup) {
     return 0.6 * em(setup);
 }
 
-/// Where what is said begins, right of the words that it answers: captions of facts, language marks, value codes.
+/// Where what is said begins, right of the words that it answers: captions of facts, language marks, value codes. On
+/// narrow paper it leaves most of a line to the answers.
 inline double labelColumn(const PageSetup& setup) {
-    return 9.5 * em(setup);
+    return std::min(9.5 * em(setup), setup.textArea().width() / 3);
 }
 /// Width of a line of running text at most: about 95 characters.
 inline double measure(const PageSetup& setup) {
