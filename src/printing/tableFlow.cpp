@@ -215,8 +215,8 @@ double TableFlow::addCell(SetRow& into, const TablePlan::Column& column, int row
     double x = column.left;
     if (line && across != Qt::AlignLeft) {
         const double free = column.width - set.front().width;
-        const bool atSeparator =
-            column.decimal && across == Qt::AlignRight && row >= table_.FixedRows && figureOf(text) == Figure::Number;
+        const bool atSeparator = column.decimal && across == Qt::AlignRight && row >= table_.FixedRows &&
+                                 !isRowOfMarks(table_, row) && figureOf(text) == Figure::Number;
         if (atSeparator)
             x += column.width - column.fraction -
                  set.front().layout->lineAt(0).cursorToX(static_cast<int>(separatorIn(text)));

@@ -65,6 +65,7 @@ bool isEmptySum(const ResultTable& table, int column, int fixedRows) {
 struct Needs {
     int index = 0;
     bool fixed = false;
+    double figure = 0;  ///< below this figures break
     double least = 0;   ///< below this figures and words break
     double comfort = 0; ///< as long as the type can get smaller
     double natural = 0; ///< where nothing wraps but long texts
@@ -90,8 +91,12 @@ public:
             const double wish =
                 extent.width <= shortHead * em_ ? extent.width : std::max(shortHead * em_, extent.width / 3);
             head = std::max({head, std::min(wish, extent.width), extent.word});
-            headWord = std::max(headWord, extent.word);
+            if (figureOf(table_.Cell(column, row)) == Figure::None)
+                headWord = std::max(headWord, extent.word);
+            else
+                figure = std::max(figure, extent.width);
         }
+        needs.figure = figure;
         needs.least = std::max({figure, std::min(word, longestWord * em_), std::min(headWord, longestWord * em_)});
         needs.natural = std::max({needs.least, std::min(text, widestText * em_), std::min(head, widestText * em_)});
         const double comfortable = (needs.figures ? comfortableHead : comfortableText) * em_;
@@ -129,12 +134,13 @@ private:
                 longest = std::max(longest, cell.size());
             }
             const TextExtent extent = regular_.of(cell);
+            const Figure kind = figureOf(cell);
             if (isRowOfMarks(table_, row)) {
                 word = std::max(word, extent.word);
+                figure = std::max(figure, kind == Figure::None ? 0 : extent.width);
                 continue;
             }
             any = true;
-            const Figure kind = figureOf(cell);
             figures = figures && kind != Figure::None;
             numbers = numbers && kind == Figure::Number;
             if (kind == Figure::None) {
@@ -214,16 +220,24 @@ public:
         std::vector<Needs> fixed, others;
         for (const Needs& column : needs_)
             (column.fixed ? fixed : others).push_back(column);
-        // Too many to be repeated beside anything else.
-        if (others.empty() || static_cast<double>(fixed.size()) * (leastWidth + 2 * padding_) > room_ / 2) {
+        // Their texts may be broken, their figures not; some are too many to be repeated beside anything else.
+        const auto leastOf = [leastWidth](const Needs& column) { return std::max(leastWidth, column.figure); };
+        double leastFixed = 2 * padding_ * static_cast<double>(fixed.size()), widest = 0;
+        for (const Needs& column : fixed)
+            leastFixed += leastOf(column);
+        for (const Needs& column : others)
+            widest = std::max(widest, leastOf(column) + 2 * padding_);
+        if (others.empty() || leastFixed > std::max(room_ / 2, room_ - widest)) {
             others = needs_;
             fixed.clear();
         }
         std::vector<double> fixedWidths = lengthsOf(fixed, &Needs::comfort);
         double taken = sum(fixed, &Needs::comfort, padding_);
-        if (taken > room_ / 2) {
-            const double room = room_ / 2 - 2 * padding_ * static_cast<double>(fixed.size());
-            std::vector<double> narrow(fixed.size(), leastWidth);
+        if (const double most = std::max(leastFixed, std::min(room_ / 2, room_ - widest)); taken > most) {
+            const double room = most - 2 * padding_ * static_cast<double>(fixed.size());
+            std::vector<double> narrow;
+            for (const Needs& column : fixed)
+                narrow.push_back(leastOf(column));
             grow(narrow, fixedWidths, room);
             fixedWidths = narrow;
             taken = std::accumulate(narrow.begin(), narrow.end(), 2 * padding_ * static_cast<double>(fixed.size()));

@@ -310,6 +310,27 @@ TEST(TablePlan, LeavesOutWhatIsHiddenAndMarksWithoutAny) {
     EXPECT_EQ(shownOf(hidden), u"/134/123"_s);
 }
 
+/// A code of 16 digits that goes on in a second line reads like two.
+TEST(TableFlow, FiguresAreNeverBroken) {
+    for (const int fixed : {0, 1, 2, 3})
+        for (const double room : {3200.0, 4000.0, 9000.0}) {
+            ResultTable table = cellsOf(8, 6, TableKind::Crosstab, [](int column, int row) {
+                const QString id = QString::number(10000 + 100 * row + column);
+                return row == 2 && column > 3 ? u"-7777777"_s + id
+                       : column < 4           ? u"33333"_s + id
+                                              : u'-' + id + u",25 (4,5%)"_s;
+            });
+            table.FixedCols = fixed;
+            const TablePages pages(*tableFlow({{}, table, {}}, room, tablePage()), 9000);
+            for (int column = 0; column < 8; ++column)
+                for (int row = 0; row < 6; ++row) {
+                    const auto found = pages.lines.find(table.Cell(column, row));
+                    ASSERT_NE(found, pages.lines.end()) << column << ' ' << row;
+                    EXPECT_EQ(found->second.size(), 1u) << fixed << ": " << qPrintable(found->first);
+                }
+        }
+}
+
 TEST(TableFlow, SaysWhereThereIsNothingToShow) {
     const auto wordsOf = [](const ResultTable& table) {
         QStringList words;
