@@ -3,8 +3,10 @@
 #include "printing/fonts.h"
 #include "printing/look.h"
 #include "printing/typeWidths.h"
+#include "printing/words.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numeric>
 
@@ -49,16 +51,18 @@ bool isBlank(const ResultTable& table, int firstColumn, int lastColumn, int firs
     return true;
 }
 
-/// A sum that a view of percentages has not: its word, and nothing below it. A category has a code that is a number, or
-/// a label too.
+/// The head of a sum, in whichever language a table was kept: "Summe", "N Valid sum".
+bool namesASum(const QString& head) {
+    const QStringList words = head.simplified().split(u' ');
+    return std::ranges::any_of(std::array{1, 2}, [&](int language) {
+        return words.last().compare(reportWord(u"Summe"_s, language), Qt::CaseInsensitive) == 0;
+    });
+}
+
+/// A sum that a view of percentages has not: its word, and nothing below it. A category without cases is none.
 bool isEmptySum(const ResultTable& table, int column, int fixedRows) {
-    if (table.Tag != TableKind::Crosstab || column <= markColumn || table.Rows() <= fixedRows)
-        return false;
-    int heads = 0;
-    for (int row = 0; row < fixedRows; ++row)
-        if (const QString& head = table.Cell(column, row); !head.trimmed().isEmpty())
-            heads += figureOf(head) == Figure::None ? 1 : 2;
-    return heads <= 1 && isBlank(table, column, column, fixedRows, table.Rows() - 1);
+    return table.Tag == TableKind::Crosstab && column > markColumn && fixedRows > 0 && table.Rows() > fixedRows &&
+           namesASum(table.Cell(column, 0)) && isBlank(table, column, column, 1, table.Rows() - 1);
 }
 
 /// What a column's cells need. Lengths without padding.
