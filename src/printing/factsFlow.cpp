@@ -38,7 +38,7 @@ bool addPairs(LinesFlow& flow, const FactsBlock& block, double width, const Page
 }
 
 void addFact(LinesFlow& flow, const std::pair<QString, QString>& fact, double width, const PageSetup& setup) {
-    const double em = look::em(setup), x = std::min(look::labelColumn(setup), width / 3);
+    const double em = look::em(setup), x = std::min(look::labelColumn(setup), width * 0.42); // also beside a table
     const QFont font = reportFont(setup.fontFamily, setup.fontSize);
     const SetText word = setText(printableLine(fact.first), font, x - 0.5 * em, Qt::AlignLeft, textSpacing);
     const double before = flow.lines.empty() ? 0 : 0.1 * em;
