@@ -23,6 +23,10 @@ public:
     /// Width that it takes at most.
     virtual double width() const = 0;
 
+    /// The same block with a lower first row, for one that can be made smaller (a picture). The rows below stay as they
+    /// are. @param room that the first row may take; null where the block would suffer from it
+    virtual std::shared_ptr<const Flowable> fitted(double /*room*/) const { return nullptr; }
+
     /// Adds a row to a page, its upper left corner at `at`.
     virtual void place(ReportPage& page, int row, const QPointF& at) const = 0;
     /// Adds what is repeated above a row that begins a page.

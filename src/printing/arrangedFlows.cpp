@@ -21,6 +21,10 @@ public:
     bool keepsWithNext() const override { return flow_->keepsWithNext(); }
     double spaceBefore() const override { return flow_->spaceBefore(); }
     double width() const override { return flow_->width() + x_; }
+    Shared fitted(double room) const override {
+        Shared smaller = flow_->fitted(room);
+        return smaller ? std::make_shared<Shifted>(std::move(smaller), x_) : nullptr;
+    }
     void place(ReportPage& page, int row, const QPointF& at) const override { flow_->place(page, row, moved(at)); }
     void placeHead(ReportPage& page, int row, const QPointF& at) const override {
         flow_->placeHead(page, row, moved(at));
@@ -39,9 +43,16 @@ private:
 
 class KeptWithNext final : public Shifted {
 public:
-    explicit KeptWithNext(Shared flow) : Shifted(std::move(flow), 0) {}
+    explicit KeptWithNext(Shared flow) : Shifted(flow, 0), kept_(std::move(flow)) {}
     bool mayEndAfter(int /*row*/) const override { return false; }
     bool keepsWithNext() const override { return true; }
+    Shared fitted(double room) const override {
+        Shared smaller = kept_->fitted(room);
+        return smaller ? std::make_shared<KeptWithNext>(std::move(smaller)) : nullptr;
+    }
+
+private:
+    Shared kept_;
 };
 
 class Labelled final : public Shifted {
@@ -49,6 +60,7 @@ public:
     Labelled(Shared flow, double x, SetText label, double dy)
         : Shifted(std::move(flow), x), label_(std::move(label)), dy_(dy) {}
 
+    Shared fitted(double /*room*/) const override { return nullptr; } // would lose its label
     double height(int row) const override {
         const double inner = Shifted::height(row);
         return row == 0 && rows() == 1 ? std::max(inner, label_.height() + dy_) : inner;

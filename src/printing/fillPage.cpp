@@ -63,9 +63,35 @@ private:
         return false;
     }
 
+    /// What stands with the first row of a flow below it: the flow's other rows, and what it is kept with.
+    double heightBelow(const Flowable& flow) {
+        double height = 0;
+        for (int row = 1; row < flow.rows(); ++row)
+            height += flow.height(row);
+        if (flow.keepsWithNext() && at_.item + 1 < flows_->count()) {
+            const std::shared_ptr<const Flowable> next = flows_->flow(at_.item + 1);
+            height += flows_->spaceBefore(at_.item + 1);
+            for (int row = 0; row < next->rows(); ++row)
+                height += next->height(row);
+        }
+        return height;
+    }
+
+    /// A picture that is a little too high for the rest of the page is made smaller: on a page of its own it would
+    /// leave two pages half empty. @param room below what is in front of it
+    void makeFit(std::shared_ptr<const Flowable>& flow, double room) {
+        if (at_.row > 0 || at_.from > 0 || flow->height(0) <= room / 2)
+            return;
+        const double below = heightBelow(*flow);
+        if (flow->height(0) + below <= room)
+            return;
+        if (std::shared_ptr<const Flowable> smaller = flow->fitted(room - below))
+            flow = std::move(smaller);
+    }
+
     /// Takes the next row. @return false where the page ends
     bool takeRow() {
-        const std::shared_ptr<const Flowable> flow = flows_->flow(at_.item);
+        std::shared_ptr<const Flowable> flow = flows_->flow(at_.item);
         if (flow->rows() == 0) {
             at_ = {at_.entry, at_.item + 1};
             return true;
@@ -75,6 +101,8 @@ private:
             return false;
         const double gap = first || at_.row > 0 ? 0 : flows_->spaceBefore(at_.item);
         const double head = first ? flow->headHeight(at_.row) : 0;
+        if (!first)
+            makeFit(flow, height_ - y_ - gap);
         const double whole = flow->height(at_.row), rest = whole - at_.from;
         const double room = height_ - y_ - gap - head;
         PlacedRow row{flow, at_.entry, at_.row, y_ + gap + head, head, at_.from, at_.from > 0 ? rest : 0};

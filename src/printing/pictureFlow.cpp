@@ -20,6 +20,9 @@ constexpr double mostForPicture =
     0.78; ///< of its height that a picture takes with its title: heads and feet need the rest
 constexpr double smallestSide = 20 * twipsPerMillimetre; ///< of a picture made smaller, on its longer side
 constexpr int unbrokenLines = 8;
+/// Of its size that is left of a picture which would otherwise leave the rest of a page empty: what is written in it
+/// must stay readable, and a card stands on paper smaller than on a screen as it is.
+constexpr double smallestGraph = 0.6, smallestCard = 0.75;
 
 /// Pictures as they are painted, the last few of them: one card often stands with many variables, and a page is laid
 /// out more than once.
@@ -83,6 +86,7 @@ public:
     bool mayEndAfter(int row) const override;
     double spaceBefore() const override { return look::blockSpace(setup_); }
     double width() const override { return width_; }
+    std::shared_ptr<const Flowable> fitted(double room) const override;
     void place(ReportPage& page, int row, const QPointF& at) const override;
     /// A title of many lines may be longer than a page; the picture stays whole.
     double piece(int row, double from, double room) const override;
@@ -93,7 +97,7 @@ private:
     QByteArray bytes_;
     QSizeF size_; ///< on the page; empty where there is a fault
     SetRow text_; ///< title, and why there is no picture
-    double pictureTop_ = 0, width_ = 0;
+    double pictureTop_ = 0, width_ = 0, smallest_ = 1;
     std::vector<SetText> below_; ///< one line each
 
     QSizeF sizeFor(const PictureBlock& block, const QSize& pixels, double room, double high) const;
@@ -122,6 +126,7 @@ PictureFlow::PictureFlow(const PictureBlock& block, double room, const PageSetup
     if (fault.isEmpty()) {
         const double page = mostForPicture * setup.textArea().height();
         size_ = sizeFor(block, pixels, room, std::max(page / 3, page - pictureTop_));
+        smallest_ = block.kind == PictureBlock::Kind::Graph ? smallestGraph : smallestCard;
     } else {
         const std::vector<SetText> words =
             setStretches(printable(fault), reportFont(setup.fontFamily, setup.fontSize, false, true), most);
@@ -148,6 +153,18 @@ QSizeF PictureFlow::sizeFor(const PictureBlock& block, const QSize& pixels, doub
     if (size.width() > room || size.height() > high)
         size.scale(QSizeF(room, high), Qt::KeepAspectRatio);
     return size;
+}
+
+std::shared_ptr<const Flowable> PictureFlow::fitted(double room) const {
+    const double high = room - pictureTop_;
+    if (size_.isEmpty() || high < smallest_ * size_.height() || high >= size_.height())
+        return nullptr;
+    const QSizeF smaller = size_ * (high / size_.height());
+    if (std::max(smaller.width(), smaller.height()) < smallestSide)
+        return nullptr;
+    auto flow = std::make_shared<PictureFlow>(*this);
+    flow->size_ = smaller;
+    return flow;
 }
 
 void PictureFlow::setExplanation(const QString& explanation, double room) {
